@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "host/results/Spreadsheet.h"
+#include "support/CChartInfo.h"
+
+namespace korvana {
+
+/// Text for people, line by line.
+struct Report {
+    std::string title;
+    std::vector<std::string> lines;
+};
+
+struct Chart {
+    ozm::CChartInfo info;
+};
+
+/// What the analysis had to say besides its results.
+struct ResultMessage {
+    enum class Severity : std::uint8_t { Note, Warning, Error };
+    int id = 0; ///< the module's number of the text, 0 for a message of the host
+    std::string text;
+    std::string detail; ///< may be empty
+    Severity severity = Severity::Note;
+};
+
+/// What one run of an analysis leaves. A plain value: every writer reads it, none changes it. Texts should be
+/// UTF-8; writers replace what is not.
+struct ResultsBook {
+    using Output = std::variant<Report, Spreadsheet, Chart>;
+
+    std::string analysis;
+    int status = 0;     ///< 0: done; else the module's status
+    std::string source; ///< name of the data file
+    std::vector<ResultMessage> messages;
+    std::vector<Output> outputs;         ///< in the order in which the analysis produced them
+    std::vector<std::string> iterations; ///< the protocol of an iterative fit
+    std::vector<std::string> notes;      ///< the host's own remarks, for example about the data
+
+    /// Appends without copying what is moved in; the reference holds until the next append.
+    template <class T>
+    T& append(T output) {
+        return std::get<T>(outputs.emplace_back(std::in_place_type<T>, std::move(output)));
+    }
+
+    /// The spreadsheet appended last, or nullptr.
+    [[nodiscard]] Spreadsheet* lastSpreadsheet() {
+        for (auto output = outputs.rbegin(); output != outputs.rend(); ++output)
+            if (auto* sheet = std::get_if<Spreadsheet>(&*output)) return sheet;
+        return nullptr;
+    }
+
+    /// The outputs of one kind, in their order.
+    template <class T>
+    [[nodiscard]] std::vector<const T*> all() const {
+        std::vector<const T*> found;
+        for (const Output& output : outputs)
+            if (const T* one = std::get_if<T>(&output)) found.push_back(one);
+        return found;
+    }
+};
+
+} // namespace korvana

@@ -1,0 +1,106 @@
+#include "host/results/Spreadsheet.h"
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+#include <type_traits>
+
+#include "host/results/FormatNumber.h"
+
+namespace korvana {
+namespace {
+
+template <class... F>
+struct Overload : F... {
+    using F::operator()...;
+};
+template <class... F>
+Overload(F...) -> Overload<F...>;
+
+using Cells = decltype(Spreadsheet::Column::cells);
+
+Cells copyCells(const decltype(ozm::SheetColumn::cells)& from) {
+    return std::visit(Overload{[](const ozm::DictionaryCells& cells) -> Cells {
+                                   return Spreadsheet::Dictionary{{cells.index.begin(), cells.index.end()},
+                                                                  {cells.texts.begin(), cells.texts.end()}};
+                               },
+                               [](const auto& cells) -> Cells {
+                                   using Value = typename std::decay_t<decltype(cells)>::value_type;
+                                   return std::vector<Value>(cells.begin(), cells.end());
+                               }},
+                      from);
+}
+
+} // namespace
+
+std::size_t Spreadsheet::Column::size() const {
+    return std::visit(Overload{[](const Dictionary& cells1) { return cells1.index.size(); },
+                               [](const auto& cells1) { return cells1.size(); }},
+                      cells);
+}
+
+std::string Spreadsheet::Column::heading() const {
+    std::string joined = heading1 + " " + heading2;
+    const auto first = joined.find_first_not_of(' ');
+    if (first == std::string::npos) return {};
+    return joined.substr(first, joined.find_last_not_of(' ') - first + 1);
+}
+
+Spreadsheet Spreadsheet::fromSpec(const ozm::SheetSpec& spec) {
+    Spreadsheet sheet;
+    sheet.title = spec.title;
+    sheet.notes = spec.notes;
+    sheet.rowHeadings = spec.rowHeadings;
+    sheet.columns.reserve(spec.columns.size());
+    for (const ozm::SheetColumn& column : spec.columns)
+        sheet.columns.push_back({column.heading1, column.heading2, column.format, copyCells(column.cells)});
+    return sheet;
+}
+
+std::size_t Spreadsheet::rowCount() const {
+    std::size_t rows = rowHeadings.size();
+    for (const Column& column : columns)
+        rows = std::max(rows, column.size());
+    return rows;
+}
+
+Spreadsheet::Cell Spreadsheet::cell(std::size_t row, std::size_t column) const {
+    if (column >= columns.size() || row >= columns[column].size()) return {};
+    return std::visit(Overload{[row](const std::vector<double>& cells) -> Cell {
+                                   if (std::isnan(cells[row])) return {};
+                                   return {Cell::Kind::Number, 0, cells[row], {}};
+                               },
+                               [row](const std::vector<std::int32_t>& cells) -> Cell {
+                                   return {Cell::Kind::Integer, cells[row], 0.0, {}};
+                               },
+                               [row](const Dictionary& cells) -> Cell {
+                                   const std::size_t text = cells.index[row];
+                                   if (text >= cells.texts.size()) return {};
+                                   return {Cell::Kind::Text, 0, 0.0, cells.texts[text]};
+                               },
+                               [row](const std::vector<std::string>& cells) -> Cell {
+                                   return {Cell::Kind::Text, 0, 0.0, cells[row]};
+                               }},
+                      columns[column].cells);
+}
+
+std::string_view Spreadsheet::rowHeading(std::size_t row) const {
+    return row < rowHeadings.size() ? std::string_view(rowHeadings[row]) : std::string_view();
+}
+
+std::string Spreadsheet::cellText(std::size_t row, std::size_t column, std::string_view empty) const {
+    const Cell one = cell(row, column);
+    switch (one.kind) {
+    case Cell::Kind::Number:
+        return formatNumber(one.number, columns[column].format);
+    case Cell::Kind::Integer:
+        return std::to_string(one.integer);
+    case Cell::Kind::Text:
+        return std::string(one.text);
+    case Cell::Kind::Empty:
+        break;
+    }
+    return std::string(empty);
+}
+
+} // namespace korvana

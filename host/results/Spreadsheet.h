@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "support/services/SheetService.h"
+
+namespace korvana {
+
+/// A results table, held column by column, so that ten million rows cost what their values cost and nothing
+/// more. Columns are meant to be equally long; where one is shorter its missing cells read as empty.
+struct Spreadsheet {
+    /// Texts that stand in few distinct forms: cell i holds texts[index[i]]; an index beyond the texts is
+    /// empty.
+    struct Dictionary {
+        std::vector<std::uint8_t> index;
+        std::vector<std::string> texts;
+    };
+
+    /// One column. A NaN among the doubles is an empty cell.
+    struct Column {
+        std::string heading1;
+        std::string heading2; ///< lower line, may be empty
+        ozm::CellFormat format;
+        std::variant<std::vector<double>, std::vector<std::int32_t>, Dictionary, std::vector<std::string>>
+            cells;
+
+        [[nodiscard]] std::size_t size() const;
+        [[nodiscard]] bool isText() const { return cells.index() >= 2; }
+        /// Both lines of the heading joined by a blank, trimmed.
+        [[nodiscard]] std::string heading() const;
+    };
+
+    /// A look at one cell; the text lives as long as the spreadsheet is unchanged.
+    struct Cell {
+        enum class Kind : std::uint8_t { Empty, Number, Integer, Text };
+        Kind kind = Kind::Empty;
+        std::int32_t integer = 0;
+        double number = 0.0; ///< finite or infinite, never NaN
+        std::string_view text;
+    };
+
+    std::string title;
+    std::vector<std::string> notes;
+    std::vector<std::string> rowHeadings; ///< one per row, or empty when rows have no heading
+    std::vector<Column> columns;
+
+    /// Copies what a module hands over.
+    [[nodiscard]] static Spreadsheet fromSpec(const ozm::SheetSpec& spec);
+
+    [[nodiscard]] std::size_t rowCount() const;
+    /// Row and column count from 0. Outside the table: an empty cell.
+    [[nodiscard]] Cell cell(std::size_t row, std::size_t column) const;
+    /// Empty where the row has no heading.
+    [[nodiscard]] std::string_view rowHeading(std::size_t row) const;
+    /// The cell as people read it, by the column's format; an empty cell gives `empty`.
+    [[nodiscard]] std::string cellText(std::size_t row, std::size_t column,
+                                       std::string_view empty = "--") const;
+};
+
+} // namespace korvana

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "host/data/Column.h"
+#include "host/data/Variable.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvana {
+
+/** Names of the cases, kept in one block of text. */
+struct CaseNames {
+    std::string text;
+    std::vector<std::uint64_t> ends; ///< end of each name in the text; empty = the cases have no names
+};
+
+/** A table of cases by variables, stored by columns. Movable, not copyable. Indices count from 0; the numbers
+   that users write count from 1. */
+class DataSet {
+public:
+    /** @param path       the file as the user named it
+        @param caseCount  0 or more */
+    DataSet(std::string path, int caseCount);
+    DataSet(DataSet&&) noexcept = default;
+    DataSet& operator=(DataSet&&) noexcept = default;
+    DataSet(const DataSet&) = delete;
+    DataSet& operator=(const DataSet&) = delete;
+    ~DataSet() = default;
+
+    const std::string& path() const { return path_; }
+    std::string fileName() const; ///< the last component of the path
+
+    int caseCount() const { return caseCount_; }
+    int variableCount() const { return static_cast<int>(variables_.size()); }
+
+    const Variable& variable(int index0) const { return variables_.at(static_cast<std::size_t>(index0)); }
+    Variable& variable(int index0) { return variables_.at(static_cast<std::size_t>(index0)); }
+
+    /** caseCount() cells; a missing cell is NaN, and so counts a cell that equals the variable's missing
+     * code. */
+    std::span<const double> column(int index0) const;
+    bool isMissing(int index0, int case0) const {
+        return variable(index0).isMissing(column(index0)[static_cast<std::size_t>(case0)]);
+    }
+
+    /** Appends a variable; the column holds at least caseCount() cells. */
+    void addVariable(Variable variable, Column column);
+
+    /** Finds a variable by its exact name, else by its name without regard to letter case if that is unique,
+       else by its 1-based number such as "3". */
+    std::optional<int> find(std::string_view nameOrNumber1) const;
+
+    /** As find, but throws a DataError that says what was asked for and which names come near. */
+    int require(std::string_view nameOrNumber1) const;
+
+    /** Names that come near a misspelt one, nearest first; none when nothing is near. */
+    std::vector<std::string> nearestNames(std::string_view name, int most = 3) const;
+
+    bool hasCaseNames() const { return !caseNames_.ends.empty(); }
+    std::string_view caseName(int case0) const; ///< empty when the cases have no names
+    void setCaseNames(CaseNames names);         ///< one end per case
+
+    /** What the reader wants the user to know, one sentence each. */
+    const std::vector<std::string>& notes() const { return notes_; }
+    void addNote(std::string note) { notes_.push_back(std::move(note)); }
+
+private:
+    std::string path_;
+    int caseCount_;
+    std::vector<Variable> variables_;
+    std::vector<Column> columns_;
+    CaseNames caseNames_;
+    std::vector<std::string> notes_;
+};
+
+} // namespace korvana

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "host/data/DataSet.h"
+
+#include <cstdint>
+#include <limits>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace korvana {
+
+struct DistinctValue {
+    double value = 0;
+    int count = 0;
+    std::string label; ///< value label, or the date of a date variable; may be empty
+};
+
+/** The distinct values of a variable in ascending order. */
+struct DistinctValues {
+    std::vector<DistinctValue> values; ///< empty when there are more than the limit
+    bool moreThanLimit = false;
+};
+
+/** What there is to say about a variable; missing cells only enter missingCount. */
+struct VariableSummary {
+    int validCount = 0;
+    int missingCount = 0;
+    double min = std::numeric_limits<double>::quiet_NaN(); ///< NaN without valid cells
+    double max = std::numeric_limits<double>::quiet_NaN();
+    DistinctValues distinct;
+};
+
+inline constexpr int defaultDistinctLimit = 50;
+
+/** Describes a variable over the cases of a mask (1 = taken; an empty mask = all cases). */
+VariableSummary describeVariable(const DataSet& data, int variable, std::span<const std::uint8_t> mask = {},
+                                 int limit = defaultDistinctLimit);
+
+/** The distinct values alone. */
+DistinctValues distinctCodes(const DataSet& data, int variable, std::span<const std::uint8_t> mask = {},
+                             int limit = defaultDistinctLimit);
+
+/** The values as a phrase for messages: "0 'alive' (40 cases), 1 'dead' (12 cases)" or "more than 50 values".
+ */
+std::string codesText(const DistinctValues& codes, int limit = defaultDistinctLimit);
+
+} // namespace korvana

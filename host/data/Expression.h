@@ -1,0 +1,78 @@
+#pragma once
+
+#include "host/data/DataSet.h"
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvana {
+
+/** An expression that cannot be understood. what() is a complete message that quotes the expression. */
+class ExpressionError : public std::runtime_error {
+public:
+    /** @param position  0-based offset of the fault in the expression, in bytes */
+    ExpressionError(std::string_view expression, std::size_t position, std::string_view text);
+
+    std::size_t position() const { return position_; }
+
+private:
+    std::size_t position_;
+};
+
+/** A name that an expression may use besides the variables of the data. */
+struct NamedInput {
+    std::string name;
+    int reference; ///< its 1-based reference number, beyond the variables: variableCount() + 1, ...
+};
+
+/** A formula over the variables of a data set, compiled once and evaluated for given values.
+
+    Names: variables, exact or without regard to letter case; any name in backquotes (`white cells`). Numbers
+   with a decimal point; dates 1995-01-15. A text in quotes next to = or <> means the value of that label of
+   the variable on the other side. Operators, weakest first: or ||; and &&; not !; = == <> != < <= > >=; + -;
+   * /; sign; ^ or **. Functions: abs sqrt exp ln log (both natural) log10 log2 floor ceil round trunc sign
+   sin cos tan asin acos atan sinh cosh tanh mod(a,b) min(...) max(...) if(condition,a,b) missing(variable);
+   the constant pi.
+
+    True is 1, false is 0; any value but 0 counts as true. A missing value or an undefined operation (log of
+   0, division by 0) makes arithmetic and comparisons undefined; and, or, not follow Kleene's three-valued
+   logic. */
+class Expression {
+public:
+    /** Compiles; throws ExpressionError. The data set is not kept. */
+    Expression(std::string_view text, const DataSet& data, std::span<const NamedInput> inputs = {});
+    Expression(Expression&&) noexcept;
+    Expression& operator=(Expression&&) noexcept;
+    ~Expression();
+
+    const std::string& text() const;
+
+    /** What the expression refers to, each once in order of appearance: 1-based variable numbers and the
+       reference numbers of named inputs. */
+    const std::vector<int>& referencedVariables() const;
+
+    /** Whether missing(x) tests the referenced variable at this place of referencedVariables(). */
+    bool isTestedForMissing(std::size_t place) const;
+
+    /** Evaluates for the values of referencedVariables(), in that order; NaN = missing. Nothing when the
+       result is not finite. Not for two threads at once on one object. */
+    std::optional<double> evaluate(std::span<const double> values) const;
+
+private:
+    struct Compiled;
+    std::unique_ptr<Compiled> compiled_;
+};
+
+/** Evaluates for every case of the data set the expression was compiled for: one result per case, NaN where
+   it is not finite or a variable is missing. Named inputs take the values given, in the order of their
+   reference numbers from variableCount() + 1 on. */
+std::vector<double> evaluateAll(const Expression& expression, const DataSet& data,
+                                std::span<const double> inputValues = {});
+
+} // namespace korvana

@@ -1,0 +1,12 @@
+# What every target of the project is compiled with: warnings are errors, and arithmetic is the same on every
+# machine (no contraction into fused operations, no value-changing optimisation).
+add_library(korvana-flags INTERFACE)
+target_compile_options(korvana-flags INTERFACE
+  -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+  -Wold-style-cast -Woverloaded-virtual -Wformat=2 -Wundef -Wcast-align
+  -ffp-contract=off)
+if(KORVANA_SANITIZE)
+  target_compile_options(korvana-flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+    -fno-omit-frame-pointer)
+  target_link_options(korvana-flags INTERFACE -fsanitize=address,undefined)
+endif()

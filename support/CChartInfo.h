@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace ozm {
+
+/// One series of a chart: equally long x and y, drawn in the order given.
+struct ChartSeries {
+    enum class Style : std::uint8_t {
+        Line,
+        Step,      ///< holds each y until the next x (a survival function)
+        Markers,   ///< points without a line
+        Histogram, ///< y are the values to be counted into classes, x is empty
+    };
+    /// What a series is to the reader: bounds are drawn dashed and thin, the estimate with a full line.
+    enum class Role : std::uint8_t { Estimate, LowerBound, UpperBound, Observed, Censored };
+    enum class Marker : std::uint8_t { None, Plus, Circle, Square, Triangle, Cross };
+
+    std::string legend;
+    std::vector<double> x;
+    std::vector<double> y;
+    Style style = Style::Line;
+    Role role = Role::Estimate;
+    Marker marker = Marker::None;
+    /// Series of one group share a colour: an estimate, its bounds and its censored observations.
+    int group = 0;
+};
+
+/// Axis: title, and a range where the caller wants one (min < max), else chosen from the data.
+struct ChartAxis {
+    std::string title;
+    double min = 0.0;
+    double max = 0.0;
+    [[nodiscard]] bool hasRange() const { return min < max; }
+};
+
+/// Descriptor of a chart: what is drawn, not how large nor where.
+struct CChartInfo {
+    enum class Kind : std::uint8_t { Line, Step, Scatter, Histogram };
+
+    std::string title;
+    ChartAxis xAxis;
+    ChartAxis yAxis;
+    Kind kind = Kind::Line;
+    std::vector<ChartSeries> series;
+};
+
+} // namespace ozm

@@ -1,0 +1,235 @@
+#include "support/automation/AutomationObject.h"
+
+#include <cmath>
+#include <exception>
+#include <limits>
+#include <stdexcept>
+
+namespace ozm {
+namespace {
+
+template <class... F>
+struct Overloaded : F... {
+    using F::operator()...;
+};
+template <class... F>
+Overloaded(F...) -> Overloaded<F...>;
+
+/// A failure without a text of its own still names the call.
+std::string ErrorText(std::string_view dialogClass, std::string_view prefix, std::string_view member) {
+    std::string text = "Exception in analysis method: ";
+    if (member.empty()) return text + "Unexpected error";
+    return text.append(dialogClass).append("::").append(prefix).append(member);
+}
+
+const AutomationMember* FindMember(const CAnalysisDialog& dialog, std::string_view name) {
+    if (const AutomationInterface* own = dialog.Interface())
+        if (const AutomationMember* member = own->Find(name)) return member;
+    return BaseDialogInterface().Find(name);
+}
+
+bool IsBaseSetting(const AutomationMember& member) {
+    return member.control == 0;
+}
+
+[[noreturn]] void Refuse(const std::string& why) {
+    throw std::invalid_argument(why);
+}
+
+double Number(const AutomationValue& value) {
+    if (const auto* number = std::get_if<double>(&value.value)) return *number;
+    if (const auto* whole = std::get_if<int>(&value.value)) return *whole;
+    Refuse("a number is wanted");
+}
+
+int WholeNumber(const AutomationValue& value) {
+    const double number = Number(value);
+    if (!(number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max()) ||
+        number != std::trunc(number))
+        Refuse("a whole number is wanted");
+    return static_cast<int>(number);
+}
+
+const AutomationValue::List& ListOf(const AutomationValue& value, const char* what) {
+    if (const auto* list = std::get_if<AutomationValue::List>(&value.value)) return *list;
+    Refuse(std::string{"a list of "} + what + " is wanted");
+}
+
+int VariableNumber(const CAnalysisDialog& dialog, const AutomationValue& value) {
+    const auto* name = std::get_if<std::string>(&value.value);
+    if (name == nullptr) return WholeNumber(value);
+    const int number = dialog.Analysis().FindVariable(*name);
+    if (number == 0) Refuse("the data have no variable '" + *name + "'");
+    return number;
+}
+
+/// The variable that a code control takes its codes from: the first one selected in the role; 0 when none is.
+int VariableOfCodes(const CAnalysisDialog& dialog, const ControlTemplate& control) {
+    if (control.codesOfRole < 0) return 0;
+    for (const ControlTemplate& other : dialog.Template().controls)
+        if (const auto* selection = std::get_if<VariableSelection>(&dialog.Value(other.id))) {
+            const auto role = static_cast<std::size_t>(control.codesOfRole);
+            if (role < selection->size() && !(*selection)[role].empty()) return (*selection)[role].front();
+        }
+    return 0;
+}
+
+double Code(const CAnalysisDialog& dialog, const ControlTemplate& control, const AutomationValue& value) {
+    const auto* text = std::get_if<std::string>(&value.value);
+    if (text == nullptr) return Number(value);
+    double code = 0.0;
+    std::string label = *text;
+    const int variable = VariableOfCodes(dialog, control);
+    if (variable == 0 || dialog.Analysis().vvlcod8(variable, LabelLookup::CodeOfText, label, code) == 0)
+        Refuse("'" + *text + "' is the label of no code");
+    return code;
+}
+
+ControlValue ToControl(const CAnalysisDialog& dialog, const AutomationMember& member,
+                       const ControlTemplate& control, const AutomationValue& value) {
+    switch (member.type) {
+    case MemberType::Boolean:
+        if (const auto* flag = std::get_if<bool>(&value.value)) return *flag;
+        return WholeNumber(value) != 0;
+    case MemberType::Integer:
+        return WholeNumber(value);
+    case MemberType::Real:
+        return Number(value);
+    case MemberType::Text:
+        if (const auto* text = std::get_if<std::string>(&value.value)) return *text;
+        Refuse("a text is wanted");
+    case MemberType::Code:
+        return Code(dialog, control, value);
+    case MemberType::Enumeration: {
+        const int wanted = WholeNumber(value);
+        for (std::size_t i = 0; i < control.choices.size(); ++i)
+            if (control.choices[i].member == wanted && wanted != 0)
+                return static_cast<int>(i) + (control.kind == ControlKind::RadioGroup ? 1 : 0);
+        Refuse(std::to_string(wanted) + " is no member of " + std::string{member.enumeration});
+    }
+    case MemberType::Variables: {
+        VariableSelection selection;
+        for (const AutomationValue& role : ListOf(value, "lists, one per role,")) {
+            auto& list = selection.emplace_back();
+            for (const AutomationValue& entry : ListOf(role, "variables"))
+                list.push_back(VariableNumber(dialog, entry));
+        }
+        return selection;
+    }
+    case MemberType::Codes: {
+        std::vector<double> codes;
+        for (const AutomationValue& entry : ListOf(value, "codes"))
+            codes.push_back(Code(dialog, control, entry));
+        return codes;
+    }
+    case MemberType::Texts: {
+        std::vector<std::string> texts;
+        for (const AutomationValue& entry : ListOf(value, "texts")) {
+            const auto* text = std::get_if<std::string>(&entry.value);
+            if (text == nullptr) Refuse("a list of texts is wanted");
+            texts.push_back(*text);
+        }
+        return texts;
+    }
+    case MemberType::None:
+        break;
+    }
+    Refuse("this member takes no value");
+}
+
+AutomationValue FromControl(const AutomationMember& member, const ControlTemplate& control,
+                            const ControlValue& value) {
+    if (member.type == MemberType::Enumeration) {
+        const int first = control.kind == ControlKind::RadioGroup ? 1 : 0;
+        const auto position = static_cast<std::size_t>(std::get<int>(value) - first);
+        return position < control.choices.size() ? control.choices[position].member : 0;
+    }
+    return std::visit(
+        Overloaded{[](std::monostate) { return AutomationValue{}; },
+                   [](const VariableSelection& selection) {
+                       AutomationValue::List roles;
+                       for (const auto& list : selection)
+                           roles.emplace_back(AutomationValue::List(list.begin(), list.end()));
+                       return AutomationValue{std::move(roles)};
+                   },
+                   [](const std::vector<double>& codes) {
+                       return AutomationValue{AutomationValue::List(codes.begin(), codes.end())};
+                   },
+                   [](const std::vector<std::string>& texts) {
+                       return AutomationValue{AutomationValue::List(texts.begin(), texts.end())};
+                   },
+                   [](const auto& plain) { return AutomationValue{plain}; }},
+        value);
+}
+
+/// Every accessor ends here: what went wrong becomes an error that names the accessor.
+template <class Action>
+AutomationResult Accessor(const CAnalysisModelessDialog& dialog, std::string_view prefix,
+                          std::string_view member, Action action) {
+    AutomationResult result;
+    try {
+        dialog.ThrowIfClosed();
+        const AutomationMember* found = FindMember(dialog, member);
+        if (found == nullptr) Refuse("the dialog has no member '" + std::string{member} + "'");
+        action(*found, result);
+        return result;
+    } catch (const std::exception& error) {
+        result.detail = error.what();
+        result.error = ErrorText(dialog.ClassName(), prefix, member);
+    } catch (...) {
+        result.error = ErrorText({}, {}, {});
+    }
+    result.ok = false;
+    return result;
+}
+
+void Require(const DialogResult& outcome) {
+    if (!outcome.done) Refuse(outcome.reason);
+}
+
+} // namespace
+
+AutomationResult AutomationObject::Get(std::string_view name) const {
+    return Accessor(*dialog_, "get_", name, [&](const AutomationMember& member, AutomationResult& result) {
+        if (member.kind == MemberKind::Action) Refuse("'" + std::string{name} + "' is an action: call it");
+        if (IsBaseSetting(member)) {
+            if (name == "Name")
+                result.value = std::string{dialog_->ClassName()};
+            else if (name == "Application" || name == "Parent")
+                result.value = dialog_->Analysis().GetAnalysisName();
+            else
+                result.value = dialog_->Setting(name);
+            return;
+        }
+        const ControlTemplate* control = dialog_->Template().Find(member.control);
+        if (control == nullptr) Refuse("the member stands for no control of this dialog");
+        result.value = FromControl(member, *control, dialog_->Value(member.control));
+    });
+}
+
+AutomationResult AutomationObject::Put(std::string_view name, const AutomationValue& value) {
+    return Accessor(*dialog_, "put_", name, [&](const AutomationMember& member, AutomationResult&) {
+        if (member.kind == MemberKind::Action) Refuse("'" + std::string{name} + "' is an action: call it");
+        if (IsBaseSetting(member)) {
+            const auto* text = std::get_if<std::string>(&value.value);
+            if (!name.starts_with("Results")) Refuse("'" + std::string{name} + "' can only be read");
+            if (text == nullptr) Refuse("a text is wanted");
+            dialog_->PutSetting(name, *text);
+            return;
+        }
+        const ControlTemplate* control = dialog_->Template().Find(member.control);
+        if (control == nullptr) Refuse("the member stands for no control of this dialog");
+        Require(dialog_->PutValue(member.control, ToControl(*dialog_, member, *control, value)));
+    });
+}
+
+AutomationResult AutomationObject::Call(std::string_view name) {
+    return Accessor(*dialog_, {}, name, [&](const AutomationMember& member, AutomationResult& result) {
+        if (member.kind != MemberKind::Action)
+            Refuse("'" + std::string{name} + "' is a property: get or put it");
+        Require(dialog_->Press(member.control));
+        result.value = dialog_->ClosedForward();
+    });
+}
+
+} // namespace ozm

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace ozm {
+
+enum class MemberKind : std::uint8_t {
+    Property, ///< read-write twin of a control's value
+    Action,   ///< twin of a button
+};
+
+enum class MemberType : std::uint8_t {
+    None, ///< actions
+    Boolean,
+    Integer,
+    Real,
+    Text,
+    Code, ///< a number, or the text of a value label
+    Enumeration,
+    Variables, ///< one list per role, each entry a variable's number or name
+    Codes,
+    Texts,
+};
+
+/// One member of an automation interface: the control that it stands for does the work.
+struct AutomationMember {
+    std::string_view name;
+    MemberKind kind = MemberKind::Property;
+    MemberType type = MemberType::None;
+    int control = 0;
+    std::string_view help;
+    std::string_view enumeration{}; ///< its name, for members of that type
+};
+
+/// The automation interface of one dialog class.
+struct AutomationInterface {
+    std::string_view name;
+    std::string_view dialogClass;
+    std::string_view help;
+    std::span<const AutomationMember> members;
+
+    [[nodiscard]] constexpr const AutomationMember* Find(std::string_view member) const {
+        for (const AutomationMember& m : members)
+            if (m.name == member) return &m;
+        return nullptr;
+    }
+};
+
+/// An enumeration; its members count from 1 in the order given.
+struct AutomationEnumeration {
+    std::string_view name;
+    std::span<const std::string_view> members;
+};
+
+/// The type library of a module. Interfaces stand in declaration order and extend the base dialog interface.
+struct TypeLibrary {
+    std::string_view name;
+    std::string_view help;
+    std::span<const AutomationEnumeration> enumerations;
+    std::span<const AutomationInterface> interfaces;
+};
+
+/// Members that every dialog's interface has (interface OzmAnalysisDialog).
+const AutomationInterface& BaseDialogInterface();
+
+} // namespace ozm

@@ -1,0 +1,181 @@
+#include "support/dialogs/CAnalysisDialog.h"
+
+#include <algorithm>
+#include <cmath>
+#include <exception>
+#include <limits>
+#include <new>
+#include <utility>
+
+namespace ozm {
+namespace {
+
+ControlValue InitialValue(const ControlTemplate& control) {
+    switch (control.kind) {
+    case ControlKind::PushButton:
+        return std::monostate{};
+    case ControlKind::CheckBox:
+        return false;
+    case ControlKind::RadioGroup:
+        return 1;
+    case ControlKind::Integer:
+    case ControlKind::List:
+        return 0;
+    case ControlKind::Real:
+        return 0.0;
+    case ControlKind::CodeField:
+        return std::numeric_limits<double>::quiet_NaN();
+    case ControlKind::Text:
+    case ControlKind::Summary:
+        return std::string{};
+    case ControlKind::VariableSelection:
+        return VariableSelection(control.roles.size());
+    case ControlKind::CodeList:
+        return std::vector<double>{};
+    case ControlKind::TextList:
+        return std::vector<std::string>{};
+    }
+    return std::monostate{};
+}
+
+std::string Plural(std::size_t count, std::string_view noun) {
+    return std::to_string(count) + " " + std::string{noun} + (count == 1 ? "" : "s");
+}
+
+} // namespace
+
+CAnalysisDialog::CAnalysisDialog(CAnalysisSupport& analysis, const DialogTemplate& dialogTemplate)
+    : analysis_(analysis), template_(dialogTemplate) {
+    for (const ControlTemplate& control : template_.controls)
+        values_.emplace(control.id, InitialValue(control));
+}
+
+CAnalysisDialog::~CAnalysisDialog() = default;
+
+std::string_view CAnalysisDialog::ClassName() const {
+    return interface_ != nullptr ? interface_->dialogClass : std::string_view{"CAnalysisDialog"};
+}
+
+DialogResult CAnalysisDialog::Guarded(const std::function<void()>& action) {
+    try {
+        action();
+        return {};
+    } catch (const std::bad_alloc&) {
+        if (const int id = NotEnoughMemoryString(); id != 0)
+            analysis_.DspMessageBox(MessageStyle::Error, this, id);
+        return DialogResult::refused("not enough memory");
+    } catch (const std::exception& error) {
+        return DialogResult::refused(error.what());
+    } catch (...) {
+        return DialogResult::refused({});
+    }
+}
+
+DialogResult CAnalysisDialog::Open() {
+    if (open_ || closed_) return DialogResult::refused("the dialog is open already");
+    open_ = true;
+    return Guarded([this] { OnOpen(); });
+}
+
+DialogResult CAnalysisDialog::Press(int control) {
+    if (closed_) return DialogResult::refused("the dialog has been closed");
+    const ControlTemplate* found = template_.Find(control);
+    if (found == nullptr || (found->kind != ControlKind::PushButton && found->kind != ControlKind::List))
+        return DialogResult::refused("there is no button " + std::to_string(control) + " in this dialog");
+    return Guarded([this, control] { OnCommand(control); });
+}
+
+DialogResult CAnalysisDialog::PutValue(int control, ControlValue value) {
+    if (closed_) return DialogResult::refused("the dialog has been closed");
+    const ControlTemplate* found = template_.Find(control);
+    if (found == nullptr)
+        return DialogResult::refused("there is no control " + std::to_string(control) + " in this dialog");
+    return Guarded([&, this] {
+        if (DialogResult fit = Fits(*found, value); !fit.done) throw std::runtime_error(fit.reason);
+        SetValue(control, std::move(value));
+        OnValueChanged(control);
+    });
+}
+
+DialogResult CAnalysisDialog::Fits(const ControlTemplate& control, const ControlValue& value) const {
+    if (control.kind == ControlKind::PushButton || control.kind == ControlKind::Summary)
+        return DialogResult::refused("this control takes no value");
+    if (value.index() != InitialValue(control).index())
+        return DialogResult::refused("the value is of a type that this control does not take");
+
+    if (const auto* position = std::get_if<int>(&value)) {
+        const int first = control.kind == ControlKind::RadioGroup ? 1 : 0;
+        const int entries = static_cast<int>(control.choices.size());
+        if (control.kind != ControlKind::Integer && (*position < first || *position >= first + entries))
+            return DialogResult::refused("there is no entry " + std::to_string(*position) +
+                                         "; entries go from " + std::to_string(first) + " to " +
+                                         std::to_string(first + entries - 1));
+    }
+    if (const auto* selection = std::get_if<VariableSelection>(&value)) {
+        if (selection->size() > control.roles.size())
+            return DialogResult::refused(
+                Plural(selection->size(), "list") + " of variables were given, but there " +
+                (control.roles.size() == 1 ? "is " : "are ") + Plural(control.roles.size(), "role"));
+        const int variables = analysis_.NumberOfVariables();
+        for (std::size_t role = 0; role < selection->size(); ++role) {
+            const auto& list = (*selection)[role];
+            if (list.size() > control.roles[role].maximum)
+                return DialogResult::refused(
+                    "'" + std::string{control.roles[role].prompt} + "' takes at most " +
+                    Plural(control.roles[role].maximum, "variable") + ", not " + std::to_string(list.size()));
+            for (const int variable : list)
+                if (variable < 1 || variable > variables)
+                    return DialogResult::refused("there is no variable number " + std::to_string(variable) +
+                                                 "; the data have " +
+                                                 Plural(static_cast<std::size_t>(variables), "variable"));
+        }
+    }
+    return {};
+}
+
+const ControlValue& CAnalysisDialog::Value(int control) const {
+    static const ControlValue none;
+    const auto found = values_.find(control);
+    return found != values_.end() ? found->second : none;
+}
+
+void CAnalysisDialog::SetValue(int control, ControlValue value) {
+    if (auto* selection = std::get_if<VariableSelection>(&value))
+        if (const ControlTemplate* found = template_.Find(control)) selection->resize(found->roles.size());
+    values_[control] = std::move(value);
+    // By position: an observer may leave while it is called.
+    for (std::size_t i = 0; i < observers_.size(); ++i)
+        observers_[i]->ControlChanged(*this, control);
+}
+
+void CAnalysisDialog::PutSetting(std::string_view name, std::string value) {
+    settings_[std::string{name}] = std::move(value);
+}
+
+std::string CAnalysisDialog::Setting(std::string_view name) const {
+    const auto found = settings_.find(name);
+    return found != settings_.end() ? found->second : std::string{};
+}
+
+void CAnalysisDialog::AddObserver(DialogObserver& observer) {
+    observers_.push_back(&observer);
+}
+
+void CAnalysisDialog::RemoveObserver(DialogObserver& observer) {
+    std::erase(observers_, &observer);
+}
+
+void CAnalysisDialog::ExitDialog(int nextStep, ExitMode mode, int page) {
+    if (closed_) return;
+    forward_ = mode == ExitMode::Forward;
+    MarkClosed();
+    analysis_.Dialogs().DialogExits(*this, nextStep, mode, page);
+}
+
+void CAnalysisDialog::MarkClosed() {
+    closed_ = true;
+    for (std::size_t i = 0; i < observers_.size(); ++i)
+        observers_[i]->DialogClosed(*this);
+}
+
+} // namespace ozm

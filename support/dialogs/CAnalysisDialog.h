@@ -1,0 +1,113 @@
+#pragma once
+
+#include "support/CAnalysisSupport.h"
+#include "support/Export.h"
+#include "support/automation/TypeLibrary.h"
+#include "support/dialogs/ControlValue.h"
+#include "support/dialogs/DialogTemplate.h"
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ozm {
+
+class CAnalysisDialog;
+
+/// Follows a dialog: a front end that draws it, or a recorder.
+class DialogObserver {
+public:
+    virtual ~DialogObserver() = default;
+    /// A control's value changed, by whomever.
+    virtual void ControlChanged(CAnalysisDialog& /*dialog*/, int /*control*/) {}
+    virtual void DialogClosed(CAnalysisDialog& /*dialog*/) {}
+};
+
+/// The outcome of an operation on a dialog: done, or refused for a reason that can be shown.
+struct DialogResult {
+    bool done = true;
+    std::string reason;
+    static DialogResult refused(std::string why) { return {false, std::move(why)}; }
+};
+
+/// A dialog as a model: it owns its controls as its template states them and reacts to what is done to them;
+/// how it looks is a front end's business. Derived dialogs react in `OnOpen`, `OnCommand` and
+/// `OnValueChanged`; what they throw ends here, in `DialogResult` and a message, and never reaches the host.
+class KORVANA_SUPPORT CAnalysisDialog {
+public:
+    CAnalysisDialog(CAnalysisSupport& analysis, const DialogTemplate& dialogTemplate);
+    virtual ~CAnalysisDialog();
+    CAnalysisDialog(const CAnalysisDialog&) = delete;
+    CAnalysisDialog& operator=(const CAnalysisDialog&) = delete;
+
+    [[nodiscard]] const DialogTemplate& Template() const { return template_; }
+    [[nodiscard]] CAnalysisSupport& Analysis() const { return analysis_; }
+    /// The automation interface that describes the dialog to scripts.
+    [[nodiscard]] const AutomationInterface* Interface() const { return interface_; }
+    /// The dialog class's name, as error texts and recorders give it.
+    [[nodiscard]] std::string_view ClassName() const;
+
+    /// Opens the dialog: `OnOpen` runs, once.
+    DialogResult Open();
+    [[nodiscard]] bool IsOpen() const { return open_; }
+    [[nodiscard]] bool IsClosed() const { return closed_; }
+    /// Whether it closed towards the next step of the analysis (its OK was accepted).
+    [[nodiscard]] bool ClosedForward() const { return forward_; }
+
+    /// Presses a button, or performs a list's selected entry (a double-click). Refused for anything else.
+    DialogResult Press(int control);
+
+    /// The generic control-value operation. A value that does not fit the control (another type, a position
+    /// that it has not, a variable that the data have not, more variables than a box holds) is refused and
+    /// changes nothing.
+    DialogResult PutValue(int control, ControlValue value);
+    /// The value of a control; monostate for a button or an unknown control.
+    [[nodiscard]] const ControlValue& Value(int control) const;
+
+    /// Settings that every dialog has beyond its controls (where automation routes results to), by name.
+    void PutSetting(std::string_view name, std::string value);
+    [[nodiscard]] std::string Setting(std::string_view name) const;
+
+    void AddObserver(DialogObserver& observer);
+    void RemoveObserver(DialogObserver& observer);
+
+protected:
+    virtual void OnOpen() {}
+    virtual void OnCommand(int /*control*/) {}
+    virtual void OnValueChanged(int /*control*/) {}
+    /// The message for memory that ran out while this dialog worked, in the string table; 0: none.
+    [[nodiscard]] virtual int NotEnoughMemoryString() const { return 0; }
+
+    void AttachAutomation(const AutomationInterface& automation) { interface_ = &automation; }
+
+    /// Writes a control without asking whether it fits and without `OnValueChanged`; observers hear of it.
+    void SetValue(int control, ControlValue value);
+    template <class T>
+    const T& ValueAs(int control) const {
+        return std::get<T>(Value(control));
+    }
+
+    /// Closes the dialog and names the step that follows (0: none).
+    void ExitDialog(int nextStep, ExitMode mode, int page = 0);
+
+    /// For dialogs that are closed without naming a step (a modal one).
+    void MarkClosed();
+
+private:
+    DialogResult Guarded(const std::function<void()>& action);
+    DialogResult Fits(const ControlTemplate& control, const ControlValue& value) const;
+
+    CAnalysisSupport& analysis_;
+    const DialogTemplate& template_;
+    const AutomationInterface* interface_ = nullptr;
+    std::map<int, ControlValue> values_;
+    std::map<std::string, std::string, std::less<>> settings_;
+    std::vector<DialogObserver*> observers_;
+    bool open_ = false;
+    bool closed_ = false;
+    bool forward_ = false;
+};
+
+} // namespace ozm

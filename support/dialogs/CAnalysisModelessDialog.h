@@ -1,0 +1,23 @@
+#pragma once
+
+#include "support/Export.h"
+#include "support/dialogs/CAnalysisDialog.h"
+
+#include <memory>
+#include <stdexcept>
+
+namespace ozm {
+
+/// A dialog that owns its step until it closes; the host owns the dialog once it was created on its side.
+class KORVANA_SUPPORT CAnalysisModelessDialog : public CAnalysisDialog {
+public:
+    using CAnalysisDialog::CAnalysisDialog;
+
+    /// Hands a dialog to the host, which opens it. False when the host refused it; the dialog is then gone.
+    static bool CreateAnalysisDialog(std::unique_ptr<CAnalysisModelessDialog> dialog);
+
+    /// Throws std::logic_error when the dialog was closed: a script may still hold it.
+    void ThrowIfClosed() const;
+};
+
+} // namespace ozm

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace ozm {
+
+enum class ControlKind : std::uint8_t {
+    PushButton,
+    CheckBox,   ///< value: bool
+    RadioGroup, ///< value: 1-based choice
+    Integer,    ///< value: int
+    Real,       ///< value: double, shown with `decimals`
+    Text,       ///< value: text
+    CodeField, ///< value: double, NaN while unset; offers the codes of the variable selected in `codesOfRole`
+    List,      ///< value: 0-based position of the selected entry
+    VariableSelection, ///< value: one list of variable numbers per role
+    CodeList,          ///< value: several codes of the variable selected in `codesOfRole`
+    TextList,          ///< value: several texts
+    Summary,           ///< read-only text of several lines
+};
+
+/// One target box of a variable-selection control.
+struct RoleTemplate {
+    std::string_view prompt;
+    std::uint8_t list;     ///< which of the analysis's selection lists it fills, 0-based
+    std::uint16_t minimum; ///< how many variables OK wants at least
+    std::uint16_t maximum; ///< how many the box holds at most
+};
+
+/// One entry of a list or a radio group.
+struct ChoiceTemplate {
+    int text = 0;    ///< number in the string table; 0: the entry shows no text
+    int icon = 0;    ///< number of the icon, 0: none
+    int command = 0; ///< command that choosing the entry performs, 0: none
+    int member = 0;  ///< value of the automation enumeration that stands for the entry, 0: none
+};
+
+/// One control as a template states it. Texts may hold an accelerator ("&") and may begin with the number of
+/// an icon
+/// ("!249S&ummary") or its letter ("ePercentiles"); `ParseControlText` takes them apart.
+struct ControlTemplate {
+    int id = 0;
+    ControlKind kind = ControlKind::PushButton;
+    std::string_view text;
+    std::span<const std::uint8_t> pages; ///< 0-based tab pages that show it; empty: all of them
+    int decimals = 0;
+    int codesOfRole = -1;
+    std::span<const RoleTemplate> roles;
+    std::span<const ChoiceTemplate> choices;
+};
+
+/// A dialog: its number, title, tab pages and controls in tabbing order.
+struct DialogTemplate {
+    int number = 0;
+    std::string_view title;
+    std::span<const std::string_view> pages;
+    std::span<const ControlTemplate> controls;
+
+    [[nodiscard]] constexpr const ControlTemplate* Find(int id) const {
+        for (const ControlTemplate& control : controls)
+            if (control.id == id) return &control;
+        return nullptr;
+    }
+};
+
+/// The parts of a control's text.
+struct ControlText {
+    int icon = 0;           ///< number before the text, 0: none
+    char iconLetter = '\0'; ///< letter before the text
+    std::string_view text;  ///< the rest, accelerator marks included
+};
+
+/// Takes "!249S&ummary" apart into icon 249 and "S&ummary", "ePercentiles" into icon letter e and
+/// "Percentiles".
+ControlText ParseControlText(std::string_view text);
+
+/// Identifiers that every dialog shares.
+enum CommonControl : int { ControlOk = 1, ControlCancel = 2 };
+
+} // namespace ozm

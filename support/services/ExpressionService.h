@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace ozm {
+
+/// A compiled formula: an instruction list of the host's. The caller owns it.
+class CompiledExpression {
+public:
+    virtual ~CompiledExpression() = default;
+    /// Reference numbers that the formula reads, ascending: variables of the data set from 1; the number of
+    /// variables plus k stands for the k-th extra name given to `COMP`.
+    [[nodiscard]] virtual std::span<const int> References() const = 0;
+};
+
+/// Formulas over named variables.
+class ExpressionService {
+public:
+    virtual ~ExpressionService() = default;
+
+    /// Compiles a formula over the data set's variables and the extra names. Answers 0; else non-zero, with
+    /// what is wrong and where in `error`.
+    virtual short COMP(std::string_view text, std::span<const std::string> extraNames,
+                       std::unique_ptr<CompiledExpression>& compiled, std::string& error) = 0;
+
+    /// Evaluates a formula; values[k] is the value of References()[k]. Answers 0; non-zero when the result is
+    /// not finite (`result` is then 0).
+    virtual int RunSpreadsheetFormula(std::span<const double> values, const CompiledExpression& compiled,
+                                      double& result) = 0;
+};
+
+} // namespace ozm

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "support/CIterDisplay.h"
+
+#include <string_view>
+
+namespace ozm {
+
+/// Progress display and stop requests. The stop tests are asked once per case: an implementation answers from
+/// memory.
+class ProgressService {
+public:
+    virtual ~ProgressService() = default;
+
+    /// Opens the progress display of a computation of `count` units; `dstop` closes it.
+    virtual void dstart(unsigned count) = 0;
+    virtual void dstop() = 0;
+    /// `count` units are done.
+    virtual void termom(unsigned count) = 0;
+    /// Shows the busy state of a computation whose length is unknown; `dsp_st` redraws the display at once.
+    virtual void bstart() = 0;
+    virtual void dsp_st() = 0;
+
+    /// Status-line text, and the caption of the progress bar.
+    virtual void d_stat(std::string_view text) = 0;
+    virtual void d_pbar(std::string_view text) = 0;
+
+    /// Stop requested in the progress display; stop requested from outside the analysis (a script, a signal).
+    virtual bool pcancel() = 0;
+    virtual bool IsExternallyCancelled() = 0;
+
+    /// The host's iteration window; it lives as long as the service.
+    virtual CIterDisplay& Iterations() = 0;
+};
+
+} // namespace ozm

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "support/CChartInfo.h"
+
+namespace korvana {
+
+/// What a chart's numbers become before anything is painted: paths inside the axes' ranges, thinned to what
+/// can be seen. The drawing back ends clip differently (SVG not at all), so clipping is settled here.
+
+struct Extent {
+    double low = 0.0;
+    double high = 0.0;
+    [[nodiscard]] double span() const { return high - low; }
+    [[nodiscard]] bool contains(double value) const { return value >= low && value <= high; }
+};
+
+struct ChartPoint {
+    double x;
+    double y;
+};
+
+/// Points to be joined; a point with a NaN is a gap.
+using ChartPath = std::vector<ChartPoint>;
+
+/// Finite and not so large (1e200) that differences or squares leave the range of a double.
+[[nodiscard]] bool isDrawable(double value);
+[[nodiscard]] bool isDrawable(const ChartPoint& point);
+
+/// Smallest extent of what can be drawn; low > high when there is nothing.
+[[nodiscard]] Extent extentOf(std::span<const double> values);
+
+/// The axis: the given range where there is one, else the data with `margin` of its span on both sides. A
+/// span too small to be divided (all values alike, none at all) is widened around its middle.
+[[nodiscard]] Extent axisExtent(const ozm::ChartAxis& axis, Extent data, double margin);
+
+/// The series' points in their order, a step function with its corners written out.
+[[nodiscard]] ChartPath pathOf(const ozm::ChartSeries& series);
+
+/// Cuts the joined points at the borders (Liang and Barsky 1984, ACM Trans. Graphics 3:1-22).
+[[nodiscard]] ChartPath clipped(const ChartPath& path, Extent x, Extent y);
+
+/// Leaves of each stretch within one of `columns` vertical strips the first, lowest, highest and last point.
+[[nodiscard]] ChartPath thinned(const ChartPath& path, Extent x, int columns);
+
+/// Single points inside the ranges, one for each occupied cell of a columns by rows raster.
+[[nodiscard]] ChartPath markersOf(const ozm::ChartSeries& series, Extent x, Extent y, int columns, int rows);
+
+/// Equally wide classes; class k holds start + k*width <= value < start + (k+1)*width, the last one its end
+/// as well.
+struct HistogramClasses {
+    double start = 0.0;
+    double width = 1.0;
+    int count = 1;
+    [[nodiscard]] double end() const { return start + width * count; }
+};
+
+/// Width by Freedman and Diaconis (1981), 2 IQR n^(-1/3), or by Sturges (1926) where the quartiles coincide;
+/// rounded to 1, 2 or 5 times a power of ten and laid on its multiples; 100 classes at most.
+[[nodiscard]] HistogramClasses histogramClasses(std::span<const double> values);
+[[nodiscard]] std::vector<double> countInto(const HistogramClasses& classes, std::span<const double> values);
+
+} // namespace korvana

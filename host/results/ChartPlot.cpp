@@ -1,0 +1,341 @@
+#include "host/results/ChartPlot.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+#include <qcustomplot.h>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "host/results/ChartGeometry.h"
+#include "host/results/ChartText.h"
+#include "host/results/Utf8.h"
+
+namespace korvana {
+namespace {
+
+using ozm::ChartSeries;
+
+/// Okabe and Ito (2008), told apart with any colour vision; without its yellow, which is lost on white.
+constexpr std::array<QRgb, 7> kPalette{0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7,
+                                       0xFFE69F00, 0xFF56B4E9, 0xFF000000};
+constexpr std::size_t kMostBands = 3; // more shades than that hide each other
+
+const QColor kInk(0x22, 0x22, 0x22);
+const QColor kGrid(0xE4, 0xE4, 0xE4);
+
+bool isBound(const ChartSeries& series) {
+    return series.role == ChartSeries::Role::LowerBound || series.role == ChartSeries::Role::UpperBound;
+}
+
+class Painter {
+public:
+    Painter(QCustomPlot& plot, const ozm::CChartInfo& info, const PlotOptions& options)
+        : plot_(plot), info_(info), options_(options) {}
+
+    void paint() {
+        for (const ChartSeries& series : info_.series)
+            groups_.try_emplace(series.group, groups_.size());
+        chooseRanges();
+        styleAxes();
+        paintBands();
+        for (const ChartSeries& series : info_.series)
+            paintSeries(series);
+        addTitle();
+        addLegend();
+    }
+
+private:
+    struct LegendEntry {
+        QString text;
+        QCPAbstractPlottable* plottable;
+    };
+
+    [[nodiscard]] std::size_t groupIndex(const ChartSeries& series) const { return groups_.at(series.group); }
+
+    [[nodiscard]] QColor colour(const ChartSeries& series) const {
+        return QColor::fromRgb(kPalette[groupIndex(series) % kPalette.size()]);
+    }
+
+    [[nodiscard]] QPen pen(const ChartSeries& series) const {
+        QPen pen(colour(series), isBound(series) ? 1.0 : 2.0);
+        pen.setCapStyle(Qt::FlatCap);
+        pen.setJoinStyle(Qt::MiterJoin);
+        if (isBound(series))
+            pen.setDashPattern({5.0, 3.0});
+        else if (groupIndex(series) >= kPalette.size())
+            pen.setStyle(Qt::DashDotLine); // colours come round again
+        return pen;
+    }
+
+    void chooseRanges() {
+        std::vector<double> pooled;
+        Extent x = extentOf({});
+        Extent y = x;
+        const auto include = [](Extent& extent, const Extent& more) {
+            extent = {std::min(extent.low, more.low), std::max(extent.high, more.high)};
+        };
+        bool counts = false;
+        for (const ChartSeries& series : info_.series) {
+            if (series.style == ChartSeries::Style::Histogram) {
+                pooled.insert(pooled.end(), series.y.begin(), series.y.end());
+                counts = true;
+                continue;
+            }
+            include(x, extentOf(series.x));
+            include(y, extentOf(series.y));
+        }
+        if (counts) {
+            classes_ = histogramClasses(pooled);
+            include(x, {classes_.start, classes_.end()});
+            for (const ChartSeries& series : info_.series) {
+                if (series.style != ChartSeries::Style::Histogram) continue;
+                include(y, extentOf(countInto(classes_, series.y)));
+            }
+            include(y, {0.0, 1.0});
+        }
+        x_ = axisExtent(info_.xAxis, x, 0.02);
+        y_ = axisExtent(info_.yAxis, y, 0.03);
+        if (counts && !info_.yAxis.hasRange()) y_.low = std::min(0.0, y.low); // bars stand on the axis
+    }
+
+    void styleAxis(QCPAxis& axis, const Extent& range, const std::string& title, int length) {
+        axis.setRange(range.low, range.high);
+        axis.setLabelFont(chartFont(15));
+        axis.setTickLabelFont(chartFont(13));
+        axis.setLabel(elidedLine(title, axis.labelFont(), length));
+        axis.setLabelColor(kInk);
+        axis.setTickLabelColor(kInk);
+        axis.setLabelPadding(8);
+        axis.setBasePen(QPen(kInk, 1));
+        axis.setTickPen(QPen(kInk, 1));
+        axis.setSubTickPen(QPen(kInk, 1));
+        axis.setTickLength(0, 6);
+        axis.setSubTickLength(0, 3);
+        axis.setNumberFormat("gb");
+        // Enough digits that neighbouring ticks of an axis far from zero read differently.
+        const double magnitude = std::max(std::fabs(range.low), std::fabs(range.high));
+        axis.setNumberPrecision(
+            std::clamp(static_cast<int>(std::log10(magnitude / range.span())) + 4, 6, 15));
+        axis.ticker()->setTickCount(6);
+        axis.grid()->setPen(QPen(kGrid, 1));
+        axis.grid()->setZeroLinePen(Qt::NoPen);
+    }
+
+    void styleAxes() {
+        plot_.setLocale(plainLocale());
+        plot_.setBackground(QBrush(Qt::white));
+        plot_.setAutoAddPlottableToLegend(false);
+        plot_.axisRect()->setMinimumMargins(QMargins(20, 12, 24, 10));
+        styleAxis(*plot_.xAxis, x_, info_.xAxis.title, options_.width - 120);
+        styleAxis(*plot_.yAxis, y_, info_.yAxis.title, options_.height - 200);
+    }
+
+    QCPCurve* addCurve(const ChartPath& path) {
+        auto* curve = new QCPCurve(plot_.xAxis, plot_.yAxis); // the plot owns it
+        QVector<QCPCurveData> data;
+        data.reserve(static_cast<qsizetype>(path.size()));
+        double t = 0.0;
+        for (const ChartPoint& point : path)
+            data.append(QCPCurveData(t++, point.x, point.y));
+        curve->data()->set(data, true);
+        curve->setScatterSkip(0);
+        return curve;
+    }
+
+    [[nodiscard]] ChartPath visible(ChartPath path) const {
+        if (!options_.thin) return path;
+        return thinned(clipped(path, x_, y_), x_, 4 * options_.width);
+    }
+
+    void paintSeries(const ChartSeries& series) {
+        switch (series.style) {
+        case ChartSeries::Style::Histogram:
+            paintHistogram(series);
+            return;
+        case ChartSeries::Style::Markers:
+            addLegendEntry(series, paintMarkers(series));
+            return;
+        case ChartSeries::Style::Line:
+        case ChartSeries::Style::Step:
+            break;
+        }
+        QCPCurve* curve = addCurve(visible(pathOf(series)));
+        curve->setPen(pen(series));
+        addLegendEntry(series, curve);
+        if (series.marker != ChartSeries::Marker::None) paintMarkers(series);
+    }
+
+    QCPCurve* paintMarkers(const ChartSeries& series) {
+        const bool thin = options_.thin;
+        QCPCurve* curve =
+            addCurve(thin ? markersOf(series, x_, y_, options_.width, options_.height) : pathOf(series));
+        curve->setLineStyle(QCPCurve::lsNone);
+        curve->setPen(pen(series)); // the legend's icon
+        curve->setScatterStyle(scatter(series));
+        return curve;
+    }
+
+    [[nodiscard]] QCPScatterStyle scatter(const ChartSeries& series) const {
+        using Marker = ChartSeries::Marker;
+        Marker marker = series.marker;
+        if (marker == Marker::None)
+            marker = series.role == ChartSeries::Role::Censored ? Marker::Plus : Marker::Circle;
+        QColor fill = colour(series);
+        fill.setAlpha(110);
+        const QPen outline(colour(series), 1.0);
+        const QPen stroke(colour(series), 1.5);
+        switch (marker) {
+        case Marker::Plus:
+            return {QCPScatterStyle::ssPlus, stroke, Qt::NoBrush, 9};
+        case Marker::Cross:
+            return {QCPScatterStyle::ssCross, stroke, Qt::NoBrush, 8};
+        case Marker::Square:
+            return {QCPScatterStyle::ssSquare, outline, fill, 7};
+        case Marker::Triangle:
+            return {QCPScatterStyle::ssTriangle, outline, fill, 8};
+        case Marker::Circle:
+        case Marker::None:
+            break;
+        }
+        return {QCPScatterStyle::ssCircle, outline, fill, 7};
+    }
+
+    void paintHistogram(const ChartSeries& series) {
+        auto* bars = new QCPBars(plot_.xAxis, plot_.yAxis);
+        const std::vector<double> counts = countInto(classes_, series.y);
+        QVector<QCPBarsData> data;
+        for (std::size_t k = 0; k < counts.size(); ++k) {
+            const double left = classes_.start + classes_.width * static_cast<double>(k);
+            if (left + classes_.width <= x_.low || left >= x_.high) continue;
+            data.append(QCPBarsData(left + classes_.width / 2, std::min(counts[k], y_.high)));
+        }
+        bars->data()->set(data, true);
+        bars->setWidth(classes_.width);
+        QColor fill = colour(series);
+        fill.setAlpha(groups_.size() > 1 ? 90 : 150);
+        bars->setBrush(fill);
+        bars->setPen(QPen(colour(series).darker(130), 1));
+        addLegendEntry(series, bars);
+    }
+
+    /// A light fill between the bounds of a group that has exactly one of each.
+    void paintBands() {
+        std::map<int, std::array<std::vector<const ChartSeries*>, 2>> bounds;
+        for (const ChartSeries& series : info_.series) {
+            const bool path =
+                series.style == ChartSeries::Style::Line || series.style == ChartSeries::Style::Step;
+            if (!isBound(series) || !path) continue;
+            bounds[series.group][series.role == ChartSeries::Role::UpperBound ? 1 : 0].push_back(&series);
+        }
+        if (bounds.size() > kMostBands) return;
+        for (const auto& [group, pair] : bounds) {
+            if (pair[0].size() != 1 || pair[1].size() != 1) continue;
+            ChartPath outline = inside(*pair[0][0]);
+            ChartPath back = inside(*pair[1][0]);
+            if (outline.size() < 2 || back.size() < 2) continue;
+            outline.insert(outline.end(), back.rbegin(), back.rend());
+            outline.push_back(outline.front());
+            QColor shade = colour(*pair[0][0]);
+            shade.setAlpha(28);
+            QCPCurve* fill = addCurve(outline);
+            fill->setPen(Qt::NoPen);
+            fill->setBrush(shade);
+        }
+    }
+
+    /// A bound's path pressed into the axes' ranges; empty when it has gaps, where a fill would mislead.
+    [[nodiscard]] ChartPath inside(const ChartSeries& series) const {
+        ChartPath path = pathOf(series);
+        for (ChartPoint& point : path) {
+            if (!isDrawable(point)) return {};
+            point = {std::clamp(point.x, x_.low, x_.high), std::clamp(point.y, y_.low, y_.high)};
+        }
+        return options_.thin ? thinned(path, x_, 4 * options_.width) : path;
+    }
+
+    void addTitle() {
+        if (info_.title.empty()) return;
+        const QFont font = chartFont(18, true);
+        const QString text = wrappedLines(info_.title, font, options_.width - 60, 2).join('\n');
+        plot_.plotLayout()->insertRow(0);
+        auto* title = new QCPTextElement(&plot_, text, font);
+        title->setTextColor(kInk);
+        title->setMargins(QMargins(10, 12, 10, 2));
+        plot_.plotLayout()->addElement(0, 0, title);
+    }
+
+    /// Series with the same text in the same group (a pair of bounds) share one entry.
+    void addLegendEntry(const ChartSeries& series, QCPAbstractPlottable* plottable) {
+        if (series.legend.empty()) return;
+        if (!named_.insert({series.group, series.legend}).second) return;
+        legend_.push_back({elidedLine(series.legend, chartFont(13), options_.width / 2), plottable});
+    }
+
+    void addLegend() {
+        if (legend_.size() < 2) return;
+        constexpr int kIcon = 30;
+        constexpr int kSpacing = 14;
+        constexpr std::size_t kMostRows = 5;
+        const QFont font = chartFont(13);
+        const QFontMetricsF metrics(font);
+        double widest = 0.0;
+        for (const LegendEntry& entry : legend_)
+            widest = std::max(widest, metrics.horizontalAdvance(entry.text));
+        const auto columns =
+            static_cast<std::size_t>(std::max(1.0, (options_.width - 60) / (widest + kIcon + 2 * kSpacing)));
+        if (legend_.size() > columns * kMostRows) {
+            const std::size_t left = legend_.size() - columns * kMostRows + 1;
+            legend_.resize(columns * kMostRows - 1);
+            legend_.push_back({QString("and %1 more").arg(left), nullptr});
+        }
+
+        auto* legend = new QCPLegend; // beside the plot's built-in one, which lies over the data
+        plot_.plotLayout()->addElement(plot_.plotLayout()->rowCount(), 0, legend);
+        legend->setLayer("legend");
+        legend->setFont(font);
+        legend->setTextColor(kInk);
+        legend->setIconSize(kIcon, 14);
+        legend->setIconTextPadding(8);
+        legend->setColumnSpacing(kSpacing);
+        legend->setRowSpacing(2);
+        legend->setBorderPen(Qt::NoPen);
+        legend->setBrush(Qt::NoBrush);
+        legend->setFillOrder(QCPLegend::foColumnsFirst);
+        legend->setWrap(static_cast<int>(std::min(columns, legend_.size())));
+        legend->setMargins(QMargins(30, 0, 30, 10));
+        for (const LegendEntry& entry : legend_) {
+            if (entry.plottable == nullptr) {
+                auto* blank = new QCPCurve(plot_.xAxis, plot_.yAxis);
+                blank->setPen(Qt::NoPen);
+                blank->setName(entry.text);
+                blank->addToLegend(legend);
+                continue;
+            }
+            entry.plottable->setName(entry.text);
+            entry.plottable->addToLegend(legend);
+        }
+        plot_.plotLayout()->setRowStretchFactor(plot_.plotLayout()->rowCount() - 1, 0.001);
+    }
+
+    QCustomPlot& plot_;
+    const ozm::CChartInfo& info_;
+    const PlotOptions& options_;
+    std::map<int, std::size_t> groups_; // group -> place in order of appearance
+    std::set<std::pair<int, std::string>> named_;
+    std::vector<LegendEntry> legend_;
+    HistogramClasses classes_;
+    Extent x_;
+    Extent y_;
+};
+
+} // namespace
+
+void fillPlot(QCustomPlot& plot, const ozm::CChartInfo& info, const PlotOptions& options) {
+    Painter(plot, info, options).paint();
+}
+
+} // namespace korvana

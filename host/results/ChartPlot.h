@@ -1,0 +1,21 @@
+#pragma once
+
+#include "support/CChartInfo.h"
+
+class QCustomPlot;
+
+namespace korvana {
+
+struct PlotOptions {
+    int width = 960; ///< logical pixels, for wrapping titles and the legend and for thinning
+    int height = 640;
+    /// Cut at the axes and leave out what lies within a quarter of a pixel. Off for a plot that people zoom.
+    bool thin = true;
+};
+
+/// Fills an empty plot: title, axes, legend below the axes (when there is more than one entry), series.
+/// Colours go by the series' group, in order of appearance. Needs a QApplication; call it in its thread. Any
+/// numbers will do: what is not finite is left out.
+void fillPlot(QCustomPlot& plot, const ozm::CChartInfo& info, const PlotOptions& options = {});
+
+} // namespace korvana

@@ -1,0 +1,209 @@
+#include "host/results/HtmlWriter.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "host/results/ChartRenderer.h"
+#include "host/results/FormatNumber.h"
+#include "host/results/TextWriter.h"
+#include "host/results/Utf8.h"
+
+namespace korvana {
+namespace {
+
+constexpr std::string_view kStyle = R"css(
+:root { color-scheme: light dark; --ink: #1c2330; --soft: #5b6472; --page: #fff; --card: #f6f7f9; --line: #d5d9e0;
+  --accent: #0b5fa5; --error: #b3261e; --warning: #8a5a00; }
+@media (prefers-color-scheme: dark) {
+  :root { --ink: #e4e7ec; --soft: #a2abb9; --page: #14171c; --card: #1d2128; --line: #3a414d;
+    --accent: #7cb8f0; --error: #ff9a90; --warning: #f0c060; } }
+* { box-sizing: border-box; }
+body { margin: 0 auto; padding: 2rem 1.25rem 4rem; max-width: 70rem; background: var(--page); color: var(--ink);
+  font: 16px/1.5 system-ui, "DejaVu Sans", Verdana, sans-serif; }
+h1 { font-size: 1.75rem; line-height: 1.2; margin: 0 0 .25rem; }
+h2 { font-size: 1.2rem; margin: 2.5rem 0 .5rem; padding-bottom: .25rem; border-bottom: 1px solid var(--line); }
+header p, .note, .more { color: var(--soft); margin: .15rem 0; }
+nav ul { padding-left: 1.2rem; columns: 2 20rem; }
+a { color: var(--accent); }
+pre { margin: .5rem 0; padding: .75rem 1rem; overflow-x: auto; background: var(--card); border-radius: 6px;
+  font: 14px/1.45 "DejaVu Sans Mono", Consolas, Menlo, monospace; }
+.messages { list-style: none; padding: 0; }
+.messages li { margin: .4rem 0; padding: .5rem .8rem; border-left: 4px solid var(--soft); background: var(--card); }
+.messages .error { border-color: var(--error); } .messages .warning { border-color: var(--warning); }
+.messages strong { color: var(--soft); } .messages .error strong { color: var(--error); }
+.messages .warning strong { color: var(--warning); } .messages small { display: block; color: var(--soft); }
+.table { overflow-x: auto; margin: .75rem 0; }
+table { border-collapse: collapse; font-size: 14px; font-variant-numeric: tabular-nums; }
+th, td { padding: .2rem .7rem; text-align: right; white-space: nowrap; }
+thead th { vertical-align: bottom; border-bottom: 2px solid var(--line); }
+tbody th, .text { text-align: left; } tbody th { font-weight: 600; }
+tbody tr:nth-child(even) { background: var(--card); }
+figure { margin: .75rem 0; padding: .5rem; background: #fff; border: 1px solid var(--line); border-radius: 6px; }
+figure svg { display: block; width: 100%; max-width: 960px; height: auto; margin: 0 auto; }
+@media print { :root { color-scheme: light; --ink: #000; --soft: #444; --page: #fff; --card: #f6f7f9; --line: #bbb; }
+  body { max-width: none; padding: 0; font-size: 11pt; } nav { display: none; } pre { white-space: pre-wrap; }
+  h2 { break-after: avoid; } figure { break-inside: avoid; } tr { break-inside: avoid; } thead { display: table-header-group; }
+  .table { overflow: visible; } table { font-size: 9pt; } th, td { padding: .1rem .4rem; } }
+)css";
+
+std::string grouped(std::size_t number) {
+    std::string text = std::to_string(number);
+    for (auto place = static_cast<std::ptrdiff_t>(text.size()) - 3; place > 0; place -= 3)
+        text.insert(static_cast<std::size_t>(place), ",");
+    return text;
+}
+
+class Page {
+public:
+    Page(const ResultsBook& book, std::ostream& out, const HtmlOptions& options)
+        : book_(book), out_(out), options_(options) {}
+
+    void write() {
+        const std::string title = escaped(oneLine(book_.analysis.empty() ? "Results" : book_.analysis));
+        out_ << "<!DOCTYPE html>\n<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\">\n<head>\n"
+             << "<meta charset=\"utf-8\"/>\n"
+             << "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"/>\n<title>" << title
+             << "</title>\n<style>" << kStyle << "</style>\n</head>\n<body>\n<header>\n<h1>" << title
+             << "</h1>\n";
+        if (!book_.source.empty()) paragraph("Data: " + book_.source);
+        for (const std::string& note : book_.notes)
+            paragraph(note);
+        out_ << "</header>\n";
+        writeContents();
+        out_ << "<main>\n";
+        writeMessages();
+        for (std::size_t place = 0; place < book_.outputs.size(); ++place)
+            writeOutput(place);
+        if (!book_.iterations.empty()) {
+            out_ << "<section>\n<h2>Iterations</h2>\n";
+            writeLines(book_.iterations);
+            out_ << "</section>\n";
+        }
+        out_ << "</main>\n</body>\n</html>\n";
+    }
+
+private:
+    [[nodiscard]] static std::string titleOf(const ResultsBook::Output& output) {
+        if (const auto* report = std::get_if<Report>(&output))
+            return report->title.empty() ? "Report" : report->title;
+        if (const auto* sheet = std::get_if<Spreadsheet>(&output))
+            return sheet->title.empty() ? "Table" : sheet->title;
+        const std::string& title = std::get<Chart>(output).info.title;
+        return title.empty() ? "Chart" : title;
+    }
+
+    void paragraph(std::string_view text, std::string_view kind = "") {
+        out_ << "<p";
+        if (!kind.empty()) out_ << " class=\"" << kind << '"';
+        out_ << '>' << escaped(text) << "</p>\n";
+    }
+
+    void writeContents() {
+        if (book_.outputs.size() < 3) return;
+        out_ << "<nav aria-label=\"Contents\">\n<ul>\n";
+        for (std::size_t place = 0; place < book_.outputs.size(); ++place)
+            out_ << "<li><a href=\"#output-" << place + 1 << "\">"
+                 << escaped(oneLine(titleOf(book_.outputs[place]))) << "</a></li>\n";
+        out_ << "</ul>\n</nav>\n";
+    }
+
+    void writeMessages() {
+        if (book_.messages.empty()) return;
+        out_ << "<ul class=\"messages\" aria-label=\"Messages\">\n";
+        for (const ResultMessage& message : book_.messages) {
+            const std::string text = messageText(message);
+            const std::size_t colon = text.find(':');
+            const bool error = message.severity == ResultMessage::Severity::Error;
+            const bool warning = message.severity == ResultMessage::Severity::Warning;
+            out_ << "<li class=\""
+                 << (error     ? "error"
+                     : warning ? "warning"
+                               : "remark")
+                 << "\"><strong>" << escaped(text.substr(0, colon + 1)) << "</strong>"
+                 << escaped(text.substr(colon + 1));
+            if (!message.detail.empty()) out_ << "<small>" << escaped(message.detail) << "</small>";
+            out_ << "</li>\n";
+        }
+        out_ << "</ul>\n";
+    }
+
+    void writeOutput(std::size_t place) {
+        const ResultsBook::Output& output = book_.outputs[place];
+        out_ << "<section id=\"output-" << place + 1 << "\">\n<h2>" << escaped(oneLine(titleOf(output)))
+             << "</h2>\n";
+        if (const auto* report = std::get_if<Report>(&output)) writeLines(report->lines);
+        if (const auto* sheet = std::get_if<Spreadsheet>(&output)) writeTable(*sheet);
+        if (const auto* chart = std::get_if<Chart>(&output)) writeChart(chart->info);
+        out_ << "</section>\n";
+    }
+
+    void writeLines(const std::vector<std::string>& lines) {
+        out_ << "<pre>";
+        for (const std::string& line : lines)
+            out_ << escaped(oneLine(line)) << '\n';
+        out_ << "</pre>\n";
+    }
+
+    void writeChart(const ozm::CChartInfo& info) {
+        const Picture picture = drawChart(info, PictureFormat::Svg);
+        const std::string prefix = "chart-" + std::to_string(++charts_) + "-";
+        if (picture.drawn())
+            out_ << "<figure>" << svgForPage(picture.bytes, prefix, info.title) << "</figure>\n";
+        else
+            paragraph("This chart could not be drawn: " + picture.error, "more");
+    }
+
+    void writeHeadings(const Spreadsheet& sheet) {
+        out_ << "<thead><tr>";
+        if (!sheet.rowHeadings.empty()) out_ << "<td></td>";
+        for (const Spreadsheet::Column& column : sheet.columns) {
+            out_ << "<th scope=\"col\"" << (column.isText() ? " class=\"text\">" : ">")
+                 << escaped(oneLine(column.heading1));
+            if (!column.heading1.empty() && !column.heading2.empty()) out_ << "<br/>";
+            out_ << escaped(oneLine(column.heading2)) << "</th>";
+        }
+        out_ << "</tr></thead>\n";
+    }
+
+    void writeTable(const Spreadsheet& sheet) {
+        const std::size_t table = tables_++;
+        for (const std::string& note : sheet.notes)
+            paragraph(note, "note");
+        const std::size_t rows = sheet.rowCount();
+        const std::size_t shown = std::min(rows, options_.mostRows);
+        out_ << "<div class=\"table\"><table aria-label=\"" << escaped(oneLine(sheet.title)) << "\">\n";
+        if (!sheet.columns.empty()) writeHeadings(sheet);
+        out_ << "<tbody>\n";
+        if (rows == 0) out_ << "<tr><td class=\"text\">no rows</td></tr>\n";
+        for (std::size_t row = 0; row < shown; ++row) {
+            out_ << "<tr>";
+            if (!sheet.rowHeadings.empty())
+                out_ << "<th scope=\"row\">" << escaped(sheet.rowHeading(row)) << "</th>";
+            for (std::size_t column = 0; column < sheet.columns.size(); ++column)
+                out_ << (sheet.columns[column].isText() ? "<td class=\"text\">" : "<td>")
+                     << escaped(sheet.cellText(row, column)) << "</td>";
+            out_ << "</tr>\n";
+        }
+        out_ << "</tbody>\n</table></div>\n";
+        if (shown == rows) return;
+        const bool named = table < options_.tableFiles.size() && !options_.tableFiles[table].empty();
+        paragraph("The first " + grouped(shown) + " of " + grouped(rows) + " rows are shown; " +
+                      (named ? "all of them are in " + options_.tableFiles[table] + "."
+                             : "ask for the table as CSV, JSON or XLSX to have all of them."),
+                  "more");
+    }
+
+    const ResultsBook& book_;
+    std::ostream& out_;
+    const HtmlOptions& options_;
+    std::size_t charts_ = 0;
+    std::size_t tables_ = 0;
+};
+
+} // namespace
+
+void writeHtml(const ResultsBook& book, std::ostream& out, const HtmlOptions& options) {
+    Page(book, out, options).write();
+}
+
+} // namespace korvana

@@ -1,0 +1,109 @@
+#include "host/results/OutputFile.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <stdexcept>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace korvana {
+namespace {
+
+constexpr std::size_t kBufferSize = std::size_t{1} << 16U;
+
+std::string reason(int error) {
+    return std::generic_category().message(error);
+}
+
+} // namespace
+
+void throwCannotWrite(const std::filesystem::path& target, const std::string& why) {
+    throw std::runtime_error("cannot write '" + target.string() + "': " + why);
+}
+
+PendingFile::PendingFile(std::filesystem::path target) : target_(std::move(target)) {
+    std::error_code ignored;
+    if (std::filesystem::is_directory(target_, ignored)) throwCannotWrite(target_, reason(EISDIR));
+    const std::string stem = "." + target_.filename().string() + "." + std::to_string(::getpid()) + ".";
+    for (int attempt = 0;; ++attempt) {
+        pending_ = target_.parent_path() / (stem + std::to_string(attempt) + ".part");
+        const int descriptor = ::open(pending_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (descriptor >= 0) {
+            ::close(descriptor);
+            return;
+        }
+        if (errno != EEXIST || attempt > 1000) throwCannotWrite(target_, reason(errno));
+    }
+}
+
+PendingFile::~PendingFile() {
+    if (!pending_.empty()) ::unlink(pending_.c_str());
+}
+
+void PendingFile::commit() {
+    if (::rename(pending_.c_str(), target_.c_str()) != 0) throwCannotWrite(target_, reason(errno));
+    pending_.clear();
+}
+
+OutputFile::OutputFile(std::filesystem::path target)
+    : pending_(std::move(target)), buffer_(kBufferSize), stream_(nullptr) {
+    descriptor_ = ::open(pending_.path().c_str(), O_WRONLY | O_CLOEXEC);
+    if (descriptor_ < 0) throwCannotWrite(pending_.target(), reason(errno));
+    setp(buffer_.data(), buffer_.data() + buffer_.size());
+    stream_.rdbuf(this);
+    stream_.exceptions(std::ios::badbit); // lets the error of `writeAll` through as it is
+}
+
+OutputFile::~OutputFile() {
+    if (descriptor_ >= 0) ::close(descriptor_);
+}
+
+void OutputFile::writeAll(const char* data, std::size_t size) {
+    while (size > 0) {
+        const ssize_t written = ::write(descriptor_, data, size);
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) throwCannotWrite(pending_.target(), reason(written < 0 ? errno : EIO));
+        data += written;
+        size -= static_cast<std::size_t>(written);
+    }
+}
+
+void OutputFile::drain() {
+    const auto size = static_cast<std::size_t>(pptr() - pbase());
+    setp(buffer_.data(), buffer_.data() + buffer_.size());
+    writeAll(buffer_.data(), size);
+}
+
+OutputFile::int_type OutputFile::overflow(int_type c) {
+    drain();
+    if (traits_type::eq_int_type(c, traits_type::eof())) return traits_type::not_eof(c);
+    return sputc(traits_type::to_char_type(c));
+}
+
+std::streamsize OutputFile::xsputn(const char* data, std::streamsize size) {
+    if (size > epptr() - pptr()) drain();
+    if (size < epptr() - pptr()) return std::streambuf::xsputn(data, size);
+    writeAll(data, static_cast<std::size_t>(size));
+    return size;
+}
+
+int OutputFile::sync() {
+    drain();
+    return 0;
+}
+
+void OutputFile::commit() {
+    drain();
+    const int closed = ::close(std::exchange(descriptor_, -1));
+    if (closed != 0) throwCannotWrite(pending_.target(), reason(errno));
+    pending_.commit();
+}
+
+void writeFile(const std::filesystem::path& target, std::string_view bytes) {
+    OutputFile file(target);
+    file.stream().write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    file.commit();
+}
+
+} // namespace korvana

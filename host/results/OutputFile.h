@@ -1,0 +1,63 @@
+#pragma once
+
+#include <filesystem>
+#include <ostream>
+#include <streambuf>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvana {
+
+/// A name for a file in the making, beside the file it will become, so that the final rename is atomic and
+/// nobody finds half a file. The file exists (empty) once this is constructed, and is removed unless `commit`
+/// was called. Every failure is a `std::runtime_error` that names the wanted file and the reason.
+class PendingFile {
+public:
+    explicit PendingFile(std::filesystem::path target);
+    ~PendingFile();
+    PendingFile(const PendingFile&) = delete;
+    PendingFile& operator=(const PendingFile&) = delete;
+
+    [[nodiscard]] const std::filesystem::path& path() const { return pending_; }
+    [[nodiscard]] const std::filesystem::path& target() const { return target_; }
+    void commit();
+
+private:
+    std::filesystem::path target_;
+    std::filesystem::path pending_;
+};
+
+/// A file written through `stream()`. A failed write (disk full, quota, ...) throws `std::runtime_error` out
+/// of the stream operation that met it. What was written counts only after `commit()`.
+class OutputFile : private std::streambuf {
+public:
+    explicit OutputFile(std::filesystem::path target);
+    ~OutputFile() override;
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
+    [[nodiscard]] std::ostream& stream() { return stream_; }
+    /// Flushes, closes and gives the file its name.
+    void commit();
+
+private:
+    int_type overflow(int_type c) override;
+    std::streamsize xsputn(const char* data, std::streamsize size) override;
+    int sync() override;
+    void drain();
+    void writeAll(const char* data, std::size_t size);
+
+    PendingFile pending_;
+    int descriptor_ = -1;
+    std::vector<char> buffer_;
+    std::ostream stream_;
+};
+
+/// Writes a file that is already whole in memory, such as a picture.
+void writeFile(const std::filesystem::path& target, std::string_view bytes);
+
+/// "cannot write 'report.txt': No space left on device"
+[[noreturn]] void throwCannotWrite(const std::filesystem::path& target, const std::string& why);
+
+} // namespace korvana

@@ -1,0 +1,227 @@
+#include "host/results/TextWriter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+#include "host/results/FormatNumber.h"
+#include "host/results/Utf8.h"
+
+namespace korvana {
+namespace {
+
+constexpr std::string_view kEmpty = "--";
+constexpr std::string_view kGap = "  ";
+
+void endLine(std::string& line, std::ostream& out) {
+    line.erase(line.find_last_not_of(' ') + 1);
+    line += '\n';
+    out.write(line.data(), static_cast<std::streamsize>(line.size()));
+    line.clear();
+}
+
+void writeLine(std::string_view text, std::ostream& out) {
+    std::string line = oneLine(text);
+    endLine(line, out);
+}
+
+void writeTitle(std::string_view title, char underline, std::ostream& out) {
+    if (title.empty()) return;
+    const std::string line = oneLine(title);
+    out << line << '\n' << std::string(textWidth(line), underline) << '\n';
+}
+
+struct TextColumn {
+    std::string heading1;
+    std::string heading2;
+    std::size_t width = 0;
+    bool left = false;
+};
+
+void appendPadded(std::string& line, std::string_view text, std::size_t width, bool left) {
+    const std::size_t own = textWidth(text);
+    const std::size_t padding = own < width ? width - own : 0;
+    if (!left) line.append(padding, ' ');
+    line += text;
+    if (left) line.append(padding, ' ');
+}
+
+void formatCell(std::string& out, const Spreadsheet& sheet, std::size_t row, std::size_t column) {
+    out.clear();
+    const Spreadsheet::Cell cell = sheet.cell(row, column);
+    switch (cell.kind) {
+    case Spreadsheet::Cell::Kind::Number:
+        appendNumber(out, cell.number, sheet.columns[column].format);
+        break;
+    case Spreadsheet::Cell::Kind::Integer:
+        appendNumber(out, cell.integer, ozm::CellFormat::integer());
+        break;
+    case Spreadsheet::Cell::Kind::Text:
+        appendOneLine(out, cell.text);
+        break;
+    case Spreadsheet::Cell::Kind::Empty:
+        out += kEmpty;
+        break;
+    }
+}
+
+/// With fixed decimals the longest number is one of the extremes, which saves formatting the column twice.
+std::size_t numbersWidth(const std::vector<double>& cells, ozm::CellFormat format) {
+    const bool byExtremes = format.kind != ozm::CellFormat::Kind::General;
+    std::size_t width = 0;
+    double low = 0.0;
+    double high = 0.0;
+    std::string text;
+    const auto measure = [&](double value) {
+        text.clear();
+        appendNumber(text, value, format);
+        width = std::max(width, text.size());
+    };
+    for (const double value : cells) {
+        if (std::isnan(value)) {
+            width = std::max(width, kEmpty.size());
+        } else if (byExtremes && std::fabs(value) < kExponentFrom) {
+            low = std::min(low, value);
+            high = std::max(high, value);
+        } else {
+            measure(value);
+        }
+    }
+    if (byExtremes && !cells.empty()) {
+        measure(low);
+        measure(high);
+    }
+    return width;
+}
+
+std::size_t cellsWidth(const Spreadsheet& sheet, std::size_t column, std::size_t rows) {
+    const Spreadsheet::Column& one = sheet.columns[column];
+    const std::size_t shorter = one.size() < rows ? kEmpty.size() : 0;
+    if (const auto* numbers = std::get_if<std::vector<double>>(&one.cells))
+        return std::max(shorter, numbersWidth(*numbers, one.format));
+    std::size_t width = shorter;
+    std::string text;
+    for (std::size_t row = 0; row < one.size(); ++row) {
+        formatCell(text, sheet, row, column);
+        width = std::max(width, textWidth(text));
+    }
+    return width;
+}
+
+std::vector<TextColumn> layOut(const Spreadsheet& sheet, std::size_t rows) {
+    std::vector<TextColumn> layout;
+    if (!sheet.rowHeadings.empty()) {
+        TextColumn headings{{}, {}, 0, true};
+        for (const std::string& heading : sheet.rowHeadings)
+            headings.width = std::max(headings.width, textWidth(oneLine(heading)));
+        layout.push_back(headings);
+    }
+    for (std::size_t column = 0; column < sheet.columns.size(); ++column) {
+        const Spreadsheet::Column& from = sheet.columns[column];
+        TextColumn one{oneLine(from.heading1), oneLine(from.heading2), 0, from.isText()};
+        one.width =
+            std::max({cellsWidth(sheet, column, rows), textWidth(one.heading1), textWidth(one.heading2)});
+        layout.push_back(std::move(one));
+    }
+    return layout;
+}
+
+void writeHeadings(const std::vector<TextColumn>& layout, std::ostream& out) {
+    std::string line;
+    for (const auto heading : {&TextColumn::heading1, &TextColumn::heading2}) {
+        const bool any = std::any_of(layout.begin(), layout.end(), [heading](const TextColumn& column) {
+            return !(column.*heading).empty();
+        });
+        if (!any) continue;
+        for (const TextColumn& column : layout) {
+            if (&column != &layout.front()) line += kGap;
+            appendPadded(line, column.*heading, column.width, column.left);
+        }
+        endLine(line, out);
+    }
+    for (const TextColumn& column : layout) {
+        if (&column != &layout.front()) line += kGap;
+        line.append(column.width, '-');
+    }
+    endLine(line, out);
+}
+
+void writeReport(const Report& report, std::ostream& out) {
+    writeTitle(report.title, '-', out);
+    for (const std::string& line : report.lines)
+        writeLine(line, out);
+}
+
+} // namespace
+
+std::string messageText(const ResultMessage& message) {
+    std::string text = message.severity == ResultMessage::Severity::Error     ? "Error"
+                       : message.severity == ResultMessage::Severity::Warning ? "Warning"
+                                                                              : "Note";
+    if (message.id != 0) text += " " + std::to_string(message.id);
+    return text + ": " + oneLine(message.text);
+}
+
+std::string chartLine(const ozm::CChartInfo& info) {
+    std::string line = "Chart: " + oneLine(info.title);
+    if (!info.xAxis.title.empty() || !info.yAxis.title.empty())
+        line += " [x: " + oneLine(info.xAxis.title) + "; y: " + oneLine(info.yAxis.title) + "]";
+    std::string_view separator = " - ";
+    for (const ozm::ChartSeries& series : info.series) {
+        if (series.legend.empty()) continue;
+        line += separator;
+        line += oneLine(series.legend);
+        separator = ", ";
+    }
+    return line;
+}
+
+void writeText(const Spreadsheet& sheet, std::ostream& out) {
+    writeTitle(sheet.title, '-', out);
+    for (const std::string& note : sheet.notes)
+        writeLine(note, out);
+    const std::size_t rows = sheet.rowCount();
+    if (sheet.columns.empty() && rows == 0) return;
+    if (!sheet.notes.empty()) out << '\n';
+    const std::vector<TextColumn> layout = layOut(sheet, rows);
+    writeHeadings(layout, out);
+
+    const std::size_t shift = sheet.rowHeadings.empty() ? 0 : 1;
+    std::string line;
+    std::string cell;
+    for (std::size_t row = 0; row < rows; ++row) {
+        if (shift != 0) appendPadded(line, oneLine(sheet.rowHeading(row)), layout[0].width, true);
+        for (std::size_t column = 0; column < sheet.columns.size(); ++column) {
+            if (column + shift > 0) line += kGap;
+            formatCell(cell, sheet, row, column);
+            appendPadded(line, cell, layout[column + shift].width, layout[column + shift].left);
+        }
+        endLine(line, out);
+    }
+}
+
+void writeText(const ResultsBook& book, std::ostream& out, const TextOptions& options) {
+    writeTitle(book.analysis, '=', out);
+    if (!book.source.empty()) writeLine("Data: " + book.source, out);
+    for (const std::string& note : book.notes)
+        writeLine(note, out);
+    if (options.messages && !book.messages.empty()) {
+        out << '\n';
+        for (const ResultMessage& message : book.messages) {
+            writeLine(messageText(message), out);
+            if (!message.detail.empty()) writeLine("  " + message.detail, out);
+        }
+    }
+    for (const ResultsBook::Output& output : book.outputs) {
+        out << '\n';
+        if (const auto* report = std::get_if<Report>(&output)) writeReport(*report, out);
+        if (const auto* sheet = std::get_if<Spreadsheet>(&output)) writeText(*sheet, out);
+        if (const auto* chart = std::get_if<Chart>(&output)) writeLine(chartLine(chart->info), out);
+    }
+    if (options.iterations && !book.iterations.empty()) {
+        out << '\n';
+        writeReport({"Iterations", book.iterations}, out);
+    }
+}
+
+} // namespace korvana

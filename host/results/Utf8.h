@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace korvana {
+
+/// Texts reach the writers from files of any origin; none of them may break a document.
+
+inline constexpr char32_t kReplacement = 0xFFFD;
+
+/// Takes one code point off the front of a text that is not empty. Bytes that are no UTF-8 (also overlong
+/// forms and surrogates) give U+FFFD, one per byte.
+[[nodiscard]] char32_t takeCodePoint(std::string_view& text);
+void appendCodePoint(std::string& out, char32_t code);
+
+/// True for what has no shape of its own: C0, DEL, C1 (line ends and tabs among them).
+[[nodiscard]] constexpr bool isControl(char32_t code) {
+    return code < 0x20 || (code >= 0x7F && code < 0xA0);
+}
+
+/// Valid UTF-8 on one line: every run of control characters becomes one blank.
+void appendOneLine(std::string& out, std::string_view text);
+[[nodiscard]] std::string oneLine(std::string_view text);
+
+/// Columns a text takes on a terminal: combining marks none, East Asian wide characters two.
+[[nodiscard]] std::size_t textWidth(std::string_view text);
+
+/// For element content and attributes of HTML and XML.
+void appendEscaped(std::string& out, std::string_view text);
+[[nodiscard]] std::string escaped(std::string_view text);
+
+} // namespace korvana

@@ -1,0 +1,200 @@
+#include "host/results/WriteBook.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <set>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+#include "host/results/ChartRenderer.h"
+#include "host/results/CsvWriter.h"
+#include "host/results/HtmlWriter.h"
+#include "host/results/JsonWriter.h"
+#include "host/results/OutputFile.h"
+#include "host/results/TextWriter.h"
+#include "host/results/XlsxWriter.h"
+
+namespace korvana {
+namespace {
+
+constexpr std::array<std::pair<std::string_view, OutputFormat>, kOutputFormats> kFormats{
+    {{"json", OutputFormat::Json},
+     {"txt", OutputFormat::Txt},
+     {"csv", OutputFormat::Csv},
+     {"html", OutputFormat::Html},
+     {"xlsx", OutputFormat::Xlsx},
+     {"svg", OutputFormat::Svg},
+     {"png", OutputFormat::Png},
+     {"pdf", OutputFormat::Pdf}}};
+
+constexpr std::array<std::pair<OutputFormat, PictureFormat>, 3> kPictures{
+    {{OutputFormat::Svg, PictureFormat::Svg},
+     {OutputFormat::Png, PictureFormat::Png},
+     {OutputFormat::Pdf, PictureFormat::Pdf}}};
+
+constexpr std::size_t kLongestName = 60;
+
+std::string_view ending(OutputFormat format) {
+    return kFormats[static_cast<std::size_t>(format)].first;
+}
+
+std::string slug(std::string_view title, std::string_view otherwise) {
+    std::string name;
+    for (const char c : title) {
+        const bool upper = c >= 'A' && c <= 'Z';
+        if (upper || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) {
+            name += upper ? static_cast<char>(c - 'A' + 'a') : c;
+        } else if (!name.empty() && name.back() != '-') {
+            name += '-';
+        }
+        if (name.size() == kLongestName) break;
+    }
+    while (!name.empty() && name.back() == '-')
+        name.pop_back();
+    return name.empty() ? std::string(otherwise) : name;
+}
+
+class Directory {
+public:
+    explicit Directory(std::filesystem::path path) : path_(std::move(path)) {
+        std::error_code error;
+        std::filesystem::create_directories(path_, error);
+        if (!std::filesystem::is_directory(path_)) {
+            throw std::runtime_error("cannot create the directory '" + path_.string() +
+                                     "': " + (error ? error.message() : "a file of that name is in the way"));
+        }
+    }
+
+    /// `write` is called with a stream.
+    template <class Write>
+    void file(const std::string& name, Write write) {
+        OutputFile file(path_ / name);
+        write(file.stream());
+        file.commit();
+        files.push_back(path_ / name);
+    }
+
+    [[nodiscard]] std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+
+    std::vector<std::filesystem::path> files;
+
+private:
+    std::filesystem::path path_;
+};
+
+void writeCharts(const ResultsBook& book, const std::vector<std::string>& names, FormatSet formats,
+                 Directory& directory, std::vector<std::string>& failures) {
+    for (std::size_t place = 0; place < book.outputs.size(); ++place) {
+        const auto* chart = std::get_if<Chart>(&book.outputs[place]);
+        if (chart == nullptr) continue;
+        for (const auto& [format, picture] : kPictures) {
+            if (!formats.has(format)) continue;
+            const std::string name = names[place] + "." + std::string(ending(format));
+            const Picture drawn = drawChart(chart->info, picture);
+            if (drawn.drawn())
+                directory.file(name, [&drawn](std::ostream& out) { out << drawn.bytes; });
+            else
+                failures.push_back("cannot draw '" + (directory / name).string() + "': " + drawn.error);
+        }
+    }
+}
+
+} // namespace
+
+std::string knownFormats() {
+    std::string list;
+    for (const auto& [name, format] : kFormats)
+        list.append(list.empty() ? "" : ", ").append(name);
+    return list;
+}
+
+FormatSet parseFormats(std::string_view list) {
+    FormatSet formats;
+    while (!list.empty()) {
+        const std::size_t comma = std::min(list.find(','), list.size());
+        std::string name(list.substr(0, comma));
+        list.remove_prefix(std::min(comma + 1, list.size()));
+        std::erase(name, ' ');
+        std::transform(name.begin(), name.end(), name.begin(),
+                       [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+        const auto* known = std::find_if(kFormats.begin(), kFormats.end(),
+                                         [&name](const auto& format) { return format.first == name; });
+        if (known == kFormats.end())
+            throw std::invalid_argument("unknown format '" + name + "'; known are " + knownFormats());
+        formats.add(known->second);
+    }
+    if (formats.empty()) throw std::invalid_argument("no format given; known are " + knownFormats());
+    return formats;
+}
+
+std::vector<std::string> fileNames(const ResultsBook& book) {
+    std::vector<std::string> names(book.outputs.size());
+    const auto nameKind = [&](std::size_t kind, const auto& stemOf) {
+        std::map<std::string, int> uses;
+        for (const ResultsBook::Output& output : book.outputs)
+            if (output.index() == kind) ++uses[stemOf(output)];
+        // A name that only one output has stays as it is, whatever the others are called.
+        std::set<std::string> taken;
+        for (const auto& [stem, count] : uses)
+            if (count == 1) taken.insert(stem);
+        for (std::size_t place = 0; place < names.size(); ++place) {
+            if (book.outputs[place].index() != kind) continue;
+            const std::string stem = stemOf(book.outputs[place]);
+            names[place] = stem;
+            if (uses[stem] == 1) continue;
+            int number = 0;
+            do
+                names[place] = stem + "-" + std::to_string(++number);
+            while (!taken.insert(names[place]).second);
+        }
+    };
+    // Tables and charts end differently, so they may share a name.
+    nameKind(1, [](const ResultsBook::Output& output) {
+        return slug(std::get<Spreadsheet>(output).title, "table");
+    });
+    nameKind(2, [](const ResultsBook::Output& output) {
+        return slug(std::get<Chart>(output).info.title, "chart");
+    });
+    return names;
+}
+
+std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std::filesystem::path& path,
+                                             FormatSet formats, std::vector<std::string>* problems) {
+    Directory directory(path);
+    const std::vector<std::string> names = fileNames(book);
+    std::vector<std::string> tableFiles;
+    if (formats.has(OutputFormat::Txt))
+        directory.file("report.txt", [&book](std::ostream& out) { writeText(book, out); });
+    if (formats.has(OutputFormat::Json))
+        directory.file("results.json", [&book](std::ostream& out) { writeJson(book, out); });
+    if (formats.has(OutputFormat::Csv)) {
+        for (std::size_t place = 0; place < book.outputs.size(); ++place) {
+            const auto* sheet = std::get_if<Spreadsheet>(&book.outputs[place]);
+            if (sheet == nullptr) continue;
+            tableFiles.push_back(names[place] + ".csv");
+            directory.file(tableFiles.back(), [sheet](std::ostream& out) { writeCsv(*sheet, out); });
+        }
+    } else if (formats.has(OutputFormat::Xlsx) || formats.has(OutputFormat::Json)) {
+        tableFiles.assign(book.outputs.size(),
+                          formats.has(OutputFormat::Xlsx) ? "results.xlsx" : "results.json");
+    }
+    if (formats.has(OutputFormat::Html)) {
+        const HtmlOptions options{HtmlOptions{}.mostRows, tableFiles};
+        directory.file("report.html", [&](std::ostream& out) { writeHtml(book, out, options); });
+    }
+    if (formats.has(OutputFormat::Xlsx)) {
+        writeXlsx(book, directory / "results.xlsx");
+        directory.files.push_back(directory / "results.xlsx");
+    }
+    std::vector<std::string> failures;
+    writeCharts(book, names, formats, directory, failures);
+    if (problems != nullptr)
+        problems->insert(problems->end(), failures.begin(), failures.end());
+    else if (!failures.empty())
+        throw std::runtime_error(failures.front());
+    return std::move(directory.files);
+}
+
+} // namespace korvana

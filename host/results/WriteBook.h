@@ -1,0 +1,60 @@
+#pragma once
+
+#include <bitset>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/results/ResultsBook.h"
+
+namespace korvana {
+
+enum class OutputFormat : std::uint8_t { Json, Txt, Csv, Html, Xlsx, Svg, Png, Pdf };
+inline constexpr std::size_t kOutputFormats = 8;
+
+class FormatSet {
+public:
+    FormatSet& add(OutputFormat format) {
+        bits_.set(static_cast<std::size_t>(format));
+        return *this;
+    }
+    [[nodiscard]] bool has(OutputFormat format) const { return bits_.test(static_cast<std::size_t>(format)); }
+    [[nodiscard]] bool empty() const { return bits_.none(); }
+    [[nodiscard]] static FormatSet all() {
+        FormatSet set;
+        set.bits_.set();
+        return set;
+    }
+    bool operator==(const FormatSet&) const = default;
+
+private:
+    std::bitset<kOutputFormats> bits_;
+};
+
+/// "json,txt" (blanks and case do not matter). Throws `std::invalid_argument` naming what is unknown and what
+/// is known; an empty list is an error as well.
+[[nodiscard]] FormatSet parseFormats(std::string_view list);
+
+/// "json, txt, csv, html, xlsx, svg, png, pdf"
+[[nodiscard]] std::string knownFormats();
+
+/// Writes the book into a directory, made if there is none: report.txt, results.json, report.html,
+/// results.xlsx, a CSV file per table and a picture per chart and picture format, named after their titles.
+/// Files of these names are replaced, each only once its successor is whole. Answers the files in the order
+/// of writing.
+///
+/// Throws `std::runtime_error` naming the file and the reason when one cannot be written. A chart that cannot
+/// be drawn does not keep the other files from being written: its reason is put into `problems`, or, without
+/// such a list, thrown as `std::runtime_error` at the end.
+std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std::filesystem::path& directory,
+                                             FormatSet formats, std::vector<std::string>* problems = nullptr);
+
+/// File names (without ending) after the titles of the book's tables and charts, in the order of the outputs,
+/// empty for reports: lower-case ASCII letters, digits and hyphens, 60 characters at most, numbered where
+/// they collide.
+[[nodiscard]] std::vector<std::string> fileNames(const ResultsBook& book);
+
+} // namespace korvana

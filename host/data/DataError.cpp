@@ -7,9 +7,9 @@ namespace {
 
 std::string placed(const std::string& file, std::int64_t line, std::int64_t column, std::string_view text) {
     std::string message = file;
-    if (line > 0) message += (message.empty() ? "line " : ":") + std::to_string(line);
-    if (line > 0 && column > 0) message += ":" + std::to_string(column);
-    if (!message.empty()) message += ": ";
+    if (line > 0) message.append(file.empty() ? "line " : ":").append(std::to_string(line));
+    if (line > 0 && column > 0) message.append(":").append(std::to_string(column));
+    if (!message.empty()) message.append(": ");
     return message.append(text);
 }
 

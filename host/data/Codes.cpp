@@ -1,0 +1,22 @@
+#include "host/data/Codes.h"
+
+#include "host/data/DayNumber.h"
+#include "host/data/NumberText.h"
+
+namespace korvana {
+
+std::optional<double> resolveCode(const DataSet& data, int variable, std::string_view text) {
+    const Variable& known = data.variable(variable);
+    if (const auto value = known.valueOf(text)) return value;
+    text = trimmed(text);
+    if (const auto value = known.valueOf(text)) return value;
+    if (known.kind == VariableKind::Date) {
+        const IsoDate date = readIsoDate(text);
+        if (date.hasForm) return date.dayNumber;
+    }
+    const NumberText number = readNumber(text);
+    if (number.form == NumberForm::Finite) return number.value;
+    return std::nullopt;
+}
+
+} // namespace korvana

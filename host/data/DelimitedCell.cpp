@@ -1,0 +1,96 @@
+#include "host/data/DelimitedCell.h"
+
+#include "host/data/DayNumber.h"
+#include "host/data/NameMatch.h"
+#include "host/data/NumberText.h"
+
+#include <cstddef>
+#include <cstring>
+
+namespace korvana {
+namespace {
+
+std::string_view between(const char* begin, const char* end) {
+    return {begin, static_cast<std::size_t>(end - begin)};
+}
+
+const char* endOfUnquoted(const char* p, const char* end, char separator) {
+    while (p < end && *p != separator && *p != '\n')
+        ++p;
+    return p;
+}
+
+RawCell readQuoted(const char* p, const char* end, char separator, std::string& scratch) {
+    RawCell cell;
+    cell.quoted = true;
+    const char* const begin = p;
+    bool doubled = false;
+    for (;;) {
+        p = p < end ? static_cast<const char*>(std::memchr(p, '"', static_cast<std::size_t>(end - p)))
+                    : nullptr;
+        if (p == nullptr) {
+            cell.fault = CellFault::OpenQuote;
+            cell.text = between(begin, end);
+            cell.next = end;
+            return cell;
+        }
+        if (p + 1 == end || p[1] != '"') break;
+        doubled = true;
+        p += 2;
+    }
+    cell.text = between(begin, p);
+    if (doubled) {
+        scratch.clear();
+        for (const char* from = begin; from < p; ++from) {
+            scratch += *from;
+            if (*from == '"') ++from;
+        }
+        cell.text = scratch;
+    }
+    cell.text = trimmed(cell.text);
+    cell.next = endOfUnquoted(p + 1, end, separator);
+    for (const char* after = p + 1; after < cell.next; ++after)
+        if (*after != ' ' && *after != '\t' && *after != '\r') cell.fault = CellFault::TextAfterQuote;
+    return cell;
+}
+
+} // namespace
+
+RawCell readCell(const char* p, const char* end, char separator, std::string& scratch) {
+    const char* first = p;
+    while (first < end && (*first == ' ' || *first == '\t') && *first != separator)
+        ++first;
+    if (first < end && *first == '"') return readQuoted(first + 1, end, separator, scratch);
+    RawCell cell;
+    cell.next = endOfUnquoted(first, end, separator);
+    const char* last = cell.next;
+    if (last > first && last[-1] == '\r' && (last == end || *last == '\n')) --last;
+    cell.text = trimmed(between(first, last));
+    return cell;
+}
+
+bool isMissingText(std::string_view text) {
+    return text.empty() || text == "NA" || text == "." ||
+           (text.size() == 3 && equalIgnoringCase(text, "nan"));
+}
+
+CellValue classifyCell(std::string_view text, const Dialect& dialect) {
+    CellValue cell;
+    if (isMissingText(text)) return cell;
+    const bool hasComma = dialect.comma && text.find(',') != std::string_view::npos;
+    const bool hasPoint = !hasComma && text.find('.') != std::string_view::npos;
+    NumberText number;
+    if (!hasPoint || dialect.point) number = readNumber(text, hasComma ? ',' : '.');
+    if (number.form != NumberForm::None) {
+        cell.kind = number.form == NumberForm::Finite ? CellKind::Number : CellKind::TooBig;
+        cell.value = number.value;
+        cell.mark = hasComma ? ',' : hasPoint ? '.' : '\0';
+        return cell;
+    }
+    const IsoDate date = readIsoDate(text);
+    cell.kind = date.dayNumber ? CellKind::Date : date.hasForm ? CellKind::BadDate : CellKind::Text;
+    cell.value = date.dayNumber.value_or(0);
+    return cell;
+}
+
+} // namespace korvana

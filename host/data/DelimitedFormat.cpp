@@ -1,0 +1,175 @@
+#include "host/data/DelimitedFormat.h"
+
+#include "host/data/DataError.h"
+#include "host/data/RowIndex.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+namespace korvana {
+namespace {
+
+constexpr std::array<char, 3> separators{'\t', ';', ','}; // a comma may also be a decimal mark: it comes last
+
+using Counts = std::array<int, separators.size()>;
+
+/** Counts the separators of the first rows, outside quotes. Only whole rows are taken, unless there is only
+ * one. */
+std::vector<Counts> countSeparators(std::string_view text) {
+    constexpr std::size_t mostRows = 50;
+    constexpr std::size_t mostBytes = 1 << 20;
+    std::vector<Counts> rows;
+    Counts row{};
+    bool quoted = false;
+    bool cellBegins = true;
+    bool blank = true;
+    std::size_t i = 0;
+    for (; i < text.size() && i < mostBytes && rows.size() < mostRows; ++i) {
+        const char c = text[i];
+        if (quoted) {
+            quoted = c != '"'; // a doubled mark closes and opens again at once
+            continue;
+        }
+        const auto* const separator = std::find(separators.begin(), separators.end(), c);
+        if (c == '\n') {
+            if (!blank) rows.push_back(row);
+            row = {};
+            blank = true;
+        } else if (separator != separators.end()) {
+            ++row[static_cast<std::size_t>(separator - separators.begin())];
+        } else if (c == '"') {
+            quoted = cellBegins || text[i - 1] == '"';
+        }
+        cellBegins = c == '\n' || separator != separators.end() || (cellBegins && c == ' ');
+        blank = blank ? c == '\n' || c == ' ' || c == '\r' : c == '\n';
+    }
+    if (!blank && (i == text.size() || rows.empty())) rows.push_back(row);
+    return rows;
+}
+
+/** The separator that stands equally often in each of the first rows; else the one that occurs most. */
+char findSeparator(std::string_view text) {
+    const std::vector<Counts> rows = countSeparators(text);
+    Counts total{};
+    for (std::size_t k = 0; k < separators.size(); ++k) {
+        bool equal = !rows.empty() && rows.front()[k] > 0;
+        for (const Counts& row : rows) {
+            equal = equal && row[k] == rows.front()[k];
+            total[k] += row[k];
+        }
+        if (equal) return separators[k];
+    }
+    const auto* const most = std::max_element(total.begin(), total.end());
+    return *most > 0 ? separators[static_cast<std::size_t>(most - total.begin())] : ',';
+}
+
+Dialect findDialect(std::string_view text, const ReadOptions& options, const std::string& file) {
+    if (options.separator &&
+        std::string_view("\"\r\n .-+0123456789").find(*options.separator) != std::string_view::npos)
+        throw DataError(file, 0, 0, "this character cannot separate cells; choose comma, semicolon or tab");
+    if (options.decimalMark && *options.decimalMark != '.' && *options.decimalMark != ',')
+        throw DataError(file, 0, 0, "the decimal mark is neither a point nor a comma; choose one of them");
+    Dialect dialect;
+    dialect.separator = options.separator ? *options.separator : findSeparator(text);
+    dialect.point = options.decimalMark != ',';
+    dialect.comma = options.decimalMark ? *options.decimalMark == ',' : dialect.separator != ',';
+    if (dialect.comma && dialect.separator == ',')
+        throw DataError(
+            file, 0, 0,
+            "a comma cannot be the decimal mark and separate cells; separate the cells with semicolons");
+    return dialect;
+}
+
+std::size_t endOfRows(std::string_view text, char separator) {
+    std::size_t end = text.size();
+    while (end > 0) {
+        const char c = text[end - 1];
+        if (c != '\n' && c != '\r' && c != ' ' && (c != '\t' || separator == '\t')) break;
+        --end;
+    }
+    return end;
+}
+
+/** Skips lines without any character but blanks. */
+void skipBlankLines(std::string_view text, DelimitedFormat& format) {
+    for (std::size_t i = format.begin; i < format.end; ++i) {
+        if (text[i] == '\n') {
+            format.begin = i + 1;
+            ++format.firstLine;
+        } else if (text[i] != ' ' && text[i] != '\r' &&
+                   (text[i] != '\t' || format.dialect.separator == '\t')) {
+            return;
+        }
+    }
+}
+
+struct FirstRow {
+    std::vector<std::string> cells;
+    bool anyText = false;
+    bool anyValue = false; ///< a number, a date, NA or a lone point
+    std::size_t next = 0;  ///< offset of the row that follows
+};
+
+FirstRow readFirstRow(std::string_view text, const DelimitedFormat& format, const std::string& file) {
+    FirstRow row;
+    std::string scratch;
+    const char* p = text.data() + format.begin;
+    const char* const end = text.data() + format.end;
+    for (;;) {
+        const RawCell cell = readCell(p, end, format.dialect.separator, scratch);
+        const auto number = static_cast<std::int64_t>(row.cells.size()) + 1;
+        if (cell.fault == CellFault::OpenQuote)
+            throw DataError(file, format.firstLine, number,
+                            "the quotation mark that opens this cell is never closed");
+        if (cell.fault == CellFault::TextAfterQuote)
+            throw DataError(file, format.firstLine, number,
+                            "there is text behind the closing quotation mark; double the quotation marks "
+                            "inside the cell");
+        if (std::find(cell.text.begin(), cell.text.end(), '\r') != cell.text.end() && !cell.quoted)
+            throw DataError(file, format.firstLine, number,
+                            "the lines end with carriage returns alone; save the file with line feeds");
+        const CellKind kind = classifyCell(cell.text, format.dialect).kind;
+        const bool text_ = kind == CellKind::Text || kind == CellKind::BadDate || kind == CellKind::TooBig;
+        row.anyText = row.anyText || text_;
+        row.anyValue = row.anyValue || (!text_ && !cell.text.empty());
+        row.cells.emplace_back(cell.text);
+        p = cell.next;
+        if (p == end || *p == '\n') break;
+        ++p;
+    }
+    row.next = static_cast<std::size_t>(p - text.data()) + (p < end ? 1 : 0);
+    return row;
+}
+
+} // namespace
+
+DelimitedFormat findFormat(std::string_view text, const ReadOptions& options, const std::string& file) {
+    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
+        throw DataError(file, 1, 0, "the text is coded in UTF-16; save the file as UTF-8");
+    DelimitedFormat format;
+    if (text.starts_with("\xEF\xBB\xBF")) format.begin = 3;
+    format.dialect = findDialect(text.substr(format.begin), options, file);
+    format.end = std::max(endOfRows(text, format.dialect.separator), format.begin);
+    skipBlankLines(text, format);
+    if (format.begin == format.end)
+        throw DataError(file, 0, 0, "the file has no text but blanks; give it a line of names and the cases");
+
+    FirstRow first = readFirstRow(text, format, file);
+    format.columns = first.cells.size();
+    const bool header = options.header == HeaderLine::Yes ||
+                        (options.header == HeaderLine::Automatic && first.anyText && !first.anyValue);
+    if (!header) return format;
+    format.firstLine += countLineFeeds(text.substr(format.begin, first.next - format.begin));
+    format.begin = first.next;
+    format.header = std::move(first.cells);
+    format.caseNames = format.columns > 1 && format.header.front().empty();
+    if (format.columns > 1) skipBlankLines(text, format);
+    if (format.begin >= format.end)
+        throw DataError(file, format.firstLine, 0,
+                        "there are no cases below the line of variable names; add them, or read the file "
+                        "without a header");
+    return format;
+}
+
+} // namespace korvana

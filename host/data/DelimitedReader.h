@@ -1,0 +1,26 @@
+#pragma once
+
+#include "host/data/DataSet.h"
+#include "host/data/FileBytes.h"
+#include "host/data/ReadData.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
+
+namespace korvana {
+
+/** How the work is divided; the result does not depend on it. */
+struct ReaderTuning {
+    unsigned threads = 0;             ///< 0 = as many as pay
+    std::size_t chunkBytes = 1 << 20; ///< at least 1
+    std::int64_t maxCases = std::numeric_limits<std::int32_t>::max();
+};
+
+/** Reads a text of cells separated by comma, semicolon or tab. Throws DataError; std::bad_alloc when memory
+   does not suffice. */
+DataSet readDelimited(const FileBytes& file, const std::string& name, const ReadOptions& options = {},
+                      const ReaderTuning& tuning = {});
+
+} // namespace korvana

@@ -1,0 +1,98 @@
+#include "host/data/Describe.h"
+
+#include "host/data/DayNumber.h"
+#include "host/data/NumberText.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <stdexcept>
+
+namespace korvana {
+namespace {
+
+/** Counts distinct values, kept sorted, until there are more than the limit. */
+class DistinctCounter {
+public:
+    explicit DistinctCounter(int limit) : limit_(static_cast<std::size_t>(std::max(limit, 0))) {}
+
+    void count(double value) {
+        if (found_.moreThanLimit) return;
+        auto& values = found_.values;
+        if (last_ < values.size() && values[last_].value == value) {
+            ++values[last_].count;
+            return;
+        }
+        const auto place = std::lower_bound(values.begin(), values.end(), value,
+                                            [](const DistinctValue& a, double b) { return a.value < b; });
+        last_ = static_cast<std::size_t>(place - values.begin());
+        if (place != values.end() && place->value == value) {
+            ++place->count;
+        } else if (values.size() == limit_) {
+            values.clear();
+            found_.moreThanLimit = true;
+        } else {
+            values.insert(place, {value, 1, {}});
+        }
+    }
+
+    DistinctValues labelled(const Variable& variable) {
+        for (DistinctValue& each : found_.values) {
+            if (const auto label = variable.labelOf(each.value))
+                each.label = *label;
+            else if (variable.kind == VariableKind::Date)
+                each.label = isoDateText(each.value);
+        }
+        return std::move(found_);
+    }
+
+private:
+    std::size_t limit_;
+    std::size_t last_ = 0;
+    DistinctValues found_;
+};
+
+} // namespace
+
+VariableSummary describeVariable(const DataSet& data, int variable, std::span<const std::uint8_t> mask,
+                                 int limit) {
+    const Variable& known = data.variable(variable);
+    const auto cells = data.column(variable);
+    if (!mask.empty() && mask.size() != cells.size())
+        throw std::invalid_argument("a mask needs one entry per case");
+    VariableSummary summary;
+    DistinctCounter counter(limit);
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        if (!mask.empty() && mask[i] == 0) continue;
+        const double value = cells[i];
+        if (known.isMissing(value)) {
+            ++summary.missingCount;
+            continue;
+        }
+        if (summary.validCount++ == 0) summary.min = summary.max = value;
+        summary.min = std::min(summary.min, value);
+        summary.max = std::max(summary.max, value);
+        counter.count(value);
+    }
+    summary.distinct = counter.labelled(known);
+    return summary;
+}
+
+DistinctValues distinctCodes(const DataSet& data, int variable, std::span<const std::uint8_t> mask,
+                             int limit) {
+    return describeVariable(data, variable, mask, limit).distinct;
+}
+
+std::string codesText(const DistinctValues& codes, int limit) {
+    if (codes.moreThanLimit) return "more than " + std::to_string(limit) + " values";
+    if (codes.values.empty()) return "no values";
+    std::string text;
+    for (const DistinctValue& each : codes.values) {
+        if (!text.empty()) text += ", ";
+        text += numberText(each.value);
+        if (!each.label.empty()) text += " '" + each.label + "'";
+        text += " (" + std::to_string(each.count) + (each.count == 1 ? " case)" : " cases)");
+    }
+    return text;
+}
+
+} // namespace korvana

@@ -1,0 +1,69 @@
+#include "host/data/NameMatch.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace korvana {
+namespace {
+
+char lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+/** Optimal string alignment distance (Levenshtein with swaps of neighbours), kept in three rows. */
+std::size_t editDistance(std::string_view a, std::string_view b) {
+    std::vector<std::size_t> before(b.size() + 1);
+    std::vector<std::size_t> last(b.size() + 1);
+    std::vector<std::size_t> now(b.size() + 1);
+    for (std::size_t j = 0; j <= b.size(); ++j)
+        last[j] = j;
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+        now[0] = i;
+        for (std::size_t j = 1; j <= b.size(); ++j) {
+            const char x = lower(a[i - 1]);
+            const char y = lower(b[j - 1]);
+            now[j] = std::min({last[j] + 1, now[j - 1] + 1, last[j - 1] + (x == y ? 0U : 1U)});
+            if (i > 1 && j > 1 && x == lower(b[j - 2]) && lower(a[i - 2]) == y)
+                now[j] = std::min(now[j], before[j - 2] + 1);
+        }
+        std::swap(before, last);
+        std::swap(last, now);
+    }
+    return last[b.size()];
+}
+
+} // namespace
+
+bool equalIgnoringCase(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return lower(x) == lower(y); });
+}
+
+std::vector<std::string> nearestOf(std::string_view name, const std::vector<std::string_view>& candidates,
+                                   std::size_t most) {
+    constexpr std::size_t longest = 100; // nobody misspells longer names letter by letter
+    std::vector<std::pair<std::size_t, std::string_view>> near;
+    if (name.empty() || name.size() > longest) return {};
+    for (const std::string_view candidate : candidates) {
+        if (candidate.empty() || candidate.size() > longest) continue;
+        const std::size_t distance = editDistance(name, candidate);
+        if (distance <= (std::max(name.size(), candidate.size()) + 1) / 2 && distance < candidate.size())
+            near.emplace_back(distance, candidate);
+    }
+    std::stable_sort(near.begin(), near.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < near.size() && i < most; ++i)
+        names.emplace_back(near[i].second);
+    return names;
+}
+
+std::string didYouMean(const std::vector<std::string>& names) {
+    if (names.empty()) return {};
+    std::string text = " (did you mean ";
+    for (std::size_t i = 0; i < names.size(); ++i)
+        text += (i > 0 ? ", '" : "'") + names[i] + "'";
+    return text + "?)";
+}
+
+} // namespace korvana

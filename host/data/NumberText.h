@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace korvana {
+
+enum class NumberForm {
+    None,   ///< not a number: a text
+    Finite, ///< a finite value; one too small for a double is 0
+    TooBig  ///< infinite or beyond the range of a double
+};
+
+struct NumberText {
+    NumberForm form = NumberForm::None;
+    double value = 0;
+};
+
+/** Reads a whole text as a decimal number: optional sign, digits with an optional decimal mark, optional
+   exponent. Hexadecimal numbers, thousands separators and units are texts; "inf" and "infinity" are TooBig;
+   "nan" is a text. Does not depend on the locale. */
+NumberText readNumber(std::string_view text, char decimalMark = '.');
+
+/** The shortest text that reads back as the same number. */
+std::string numberText(double value);
+
+/** Without the blanks and tabs at both ends. */
+std::string_view trimmed(std::string_view text);
+
+} // namespace korvana

@@ -1,0 +1,85 @@
+#include "host/data/ReadData.h"
+
+#include "host/data/DataError.h"
+#include "host/data/DelimitedReader.h"
+#include "host/data/FileBytes.h"
+#include "host/data/NameMatch.h"
+#include "host/data/RowIndex.h"
+
+#include <algorithm>
+#include <array>
+#include <new>
+#include <string>
+#include <string_view>
+
+namespace korvana {
+namespace {
+
+/** Formats that are known by their first bytes or their ending, and what to do about them. */
+struct OtherFormat {
+    std::string_view magic;  ///< first bytes, may be empty
+    std::string_view ending; ///< may be empty
+    std::string_view name;
+};
+
+constexpr std::array<OtherFormat, 12> otherFormats{{
+    {"PK\x03\x04", "", "a compressed file, perhaps a workbook (.xlsx, .ods)"},
+    {"\xD0\xCF\x11\xE0", ".xls", "an old workbook (.xls)"},
+    {"\x1F\x8B", ".gz", "a compressed file (gzip)"},
+    {"$FL2", ".sav", "an SPSS file"},
+    {"$FL3", ".zsav", "a compressed SPSS file"},
+    {"", ".por", "a portable SPSS file"},
+    {"<stata_dta>", ".dta", "a Stata file"},
+    {"", ".sas7bdat", "a SAS file"},
+    {"HEADER RECORD*******LIBRARY", ".xpt", "a SAS transport file"},
+    {"%PDF", ".pdf", "a PDF document"},
+    {"\x89PNG", ".png", "a picture"},
+    {"SQLite format 3", ".db", "a database"},
+}};
+
+void refuseOtherFormats(std::string_view text, const std::filesystem::path& path) {
+    const std::string ending = path.extension().string();
+    for (const OtherFormat& format : otherFormats) {
+        const bool byContent = !format.magic.empty() && text.starts_with(format.magic);
+        const bool byEnding = !format.ending.empty() && equalIgnoringCase(ending, format.ending);
+        if (byContent || byEnding)
+            throw DataError(
+                path.string(), 0, 0,
+                "this is " + std::string(format.name) +
+                    ", which cannot be read; save the data as text with commas, semicolons or tabs (.csv)");
+    }
+}
+
+void refuseBinary(const FileBytes& file, const std::string& name) {
+    constexpr std::size_t step = 8 << 20;
+    const std::string_view text = file.view();
+    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) return; // reported as UTF-16 later
+    for (std::size_t i = 0; i < text.size(); i += step) {
+        const std::size_t found = text.substr(i, step).find('\0');
+        if (found != std::string_view::npos)
+            throw DataError(
+                name, 1 + countLineFeeds(text.substr(0, i + found)), 0,
+                "the file contains NUL bytes, so it is not text (or not UTF-8); save the data as text with "
+                "commas, semicolons or tabs (.csv) in UTF-8");
+        if (i > 0) file.release(i, i + std::min(step, text.size() - i));
+    }
+}
+
+} // namespace
+
+DataSet readData(const std::filesystem::path& path, const ReadOptions& options) {
+    const std::string name = path.string();
+    try {
+        const FileBytes file(path);
+        // Readers of further formats are chosen here, by the first bytes and the ending.
+        refuseOtherFormats(file.view(), path);
+        refuseBinary(file, name);
+        return readDelimited(file, name, options);
+    } catch (const std::bad_alloc&) {
+        throw DataError(
+            name, 0, 0,
+            "there is not enough memory for the data; leave out cases or variables that are not needed");
+    }
+}
+
+} // namespace korvana

@@ -1,0 +1,85 @@
+#include "host/data/TextEncoding.h"
+
+#include <array>
+
+namespace korvana {
+namespace {
+
+unsigned byteAt(std::string_view text, std::size_t i) {
+    return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
+}
+
+/** The length of the well-formed sequence at i (Unicode standard, table 3-7), 0 = none. */
+std::size_t sequenceLength(std::string_view text, std::size_t i) {
+    const unsigned first = byteAt(text, i);
+    if (first < 0x80) return 1;
+    const unsigned second = byteAt(text, i + 1);
+    const auto trails = [&](std::size_t at) { return (byteAt(text, at) & 0xC0U) == 0x80; };
+    if (first >= 0xC2 && first <= 0xDF) return trails(i + 1) ? 2 : 0;
+    if (first >= 0xE0 && first <= 0xEF) {
+        const bool range = (first != 0xE0 || second >= 0xA0) && (first != 0xED || second <= 0x9F);
+        return range && trails(i + 1) && trails(i + 2) ? 3 : 0;
+    }
+    if (first >= 0xF0 && first <= 0xF4) {
+        const bool range = (first != 0xF0 || second >= 0x90) && (first != 0xF4 || second <= 0x8F);
+        return range && trails(i + 1) && trails(i + 2) && trails(i + 3) ? 4 : 0;
+    }
+    return 0;
+}
+
+void append(std::string& out, unsigned code) {
+    if (code < 0x80) {
+        out += static_cast<char>(code);
+    } else if (code < 0x800) {
+        out += static_cast<char>(0xC0U | (code >> 6U));
+        out += static_cast<char>(0x80U | (code & 0x3FU));
+    } else {
+        out += static_cast<char>(0xE0U | (code >> 12U));
+        out += static_cast<char>(0x80U | ((code >> 6U) & 0x3FU));
+        out += static_cast<char>(0x80U | (code & 0x3FU));
+    }
+}
+
+// Windows-1252, 0x80 to 0x9F; the five bytes that it leaves out become the replacement character.
+constexpr std::array<unsigned, 32> windows1252{
+    0x20AC, 0xFFFD, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0xFFFD, 0x017D, 0xFFFD, 0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178};
+
+} // namespace
+
+bool isUtf8(std::string_view text) {
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t length = sequenceLength(text, i);
+        if (length == 0) return false;
+        i += length;
+    }
+    return true;
+}
+
+std::string toUtf8(std::string_view text) {
+    if (isUtf8(text)) return std::string(text);
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const unsigned byte = byteAt(text, i);
+        append(out, byte >= 0x80 && byte < 0xA0 ? windows1252[byte - 0x80] : byte);
+    }
+    return out;
+}
+
+std::string brief(std::string_view text, std::size_t most) {
+    std::string out = toUtf8(text.substr(0, most + 4));
+    if (text.size() > most) {
+        std::size_t cut = 0;
+        for (std::size_t length = 1; cut < out.size(); cut += length) {
+            length = sequenceLength(out, cut);
+            if (length == 0 || cut + length > most) break;
+        }
+        out = out.substr(0, cut) + "...";
+    }
+    for (char& c : out)
+        if (static_cast<unsigned char>(c) < 0x20) c = ' ';
+    return out;
+}
+
+} // namespace korvana

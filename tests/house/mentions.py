@@ -1,0 +1,38 @@
+#!/usr/bin/env python3
+"""Nobody but the module names an analysis, save the tables through which people reach one by name.
+
+    mentions.py ROOT
+
+Looks at the names and the texts of all files under support/, host/ and apps/. The project's own name is allowed.
+"""
+import re
+import sys
+from pathlib import Path
+
+WORDS = re.compile(r"kaplan|meier|survival|hazard|gompertz|weibull|(?<![a-z])cox(?![a-z])|two.?samples?\b|"
+                   r"\bk.?samples?\b|life.?tables?|log.?rank|product.?limit|\bgehan", re.IGNORECASE)
+PROJECT = re.compile(r"Korvana Survival|korvana-survival")
+# The command line's table and Python's one-line functions.
+TABLES = ("apps/cli/commands/", "apps/python/")
+
+
+def main(root):
+    root = Path(root).resolve()
+    looked, faults = 0, []
+    for folder in ("support", "host", "apps"):
+        for path in sorted((root / folder).rglob("*")):
+            file = path.relative_to(root).as_posix()
+            if not path.is_file() or "__pycache__" in file or file.startswith(TABLES):
+                continue
+            looked += 1
+            lines = path.read_text(encoding="utf-8", errors="replace").splitlines()
+            for where, text in [(file, file)] + [(f"{file}:{n}", line) for n, line in enumerate(lines, 1)]:
+                found = WORDS.search(PROJECT.sub("", text))
+                if found:
+                    faults.append(f"{where}: \"{found.group(0)}\"")
+    print("\n".join(faults + [f"{looked} files looked at, {len(faults)} mentions of an analysis"]))
+    return 1 if faults or not looked else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1]))

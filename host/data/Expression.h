@@ -69,9 +69,32 @@ private:
     std::unique_ptr<Compiled> compiled_;
 };
 
+/** Hands out the values of referencedVariables() case by case; missing values are NaN. The data set must be
+   the one the expression was compiled for, and stay. Named inputs take the values given, in the order of
+   their reference numbers from variableCount() + 1 on. */
+class CaseValues {
+public:
+    CaseValues(const Expression& expression, const DataSet& data, std::span<const double> inputValues = {});
+
+    /** The values of a case, valid until the next call. */
+    std::span<const double> take(std::size_t case0);
+
+    /** Whether the case taken last misses any of the values. */
+    bool anyMissing() const { return missing_; }
+
+private:
+    struct Source {
+        std::size_t place;
+        std::span<const double> cells;
+        double missingCode;
+    };
+    std::vector<Source> sources_;
+    std::vector<double> values_;
+    bool missing_ = false;
+};
+
 /** Evaluates for every case of the data set the expression was compiled for: one result per case, NaN where
-   it is not finite or a variable is missing. Named inputs take the values given, in the order of their
-   reference numbers from variableCount() + 1 on. */
+   it is not finite or a value that it needs is missing. Named inputs as for CaseValues. */
 std::vector<double> evaluateAll(const Expression& expression, const DataSet& data,
                                 std::span<const double> inputValues = {});
 

@@ -1,0 +1,294 @@
+#include "host/data/ExpressionFormula.h"
+
+#include "host/data/Codes.h"
+#include "host/data/DayNumber.h"
+#include "host/data/ExpressionFunctions.h"
+#include "host/data/ExpressionTokens.h"
+#include "host/data/NameMatch.h"
+#include "host/data/TextEncoding.h"
+
+#include <algorithm>
+#include <numbers>
+#include <optional>
+#include <utility>
+
+namespace korvana {
+namespace {
+
+/** A pair of parentheses that is open, or the whole expression. */
+struct Level {
+    const ExpressionFunction* function = nullptr; ///< whose arguments these are
+    std::size_t position = 0;
+    int arguments = 1;
+    bool compared = false; ///< a comparison stands in the present operand of and / or
+};
+
+class Translator {
+public:
+    Translator(std::string_view expression, const DataSet& data, std::span<const NamedInput> inputs)
+        : expression_(expression), data_(data), inputs_(inputs), tokens_(tokenize(expression)) {}
+
+    ExpressionFormula run() {
+        if (tokens_.size() == 1) fail(0, "the expression is empty");
+        for (; now().kind != TokenKind::End; ++at_) {
+            if (operandDue_)
+                takeOperand();
+            else
+                takeOperator();
+        }
+        if (operandDue_)
+            fail(now().position, "the expression breaks off; a variable, a number or ( should follow");
+        if (levels_.size() > 1) fail(levels_.back().position, "this ( is never closed");
+        return std::move(formula_);
+    }
+
+private:
+    const Token& now() const { return tokens_[at_]; }
+    TokenKind kindAt(std::size_t i) const { return i < tokens_.size() ? tokens_[i].kind : TokenKind::End; }
+    static bool isName(TokenKind kind) { return kind == TokenKind::Name || kind == TokenKind::QuotedName; }
+
+    [[noreturn]] void fail(std::size_t position, std::string_view what) const {
+        throw ExpressionError(expression_, position, what);
+    }
+
+    void emit(std::string_view symbol) { formula_.text.append(symbol).append(" "); }
+
+    void emitConstant(double value) {
+        emit(std::string("c").append(std::to_string(formula_.constants.size())));
+        formula_.constants.push_back(value);
+        operandDue_ = false;
+    }
+
+    void takeOperand() {
+        const Token& token = now();
+        switch (token.kind) {
+        case TokenKind::Number:
+        case TokenKind::Date:
+            return emitConstant(token.value);
+        case TokenKind::Text:
+            return emitConstant(codeOfText());
+        case TokenKind::Name:
+            if (kindAt(at_ + 1) == TokenKind::Open) return openFunction();
+            takeName();
+            return;
+        case TokenKind::QuotedName:
+            takeName();
+            return;
+        case TokenKind::Open:
+            levels_.push_back({nullptr, token.position});
+            return emit("(");
+        case TokenKind::Not:
+            if (!beginsOperand(at_))
+                fail(token.position, "put the part that begins with this 'not' in parentheses");
+            return emit("!");
+        case TokenKind::Operator:
+            if (token.text == "-" || token.text == "+") return emit(token.text);
+            break;
+        default:
+            break;
+        }
+        fail(token.position, "a variable, a number or ( should stand here");
+    }
+
+    void takeOperator() {
+        const Token& token = now();
+        Level& level = levels_.back();
+        operandDue_ = true;
+        switch (token.kind) {
+        case TokenKind::And:
+        case TokenKind::Or:
+            level.compared = false;
+            return emit(token.kind == TokenKind::And ? "and" : "or");
+        case TokenKind::Compare:
+            if (level.compared)
+                fail(token.position, "two comparisons in a row; join them, as in 1 < x and x < 3");
+            level.compared = true;
+            return emit(relationSymbol(token.text));
+        case TokenKind::Operator:
+            return emit(token.text == "/" ? "div" : token.text == "^" ? "pow" : std::string_view(token.text));
+        case TokenKind::Comma:
+            if (level.function == nullptr)
+                fail(token.position,
+                     "a comma separates arguments of functions only; write numbers with a decimal point");
+            ++level.arguments;
+            level.compared = false;
+            return emit(",");
+        case TokenKind::Close:
+            return closeLevel();
+        default:
+            fail(token.position, "an operator such as = or 'and' should stand here");
+        }
+    }
+
+    static std::string_view relationSymbol(std::string_view relation) {
+        return relation == "="    ? "eq"
+               : relation == "!=" ? "ne"
+               : relation == "<"  ? "lt"
+               : relation == "<=" ? "le"
+               : relation == ">"  ? "gt"
+                                  : "ge";
+    }
+
+    /** Whether nothing stands to the left of a token but what begins a truth value. */
+    bool beginsOperand(std::size_t at) const {
+        if (at == 0) return true;
+        const TokenKind before = kindAt(at - 1);
+        return before == TokenKind::And || before == TokenKind::Or || before == TokenKind::Not ||
+               before == TokenKind::Open || before == TokenKind::Comma;
+    }
+
+    bool endsOperand(std::size_t at) const {
+        const TokenKind after = kindAt(at + 1);
+        return after == TokenKind::And || after == TokenKind::Or || after == TokenKind::Close ||
+               after == TokenKind::Comma || after == TokenKind::End;
+    }
+
+    void openFunction() {
+        const Token& name = now();
+        const ExpressionFunction* function = nullptr;
+        std::vector<std::string_view> names;
+        for (const ExpressionFunction& each : expressionFunctions()) {
+            if (equalIgnoringCase(each.name, name.text)) function = &each;
+            names.push_back(each.name);
+        }
+        if (function == nullptr)
+            fail(name.position, std::string("there is no function '")
+                                    .append(name.text)
+                                    .append("'")
+                                    .append(didYouMean(nearestOf(name.text, names, 3))));
+        emit(function->symbol);
+        emit("(");
+        ++at_;
+        levels_.push_back({function, name.position});
+        if (function->name != "missing") return;
+        if (!isName(kindAt(at_ + 1)) || kindAt(at_ + 2) != TokenKind::Close)
+            fail(name.position, "missing( ) tests one variable, as in missing(age)");
+        ++at_;
+        formula_.tested[takeName()] = true;
+    }
+
+    void closeLevel() {
+        if (levels_.size() == 1) fail(now().position, "there is no ( for this )");
+        const Level level = levels_.back();
+        levels_.pop_back();
+        operandDue_ = false;
+        emit(")");
+        if (level.function == nullptr) return;
+        const int fewest = level.function->fewest;
+        if (level.arguments >= fewest && level.arguments <= level.function->most) return;
+        fail(level.position, std::string(level.function->name)
+                                 .append("( ) takes ")
+                                 .append(std::to_string(fewest))
+                                 .append(fewest == 1 ? " argument" : " arguments")
+                                 .append(level.function->most > fewest ? " or more" : ""));
+    }
+
+    /** Emits the variable, input or constant of a name; answers the number of its v symbol (0 for a
+     * constant). */
+    std::size_t takeName() {
+        const Token& token = now();
+        operandDue_ = false;
+        const auto reference = referenceOf(token);
+        if (!reference) {
+            if (token.kind == TokenKind::Name && equalIgnoringCase(token.text, "pi") && !inMissing()) {
+                emitConstant(std::numbers::pi);
+                return 0;
+            }
+            failUnknown(token);
+        }
+        const auto known = std::find(formula_.references.begin(), formula_.references.end(), *reference);
+        const auto place = static_cast<std::size_t>(known - formula_.references.begin());
+        if (known == formula_.references.end()) {
+            formula_.references.push_back(*reference);
+            formula_.tested.push_back(false);
+        }
+        emit(std::string("v").append(std::to_string(place)));
+        return place;
+    }
+
+    bool inMissing() const {
+        const ExpressionFunction* function = levels_.back().function;
+        return function != nullptr && function->name == "missing";
+    }
+
+    /** Exact names first, and named inputs before variables. */
+    std::optional<int> referenceOf(const Token& token) const {
+        for (const NamedInput& input : inputs_)
+            if (input.name == token.text) return input.reference;
+        const auto variable = data_.find(token.text);
+        if (variable && data_.variable(*variable).name == token.text) return *variable + 1;
+        for (const NamedInput& input : inputs_)
+            if (equalIgnoringCase(input.name, token.text)) return input.reference;
+        if (variable && equalIgnoringCase(data_.variable(*variable).name, token.text)) return *variable + 1;
+        return std::nullopt;
+    }
+
+    [[noreturn]] void failUnknown(const Token& token) const {
+        std::vector<std::string_view> names;
+        bool ambiguous = false;
+        for (const NamedInput& input : inputs_)
+            names.emplace_back(input.name);
+        for (int i = 0; i < data_.variableCount(); ++i) {
+            names.emplace_back(data_.variable(i).name);
+            ambiguous = ambiguous || equalIgnoringCase(names.back(), token.text);
+        }
+        std::string what(ambiguous ? "several variables differ from '" : "there is no variable '");
+        what.append(token.text)
+            .append(ambiguous ? "' in capital letters only; write the name as it stands" : "'");
+        if (!ambiguous) what.append(didYouMean(nearestOf(token.text, names, 3)));
+        if (!ambiguous && token.kind == TokenKind::Name)
+            what.append("; a text to compare with belongs in quotes ('...')");
+        fail(token.position, what);
+    }
+
+    /** The value that a text means next to a comparison with a variable. */
+    double codeOfText() const {
+        const Token& text = now();
+        const std::size_t last = at_;
+        const bool right = last >= 2 && kindAt(last - 1) == TokenKind::Compare && isName(kindAt(last - 2)) &&
+                           beginsOperand(last - 2) && endsOperand(last);
+        const bool left = beginsOperand(last) && kindAt(last + 1) == TokenKind::Compare &&
+                          isName(kindAt(last + 2)) && endsOperand(last + 2);
+        if (right || left) {
+            const auto reference = referenceOf(tokens_[right ? last - 2 : last + 2]);
+            if (reference && *reference <= data_.variableCount()) return codeOf(*reference - 1, text);
+        }
+        if (const auto day = readIsoDate(text.text).dayNumber) return *day;
+        fail(text.position,
+             "a text can only be compared with a variable, as in group = 'a'; a name with blanks belongs "
+             "in backquotes (`...`)");
+    }
+
+    double codeOf(int variable, const Token& text) const {
+        if (const auto code = resolveCode(data_, variable, text.text)) return *code;
+        const Variable& known = data_.variable(variable);
+        std::vector<std::string_view> labels;
+        constexpr std::size_t mostLabels = 10'000; // looking for near ones among more takes too long
+        for (std::size_t i = 0; i < known.valueLabels.size() && i < mostLabels; ++i)
+            labels.emplace_back(known.valueLabels[i].text);
+        fail(text.position, std::string("variable '")
+                                .append(known.name)
+                                .append("' has no value '")
+                                .append(brief(text.text))
+                                .append("'")
+                                .append(didYouMean(nearestOf(text.text, labels, 3))));
+    }
+
+    std::string_view expression_;
+    const DataSet& data_;
+    std::span<const NamedInput> inputs_;
+    std::vector<Token> tokens_;
+    std::size_t at_ = 0;
+    bool operandDue_ = true;
+    std::vector<Level> levels_{Level{}};
+    ExpressionFormula formula_;
+};
+
+} // namespace
+
+ExpressionFormula translate(std::string_view expression, const DataSet& data,
+                            std::span<const NamedInput> inputs) {
+    return Translator(expression, data, inputs).run();
+}
+
+} // namespace korvana

@@ -1,0 +1,63 @@
+#include "host/session/ActiveData.h"
+
+#include "host/data/CaseWeights.h"
+
+#include <utility>
+
+namespace korvana {
+namespace {
+
+std::string cases(int count) {
+    return std::to_string(count) + (count == 1 ? " case" : " cases");
+}
+
+} // namespace
+
+void ActiveData::open(DataSet data) {
+    std::vector<const double*> columns;
+    columns.reserve(static_cast<std::size_t>(data.variableCount()));
+    for (int i = 0; i < data.variableCount(); ++i)
+        columns.push_back(data.column(i).data());
+    data_ = std::move(data);
+    columns_ = std::move(columns);
+    selection_ = {};
+    condition_.clear();
+    weightVariable_ = 0;
+}
+
+void ActiveData::select(std::string_view condition) {
+    selection_ = condition.empty() ? CaseSelection{} : selectCases(data_, condition);
+    condition_ = condition;
+}
+
+int ActiveData::selectedCount() const {
+    return selection_.mask.empty() ? data_.caseCount() : selection_.selectedCount;
+}
+
+void ActiveData::weightBy(std::string_view nameOrNumber1) {
+    weightVariable_ = nameOrNumber1.empty() ? 0 : resolveWeights(data_, nameOrNumber1).variable + 1;
+}
+
+std::vector<std::string> ActiveData::notes() const {
+    std::vector<std::string> notes = data_.notes();
+    if (!condition_.empty()) {
+        std::string note = "Selected " + std::to_string(selectedCount()) + " of " + cases(data_.caseCount()) +
+                           ": " + condition_ + ".";
+        if (selection_.missingCount > 0)
+            note += " " + cases(selection_.missingCount) + " left out: a value of the condition is missing.";
+        notes.push_back(std::move(note));
+    }
+    if (weightVariable_ > 0) {
+        const Variable& variable = data_.variable(weightVariable_ - 1);
+        const CaseWeights weights = resolveWeights(data_, std::to_string(weightVariable_), mask());
+        std::string note = "Cases weighted by '" + variable.name + "'.";
+        // Weights below 2 count a case once, whatever they are: worth knowing where they look like mistakes.
+        if (weights.missingCount > 0) note += " " + cases(weights.missingCount) + " without a weight.";
+        if (weights.notPositiveCount > 0)
+            note += " " + cases(weights.notPositiveCount) + " with a weight of zero or less.";
+        notes.push_back(std::move(note));
+    }
+    return notes;
+}
+
+} // namespace korvana

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "host/data/CaseSelection.h"
+#include "host/data/DataSet.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvana {
+
+/// The data that an analysis works on: a data set, which of its cases take part, and what weights them.
+/// Without a data set it is a table of no cases.
+class ActiveData {
+public:
+    ActiveData() = default;
+    ActiveData(const ActiveData&) = delete;
+    ActiveData& operator=(const ActiveData&) = delete;
+
+    /// Takes a data set over; selection and weights of the one before are forgotten.
+    void open(DataSet data);
+    [[nodiscard]] const DataSet& dataSet() const { return data_; }
+
+    /// Takes the cases that satisfy a condition (see `selectCases`, whose errors it throws; the selection
+    /// before then stays). An empty condition takes all cases.
+    void select(std::string_view condition);
+    [[nodiscard]] const std::string& condition() const { return condition_; }
+    /// One byte per case, 1 = selected; empty when all cases take part.
+    [[nodiscard]] std::span<const std::uint8_t> mask() const { return selection_.mask; }
+    [[nodiscard]] int selectedCount() const;
+
+    /// Weights the cases by a variable, given by name or number (see `resolveWeights`, whose errors it
+    /// throws). Empty: weighting off.
+    void weightBy(std::string_view nameOrNumber1);
+    /// The number of the weight variable from 1, 0 while weighting is off.
+    [[nodiscard]] int weightVariable() const { return weightVariable_; }
+
+    /// What a reader of results should know about the data: the reader's notes, the selection, the weights.
+    [[nodiscard]] std::vector<std::string> notes() const;
+
+    /// The first cell of each variable's column, for reading passes.
+    [[nodiscard]] std::span<const double* const> columns() const { return columns_; }
+
+private:
+    DataSet data_{std::string{}, 0};
+    std::vector<const double*> columns_;
+    CaseSelection selection_;
+    std::string condition_;
+    int weightVariable_ = 0;
+};
+
+} // namespace korvana

@@ -1,0 +1,78 @@
+#include "host/session/ModuleLibrary.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <dlfcn.h>
+#include <system_error>
+
+namespace korvana {
+namespace {
+
+namespace fs = std::filesystem;
+
+using Factory = ozm::CAnalysisSupport* (*)();
+constexpr const char* factoryName = "Lum6NewAnalysis";
+
+void addBeside(const fs::path& program, const std::string& fileName, std::vector<fs::path>& paths) {
+    if (program.empty()) return;
+    const fs::path folder = program.parent_path();
+    for (const fs::path& place : {folder, folder / ".." / "lib" / "korvana", folder / ".." / "lib"}) {
+        const fs::path path = (place / fileName).lexically_normal();
+        if (std::find(paths.begin(), paths.end(), path) == paths.end()) paths.push_back(path);
+    }
+}
+
+/// The file that this code was loaded from: a program, or an extension of another one.
+fs::path ownFile() {
+    Dl_info info{};
+    if (dladdr(reinterpret_cast<const void*>(&ownFile), &info) == 0 || info.dli_fname == nullptr) return {};
+    std::error_code error;
+    return fs::canonical(info.dli_fname, error);
+}
+
+} // namespace
+
+std::vector<fs::path> modulePaths(const std::string& fileName, const std::vector<fs::path>& folders) {
+    std::error_code error;
+    if (const char* set = std::getenv("KORVANA_MODULE"); set != nullptr && *set != '\0')
+        return {fs::is_directory(set, error) ? fs::path{set} / fileName : fs::path{set}};
+    std::vector<fs::path> paths;
+    for (const fs::path& folder : folders)
+        paths.push_back(folder / fileName);
+    addBeside(fs::read_symlink("/proc/self/exe", error), fileName, paths);
+    addBeside(ownFile(), fileName, paths);
+    return paths;
+}
+
+Analysis loadAnalysis(const std::vector<fs::path>& paths) {
+    std::string tried;
+    for (const fs::path& path : paths) {
+        tried += "\n  " + path.string() + ": ";
+        std::error_code error;
+        if (!fs::exists(path, error)) {
+            tried += "not there";
+            continue;
+        }
+        // A bare name would be looked for in the system's library folders.
+        void* library = dlopen(fs::absolute(path, error).c_str(), RTLD_NOW | RTLD_LOCAL);
+        if (library == nullptr) {
+            tried += dlerror();
+            continue;
+        }
+        const std::shared_ptr<void> open(library, [](void* handle) { dlclose(handle); });
+        const auto factory = reinterpret_cast<Factory>(dlsym(library, factoryName));
+        if (factory == nullptr) {
+            tried += std::string{"has no "} + factoryName + ", so it is no analysis module";
+            continue;
+        }
+        ozm::CAnalysisSupport* analysis = factory();
+        if (analysis == nullptr)
+            throw ModuleError("the module " + path.string() + " has no memory for an analysis");
+        // The deleter holds the library, and with it the code of the destructor that it runs.
+        return Analysis(analysis, [open](ozm::CAnalysisSupport* object) { delete object; });
+    }
+    throw ModuleError("the analysis module cannot be loaded; tried:" + tried +
+                      "\nSet KORVANA_MODULE to its file, or put it beside the program.");
+}
+
+} // namespace korvana

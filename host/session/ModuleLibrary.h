@@ -1,0 +1,33 @@
+#pragma once
+
+#include "support/CAnalysisSupport.h"
+
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace korvana {
+
+/// A module that cannot be loaded; what() names every path tried and why it failed.
+class ModuleError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// An analysis object. It keeps the library loaded that its code lives in.
+using Analysis = std::shared_ptr<ozm::CAnalysisSupport>;
+
+/// Where a module of this file name is looked for, in order: the file or folder that the environment variable
+/// KORVANA_MODULE names (and then nowhere else); the folders given; beside the running program and beside the
+/// library that this code stands in, there also in ../lib/korvana and ../lib.
+std::vector<std::filesystem::path> modulePaths(const std::string& fileName,
+                                               const std::vector<std::filesystem::path>& folders = {});
+
+/// Loads the first module found and asks its factory for an analysis object without a document. The library
+/// is closed after the object was destroyed. A module's state is one per process: one analysis at a time.
+/// Throws ModuleError.
+Analysis loadAnalysis(const std::vector<std::filesystem::path>& paths);
+
+} // namespace korvana

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "host/session/ModuleLibrary.h"
+#include "host/session/SessionParts.h"
+#include "host/session/SessionServices.h"
+#include "support/automation/AutomationObject.h"
+
+#include <optional>
+#include <string>
+
+namespace korvana {
+
+struct SessionOptions {
+    bool automation = true;       ///< a script drives the analysis: modal steps run without their dialogs
+    FrontEnd* frontEnd = nullptr; ///< nullptr: the answers of `FrontEnd` itself; must outlive the session
+    ServiceOverrides services;
+};
+
+/// One run of an analysis over one data set: gives the analysis object its document, calls its step functions
+/// and follows its dialogs. Everything happens on the caller's thread.
+///
+///     Session session(loadAnalysis(...));
+///     session.data().open(readData(...));
+///     session.start();                                  // the first dialog is open
+///     session.currentDialog()->Put("TypeOfAnalysis", 2);
+///     session.currentDialog()->Call("OK");
+///     session.pump();                                   // the next one
+///
+/// Step rule: a step's function answers -1 (its dialog owns the step), 0 (the analysis ends), the number of a
+/// row of the step table (that row is next), or anything else (the row that follows by default is next). A
+/// dialog that closes names the next step, and `pump` goes there.
+class Session {
+public:
+    /// Steps taken without a dialog in between, before the analysis is taken to go in circles.
+    static constexpr int mostStepsWithoutDialog = 1000;
+
+    explicit Session(Analysis analysis, const SessionOptions& options = {});
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    ActiveData& data() { return parts_.data; }
+    /// Opens another data set in place of the present one, and lets a running analysis know.
+    void openData(DataSet data);
+    StopSignals& signals() { return parts_.signals; }
+    void addObserver(SessionObserver& observer) { parts_.observers.add(observer); }
+    void removeObserver(SessionObserver& observer) { parts_.observers.remove(observer); }
+
+    /// Starts the analysis with an empty book: defaults are set, the step table begins at its first row.
+    /// Dialogs of a run before are destroyed.
+    void start();
+    /// Follows a dialog that has closed to the next step. To be called after each operation on a dialog has
+    /// returned; does nothing while the dialog is open, or while a step is being taken.
+    void pump();
+    /// Whether a dialog owns the step.
+    [[nodiscard]] bool isActive() const { return services_.dialogs().current() != nullptr; }
+    /// Number of the step that is being taken or was taken last; 0 before the first.
+    [[nodiscard]] int step() const { return step_; }
+    /// The open dialog, for a script; nothing when none is open. Objects hold until `start` or `close`.
+    std::optional<ozm::AutomationObject> currentDialog();
+    /// The name of the open dialog's automation interface, empty when none is open.
+    [[nodiscard]] std::string currentInterface() const;
+
+    ResultsBook& book() { return parts_.book; }
+
+    /// Ends the analysis: dialogs and analysis object are destroyed; the book stays.
+    void close();
+    /// Allocations that the analysis has not given back; 0 is due after `close`.
+    [[nodiscard]] std::size_t outstandingAllocations() const { return services_.memory().outstanding(); }
+    [[nodiscard]] const ozm::CAnalysisSupport* analysis() const { return analysis_.get(); }
+
+private:
+    void run(int step);
+    int take(const ozm::SEQFUNCTTBL& row);
+    [[nodiscard]] const ozm::SEQFUNCTTBL* row(int step) const;
+    void end();
+
+    SessionParts parts_;
+    SessionServices services_;
+    Analysis analysis_;
+    int step_ = 0;
+    int stepsWithoutDialog_ = 0;
+    bool stepping_ = false;
+};
+
+} // namespace korvana

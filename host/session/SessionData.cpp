@@ -1,0 +1,43 @@
+#include "host/session/SessionData.h"
+
+#include <limits>
+
+namespace korvana {
+namespace {
+
+/// A number that counts from 1 as an index; numbers below 1 become indices beyond every range.
+std::size_t index(int number1) {
+    return static_cast<std::size_t>(static_cast<unsigned>(number1) - 1U);
+}
+
+} // namespace
+
+short SessionData::cstart(int caseNumber, std::span<double> values, std::span<const int> variables) {
+    const std::size_t place = index(caseNumber);
+    if (place >= static_cast<std::size_t>(data_.dataSet().caseCount()) || values.size() < variables.size())
+        return ozm::StopReading;
+    const auto mask = data_.mask();
+    if (!mask.empty() && mask[place] == 0) return ozm::SkipCase;
+    const auto columns = data_.columns();
+    for (std::size_t k = 0; k < variables.size(); ++k) {
+        const std::size_t variable = index(variables[k]);
+        if (variable >= columns.size()) return ozm::StopReading;
+        values[k] = columns[variable][place];
+    }
+    return ozm::UseCase;
+}
+
+short SessionData::getmd5(int variable, double& missingCode) {
+    missingCode = std::numeric_limits<double>::quiet_NaN();
+    if (index(variable) >= data_.columns().size()) return 1;
+    missingCode = data_.dataSet().variable(variable - 1).missingCode;
+    return 0;
+}
+
+std::string SessionData::CaseName(int caseNumber) {
+    const DataSet& data = data_.dataSet();
+    if (!data.hasCaseNames() || caseNumber < 1 || caseNumber > data.caseCount()) return {};
+    return std::string{data.caseName(caseNumber - 1)};
+}
+
+} // namespace korvana

@@ -1,0 +1,73 @@
+#include "host/session/SessionDialogs.h"
+
+#include <utility>
+
+namespace korvana {
+
+bool SessionDialogs::CreateAnalysisDialog(std::unique_ptr<ozm::CAnalysisModelessDialog>& dialog) {
+    if (dialog == nullptr) return false;
+    if (current_ != nullptr) {
+        parts_.fail("A dialog of the analysis is open already.");
+        return false;
+    }
+    // Owned before it opens: it may name the next step while it opens.
+    current_ = dialogs_.emplace_back(std::move(dialog)).get();
+    const int page = std::exchange(page_, 0);
+    const ozm::DialogResult opened = current_->Open();
+    if (opened.done) {
+        parts_.observers.dialogOpened(*current_, page);
+        return true;
+    }
+    const std::string title{current_->Template().title};
+    current_ = nullptr;
+    exit_.reset();
+    dialog = std::move(dialogs_.back());
+    dialogs_.pop_back();
+    parts_.fail("The dialog '" + title + "' could not be opened" +
+                (opened.reason.empty() ? "." : ": " + opened.reason + "."));
+    return false;
+}
+
+int SessionDialogs::RunModal(ozm::CAnalysisModalDialog& dialog) {
+    if (!dialog.Open().done) return -1;
+    if (!dialog.IsClosed()) parts_.frontEnd->runModal(dialog);
+    return dialog.IsClosed() ? dialog.Result() : -1;
+}
+
+void SessionDialogs::DialogExits(ozm::CAnalysisDialog& dialog, int nextStep, ozm::ExitMode mode, int page) {
+    if (&dialog == current_ && !exit_) exit_ = Exit{nextStep, mode, page};
+}
+
+std::optional<SessionDialogs::Exit> SessionDialogs::takeExit() {
+    if (!exit_) return std::nullopt;
+    const Exit taken = *std::exchange(exit_, std::nullopt);
+    ozm::CAnalysisModelessDialog& dialog = *std::exchange(current_, nullptr);
+    parts_.observers.dialogClosed(dialog);
+    return taken;
+}
+
+bool SessionDialogs::OpenDataFile() {
+    if (!parts_.frontEnd->openData(parts_.data)) return false;
+    parts_.describeData();
+    if (parts_.analysis != nullptr) parts_.analysis->InitializeAfterFileChanged();
+    return true;
+}
+
+void SessionDialogs::DefineWeight() {
+    parts_.frontEnd->defineWeights(parts_.data);
+    parts_.describeData();
+}
+
+void SessionDialogs::DefineSelCond() {
+    parts_.frontEnd->defineSelection(parts_.data);
+    parts_.describeData();
+}
+
+void SessionDialogs::release() {
+    current_ = nullptr;
+    exit_.reset();
+    page_ = 0;
+    dialogs_.clear();
+}
+
+} // namespace korvana

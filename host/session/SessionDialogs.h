@@ -1,0 +1,54 @@
+#pragma once
+
+#include "host/session/SessionParts.h"
+#include "support/services/DialogService.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace korvana {
+
+/// Owns the dialogs of a session. A closed dialog lives on until `release`, since one of its operations may
+/// still run and a script may still hold it; its exit is noted for the session to follow.
+class SessionDialogs : public ozm::DialogService {
+public:
+    /// How a dialog wants the analysis to go on.
+    struct Exit {
+        int nextStep = 0;
+        ozm::ExitMode mode = ozm::ExitMode::End;
+        int page = 0;
+    };
+
+    explicit SessionDialogs(SessionParts& parts) : parts_(parts) {}
+
+    bool CreateAnalysisDialog(std::unique_ptr<ozm::CAnalysisModelessDialog>& dialog) override;
+    int RunModal(ozm::CAnalysisModalDialog& dialog) override;
+    void DialogExits(ozm::CAnalysisDialog& dialog, int nextStep, ozm::ExitMode mode, int page) override;
+    bool IsOleAutomation() override { return parts_.automation; }
+    bool OpenDataFile() override;
+    void DefineWeight() override;
+    void DefineSelCond() override;
+    void EnableStartupMenus(bool enabled) override { parts_.observers.startupMenusEnabled(enabled); }
+    void RestoreResultsWindows(ozm::CAnalysisDialog& dialog) override {
+        parts_.frontEnd->restoreResults(dialog);
+    }
+
+    /// The dialog that owns the step, open or with its exit not followed yet; nullptr when there is none.
+    [[nodiscard]] ozm::CAnalysisModelessDialog* current() const { return current_; }
+    /// Takes the exit of the current dialog, which then owns the step no more.
+    std::optional<Exit> takeExit();
+    /// The page on which the next dialog opens.
+    void openNextOn(int page) { page_ = page; }
+    /// Destroys every dialog. Not while an operation of one runs.
+    void release();
+
+private:
+    SessionParts& parts_;
+    std::vector<std::unique_ptr<ozm::CAnalysisModelessDialog>> dialogs_;
+    ozm::CAnalysisModelessDialog* current_ = nullptr;
+    std::optional<Exit> exit_;
+    int page_ = 0;
+};
+
+} // namespace korvana

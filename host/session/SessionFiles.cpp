@@ -1,0 +1,65 @@
+#include "host/session/SessionFiles.h"
+
+#include "host/session/InitFile.h"
+
+#include <algorithm>
+#include <exception>
+
+namespace korvana {
+namespace {
+
+bool take(std::optional<std::string> chosen, std::string& path) {
+    if (chosen) path = std::move(*chosen);
+    return chosen.has_value();
+}
+
+} // namespace
+
+bool SessionFiles::DoFileOpenDlg(std::string_view title, std::string_view defaultName,
+                                 std::string_view extension, std::string& path) {
+    return take(parts_.frontEnd->fileToOpen({title, defaultName, extension}), path);
+}
+
+bool SessionFiles::DoFileSaveAsDlg(std::string_view title, std::string_view defaultName,
+                                   std::string_view extension, std::string& path) {
+    return take(parts_.frontEnd->fileToSave({title, defaultName, extension}), path);
+}
+
+bool SessionFiles::PutInitKeywordPrivate(const std::string& path, std::string_view section,
+                                         std::string_view keyword, std::string_view value) try {
+    std::error_code error;
+    const bool isNew = !std::filesystem::exists(path, error);
+    std::optional<InitFile> file = isNew ? InitFile{} : InitFile::read(path);
+    // A file that is there but cannot be read is not ours to replace.
+    if (!file || !file->put(section, keyword, value)) return false;
+    file->write(path);
+    return true;
+} catch (const std::exception& failure) {
+    parts_.fail(failure.what());
+    return false;
+}
+
+bool SessionFiles::GetInitKeywordPrivate(const std::string& path, std::string_view section,
+                                         std::string_view keyword, std::string& value) {
+    const auto file = InitFile::read(path);
+    return file && take(file->value(section, keyword), value);
+}
+
+bool SessionFiles::EnumPrivateKeywords(const std::string& path, std::string_view section,
+                                       std::vector<std::string>& keywords) {
+    keywords.clear();
+    const auto file = InitFile::read(path);
+    if (!file || !file->hasSection(section)) return false;
+    keywords = file->keywords(section);
+    return true;
+}
+
+bool SessionFiles::GetStartValues(std::span<const std::string> names, std::span<double> values) {
+    // The front end edits a copy: a cancelled dialog leaves the values as they are.
+    std::vector<double> edited(values.begin(), values.end());
+    if (!parts_.frontEnd->editStartValues(names, edited)) return false;
+    std::copy(edited.begin(), edited.end(), values.begin());
+    return true;
+}
+
+} // namespace korvana

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "host/session/SessionParts.h"
+#include "support/services/FileService.h"
+
+namespace korvana {
+
+/// File dialogs are the front end's; initialisation files are read and replaced here.
+class SessionFiles : public ozm::FileService {
+public:
+    explicit SessionFiles(SessionParts& parts) : parts_(parts) {}
+
+    bool DoFileOpenDlg(std::string_view title, std::string_view defaultName, std::string_view extension,
+                       std::string& path) override;
+    bool DoFileSaveAsDlg(std::string_view title, std::string_view defaultName, std::string_view extension,
+                         std::string& path) override;
+    /// A failure to write is also recorded as a message that gives the reason.
+    bool PutInitKeywordPrivate(const std::string& path, std::string_view section, std::string_view keyword,
+                               std::string_view value) override;
+    bool GetInitKeywordPrivate(const std::string& path, std::string_view section, std::string_view keyword,
+                               std::string& value) override;
+    bool EnumPrivateKeywords(const std::string& path, std::string_view section,
+                             std::vector<std::string>& keywords) override;
+    bool GetStartValues(std::span<const std::string> names, std::span<double> values) override;
+
+private:
+    SessionParts& parts_;
+};
+
+} // namespace korvana

@@ -1,0 +1,41 @@
+#include "host/session/SessionMessages.h"
+
+#include "support/ModuleResources.h"
+
+namespace korvana {
+namespace {
+
+ResultMessage::Severity severityOf(ozm::MessageStyle style) {
+    switch (style) {
+    case ozm::MessageStyle::Warning:
+        return ResultMessage::Severity::Warning;
+    case ozm::MessageStyle::Error:
+        return ResultMessage::Severity::Error;
+    case ozm::MessageStyle::Information:
+    case ozm::MessageStyle::YesNo:
+        break;
+    }
+    return ResultMessage::Severity::Note;
+}
+
+} // namespace
+
+std::string SessionMessages::GetResourceString(ozm::ModuleHandle module, int id) {
+    return module != nullptr ? std::string{module->String(id)} : std::string{};
+}
+
+int SessionMessages::DspMessageBox(ozm::MessageStyle style, ozm::CAnalysisDialog* window, int id,
+                                   std::string_view text, std::string_view detail) {
+    ResultMessage message{id, std::string{text}, std::string{detail}, severityOf(style)};
+    if (style == ozm::MessageStyle::YesNo)
+        return parts_.frontEnd->ask(message, window) ? ozm::ButtonYes : ozm::ButtonNo;
+    parts_.note(message);
+    return parts_.frontEnd->showMessage(message, window);
+}
+
+int SessionMessages::DisplayInstQuestion(ozm::ModuleHandle module, ozm::CAnalysisDialog* window, int id) {
+    const ResultMessage question{id, GetResourceString(module, id), {}, ResultMessage::Severity::Note};
+    return parts_.frontEnd->ask(question, window) ? ozm::ButtonYes : ozm::ButtonNo;
+}
+
+} // namespace korvana

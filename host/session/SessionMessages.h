@@ -1,0 +1,23 @@
+#pragma once
+
+#include "host/session/SessionParts.h"
+#include "support/services/MessageService.h"
+
+namespace korvana {
+
+/// Messages are recorded in the book, told to the observers and shown by the front end; questions only reach
+/// the front end.
+class SessionMessages : public ozm::MessageService {
+public:
+    explicit SessionMessages(SessionParts& parts) : parts_(parts) {}
+
+    std::string GetResourceString(ozm::ModuleHandle module, int id) override;
+    int DspMessageBox(ozm::MessageStyle style, ozm::CAnalysisDialog* window, int id, std::string_view text,
+                      std::string_view detail) override;
+    int DisplayInstQuestion(ozm::ModuleHandle module, ozm::CAnalysisDialog* window, int id) override;
+
+private:
+    SessionParts& parts_;
+};
+
+} // namespace korvana

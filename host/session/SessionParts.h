@@ -1,0 +1,48 @@
+#pragma once
+
+#include "host/session/ActiveData.h"
+#include "host/session/FrontEnd.h"
+#include "host/session/SessionObserver.h"
+#include "host/session/StopSignals.h"
+
+#include <utility>
+
+namespace korvana {
+
+/// What the services of one session share.
+struct SessionParts {
+    ActiveData data;
+    ResultsBook book;
+    ObserverList observers;
+    StopSignals signals;
+    FrontEnd* frontEnd = &scriptAnswers();
+    ozm::CAnalysisSupport* analysis = nullptr;
+    bool automation = true; ///< a script drives the analysis
+
+    /// Records a message and tells the observers.
+    void note(ResultMessage message) {
+        book.messages.push_back(std::move(message));
+        observers.message(book.messages.back());
+    }
+    /// A failure of the host's own.
+    void fail(std::string text) { note({0, std::move(text), {}, ResultMessage::Severity::Error}); }
+
+    template <class T>
+    void addOutput(T output) {
+        book.append(std::move(output));
+        observers.outputAdded(book.outputs.back());
+    }
+
+    /// Puts what there is to know about the data into the book.
+    void describeData() {
+        book.source = data.dataSet().fileName();
+        book.notes = data.notes();
+    }
+
+    static FrontEnd& scriptAnswers() {
+        static FrontEnd answers;
+        return answers;
+    }
+};
+
+} // namespace korvana

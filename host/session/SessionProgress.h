@@ -1,0 +1,42 @@
+#pragma once
+
+#include "host/session/SessionParts.h"
+#include "support/services/ProgressService.h"
+
+namespace korvana {
+
+/// Progress goes to the observers; stop requests come from the session's signals. A stop test without a
+/// signal costs one load.
+class SessionProgress : public ozm::ProgressService {
+public:
+    explicit SessionProgress(SessionParts& parts) : parts_(parts), iterations_(*this) {}
+
+    void dstart(unsigned count) override;
+    void dstop() override { parts_.observers.computationEnded(); }
+    void termom(unsigned count) override { parts_.observers.progress(count, units_); }
+    void bstart() override { dstart(0); }
+    void dsp_st() override { parts_.observers.breathe(); }
+    void d_stat(std::string_view text) override { parts_.observers.status(text); }
+    void d_pbar(std::string_view text) override { parts_.observers.progressCaption(text); }
+    bool pcancel() override { return parts_.signals.any() && cancelled(); }
+    bool IsExternallyCancelled() override { return parts_.signals.any() && stopped(); }
+    ozm::CIterDisplay& Iterations() override { return iterations_; }
+
+private:
+    struct IterationLines final : ozm::CIterDisplay {
+        explicit IterationLines(SessionProgress& progress) : owner(progress) {}
+        void AddText(std::string_view line) override;
+        bool WasCanceled() override { return owner.parts_.signals.any() && owner.cancelled(); }
+        SessionProgress& owner;
+    };
+
+    void breathe();
+    bool cancelled();
+    bool stopped();
+
+    SessionParts& parts_;
+    IterationLines iterations_;
+    unsigned units_ = 0;
+};
+
+} // namespace korvana

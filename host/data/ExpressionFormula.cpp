@@ -80,14 +80,26 @@ private:
         case TokenKind::Not:
             if (!beginsOperand(at_))
                 fail(token.position, "put the part that begins with this 'not' in parentheses");
-            return emit("!");
+            emitConstant(0);
+            operandDue_ = true;
+            return emit("not");
         case TokenKind::Operator:
-            if (token.text == "-" || token.text == "+") return emit(token.text);
+            if (token.text == "-" || token.text == "+") return takeSigns();
             break;
         default:
             break;
         }
         fail(token.position, "a variable, a number or ( should stand here");
+    }
+
+    void takeSigns() {
+        bool negative = false;
+        for (;; ++at_) {
+            if (now().text == "-") negative = !negative;
+            const Token& next = tokens_[at_ + 1];
+            if (next.kind != TokenKind::Operator || (next.text != "-" && next.text != "+")) break;
+        }
+        if (negative) emit("-");
     }
 
     void takeOperator() {
@@ -156,8 +168,7 @@ private:
                                     .append(name.text)
                                     .append("'")
                                     .append(didYouMean(nearestOf(name.text, names, 3))));
-        emit(function->symbol);
-        emit("(");
+        emit(std::string(function->symbol).append("(")); // without a blank, which hides the function
         ++at_;
         levels_.push_back({function, name.position});
         if (function->name != "missing") return;

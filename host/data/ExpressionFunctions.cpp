@@ -34,7 +34,9 @@ double logicalOr(double a, double b) {
     if ((std::isfinite(a) && a != 0) || (std::isfinite(b) && b != 0)) return 1;
     return both(a, b) ? 0 : undefined;
 }
-double logicalNot(double a) {
+// Written as an operator with an idle left operand: the formula library allows no sign behind a prefix
+// operator.
+double logicalNot(double /*idle*/, double a) {
     return std::isfinite(a) ? truth(a == 0) : undefined;
 }
 
@@ -160,8 +162,8 @@ void defineExpressionFunctions(mu::Parser& parser) {
     parser.DefineFun("f_missing", isMissing);
     parser.DefineOprt("or", logicalOr, mu::prLOR);
     parser.DefineOprt("and", logicalAnd, mu::prLAND);
-    parser.DefineInfixOprt("!", logicalNot,
-                           mu::prLOGIC); // weaker than a comparison: not a = b is not (a = b)
+    // Weaker than a comparison: not a = b means not (a = b). To the right, so that not not a works.
+    parser.DefineOprt("not", logicalNot, mu::prLOGIC, mu::oaRIGHT);
     parser.DefineOprt("eq", equal, mu::prCMP);
     parser.DefineOprt("ne", unequal, mu::prCMP);
     parser.DefineOprt("lt", less, mu::prCMP);

@@ -22,7 +22,8 @@ inline constexpr int manyArguments = 1000;
 std::span<const ExpressionFunction> expressionFunctions();
 
 /** Gives a parser exactly the functions and operators of expressions, under the symbols of
-   expressionFunctions() and the operators or, and, ! (not), eq ne lt le gt ge, + - *, div, pow. */
+   expressionFunctions() and the operators or, and, not (between an idle operand and its own), eq ne lt le gt
+   ge, + - *, div, pow. */
 void defineExpressionFunctions(mu::Parser& parser);
 
 } // namespace korvana

@@ -43,12 +43,12 @@ struct ChoiceTemplate {
 struct ControlTemplate {
     int id = 0;
     ControlKind kind = ControlKind::PushButton;
-    std::string_view text;
-    std::span<const std::uint8_t> pages; ///< 0-based tab pages that show it; empty: all of them
+    std::string_view text{};
+    std::span<const std::uint8_t> pages{}; ///< 0-based tab pages that show it; empty: all of them
     int decimals = 0;
     int codesOfRole = -1;
-    std::span<const RoleTemplate> roles;
-    std::span<const ChoiceTemplate> choices;
+    std::span<const RoleTemplate> roles{};
+    std::span<const ChoiceTemplate> choices{};
 };
 
 /// A dialog: its number, title, tab pages and controls in tabbing order.

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "module/frame/SurvivalState.h"
+#include "module/survdata/ModuleDialog.h"
+
+namespace ozm::survival {
+
+/// The startup dialog: a list of analyses, and the host's dialogs for data, case weights and selection
+/// conditions.
+class CDefineTask final : public ModuleDialog {
+public:
+    CDefineTask(CAnalysisSupport& host, SurvivalState& state);
+
+protected:
+    void OnOpen() override;
+    void OnCommand(int control) override;
+    void OnValueChanged(int control) override;
+
+private:
+    void PerformSelected();
+    /// Starts the analysis of a command; a command that is none does nothing.
+    void Perform(int command);
+    void ResetSelections();
+
+    SurvivalState& state_;
+};
+
+} // namespace ozm::survival

@@ -1,0 +1,76 @@
+#include "module/frame/Steps.h"
+
+#include "module/frame/CDefineTask.h"
+#include "module/frame/CSurvival.h"
+#include "module/frame/SurvivalState.h"
+#include "module/kaplan/CDefineKaplanDlg.h"
+#include "module/kaplan/CKaplanResultsDlg.h"
+#include "module/resources/StepNumbers.h"
+#include "module/resources/StringIds.h"
+
+#include <exception>
+#include <memory>
+#include <utility>
+
+namespace ozm::survival {
+namespace {
+
+/// Makes a step's dialog and hands it to the host. Memory that runs out, as any failure, ends the sequence.
+template <class Dialog, class... State>
+int OpenStep(CAnalysisSupport& analysis, State&... state) {
+    auto dialog = std::make_unique<Dialog>(analysis, state...);
+    return CAnalysisModelessDialog::CreateAnalysisDialog(std::move(dialog)) ? StepInProgress : StepEnd;
+}
+
+/// The ladder at the module's boundary: no exception leaves a step.
+template <StepFunction Step>
+int Guarded(CAnalysisSupport& analysis) {
+    try {
+        return Step(analysis);
+    } catch (const std::exception&) {
+        return StepEnd;
+    } catch (...) {
+        return StepEnd;
+    }
+}
+
+int InitializeStep(CAnalysisSupport& analysis) {
+    return analysis.InitializeAfterFileChanged();
+}
+
+constexpr SEQFUNCTTBL table[] = {
+    {StepInitialize, Guarded<InitializeStep>, StepStart},
+    {StepStart, Guarded<CSurvival::StartAnalysis>, 0},
+    {StepSpecifyLifeTables, Guarded<CSurvival::SpecifyLifeTables>, 0},
+    {StepSpecifyKaplan, Guarded<CSurvival::SpecifyKaplan>, 0},
+    {StepSpecifyTwoSamples, Guarded<CSurvival::SpecifyTwoSamples>, 0},
+    {StepSpecifyKSamples, Guarded<CSurvival::SpecifyKSamples>, 0},
+    {StepSpecifyRegression, Guarded<CSurvival::SpecifyRegression>, 0},
+    {StepLifeResults, Guarded<CSurvival::LifeResults>, 0},
+    {StepKaplanResults, Guarded<CSurvival::KaplanResults>, 0},
+    {StepTwoResults, Guarded<CSurvival::TwoResults>, 0},
+    {StepKsResults, Guarded<CSurvival::KsResults>, 0},
+    {StepRegSpec, Guarded<CSurvival::RegSpec>, 0},
+    {StepRegressionResults, Guarded<CSurvival::RegressionResults>, 0},
+    {StepRegEst, Guarded<CSurvival::RegEst>, 0},
+};
+
+} // namespace
+
+std::span<const SEQFUNCTTBL> StepTable() {
+    return table;
+}
+
+int CSurvival::StartAnalysis(CAnalysisSupport& analysis) {
+    return OpenStep<CDefineTask>(analysis, ModuleState());
+}
+
+int CSurvival::SpecifyKaplan(CAnalysisSupport& analysis) {
+    return OpenStep<CDefineKaplanDlg>(analysis, ModuleState().shared, ModuleState().kaplan);
+}
+
+int CSurvival::KaplanResults(CAnalysisSupport& analysis) {
+    return OpenStep<CKaplanResultsDlg>(analysis, ModuleState().shared, ModuleState().kaplan);
+}
+
+} // namespace ozm::survival

@@ -1,0 +1,76 @@
+#include "module/frame/SurvivalState.h"
+
+#include "module/resources/Resources.h"
+#include "module/resources/StringIds.h"
+
+#include <algorithm>
+#include <cctype>
+#include <string>
+
+namespace ozm::survival {
+namespace {
+
+constexpr std::size_t fileNameWidth = 40;
+
+/// The data file's name in a field of 40 characters; a longer one is cut, but not inside a character.
+std::string FileNameField(std::string name) {
+    if (name.empty()) name = "noname";
+    if (name.size() > fileNameWidth) {
+        std::size_t end = fileNameWidth;
+        while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80U)
+            --end;
+        name.resize(end);
+    }
+    name.resize(std::max(name.size(), fileNameWidth), ' ');
+    return name;
+}
+
+void ReadDataCounts(CAnalysisSupport& host, SharedSettings& shared) {
+    shared.cases = host.ss_nb();
+    shared.variables = host.NumberOfVariables();
+    shared.fileName = FileNameField(host.FileName());
+}
+
+void UnsetCodes(SharedSettings& shared) {
+    shared.completeCode = shared.censoredCode = unsetCode;
+    shared.groupCodes = {unsetCode, unsetCode};
+}
+
+} // namespace
+
+void SurvivalState::Reset(CAnalysisSupport& host) {
+    ReleaseResults();
+    shared = SharedSettings{};
+    kaplan.settings = {};
+    regression = {};
+    startupPosition = 0;
+    shared.reportTitle = Text(StrReportTitle);
+    shared.reportTitleLower = shared.reportTitle;
+    std::transform(shared.reportTitleLower.begin(), shared.reportTitleLower.end(),
+                   shared.reportTitleLower.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    ReadDataCounts(host, shared);
+}
+
+void SurvivalState::DataChanged(CAnalysisSupport& host) {
+    UnsetCodes(shared);
+    ReadDataCounts(host, shared);
+}
+
+void SurvivalState::ClearSelections() {
+    shared.timeVariables = 0;
+    for (auto& list : shared.lists)
+        list.clear();
+    UnsetCodes(shared);
+}
+
+void SurvivalState::ReleaseResults() {
+    kaplan.results.Release();
+}
+
+SurvivalState& ModuleState() {
+    static SurvivalState state;
+    return state;
+}
+
+} // namespace ozm::survival

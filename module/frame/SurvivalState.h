@@ -1,0 +1,29 @@
+#pragma once
+
+#include "module/kaplan/KaplanState.h"
+#include "module/regression/RegressionState.h"
+#include "module/survdata/SharedSettings.h"
+#include "support/CAnalysisSupport.h"
+
+namespace ozm::survival {
+
+/// The module-wide state, one set for the whole module: only one analysis is active at a time. An analysis
+/// gets its own struct and the shared one handed in.
+struct SurvivalState {
+    SharedSettings shared;
+    KaplanState kaplan;
+    RegressionState regression;
+    int startupPosition = 0; ///< entry of the startup dialog's list that was chosen last
+
+    /// Every default; selections and codes are cleared, results released, the counts of the data read.
+    void Reset(CAnalysisSupport& host);
+    /// The codes become unset and the counts of the data are read anew; the selections stay.
+    void DataChanged(CAnalysisSupport& host);
+    /// Forgets all variables and codes that were selected.
+    void ClearSelections();
+    void ReleaseResults();
+};
+
+SurvivalState& ModuleState();
+
+} // namespace ozm::survival

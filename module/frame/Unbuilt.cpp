@@ -1,0 +1,53 @@
+#include "module/frame/CSurvival.h"
+#include "module/frame/Steps.h"
+#include "module/resources/StepNumbers.h"
+#include "module/resources/StringIds.h"
+
+namespace ozm::survival {
+
+int NotBuiltYet(CAnalysisSupport& analysis) {
+    analysis.DspMessageBox(MessageStyle::Information, nullptr, StrNotBuiltYet);
+    return StepStart;
+}
+
+int CSurvival::SpecifyLifeTables(CAnalysisSupport& analysis) {
+    return NotBuiltYet(analysis);
+}
+
+int CSurvival::SpecifyTwoSamples(CAnalysisSupport& analysis) {
+    return NotBuiltYet(analysis);
+}
+
+int CSurvival::SpecifyKSamples(CAnalysisSupport& analysis) {
+    return NotBuiltYet(analysis);
+}
+
+int CSurvival::SpecifyRegression(CAnalysisSupport& analysis) {
+    return NotBuiltYet(analysis);
+}
+
+int CSurvival::LifeResults(CAnalysisSupport& analysis) {
+    return NotBuiltYet(analysis);
+}
+
+int CSurvival::TwoResults(CAnalysisSupport& analysis) {
+    return NotBuiltYet(analysis);
+}
+
+int CSurvival::KsResults(CAnalysisSupport& analysis) {
+    return NotBuiltYet(analysis);
+}
+
+int CSurvival::RegSpec(CAnalysisSupport& analysis) {
+    return NotBuiltYet(analysis);
+}
+
+int CSurvival::RegressionResults(CAnalysisSupport& analysis) {
+    return NotBuiltYet(analysis);
+}
+
+int CSurvival::RegEst(CAnalysisSupport& analysis) {
+    return NotBuiltYet(analysis);
+}
+
+} // namespace ozm::survival

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "module/kaplan/KaplanState.h"
+#include "module/survdata/SharedSettings.h"
+#include "module/survdata/Status.h"
+#include "support/CAnalysisSupport.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ozm::survival {
+
+/// Plots show at most this many observations.
+inline constexpr std::size_t mostPlotted = 32000;
+
+/// The lines of the summary after its title: variables and counts of observations.
+std::vector<std::string> KaplanSummaryLines(CAnalysisSupport& host, const SharedSettings& shared,
+                                            const KaplanResults& results);
+
+// Each output answers the string number of the message to show, 0 when all went well or the user stopped it.
+
+/// Report with the summary and the input, then the product-limit table, one row per observation.
+int WriteKaplanReport(CAnalysisSupport& host, const SharedSettings& shared, KaplanResults& results);
+
+/// Spreadsheet of the percentiles with their limits. The columns of the limits are then renamed by
+/// `NameLimitColumns`.
+int WritePercentiles(CAnalysisSupport& host, const KaplanResults& results, double level);
+void NameLimitColumns(CAnalysisSupport& host, double level);
+
+/// Which of the three plots.
+enum class KaplanPlot : std::uint8_t { Survival = 1, LogTime = 2, LogLog = 3 };
+int PlotKaplan(CAnalysisSupport& host, const KaplanResults& results, KaplanPlot plot, double level);
+
+/// One observation in time order; at a tie the uncensored ones come first.
+struct KaplanRow {
+    double time = 0.0;
+    bool censored = false;
+    double survival = 1.0;      ///< the estimate in force after the observation
+    double standardError = 0.0; ///< of that estimate
+    std::int32_t caseNumber = 0;
+};
+
+/// Calls `visit(const KaplanRow&)` for the first `most` observations in time order.
+template <class Visit>
+void ForEachObservation(const KaplanResults& results, std::size_t most, Visit&& visit) {
+    const auto uncensored = results.UncensoredTimes();
+    const auto censored = results.CensoredTimes();
+    KaplanRow row;
+    std::size_t u = 0;
+    std::size_t c = 0;
+    for (std::size_t n = 0; n < most && u + c < uncensored.size() + censored.size(); ++n) {
+        row.censored = u == uncensored.size() || (c < censored.size() && censored[c] < uncensored[u]);
+        if (row.censored) {
+            row.time = censored[c];
+            row.caseNumber = results.CensoredCases()[c++];
+        } else {
+            row.time = uncensored[u];
+            row.survival = results.Survival()[u];
+            row.standardError = results.StandardError()[u];
+            row.caseNumber = results.UncensoredCases()[u++];
+        }
+        visit(row);
+    }
+}
+
+} // namespace ozm::survival

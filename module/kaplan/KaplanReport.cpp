@@ -1,0 +1,39 @@
+#include "module/kaplan/KaplanOutput.h"
+#include "module/kaplan/KaplanTables.h"
+#include "module/resources/Resources.h"
+#include "module/resources/StringIds.h"
+#include "module/survdata/InputHeader.h"
+#include "module/survdata/ReportLines.h"
+
+namespace ozm::survival {
+
+std::vector<std::string> KaplanSummaryLines(CAnalysisSupport& host, const SharedSettings& shared,
+                                            const KaplanResults& results) {
+    const auto times = shared.Times();
+    const std::string variable =
+        times.size() == 1 ? VariableName(host, times.front()) : std::string{Text(StrKmDaysComputed)};
+    return {std::string{Text(StrKmVariable)} + variable,
+            std::string{Text(StrKmCensoringVariable)} + VariableName(host, shared.First(ListCensoring)),
+            std::string{Text(StrKmValid)} + FormatCount(results.Valid()),
+            std::string{Text(StrKmUncensored)} + FormatCount(results.uncensored),
+            std::string{Text(StrKmCensored)} + FormatCount(results.censored)};
+}
+
+int WriteKaplanReport(CAnalysisSupport& host, const SharedSettings& shared, KaplanResults& results) {
+    host.d_stat(Text(StrPrinting));
+    host.prttop();
+    WriteLine(host, Text(StrKmResultsTitle));
+    WriteLine(host, shared.reportTitle);
+    WriteLine(host, std::string{Text(StrDataFile)} + shared.fileName);
+    host.newline(1);
+    for (const std::string& line : KaplanSummaryLines(host, shared, results))
+        WriteLine(host, line);
+    host.newline(1);
+    WriteInputHeader(host, shared);
+    host.type();
+    const int message = WriteKaplanTables(host, results);
+    host.d_stat({});
+    return message;
+}
+
+} // namespace ozm::survival

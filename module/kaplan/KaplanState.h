@@ -1,0 +1,98 @@
+#pragma once
+
+#include "module/kaplan/ProductLimit.h"
+#include "module/survdata/CaseReader.h"
+#include "module/survdata/HostArray.h"
+#include "module/survdata/PairedSort.h"
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+namespace ozm::survival {
+
+/// What the dialogs of the analysis edit.
+struct KaplanSettings {
+    static constexpr double defaultLevel = 0.95;
+    double confidenceLevel = defaultLevel;
+};
+
+/// The seven arrays of one run, all of one capacity: fixed ones for small data, else from the host.
+class KaplanArrays {
+public:
+    static constexpr std::int32_t fixedCapacity = 2500;
+    static constexpr std::int32_t largestCapacity = 10'000'000;
+
+    /// The fixed arrays while the data have at most `fixedCapacity` cases and no weights; else twice the
+    /// number of cases but at most `largestCapacity`, which is also what weighted cases get. False when the
+    /// host refused one: all that were obtained are then released.
+    [[nodiscard]] bool Obtain(CAnalysisSupport& host, std::int32_t cases, bool weighted);
+    void Release();
+    [[nodiscard]] std::int32_t Capacity() const { return capacity_; }
+
+    std::span<double> uncensoredTimes;
+    std::span<double> censoredTimes;
+    std::span<double> survival;
+    std::span<double> standardError;
+    std::span<std::int32_t> uncensoredCases;
+    std::span<std::int32_t> censoredCases;
+    std::span<std::int32_t> ranks;
+
+private:
+    bool ObtainFromHost(CAnalysisSupport& host, std::size_t capacity);
+
+    std::int32_t capacity_ = 0;
+    std::array<HostArray<double>, 4> hostDoubles_;
+    std::array<HostArray<std::int32_t>, 3> hostIntegers_;
+    std::array<std::array<double, fixedCapacity>, 4> fixedDoubles_{};
+    std::array<std::array<std::int32_t, fixedCapacity>, 3> fixedIntegers_{};
+};
+
+/// What a run leaves for the results dialog. The spans of `arrays` are valid up to the counts.
+struct KaplanResults {
+    KaplanArrays arrays;
+    ReadingCounts counts;
+    std::int32_t uncensored = 0; ///< U
+    std::int32_t censored = 0;   ///< C
+    Percentiles percentiles;
+    TieOrder uncensoredOrder = TieOrder::Exact;
+    TieOrder censoredOrder = TieOrder::Exact;
+
+    [[nodiscard]] std::int32_t Valid() const { return uncensored + censored; } ///< N
+
+    [[nodiscard]] std::span<const double> UncensoredTimes() const {
+        return Used(arrays.uncensoredTimes, uncensored);
+    }
+    [[nodiscard]] std::span<const double> CensoredTimes() const {
+        return Used(arrays.censoredTimes, censored);
+    }
+    [[nodiscard]] std::span<const double> Survival() const { return Used(arrays.survival, uncensored); }
+    [[nodiscard]] std::span<const double> StandardError() const {
+        return Used(arrays.standardError, uncensored);
+    }
+    [[nodiscard]] std::span<const std::int32_t> UncensoredCases() const {
+        return Used(arrays.uncensoredCases, uncensored);
+    }
+    [[nodiscard]] std::span<const std::int32_t> CensoredCases() const {
+        return Used(arrays.censoredCases, censored);
+    }
+
+    void Release() {
+        arrays.Release();
+        uncensored = censored = 0;
+    }
+
+private:
+    template <class T>
+    static std::span<const T> Used(std::span<T> array, std::int32_t count) {
+        return array.first(static_cast<std::size_t>(count));
+    }
+};
+
+/// Everything of the analysis that lives from its specification to its results.
+struct KaplanState {
+    KaplanSettings settings;
+    KaplanResults results;
+};
+
+} // namespace ozm::survival

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "module/kaplan/KaplanState.h"
+#include "module/survdata/SharedSettings.h"
+#include "module/survdata/Status.h"
+#include "support/CAnalysisSupport.h"
+
+namespace ozm {
+class CAnalysisDialog;
+}
+
+namespace ozm::survival {
+
+/// The run behind OK of the specification dialog: obtains the arrays, reads the cases, sorts, computes. 0 on
+/// success: `state.results` is filled. 1 when there is nothing to show: the message was shown over `window`
+/// (none after a stop), and nothing is kept.
+int RunProductLimit(CAnalysisSupport& host, SharedSettings& shared, KaplanState& state,
+                    CAnalysisDialog* window);
+
+/// The reading pass: fills times and case numbers of `results` up to the capacity of its arrays, and its
+/// counts.
+Status ReadKaplanMeierData(CAnalysisSupport& host, SharedSettings& shared, KaplanResults& results);
+
+/// Puts the case numbers of tied times into the order that the paired heap sort gives, where the run left
+/// that open. Called by outputs that list case numbers. NoMemory or Stopped leave the results as they were.
+Status MakeTieOrderExact(CAnalysisSupport& host, KaplanResults& results);
+
+/// The message of a status, 0 for one that has none.
+int KaplanMessage(Status status);
+
+} // namespace ozm::survival

@@ -1,0 +1,112 @@
+#pragma once
+
+#include "module/survdata/SharedSettings.h"
+#include "module/survdata/Status.h"
+#include "module/survdata/StopTest.h"
+#include "support/CAnalysisSupport.h"
+
+#include <cstdint>
+#include <limits>
+#include <span>
+
+namespace ozm::survival {
+
+/// Counts of a reading pass. Counts of weighted copies stop at the largest 32-bit number.
+struct ReadingCounts {
+    std::int32_t casesRead = 0;     ///< selected cases, every weighted copy
+    double distinctCasesRead = 0.0; ///< selected cases, each once
+    std::int32_t valid = 0;         ///< valid observations, every weighted copy
+    double distinctValid = 0.0;     ///< valid cases, each once
+    // Why selected cases were left out, each once.
+    std::int32_t otherCode = 0; ///< neither of the censoring codes, nor of the group codes
+    std::int32_t missing = 0;   ///< a time variable missing or beyond 1e15
+    std::int32_t invalidDate = 0;
+    std::int32_t negativeTime = 0;
+    std::int32_t missingWeight = 0; ///< not left out: read once, as any weight below 2
+};
+
+/// One observation, as a reading pass hands it to its analysis.
+struct Observation {
+    double time = 0.0;
+    bool complete = false;
+    std::int8_t group = 0;       ///< 1 or 2 for a pass with group codes, else 0
+    std::int32_t caseNumber = 0; ///< from 1
+};
+
+/// The rules by which every analysis reads its cases: which variables and codes, how a survival time is made,
+/// which cases count. Made from the shared settings before a pass; knows the place of every variable in the
+/// values of a case.
+class CaseReader {
+public:
+    enum class Groups : std::uint8_t { None, TwoCodes };
+
+    CaseReader(CAnalysisSupport& host, SharedSettings& settings, Groups groups = Groups::None);
+
+    /// Reads all cases and calls `append(const Observation&)` for each valid one, a weighted case once per
+    /// copy. Ends with Stopped on a stop request or when the host cannot go on, TooManyCases when a case is
+    /// to be examined while `capacity` observations are stored, TooFewValid when two or fewer are valid.
+    template <class Append>
+    Status Read(std::int32_t capacity, Append&& append);
+
+    [[nodiscard]] const ReadingCounts& Counts() const { return counts_; }
+
+private:
+    /// Looks at the case whose values are in hand. True when it is valid; `observation` is then complete but
+    /// for the case number. Else the reason is counted.
+    bool Examine(Observation& observation);
+    bool SurvivalTime(double& time);
+    bool DateTime(double& time);
+    [[nodiscard]] double Copies();
+
+    CAnalysisSupport& host_;
+    SharedSettings& settings_;
+    Groups groups_;
+    std::int32_t cases_ = 0;
+    int times_ = 0;        ///< number of time variables; they stand after the censoring variable
+    int groupPlace_ = -1;  ///< place of the grouping variable, -1: none
+    int weightPlace_ = -1; ///< place of the weight variable, -1: none
+    std::span<double> values_;
+    std::span<const int> variables_;
+    std::span<const double> missing_;
+    ReadingCounts counts_;
+};
+
+template <class Append>
+Status CaseReader::Read(std::int32_t capacity, Append&& append) {
+    constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
+    constexpr std::int32_t casesPerTick = 1 << 16;
+    counts_ = {};
+    for (std::int32_t n = 1; n <= cases_; ++n) {
+        if (StopRequested(host_)) return Status::Stopped;
+        if (n % casesPerTick == 0) host_.termom(casesPerTick);
+        const short answer = host_.cstart(n, values_, variables_);
+        if (answer == SkipCase) continue;
+        if (answer != UseCase) return Status::Stopped;
+        if (counts_.valid >= capacity) return Status::TooManyCases;
+
+        const double copies = Copies();
+        counts_.distinctCasesRead += 1.0;
+        const double read = static_cast<double>(counts_.casesRead) + copies;
+        Observation observation;
+        observation.caseNumber = n;
+        if (!Examine(observation)) {
+            // All copies of a case share its fate.
+            counts_.casesRead = read < most ? static_cast<std::int32_t>(read) : most;
+            continue;
+        }
+        counts_.distinctValid += 1.0;
+        append(observation);
+        ++counts_.valid;
+        if (counts_.casesRead < most) ++counts_.casesRead;
+        for (double copy = 1.0; copy < copies; copy += 1.0) {
+            if (StopRequested(host_)) return Status::Stopped;
+            if (counts_.valid >= capacity) return Status::TooManyCases;
+            append(observation);
+            ++counts_.valid;
+            if (counts_.casesRead < most) ++counts_.casesRead;
+        }
+    }
+    return counts_.valid <= 2 ? Status::TooFewValid : Status::Success;
+}
+
+} // namespace ozm::survival

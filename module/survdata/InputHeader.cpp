@@ -1,0 +1,75 @@
+#include "module/survdata/InputHeader.h"
+
+#include "module/resources/Resources.h"
+#include "module/resources/StringIds.h"
+#include "module/survdata/ReportLines.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ozm::survival {
+namespace {
+
+/// "<lead> <code> = <label> <role>": the label only where the variable has one.
+void WriteCode(CAnalysisSupport& host, std::string_view lead, int variable, double code,
+               std::string_view role) {
+    std::string line{lead};
+    line += FormatCode(code);
+    std::string label;
+    double value = code;
+    if (std::isfinite(code) && variable != 0 &&
+        host.vvlcod8(variable, LabelLookup::TextOfCode, label, value) != 0)
+        line += " = " + label;
+    if (!role.empty()) line.append(" ").append(role);
+    WriteLine(host, line);
+}
+
+void WriteTimes(CAnalysisSupport& host, const SharedSettings& settings) {
+    const auto times = settings.Times();
+    if (times.size() <= 1) {
+        WriteLine(host, std::string{Text(StrTimesVariable)} + " " +
+                            VariableName(host, times.empty() ? 0 : times.front()));
+        return;
+    }
+    static constexpr std::array six{StrStartMonth, StrStartDay, StrStartYear,
+                                    StrEndMonth,   StrEndDay,   StrEndYear};
+    static constexpr std::array two{StrStartDate, StrEndDate};
+    const std::vector<int> labels = times.size() == 2 ? std::vector<int>{two.begin(), two.end()}
+                                                      : std::vector<int>{six.begin(), six.end()};
+    WriteLine(host, Text(StrTimesFromDates));
+    WriteLine(host, Text(StrVariables));
+    std::size_t width = 0;
+    for (const int variable : times)
+        width = std::max(width, VariableName(host, variable).size());
+    for (std::size_t k = 0; k < times.size() && k < labels.size(); ++k) {
+        std::string name = VariableName(host, times[k]);
+        name.resize(width, ' ');
+        WriteLine(host, "    " + name + "  " + std::string{Text(labels[k])});
+    }
+}
+
+} // namespace
+
+void WriteInputHeader(CAnalysisSupport& host, const SharedSettings& settings) {
+    WriteTimes(host, settings);
+    const int censoring = settings.First(ListCensoring);
+    WriteLine(host, std::string{Text(StrCensoringVariable)} + " " + VariableName(host, censoring));
+    const std::string lead{Text(StrCodes)};
+    const std::string indent(lead.size(), ' ');
+    WriteCode(host, lead, censoring, settings.completeCode, Text(StrCompleteObservations));
+    WriteCode(host, indent, censoring, settings.censoredCode, Text(StrCensoredObservations));
+    if (settings.analysisType == 3 || settings.analysisType == 4) {
+        const int grouping = settings.First(ListGrouping);
+        WriteLine(host, std::string{Text(StrGroupVariable)} + " " + VariableName(host, grouping));
+        if (settings.analysisType == 3) {
+            WriteCode(host, indent, grouping, settings.groupCodes[0], Text(StrGroup1));
+            WriteCode(host, indent, grouping, settings.groupCodes[1], Text(StrGroup2));
+        }
+    }
+}
+
+} // namespace ozm::survival

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "module/survdata/SharedSettings.h"
+#include "support/CAnalysisSupport.h"
+
+namespace ozm::survival {
+
+/// Lists the input of an analysis in the report, one item a line: time variables, censoring variable with its
+/// codes and their value labels, and for the comparisons of groups (analysis types 3 and 4) the grouping
+/// variable.
+void WriteInputHeader(CAnalysisSupport& host, const SharedSettings& settings);
+
+} // namespace ozm::survival

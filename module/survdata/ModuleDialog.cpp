@@ -1,0 +1,65 @@
+#include "module/survdata/ModuleDialog.h"
+
+#include "module/resources/ControlIds.h"
+
+namespace ozm::survival {
+
+ModuleDialog::ModuleDialog(CAnalysisSupport& host, const DialogTemplate& dialogTemplate,
+                           const AutomationInterface& automation, SharedSettings& shared)
+    : CAnalysisModelessDialog(host, dialogTemplate), shared_(shared) {
+    AttachAutomation(automation);
+}
+
+bool ModuleDialog::CommonCommand(int control) {
+    switch (control) {
+    case TaskCaseWeights:
+        Analysis().DefineWeight();
+        return true;
+    case TaskSelectCases:
+        Analysis().DefineSelCond();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void ModuleDialog::ShowSelections() {
+    const ControlTemplate* control = Template().Find(SpecifyVariables);
+    if (control != nullptr) {
+        VariableSelection selection;
+        for (const RoleTemplate& role : control->roles) {
+            const bool unusedTimes = role.list == ListSurvivalTimes && shared_.timeVariables == 0;
+            selection.push_back(unusedTimes ? std::vector<int>{} : shared_.lists[role.list]);
+        }
+        SetValue(SpecifyVariables, std::move(selection));
+    }
+    SetValue(SpecifyCompleteCode, shared_.completeCode);
+    SetValue(SpecifyCensoredCode, shared_.censoredCode);
+}
+
+bool ModuleDialog::TakeSelection(int control) {
+    switch (control) {
+    case SpecifyVariables: {
+        const auto& selection = ValueAs<VariableSelection>(control);
+        const ControlTemplate* found = Template().Find(control);
+        for (std::size_t role = 0; role < selection.size(); ++role)
+            shared_.lists[found->roles[role].list] = selection[role];
+        shared_.timeVariables = static_cast<std::int16_t>(shared_.lists[ListSurvivalTimes].size());
+        return true;
+    }
+    case SpecifyCompleteCode:
+        shared_.completeCode = ValueAs<double>(control);
+        return true;
+    case SpecifyCensoredCode:
+        shared_.censoredCode = ValueAs<double>(control);
+        return true;
+    default:
+        return false;
+    }
+}
+
+void ModuleDialog::ShowMessage(int id, std::string_view detail) {
+    Analysis().DspMessageBox(MessageStyle::Error, this, id, detail);
+}
+
+} // namespace ozm::survival

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "module/survdata/SharedSettings.h"
+#include "support/dialogs/CAnalysisModelessDialog.h"
+
+#include <string_view>
+
+namespace ozm::survival {
+
+/// What the module's dialogs have in common: the shared settings (the selection lists among them), and the
+/// buttons for case weights and selection conditions.
+class ModuleDialog : public CAnalysisModelessDialog {
+public:
+    ModuleDialog(CAnalysisSupport& host, const DialogTemplate& dialogTemplate,
+                 const AutomationInterface& automation, SharedSettings& shared);
+
+protected:
+    [[nodiscard]] SharedSettings& Shared() const { return shared_; }
+
+    /// Performs a button that many dialogs have. False when it is none of those.
+    bool CommonCommand(int control);
+
+    /// Fills the controls of a selection of times and censoring indicator, with its codes, from the shared
+    /// settings.
+    void ShowSelections();
+    /// Takes such a control over into the shared settings. False when it is none of those.
+    bool TakeSelection(int control);
+
+    void ShowMessage(int id, std::string_view detail = {});
+
+private:
+    SharedSettings& shared_;
+};
+
+} // namespace ozm::survival

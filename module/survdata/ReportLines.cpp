@@ -1,0 +1,42 @@
+#include "module/survdata/ReportLines.h"
+
+#include "module/resources/Resources.h"
+#include "module/resources/StringIds.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace ozm::survival {
+
+void WriteLine(CAnalysisSupport& host, std::string_view line) {
+    host.writst(static_cast<int>(line.size()), line);
+    host.newline(1);
+}
+
+std::string FormatCount(long long count) {
+    return std::to_string(count);
+}
+
+std::string FormatNumber(double value, int digits) {
+    std::array<char, 64> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                   std::chars_format::general, digits);
+    return {buffer.data(), end.ptr};
+}
+
+std::string FormatCode(double code) {
+    const double magnitude = std::abs(code);
+    const std::size_t width = magnitude >= 0.001 && magnitude < 1.0 ? 9 : 10;
+    std::string text = std::isfinite(code) ? FormatNumber(code) : std::string{Text(StrUnsetCode)};
+    if (text.size() < width) text.insert(0, width - text.size(), ' ');
+    return text;
+}
+
+std::string VariableName(CAnalysisSupport& host, int variable) {
+    std::string name;
+    if (variable == 0 || host.getvn5(variable, name) != 0) return std::string{Text(StrUnsetCode)};
+    return name;
+}
+
+} // namespace ozm::survival

@@ -131,7 +131,7 @@ private:
         plot_.setAutoAddPlottableToLegend(false);
         plot_.axisRect()->setMinimumMargins(QMargins(20, 12, 24, 10));
         styleAxis(*plot_.xAxis, x_, info_.xAxis.title, options_.width - 120);
-        styleAxis(*plot_.yAxis, y_, info_.yAxis.title, options_.height - 200);
+        styleAxis(*plot_.yAxis, y_, info_.yAxis.title, options_.height - 240);
     }
 
     QCPCurve* addCurve(const ChartPath& path) {
@@ -285,8 +285,12 @@ private:
         double widest = 0.0;
         for (const LegendEntry& entry : legend_)
             widest = std::max(widest, metrics.horizontalAdvance(entry.text));
-        const auto columns =
+        auto columns =
             static_cast<std::size_t>(std::max(1.0, (options_.width - 60) / (widest + kIcon + 2 * kSpacing)));
+        // Where every group has the same number of entries, no group is torn over the end of a line.
+        const std::size_t perGroup = legend_.size() / groups_.size();
+        if (legend_.size() % groups_.size() == 0 && perGroup > 1 && columns > perGroup)
+            columns -= columns % perGroup;
         if (legend_.size() > columns * kMostRows) {
             const std::size_t left = legend_.size() - columns * kMostRows + 1;
             legend_.resize(columns * kMostRows - 1);
@@ -299,7 +303,8 @@ private:
         legend->setFont(font);
         legend->setTextColor(kInk);
         legend->setIconSize(kIcon, 14);
-        legend->setIconTextPadding(8);
+        legend->setIconTextPadding(
+            12); // SVG does not clip a line's icon, which is 5 pixels longer than its place
         legend->setColumnSpacing(kSpacing);
         legend->setRowSpacing(2);
         legend->setBorderPen(Qt::NoPen);

@@ -45,8 +45,7 @@ bool drawSvg(QCustomPlot& plot, const ozm::CChartInfo& info, QBuffer& out) {
     generator.setResolution(kPixelsPerInch);
     generator.setSize(QSize(kWidth, kHeight));
     generator.setViewBox(QRect(0, 0, kWidth, kHeight));
-    generator.setTitle(titleOf(info));
-    generator.setDescription("");
+    generator.setTitle(QString::fromStdString(escaped(oneLine(info.title)))); // Qt writes it as it is
     return paintOn(plot, generator, 1.0, true);
 }
 

@@ -166,13 +166,14 @@ std::string chartLine(const ozm::CChartInfo& info) {
     std::string line = "Chart: " + oneLine(info.title);
     if (!info.xAxis.title.empty() || !info.yAxis.title.empty())
         line += " [x: " + oneLine(info.xAxis.title) + "; y: " + oneLine(info.yAxis.title) + "]";
-    std::string_view separator = " - ";
-    for (const ozm::ChartSeries& series : info.series) {
-        if (series.legend.empty()) continue;
-        line += separator;
-        line += oneLine(series.legend);
-        separator = ", ";
-    }
+    std::vector<std::string> names;
+    for (const ozm::ChartSeries& series : info.series)
+        if (!series.legend.empty() && std::find(names.begin(), names.end(), series.legend) == names.end())
+            names.push_back(series.legend);
+    constexpr std::size_t kMostNames = 12;
+    for (std::size_t i = 0; i < std::min(names.size(), kMostNames); ++i)
+        line += (i == 0 ? " - " : ", ") + oneLine(names[i]);
+    if (names.size() > kMostNames) line += " and " + std::to_string(names.size() - kMostNames) + " more";
     return line;
 }
 

@@ -1,0 +1,283 @@
+#include <QApplication>
+#include <QImage>
+#include <QXmlStreamReader>
+#include <algorithm>
+#include <cfloat>
+#include <clocale>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <numeric>
+#include <set>
+#include <thread>
+
+#include "host/results/ChartApplication.h"
+#include "host/results/ChartGeometry.h"
+#include "host/results/ChartRenderer.h"
+#include "tests/host/results/Books.h"
+
+namespace korvana {
+namespace {
+
+using ozm::ChartSeries;
+using test::kInf;
+using test::kNaN;
+using test::series;
+
+struct Svg {
+    QStringList texts;
+    std::set<std::string> strokes; // colours of lines
+    std::set<std::string> fonts;
+    int dashed = 0;
+    int shapes = 0;
+    double farthest = 0.0; // largest coordinate, for what lies outside the picture
+    QString viewBox;
+};
+
+Svg readSvg(const std::string& bytes) {
+    Svg svg;
+    QXmlStreamReader reader(QByteArray::fromStdString(bytes));
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (!reader.isStartElement()) continue;
+        const auto attributes = reader.attributes();
+        if (attributes.hasAttribute("stroke"))
+            svg.strokes.insert(attributes.value("stroke").toString().toStdString());
+        if (attributes.hasAttribute("font-size") && reader.name() == QStringLiteral("text"))
+            svg.fonts.insert(attributes.value("font-size").toString().toStdString());
+        if (attributes.hasAttribute("stroke-dasharray")) ++svg.dashed;
+        if (attributes.hasAttribute("viewBox")) svg.viewBox = attributes.value("viewBox").toString();
+        if (attributes.hasAttribute("points")) {
+            ++svg.shapes;
+            for (const QString& pair : attributes.value("points").toString().split(' ', Qt::SkipEmptyParts))
+                for (const QString& coordinate : pair.split(',')) {
+                    EXPECT_TRUE(std::isfinite(coordinate.toDouble()));
+                    svg.farthest = std::max(svg.farthest, std::fabs(coordinate.toDouble()));
+                }
+        }
+        if (reader.name() == QStringLiteral("text"))
+            svg.texts += reader.readElementText(QXmlStreamReader::IncludeChildElements).trimmed();
+    }
+    EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString();
+    return svg;
+}
+
+Svg drawSvg(const ozm::CChartInfo& info) {
+    const Picture picture = drawChart(info, PictureFormat::Svg);
+    EXPECT_TRUE(picture.drawn()) << picture.error;
+    return readSvg(picture.bytes);
+}
+
+ozm::CChartInfo chartOf(std::vector<ChartSeries> list) {
+    ozm::CChartInfo info;
+    info.title = "Chart";
+    info.series = std::move(list);
+    return info;
+}
+
+TEST(ChartGeometry, StepsHoldUntilTheNextPoint) {
+    const ChartPath path =
+        pathOf(series("", {0, 2, kNaN, 3, 4}, {1, 0.5, 0.4, 0.3, 0.2, 9}, ChartSeries::Style::Step));
+    ASSERT_EQ(path.size(), 7U);
+    EXPECT_EQ(path[1].x, 2.0);
+    EXPECT_EQ(path[1].y, 1.0);
+    EXPECT_EQ(path[2].y, 0.5);
+    EXPECT_TRUE(std::isnan(path[3].x));
+    EXPECT_EQ(path[4].x, 3.0); // after the gap it begins anew
+    EXPECT_EQ(path[5].y, 0.3);
+}
+
+TEST(ChartGeometry, ClippingCutsAtTheBorders) {
+    const ChartPath inside = clipped({{-10, 0.5}, {10, 0.5}, {10, 5}, {0, 5}, {0, -5}}, {-1, 1}, {0, 1});
+    ASSERT_EQ(inside.size(), 5U);
+    EXPECT_EQ(inside[0].x, -1.0);
+    EXPECT_EQ(inside[1].x, 1.0);
+    EXPECT_TRUE(std::isnan(inside[2].y));
+    EXPECT_EQ(inside[3].y, 1.0);
+    EXPECT_EQ(inside[4].y, 0.0);
+    EXPECT_TRUE(clipped({{-2, 0}, {-2, 1}, {0, 9}}, {-1, 1}, {0, 1}).empty());
+    EXPECT_EQ(clipped({{0.2, 0.1}, {0.3, 0.1}, {0.4, 0.9}}, {0, 1}, {0, 1}).size(), 3U);
+}
+
+TEST(ChartGeometry, ThinningKeepsExtremesAndEnds) {
+    ChartPath path;
+    for (int i = 0; i < 100000; ++i)
+        path.push_back({i / 100000.0, std::sin(i * 1.0)});
+    path[50000].y = 7;
+    path[50001].y = -7;
+    const ChartPath few = thinned(path, {0, 1}, 500);
+    EXPECT_LE(few.size(), 4U * 501U);
+    const auto [low, high] =
+        std::minmax_element(few.begin(), few.end(), [](auto& a, auto& b) { return a.y < b.y; });
+    EXPECT_EQ(low->y, -7.0);
+    EXPECT_EQ(high->y, 7.0);
+    EXPECT_EQ(few.front().x, path.front().x);
+    EXPECT_EQ(few.back().x, path.back().x);
+}
+
+TEST(ChartGeometry, AxesHaveRoomForAnyData) {
+    const ozm::ChartAxis chosen;
+    for (const auto& values : std::vector<std::vector<double>>{
+             {}, {0}, {5, 5}, {kNaN, kInf}, {1e15, 1e15 + 1}, {1e-300, 3e-300}, {-1e199, 1e199}, {DBL_MAX}}) {
+        const Extent extent = axisExtent(chosen, extentOf(values), 0.02);
+        EXPECT_GT(extent.span(), 0.0);
+        EXPECT_TRUE(isDrawable(extent.low) && isDrawable(extent.high));
+        for (const double value : values)
+            if (isDrawable(value)) {
+                EXPECT_TRUE(extent.contains(value)) << value;
+            }
+    }
+    const Extent given = axisExtent({"", 0.0, 1.0}, {-5, 5}, 0.02);
+    EXPECT_EQ(given.low, 0.0);
+    EXPECT_EQ(given.high, 1.0);
+}
+
+TEST(ChartGeometry, HistogramCountsEveryValueOnce) {
+    // 1..16: quartiles 4 and 12, so the width is 16 / 16^(1/3) = 6.35, rounded to 5.
+    std::vector<double> values(16);
+    std::iota(values.begin(), values.end(), 1.0);
+    const HistogramClasses classes = histogramClasses(values);
+    EXPECT_EQ(classes.start, 0.0);
+    EXPECT_EQ(classes.width, 5.0);
+    EXPECT_EQ(countInto(classes, values), (std::vector<double>{4, 5, 5, 2}));
+
+    std::vector<std::vector<double>> lists{{},
+                                           {3},
+                                           {4, 4, 4},
+                                           {0, 0, 0, 0, 0, 0, 0, 0, 0, 100},
+                                           {1e15, 1e15 + 2, 1e15 + 9},
+                                           {kNaN, 1, kInf},
+                                           {-1e199, 1e199},
+                                           {0, 10},
+                                           {1e-300, 1e-299}};
+    std::vector<double> outlier(1000, 0.0);
+    for (std::size_t i = 0; i < outlier.size(); ++i)
+        outlier[i] = static_cast<double>(i % 7);
+    outlier.push_back(1e12);
+    lists.push_back(outlier);
+    for (const auto& list : lists) {
+        const HistogramClasses any = histogramClasses(list);
+        EXPECT_GT(any.width, 0.0);
+        EXPECT_LE(any.count, 100);
+        const auto counts = countInto(any, list);
+        EXPECT_EQ(std::accumulate(counts.begin(), counts.end(), 0.0),
+                  static_cast<double>(std::count_if(list.begin(), list.end(),
+                                                    [](double value) { return isDrawable(value); })));
+        for (const double value : list)
+            if (isDrawable(value)) {
+                EXPECT_TRUE(value >= any.start && value <= any.end() * (1 + 1e-12) + 1e-12) << value;
+            }
+    }
+}
+
+TEST(ChartRenderer, SvgShowsTitlesLegendAndSeries) {
+    ozm::CChartInfo info = test::stepChart();
+    ChartSeries other = series("Group 2", {0, 4, 8}, {1, 0.7, 0.4}, ChartSeries::Style::Step);
+    other.group = 2;
+    info.series.push_back(other);
+    const Svg svg = drawSvg(info);
+    EXPECT_EQ(svg.viewBox, "0 0 960 640");
+    for (const char* text : {"Estimate & bounds <Group 1>", "Survival time", "Proportion surviving",
+                             "Estimate", "Censored", "Group 2", "0.2"})
+        EXPECT_EQ(svg.texts.count(text), 1) << text;
+    EXPECT_EQ(svg.texts.count("Bounds"), 1); // one entry for the pair
+    EXPECT_TRUE(svg.strokes.count("#0072b2") == 1 && svg.strokes.count("#d55e00") == 1);
+    EXPECT_GE(svg.dashed, 2);
+    EXPECT_EQ(svg.fonts, (std::set<std::string>{"13", "15", "18"}));
+    EXPECT_EQ(drawSvg(chartOf({series("Only", {0, 1}, {0, 1})})).texts.count("Only"), 0); // needs no legend
+}
+
+TEST(ChartRenderer, NothingIsPaintedOutsideAGivenRange) {
+    ozm::CChartInfo info =
+        chartOf({series("far", {-1e6, 0.5, 1e6}, {-1e9, 0.5, 1e9}),
+                 series("marks", {0.5, 99}, {0.5, 0.5}, ChartSeries::Style::Markers),
+                 series("steps", {-50, 0.2, 50}, {0.2, 1e300, 0.2}, ChartSeries::Style::Step)});
+    info.xAxis = {"x", 0, 1};
+    info.yAxis = {"y", 0, 1};
+    const Svg svg = drawSvg(info);
+    EXPECT_GT(svg.shapes, 0);
+    EXPECT_LE(svg.farthest, 960.0);
+}
+
+TEST(ChartRenderer, PngIsCrispAndNotBlank) {
+    const Picture picture = drawChart(test::stepChart(), PictureFormat::Png);
+    ASSERT_TRUE(picture.drawn()) << picture.error;
+    const QImage image = QImage::fromData(QByteArray::fromStdString(picture.bytes));
+    ASSERT_EQ(image.size(), QSize(1920, 1280));
+    int blue = 0;
+    int dark = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixel(x, y) == 0xFF0072B2) ++blue;
+            if (qGray(image.pixel(x, y)) < 60) ++dark;
+        }
+    }
+    EXPECT_GT(blue, 2000); // the estimate, four device pixels wide
+    EXPECT_GT(dark, 2000); // axes and texts
+    EXPECT_EQ(image.pixel(2, 2), 0xFFFFFFFF);
+}
+
+TEST(ChartRenderer, DrawsWhateverItIsGiven) {
+    std::vector<double> many(32000);
+    std::iota(many.begin(), many.end(), 0.0);
+    std::vector<double> jumps(many);
+    for (double& value : jumps)
+        value = std::sin(value * value);
+    std::vector<ozm::CChartInfo> charts{chartOf({})};
+    for (const auto style : {ChartSeries::Style::Line, ChartSeries::Style::Step, ChartSeries::Style::Markers,
+                             ChartSeries::Style::Histogram}) {
+        for (const auto& [x, y] : std::vector<std::pair<std::vector<double>, std::vector<double>>>{
+                 {{}, {}},
+                 {{1}, {1}},
+                 {{2, 2, 2}, {1, 2, 3}},
+                 {{1, 2, 3}, {4, 4, 4}},
+                 {{kNaN, 1, kInf, 2, 3}, {1, kNaN, 2, -kInf, 3}},
+                 {{kNaN}, {kNaN}},
+                 {{1e15, 2e15}, {1e-300, 2e-300}},
+                 {{-1e308, 1e308}, {1e308, -1e308}},
+                 {{1e199, -1e199}, {1, 2}},
+                 {{3, 1, 2}, {1, 2, 3}},
+                 {{1, 2, 3}, {1}},
+                 {many, jumps}}) {
+            charts.push_back(chartOf({series("a", x, y, style), series("b", x, y, style)}));
+            charts.back().series[0].role = ChartSeries::Role::LowerBound;
+            charts.back().series[1].role = ChartSeries::Role::UpperBound;
+        }
+    }
+    charts.push_back(chartOf({}));
+    for (int i = 0; i < 200; ++i) {
+        charts.back().series.push_back(
+            series(std::string(100, 'w') + std::to_string(i), {0, 1}, {0, 1.0 * i}));
+        charts.back().series.back().group = -i;
+    }
+    charts.push_back(
+        chartOf({series(test::kAwkward, {0, 1}, {0, 1}), series(std::string(100000, 'm'), {0, 1}, {1, 0})}));
+    charts.back().title = std::string(100000, 'm') + test::kAwkward;
+    charts.back().xAxis = {test::kAwkward, -1e300, 1e300};
+    charts.back().yAxis = {std::string(5000, ' '), 5.0, std::nextafter(5.0, 6.0)};
+    for (std::size_t i = 0; i < charts.size(); ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_LE(drawSvg(charts[i]).farthest, 1000.0);
+        const auto format = i % 2 == 0 ? PictureFormat::Png : PictureFormat::Pdf;
+        EXPECT_TRUE(drawChart(charts[i], format).drawn());
+    }
+}
+
+TEST(ChartApplication, LeavesTheProgramAsItWas) {
+    const std::string locale = std::setlocale(LC_ALL, nullptr);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(ensureChartApplication(), "");
+    EXPECT_TRUE(drawChart(test::stepChart(), PictureFormat::Svg).drawn());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(std::setlocale(LC_ALL, nullptr), locale);
+    const QCoreApplication* application = QCoreApplication::instance();
+    EXPECT_EQ(ensureChartApplication(), "");
+    EXPECT_EQ(QCoreApplication::instance(), application);
+
+    Picture elsewhere;
+    std::thread([&elsewhere] { elsewhere = drawChart(test::stepChart(), PictureFormat::Svg); }).join();
+    EXPECT_FALSE(elsewhere.drawn());
+    EXPECT_NE(elsewhere.error.find("thread"), std::string::npos);
+}
+
+} // namespace
+} // namespace korvana

@@ -1,0 +1,69 @@
+#include <cfloat>
+#include <charconv>
+#include <clocale>
+#include <gtest/gtest.h>
+
+#include "host/results/FormatNumber.h"
+#include "host/results/Utf8.h"
+#include "tests/host/results/Books.h"
+
+namespace korvana {
+namespace {
+
+using ozm::CellFormat;
+
+TEST(FormatNumber, DataFilesReadBackTheSameDouble) {
+    for (const double value :
+         {0.1, -1.0 / 3.0, 1e15, 1e-300, DBL_MAX, DBL_MIN, 5e-324, 123456789.123456789, -0.0}) {
+        const std::string text = formatNumber(value);
+        double back = 1.0;
+        const auto result = std::from_chars(text.data(), text.data() + text.size(), back);
+        EXPECT_EQ(result.ptr, text.data() + text.size()) << text;
+        EXPECT_EQ(back, value) << text;
+    }
+    EXPECT_EQ(formatNumber(0.1), "0.1"); // shortest, not 0.1000000000000000055
+    EXPECT_EQ(formatNumber(test::kNaN), "nan");
+    EXPECT_EQ(formatNumber(-test::kInf), "-inf");
+}
+
+TEST(FormatNumber, PeopleReadTheColumnsFormat) {
+    EXPECT_EQ(formatNumber(2.0 / 3.0, CellFormat::general()), "0.666667");
+    EXPECT_EQ(formatNumber(12.50, CellFormat::general()), "12.5");
+    EXPECT_EQ(formatNumber(12.5, CellFormat::fixed(3)), "12.500");
+    EXPECT_EQ(formatNumber(41.7, CellFormat::integer()), "42");
+    EXPECT_EQ(formatNumber(999999999999.0, CellFormat::integer()), "999999999999");
+    // No sign on what is shown as zero.
+    EXPECT_EQ(formatNumber(-0.0004, CellFormat::fixed(3)), "0.000");
+    EXPECT_EQ(formatNumber(-0.0, CellFormat::general()), "0");
+    EXPECT_EQ(formatNumber(-0.0006, CellFormat::fixed(3)), "-0.001");
+    // No hundreds of digits, whatever is asked for.
+    EXPECT_EQ(formatNumber(1e300, CellFormat::fixed(255)), "1e+300");
+    EXPECT_EQ(formatNumber(-1e15, CellFormat::integer()), "-1e+15");
+    EXPECT_EQ(formatNumber(5.0, CellFormat::general(0)), "5");
+    EXPECT_LT(formatNumber(-DBL_MAX, CellFormat::general(255)).size(), 30U);
+    EXPECT_LT(formatNumber(-999999999999999.0, CellFormat::fixed(255)).size(), 40U);
+}
+
+TEST(Utf8, InvalidBytesAreReplacedOneByOne) {
+    const std::string replacement = "\xEF\xBF\xBD";
+    EXPECT_EQ(oneLine("a\xFF"
+                      "b"),
+              "a" + replacement + "b");
+    EXPECT_EQ(oneLine("\xC0\xAF"), replacement + replacement);                   // overlong
+    EXPECT_EQ(oneLine("\xED\xA0\x80"), replacement + replacement + replacement); // surrogate
+    EXPECT_EQ(oneLine("\xF4\x90\x80\x80").size(), 4 * replacement.size());       // above U+10FFFF
+    EXPECT_EQ(oneLine("x\xE2\x82"), "x" + replacement + replacement);            // cut short
+    const std::string fine = "\xC3\xA4\xE2\x82\xAC\xF0\x9D\x84\x9E";
+    EXPECT_EQ(oneLine(fine), fine);
+    EXPECT_EQ(oneLine("a\r\n\tb\x1b[2J"), "a b [2J");
+}
+
+TEST(Utf8, WidthIsWhatATerminalShows) {
+    EXPECT_EQ(textWidth("abc"), 3U);
+    EXPECT_EQ(textWidth("\xC3\xA4\xE2\x82\xAC"), 2U);     // two characters of two and three bytes
+    EXPECT_EQ(textWidth("a\xCC\x88"), 1U);                // combining diaeresis
+    EXPECT_EQ(textWidth("\xE7\x94\x9F\xE5\xAD\x98"), 4U); // two wide characters
+}
+
+} // namespace
+} // namespace korvana

@@ -1,0 +1,88 @@
+#include <QSet>
+#include <QXmlStreamReader>
+#include <gtest/gtest.h>
+#include <map>
+#include <sstream>
+
+#include "host/results/HtmlWriter.h"
+#include "tests/host/results/Books.h"
+
+namespace korvana {
+namespace {
+
+struct Page {
+    std::map<std::string, int> elements;
+    std::vector<std::string> links;
+    QSet<QString> ids;
+    QString text;
+};
+
+/// Reads the page as XML, so that anything left unescaped or unclosed fails.
+Page readPage(const ResultsBook& book, const HtmlOptions& options = {}) {
+    std::ostringstream out;
+    writeHtml(book, out, options);
+    Page page;
+    QXmlStreamReader reader(QByteArray::fromStdString(out.str()));
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (reader.isCharacters()) page.text += reader.text();
+        if (!reader.isStartElement()) continue;
+        ++page.elements[reader.name().toString().toStdString()];
+        for (const QXmlStreamAttribute& attribute : reader.attributes()) {
+            const QString name = attribute.qualifiedName().toString();
+            EXPECT_FALSE(name.startsWith("on")) << name.toStdString();
+            if (name.endsWith("href") || name == "src")
+                page.links.push_back(attribute.value().toString().toStdString());
+            if (name != "id") continue;
+            EXPECT_FALSE(page.ids.contains(attribute.value().toString()))
+                << attribute.value().toString().toStdString();
+            page.ids.insert(attribute.value().toString());
+        }
+    }
+    EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString() << " in line "
+                                    << reader.lineNumber();
+    return page;
+}
+
+TEST(HtmlWriter, IsOneWellFormedPage) {
+    const Page page = readPage(test::smallBook());
+    const auto count = [&page](const char* name) {
+        const auto found = page.elements.find(name);
+        return found == page.elements.end() ? 0 : found->second;
+    };
+    EXPECT_EQ(count("html"), 1);
+    EXPECT_EQ(count("section"), 6); // five outputs and the iterations
+    EXPECT_EQ(count("svg"), 2);
+    EXPECT_EQ(count("tr"), 4);
+    EXPECT_EQ(count("script"), 0);
+    EXPECT_EQ(count("b"), 0);
+    EXPECT_TRUE(page.text.contains("<&\"'>,"));
+    EXPECT_TRUE(page.text.contains("Warning 14152: The last time is censored."));
+    EXPECT_TRUE(page.text.contains("0.333333"));
+    for (const std::string& link :
+         page.links) { // nothing comes from elsewhere, and every link leads somewhere
+        ASSERT_EQ(link.substr(0, 1), "#");
+        EXPECT_TRUE(page.ids.contains(QString::fromStdString(link.substr(1)))) << link;
+    }
+}
+
+TEST(HtmlWriter, LongTablesSayWhereTheRestIs) {
+    ResultsBook book;
+    book.append(Spreadsheet{"Short", {}, {}, {{"x", "", {}, std::vector<double>(20, 1.0)}}});
+    book.append(Spreadsheet{"Long", {}, {}, {{"x", "", {}, std::vector<double>(1234567, 1.0)}}});
+    const Page page = readPage(book, {20, {"short.csv", "long.csv"}});
+    EXPECT_EQ(page.elements.at("td"), 40);
+    EXPECT_TRUE(page.text.contains("The first 20 of 1,234,567 rows are shown; all of them are in long.csv."));
+    EXPECT_FALSE(page.text.contains("short.csv"));
+    EXPECT_TRUE(readPage(book, {20, {}}).text.contains("CSV, JSON or XLSX"));
+}
+
+TEST(HtmlWriter, AnEmptyBookIsAPage) {
+    EXPECT_EQ(readPage({}).elements.at("main"), 1);
+    ResultsBook book;
+    book.append(Spreadsheet{});
+    EXPECT_TRUE(readPage(book).text.contains("no rows"));
+}
+
+} // namespace
+} // namespace korvana

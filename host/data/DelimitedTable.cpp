@@ -22,7 +22,7 @@ bool isDigit(char c) {
 }
 
 struct PlainNumber {
-    const char* next = nullptr; ///< none: not a plain number
+    const char* next = nullptr; ///< at the separator, line feed or end; none: not a plain number
     double value = 0;
     char mark = 0;
 };
@@ -59,11 +59,12 @@ public:
         if (length <= 19 && mantissa <= exact && decimals <= 22 && endsCell(p)) {
             number.value = static_cast<double>(mantissa) / powersOfTen[static_cast<std::size_t>(decimals)];
             number.next = p;
-        } else if (number.mark != ',') {
+        } else if (number.mark != ',' && point_ == '.') {
             const auto read = std::from_chars(digits, end_, number.value);
             if (read.ec == std::errc() && endsCell(read.ptr)) number.next = read.ptr;
         }
         if (negative) number.value = -number.value;
+        if (number.next != nullptr && number.next < end_ && *number.next == '\r') ++number.next;
         return number;
     }
 

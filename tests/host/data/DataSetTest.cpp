@@ -1,0 +1,110 @@
+#include "tests/host/data/DataTestSupport.h"
+
+#include "host/data/CaseWeights.h"
+#include "host/data/Codes.h"
+#include "host/data/DataError.h"
+#include "host/data/Describe.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace korvana::test {
+namespace {
+
+TEST(DataSet, FindsVariables) {
+    const DataSet data = readText("Time,time,AGE,2,x\n1,2,3,4,5\n", {HeaderLine::Yes, {}, {}});
+    const std::vector<std::pair<std::string, std::optional<int>>> table{{"time", 1},
+                                                                        {"Time", 0},
+                                                                        {"TIME", std::nullopt},
+                                                                        {"age", 2},
+                                                                        {"2", 3},
+                                                                        {"3", 2},
+                                                                        {"5", 4},
+                                                                        {"6", std::nullopt},
+                                                                        {"0", std::nullopt},
+                                                                        {"-1", std::nullopt},
+                                                                        {"", std::nullopt},
+                                                                        {"3x", std::nullopt},
+                                                                        {"99999999999", std::nullopt}};
+    for (const auto& [name, index] : table)
+        EXPECT_EQ(data.find(name), index) << name;
+    EXPECT_EQ(data.nearestNames("tmie"), (std::vector<std::string>{"Time", "time"}));
+    EXPECT_EQ(data.nearestNames("aeg", 1), std::vector<std::string>{"AGE"});
+    EXPECT_TRUE(data.nearestNames("zzzzzz").empty());
+    const auto refusal = [&](const char* name) -> std::string {
+        try {
+            data.require(name);
+        } catch (const DataError& error) {
+            return error.what();
+        }
+        return {};
+    };
+    EXPECT_NE(refusal("tmie").find("no variable 'tmie' (did you mean 'Time', 'time'?)"), std::string::npos);
+    EXPECT_NE(refusal("TIME").find("capital letters"), std::string::npos);
+    EXPECT_EQ(refusal("x"), "");
+    EXPECT_THROW(static_cast<void>(data.column(5)), std::out_of_range);
+}
+
+TEST(Codes, LabelsBeforeNumbers) {
+    DataSet data = readText("status,when\n1,1995-01-15\n2,1995-01-16\n");
+    data.variable(0).valueLabels = {{1, "2"}, {7, "Dead"}, {8, "dead"}, {9, "Lost"}, {0, "alive"}};
+    const std::vector<std::pair<std::string, std::optional<double>>> table{{"2", 1},
+                                                                           {"dead", 8},
+                                                                           {"Dead", 7},
+                                                                           {"DEAD", std::nullopt},
+                                                                           {"LOST", 9},
+                                                                           {" alive ", 0},
+                                                                           {"1", 1},
+                                                                           {"-1.5e1", -15},
+                                                                           {"", std::nullopt},
+                                                                           {"x", std::nullopt},
+                                                                           {"1e999", std::nullopt}};
+    for (const auto& [text, code] : table)
+        EXPECT_EQ(resolveCode(data, 0, text), code) << text;
+    EXPECT_EQ(resolveCode(data, 1, "1995-01-15"), 2449733);
+    EXPECT_EQ(resolveCode(data, 1, "1995-02-30"), std::nullopt);
+    EXPECT_EQ(data.variable(0).labelOf(1), "2") << "labels need not stand in the order of their values";
+    EXPECT_EQ(data.variable(0).labelOf(3), std::nullopt);
+}
+
+TEST(Describe, SummariesAndCodes) {
+    DataSet data = readText("x,g,d\n3,b,1995-01-15\n-1,a,\n3,,1995-01-15\n9,b,1996-01-01\n,a,1995-01-15\n");
+    data.variable(0).missingCode = 9;
+    const VariableSummary x = describeVariable(data, 0);
+    EXPECT_EQ(x.validCount, 3);
+    EXPECT_EQ(x.missingCount, 2);
+    EXPECT_EQ(x.min, -1);
+    EXPECT_EQ(x.max, 3);
+    EXPECT_EQ(codesText(x.distinct), "-1 (1 case), 3 (2 cases)");
+    EXPECT_EQ(codesText(distinctCodes(data, 1)), "1 'a' (2 cases), 2 'b' (2 cases)");
+    EXPECT_EQ(codesText(distinctCodes(data, 2)),
+              "2449733 '1995-01-15' (3 cases), 2450084 '1996-01-01' (1 case)");
+    const std::vector<std::uint8_t> mask{1, 1, 0, 0, 0};
+    EXPECT_EQ(codesText(distinctCodes(data, 0, mask)), "-1 (1 case), 3 (1 case)");
+    EXPECT_EQ(codesText(distinctCodes(data, 0, {}, 1), 1), "more than 1 values");
+    EXPECT_FALSE(distinctCodes(data, 0, {}, 2).moreThanLimit);
+    const VariableSummary none = describeVariable(data, 2, std::vector<std::uint8_t>{0, 1, 0, 0, 0});
+    EXPECT_EQ(none.validCount, 0);
+    EXPECT_TRUE(std::isnan(none.min));
+    EXPECT_THROW(describeVariable(data, 0, std::vector<std::uint8_t>{1}), std::invalid_argument);
+}
+
+TEST(CaseWeights, CountsWhatIsNoWeight) {
+    DataSet data = readText("w,g\n2,a\n,a\n0,b\n-1,b\n99,b\n");
+    data.variable(0).missingCode = 99;
+    const CaseWeights weights = resolveWeights(data, "W");
+    EXPECT_EQ(weights.variable, 0);
+    EXPECT_EQ(weights.weights[0], 2);
+    EXPECT_EQ(weights.missingCount, 2);
+    EXPECT_EQ(weights.notPositiveCount, 2);
+    EXPECT_EQ(resolveWeights(data, "1", std::vector<std::uint8_t>{1, 1, 0, 0, 0}).missingCount, 1);
+    EXPECT_THROW(resolveWeights(data, "g"), DataError);
+    EXPECT_THROW(resolveWeights(data, "weight"), DataError);
+}
+
+} // namespace
+} // namespace korvana::test

@@ -1,0 +1,182 @@
+#include "tests/host/data/DataTestSupport.h"
+
+#include "host/data/CaseSelection.h"
+#include "host/data/DataError.h"
+#include "host/data/Expression.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace korvana::test {
+namespace {
+
+DataSet patients() {
+    return readText("age,Sex,white cells,entry,group,Group,t.1\n"
+                    "50,male,3.5,1995-01-15,1,9,0.5\n"
+                    "61,female,,1995-06-01,2,8,1\n"
+                    ",male,7,1996-01-01,3,7,2\n"
+                    "40,,0,,4,6,4\n");
+}
+
+TEST(Expression, ValuesOfFormulas) {
+    const DataSet data = patients();
+    const std::vector<std::pair<std::string, double>> table{
+        {"1 + 2 * 3 ^ 2", 19},
+        {"-2 ^ 2", -4},
+        {"2 ^ 3 ^ 2", 512},
+        {"2 ** -1", 0.5},
+        {"10 - 3 - 2", 5},
+        {"100 / 10 / 2", 5},
+        {"- - 3", 3},
+        {"5 - -+- 2", 3},
+        {".5e1 + 1E-1", 5.1},
+        {"(1 + 2) * 3", 9},
+        {"2 * -3", -6},
+        {"1 = 1", 1},
+        {"1 == 2", 0},
+        {"1 <> 2", 1},
+        {"1 != 1", 0},
+        {"3 >= 3 AND 2 <= 1", 0},
+        {"1 > 2 or 2 > 1", 1},
+        {"0 && 0 || 1", 1},
+        {"1 || 0 && 0", 1},
+        {"not 1 = 2", 1},
+        {"! 1 = 2", 1},
+        {"not 0 and 0", 0},
+        {"not not 5", 1},
+        {"Not -3 > -5", 0},
+        {"log(exp(2)) = ln(exp(2))", 1},
+        {"LOG10(1000)", 3},
+        {"log2(8)", 3},
+        {"sqrt(abs(-16))", 4},
+        {"min(3, 1, 2)", 1},
+        {"max(3)", 3},
+        {"if(2 > 1, 7, log(0))", 7},
+        {"mod(-1, 3)", 2},
+        {"round(2.5) + floor(-0.5)", 2},
+        {"sign(-4)", -1},
+        {"cos(pi)", -1},
+        {"1995-01-16 - 1995-01-15", 1},
+        {"1995 - 01 - 15", 1979},
+        {"'1970-01-01' + 0", 2440588},
+    };
+    for (const auto& [text, value] : table) {
+        const auto result = Expression(text, data).evaluate({});
+        ASSERT_TRUE(result) << text;
+        EXPECT_DOUBLE_EQ(*result, value) << text;
+    }
+    for (const char* text : {"1 / 0", "log(0)", "sqrt(-1)", "1 / (1 / 0)", "(0/0) ^ 0", "log(-1) > 2",
+                             "10 ^ 400", "min(1, 1 / 0)", "not log(-1)", "1 and 0 / 0"})
+        EXPECT_FALSE(Expression(text, data).evaluate({})) << text;
+    EXPECT_EQ(Expression("0 and 1 / 0 = 1", data).evaluate({}), 0)
+        << "false decides whatever stands beside it";
+}
+
+TEST(Expression, NamesAndReferences) {
+    const DataSet data = patients();
+    const std::vector<NamedInput> inputs{{"T_", 8}, {"age", 9}};
+    const Expression formula("T_ + `white cells` * t.1 - AGE + T_ + group + Group", data, inputs);
+    EXPECT_EQ(formula.referencedVariables(), (std::vector<int>{8, 3, 7, 9, 5, 6}));
+    EXPECT_EQ(formula.evaluate(std::vector<double>{1, 10, 3, 5, 100, 1000}), 1 + 30 - 5 + 1 + 1100);
+    EXPECT_EQ(Expression("AGE", data).referencedVariables(), std::vector<int>{1});
+    const std::vector<double> all =
+        evaluateAll(Expression("t.1 * T_", data, inputs), data, std::vector<double>{3});
+    EXPECT_EQ(all, (std::vector<double>{1.5, 3, 6, 12}));
+    EXPECT_THROW(evaluateAll(formula, data), std::invalid_argument);
+}
+
+TEST(Expression, Selections) {
+    DataSet data = patients();
+    data.variable(6).missingCode = 4;
+    const std::vector<std::pair<std::string, std::string>> table{
+        {"age > 45", "1100"},
+        {"sex = 'male'", "1010"},
+        {"'FEMALE' <> Sex", "1010"},
+        {"not Sex = \"male\"", "0100"},
+        {"missing(age) or age > 55", "0110"},
+        {"not missing(sex) and age < 55", "1000"},
+        {"sex = 'male' or age > 45", "1100"}, // a missing age deselects, whatever the rest says
+        {"entry >= 1995-06-01", "0110"},
+        {"entry < '1995-06-01'", "1000"},
+        {"`white cells`", "1010"},
+        {"t.1 > 0", "1110"}, // 4 is the missing code
+        {"missing(t.1)", "0001"},
+        {"group = '2'", "0100"},
+        {"0", "0000"},
+    };
+    for (const auto& [text, expected] : table) {
+        const CaseSelection selection = selectCases(data, text);
+        std::string mask;
+        for (const auto selected : selection.mask)
+            mask += selected != 0 ? '1' : '0';
+        EXPECT_EQ(mask, expected) << text;
+        EXPECT_EQ(selection.selectedCount, std::count(mask.begin(), mask.end(), '1')) << text;
+    }
+    EXPECT_EQ(selectCases(data, "age > 45").missingCount, 1);
+    try {
+        selectCases(data, "1 / (group - 2) > 0");
+        FAIL() << "divided by zero";
+    } catch (const DataError& error) {
+        EXPECT_NE(std::string(error.what()).find("no finite value for case 2"), std::string::npos)
+            << error.what();
+    }
+}
+
+struct Faulty {
+    std::string text;
+    std::size_t position;
+    const char* said;
+};
+
+TEST(Expression, FaultsAreExplainedWhereTheyStand) {
+    const DataSet data = patients();
+    const std::vector<Faulty> table{
+        {"", 0, "empty"},
+        {"agee > 5", 0, "no variable 'agee' (did you mean 'age'"},
+        {"age > 5 and sexx = 1", 12, "did you mean 'Sex'"},
+        {"GROUP = 1", 0, "capital letters"},
+        {"age >", 5, "breaks off"},
+        {"age > > 5", 6, "should stand here"},
+        {"age 5", 4, "operator"},
+        {"age := 5", 4, "no meaning"},
+        {"(age > 5", 0, "never closed"},
+        {"age > 5)", 7, "no ("},
+        {"1 < age < 5", 8, "two comparisons"},
+        {"age = 1,5", 7, "decimal point"},
+        {"lgo(age)", 0, "no function 'lgo' (did you mean 'log'"},
+        {"log(age, 2)", 0, "takes 1 argument"},
+        {"if(age, 2)", 0, "takes 3 arguments"},
+        {"min()", 4, "should stand here"},
+        {"missing(age + 1)", 0, "one variable"},
+        {"missing(pi)", 8, "no variable 'pi'"},
+        {"sex = 'mal'", 6, "no value 'mal' (did you mean 'male'"},
+        {"sex = male", 6, "belongs in quotes"},
+        {"age + 'x' > 1", 6, "only be compared with a variable"},
+        {"sex = 'male", 6, "closing ' is missing"},
+        {"`white", 0, "closing ` is missing"},
+        {"entry > 1995-02-30", 8, "no such day"},
+        {"2age > 1", 0, "run together"},
+        {"1.2.3", 0, "no number"},
+        {"1e999", 0, "too big"},
+        {"3 + not age", 4, "in parentheses"},
+        {"`3` > 1", 0, "no variable '3'"},
+    };
+    for (const Faulty& each : table) {
+        try {
+            const Expression expression(each.text, data);
+            ADD_FAILURE() << "understood: " << each.text;
+        } catch (const ExpressionError& error) {
+            EXPECT_EQ(error.position(), each.position) << error.what();
+            EXPECT_NE(std::string(error.what()).find(each.said), std::string::npos) << error.what();
+        }
+    }
+    EXPECT_THROW(Expression("age", data).evaluate({}), std::invalid_argument);
+}
+
+} // namespace
+} // namespace korvana::test

@@ -1,0 +1,91 @@
+#include "tests/host/data/DataTestSupport.h"
+
+#include "host/data/DayNumber.h"
+#include "host/data/NumberText.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cstdint>
+#include <cstdlib>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace korvana::test {
+namespace {
+
+TEST(NumberText, NumbersAtTheEndsOfTheRange) {
+    const std::vector<std::pair<std::string, NumberForm>> table{
+        {"1.7976931348623157e308", NumberForm::Finite},
+        {"1.8e308", NumberForm::TooBig},
+        {"-1e99999999999999999999", NumberForm::TooBig},
+        {"1e-99999999999999999999", NumberForm::Finite},
+        {"0e99999", NumberForm::Finite},
+        {"0." + std::string(400, '0') + "1", NumberForm::Finite},
+        {"1" + std::string(400, '0'), NumberForm::TooBig},
+        {"1" + std::string(400, '0') + "e-400", NumberForm::Finite},
+        {"infinity", NumberForm::TooBig},
+        {"nan(1)", NumberForm::None},
+        {"+", NumberForm::None},
+        {".", NumberForm::None},
+        {"+-1", NumberForm::None},
+    };
+    for (const auto& [text, form] : table) {
+        const NumberText number = readNumber(text);
+        EXPECT_EQ(number.form, form) << text;
+        if (form != NumberForm::Finite) continue;
+        EXPECT_EQ(number.value, std::strtod(text.c_str(), nullptr)) << text;
+    }
+}
+
+/** The C library rounds correctly: every cell must read as the same double, whatever path it takes. */
+TEST(NumberText, CellsRoundCorrectly) {
+    std::mt19937_64 random(7);
+    std::string points = "x\n";
+    std::string commas = "x;y\n";
+    std::vector<double> expected;
+    for (int i = 0; i < 40000; ++i) {
+        std::string text = random() % 4 == 0 ? "-" : "";
+        for (std::uint64_t n = random() % 21; n > 0; --n)
+            text += static_cast<char>('0' + random() % 10);
+        if (random() % 2 == 0) text += '.';
+        for (std::uint64_t n = random() % 21; n > 0 && text.find('.') != std::string::npos; --n)
+            text += static_cast<char>('0' + random() % 10);
+        if (text.find_first_of("0123456789") == std::string::npos) text += "7";
+        if (random() % 5 == 0) text += "e" + std::to_string(static_cast<int>(random() % 60) - 30);
+        if (i % 10 == 0) text = numberText(std::bit_cast<double>((random() >> 2U) | 1U));
+        expected.push_back(std::strtod(text.c_str(), nullptr));
+        points.append(text).append("\n");
+        if (const auto point = text.find('.'); point != std::string::npos) text[point] = ',';
+        commas.append(text).append(";0\n");
+    }
+    const DataSet withPoints = readText(points);
+    const DataSet withCommas = readText(commas);
+    ASSERT_EQ(withPoints.caseCount(), 40000);
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        ASSERT_EQ(withPoints.column(0)[i], expected[i]) << "line " << i + 2;
+        ASSERT_EQ(withCommas.column(0)[i], expected[i]) << "line " << i + 2;
+    }
+}
+
+TEST(DayNumber, GregorianDays) {
+    // Noon-based Julian days of known dates: Meeus, Astronomical Algorithms, chapter 7.
+    const std::vector<std::pair<std::string, int>> table{
+        {"1970-01-01", 2440588}, {"2000-01-01", 2451545}, {"1987-06-19", 2446966}, {"1600-12-31", 2305813}};
+    for (const auto& [text, day] : table) {
+        EXPECT_EQ(readIsoDate(text).dayNumber, day) << text;
+        EXPECT_EQ(isoDateText(day), text);
+    }
+    for (const char* none : {"1995-02-30", "1900-02-29", "1995-13-01", "1995-00-10", "1995-01-00"}) {
+        EXPECT_TRUE(readIsoDate(none).hasForm) << none;
+        EXPECT_FALSE(readIsoDate(none).dayNumber) << none;
+    }
+    for (const char* other : {"1995-1-15", "95-01-15", "1995/01/15", "1995-01-15 ", ""})
+        EXPECT_FALSE(readIsoDate(other).hasForm) << other;
+    EXPECT_EQ(isoDateText(2440588.5), "");
+    EXPECT_EQ(isoDateText(1e300), "");
+}
+
+} // namespace
+} // namespace korvana::test

@@ -1,0 +1,130 @@
+#include "tests/host/data/DataTestSupport.h"
+
+#include "host/data/DataError.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <sys/stat.h>
+
+namespace korvana::test {
+namespace {
+
+struct Refused {
+    const char* what;
+    std::string text;
+    std::int64_t line;
+    std::int64_t column;
+    std::vector<const char*> said;
+    ReadOptions options = {};
+};
+
+TEST(ReadErrors, NameThePlaceAndTheRemedy) {
+    using namespace std::string_literals;
+    const std::vector<Refused> table{
+        {"empty", "", 0, 0, {"the file is empty"}},
+        {"blank", " \n\r\n", 0, 0, {"no text but blanks"}},
+        {"only a byte order mark", "\xEF\xBB\xBF", 0, 0, {"no text but blanks"}},
+        {"a header alone", "a,b\n", 1, 0, {"no cases below"}},
+        {"too few cells", "a,b,c\n1,2,3\n4,5\n", 3, 2, {"2 cells where the header has 3", "add the missing"}},
+        {"too many cells",
+         "a,b\n1,2\n\n\"x\ny\",2,3,4\n",
+         4,
+         3,
+         {"4 cells where the header has 2", "in quotes"}},
+        {"ragged without header", "1;2\n3\n", 2, 1, {"1 cell where the first row has 2"}},
+        {"open quote", "a,b\n1,2\n3,\"x\n4,5\n", 3, 2, {"variable 'b'", "never closed"}},
+        {"open quote in the header", "a,\"b\n1,2\n", 1, 2, {"never closed"}},
+        {"text behind a quote", "a,b\n\"x\"y,2\n", 2, 1, {"variable 'a'", "behind the closing"}},
+        {"NUL", "a,b\n1,\0\n"s, 2, 0, {"NUL", "UTF-8"}},
+        {"UTF-16, little end first", "\xFF\xFE"s + "a\0,\0b\0"s, 1, 0, {"UTF-16", "save the file as UTF-8"}},
+        {"UTF-16, big end first", "\xFE\xFF"s + "\0a\0,\0b"s, 1, 0, {"UTF-16", "save the file as UTF-8"}},
+        {"old Macintosh", "a,b\r1,2\r3,4\r", 1, 2, {"carriage returns"}},
+        {"infinite", "a,b\n1,2\n1,Inf\n", 3, 2, {"variable 'b'", "'Inf'", "infinite"}},
+        {"too big", "a,b\n1e999,2\n5,6\n", 2, 1, {"'1e999'", "greatest number"}},
+        {"no such day",
+         "d,b\n1995-01-15,1\n1995-02-30,2\n",
+         3,
+         1,
+         {"'1995-02-30'", "no day of the calendar"}},
+        {"two decimal marks",
+         "a;b\n1,5;1\n1;2\n1.234;3\n",
+         4,
+         1,
+         {"'1.234'", "'1,5' in line 2", "same mark"}},
+        {"a workbook", "PK\x03\x04 and so on", 0, 0, {".xlsx", "save the data as text"}},
+        {"impossible separator", "a\n1\n", 0, 0, {"cannot separate"}, {HeaderLine::Automatic, '"', {}}},
+        {"two meanings of the comma", "a,b\n1,2\n", 0, 0, {"semicolons"}, {HeaderLine::Automatic, ',', ','}},
+    };
+    for (const Refused& each : table) {
+        SCOPED_TRACE(each.what);
+        const TemporaryFile file(each.text);
+        try {
+            readData(file.path(), each.options);
+            ADD_FAILURE() << "was read";
+        } catch (const DataError& error) {
+            EXPECT_EQ(error.file(), file.path().string());
+            EXPECT_EQ(error.line(), each.line) << error.what();
+            EXPECT_EQ(error.column(), each.column) << error.what();
+            std::string place = file.path().string();
+            if (each.line > 0) place += ":" + std::to_string(each.line);
+            if (each.column > 0) place += ":" + std::to_string(each.column);
+            EXPECT_TRUE(std::string_view(error.what()).starts_with(place + ": ")) << error.what();
+            for (const char* said : each.said)
+                EXPECT_NE(std::string_view(error.what()).find(said), std::string_view::npos) << error.what();
+        }
+    }
+}
+
+std::string refusal(const std::filesystem::path& path) {
+    try {
+        readData(path);
+    } catch (const DataError& error) {
+        return error.what();
+    }
+    return "was read";
+}
+
+TEST(ReadErrors, FilesThatCannotBeOpened) {
+    EXPECT_NE(refusal("/no/such/file.csv").find("/no/such/file.csv: there is no such file"),
+              std::string::npos);
+    EXPECT_NE(refusal(std::filesystem::temp_directory_path()).find("this is a folder"), std::string::npos);
+    EXPECT_NE(refusal("/dev/null").find("device"), std::string::npos);
+    EXPECT_NE(refusal(TemporaryFile("text", ".SAV").path()).find("SPSS"), std::string::npos);
+    const TemporaryFile spss("$FL2 binary", ".dat");
+    EXPECT_NE(refusal(spss.path()).find("SPSS"), std::string::npos);
+    const TemporaryFile locked("a,b\n1,2\n");
+    chmod(locked.path().c_str(), 0);
+    if (geteuid() != 0) { // the superuser may read everything
+        EXPECT_NE(refusal(locked.path()).find("permissions"), std::string::npos);
+    }
+}
+
+TEST(ReadErrors, LimitsOfSize) {
+    try {
+        readTuned("a\n1\n2\n3\n", {1, 100, 2});
+        FAIL() << "was read";
+    } catch (const DataError& error) {
+        EXPECT_STREQ(error.what(), "data.csv: the file has 3 cases; the limit is 2, split the file");
+    }
+    EXPECT_EQ(readTuned("a\n1\n2\n3\n", {1, 100, 3}).caseCount(), 3);
+    const std::string wide(32766, ',');
+    EXPECT_THROW(readText("x" + wide + "\n1" + wide + "\n"), DataError);
+}
+
+TEST(ReadErrors, APipeIsReadLikeAFile) {
+    const TemporaryFile name("");
+    std::filesystem::remove(name.path());
+    ASSERT_EQ(mkfifo(name.path().c_str(), 0600), 0);
+    std::thread writer([&] { std::ofstream(name.path()) << "a,b\n1,2\n"; });
+    const DataSet data = readData(name.path());
+    writer.join();
+    EXPECT_EQ(dump(data), "a N: 1 | b N: 2");
+}
+
+} // namespace
+} // namespace korvana::test

@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# Configures and builds one preset quietly; the log is shown only when something fails.
+#   scripts/build.sh PRESET [TARGET...]
+set -euo pipefail
+cd -- "$(dirname -- "$(readlink -f -- "$0")")/.."
+
+preset=$1
+shift
+compiler=g++
+[[ $preset == clang ]] && compiler=clang++
+options=(-DCMAKE_CXX_COMPILER="$compiler")
+command -v ccache >/dev/null && options+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+targets=()
+[[ $# -gt 0 ]] && targets=(--target "$@")
+
+mkdir -p build
+log=build/$preset.log
+started=$SECONDS
+echo "building ($preset) ..."
+if ! { cmake --preset "$preset" "${options[@]}" &&
+       cmake --build --preset "$preset" -j "$(nproc)" "${targets[@]}"; } >"$log" 2>&1; then
+  tail -n 60 "$log" >&2
+  echo "the build ($preset) failed; all of its output: $PWD/$log" >&2
+  exit 1
+fi
+echo "built ($preset) in $((SECONDS - started)) s"

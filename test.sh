@@ -1,0 +1,35 @@
+#!/usr/bin/env bash
+# Everything that must hold: all tests optimised (g++), all tests under address and undefined-behaviour sanitizers, and
+# a build by clang++. Warnings are errors in each. Exits 0 only when all of it succeeded.
+set -uo pipefail
+cd -- "$(dirname -- "$(readlink -f -- "$0")")"
+
+results=()
+failed=0
+
+note() { # note NAME OK TEXT
+  results+=("$(printf '%-10s  %s' "$1" "$3")")
+  [[ $2 -eq 0 ]] || failed=1
+}
+
+build_and_test() {
+  local preset=$1 log=build/$1-tests.log status=0
+  if ! scripts/build.sh "$preset"; then
+    note "$preset" 1 "build failed"
+    return
+  fi
+  echo "testing ($preset) ..."
+  ctest --preset "$preset" -j "$(nproc)" --no-tests=error --timeout 300 >"$log" 2>&1 || status=$?
+  # All of it when a test failed, else the count and the time.
+  if [[ $status -ne 0 ]]; then cat "$log"; else grep -E 'tests passed|Total Test time' "$log"; fi
+  note "$preset" "$status" "$(grep -E 'tests passed' "$log" || echo "ctest ended with $status")"
+}
+
+scripts/setup.sh || exit 1
+build_and_test release
+build_and_test asan+ubsan
+if scripts/build.sh clang; then note clang 0 "builds without a warning"; else note clang 1 "build failed"; fi
+
+printf '\n%s\n' "----------"
+printf '%s\n' "${results[@]}"
+exit "$failed"

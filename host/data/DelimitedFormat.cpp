@@ -144,9 +144,19 @@ FirstRow readFirstRow(std::string_view text, const DelimitedFormat& format, cons
 
 } // namespace
 
+void refuseNul(std::string_view text, std::size_t offset, const std::string& file) {
+    if (offset >= text.size()) return;
+    throw DataError(
+        file, 1 + countLineFeeds(text.substr(0, offset)), 0,
+        "the file contains NUL bytes, so it is not text (or not UTF-8); save the data as text with "
+        "commas, semicolons or tabs (.csv) in UTF-8");
+}
+
 DelimitedFormat findFormat(std::string_view text, const ReadOptions& options, const std::string& file) {
     if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
         throw DataError(file, 1, 0, "the text is coded in UTF-16; save the file as UTF-8");
+    constexpr std::size_t beginning = 64 * 1024;
+    refuseNul(text, text.substr(0, beginning).find('\0'), file); // the other bytes are looked at later
     DelimitedFormat format;
     if (text.starts_with("\xEF\xBB\xBF")) format.begin = 3;
     format.dialect = findDialect(text.substr(format.begin), options, file);

@@ -26,4 +26,7 @@ struct DelimitedFormat {
    UTF-16, with line ends of old Macintosh systems or without any row of cells. */
 DelimitedFormat findFormat(std::string_view text, const ReadOptions& options, const std::string& file);
 
+/** Throws a DataError about the NUL byte at an offset; an offset behind the text means that there is none. */
+void refuseNul(std::string_view text, std::size_t offset, const std::string& file);
+
 } // namespace korvana

@@ -42,6 +42,7 @@ public:
         table_.names = variableNames(format.header, format.columns, first_, notes_);
         table_.index = indexRows(table_.text, format.begin, format.firstLine, format.dialect.separator,
                                  std::max<std::size_t>(tuning.chunkBytes, 1), file);
+        refuseNul(table_.text, table_.index.nul, name);
         if (table_.index.rowCount > tuning.maxCases)
             throw DataError(name, 0, 0,
                             "the file has " + std::to_string(table_.index.rowCount) +

@@ -4,9 +4,7 @@
 #include "host/data/DelimitedReader.h"
 #include "host/data/FileBytes.h"
 #include "host/data/NameMatch.h"
-#include "host/data/RowIndex.h"
 
-#include <algorithm>
 #include <array>
 #include <new>
 #include <string>
@@ -50,21 +48,6 @@ void refuseOtherFormats(std::string_view text, const std::filesystem::path& path
     }
 }
 
-void refuseBinary(const FileBytes& file, const std::string& name) {
-    constexpr std::size_t step = 8 << 20;
-    const std::string_view text = file.view();
-    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) return; // reported as UTF-16 later
-    for (std::size_t i = 0; i < text.size(); i += step) {
-        const std::size_t found = text.substr(i, step).find('\0');
-        if (found != std::string_view::npos)
-            throw DataError(
-                name, 1 + countLineFeeds(text.substr(0, i + found)), 0,
-                "the file contains NUL bytes, so it is not text (or not UTF-8); save the data as text with "
-                "commas, semicolons or tabs (.csv) in UTF-8");
-        if (i > 0) file.release(i, i + std::min(step, text.size() - i));
-    }
-}
-
 } // namespace
 
 DataSet readData(const std::filesystem::path& path, const ReadOptions& options) {
@@ -73,7 +56,6 @@ DataSet readData(const std::filesystem::path& path, const ReadOptions& options) 
         const FileBytes file(path);
         // Readers of further formats are chosen here, by the first bytes and the ending.
         refuseOtherFormats(file.view(), path);
-        refuseBinary(file, name);
         return readDelimited(file, name, options);
     } catch (const std::bad_alloc&) {
         throw DataError(

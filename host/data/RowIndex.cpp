@@ -43,13 +43,19 @@ public:
     }
 
     RowIndex run(const FileBytes& file) {
-        // Blocks that stay in the processor's cache while they are looked through twice.
+        // Blocks that stay in the processor's cache while they are looked through several times.
         constexpr std::ptrdiff_t blockBytes = 256 * 1024;
         constexpr std::ptrdiff_t releaseBytes = 8 * 1024 * 1024;
         const char* p = start_;
         const char* released = start_;
         while (p < end_) {
-            p = walk(p, p + std::min(blockBytes, end_ - p));
+            const char* const blockEnd = p + std::min(blockBytes, end_ - p);
+            const char* const nul = findByte(p, blockEnd, '\0');
+            if (nul != blockEnd) {
+                index_.nul = offset(nul);
+                return std::move(index_);
+            }
+            p = walk(p, blockEnd);
             if (p - released >= releaseBytes) {
                 file.release(offset(released), offset(p));
                 released = p;

@@ -23,13 +23,14 @@ struct RowChunk {
 struct RowIndex {
     std::vector<RowChunk> chunks;
     std::int64_t rowCount = 0;
+    std::size_t nul = static_cast<std::size_t>(-1); ///< offset of the first NUL byte, if there is one
 
     std::int64_t lineOf(std::string_view text, std::size_t offset) const;
 };
 
 std::int64_t countLineFeeds(std::string_view text);
 
-/** Indexes the rows of text[begin, end). The text has no line feed at its end.
+/** Indexes the rows of a text from an offset on. The text has no line feed at its end. Stops at a NUL byte.
     @param firstLine   the line on which it begins
     @param chunkBytes  the size that a chunk should have, at least 1
     @param file        its pages are released while the index advances */

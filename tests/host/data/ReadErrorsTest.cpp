@@ -41,6 +41,7 @@ TEST(ReadErrors, NameThePlaceAndTheRemedy) {
         {"open quote in the header", "a,\"b\n1,2\n", 1, 2, {"never closed"}},
         {"text behind a quote", "a,b\n\"x\"y,2\n", 2, 1, {"variable 'a'", "behind the closing"}},
         {"NUL", "a,b\n1,\0\n"s, 2, 0, {"NUL", "UTF-8"}},
+        {"NUL far down", "a\n" + std::string(200'000, '1') + "\n2\0\n"s, 3, 0, {"NUL", "UTF-8"}},
         {"UTF-16, little end first", "\xFF\xFE"s + "a\0,\0b\0"s, 1, 0, {"UTF-16", "save the file as UTF-8"}},
         {"UTF-16, big end first", "\xFE\xFF"s + "\0a\0,\0b"s, 1, 0, {"UTF-16", "save the file as UTF-8"}},
         {"old Macintosh", "a,b\r1,2\r3,4\r", 1, 2, {"carriage returns"}},

@@ -26,7 +26,7 @@ HOUSE = {  # a sound house in small, every layer using all it may
     "module/twosample/Run.h": "",
     "host/Session.cpp": '#include "support/Service.h"\n#include <QString>\n',
     "host/Session.h": "// Korvana Survival\n",
-    "apps/cli/main.cpp": '#include "host/Session.h"\n#include <CLI/CLI.hpp>\n',
+    "apps/cli/main.cpp": '#include "host/Session.h"\n#include <CLI/CLI.hpp>\n// survival times\n',
     "apps/cli/commands/Table.cpp": 'const char* name = "kaplan-meier";\n',
 }
 PLANTED = [  # check, file, line added to it

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "support/Export.h"
+
+#include "support/Export.h"
+
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -63,6 +67,6 @@ struct TypeLibrary {
 };
 
 /// Members that every dialog's interface has (interface OzmAnalysisDialog).
-const AutomationInterface& BaseDialogInterface();
+KORVANA_SUPPORT const AutomationInterface& BaseDialogInterface();
 
 } // namespace ozm

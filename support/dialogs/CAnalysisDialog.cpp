@@ -61,13 +61,21 @@ DialogResult CAnalysisDialog::Guarded(const std::function<void()>& action) {
         action();
         return {};
     } catch (const std::bad_alloc&) {
-        if (const int id = NotEnoughMemoryString(); id != 0)
-            analysis_.DspMessageBox(MessageStyle::Error, this, id);
-        return DialogResult::refused("not enough memory");
+        TellNoMemory();
+        return DialogResult::refused("out of memory"); // short enough to need none
     } catch (const std::exception& error) {
         return DialogResult::refused(error.what());
     } catch (...) {
         return DialogResult::refused({});
+    }
+}
+
+void CAnalysisDialog::TellNoMemory() noexcept {
+    try {
+        if (const int id = NotEnoughMemoryString(); id != 0)
+            analysis_.DspMessageBox(MessageStyle::Error, this, id);
+    } catch (
+        ...) { // NOLINT(bugprone-empty-catch): not even the message found memory; the caller learns of it
     }
 }
 

@@ -97,6 +97,7 @@ protected:
 
 private:
     DialogResult Guarded(const std::function<void()>& action);
+    void TellNoMemory() noexcept;
     DialogResult Fits(const ControlTemplate& control, const ControlValue& value) const;
 
     CAnalysisSupport& analysis_;

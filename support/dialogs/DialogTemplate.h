@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Export.h"
+
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -74,7 +76,7 @@ struct ControlText {
 
 /// Takes "!249S&ummary" apart into icon 249 and "S&ummary", "ePercentiles" into icon letter e and
 /// "Percentiles".
-ControlText ParseControlText(std::string_view text);
+KORVANA_SUPPORT ControlText ParseControlText(std::string_view text);
 
 /// Identifiers that every dialog shares.
 enum CommonControl : int { ControlOk = 1, ControlCancel = 2 };

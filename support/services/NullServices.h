@@ -1,10 +1,11 @@
 #pragma once
 
+#include "support/Export.h"
 #include "support/services/HostServices.h"
 
 namespace ozm {
 
 /// The services of an analysis object that has no document: each operation fails quietly.
-HostServices& NullServices();
+KORVANA_SUPPORT HostServices& NullServices();
 
 } // namespace ozm

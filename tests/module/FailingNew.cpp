@@ -1,0 +1,21 @@
+#include "tests/module/FailingNew.h"
+
+#include <cstdlib>
+#include <new>
+
+thread_local long ozm::test::failingNew = 0;
+
+// NOLINTBEGIN: replacing the global operators is what this file is for.
+void* operator new(std::size_t size) {
+    if (ozm::test::failingNew > 0 && --ozm::test::failingNew == 0) throw std::bad_alloc();
+    void* memory = std::malloc(size == 0 ? 1 : size);
+    if (memory == nullptr) throw std::bad_alloc();
+    return memory;
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+// NOLINTEND

@@ -1,0 +1,285 @@
+#pragma once
+// A host in memory: a data set of columns, and everything that a module hands over kept for the test to look
+// at. The n-th memory request and the n-th stop question can be made to fail.
+
+#include "module/frame/CSurvival.h"
+#include "support/automation/AutomationObject.h"
+#include "support/dialogs/CAnalysisModelessDialog.h"
+#include "support/services/NullServices.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace ozm::test {
+
+inline constexpr double none = std::numeric_limits<double>::quiet_NaN();
+
+struct Column {
+    std::string name;
+    std::vector<double> values;
+    double missingCode = none;
+    std::map<double, std::string> labels{};
+};
+
+struct Shown {
+    int id;
+    std::string text;
+    std::string detail;
+};
+
+struct Sheet {
+    std::string title;
+    std::vector<std::string> notes;
+    std::vector<std::string> rowHeadings;
+    std::vector<std::pair<std::string, std::string>> headings;
+    std::vector<std::vector<double>> numbers;    ///< per column; empty for texts
+    std::vector<std::vector<std::string>> texts; ///< per column; empty for numbers
+};
+
+class FakeHost final : public CAnalysisDoc,
+                       public HostServices,
+                       public DataService,
+                       public VariableService,
+                       public ReportService,
+                       public SheetService,
+                       public ChartService,
+                       public ProgressService,
+                       public MessageService,
+                       public MemoryService,
+                       public DialogService {
+public:
+    // Data
+    std::vector<Column> columns;
+    std::vector<bool> selected; ///< empty: all
+    int weight = 0;
+    int unreadableFrom = std::numeric_limits<int>::max();
+    std::vector<std::string> caseNames;
+
+    // What came out
+    std::vector<Shown> messages;
+    std::vector<std::string> statusTexts;
+    std::vector<Sheet> sheets;
+    std::vector<CChartInfo> charts;
+    std::string report;
+
+    // Faults
+    int refuseRequest = 0; ///< the n-th memory request is refused; 0: none
+    int stopAt = 0;        ///< the n-th stop question is answered yes, and all after it
+    bool failCharts = false;
+    bool failSheets = false;
+    int requests = 0;
+    int questions = 0;
+    int outstanding = 0;
+
+    // Dialogs
+    std::vector<std::unique_ptr<CAnalysisModelessDialog>> dialogs;
+    int nextStep = -1;
+    ExitMode exitMode = ExitMode::End;
+    bool opensData = false;
+    bool menus = true;
+    bool refuseDialogs = false;
+    std::vector<std::string> asked;
+
+    FakeHost() = default;
+    FakeHost(const FakeHost&) = delete;
+    FakeHost& operator=(const FakeHost&) = delete;
+    ~FakeHost() override = default;
+
+    /// Runs steps from one on until a dialog owns the step or the sequence ends; answers the step it stands
+    /// at.
+    int Go(CAnalysisSupport& analysis, int step) {
+        for (int guard = 0; guard < 50; ++guard) {
+            const auto table = analysis.SequenceTable();
+            const auto row = std::find_if(table.begin(), table.end(),
+                                          [step](const SEQFUNCTTBL& r) { return r.step == step; });
+            if (row == table.end()) return 0;
+            const int answer = row->function(analysis);
+            if (answer == -1) return step;
+            if (answer == 0) return 0;
+            const bool isStep = std::any_of(table.begin(), table.end(),
+                                            [answer](const SEQFUNCTTBL& r) { return r.step == answer; });
+            step = isStep ? answer : row->followsByDefault;
+        }
+        return -2;
+    }
+    CAnalysisModelessDialog& Dialog() { return *dialogs.back(); }
+    AutomationObject Script() { return AutomationObject{*dialogs.back()}; }
+    /// Presses a button and goes on to the step that the dialog names.
+    int Press(CAnalysisSupport& analysis, int control) {
+        nextStep = -1;
+        Dialog().Press(control);
+        return nextStep > 0 ? Go(analysis, nextStep) : nextStep;
+    }
+
+    HostServices& Services() override { return *this; }
+    DataService& Data() override { return *this; }
+    VariableService& Variables() override { return *this; }
+    ReportService& Report() override { return *this; }
+    SheetService& Sheets() override { return *this; }
+    ChartService& Charts() override { return *this; }
+    ProgressService& Progress() override { return *this; }
+    MessageService& Messages() override { return *this; }
+    MemoryService& Memory() override { return *this; }
+    ExpressionService& Expressions() override { return NullServices().Expressions(); }
+    FileService& Files() override { return NullServices().Files(); }
+    DialogService& Dialogs() override { return *this; }
+
+    short cstart(int caseNumber, std::span<double> values, std::span<const int> variables) override {
+        if (caseNumber > ss_nb() || caseNumber >= unreadableFrom) return StopReading;
+        const auto n = static_cast<std::size_t>(caseNumber - 1);
+        if (!selected.empty() && !selected[n]) return SkipCase;
+        for (std::size_t k = 0; k < variables.size(); ++k)
+            values[k] =
+                variables[k] == 0 ? none : columns[static_cast<std::size_t>(variables[k] - 1)].values[n];
+        return UseCase;
+    }
+    int ss_nb() override { return columns.empty() ? 0 : static_cast<int>(columns.front().values.size()); }
+    short getmd5(int variable, double& code) override {
+        code = variable > 0 ? columns[static_cast<std::size_t>(variable - 1)].missingCode : none;
+        return variable > 0 ? 0 : 1;
+    }
+    int WeightVariable() override { return weight; }
+    std::string CaseName(int n) override {
+        return caseNames.empty() ? std::string{} : caseNames[static_cast<std::size_t>(n - 1)];
+    }
+    std::string FileName() override { return "trial.csv"; }
+    int NumberOfVariables() override { return static_cast<int>(columns.size()); }
+    short getvn5(int variable, std::string& name) override {
+        name = variable > 0 ? columns[static_cast<std::size_t>(variable - 1)].name : "";
+        return variable > 0 ? 0 : 1;
+    }
+    std::string VariableLabel(int) override { return {}; }
+    int FindVariable(std::string_view name) override {
+        for (std::size_t i = 0; i < columns.size(); ++i)
+            if (columns[i].name == name) return static_cast<int>(i) + 1;
+        return 0;
+    }
+    int vvlcod8(int variable, LabelLookup mode, std::string& text, double& value) override {
+        for (const auto& [code, label] : columns[static_cast<std::size_t>(variable - 1)].labels) {
+            if (mode == LabelLookup::CodeOfText ? label != text : code != value) continue;
+            text = label;
+            value = code;
+            return 1;
+        }
+        return 0;
+    }
+    int ReadDataToGetDefaultCodes(int variable, const DefaultCodeOptions&,
+                                  std::vector<CodeCount>& codes) override {
+        std::map<double, int> counts;
+        for (const double v : columns[static_cast<std::size_t>(variable - 1)].values)
+            ++counts[v];
+        codes.clear();
+        for (const auto& [code, count] : counts)
+            codes.push_back({code, {}, count});
+        return static_cast<int>(codes.size());
+    }
+
+    void writst(int length, std::string_view text) override {
+        report += text.substr(0, static_cast<std::size_t>(length));
+    }
+    void writch(char c) override { report += c; }
+    void newline(int count) override { report.append(static_cast<std::size_t>(count), '\n'); }
+    void prttop() override {}
+    void type() override {}
+    void cup(int, int) override {}
+    void cupst(int, int, int, std::string_view) override {}
+    void normal() override {}
+    void revers() override {}
+    void SetAttribColor(int) override {}
+
+    short table4(const SheetSpec& sheet) override { return looka4(sheet); }
+    short looka4(const SheetSpec& spec) override {
+        if (failSheets) return 1;
+        Sheet sheet{spec.title, spec.notes, spec.rowHeadings, {}, {}, {}};
+        for (const SheetColumn& column : spec.columns) {
+            sheet.headings.emplace_back(column.heading1, column.heading2);
+            auto& numbers = sheet.numbers.emplace_back();
+            auto& texts = sheet.texts.emplace_back();
+            if (const auto* doubles = std::get_if<std::span<const double>>(&column.cells))
+                numbers.assign(doubles->begin(), doubles->end());
+            else if (const auto* whole = std::get_if<std::span<const std::int32_t>>(&column.cells))
+                numbers.assign(whole->begin(), whole->end());
+            else if (const auto* words = std::get_if<DictionaryCells>(&column.cells))
+                for (const auto i : words->index)
+                    texts.emplace_back(words->texts[i]);
+            else
+                for (const auto& text : std::get<std::span<const std::string>>(column.cells))
+                    texts.push_back(text);
+        }
+        sheets.push_back(std::move(sheet));
+        return 0;
+    }
+    short RenameColumn(int column, std::string_view heading1, std::string_view heading2) override {
+        sheets.back().headings[static_cast<std::size_t>(column)] = {std::string{heading1},
+                                                                    std::string{heading2}};
+        return 0;
+    }
+    short NewGeneralMultipleChartLongEx(const CChartInfo& chart) override {
+        if (failCharts) return 1;
+        charts.push_back(chart);
+        return 0;
+    }
+    short MakeScatterplot(std::span<const float>, std::span<const float>, std::string_view, std::string_view,
+                          std::string_view) override {
+        return 1;
+    }
+    void c_gr0(CChartInfo& chart) override { chart = {}; }
+
+    void dstart(unsigned) override {}
+    void dstop() override {}
+    void termom(unsigned) override {}
+    void bstart() override {}
+    void dsp_st() override {}
+    void d_stat(std::string_view text) override { statusTexts.emplace_back(text); }
+    void d_pbar(std::string_view) override {}
+    bool pcancel() override { return ++questions >= stopAt && stopAt != 0; }
+    bool IsExternallyCancelled() override { return false; }
+    CIterDisplay& Iterations() override { return NullServices().Progress().Iterations(); }
+
+    std::string GetResourceString(ModuleHandle module, int id) override {
+        return std::string{module->String(id)};
+    }
+    int DspMessageBox(MessageStyle, CAnalysisDialog*, int id, std::string_view text,
+                      std::string_view detail) override {
+        messages.push_back({id, std::string{text}, std::string{detail}});
+        return ButtonOk;
+    }
+    int DisplayInstQuestion(ModuleHandle, CAnalysisDialog*, int) override { return ButtonNo; }
+
+    bool AllocMem(void*& memory, std::size_t size) override {
+        memory = ++requests == refuseRequest ? nullptr : std::malloc(size);
+        if (memory != nullptr) ++outstanding;
+        return memory != nullptr;
+    }
+    void FreeMem(void* memory) override {
+        if (memory != nullptr) --outstanding;
+        std::free(memory);
+    }
+
+    bool CreateAnalysisDialog(std::unique_ptr<CAnalysisModelessDialog>& dialog) override {
+        if (refuseDialogs) return false;
+        dialogs.push_back(std::move(dialog));
+        dialogs.back()->Open();
+        return true;
+    }
+    int RunModal(CAnalysisModalDialog&) override { return -1; }
+    void DialogExits(CAnalysisDialog&, int next, ExitMode mode, int) override {
+        nextStep = next;
+        exitMode = mode;
+    }
+    bool IsOleAutomation() override { return true; }
+    bool OpenDataFile() override { return opensData; }
+    void DefineWeight() override { asked.emplace_back("weight"); }
+    void DefineSelCond() override { asked.emplace_back("selection"); }
+    void EnableStartupMenus(bool enabled) override { menus = enabled; }
+    void RestoreResultsWindows(CAnalysisDialog&) override { asked.emplace_back("results"); }
+};
+
+} // namespace ozm::test

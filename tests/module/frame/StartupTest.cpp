@@ -1,0 +1,60 @@
+#include "module/frame/SurvivalState.h"
+#include "module/resources/StringIds.h"
+#include "tests/module/kaplan/KaplanFixture.h"
+
+#include <gtest/gtest.h>
+
+namespace ozm::survival {
+namespace {
+
+using test::KaplanFixture;
+
+TEST_F(KaplanFixture, StartupEntriesLeadToTheirAnalyses) {
+    struct {
+        int member, position, type, modelKind;
+    } const rows[] = {{1, 0, 1, 1}, {3, 2, 3, 1}, {4, 3, 4, 1}, {5, 4, 5, 1}, {6, 6, 5, 5}};
+    for (const auto& row : rows) {
+        host.messages.clear();
+        host.Go(analysis, StepInitialize);
+        ModuleState().shared.timeVariables = 1;
+        EXPECT_TRUE(host.Script().Put("TypeOfAnalysis", row.member).ok);
+        // None of these is built yet: a message, and the startup dialog again, on the same entry.
+        EXPECT_EQ(host.Press(analysis, ControlOk), StepStart) << row.member;
+        EXPECT_EQ(host.messages.back().id, StrNotBuiltYet);
+        EXPECT_EQ(std::get<int>(host.Dialog().Value(TaskList)), row.position);
+        EXPECT_EQ(ModuleState().shared.analysisType, row.type);
+        EXPECT_EQ(ModuleState().regression.settings.modelKind, row.modelKind);
+        EXPECT_EQ(ModuleState().shared.timeVariables, row.type == 5 ? 0 : 1);
+    }
+}
+
+TEST_F(KaplanFixture, ADoubleClickPerformsTheEntryAndTheSixthDoesNothing) {
+    host.Go(analysis, StepInitialize);
+    EXPECT_FALSE(host.Dialog().PutValue(TaskList, 7).done);
+    host.Dialog().PutValue(TaskList, 5);
+    EXPECT_EQ(host.Press(analysis, ControlOk), -1);
+    EXPECT_FALSE(host.Dialog().IsClosed());
+    host.Dialog().PutValue(TaskList, 1);
+    EXPECT_EQ(host.Press(analysis, TaskList), StepSpecifyKaplan);
+    EXPECT_FALSE(host.menus);
+}
+
+TEST_F(KaplanFixture, OpeningDataClearsEverySelection) {
+    ASSERT_EQ(Run(), StepKaplanResults);
+    host.Press(analysis, ControlCancel);
+    host.Press(analysis, ControlCancel);
+    host.asked.clear();
+    host.Press(analysis, TaskOpenData); // the user opened nothing
+    EXPECT_EQ(ModuleState().shared.timeVariables, 1);
+    EXPECT_EQ(host.asked, std::vector<std::string>{"results"});
+    host.opensData = true;
+    host.Press(analysis, TaskOpenData);
+    EXPECT_EQ(ModuleState().shared.timeVariables, 0);
+    EXPECT_TRUE(ModuleState().shared.lists[ListCensoring].empty());
+    host.Press(analysis, TaskCaseWeights);
+    host.Press(analysis, TaskSelectCases);
+    EXPECT_EQ(host.asked.back(), "selection");
+}
+
+} // namespace
+} // namespace ozm::survival

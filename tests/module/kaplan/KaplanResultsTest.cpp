@@ -1,0 +1,158 @@
+#include "module/resources/StringIds.h"
+#include "tests/module/kaplan/KaplanFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numeric>
+
+namespace ozm::survival {
+namespace {
+
+using test::KaplanFixture;
+
+TEST_F(KaplanFixture, SummaryListsEveryObservationInTimeOrder) {
+    host.columns[1].labels = {{1, "relapsed"}};
+    Run();
+    EXPECT_TRUE(host.Script().Call("Summary").ok);
+    EXPECT_EQ(host.report.substr(0, host.report.find('\n')), "Product-Limit (Kaplan-Meier) Analysis Results");
+    for (const char* line :
+         {"Variable:    weeks\n", "Variable with censoring indicator:    relapse\n",
+          "Total number of valid observations:   21\n", "uncensored:    9\n", "censored:      12\n",
+          "Variable with survival times: weeks\n", "1 = relapsed (complete observations)\n"})
+        EXPECT_NE(host.report.find(line), std::string::npos) << line << host.report;
+    ASSERT_EQ(host.sheets.size(), 2U);
+    const test::Sheet& table = host.sheets[1];
+    EXPECT_EQ(table.title, "Kaplan-Meier (Product-limit) analysis");
+    EXPECT_EQ(table.notes,
+              (std::vector<std::string>{"Note: Censored cases are marked with +", "Cases 1 to 21"}));
+    ASSERT_EQ(table.headings.size(), 5U); // no column of names where the data name no cases
+    EXPECT_EQ(table.headings[2], (std::pair<std::string, std::string>{"Cumulatv", "Survival"}));
+    // 6 6 6 6+ 7 9+ 10 10+ ...: an uncensored case stands before a censored one of the same time.
+    EXPECT_EQ(std::vector<double>(table.numbers[0].begin(), table.numbers[0].begin() + 8),
+              (std::vector<double>{6, 6, 6, 6, 7, 9, 10, 10}));
+    EXPECT_EQ(std::vector<std::string>(table.texts[1].begin(), table.texts[1].begin() + 8),
+              (std::vector<std::string>{"", "", "", "+", "", "+", "", "+"}));
+    EXPECT_TRUE(std::isnan(table.numbers[2][3]));
+    EXPECT_NEAR(table.numbers[2][4], .806723, 5e-7);
+    EXPECT_EQ(table.numbers[4][3], 4); // the one censored at 6
+    // Counts stand as cells too.
+    EXPECT_EQ(host.sheets[0].numbers[0], (std::vector<double>{21, 9, 12}));
+}
+
+TEST_F(KaplanFixture, CaseNamesStandInTheTableWhereThereAreSome) {
+    for (int i = 1; i <= 21; ++i)
+        host.caseNames.push_back("patient " + std::to_string(i));
+    Run();
+    host.Script().Call("Summary");
+    EXPECT_EQ(host.sheets[1].headings[5], (std::pair<std::string, std::string>{"Case    ", "Name    "}));
+    EXPECT_EQ(host.sheets[1].texts[5][3], "patient 4");
+}
+
+TEST_F(KaplanFixture, PercentilesCarryTheirLevelInTheHeadings) {
+    Run();
+    AutomationObject results = host.Script();
+    results.Put("ConfidenceLevel", 0.975);
+    EXPECT_TRUE(results.Call("PercentilesOfSurvivalFunction").ok);
+    const test::Sheet& sheet = host.sheets.back();
+    EXPECT_EQ(sheet.title, "Percentiles of the Survival Function");
+    EXPECT_EQ(sheet.rowHeadings[1], "50'th percentile (median) ");
+    EXPECT_EQ(sheet.headings[1].first, "97.5% lower");
+    EXPECT_EQ(sheet.headings[2].first, "97.5% upper");
+    EXPECT_NEAR(sheet.numbers[0][1], 22.42, 0.01);
+    EXPECT_TRUE(std::isnan(sheet.numbers[0][2])); // not located is empty, not 0
+}
+
+TEST_F(KaplanFixture, PlotOneIsAStepWithItsBand) {
+    Run();
+    host.Script().Call("PlotOfSurvivalTimesVsCumProportionSurviving");
+    ASSERT_EQ(host.charts.size(), 1U);
+    const CChartInfo& chart = host.charts[0];
+    EXPECT_EQ(chart.title, "Survival Function");
+    ASSERT_EQ(chart.series.size(), 4U);
+    const ChartSeries& estimate = chart.series[0];
+    EXPECT_EQ(estimate.style, ChartSeries::Style::Step);
+    EXPECT_EQ(estimate.y.front(), 1.0);
+    EXPECT_EQ(estimate.x.back(), 35); // runs on to the last censored observation
+    EXPECT_NEAR(estimate.y.back(), .448179, 5e-7);
+    EXPECT_EQ(chart.series[1].legend, "95% lower");
+    // R 4.2, survfit(conf.type = "log-log"): limits at 6 weeks.
+    EXPECT_NEAR(chart.series[1].y[3], 0.6197180, 1e-7);
+    EXPECT_NEAR(chart.series[2].y[3], 0.9515517, 1e-7);
+    EXPECT_EQ(chart.series[3].x.size(), 12U);
+}
+
+TEST_F(KaplanFixture, LogarithmicPlotsLeaveOutWhatHasNoLogarithm) {
+    host.columns = {{"weeks", {0, 1, 2, 3, 4}}, {"relapse", {1, 1, 1, 1, 1}}};
+    Run();
+    host.Script().Call("PlotOfLogSurvivalTimesVsCumProportionSurviving");
+    host.Script().Call("PlotOfLogSurvivalTimesVsLogCumProportionSurviving");
+    ASSERT_EQ(host.charts.size(), 2U);
+    EXPECT_EQ(host.charts[0].series[0].x.size(), 4U); // without time 0
+    EXPECT_EQ(host.charts[1].series[0].x.size(), 3U); // nor survival 0
+    EXPECT_DOUBLE_EQ(host.charts[1].series[0].x[1], std::log(2.0));
+    EXPECT_DOUBLE_EQ(host.charts[1].series[0].y[1], std::log(0.4));
+
+    host.Press(analysis, ControlCancel);
+    host.columns = {{"weeks", {0, 1, 2}}, {"relapse", {1, 1, 1}}};
+    host.Press(analysis, ControlOk);
+    host.Script().Call("PlotOfLogSurvivalTimesVsLogCumProportionSurviving");
+    EXPECT_EQ(host.messages.back().text, " Fewer than 3 valid values.");
+}
+
+TEST_F(KaplanFixture, ALevelOutOfRangeIsToldAndReset) {
+    Run();
+    AutomationObject results = host.Script();
+    for (const double level : {1.5, -0.1, test::none}) {
+        results.Put("ConfidenceLevel", level);
+        results.Call("PlotOfSurvivalTimesVsCumProportionSurviving");
+        EXPECT_EQ(host.messages.back().id, StrInvalidLevel);
+        EXPECT_EQ(results.Get("ConfidenceLevel").value, AutomationValue{0.95});
+    }
+    EXPECT_TRUE(host.charts.empty());
+    for (const double level : {0.0, 1.0, std::nextafter(1.0, 2.0)}) {
+        results.Put("ConfidenceLevel", level);
+        results.Call("PlotOfSurvivalTimesVsCumProportionSurviving");
+    }
+    EXPECT_EQ(host.charts.size(), 3U);
+}
+
+TEST_F(KaplanFixture, MoreThanThePlottableCasesAreCutAfterAMessage) {
+    auto& times = host.columns[0].values;
+    times.resize(32001);
+    std::iota(times.rbegin(), times.rend(), 1.0);
+    host.columns[1].values.assign(32001, 1.0);
+    Run();
+    host.Script().Call("PlotOfSurvivalTimesVsCumProportionSurviving");
+    EXPECT_EQ(host.messages.back().text, "Only the first 32000 cases will be plotted.");
+    EXPECT_EQ(host.charts[0].series[0].x.size(), 32001U); // and the start of the curve
+    EXPECT_EQ(host.charts[0].series[0].x.back(), 32000.0);
+}
+
+TEST_F(KaplanFixture, FailingOutputsAreToldAndTheDialogLivesOn) {
+    Run();
+    host.failCharts = host.failSheets = true;
+    AutomationObject results = host.Script();
+    EXPECT_TRUE(results.Call("PlotOfLogSurvivalTimesVsCumProportionSurviving").ok);
+    EXPECT_EQ(host.messages.back().text, " Error in graphics routine.");
+    EXPECT_TRUE(results.Call("Summary").ok);
+    EXPECT_EQ(host.messages.back().id, StrSpreadsheetFailed);
+    EXPECT_EQ(host.Press(analysis, ControlCancel), StepSpecifyKaplan);
+}
+
+TEST_F(KaplanFixture, DatesAreNamedInTheHeader) {
+    host.columns = {{"from", {10, 10, 10}}, {"to", {15, 16, 17}}, {"relapse", {1, 1, 0}}};
+    Specify();
+    host.Script().Put("Variables",
+                      AutomationValue::List{AutomationValue::List{1, 2}, AutomationValue::List{3}});
+    host.Press(analysis, ControlOk);
+    host.Script().Call("Summary");
+    for (const char* line :
+         {"Variable:    number of days computed from data\n",
+          "Survival times computed from dates (MM-DD-YY)\nVariables:\n",
+          "    from  (beginning of observation)\n    to    (time at termination or censoring)\n"})
+        EXPECT_NE(host.report.find(line), std::string::npos) << line << host.report;
+}
+
+} // namespace
+} // namespace ozm::survival

@@ -1,0 +1,142 @@
+#include "module/kaplan/RunProductLimit.h"
+#include "module/resources/StringIds.h"
+#include "tests/module/kaplan/KaplanFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace ozm::survival {
+namespace {
+
+using test::KaplanFixture;
+
+TEST_F(KaplanFixture, PublishedEstimatesOfTheLeukaemiaData) {
+    ASSERT_EQ(Run(), StepKaplanResults);
+    // The published estimates of these data, to six decimals; the last digit of an error carries their
+    // rounding.
+    const struct {
+        double time, survival, error;
+    } published[] = {{6, .857143, .076360},  {7, .806723, .086936},  {10, .752941, .096350},
+                     {13, .690196, .106815}, {16, .627451, .114054}, {22, .537815, .128234},
+                     {23, .448179, .134592}};
+    const KaplanResults& r = State().results;
+    EXPECT_EQ(r.uncensored, 9);
+    EXPECT_EQ(r.censored, 12);
+    std::size_t i = 0;
+    for (const auto& row : published) {
+        while (i + 1 < r.UncensoredTimes().size() && r.UncensoredTimes()[i + 1] <= row.time)
+            ++i;
+        EXPECT_EQ(r.UncensoredTimes()[i], row.time);
+        EXPECT_NEAR(r.Survival()[i], row.survival, 5e-7);
+        EXPECT_NEAR(r.StandardError()[i], row.error, 1e-6);
+    }
+    // By hand: S falls from .752941 at 10 to .690196 at 13, from .537815 at 22 to .448179 at 23.
+    EXPECT_NEAR(r.percentiles.times[0], 10 + 3 * (.7529412 - .75) / (.7529412 - .6901961), 1e-5);
+    EXPECT_NEAR(r.percentiles.times[1], 22 + (.5378151 - .5) / (.5378151 - .4481793), 1e-5);
+    EXPECT_FALSE(r.percentiles.located[2]);
+    EXPECT_EQ(host.requests, 0); // small data take no memory from the host
+}
+
+TEST_F(KaplanFixture, CapacityFollowsTheDataAndTheWeights) {
+    struct {
+        int cases;
+        bool weighted;
+        int capacity;
+    } const rows[] = {{2500, false, 2500},
+                      {2501, false, 5002},
+                      {5'000'000, false, 10'000'000},
+                      {5'000'001, false, 10'000'000},
+                      {3, true, 10'000'000},
+                      {2'000'000'000, false, 10'000'000}};
+    for (const auto& row : rows) {
+        KaplanArrays arrays;
+        ASSERT_TRUE(arrays.Obtain(analysis, row.cases, row.weighted));
+        EXPECT_EQ(arrays.Capacity(), row.capacity) << row.cases;
+        EXPECT_EQ(arrays.ranks.size(), static_cast<std::size_t>(row.capacity));
+    }
+    EXPECT_EQ(host.outstanding, 0);
+}
+
+TEST_F(KaplanFixture, EachStatusShowsItsMessageAndKeepsNothing) {
+    auto& times = host.columns[0].values;
+    auto& codes = host.columns[1].values;
+    struct Row {
+        const char* name;
+        std::function<void()> spoil;
+        int message;
+    };
+    const Row rows[] = {
+        {"two valid",
+         [&] {
+             times = {1, 2, -1}, codes = {1, 0, 1};
+         },
+         StrTooFewValid},
+        {"all censored",
+         [&] {
+             times = {1, 2, 3}, codes = {0, 0, 0};
+         },
+         StrNoUncensored},
+        {"too many",
+         [&] {
+             host.columns = {{"weeks", {1, 2}}, {"relapse", {1, 1}}, {"w", {1, 1e9}}};
+             host.weight = 3;
+         },
+         StrTooManyCasesKaplan},
+        {"memory", [&] { host.refuseRequest = host.requests + 7; }, StrKaplanNoMemory},
+        {"stopped", [&] { host.stopAt = host.questions + 1; }, 0},
+    };
+    for (const Row& row : rows) {
+        host.messages.clear();
+        Specify();
+        row.spoil();
+        EXPECT_EQ(host.Press(analysis, ControlOk), StepSpecifyKaplan) << row.name;
+        EXPECT_EQ(host.messages.empty() ? 0 : host.messages.back().id, row.message) << row.name;
+        EXPECT_EQ(State().results.Valid(), 0) << row.name;
+        EXPECT_EQ(host.outstanding, 0) << row.name;
+    }
+}
+
+TEST_F(KaplanFixture, AnEmptyReadingSaysWhichCodesThereAre) {
+    Specify();
+    host.Script().Put("CodeForCompleteResponses", 5);
+    host.Script().Put("CodeForCensoredResponses", 6);
+    EXPECT_EQ(host.Press(analysis, ControlOk), StepSpecifyKaplan);
+    ASSERT_EQ(host.messages.size(), 1U);
+    EXPECT_EQ(host.messages[0].text, "Fewer than two valid cases.");
+    EXPECT_EQ(host.messages[0].detail,
+              "21 cases in the data, 21 selected, 0 valid; 21 with another code than complete (5) or "
+              "censored (6).\n"
+              "Codes of 'relapse' among the selected cases: 0 (12 cases), 1 (9 cases).");
+}
+
+TEST_F(KaplanFixture, CaseNumbersOfManyTiesAreMadeExactOnDemand) {
+    auto& times = host.columns[0].values;
+    auto& codes = host.columns[1].values;
+    times.clear();
+    codes.clear();
+    for (int i = 0; i < 70000; ++i) {
+        times.push_back((i * 7919) % 50);
+        codes.push_back(i % 2);
+    }
+    ASSERT_EQ(Run(), StepKaplanResults);
+    std::vector<double> keys;
+    std::vector<std::int32_t> cases;
+    for (std::size_t i = 0; i < times.size(); ++i)
+        if (codes[i] == 1) {
+            keys.push_back(times[i]);
+            cases.push_back(static_cast<std::int32_t>(i) + 1);
+        }
+    HeapSortWithIndex(keys, std::span{cases});
+    KaplanResults& r = State().results;
+    const auto shown = [&] {
+        return std::vector<std::int32_t>(r.UncensoredCases().begin(), r.UncensoredCases().end());
+    };
+    EXPECT_NE(shown(), cases);
+    EXPECT_EQ(MakeTieOrderExact(analysis, r), Status::Success);
+    EXPECT_EQ(shown(), cases);
+    EXPECT_EQ(std::vector<double>(r.UncensoredTimes().begin(), r.UncensoredTimes().end()), keys);
+}
+
+} // namespace
+} // namespace ozm::survival

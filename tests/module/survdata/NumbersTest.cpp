@@ -1,0 +1,93 @@
+#include "module/survdata/CodeComparison.h"
+#include "module/survdata/CodeDecimals.h"
+#include "module/survdata/DayNumber.h"
+#include "module/survdata/NormalQuantile.h"
+#include "module/survdata/ReportLines.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+namespace ozm::survival {
+namespace {
+
+double StepsUp(double x, std::uint64_t steps) {
+    return std::bit_cast<double>(std::bit_cast<std::uint64_t>(x) + steps);
+}
+
+TEST(CodeComparison, EqualWithinFifteenUnitsOnBothSidesOfZero) {
+    EXPECT_TRUE(CodesEqual(1.0, StepsUp(1.0, 15)));
+    EXPECT_FALSE(CodesEqual(1.0, StepsUp(1.0, 16)));
+    EXPECT_TRUE(CodesEqual(-2.0, StepsUp(-2.0, 15)));
+    EXPECT_TRUE(CodesEqual(0.0, -0.0));
+    EXPECT_TRUE(CodesEqual(StepsUp(0.0, 7), -StepsUp(0.0, 8)));
+    EXPECT_FALSE(CodesEqual(StepsUp(0.0, 8), -StepsUp(0.0, 8)));
+    EXPECT_FALSE(CodesEqual(std::numeric_limits<double>::max(), std::numeric_limits<double>::lowest()));
+}
+
+TEST(CodeComparison, UnsetAndInfiniteCodesMatchNothing) {
+    const double unset = std::bit_cast<double>(~std::uint64_t{0});
+    const double infinite = std::numeric_limits<double>::infinity();
+    EXPECT_FALSE(CodesEqual(unset, unset));
+    EXPECT_FALSE(CodesEqual(infinite, infinite));
+    EXPECT_FALSE(CodesEqual(infinite, std::numeric_limits<double>::max()));
+    EXPECT_TRUE(GreaterThan(StepsUp(1.0, 16), 1.0));
+    EXPECT_FALSE(GreaterThan(StepsUp(1.0, 15), 1.0));
+}
+
+TEST(CodeDecimals, AboutEightSignificantDigits) {
+    EXPECT_EQ(CodeDecimals(0), 7);
+    EXPECT_EQ(CodeDecimals(1), 7);
+    EXPECT_EQ(CodeDecimals(0.5), 7);
+    EXPECT_EQ(CodeDecimals(0.001), 10);
+    EXPECT_EQ(CodeDecimals(123.5), 5);
+    EXPECT_EQ(CodeDecimals(12345678), 0);
+    EXPECT_EQ(CodeDecimals(1e300), 0);
+    EXPECT_EQ(CodeDecimals(-5), 6);
+    EXPECT_EQ(CodeDecimals(-0.5), 6); // at least 10 once the sign is counted
+    EXPECT_EQ(CodeDecimals(std::numeric_limits<double>::quiet_NaN()), 0);
+}
+
+TEST(DayNumber, KnownDays) {
+    // Meeus, Astronomical Algorithms, chapter 7: 2000 January 1.5 is 2451545.0; 1582 October 15 follows
+    // October 4.
+    EXPECT_EQ(DayNumber(1, 1, 2000), 2451545);
+    EXPECT_EQ(DayNumber(10, 15, 1582), 2299161);
+    EXPECT_EQ(DayNumber(10, 4, 1582), 2299160);
+    EXPECT_EQ(DayNumber(1, 20, 1995) - DayNumber(1, 15, 1995), 5);
+    EXPECT_EQ(DayNumber(3, 1, 2000) - DayNumber(2, 28, 2000), 2);
+    EXPECT_EQ(DayNumber(3, 1, 1900) - DayNumber(2, 28, 1900), 1);
+    EXPECT_EQ(DayNumber(1, 32, 1995), DayNumber(2, 1, 1995)); // days are carried, not tested
+    EXPECT_EQ(DayNumber(12, 31, -1) + 1, DayNumber(1, 1, 1)); // there was no year 0
+}
+
+TEST(DayNumber, InvalidDates) {
+    EXPECT_EQ(DayNumber(13, 1, 1995), invalidDay);
+    EXPECT_EQ(DayNumber(0, 1, 1995), invalidDay);
+    EXPECT_EQ(DayNumber(1, 1, 0), invalidDay);
+}
+
+TEST(NormalQuantile, InvertsTheNormalTailOverItsThreeBranches) {
+    for (const double p : {1e-300, 1e-20, 1e-9, 0.001, 0.07, 0.075, 0.3, 0.5, 0.7, 0.925, 0.975, 0.9999}) {
+        const double z = NormalQuantile(p);
+        const double back = 0.5 * std::erfc(-z / std::sqrt(2.0));
+        EXPECT_NEAR(back / p, 1.0, 2e-13) << p;
+    }
+    EXPECT_DOUBLE_EQ(ConfidenceZ(0.95), 1.959963984540054); // R 4.2: qnorm(0.975)
+    EXPECT_EQ(ConfidenceZ(0.0), 0.0);
+    EXPECT_TRUE(std::isinf(ConfidenceZ(1.0)));
+    EXPECT_TRUE(std::isnan(NormalQuantile(-0.1)));
+}
+
+TEST(ReportLines, CodesStandInTheirField) {
+    EXPECT_EQ(FormatCode(1), "         1");
+    EXPECT_EQ(FormatCode(0.5), "      0.5");
+    EXPECT_EQ(FormatCode(-3), "        -3");
+    EXPECT_EQ(FormatCode(std::numeric_limits<double>::quiet_NaN()), "        --");
+}
+
+} // namespace
+} // namespace ozm::survival

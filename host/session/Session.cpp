@@ -25,6 +25,7 @@ private:
 Session::Session(Analysis analysis, const SessionOptions& options)
     : services_(parts_, options.services), analysis_(std::move(analysis)) {
     if (options.frontEnd != nullptr) parts_.frontEnd = options.frontEnd;
+    if (options.signals != nullptr) parts_.signals = options.signals;
     parts_.automation = options.automation;
     parts_.analysis = analysis_.get();
     if (analysis_ != nullptr) analysis_->AttachDocument(&services_);

@@ -11,9 +11,10 @@
 namespace korvana {
 
 struct SessionOptions {
-    bool automation = true;       ///< a script drives the analysis: modal steps run without their dialogs
-    FrontEnd* frontEnd = nullptr; ///< nullptr: the answers of `FrontEnd` itself; must outlive the session
-    ServiceOverrides services;
+    bool automation = true;         ///< a script drives the analysis: modal steps run without their dialogs
+    FrontEnd* frontEnd = nullptr;   ///< nullptr: the answers of `FrontEnd` itself; must outlive the session
+    StopSignals* signals = nullptr; ///< nullptr: the session's own; must outlive the session
+    ServiceOverrides services{};
 };
 
 /// One run of an analysis over one data set: gives the analysis object its document, calls its step functions
@@ -42,7 +43,7 @@ public:
     ActiveData& data() { return parts_.data; }
     /// Opens another data set in place of the present one, and lets a running analysis know.
     void openData(DataSet data);
-    StopSignals& signals() { return parts_.signals; }
+    StopSignals& signals() { return *parts_.signals; }
     void addObserver(SessionObserver& observer) { parts_.observers.add(observer); }
     void removeObserver(SessionObserver& observer) { parts_.observers.remove(observer); }
 

@@ -14,7 +14,8 @@ struct SessionParts {
     ActiveData data;
     ResultsBook book;
     ObserverList observers;
-    StopSignals signals;
+    StopSignals ownSignals;
+    StopSignals* signals = &ownSignals; ///< a program may have its own, for its signal handler
     FrontEnd* frontEnd = &scriptAnswers();
     ozm::CAnalysisSupport* analysis = nullptr;
     bool automation = true; ///< a script drives the analysis

@@ -5,22 +5,22 @@ namespace korvana {
 void SessionProgress::dstart(unsigned count) {
     units_ = count;
     // A Cancel that no computation took note of must not stop the next one.
-    parts_.signals.clear(StopSignals::Display);
+    parts_.signals->clear(StopSignals::Display);
     parts_.observers.computationStarted(count);
 }
 
 void SessionProgress::breathe() {
-    if (parts_.signals.take(StopSignals::Breath)) parts_.observers.breathe();
+    if (parts_.signals->take(StopSignals::Breath)) parts_.observers.breathe();
 }
 
 bool SessionProgress::cancelled() {
     breathe();
-    return parts_.signals.take(StopSignals::Display);
+    return parts_.signals->take(StopSignals::Display);
 }
 
 bool SessionProgress::stopped() {
     breathe();
-    return parts_.signals.has(StopSignals::External);
+    return parts_.signals->has(StopSignals::External);
 }
 
 void SessionProgress::IterationLines::AddText(std::string_view line) {

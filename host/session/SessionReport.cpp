@@ -111,6 +111,8 @@ void SessionReport::type() {
     report.title.erase(0, report.title.find_first_not_of(' '));
     report.title.erase(report.title.find_last_not_of(' ') + 1);
     lines_.erase(lines_.begin(), title + 1);
+    for (std::string& each : lines_)
+        each.erase(each.find_last_not_of(' ') + 1);
     report.lines = std::move(lines_);
     lines_ = {};
     parts_.addOutput(std::move(report));

@@ -1,0 +1,82 @@
+#include "apps/cli/AnalysisCommand.h"
+
+#include "apps/cli/Lists.h"
+#include "apps/cli/ProgressLine.h"
+
+namespace korvana::cli {
+
+void AnalysisCommand::declare(CLI::App& app) {
+    data_.declare(app);
+    declareOptions(app);
+    std::string help = "what to make:";
+    std::string onScreen;
+    for (const Output& output : outputs()) {
+        help += std::string{" "} + output.name;
+        if (*output.help != '\0') help += std::string{" ("} + output.help + ")";
+        help += ",";
+        if (output.onScreen) onScreen += std::string{onScreen.empty() ? "" : ","} + output.name;
+    }
+    app.add_option("--outputs", list_, help + " or all [" + onScreen + "; with -o: all]")
+        ->type_name("O[,O...]")
+        ->group("Output");
+    output_.declare(app);
+    app.footer(
+        "Without -o the report goes to standard output and nothing else does. Messages, notes and\n"
+        "progress go to standard error. Exit codes: 0 results; 1 the analysis refused the data; 2 wrong\n"
+        "usage, data that cannot be read or results that cannot be written; 130 stopped by Ctrl-C.");
+}
+
+std::vector<std::size_t> AnalysisCommand::chosenOutputs() const {
+    std::vector<std::string_view> names;
+    std::vector<std::size_t> onScreen;
+    for (const Output& output : outputs()) {
+        if (output.onScreen) onScreen.push_back(names.size());
+        names.emplace_back(output.name);
+    }
+    if (list_.empty() && !output_.toFiles()) return onScreen;
+    return chooseFrom("--outputs", list_.empty() ? "all" : list_, names);
+}
+
+int AnalysisCommand::run(Console& console) {
+    output_.check();
+    check();
+    const std::vector<std::size_t> chosen = chosenOutputs();
+    ProgressLine progress(console, output_.quiet());
+    Session session(load(), {.signals = &console.signals});
+    session.addObserver(progress);
+    progress.status("Reading " + data_.path() + " ...");
+    data_.open(session.data());
+    const std::vector<std::string> notes = check(session.data());
+
+    const StopsItself stops(console);
+    const auto stopped = [&] { return console.signals.has(StopSignals::External); };
+    try {
+        session.start();
+        Script script(session);
+        const bool computed = compute(script);
+        if (computed) {
+            prepareOutputs(script);
+            for (const std::size_t place : chosen)
+                if (!stopped()) script.press(outputs()[place].action);
+        }
+        progress.clear();
+        if (stopped()) return ExitStopped;
+        if (!computed) {
+            if (progress.messageCount() == 0)
+                console.say("the analysis ended without a result and without a message");
+            return ExitRefused;
+        }
+    } catch (const ScriptError& error) {
+        progress.clear();
+        if (stopped()) return ExitStopped;
+        console.say(error.what());
+        return ExitRefused;
+    }
+    session.close(); // the analysis' own arrays are not needed any more
+    ResultsBook& book = session.book();
+    book.analysis = title();
+    book.notes.insert(book.notes.end(), notes.begin(), notes.end());
+    return output_.write(book, console);
+}
+
+} // namespace korvana::cli

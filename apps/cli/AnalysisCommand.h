@@ -1,0 +1,54 @@
+#pragma once
+
+#include "apps/cli/Command.h"
+#include "apps/cli/DataOptions.h"
+#include "apps/cli/OutputOptions.h"
+#include "apps/cli/Script.h"
+#include "host/session/ModuleLibrary.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace korvana::cli {
+
+/// A command that runs one analysis from its startup dialog to its results: what all of them share. A derived
+/// command brings its options, the way to its results dialog and the outputs of that dialog.
+class AnalysisCommand : public Command {
+public:
+    void declare(CLI::App& app) final;
+    int run(Console& console) final;
+
+protected:
+    /// An output that --outputs knows by name, and the action of the results dialog that makes it.
+    struct Output {
+        const char* name;
+        const char* action;
+        const char* help; ///< what it shows, empty when the name says it
+        bool onScreen;    ///< made without -o, when --outputs does not say otherwise
+    };
+
+    [[nodiscard]] virtual std::string title() const = 0;
+    [[nodiscard]] virtual std::span<const Output> outputs() const = 0;
+    [[nodiscard]] virtual Analysis load() const = 0;
+    /// The arguments of a typical call, for the help text.
+    [[nodiscard]] virtual std::string example() const = 0;
+    virtual void declareOptions(CLI::App& app) = 0;
+    /// Looks at what can be judged without the data. Throws UsageError.
+    virtual void check() {}
+    /// Checks the options against the data; answers notes for the user. Throws UsageError.
+    virtual std::vector<std::string> check(const ActiveData& data) = 0;
+    /// Leads a started session to its results dialog. False when the analysis did not go there.
+    virtual bool compute(Script& script) = 0;
+    /// Sets what the results dialog wants before its outputs are made.
+    virtual void prepareOutputs(Script& /*script*/) {}
+
+private:
+    [[nodiscard]] std::vector<std::size_t> chosenOutputs() const;
+
+    DataOptions data_;
+    OutputOptions output_;
+    std::string list_;
+};
+
+} // namespace korvana::cli

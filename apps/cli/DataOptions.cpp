@@ -1,0 +1,102 @@
+#include "apps/cli/DataOptions.h"
+
+#include "apps/cli/UsageError.h"
+#include "host/data/Codes.h"
+#include "host/data/DataError.h"
+#include "host/data/NumberText.h"
+#include "host/data/ReadData.h"
+
+#include <set>
+
+namespace korvana::cli {
+namespace {
+
+char separatorOf(const std::string& text) {
+    if (text == "tab" || text == "\t" || text == "\\t") return '\t';
+    if (text == "," || text == "comma") return ',';
+    if (text == ";" || text == "semicolon") return ';';
+    throw UsageError("--separator is comma, semicolon or tab, not '" + text + "'");
+}
+
+char decimalMarkOf(const std::string& text) {
+    if (text == "." || text == "point") return '.';
+    if (text == "," || text == "comma") return ',';
+    throw UsageError("--decimal is point or comma, not '" + text + "'");
+}
+
+} // namespace
+
+int variableOf(const DataSet& data, const std::string& option, const std::string& name) {
+    try {
+        return data.require(name);
+    } catch (const DataError& error) {
+        throw UsageError(option + ": " + error.what());
+    }
+}
+
+void DataOptions::declare(CLI::App& app) {
+    app.add_option("DATA", path_, "the data file (CSV, or text separated by tabs or semicolons)")
+        ->type_name("");
+    const std::string group = "Data";
+    app.add_option("--select", select_,
+                   "take only the cases for which the condition holds, e.g. \"age >= 60\"")
+        ->type_name("EXPRESSION")
+        ->group(group);
+    app.add_option("--weight", weight_, "take a case of weight w >= 2 ceil(w) times, any other once")
+        ->type_name("V")
+        ->group(group);
+    app.add_option("--missing", missing_, "a value of a variable that means no value; may be repeated")
+        ->type_name("V=CODE")
+        ->allow_extra_args(false)
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->group(group);
+    app.add_option("--separator", separator_, "between cells: comma, semicolon or tab [found out]")
+        ->type_name("S")
+        ->group(group);
+    app.add_option("--decimal", decimal_, "decimal mark: point or comma [found out]")
+        ->type_name("MARK")
+        ->group(group);
+    app.add_flag("--header", header_, "the first line holds the names [found out]")->group(group);
+    app.add_flag("--no-header", noHeader_, "there is no line of names: variables are V1, V2, ...")
+        ->group(group);
+}
+
+void DataOptions::setMissingCodes(DataSet& data) const {
+    std::set<int> done;
+    for (const std::string& entry : missing_) {
+        const auto equals = entry.rfind('=');
+        if (equals == std::string::npos || equals == 0 || equals + 1 == entry.size())
+            throw UsageError("--missing is VARIABLE=CODE, not '" + entry + "'");
+        const int variable = variableOf(data, "--missing", entry.substr(0, equals));
+        const std::string code = entry.substr(equals + 1);
+        const auto value = resolveCode(data, variable, code);
+        const std::string& name = data.variable(variable).name;
+        if (!value)
+            throw UsageError("--missing: '" + code + "' is neither a number nor a value label of '" + name +
+                             "'");
+        if (!done.insert(variable).second)
+            throw UsageError("--missing: '" + name + "' has one missing-data code, not two");
+        data.variable(variable).missingCode = *value;
+    }
+}
+
+void DataOptions::open(ActiveData& data) const {
+    if (path_.empty()) throw UsageError("which data? Name a data file", true);
+    if (header_ && noHeader_) throw UsageError("--header and --no-header contradict each other");
+    ReadOptions options;
+    if (header_ || noHeader_) options.header = header_ ? HeaderLine::Yes : HeaderLine::No;
+    if (!separator_.empty()) options.separator = separatorOf(separator_);
+    if (!decimal_.empty()) options.decimalMark = decimalMarkOf(decimal_);
+    DataSet read = readData(path_, options);
+    setMissingCodes(read);
+    const int all = read.caseCount();
+    data.open(std::move(read));
+    data.select(select_);
+    if (all > 0 && data.selectedCount() == 0)
+        throw UsageError("--select \"" + select_ + "\" holds for none of the " + std::to_string(all) +
+                         " cases");
+    data.weightBy(weight_);
+}
+
+} // namespace korvana::cli

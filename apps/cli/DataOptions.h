@@ -1,0 +1,37 @@
+#pragma once
+
+#include "apps/cli/Console.h"
+#include "host/session/ActiveData.h"
+
+#include <CLI/App.hpp>
+#include <string>
+#include <vector>
+
+namespace korvana::cli {
+
+/// The data file and how it is read, which cases take part and what weights them.
+class DataOptions {
+public:
+    void declare(CLI::App& app);
+
+    /// Reads the file into `data` and applies the options. Throws UsageError, DataError, ExpressionError.
+    void open(ActiveData& data) const;
+    [[nodiscard]] const std::string& path() const { return path_; }
+
+private:
+    void setMissingCodes(DataSet& data) const;
+
+    std::string path_;
+    std::string select_;
+    std::string weight_;
+    std::vector<std::string> missing_;
+    std::string separator_;
+    std::string decimal_;
+    bool header_ = false;
+    bool noHeader_ = false;
+};
+
+/// The 0-based number of a variable, given by name or number.
+int variableOf(const DataSet& data, const std::string& option, const std::string& name);
+
+} // namespace korvana::cli

@@ -1,0 +1,67 @@
+#include "apps/cli/OutputOptions.h"
+
+#include "apps/cli/UsageError.h"
+#include "host/results/JsonWriter.h"
+#include "host/results/TextWriter.h"
+
+#include <stdexcept>
+
+namespace korvana::cli {
+namespace {
+
+constexpr const char* formatsOfDirectory = "txt,json,csv,html,svg,png";
+
+FormatSet only(OutputFormat format) {
+    return FormatSet{}.add(format);
+}
+
+} // namespace
+
+void OutputOptions::declare(CLI::App& app) {
+    const std::string group = "Output";
+    app.add_option("-o,--output", directory_,
+                   "write files into this directory; without it the report goes to standard output")
+        ->type_name("DIR")
+        ->group(group);
+    app.add_option("--format", format_,
+                   "the files to write: " + knownFormats() + " [" + formatsOfDirectory +
+                       "]; without -o either txt or json")
+        ->type_name("F[,F...]")
+        ->group(group);
+    app.add_flag("-q,--quiet", quiet_, "no progress, no notes and no list of files on standard error")
+        ->group(group);
+}
+
+void OutputOptions::check() {
+    try {
+        formats_ = parseFormats(!format_.empty() ? format_ : toFiles() ? formatsOfDirectory : "txt");
+    } catch (const std::invalid_argument& error) {
+        throw UsageError(std::string{"--format: "} + error.what());
+    }
+    if (!toFiles() && formats_ != only(OutputFormat::Txt) && formats_ != only(OutputFormat::Json))
+        throw UsageError("--format " + format_ + " needs -o DIR; standard output takes either txt or json");
+}
+
+int OutputOptions::write(const ResultsBook& book, Console& console) const {
+    const bool textOut = !toFiles() && formats_.has(OutputFormat::Txt);
+    // A report on standard output shows the notes itself.
+    if (!quiet_ && !textOut)
+        for (const std::string& note : book.notes)
+            console.say("note: " + note);
+    if (textOut) {
+        writeText(book, console.out, {.messages = false});
+        return ExitResults;
+    }
+    if (!toFiles()) {
+        writeJson(book, console.out);
+        return ExitResults;
+    }
+    std::vector<std::string> problems;
+    for (const auto& file : writeBook(book, directory_, formats_, &problems))
+        if (!quiet_) console.err << "wrote " << file.string() << '\n';
+    for (const std::string& problem : problems)
+        console.say(problem);
+    return problems.empty() ? ExitResults : ExitUsage;
+}
+
+} // namespace korvana::cli

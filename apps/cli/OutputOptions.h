@@ -1,0 +1,31 @@
+#pragma once
+
+#include "apps/cli/Console.h"
+#include "host/results/ResultsBook.h"
+#include "host/results/WriteBook.h"
+
+#include <CLI/App.hpp>
+#include <string>
+
+namespace korvana::cli {
+
+/// Where results go: the report to standard output, or everything to files in a directory.
+class OutputOptions {
+public:
+    void declare(CLI::App& app);
+    /// Refuses wrong combinations before any work is done. Throws UsageError.
+    void check();
+
+    [[nodiscard]] bool toFiles() const { return !directory_.empty(); }
+    [[nodiscard]] bool quiet() const { return quiet_; }
+    /// Writes the book; answers an exit code. Throws std::runtime_error naming a file that cannot be written.
+    int write(const ResultsBook& book, Console& console) const;
+
+private:
+    std::string directory_;
+    std::string format_;
+    bool quiet_ = false;
+    FormatSet formats_;
+};
+
+} // namespace korvana::cli

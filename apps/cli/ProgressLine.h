@@ -1,0 +1,39 @@
+#pragma once
+
+#include "apps/cli/Console.h"
+#include "host/session/SessionObserver.h"
+
+#include <string>
+#include <string_view>
+
+namespace korvana::cli {
+
+/// Shows what an analysis is doing: its messages, and on a terminal one line of status text, rewritten.
+class ProgressLine final : public SessionObserver {
+public:
+    ProgressLine(Console& console, bool quiet) : console_(console), shows_(console.errIsTerminal && !quiet) {}
+    ~ProgressLine() override { clear(); }
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+
+    void status(std::string_view text) override;
+    void progress(unsigned done, unsigned units) override;
+    void computationEnded() override { clear(); }
+    void message(const ResultMessage& message) override;
+    void iterationLine(std::string_view line) override { status(line); }
+    void clear();
+
+    [[nodiscard]] int messageCount() const { return messages_; }
+
+private:
+    void show();
+
+    Console& console_;
+    bool shows_;
+    bool visible_ = false;
+    int messages_ = 0;
+    unsigned percent_ = 0;
+    std::string text_;
+};
+
+} // namespace korvana::cli

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "apps/cli/Console.h"
+
+#include <string>
+#include <vector>
+
+namespace korvana::cli {
+
+/// Runs the program with its arguments (the program's name left out) and answers its exit code. Throws
+/// nothing.
+int run(const std::vector<std::string>& arguments, Console& console);
+
+} // namespace korvana::cli

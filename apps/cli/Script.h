@@ -1,0 +1,34 @@
+#pragma once
+
+#include "host/session/Session.h"
+
+#include <stdexcept>
+#include <string>
+
+namespace korvana::cli {
+
+/// A call that a dialog refused; what() says why.
+class ScriptError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Drives a session through its dialogs' automation objects. Every call throws ScriptError when the dialog
+/// refuses it, or when none is open.
+class Script {
+public:
+    explicit Script(Session& session) : session_(session) {}
+
+    void put(const std::string& member, const ozm::AutomationValue& value);
+    /// Performs an action and follows the analysis to its next dialog.
+    void press(const std::string& action);
+    [[nodiscard]] bool isAt(const std::string& interfaceName) const {
+        return session_.currentInterface() == interfaceName;
+    }
+
+private:
+    ozm::AutomationObject dialog() const;
+    Session& session_;
+};
+
+} // namespace korvana::cli

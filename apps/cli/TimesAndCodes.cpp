@@ -1,0 +1,124 @@
+#include "apps/cli/TimesAndCodes.h"
+
+#include "apps/cli/CodeChecks.h"
+#include "apps/cli/DataOptions.h"
+#include "apps/cli/Lists.h"
+#include "apps/cli/UsageError.h"
+#include "host/data/NumberText.h"
+
+#include <algorithm>
+
+namespace korvana::cli {
+namespace {
+
+constexpr const char* timeForms =
+    "one (survival times), two (start and end dates) or six (month, day and year "
+    "of start, then of end)";
+
+/// The variables that --time names: a name may itself hold a comma.
+std::vector<int> timeVariables(const DataSet& data, const std::vector<std::string>& options) {
+    std::vector<int> times;
+    for (const std::string& entry : options) {
+        if (const auto whole = data.find(entry))
+            times.push_back(*whole);
+        else
+            for (const std::string& name : splitList("--time", entry))
+                times.push_back(variableOf(data, "--time", name));
+    }
+    return times;
+}
+
+void refuseTexts(const DataSet& data, const std::vector<int>& times) {
+    for (const int time : times)
+        if (data.variable(time).kind == VariableKind::Text)
+            throw UsageError("--time: '" + data.variable(time).name +
+                             "' holds texts, times are numbers or dates (YYYY-MM-DD)");
+}
+
+void refuseTwice(const DataSet& data, std::vector<int> variables) {
+    std::sort(variables.begin(), variables.end());
+    const auto twice = std::adjacent_find(variables.begin(), variables.end());
+    if (twice != variables.end())
+        throw UsageError("variable '" + data.variable(*twice).name + "' is given twice");
+}
+
+std::string cases(int count) {
+    return std::to_string(count) + (count == 1 ? " case" : " cases");
+}
+
+/// A code that no case has is a mistake when other cases have neither code; when all cases have the other one
+/// the data are just like that.
+void checkCodes(const ActiveData& data, int censor, TimesAndCodes& result) {
+    if (result.complete == result.censored) return; // the analysis says so itself
+    const CodeCounts counts = countCodes(data, censor, result.complete, result.censored);
+    const std::string name = data.dataSet().variable(censor).name;
+    const auto check = [&](const std::string& option, double code, int matching) {
+        if (matching > 0) return;
+        const std::string what = option + " " + numberText(code) + ": no case has this code";
+        if (counts.neither > 0) throw UsageError(what + "; " + codesOf(data, censor));
+        result.notes.push_back(what + " of '" + name + "'.");
+    };
+    check("--complete", result.complete, counts.first);
+    check("--censored", result.censored, counts.second);
+    if (counts.neither > 0)
+        result.notes.push_back(cases(counts.neither) + " with another code of '" + name + "' left out.");
+}
+
+} // namespace
+
+ozm::AutomationValue TimesAndCodes::variables() const {
+    using List = ozm::AutomationValue::List;
+    return List{List(times.begin(), times.end()), List{censor}};
+}
+
+void TimesAndCodesOptions::declare(CLI::App& app) {
+    const std::string group = "Variables (by name or number) and codes (numbers or value labels)";
+    app.add_option("--time", times_, std::string{"time variables: "} + timeForms)
+        ->type_name("V[,V...]")
+        ->allow_extra_args(false)
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->group(group);
+    app.add_option("--censor", censor_, "variable that tells complete from censored observations")
+        ->type_name("V")
+        ->group(group);
+    app.add_option("--complete", complete_, "its code for complete observations (the event was seen)")
+        ->type_name("CODE")
+        ->group(group);
+    app.add_option("--censored", censored_, "its code for censored observations")
+        ->type_name("CODE")
+        ->group(group);
+}
+
+TimesAndCodes TimesAndCodesOptions::resolve(const ActiveData& active) const {
+    const DataSet& data = active.dataSet();
+    if (times_.empty()) throw UsageError("--time is missing: name the variable with the times", true);
+    if (censor_.empty())
+        throw UsageError("--censor is missing: name the variable with the censoring indicator", true);
+    std::vector<int> variables = timeVariables(data, times_);
+    if (const auto n = variables.size(); n != 1 && n != 2 && n != 6)
+        throw UsageError("--time names " + std::to_string(n) + " variables; it takes " + timeForms);
+    refuseTexts(data, variables);
+    TimesAndCodes result;
+    for (const int time : variables)
+        result.times.push_back(time + 1);
+    const int censor = variableOf(data, "--censor", censor_);
+    result.censor = censor + 1;
+    variables.push_back(censor);
+    refuseTwice(data, variables);
+
+    if (complete_.empty() || censored_.empty()) {
+        const std::string missing = complete_.empty() && censored_.empty() ? "--complete and --censored are"
+                                    : complete_.empty()                    ? "--complete is"
+                                                                           : "--censored is";
+        throw UsageError(missing +
+                         " missing: give the code of complete and the code of censored observations; " +
+                         codesOf(active, censor));
+    }
+    result.complete = codeOf(active, censor, "--complete", complete_);
+    result.censored = codeOf(active, censor, "--censored", censored_);
+    checkCodes(active, censor, result);
+    return result;
+}
+
+} // namespace korvana::cli

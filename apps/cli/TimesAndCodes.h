@@ -1,0 +1,39 @@
+#pragma once
+
+#include "apps/cli/Console.h"
+#include "host/session/ActiveData.h"
+#include "support/automation/AutomationValue.h"
+
+#include <CLI/App.hpp>
+#include <string>
+#include <vector>
+
+namespace korvana::cli {
+
+/// Times with a censoring indicator and its codes, as the specification dialogs want them.
+struct TimesAndCodes {
+    std::vector<int> times; ///< variable numbers from 1
+    int censor = 0;
+    double complete = 0;
+    double censored = 0;
+    std::vector<std::string> notes; ///< what the user should know about the codes
+
+    /// The value of a dialog's variable selection: [[times], [indicator]].
+    [[nodiscard]] ozm::AutomationValue variables() const;
+};
+
+/// The options that name times, censoring indicator and codes.
+class TimesAndCodesOptions {
+public:
+    void declare(CLI::App& app);
+    /// Checks the options against the data. Throws UsageError.
+    [[nodiscard]] TimesAndCodes resolve(const ActiveData& data) const;
+
+private:
+    std::vector<std::string> times_;
+    std::string censor_;
+    std::string complete_;
+    std::string censored_;
+};
+
+} // namespace korvana::cli

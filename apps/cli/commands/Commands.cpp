@@ -1,0 +1,19 @@
+#include "apps/cli/commands/Commands.h"
+
+namespace korvana::cli {
+namespace {
+
+constexpr CommandEntry table[] = {
+    {"kaplan-meier", "Product-limit (Kaplan-Meier) estimate of the survival function",
+     &makeKaplanMeierCommand},
+    {"info", "What a data file holds: variables, ranges, codes", &makeInfoCommand},
+    {"typelib", "The names by which scripts reach the analyses", &makeTypelibCommand},
+};
+
+} // namespace
+
+std::span<const CommandEntry> commands() {
+    return table;
+}
+
+} // namespace korvana::cli

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "apps/cli/Command.h"
+
+#include <memory>
+#include <span>
+
+namespace korvana::cli {
+
+/// The commands of the program, in the order of its help.
+std::span<const CommandEntry> commands();
+
+std::unique_ptr<Command> makeKaplanMeierCommand();
+std::unique_ptr<Command> makeInfoCommand();
+std::unique_ptr<Command> makeTypelibCommand();
+
+} // namespace korvana::cli

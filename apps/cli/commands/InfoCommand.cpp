@@ -1,0 +1,36 @@
+#include "apps/cli/DataOptions.h"
+#include "apps/cli/InfoText.h"
+#include "apps/cli/commands/Commands.h"
+
+namespace korvana::cli {
+namespace {
+
+class InfoCommand final : public Command {
+public:
+    void declare(CLI::App& app) override {
+        data_.declare(app);
+        app.add_flag("--json", json_, "as JSON");
+    }
+
+    int run(Console& console) override {
+        ActiveData data;
+        data_.open(data);
+        if (json_)
+            writeInfoJson(data, console.out);
+        else
+            writeInfo(data, console.out);
+        return ExitResults;
+    }
+
+private:
+    DataOptions data_;
+    bool json_ = false;
+};
+
+} // namespace
+
+std::unique_ptr<Command> makeInfoCommand() {
+    return std::make_unique<InfoCommand>();
+}
+
+} // namespace korvana::cli

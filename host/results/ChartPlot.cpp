@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <map>
 #include <qcustomplot.h>
 #include <set>
@@ -22,6 +23,7 @@ using ozm::ChartSeries;
 /// Okabe and Ito (2008), told apart with any colour vision; without its yellow, which is lost on white.
 constexpr std::array<QRgb, 7> kPalette{0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7,
                                        0xFFE69F00, 0xFF56B4E9, 0xFF000000};
+constexpr int kMostReversals = 300;
 constexpr std::size_t kMostBands = 3; // more shades than that hide each other
 
 const QColor kInk(0x22, 0x22, 0x22);
@@ -29,6 +31,33 @@ const QColor kGrid(0xE4, 0xE4, 0xE4);
 
 bool isBound(const ChartSeries& series) {
     return series.role == ChartSeries::Role::LowerBound || series.role == ChartSeries::Role::UpperBound;
+}
+
+/// How often a path turns from rising to falling or back.
+int reversals(const ChartPath& path) {
+    int count = 0;
+    double last = 0.0;
+    for (std::size_t i = 1; i < path.size(); ++i) {
+        const double change = path[i].y - path[i - 1].y;
+        if (change * last < 0.0) ++count;
+        if (change != 0.0) last = change > 0.0 ? 1.0 : -1.0;
+    }
+    return count;
+}
+
+/// Qt's rasteriser takes time by the square of the edges that one outline has in a scan line, so a path that
+/// goes up and down often is painted in short pieces. Their square caps fill the corners.
+ChartPath inPieces(const ChartPath& path) {
+    constexpr std::size_t kPiece = 4;
+    constexpr double kGap = std::numeric_limits<double>::quiet_NaN();
+    if (reversals(path) <= kMostReversals) return path;
+    ChartPath pieces;
+    pieces.reserve(2 * path.size());
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        pieces.push_back(path[i]);
+        if (i % kPiece == kPiece - 1) pieces.insert(pieces.end(), {{kGap, kGap}, path[i]});
+    }
+    return pieces;
 }
 
 class Painter {
@@ -62,7 +91,7 @@ private:
 
     [[nodiscard]] QPen pen(const ChartSeries& series) const {
         QPen pen(colour(series), isBound(series) ? 1.0 : 2.0);
-        pen.setCapStyle(Qt::FlatCap);
+        pen.setCapStyle(isBound(series) ? Qt::FlatCap : Qt::SquareCap);
         pen.setJoinStyle(Qt::MiterJoin);
         if (isBound(series))
             pen.setDashPattern({5.0, 3.0});
@@ -148,7 +177,7 @@ private:
 
     [[nodiscard]] ChartPath visible(ChartPath path) const {
         if (!options_.thin) return path;
-        return thinned(clipped(path, x_, y_), x_, 4 * options_.width);
+        return thinned(clipped(path, x_, y_), x_, 2 * options_.width);
     }
 
     void paintSeries(const ChartSeries& series) {
@@ -163,8 +192,12 @@ private:
         case ChartSeries::Style::Step:
             break;
         }
-        QCPCurve* curve = addCurve(visible(pathOf(series)));
-        curve->setPen(pen(series));
+        const ChartPath path = visible(pathOf(series));
+        QCPCurve* curve = addCurve(inPieces(path));
+        QPen line = pen(series);
+        if (reversals(path) > kMostReversals)
+            line.setWidthF(1.0); // else one block of colour, and slow to paint
+        curve->setPen(line);
         addLegendEntry(series, curve);
         if (series.marker != ChartSeries::Marker::None) paintMarkers(series);
     }
@@ -247,14 +280,16 @@ private:
         }
     }
 
-    /// A bound's path pressed into the axes' ranges; empty when it has gaps, where a fill would mislead.
+    /// A bound's path pressed into the axes' ranges; empty when it has gaps, where a fill would mislead, or
+    /// goes up and down so often that filling would take minutes.
     [[nodiscard]] ChartPath inside(const ChartSeries& series) const {
         ChartPath path = pathOf(series);
         for (ChartPoint& point : path) {
             if (!isDrawable(point)) return {};
             point = {std::clamp(point.x, x_.low, x_.high), std::clamp(point.y, y_.low, y_.high)};
         }
-        return options_.thin ? thinned(path, x_, 4 * options_.width) : path;
+        path = thinned(path, x_, options_.width);
+        return reversals(path) <= kMostReversals ? path : ChartPath{};
     }
 
     void addTitle() {

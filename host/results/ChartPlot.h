@@ -9,7 +9,7 @@ namespace korvana {
 struct PlotOptions {
     int width = 960; ///< logical pixels, for wrapping titles and the legend and for thinning
     int height = 640;
-    /// Cut at the axes and leave out what lies within a quarter of a pixel. Off for a plot that people zoom.
+    /// Cut at the axes and leave out what lies within half a pixel. Off for a plot that people zoom.
     bool thin = true;
 };
 

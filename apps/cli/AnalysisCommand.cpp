@@ -20,10 +20,12 @@ void AnalysisCommand::declare(CLI::App& app) {
         ->type_name("O[,O...]")
         ->group("Output");
     output_.declare(app);
-    app.footer(
-        "Without -o the report goes to standard output and nothing else does. Messages, notes and\n"
-        "progress go to standard error. Exit codes: 0 results; 1 the analysis refused the data; 2 wrong\n"
-        "usage, data that cannot be read or results that cannot be written; 130 stopped by Ctrl-C.");
+    app.footer("Example: " + app.get_name() + " " + example() +
+               "\n\n"
+               "Without -o the report goes to standard output and nothing else does. Messages,\n"
+               "notes and progress go to standard error. Exit codes: 0 results; 1 the analysis\n"
+               "refused the data; 2 wrong usage, data that cannot be read or results that cannot\n"
+               "be written; 130 stopped by Ctrl-C.");
 }
 
 std::vector<std::size_t> AnalysisCommand::chosenOutputs() const {

@@ -24,6 +24,10 @@ class KaplanMeierCommand final : public AnalysisCommand {
         return known;
     }
 
+    [[nodiscard]] std::string example() const override {
+        return "trial.csv --time weeks --censor relapse --complete 1 --censored 0";
+    }
+
     void declareOptions(CLI::App& app) override {
         variables_.declare(app);
         app.add_option("--level", level_, "confidence level of limits, from 0 to 1 [0.95]")

@@ -55,14 +55,15 @@ int DataSet::require(std::string_view nameOrNumber1) const {
         ambiguous = ambiguous || equalIgnoringCase(each.name, nameOrNumber1);
     std::string text(ambiguous ? "several variables differ from '" : "there is no variable '");
     text.append(nameOrNumber1);
-    if (ambiguous)
+    if (ambiguous) {
         text.append("' in capital letters only; write the name as it stands in the data");
-    else
+    } else {
         text.append("'")
             .append(didYouMean(nearestNames(nameOrNumber1)))
             .append("; name one of the ")
             .append(std::to_string(variableCount()))
             .append(" variables, or give its number");
+    }
     throw DataError(path_, 0, 0, text);
 }
 

@@ -74,10 +74,11 @@ Dialect findDialect(std::string_view text, const ReadOptions& options, const std
     dialect.separator = options.separator ? *options.separator : findSeparator(text);
     dialect.point = options.decimalMark != ',';
     dialect.comma = options.decimalMark ? *options.decimalMark == ',' : dialect.separator != ',';
-    if (dialect.comma && dialect.separator == ',')
+    if (dialect.comma && dialect.separator == ',') {
         throw DataError(
             file, 0, 0,
             "a comma cannot be the decimal mark and separate cells; separate the cells with semicolons");
+    }
     return dialect;
 }
 
@@ -119,16 +120,19 @@ FirstRow readFirstRow(std::string_view text, const DelimitedFormat& format, cons
     for (;;) {
         const RawCell cell = readCell(p, end, format.dialect.separator, scratch);
         const auto number = static_cast<std::int64_t>(row.cells.size()) + 1;
-        if (cell.fault == CellFault::OpenQuote)
+        if (cell.fault == CellFault::OpenQuote) {
             throw DataError(file, format.firstLine, number,
                             "the quotation mark that opens this cell is never closed");
-        if (cell.fault == CellFault::TextAfterQuote)
+        }
+        if (cell.fault == CellFault::TextAfterQuote) {
             throw DataError(file, format.firstLine, number,
                             "there is text behind the closing quotation mark; double the quotation marks "
                             "inside the cell");
-        if (std::find(cell.text.begin(), cell.text.end(), '\r') != cell.text.end() && !cell.quoted)
+        }
+        if (std::find(cell.text.begin(), cell.text.end(), '\r') != cell.text.end() && !cell.quoted) {
             throw DataError(file, format.firstLine, number,
                             "the lines end with carriage returns alone; save the file with line feeds");
+        }
         const CellKind kind = classifyCell(cell.text, format.dialect).kind;
         const bool text_ = kind == CellKind::Text || kind == CellKind::BadDate || kind == CellKind::TooBig;
         row.anyText = row.anyText || text_;
@@ -155,7 +159,7 @@ void refuseNul(std::string_view text, std::size_t offset, const std::string& fil
 DelimitedFormat findFormat(std::string_view text, const ReadOptions& options, const std::string& file) {
     if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
         throw DataError(file, 1, 0, "the text is coded in UTF-16; save the file as UTF-8");
-    constexpr std::size_t beginning = 64 * 1024;
+    constexpr std::size_t beginning = std::size_t{64} << 10;
     refuseNul(text, text.substr(0, beginning).find('\0'), file); // the other bytes are looked at later
     DelimitedFormat format;
     if (text.starts_with("\xEF\xBB\xBF")) format.begin = 3;
@@ -175,10 +179,11 @@ DelimitedFormat findFormat(std::string_view text, const ReadOptions& options, co
     format.header = std::move(first.cells);
     format.caseNames = format.columns > 1 && format.header.front().empty();
     if (format.columns > 1) skipBlankLines(text, format);
-    if (format.begin >= format.end)
+    if (format.begin >= format.end) {
         throw DataError(file, format.firstLine, 0,
                         "there are no cases below the line of variable names; add them, or read the file "
                         "without a header");
+    }
     return format;
 }
 

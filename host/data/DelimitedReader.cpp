@@ -34,20 +34,22 @@ public:
         table_.text = file.view().substr(0, format.end);
         threads_ = threadsFor(tuning, format.end);
         first_ = format.caseNames ? 1 : 0;
-        if (format.columns - first_ > maxVariables)
+        if (format.columns - first_ > maxVariables) {
             throw DataError(name, 1, 0,
                             "the file has " + std::to_string(format.columns - first_) +
                                 " variables; the limit is " + std::to_string(maxVariables) +
                                 ", leave out those that are not needed");
+        }
         table_.names = variableNames(format.header, format.columns, first_, notes_);
         table_.index = indexRows(table_.text, format.begin, format.firstLine, format.dialect.separator,
                                  std::max<std::size_t>(tuning.chunkBytes, 1), file);
         refuseNul(table_.text, table_.index.nul, name);
-        if (table_.index.rowCount > tuning.maxCases)
+        if (table_.index.rowCount > tuning.maxCases) {
             throw DataError(name, 0, 0,
                             "the file has " + std::to_string(table_.index.rowCount) +
                                 " cases; the limit is " + std::to_string(tuning.maxCases) +
                                 ", split the file");
+        }
     }
 
     DataSet run() {
@@ -89,9 +91,10 @@ private:
             file_.release(chunk.begin, chunk.end);
         });
         tallies_.resize(columns_.size());
-        for (const ChunkCells& chunk : chunks)
+        for (const ChunkCells& chunk : chunks) {
             for (std::size_t i = 0; i < tallies_.size(); ++i)
                 tallies_[i].append(chunk.tallies[i]);
+        }
         closeGaps(chunks);
     }
 
@@ -101,9 +104,10 @@ private:
         for (std::size_t i = 0; i < chunks.size(); ++i) {
             RowChunk& chunk = table_.index.chunks[i];
             const auto bytes = static_cast<std::size_t>(chunks[i].rows) * sizeof(double);
-            if (rows != chunk.firstRow)
+            if (rows != chunk.firstRow) {
                 for (Column& column : columns_)
                     std::memmove(column.data() + rows, column.data() + chunk.firstRow, bytes);
+            }
             chunk.firstRow = rows;
             chunk.rowCount = chunks[i].rows;
             rows += chunks[i].rows;
@@ -135,9 +139,10 @@ private:
         const bool suspect = table_.format.columns == 1 && !table_.format.header.empty() &&
                              tallies_[0].count[ColumnTally::Text] == table_.index.rowCount &&
                              table_.format.header.front().find_first_of(" \t") != std::string::npos;
-        if (suspect)
+        if (suspect) {
             notes_.push_back("the file has a single column, '" + table_.names[0] +
                              "'; if blanks separate its cells, save it with commas, semicolons or tabs");
+        }
     }
 
     /** Names that only repeat the number of the case are not worth their memory. */

@@ -159,14 +159,16 @@ private:
     }
 
     void checkQuotes(const RawCell& cell, const char* p, std::size_t column) const {
-        if (cell.fault == CellFault::OpenQuote)
+        if (cell.fault == CellFault::OpenQuote) {
             fail(p, column,
                  "the quotation mark that opens this cell is never closed; close it, or double it if it "
                  "belongs to the text");
-        if (cell.fault == CellFault::TextAfterQuote)
+        }
+        if (cell.fault == CellFault::TextAfterQuote) {
             fail(p, column,
                  "there is text behind the closing quotation mark; double the quotation marks inside the "
                  "cell");
+        }
     }
 
     [[noreturn]] void fail(const char* p, std::size_t column, const std::string& what) const {
@@ -187,14 +189,15 @@ private:
         const char* const where = table_.format.header.empty() ? "the first row" : "the header";
         std::string what = std::to_string(cells) + (cells == 1 ? " cell where " : " cells where ") + where +
                            " has " + std::to_string(expected) + "; ";
-        if (cells < expected)
+        if (cells < expected) {
             what += "add the missing ones (a missing value may be left empty)";
-        else if (separator_ == ',')
+        } else if (separator_ == ',') {
             what += "put a cell that contains a comma in quotes, or separate the cells with semicolons if "
                     "the comma is "
                     "the decimal mark";
-        else
+        } else {
             what += "put a cell that contains the separator in quotes";
+        }
         throw DataError(table_.file, table_.index.lineOf(table_.text, rowBegin),
                         static_cast<std::int64_t>(std::min(cells, expected + 1)), what);
     }
@@ -242,19 +245,21 @@ VariableKind decideKind(const DelimitedTable& table, std::size_t column0, const 
         if (count[ColumnTally::TooBig] > 0) return VariableKind::Text;
         if (count[ColumnTally::Date] == 0)
             return count[ColumnTally::BadDate] > 0 ? VariableKind::Text : VariableKind::Number;
-        if (count[ColumnTally::BadDate] > 0)
+        if (count[ColumnTally::BadDate] > 0) {
             throw table.cellError(first[ColumnTally::BadDate], column0,
                                   cell(first[ColumnTally::BadDate]) +
                                       " is no day of the calendar; correct the date or leave the cell empty");
+        }
         return VariableKind::Date;
     }
     if (count[ColumnTally::Date] + count[ColumnTally::BadDate] > 0) return VariableKind::Text;
-    if (count[ColumnTally::TooBig] > 0)
+    if (count[ColumnTally::TooBig] > 0) {
         throw table.cellError(
             first[ColumnTally::TooBig], column0,
             cell(first[ColumnTally::TooBig]) +
                 " is infinite or above the greatest number (about 1.8e308); correct it or leave the "
                 "cell empty");
+    }
     if (count[ColumnTally::Comma] > 0 && count[ColumnTally::Point] > 0) {
         const bool pointLater = first[ColumnTally::Point] > first[ColumnTally::Comma];
         const std::size_t later = first[pointLater ? ColumnTally::Point : ColumnTally::Comma];

@@ -37,10 +37,11 @@ public:
 
     DistinctValues labelled(const Variable& variable) {
         for (DistinctValue& each : found_.values) {
-            if (const auto label = variable.labelOf(each.value))
+            if (const auto label = variable.labelOf(each.value)) {
                 each.label = *label;
-            else if (variable.kind == VariableKind::Date)
+            } else if (variable.kind == VariableKind::Date) {
                 each.label = isoDateText(each.value);
+            }
         }
         return std::move(found_);
     }

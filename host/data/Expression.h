@@ -49,6 +49,8 @@ public:
     Expression(std::string_view text, const DataSet& data, std::span<const NamedInput> inputs = {});
     Expression(Expression&&) noexcept;
     Expression& operator=(Expression&&) noexcept;
+    Expression(const Expression&) = delete;
+    Expression& operator=(const Expression&) = delete;
     ~Expression();
 
     const std::string& text() const;

@@ -31,10 +31,11 @@ public:
     ExpressionFormula run() {
         if (tokens_.size() == 1) fail(0, "the expression is empty");
         for (; now().kind != TokenKind::End; ++at_) {
-            if (operandDue_)
+            if (operandDue_) {
                 takeOperand();
-            else
+            } else {
                 takeOperator();
+            }
         }
         if (operandDue_)
             fail(now().position, "the expression breaks off; a variable, a number or ( should follow");
@@ -119,9 +120,10 @@ private:
         case TokenKind::Operator:
             return emit(token.text == "/" ? "div" : token.text == "^" ? "pow" : std::string_view(token.text));
         case TokenKind::Comma:
-            if (level.function == nullptr)
+            if (level.function == nullptr) {
                 fail(token.position,
                      "a comma separates arguments of functions only; write numbers with a decimal point");
+            }
             ++level.arguments;
             level.compared = false;
             return emit(",");
@@ -163,11 +165,12 @@ private:
             if (equalIgnoringCase(each.name, name.text)) function = &each;
             names.push_back(each.name);
         }
-        if (function == nullptr)
+        if (function == nullptr) {
             fail(name.position, std::string("there is no function '")
                                     .append(name.text)
                                     .append("'")
                                     .append(didYouMean(nearestOf(name.text, names, 3))));
+        }
         emit(std::string(function->symbol).append("(")); // without a blank, which hides the function
         ++at_;
         levels_.push_back({function, name.position});

@@ -58,14 +58,15 @@ public:
                 return std::move(tokens_);
             }
             const char c = text_[at_];
-            if (isDigit(c) || (c == '.' && at_ + 1 < text_.size() && isDigit(text_[at_ + 1])))
+            if (isDigit(c) || (c == '.' && at_ + 1 < text_.size() && isDigit(text_[at_ + 1]))) {
                 readNumberOrDate(token);
-            else if (beginsName(c))
+            } else if (beginsName(c)) {
                 readName(token);
-            else if (c == '"' || c == '\'' || c == '`')
+            } else if (c == '"' || c == '\'' || c == '`') {
                 readQuoted(token);
-            else
+            } else {
                 readSign(token);
+            }
             tokens_.push_back(std::move(token));
         }
     }
@@ -95,9 +96,10 @@ private:
         const NumberText number = readNumber(text_.substr(at_, end - at_));
         if (number.form == NumberForm::TooBig) fail("this number is too big");
         if (number.form == NumberForm::None) fail("this is no number");
-        if (end < text_.size() && continuesName(text_[end]))
+        if (end < text_.size() && continuesName(text_[end])) {
             fail("a number and a name run together; put a sign such as * between them, or the name in "
                  "backquotes (`...`)");
+        }
         token.kind = TokenKind::Number;
         token.value = number.value;
         at_ = end;

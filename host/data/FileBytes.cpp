@@ -17,10 +17,14 @@ namespace {
 
 /** Closes a file descriptor at the end of a scope. */
 struct Descriptor {
-    int number;
+    explicit Descriptor(int opened) : number(opened) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
     ~Descriptor() {
         if (number >= 0) close(number);
     }
+
+    const int number;
 };
 
 [[noreturn]] void refuse(const std::string& name, int error) {

@@ -40,11 +40,12 @@ void refuseOtherFormats(std::string_view text, const std::filesystem::path& path
     for (const OtherFormat& format : otherFormats) {
         const bool byContent = !format.magic.empty() && text.starts_with(format.magic);
         const bool byEnding = !format.ending.empty() && equalIgnoringCase(ending, format.ending);
-        if (byContent || byEnding)
+        if (byContent || byEnding) {
             throw DataError(
                 path.string(), 0, 0,
                 "this is " + std::string(format.name) +
                     ", which cannot be read; save the data as text with commas, semicolons or tabs (.csv)");
+        }
     }
 }
 

@@ -21,9 +21,10 @@ std::int64_t countBetween(const char* p, const char* end) {
     while (end - p >= lanes) {
         std::array<unsigned char, lanes> sums{};
         const std::ptrdiff_t rounds = std::min<std::ptrdiff_t>((end - p) / lanes, 255);
-        for (std::ptrdiff_t round = 0; round < rounds; ++round, p += lanes)
+        for (std::ptrdiff_t round = 0; round < rounds; ++round, p += lanes) {
             for (std::size_t lane = 0; lane < sums.size(); ++lane)
                 sums[lane] = static_cast<unsigned char>(sums[lane] + (p[lane] == '\n' ? 1 : 0));
+        }
         for (const unsigned char sum : sums)
             count += sum;
     }
@@ -44,8 +45,8 @@ public:
 
     RowIndex run(const FileBytes& file) {
         // Blocks that stay in the processor's cache while they are looked through several times.
-        constexpr std::ptrdiff_t blockBytes = 256 * 1024;
-        constexpr std::ptrdiff_t releaseBytes = 8 * 1024 * 1024;
+        constexpr std::ptrdiff_t blockBytes = std::ptrdiff_t{256} << 10;
+        constexpr std::ptrdiff_t releaseBytes = std::ptrdiff_t{8} << 20;
         const char* p = start_;
         const char* released = start_;
         while (p < end_) {

@@ -79,9 +79,10 @@ std::vector<std::vector<double>> mergeTexts(const std::vector<LocalTexts*>& chun
     std::vector<std::string> all;
     {
         std::unordered_map<std::string_view, bool> seen;
-        for (const LocalTexts* chunk : chunks)
+        for (const LocalTexts* chunk : chunks) {
             for (const std::string_view text : chunk->texts)
                 if (seen.emplace(text, true).second) all.push_back(toUtf8(text));
+        }
     }
     std::sort(all.begin(), all.end(), before);
     all.erase(std::unique(all.begin(), all.end()), all.end());
@@ -139,6 +140,7 @@ void readTextColumns(const DelimitedTable& table, const FileBytes& file, unsigne
 
     for (std::size_t place = 0; place < columns.size(); ++place) {
         std::vector<LocalTexts*> texts;
+        texts.reserve(locals.size());
         for (std::vector<LocalTexts>& local : locals)
             texts.push_back(&local[place]);
         const auto codes = mergeTexts(texts, columns[place].labels);

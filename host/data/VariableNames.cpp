@@ -30,12 +30,23 @@ std::vector<std::string> variableNames(const std::vector<std::string>& header, s
             for (std::size_t suffix = 2; taken.contains(name) || used.contains(name); ++suffix)
                 name = std::string(base).append("_").append(std::to_string(suffix));
             used.insert(name);
-            if (!names[i].empty())
-                notes.push_back("the name '" + base + "' stands twice in the header; variable " + number +
-                                " is called '" + name + "'");
+            if (!names[i].empty()) {
+                notes.emplace_back("the name '")
+                    .append(base)
+                    .append("' stands twice in the header; variable ")
+                    .append(number)
+                    .append(" is called '")
+                    .append(name)
+                    .append("'");
+            }
         }
-        if (names[i].empty() && !header.empty())
-            notes.push_back("variable " + number + " has no name in the header; it is called '" + name + "'");
+        if (names[i].empty() && !header.empty()) {
+            notes.emplace_back("variable ")
+                .append(number)
+                .append(" has no name in the header; it is called '")
+                .append(name)
+                .append("'");
+        }
         names[i] = name;
     }
     return names;

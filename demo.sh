@@ -9,9 +9,11 @@ scripts/build.sh release korvana OZMSurvival
 
 korvana=(build/release/bin/korvana kaplan-meier examples/data/leukaemia-6mp.csv
   --time weeks --censor relapse --complete 1 --censored 0 --select "group = '6-MP'")
-printf '\n$'
-printf ' %q' "${korvana[@]}"
-printf '\n\n'
+shown='$'
+for word in "${korvana[@]}"; do
+  if [[ $word == *[[:space:]]* ]]; then shown+=" \"$word\""; else shown+=" $word"; fi
+done
+printf '\n%s\n\n' "$shown"
 "${korvana[@]}"
 
 rm -rf demo-results

@@ -19,7 +19,8 @@ started=$SECONDS
 echo "building ($preset) ..."
 if ! { cmake --preset "$preset" "${options[@]}" &&
        cmake --build --preset "$preset" -j "$(nproc)" "${targets[@]}"; } >"$log" 2>&1; then
-  tail -n 60 "$log" >&2
+  # From the first failure on; a configuration that failed has its reason at the end.
+  if grep -q '^FAILED:' "$log"; then sed -n '/^FAILED:/,$p' "$log" | head -n 60; else tail -n 40 "$log"; fi >&2
   echo "the build ($preset) failed; all of its output: $PWD/$log" >&2
   exit 1
 fi

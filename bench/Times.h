@@ -1,0 +1,41 @@
+#pragma once
+// Survival times for the benchmarks and the files they are written to: the same for everybody, since the
+// generator and what is made of it are fixed by the standard.
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <random>
+
+namespace korvana::bench {
+
+enum class Kind : std::uint8_t {
+    Continuous, ///< exponential with mean 100, practically without ties
+    Ties,       ///< whole numbers from 1 to 1000, equally frequent
+};
+
+struct Case {
+    double time;
+    bool event; ///< false in about 30 of 100 cases
+};
+
+/// Cases one after the other, the same sequence for the same kind.
+class Times {
+public:
+    explicit Times(Kind kind) : kind_(kind) {}
+
+    Case next() {
+        const double time = kind_ == Kind::Continuous ? -100.0 * std::log(unit())
+                                                      : static_cast<double>(1 + generator_() % 1000);
+        return {time, unit() >= 0.3};
+    }
+
+private:
+    /// Strictly between 0 and 1.
+    double unit() { return (static_cast<double>(generator_() >> 11) + 0.5) * 0x1p-53; }
+
+    Kind kind_;
+    std::mt19937_64 generator_{19580601};
+};
+
+} // namespace korvana::bench

@@ -1,0 +1,88 @@
+#include "host/session/InitFile.h"
+
+#include "host/session/SessionServices.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace korvana {
+namespace {
+
+TEST(InitFileTest, ReadsSectionsKeywordsAndOddities) {
+    const InitFile file = InitFile::parse("\xEF\xBB\xBFstray=1\r\n; comment=2\r\n[ Expressions ]\r\n"
+                                          "cov1 = log(T_) * x = 3 \r\n\r\n#cov2=no\r\nCOV2=\r\nno keyword\r\n"
+                                          "cov1=second\r\n[other]\r\ncov3=9\r\n[broken\r\ncov4=4");
+    EXPECT_EQ(file.value("expressions", "COV1"), "log(T_) * x = 3");
+    EXPECT_EQ(file.value("Expressions", "cov2"), "");
+    EXPECT_FALSE(file.value("Expressions", "cov3"));
+    EXPECT_FALSE(file.value("none", "cov1"));
+    EXPECT_EQ(file.keywords("EXPRESSIONS"), (std::vector<std::string>{"cov1", "COV2"}));
+    EXPECT_EQ(file.keywords("other"), (std::vector<std::string>{"cov3", "cov4"}));
+    EXPECT_FALSE(file.hasSection("stray"));
+}
+
+TEST(InitFileTest, WritingKeepsTheOtherLines) {
+    const std::string before = "; mine\n[a]\nx=1\n\n[b]\ny=2\n";
+    InitFile file = InitFile::parse(before);
+    EXPECT_EQ(file.text(), before);
+    EXPECT_TRUE(file.put("A", "X", "new"));
+    EXPECT_TRUE(file.put("a", "z", "ä = b"));
+    EXPECT_TRUE(file.put("c", "k", "v"));
+    EXPECT_EQ(file.text(), "; mine\n[a]\nX=new\nz=ä = b\n\n[b]\ny=2\n[c]\nk=v\n");
+    EXPECT_EQ(InitFile::parse(file.text()).value("a", "z"), "ä = b");
+
+    InitFile dos = InitFile::parse("\xEF\xBB\xBF[a]\r\nx=1");
+    EXPECT_TRUE(dos.put("a", "x", "2"));
+    EXPECT_EQ(dos.text(), "\xEF\xBB\xBF[a]\r\nx=2\r\n");
+}
+
+TEST(InitFileTest, WhatCannotStandInTheFileIsRefused) {
+    InitFile file;
+    EXPECT_FALSE(file.put("", "k", "v"));
+    EXPECT_FALSE(file.put("s]", "k", "v"));
+    EXPECT_FALSE(file.put("s", " ", "v"));
+    for (const char* keyword : {"k=", ";k", "#k", "[k", "k\nk"})
+        EXPECT_FALSE(file.put("s", keyword, "v")) << keyword;
+    EXPECT_FALSE(file.put("s", "k", "v\n[t]"));
+    EXPECT_EQ(file.text(), "");
+}
+
+struct FilesTest : ::testing::Test {
+    FilesTest() { std::filesystem::create_directory(folder); }
+    ~FilesTest() override { std::filesystem::remove_all(folder); }
+    const std::filesystem::path folder =
+        std::filesystem::temp_directory_path() / ("korvana-init-" + std::to_string(getpid()));
+    SessionParts parts;
+    SessionFiles files{parts};
+};
+
+TEST_F(FilesTest, TheServiceReadsWhatItWrote) {
+    const std::string path = folder / "e.ini";
+    std::string value = "kept";
+    std::vector<std::string> keywords{"old"};
+    EXPECT_FALSE(files.GetInitKeywordPrivate(path, "Expressions", "a", value));
+    EXPECT_EQ(value, "kept");
+    EXPECT_FALSE(files.EnumPrivateKeywords(path, "Expressions", keywords));
+    EXPECT_TRUE(keywords.empty());
+
+    EXPECT_TRUE(files.PutInitKeywordPrivate(path, "Expressions", "b", "2"));
+    EXPECT_TRUE(files.PutInitKeywordPrivate(path, "Expressions", "a", "1"));
+    EXPECT_TRUE(files.PutInitKeywordPrivate(path, "Expressions", "B", "3"));
+    EXPECT_TRUE(files.GetInitKeywordPrivate(path, "expressions", "b", value));
+    EXPECT_EQ(value, "3");
+    EXPECT_TRUE(files.EnumPrivateKeywords(path, "Expressions", keywords));
+    EXPECT_EQ(keywords, (std::vector<std::string>{"B", "a"}));
+    EXPECT_FALSE(files.EnumPrivateKeywords(path, "Other", keywords));
+}
+
+TEST_F(FilesTest, AFailureToWriteIsReported) {
+    EXPECT_FALSE(files.PutInitKeywordPrivate(folder / "none" / "e.ini", "s", "k", "v"));
+    ASSERT_EQ(parts.book.messages.size(), 1U);
+    EXPECT_NE(parts.book.messages[0].text.find("e.ini"), std::string::npos);
+    EXPECT_FALSE(files.PutInitKeywordPrivate(folder, "s", "k", "v")) << "a folder is no file";
+}
+
+} // namespace
+} // namespace korvana

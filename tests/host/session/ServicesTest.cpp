@@ -1,0 +1,268 @@
+#include "host/session/SessionServices.h"
+
+#include "tests/host/session/TinyAnalysis.h"
+
+#include <gtest/gtest.h>
+
+namespace korvana {
+namespace {
+
+struct ServicesTest : ::testing::Test {
+    ServicesTest() {
+        DataSet data = tiny::DataOf({{1, NAN, 3, 3}, {2, 2, -9, 1}});
+        data.variable(1).missingCode = -9;
+        data.variable(1).label = "Second";
+        data.variable(1).valueLabels = {{1, "alive"}, {2, "dead"}};
+        parts.data.open(std::move(data));
+    }
+    SessionParts parts;
+    SessionServices host{parts, {}};
+};
+
+TEST_F(ServicesTest, CasesComeSelectedAndBounded) {
+    double values[2] = {-1, -1};
+    const int both[] = {2, 1};
+    EXPECT_EQ(host.Data().cstart(1, values, both), ozm::UseCase);
+    EXPECT_EQ(values[0], 2.0);
+    EXPECT_EQ(values[1], 1.0);
+    host.Data().cstart(2, values, both);
+    EXPECT_TRUE(std::isnan(values[1]));
+    host.Data().cstart(3, values, both);
+    EXPECT_EQ(values[0], -9.0) << "the missing code is the reader's to judge";
+
+    for (const int wrong : {0, -1, 5, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()})
+        EXPECT_EQ(host.Data().cstart(wrong, values, both), ozm::StopReading) << wrong;
+    for (const int wrong : {0, -7, 3, std::numeric_limits<int>::max()}) {
+        const int list[] = {wrong};
+        EXPECT_EQ(host.Data().cstart(1, values, list), ozm::StopReading) << wrong;
+        double code = 0;
+        EXPECT_NE(host.Data().getmd5(wrong, code), 0);
+        EXPECT_TRUE(std::isnan(code));
+        std::string name = "kept";
+        EXPECT_NE(host.Variables().getvn5(wrong, name), 0);
+        EXPECT_EQ(host.Variables().VariableLabel(wrong), "");
+    }
+    double code = 0;
+    EXPECT_EQ(host.Data().getmd5(2, code), 0);
+    EXPECT_EQ(code, -9.0);
+
+    parts.data.select("x1 = 3");
+    values[0] = 77;
+    EXPECT_EQ(host.Data().cstart(1, values, both), ozm::SkipCase);
+    EXPECT_EQ(values[0], 77.0) << "untouched";
+    EXPECT_EQ(host.Data().cstart(4, values, both), ozm::UseCase);
+    EXPECT_THROW(parts.data.select("x1 ="), std::exception);
+    EXPECT_EQ(parts.data.selectedCount(), 2) << "the selection before stays";
+    EXPECT_EQ(host.Data().ss_nb(), 4);
+}
+
+TEST_F(ServicesTest, VariablesLabelsAndCodes) {
+    ozm::VariableService& variables = host.Variables();
+    EXPECT_EQ(variables.FindVariable("X2"), 2);
+    EXPECT_EQ(variables.FindVariable("2"), 2);
+    EXPECT_EQ(variables.FindVariable("none"), 0);
+    std::string text = "dead";
+    double value = 0;
+    EXPECT_EQ(variables.vvlcod8(2, ozm::LabelLookup::CodeOfText, text, value), 1);
+    EXPECT_EQ(value, 2.0);
+    value = 1;
+    EXPECT_EQ(variables.vvlcod8(2, ozm::LabelLookup::TextOfCode, text, value), 1);
+    EXPECT_EQ(text, "alive");
+    value = 5;
+    EXPECT_EQ(variables.vvlcod8(2, ozm::LabelLookup::TextOfCode, text, value), 0);
+    EXPECT_EQ(text, "alive") << "untouched";
+
+    std::vector<ozm::CodeCount> codes;
+    EXPECT_EQ(variables.ReadDataToGetDefaultCodes(2, {}, codes), 2);
+    ASSERT_EQ(codes.size(), 2U);
+    EXPECT_EQ(codes[1].text, "dead");
+    EXPECT_EQ(codes[1].cases, 2);
+    EXPECT_EQ(variables.ReadDataToGetDefaultCodes(2, {1}, codes), 2) << "counts what it does not gather";
+    ASSERT_EQ(codes.size(), 1U);
+    EXPECT_EQ(codes[0].text, "alive");
+    parts.data.select("x2 = 2");
+    EXPECT_EQ(variables.ReadDataToGetDefaultCodes(2, {}, codes), 1);
+    EXPECT_LT(variables.ReadDataToGetDefaultCodes(9, {}, codes), 0);
+}
+
+struct ReportTest : ServicesTest {
+    std::string written() {
+        report.type();
+        const auto* last = std::get_if<Report>(&parts.book.outputs.back());
+        std::string text = last->title + "|";
+        for (const std::string& line : last->lines)
+            text += line + "|";
+        return text;
+    }
+    ozm::ReportService& report = host.Report();
+};
+
+TEST_F(ReportTest, LinesTitlesAndPositions) {
+    report.prttop();
+    report.newline(2);
+    report.writst(5, "TitleXX");
+    report.newline(2);
+    report.writst(99, "a");
+    report.writch('b');
+    report.newline(0);
+    report.writst(-1, "never");
+    report.writst(1, "c   ");
+    report.newline(1);
+    EXPECT_EQ(written(), "Title||abc|");
+
+    report.prttop();
+    report.cupst(3, 4, 1, "x");
+    report.cupst(1, 1, 0, "Head");
+    report.cup(3, 2);
+    report.writst(1, "y");
+    report.writst(3, "zzz");
+    report.newline(1);
+    report.writst(3, "end");
+    EXPECT_EQ(written(), "Head|| yzzz|end|");
+}
+
+TEST_F(ReportTest, PositionsCountCharacters) {
+    report.cupst(1, 1, 0, "Überschrift");
+    report.cup(1, 2);
+    report.writst(1, "Ü");
+    report.cup(1, 12);
+    report.writst(2, "äöü");
+    EXPECT_EQ(written(), "ÜÜerschriftäö|");
+}
+
+TEST_F(ReportTest, NothingWrittenAndWildPositions) {
+    report.type();
+    report.prttop();
+    report.newline(3);
+    report.writst(2, "  ");
+    report.type();
+    EXPECT_TRUE(parts.book.outputs.empty());
+    for (const int wild : {std::numeric_limits<int>::max(), std::numeric_limits<int>::min(), 0}) {
+        report.cup(wild, 1);
+        report.cup(1, wild);
+        report.cupst(1, 1, 0, "t");
+        if (wild > 0) report.newline(wild);
+    }
+    EXPECT_EQ(written(), "t|");
+    report.writst(4, "left");
+    report.prttop();
+    EXPECT_EQ(parts.book.outputs.size(), 2U) << "opening a block closes the one before";
+}
+
+TEST_F(ServicesTest, SheetsAndChartsOfWrongShapeAreRefused) {
+    const double three[] = {1, NAN, 1.0 / 3};
+    const std::string texts[] = {"a", "b"};
+    ozm::SheetSpec sheet;
+    EXPECT_NE(host.Sheets().looka4(sheet), 0);
+    EXPECT_NE(host.Sheets().RenameColumn(0, "a", "b"), 0);
+    sheet.columns.push_back({"c", "", ozm::CellFormat::fixed(1), std::span<const double>(three)});
+    sheet.columns.push_back({"d", "", {}, std::span<const std::string>(texts)});
+    EXPECT_NE(host.Sheets().looka4(sheet), 0);
+    sheet.columns.pop_back();
+    sheet.rowHeadings = {"only one"};
+    EXPECT_NE(host.Sheets().table4(sheet), 0);
+    sheet.rowHeadings.clear();
+    EXPECT_EQ(host.Sheets().table4(sheet), 0);
+    EXPECT_EQ(host.Sheets().looka4(sheet), 0);
+    ASSERT_EQ(parts.book.outputs.size(), 2U);
+    EXPECT_EQ(std::get<Spreadsheet>(parts.book.outputs[0]).cellText(2, 0), "0.333333");
+    EXPECT_EQ(std::get<Spreadsheet>(parts.book.outputs[1]).cellText(2, 0), "0.3");
+    EXPECT_NE(host.Sheets().RenameColumn(1, "a", "b"), 0);
+    EXPECT_NE(host.Sheets().RenameColumn(-1, "a", "b"), 0);
+
+    ozm::CChartInfo chart;
+    EXPECT_NE(host.Charts().NewGeneralMultipleChartLongEx(chart), 0);
+    chart.series.emplace_back().x = {1, 2};
+    chart.series.back().y = {1};
+    EXPECT_NE(host.Charts().NewGeneralMultipleChartLongEx(chart), 0);
+    host.Charts().c_gr0(chart);
+    EXPECT_TRUE(chart.series.empty());
+    const float x[] = {1, 2};
+    EXPECT_NE(host.Charts().MakeScatterplot(x, std::span(x).first(1), "t", "x", "y"), 0);
+    EXPECT_EQ(host.Charts().MakeScatterplot(x, x, "t", "x", "y"), 0);
+    EXPECT_EQ(std::get<Chart>(parts.book.outputs.back()).info.series[0].x, (std::vector<double>{1, 2}));
+}
+
+TEST_F(ServicesTest, StopRequests) {
+    struct Breathing final : SessionObserver {
+        void breathe() override { ++breaths; }
+        int breaths = 0;
+    } window;
+    parts.observers.add(window);
+    ozm::ProgressService& progress = host.Progress();
+    EXPECT_FALSE(progress.pcancel() || progress.IsExternallyCancelled() ||
+                 progress.Iterations().WasCanceled());
+    parts.signals->askForBreath();
+    EXPECT_FALSE(progress.pcancel());
+    EXPECT_FALSE(progress.pcancel());
+    EXPECT_EQ(window.breaths, 1);
+    parts.signals->cancel();
+    EXPECT_FALSE(progress.IsExternallyCancelled());
+    EXPECT_TRUE(progress.pcancel());
+    EXPECT_FALSE(progress.pcancel()) << "one Cancel stops one computation";
+    parts.signals->requestStop();
+    EXPECT_FALSE(progress.pcancel());
+    EXPECT_TRUE(progress.IsExternallyCancelled());
+    EXPECT_TRUE(progress.IsExternallyCancelled());
+}
+
+TEST_F(ServicesTest, FormulasTakeValuesByAscendingReference) {
+    ozm::ExpressionService& formulas = host.Expressions();
+    std::unique_ptr<ozm::CompiledExpression> compiled;
+    std::string error;
+    const std::string extra[] = {"T_"};
+    ASSERT_EQ(formulas.COMP("T_ * 100 + x2 * 10 + x1", extra, compiled, error), 0) << error;
+    const auto references = compiled->References();
+    EXPECT_EQ(std::vector<int>(references.begin(), references.end()), (std::vector<int>{1, 2, 3}));
+    double result = 0;
+    EXPECT_EQ(formulas.RunSpreadsheetFormula(std::vector<double>{1, 2, 3}, *compiled, result), 0);
+    EXPECT_EQ(result, 321.0);
+    EXPECT_NE(formulas.RunSpreadsheetFormula(std::vector<double>{1, -9, 3}, *compiled, result), 0)
+        << "-9 is no value of x2";
+    EXPECT_EQ(result, 0.0);
+    EXPECT_EQ(formulas.RunSpreadsheetFormula(std::vector<double>{-9, 2, 3}, *compiled, result), 0);
+    EXPECT_NE(formulas.RunSpreadsheetFormula(std::vector<double>{1, 2}, *compiled, result), 0);
+
+    EXPECT_NE(formulas.COMP("x1 + nobody", {}, compiled, error), 0);
+    EXPECT_EQ(compiled, nullptr);
+    EXPECT_NE(error.find("nobody"), std::string::npos) << error;
+
+    struct Stranger final : ozm::CompiledExpression {
+        std::span<const int> References() const override { return {}; }
+    } stranger;
+    EXPECT_NE(formulas.RunSpreadsheetFormula({}, stranger, result), 0);
+}
+
+TEST_F(ServicesTest, MemoryIsCounted) {
+    void* first = nullptr;
+    void* second = nullptr;
+    ASSERT_TRUE(host.Memory().AllocMem(first, 0));
+    ASSERT_TRUE(host.Memory().AllocMem(second, 1000));
+    EXPECT_NE(first, nullptr);
+    EXPECT_EQ(host.memory().outstanding(), 2U);
+    host.Memory().FreeMem(nullptr);
+    host.Memory().FreeMem(first);
+    host.Memory().FreeMem(second);
+    EXPECT_EQ(host.memory().outstanding(), 0U);
+}
+
+TEST_F(ServicesTest, StartValuesStayWhenCancelled) {
+    struct Editor final : FrontEnd {
+        bool editStartValues(std::span<const std::string>, std::span<double> values) override {
+            values[0] = 5;
+            return accept;
+        }
+        bool accept = false;
+    } editor;
+    parts.frontEnd = &editor;
+    const std::string names[] = {"b"};
+    double values[] = {1};
+    EXPECT_FALSE(host.Files().GetStartValues(names, values));
+    EXPECT_EQ(values[0], 1.0);
+    editor.accept = true;
+    EXPECT_TRUE(host.Files().GetStartValues(names, values));
+    EXPECT_EQ(values[0], 5.0);
+}
+
+} // namespace
+} // namespace korvana

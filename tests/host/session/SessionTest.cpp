@@ -1,0 +1,275 @@
+#include "host/session/Session.h"
+
+#include "host/session/TypeLibraryText.h"
+#include "tests/host/session/TinyAnalysis.h"
+
+#include <gtest/gtest.h>
+
+namespace korvana {
+namespace {
+
+using List = ozm::AutomationValue::List;
+
+struct Recorder final : SessionObserver {
+    void dialogOpened(ozm::CAnalysisModelessDialog& dialog, int page) override {
+        events.push_back("open " + std::string{dialog.Template().title} + " " + std::to_string(page));
+    }
+    void dialogClosed(ozm::CAnalysisModelessDialog& dialog) override {
+        events.push_back("close " + std::string{dialog.Template().title});
+    }
+    void analysisEnded() override { events.emplace_back("end"); }
+    void outputAdded(const ResultsBook::Output& output) override {
+        events.push_back("output " + std::to_string(output.index()));
+    }
+    void outputChanged(const ResultsBook::Output&) override { events.emplace_back("changed"); }
+    std::vector<std::string> events;
+};
+
+struct SessionTest : ::testing::Test {
+    explicit SessionTest(SessionOptions options = {})
+        : analysis(new tiny::Sums), session(Analysis(analysis), options) {
+        session.data().open(tiny::DataOf({{1, 2, 4}, {NAN, NAN, NAN}}));
+        session.addObserver(recorder);
+    }
+    void call(const char* action) {
+        ASSERT_TRUE(session.currentDialog()) << action;
+        session.currentDialog()->Call(action);
+        session.pump();
+    }
+    void specify(int variable) {
+        const auto put = session.currentDialog()->Put("Variables", List{List{variable}});
+        ASSERT_TRUE(put.ok) << put.detail;
+        call("OK");
+    }
+    std::string lastMessage() {
+        return session.book().messages.empty() ? "" : session.book().messages.back().text;
+    }
+
+    tiny::Sums* analysis;
+    Recorder recorder;
+    Session session;
+};
+
+TEST_F(SessionTest, RunsFromStartToResultsAndBack) {
+    session.start();
+    EXPECT_EQ(session.currentInterface(), "TinySpecify");
+    specify(1);
+    EXPECT_EQ(session.currentInterface(), "TinyResults");
+    EXPECT_EQ(session.step(), tiny::Results);
+    call("Write");
+    call("Cancel");
+    EXPECT_EQ(session.step(), tiny::Specify);
+    call("Cancel");
+    EXPECT_FALSE(session.isActive());
+    const std::vector<std::string> expected{"open Specify sums 0",
+                                            "close Specify sums",
+                                            "open Sums 0",
+                                            "output 0",
+                                            "output 1",
+                                            "changed",
+                                            "output 2",
+                                            "close Sums",
+                                            "open Specify sums 0",
+                                            "close Specify sums",
+                                            "end"};
+    EXPECT_EQ(recorder.events, expected);
+
+    const ResultsBook& book = session.book();
+    EXPECT_EQ(book.analysis, "Tiny Analysis");
+    EXPECT_EQ(book.source, "tiny.csv");
+    ASSERT_EQ(book.outputs.size(), 3U);
+    EXPECT_EQ(std::get<Report>(book.outputs[0]).title, "Sum");
+    EXPECT_EQ(std::get<Report>(book.outputs[0]).lines, std::vector<std::string>{"7.000000"});
+    const auto& sheet = std::get<Spreadsheet>(book.outputs[1]);
+    EXPECT_EQ(sheet.columns[0].heading(), "Total");
+    EXPECT_EQ(sheet.cellText(0, 0), "7.00");
+}
+
+TEST_F(SessionTest, ARefusalStaysInItsDialogAndTellsWhy) {
+    session.start();
+    specify(2);
+    EXPECT_EQ(session.currentInterface(), "TinySpecify");
+    ASSERT_EQ(session.book().messages.size(), 1U);
+    EXPECT_EQ(session.book().messages[0].id, 8);
+    EXPECT_EQ(session.book().messages[0].text, "No case has a value.");
+    EXPECT_EQ(session.book().messages[0].detail, "Variable 1.");
+    EXPECT_EQ(session.book().messages[0].severity, ResultMessage::Severity::Error);
+    specify(1);
+    const auto thrown = session.currentDialog()->Call("Throw");
+    EXPECT_FALSE(thrown.ok);
+    EXPECT_EQ(thrown.detail, "broken");
+}
+
+TEST_F(SessionTest, AClosedDialogCanStillBeHeld) {
+    session.start();
+    ozm::AutomationObject held = *session.currentDialog();
+    specify(1);
+    EXPECT_EQ(held.Get("Number").detail, "the dialog has been closed");
+    EXPECT_EQ(analysis->dialogsAlive, 1);
+    session.start();
+    EXPECT_EQ(analysis->dialogsAlive, 1) << "those of the run before are gone, the new one is there";
+    EXPECT_EQ(analysis->initialized, 2);
+    EXPECT_TRUE(session.book().outputs.empty());
+}
+
+TEST_F(SessionTest, AnExitIsFollowedOnlyByPump) {
+    session.start();
+    session.currentDialog()->Put("Number", tiny::Results);
+    session.currentDialog()->Call("Leave");
+    EXPECT_FALSE(session.currentDialog()) << "closed, not followed";
+    EXPECT_TRUE(session.isActive());
+    session.pump();
+    EXPECT_EQ(recorder.events.back(), "open Sums 3") << "on the page that the dialog before named";
+    session.pump();
+    EXPECT_EQ(session.currentInterface(), "TinyResults");
+}
+
+TEST_F(SessionTest, StepsThatLeadNowhereEndTheAnalysis) {
+    session.start();
+    session.currentDialog()->Put("Number", 99);
+    call("Leave");
+    EXPECT_FALSE(session.isActive());
+    EXPECT_EQ(lastMessage(), "Step 20 leads to step 99, which the analysis does not have.");
+
+    analysis->prepareAnswers = -1;
+    session.start();
+    EXPECT_EQ(lastMessage(), "Step 10 waits for a dialog that is not there.");
+    analysis->prepareAnswers = tiny::Prepare;
+    session.start();
+    EXPECT_EQ(lastMessage(), "The analysis goes in circles at step 10.");
+    analysis->prepareAnswers = 0;
+    session.start();
+    EXPECT_TRUE(session.book().messages.empty()) << "0 is the orderly end";
+    EXPECT_EQ(recorder.events.back(), "end");
+
+    analysis->prepareAnswers = tiny::Results;
+    session.start();
+    EXPECT_EQ(session.currentInterface(), "TinyResults") << "a row's number wins over the default";
+}
+
+TEST_F(SessionTest, DialogsThatFailToOpenEndTheAnalysis) {
+    analysis->failToOpen = true;
+    session.start();
+    EXPECT_FALSE(session.isActive());
+    EXPECT_EQ(lastMessage(), "The dialog 'Specify sums' could not be opened: no window.");
+    EXPECT_EQ(analysis->dialogsAlive, 0);
+
+    analysis->failToOpen = false;
+    analysis->leaveAtOnce = true;
+    session.start();
+    session.pump();
+    EXPECT_EQ(lastMessage(), "The analysis goes in circles at step 20.");
+
+    analysis->failInStep = true;
+    session.start();
+    EXPECT_EQ(lastMessage(), "Step 20 failed: out of order.");
+}
+
+TEST_F(SessionTest, WhatTheAnalysisHeldIsGivenBackAtTheEnd) {
+    session.start();
+    specify(1);
+    EXPECT_EQ(session.outstandingAllocations(), 1U);
+    session.close();
+    EXPECT_EQ(session.outstandingAllocations(), 0U);
+    EXPECT_FALSE(session.currentDialog());
+    session.start();
+    EXPECT_EQ(lastMessage(), "The analysis has no steps.");
+}
+
+TEST_F(SessionTest, AnotherDataFileForgetsSelectionAndWeights) {
+    session.data().select("x1 > 1");
+    session.data().weightBy("x1");
+    session.start();
+    specify(1);
+    EXPECT_EQ(analysis->sum, 6.0);
+    ASSERT_EQ(session.book().notes.size(), 2U);
+    EXPECT_EQ(session.book().notes[0], "Selected 2 of 3 cases: x1 > 1.");
+    EXPECT_EQ(session.book().notes[1], "Cases weighted by 'x1'.");
+    EXPECT_EQ(analysis->WeightVariable(), 1);
+
+    session.openData(tiny::DataOf({{5}}));
+    EXPECT_EQ(analysis->fileChanges, 1);
+    EXPECT_EQ(analysis->WeightVariable(), 0);
+    EXPECT_TRUE(session.book().notes.empty());
+    call("Cancel");
+    specify(1);
+    EXPECT_EQ(analysis->sum, 5.0);
+}
+
+struct Answers final : FrontEnd {
+    ozm::MessageButton showMessage(const ResultMessage&, ozm::CAnalysisDialog*) override {
+        ++shown;
+        return ozm::ButtonCancel;
+    }
+    bool ask(const ResultMessage& question, ozm::CAnalysisDialog*) override {
+        asked = question.text;
+        return true;
+    }
+    int shown = 0;
+    std::string asked;
+};
+
+TEST(SessionFrontEnd, AnswersWhatTheAnalysisAsks) {
+    Answers answers;
+    Session session(std::make_shared<tiny::Sums>(), {.automation = false, .frontEnd = &answers});
+    auto& host = const_cast<ozm::CAnalysisSupport&>(*session.analysis());
+    EXPECT_FALSE(host.IsOleAutomation());
+    EXPECT_EQ(host.DspMessageBox(ozm::MessageStyle::Warning, nullptr, 8), ozm::ButtonCancel);
+    EXPECT_EQ(host.DspMessageBox(ozm::MessageStyle::YesNo, nullptr, 9), ozm::ButtonYes);
+    EXPECT_EQ(answers.asked, "Again?");
+    EXPECT_EQ(host.DisplayInstQuestion(host.GetLibInstance(), nullptr, 9), ozm::ButtonYes);
+    EXPECT_EQ(answers.shown, 1);
+    EXPECT_EQ(session.book().messages.size(), 1U) << "questions are no messages";
+}
+
+struct RefusingMemory final : SessionMemory {
+    bool AllocMem(void*& memory, std::size_t size) override {
+        memory = nullptr;
+        return !refuse && SessionMemory::AllocMem(memory, size);
+    }
+    bool refuse = true;
+};
+
+TEST(SessionOverrides, AServiceCanBeReplaced) {
+    RefusingMemory memory;
+    SessionOptions options;
+    options.services.memory = &memory;
+    Session session(std::make_shared<tiny::Sums>(), options);
+    session.data().open(tiny::DataOf({{1}}));
+    session.start();
+    session.currentDialog()->Put("Variables", List{List{1}});
+    EXPECT_FALSE(session.currentDialog()->Call("OK").ok);
+    EXPECT_EQ(session.currentInterface(), "TinySpecify");
+    memory.refuse = false;
+    session.currentDialog()->Call("OK");
+    session.pump();
+    EXPECT_EQ(session.currentInterface(), "TinyResults");
+    EXPECT_EQ(memory.outstanding(), 1U);
+    session.close();
+    EXPECT_EQ(memory.outstanding(), 0U);
+}
+
+TEST_F(SessionTest, StopsFromOutsideAndFromTheDisplay) {
+    session.start();
+    session.signals().requestStop();
+    specify(1);
+    EXPECT_EQ(session.currentInterface(), "TinySpecify");
+    call("OK");
+    EXPECT_EQ(session.currentInterface(), "TinySpecify") << "an outside stop holds until it is cleared";
+    session.signals().clear(StopSignals::External);
+    session.signals().cancel();
+    call("OK");
+    EXPECT_EQ(session.currentInterface(), "TinyResults") << "a Cancel before the computation is void";
+}
+
+TEST(TypeLibraryTextTest, ShowsEnumerationsAndMembers) {
+    const std::string text = typeLibraryText(tiny::typeLibrary);
+    EXPECT_NE(text.find("enumeration TinyKind\n  1  tinyOne\n  2  tinyTwo\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("interface TinySpecify : OzmAnalysisDialog  Specifies\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("  Leave      action                      Leaves to step Number\n"),
+              std::string::npos)
+        << text;
+}
+
+} // namespace
+} // namespace korvana

@@ -1,0 +1,211 @@
+#pragma once
+// An analysis of two dialogs, as small as one can be: "Specify" asks for a variable, a number and a switch;
+// its OK sums the variable over the cases and goes on to "Results", whose button writes one of each output.
+
+#include "host/data/DataSet.h"
+#include "support/CAnalysisSupport.h"
+#include "support/dialogs/CAnalysisModelessDialog.h"
+
+#include <cmath>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace tiny {
+
+using namespace ozm;
+
+enum Step { Prepare = 10, Specify = 20, Results = 30 };
+enum Control { Variables = 101, Number = 102, Write = 103, Throw = 104, Ask = 105, Leave = 106 };
+
+inline constexpr RoleTemplate roles[] = {{"Summed", 0, 1, 1}};
+inline constexpr ControlTemplate specifyControls[] = {
+    {ControlOk, ControlKind::PushButton, "OK", {}, 0, -1, {}, {}},
+    {ControlCancel, ControlKind::PushButton, "Cancel", {}, 0, -1, {}, {}},
+    {Variables, ControlKind::VariableSelection, "Variables", {}, 0, 0, roles, {}},
+    {Number, ControlKind::Integer, "Leaves to this step", {}, 0, -1, {}, {}},
+    {Leave, ControlKind::PushButton, "Leave", {}, 0, -1, {}, {}},
+};
+inline constexpr ControlTemplate resultsControls[] = {
+    {ControlCancel, ControlKind::PushButton, "Cancel", {}, 0, -1, {}, {}},
+    {Write, ControlKind::PushButton, "Write", {}, 0, -1, {}, {}},
+    {Throw, ControlKind::PushButton, "Throw", {}, 0, -1, {}, {}},
+    {Ask, ControlKind::PushButton, "Ask", {}, 0, -1, {}, {}},
+};
+inline constexpr DialogTemplate specifyTemplate{1, "Specify sums", {}, specifyControls};
+inline constexpr DialogTemplate resultsTemplate{2, "Sums", {}, resultsControls};
+inline constexpr AutomationMember specifyMembers[] = {
+    {"Variables", MemberKind::Property, MemberType::Variables, Variables, "Variables"},
+    {"Number", MemberKind::Property, MemberType::Integer, Number, "Number"},
+    {"Leave", MemberKind::Action, MemberType::None, Leave, "Leaves to step Number"},
+};
+inline constexpr AutomationMember resultsMembers[] = {
+    {"Write", MemberKind::Action, MemberType::None, Write, "Writes the outputs"},
+    {"Throw", MemberKind::Action, MemberType::None, Throw, "Fails"},
+    {"Ask", MemberKind::Action, MemberType::None, Ask, "Asks a question"},
+};
+inline constexpr std::string_view kinds[] = {"tinyOne", "tinyTwo"};
+inline constexpr AutomationEnumeration enumerations[] = {{"TinyKind", kinds}};
+inline constexpr AutomationInterface interfaces[] = {
+    {"TinySpecify", "CSpecifyDlg", "Specifies", specifyMembers},
+    {"TinyResults", "CResultsDlg", "Shows", resultsMembers},
+};
+inline constexpr TypeLibrary typeLibrary{"Tiny", "A tiny library", enumerations, interfaces};
+inline constexpr StringResource strings[] = {
+    {7, "Tiny Analysis"}, {8, "No case has a value."}, {9, "Again?"}};
+
+class Sums;
+
+class SpecifyDlg final : public CAnalysisModelessDialog {
+public:
+    explicit SpecifyDlg(Sums& analysis);
+    ~SpecifyDlg() override;
+
+private:
+    void OnOpen() override;
+    void OnCommand(int control) override;
+    Sums& tiny_;
+};
+
+class ResultsDlg final : public CAnalysisModelessDialog {
+public:
+    explicit ResultsDlg(Sums& analysis);
+
+private:
+    void OnCommand(int control) override;
+    Sums& tiny_;
+};
+
+class Sums final : public CAnalysisSupport {
+public:
+    Sums() {
+        SetSequenceTable(table);
+        resources_.strings = strings;
+        resources_.typeLibrary = &typeLibrary;
+    }
+    ~Sums() override { FreeMem(held); }
+
+    void Initialize() override { ++initialized; }
+    int InitializeAfterFileChanged() override { return ++fileChanges; }
+    ModuleHandle GetLibInstance() override { return &resources_; }
+    std::string GetAnalysisName() override { return GetResourceString(7); }
+
+    /// The sum over the cases; NaN when there is none. Stopped: infinite.
+    double Sum(int variable) {
+        const int list[] = {variable};
+        double value[1] = {};
+        double total = 0.0;
+        int taken = 0;
+        dstart(static_cast<unsigned>(ss_nb()));
+        for (int i = 1;; ++i) {
+            if (pcancel() || IsExternallyCancelled() || Iterations().WasCanceled()) return INFINITY;
+            const short answer = cstart(i, value, list);
+            if (answer == StopReading) break;
+            if (answer == SkipCase || std::isnan(value[0])) continue;
+            total += value[0];
+            ++taken;
+        }
+        dstop();
+        return taken > 0 ? total : NAN;
+    }
+
+    int initialized = 0;
+    int fileChanges = 0;
+    int dialogsAlive = 0;
+    int prepareAnswers = 1;   ///< 1: no row, so the step that follows by default
+    bool failToOpen = false;  ///< the specification dialog throws while it opens
+    bool leaveAtOnce = false; ///< it names its own step again while it opens
+    bool failInStep = false;
+    void* held = nullptr;
+    double sum = 0.0;
+
+private:
+    static Sums& Of(CAnalysisSupport& analysis) { return static_cast<Sums&>(analysis); }
+    static int DoPrepare(CAnalysisSupport& analysis) { return Of(analysis).prepareAnswers; }
+    static int DoSpecify(CAnalysisSupport& analysis) {
+        if (Of(analysis).failInStep) throw std::runtime_error("out of order");
+        return CAnalysisModelessDialog::CreateAnalysisDialog(std::make_unique<SpecifyDlg>(Of(analysis))) ? -1
+                                                                                                         : 0;
+    }
+    static int DoResults(CAnalysisSupport& analysis) {
+        return CAnalysisModelessDialog::CreateAnalysisDialog(std::make_unique<ResultsDlg>(Of(analysis))) ? -1
+                                                                                                         : 0;
+    }
+    static constexpr SEQFUNCTTBL table[] = {
+        {Prepare, &DoPrepare, Specify}, {Specify, &DoSpecify, 0}, {Results, &DoResults, 0}};
+    ModuleResources resources_;
+};
+
+inline SpecifyDlg::SpecifyDlg(Sums& analysis)
+    : CAnalysisModelessDialog(analysis, specifyTemplate), tiny_(analysis) {
+    AttachAutomation(interfaces[0]);
+    ++tiny_.dialogsAlive;
+}
+inline SpecifyDlg::~SpecifyDlg() {
+    --tiny_.dialogsAlive;
+}
+inline void SpecifyDlg::OnOpen() {
+    if (tiny_.failToOpen) throw std::runtime_error("no window");
+    if (tiny_.leaveAtOnce) ExitDialog(Specify, ExitMode::Forward);
+}
+inline void SpecifyDlg::OnCommand(int control) {
+    if (control == ControlCancel) return ExitDialog(0, ExitMode::Back);
+    if (control == Leave) return ExitDialog(ValueAs<int>(Number), ExitMode::SwitchForm, 3);
+    const auto& selection = ValueAs<VariableSelection>(Variables);
+    if (selection[0].empty()) return;
+    Analysis().FreeMem(tiny_.held);
+    if (!Analysis().AllocMem(tiny_.held, 64)) throw std::bad_alloc();
+    tiny_.sum = tiny_.Sum(selection[0].front());
+    if (std::isinf(tiny_.sum)) return;
+    if (std::isnan(tiny_.sum)) {
+        Analysis().DspMessageBox(MessageStyle::Error, this, 8, "Variable 1.");
+        return;
+    }
+    ExitDialog(Results, ExitMode::Forward);
+}
+
+inline ResultsDlg::ResultsDlg(Sums& analysis)
+    : CAnalysisModelessDialog(analysis, resultsTemplate), tiny_(analysis) {
+    AttachAutomation(interfaces[1]);
+}
+inline void ResultsDlg::OnCommand(int control) {
+    CAnalysisSupport& host = Analysis();
+    if (control == ControlCancel) return ExitDialog(Specify, ExitMode::Back);
+    if (control == Throw) throw std::runtime_error("broken");
+    if (control == Ask) {
+        host.DisplayInstQuestion(host.GetLibInstance(), this, 9);
+        return;
+    }
+    host.prttop();
+    host.writst(100, "Sum");
+    host.newline(1);
+    host.writst(100, std::to_string(tiny_.sum));
+    host.type();
+    const double cells[] = {tiny_.sum};
+    SheetSpec sheet;
+    sheet.title = "Sum";
+    sheet.columns.push_back({"Sum", "", CellFormat::fixed(2), std::span<const double>(cells)});
+    host.looka4(sheet);
+    host.RenameColumn(0, "Total", "");
+    CChartInfo chart;
+    chart.title = "Sums";
+    chart.series.emplace_back().x = {1.0};
+    chart.series.back().y = {tiny_.sum};
+    host.NewGeneralMultipleChartLongEx(chart);
+}
+
+/// A data set of one variable "x" per list of cells.
+inline korvana::DataSet DataOf(const std::vector<std::vector<double>>& variables) {
+    korvana::DataSet data("folder/tiny.csv", static_cast<int>(variables.front().size()));
+    for (std::size_t v = 0; v < variables.size(); ++v) {
+        korvana::Column column(variables[v].size());
+        std::copy(variables[v].begin(), variables[v].end(), column.data());
+        korvana::Variable variable;
+        variable.name = std::string{"x"} + static_cast<char>('1' + v);
+        data.addVariable(variable, std::move(column));
+    }
+    return data;
+}
+
+} // namespace tiny

@@ -60,9 +60,10 @@ std::string ensureChartApplication() {
     }
     if (qobject_cast<const QApplication*>(running) == nullptr)
         return "the program runs a Qt application without widgets; charts need a QApplication";
-    if (running->thread() != QThread::currentThread())
+    if (running->thread() != QThread::currentThread()) {
         return "charts can only be drawn in the thread that drew the first one (with windows: the windows' "
                "thread)";
+    }
     return {};
 }
 

@@ -29,10 +29,11 @@ Extent widened(Extent extent) {
 bool narrow(double direction, double distance, double& from, double& to) {
     if (direction == 0.0) return distance >= 0.0;
     const double at = distance / direction;
-    if (direction < 0.0)
+    if (direction < 0.0) {
         from = std::max(from, at);
-    else
+    } else {
         to = std::min(to, at);
+    }
     return from <= to;
 }
 

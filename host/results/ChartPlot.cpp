@@ -93,10 +93,11 @@ private:
         QPen pen(colour(series), isBound(series) ? 1.0 : 2.0);
         pen.setCapStyle(isBound(series) ? Qt::FlatCap : Qt::SquareCap);
         pen.setJoinStyle(Qt::MiterJoin);
-        if (isBound(series))
+        if (isBound(series)) {
             pen.setDashPattern({5.0, 3.0});
-        else if (groupIndex(series) >= kPalette.size())
+        } else if (groupIndex(series) >= kPalette.size()) {
             pen.setStyle(Qt::DashDotLine); // colours come round again
+        }
         return pen;
     }
 

@@ -86,10 +86,11 @@ Picture drawChart(const ozm::CChartInfo& info, PictureFormat format) {
         const bool drawn = format == PictureFormat::Svg   ? drawSvg(plot, info, out)
                            : format == PictureFormat::Png ? drawPng(plot, out)
                                                           : drawPdf(plot, info, out);
-        if (drawn && !bytes.isEmpty())
+        if (drawn && !bytes.isEmpty()) {
             picture.bytes = bytes.toStdString();
-        else
+        } else {
             picture.error = "the chart could not be painted";
+        }
     } catch (const std::exception& problem) {
         picture.error = problem.what();
     }

@@ -101,9 +101,10 @@ private:
     void writeContents() {
         if (book_.outputs.size() < 3) return;
         out_ << "<nav aria-label=\"Contents\">\n<ul>\n";
-        for (std::size_t place = 0; place < book_.outputs.size(); ++place)
+        for (std::size_t place = 0; place < book_.outputs.size(); ++place) {
             out_ << "<li><a href=\"#output-" << place + 1 << "\">"
                  << escaped(oneLine(titleOf(book_.outputs[place]))) << "</a></li>\n";
+        }
         out_ << "</ul>\n</nav>\n";
     }
 
@@ -147,17 +148,18 @@ private:
     void writeChart(const ozm::CChartInfo& info) {
         const Picture picture = drawChart(info, PictureFormat::Svg);
         const std::string prefix = "chart-" + std::to_string(++charts_) + "-";
-        if (picture.drawn())
+        if (picture.drawn()) {
             out_ << "<figure>" << svgForPage(picture.bytes, prefix, info.title) << "</figure>\n";
-        else
+        } else {
             paragraph("This chart could not be drawn: " + picture.error, "more");
+        }
     }
 
     void writeHeadings(const Spreadsheet& sheet) {
         out_ << "<thead><tr>";
         if (!sheet.rowHeadings.empty()) out_ << "<td></td>";
         for (const Spreadsheet::Column& column : sheet.columns) {
-            out_ << "<th scope=\"col\"" << (column.isText() ? " class=\"text\">" : ">")
+            out_ << R"(<th scope="col")" << (column.isText() ? R"( class="text">)" : ">")
                  << escaped(oneLine(column.heading1));
             if (!column.heading1.empty() && !column.heading2.empty()) out_ << "<br/>";
             out_ << escaped(oneLine(column.heading2)) << "</th>";
@@ -171,7 +173,7 @@ private:
             paragraph(note, "note");
         const std::size_t rows = sheet.rowCount();
         const std::size_t shown = std::min(rows, options_.mostRows);
-        out_ << "<div class=\"table\"><table aria-label=\"" << escaped(oneLine(sheet.title)) << "\">\n";
+        out_ << R"(<div class="table"><table aria-label=")" << escaped(oneLine(sheet.title)) << "\">\n";
         if (!sheet.columns.empty()) writeHeadings(sheet);
         out_ << "<tbody>\n";
         if (rows == 0) out_ << "<tr><td class=\"text\">no rows</td></tr>\n";
@@ -179,9 +181,10 @@ private:
             out_ << "<tr>";
             if (!sheet.rowHeadings.empty())
                 out_ << "<th scope=\"row\">" << escaped(sheet.rowHeading(row)) << "</th>";
-            for (std::size_t column = 0; column < sheet.columns.size(); ++column)
+            for (std::size_t column = 0; column < sheet.columns.size(); ++column) {
                 out_ << (sheet.columns[column].isText() ? "<td class=\"text\">" : "<td>")
                      << escaped(sheet.cellText(row, column)) << "</td>";
+            }
             out_ << "</tr>\n";
         }
         out_ << "</tbody>\n</table></div>\n";

@@ -31,10 +31,11 @@ public:
     }
 
     JsonText& number(double value) {
-        if (std::isfinite(value))
+        if (std::isfinite(value)) {
             appendNumber(text_, value);
-        else
+        } else {
             text_ += "null";
+        }
         return raw({});
     }
 

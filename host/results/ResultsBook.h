@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -51,9 +52,10 @@ struct ResultsBook {
 
     /// The spreadsheet appended last, or nullptr.
     [[nodiscard]] Spreadsheet* lastSpreadsheet() {
-        for (auto output = outputs.rbegin(); output != outputs.rend(); ++output)
-            if (auto* sheet = std::get_if<Spreadsheet>(&*output)) return sheet;
-        return nullptr;
+        const auto last = std::find_if(outputs.rbegin(), outputs.rend(), [](const Output& output) {
+            return std::holds_alternative<Spreadsheet>(output);
+        });
+        return last == outputs.rend() ? nullptr : &std::get<Spreadsheet>(*last);
     }
 
     /// The outputs of one kind, in their order.

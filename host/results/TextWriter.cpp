@@ -167,9 +167,10 @@ std::string chartLine(const ozm::CChartInfo& info) {
     if (!info.xAxis.title.empty() || !info.yAxis.title.empty())
         line += " [x: " + oneLine(info.xAxis.title) + "; y: " + oneLine(info.yAxis.title) + "]";
     std::vector<std::string> names;
-    for (const ozm::ChartSeries& series : info.series)
+    for (const ozm::ChartSeries& series : info.series) {
         if (!series.legend.empty() && std::find(names.begin(), names.end(), series.legend) == names.end())
             names.push_back(series.legend);
+    }
     constexpr std::size_t kMostNames = 12;
     for (std::size_t i = 0; i < std::min(names.size(), kMostNames); ++i)
         line += (i == 0 ? " - " : ", ") + oneLine(names[i]);

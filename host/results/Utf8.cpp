@@ -51,10 +51,11 @@ void appendOneLine(std::string& out, std::string_view text) {
     while (!text.empty()) {
         const char32_t code = takeCodePoint(text);
         const bool control = isControl(code);
-        if (!control)
+        if (!control) {
             appendCodePoint(out, code);
-        else if (!afterControl)
+        } else if (!afterControl) {
             out += ' ';
+        }
         afterControl = control;
     }
 }
@@ -85,10 +86,11 @@ std::size_t textWidth(std::string_view text) {
     std::size_t width = 0;
     while (!text.empty()) {
         const char32_t code = takeCodePoint(text);
-        if (code < 0x300)
+        if (code < 0x300) {
             ++width;
-        else if (!within(kNone, code))
+        } else if (!within(kNone, code)) {
             width += within(kWide, code) ? 2U : 1U;
+        }
     }
     return width;
 }
@@ -120,10 +122,11 @@ void appendEscaped(std::string& out, std::string_view text) {
             appendCodePoint(out, kReplacement);
             break; // no characters in XML
         default:
-            if (isControl(code))
+            if (isControl(code)) {
                 out += ' ';
-            else
+            } else {
                 appendCodePoint(out, code);
+            }
         }
     }
 }

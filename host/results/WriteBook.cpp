@@ -93,10 +93,11 @@ void writeCharts(const ResultsBook& book, const std::vector<std::string>& names,
             if (!formats.has(format)) continue;
             const std::string name = names[place] + "." + std::string(ending(format));
             const Picture drawn = drawChart(chart->info, picture);
-            if (drawn.drawn())
+            if (drawn.drawn()) {
                 directory.file(name, [&drawn](std::ostream& out) { out << drawn.bytes; });
-            else
+            } else {
                 failures.push_back("cannot draw '" + (directory / name).string() + "': " + drawn.error);
+            }
         }
     }
 }
@@ -145,9 +146,9 @@ std::vector<std::string> fileNames(const ResultsBook& book) {
             names[place] = stem;
             if (uses[stem] == 1) continue;
             int number = 0;
-            do
+            do {
                 names[place] = stem + "-" + std::to_string(++number);
-            while (!taken.insert(names[place]).second);
+            } while (!taken.insert(names[place]).second);
         }
     };
     // Tables and charts end differently, so they may share a name.
@@ -190,10 +191,11 @@ std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std:
     }
     std::vector<std::string> failures;
     writeCharts(book, names, formats, directory, failures);
-    if (problems != nullptr)
+    if (problems != nullptr) {
         problems->insert(problems->end(), failures.begin(), failures.end());
-    else if (!failures.empty())
+    } else if (!failures.empty()) {
         throw std::runtime_error(failures.front());
+    }
     return std::move(directory.files);
 }
 

@@ -1,9 +1,9 @@
 #include "host/results/XlsxWriter.h"
 
 #include <algorithm>
+#include <clocale>
 #include <cmath>
 #include <cstdio>
-#include <locale.h>
 #include <map>
 #include <memory>
 #include <set>
@@ -221,9 +221,10 @@ private:
         }
         std::string title = sheet.title;
         if (firstRow > 0) title += " (from row " + std::to_string(firstRow + 1) + ")";
-        if (columns < sheet.columns.size())
+        if (columns < sheet.columns.size()) {
             title += " (the first " + std::to_string(columns) + " of " +
                      std::to_string(sheet.columns.size()) + " columns)";
+        }
         line(title, bold_);
         for (std::size_t note = 0; note < std::min<std::size_t>(sheet.notes.size(), 1000); ++note)
             line(sheet.notes[note]);
@@ -231,9 +232,10 @@ private:
         for (std::size_t column = 0; column < columns; ++column)
             text(column + shift, sheet.columns[column].heading1, heading_);
         ++row_;
-        for (std::size_t column = 0; column < columns; ++column)
+        for (std::size_t column = 0; column < columns; ++column) {
             text(column + shift,
                  sheet.columns[column].heading2.empty() ? " " : sheet.columns[column].heading2, lastHeading_);
+        }
         ++row_;
         worksheet_freeze_panes(sheet_, static_cast<lxw_row_t>(row_), static_cast<lxw_col_t>(shift));
     }
@@ -266,10 +268,11 @@ private:
             const Spreadsheet::Cell cell = sheet.cell(row, column);
             switch (cell.kind) {
             case Spreadsheet::Cell::Kind::Number:
-                if (std::isfinite(cell.number))
+                if (std::isfinite(cell.number)) {
                     number(column + shift, cell.number, numberFormat(sheet.columns[column].format));
-                else
+                } else {
                     text(column + shift, formatNumber(cell.number));
+                }
                 break;
             case Spreadsheet::Cell::Kind::Integer:
                 number(column + shift, cell.integer, nullptr);

@@ -1,0 +1,61 @@
+#include "tests/apps/cli/Cli.h"
+
+#include <nlohmann/json.hpp>
+
+namespace korvana::cli {
+namespace {
+
+struct InfoTest : CliTest {
+    const std::string data =
+        file("mixed.csv",
+             "id,größe,day,sex,left\n1,1.5,1995-03-01,m,-9\n2,,1995-01-31,f,3\n3,2.25,1996-02-29,m,\n");
+};
+
+TEST_F(InfoTest, DescribesEveryVariable) {
+    const Outcome outcome = run({"info", data, "--missing", "left=-9"});
+    EXPECT_EQ(outcome.code, ExitResults) << outcome.err;
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out, "mixed.csv: 3 cases, 5 variables\n"
+                           "\n"
+                           "No  Name   Kind    Cases  Missing  Values  Range\n"
+                           " 1  id     number      3        0       3  1 to 3\n"
+                           " 2  größe  number      2        1       2  1.5 to 2.25\n"
+                           " 3  day    date        3        0       3  1995-01-31 to 1996-02-29\n"
+                           " 4  sex    text        3        0       2  --\n"
+                           " 5  left   number      1        2       1  3 to 3\n"
+                           "\n"
+                           "Codes (cases)\n"
+                           "  id     1 (1), 2 (1), 3 (1)\n"
+                           "  größe  1.5 (1), 2.25 (1)\n"
+                           "  sex    1 'f' (1), 2 'm' (2)\n"
+                           "  left   3 (1), missing-data code -9\n");
+}
+
+TEST_F(InfoTest, CountsTheSelectedCases) {
+    const std::string out = run({"info", data, "--select", "sex = 'm'", "--weight", "id"}).out;
+    EXPECT_TRUE(has(out, "Selected 2 of 3 cases: sex = 'm'.\nCases weighted by 'id'.\n")) << out;
+    EXPECT_TRUE(has(out, " 2 'm' (2)\n")) << out;
+}
+
+TEST_F(InfoTest, LongListsAreCutAndWrapped) {
+    std::string text = "name\n";
+    for (int i = 0; i < 30; ++i)
+        text += "somebody number " + std::to_string(100 + i) + "\n";
+    const std::string out = run({"info", file("names.csv", text)}).out;
+    EXPECT_TRUE(has(out, "and 18 more\n")) << out;
+    std::istringstream lines(out);
+    for (std::string line; std::getline(lines, line);)
+        EXPECT_LE(line.size(), 100U) << line;
+}
+
+TEST_F(InfoTest, AsJson) {
+    const auto json = nlohmann::json::parse(run({"info", data, "--json"}).out);
+    EXPECT_EQ(json["cases"], 3);
+    EXPECT_EQ(json["variables"][1]["name"], "größe");
+    EXPECT_EQ(json["variables"][1]["missing"], 1);
+    EXPECT_EQ(json["variables"][3]["codes"][1]["label"], "m");
+    EXPECT_EQ(json["variables"][3]["codes"][1]["cases"], 2);
+}
+
+} // namespace
+} // namespace korvana::cli

@@ -1,0 +1,131 @@
+#include "tests/apps/cli/Cli.h"
+
+namespace korvana::cli {
+namespace {
+
+struct UsageTest : CliTest {
+    /// The error of a call that is to end with 2 and to print nothing.
+    std::string usageError(const std::vector<std::string>& arguments) {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.code, ExitUsage) << outcome.err;
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_TRUE(outcome.err.starts_with("korvana: ")) << outcome.err;
+        return outcome.err;
+    }
+    /// The same for a call of the analysis over the little file, with these options.
+    std::string refused(std::vector<std::string> options) {
+        options.insert(options.begin(), {"kaplan-meier", data});
+        return usageError(options);
+    }
+    const std::string data = file("little.csv", "weeks,status,sex,start\n5,1,m,1995-01-01\n7,0,f,1995-02-01\n"
+                                                "9,1,m,1996-01-01\n9,2,f,1996-01-05\n");
+};
+
+TEST_F(UsageTest, HelpAndVersion) {
+    EXPECT_EQ(run({}).code, ExitUsage);
+    EXPECT_TRUE(has(run({}).err, "kaplan-meier"));
+    EXPECT_EQ(run({"--help"}).out, run({"help"}).out);
+    EXPECT_TRUE(run({"--version"}).out.starts_with("korvana "));
+    const Outcome help = run({"kaplan-meier", "--help"});
+    EXPECT_EQ(help.code, ExitResults);
+    EXPECT_EQ(run({"help", "kaplan-meier"}).out, help.out);
+    for (const char* option :
+         {"--time", "--censor", "--complete", "--censored", "--level", "--outputs", "--weight", "--select",
+          "--missing", "--output", "--format", "--quiet", "--no-header", "percentiles"})
+        EXPECT_TRUE(has(help.out, option)) << option;
+}
+
+TEST_F(UsageTest, WhatIsUnknownIsNamedWithTheNearest) {
+    EXPECT_EQ(usageError({"kaplan-meir"}), "korvana: there is no command 'kaplan-meir' (did you mean "
+                                           "'kaplan-meier'?); 'korvana --help' lists them\n");
+    EXPECT_TRUE(has(usageError({"info", "--sekect", "x"}), "no option --sekect (did you mean '--select'?)"));
+    EXPECT_TRUE(has(usageError({"kaplan-meier", data, "more.csv"}), "'more.csv' is one argument too many"));
+    EXPECT_TRUE(has(refused({"--time", "week"}), "--censor is missing"));
+    EXPECT_TRUE(has(refused({"--time", "week", "--censor", "status"}), "did you mean 'weeks'"));
+    EXPECT_TRUE(
+        has(refused({"--outputs", "sumary"}), "(did you mean 'summary'?); known are summary, percentiles"));
+    EXPECT_TRUE(has(refused({"-o", "d", "--format", "doc"}), "unknown format 'doc'; known are json, txt"));
+    EXPECT_TRUE(has(refused({"--format", "csv"}), "needs -o DIR"));
+    EXPECT_TRUE(has(refused({"--complete"}), "--complete"));
+    EXPECT_TRUE(has(usageError({"kaplan-meier", "--time", "weeks"}), "Name a data file"));
+}
+
+TEST_F(UsageTest, VariablesAndLevel) {
+    EXPECT_TRUE(has(refused({"--censor", "status"}), "--time is missing"));
+    EXPECT_TRUE(has(refused({"--time", "weeks,status,sex", "--censor", "4"}),
+                    "--time names 3 variables; it takes one"));
+    EXPECT_TRUE(has(refused({"--time", "weeks,weeks", "--censor", "2"}), "'weeks' is given twice"));
+    EXPECT_TRUE(has(refused({"--time", "1", "--censor", "weeks"}), "'weeks' is given twice"));
+    EXPECT_TRUE(has(refused({"--time", "sex", "--censor", "2"}), "'sex' holds texts"));
+    EXPECT_TRUE(has(refused({"--time", "weeks,", "--censor", "2"}), "an entry of the list is empty"));
+    for (const char* level : {"95", "-0.1", "high", "nan", "1.0000001", "0,95"})
+        EXPECT_TRUE(has(refused({"--level", level}), "--level is a number from 0 to 1")) << level;
+}
+
+TEST_F(UsageTest, CodesAreListedWhereOneIsMissingOrMatchesNothing) {
+    const std::vector<std::string> base{"--time", "weeks", "--censor", "status"};
+    const auto with = [&](std::vector<std::string> more) {
+        more.insert(more.begin(), base.begin(), base.end());
+        return refused(more);
+    };
+    const std::string codes = "'status' has 0 (1 case), 1 (2 cases), 2 (1 case)";
+    EXPECT_TRUE(has(with({}), "--complete and --censored are missing"));
+    EXPECT_TRUE(has(with({}), codes));
+    EXPECT_TRUE(has(with({"--complete", "1"}), "--censored is missing"));
+    EXPECT_TRUE(
+        has(with({"--complete", "1", "--censored", "7"}), "--censored 7: no case has this code; " + codes));
+    EXPECT_TRUE(has(with({"--complete", "7", "--censored", "-8"}), "--complete 7: no case has this code"));
+    EXPECT_TRUE(
+        has(with({"--complete", "dead", "--censored", "0"}), "'dead' is neither a number nor a value label"));
+    EXPECT_TRUE(has(with({"--complete", "1", "--select", "weeks > 6"}),
+                    "'status' has 0 (1 case), 1 (1 case), 2 (1 case)"))
+        << "counted after selection";
+    EXPECT_TRUE(
+        has(refused({"--time", "weeks", "--censor", "sex"}), "'sex' has 1 'f' (2 cases), 2 'm' (2 cases)"));
+}
+
+TEST_F(UsageTest, DataThatCannotBeUsedAreNamedByPlace) {
+    EXPECT_TRUE(has(usageError({"info", folder / "none.csv"}), "none.csv: there is no such file"));
+    EXPECT_TRUE(has(usageError({"info", folder}), folder.string()));
+    const std::string bad = file("bad.csv", "a,b\n1,2\n1,2,3\n");
+    EXPECT_TRUE(has(usageError({"info", bad}), "bad.csv:3:")) << usageError({"info", bad});
+    EXPECT_TRUE(has(usageError({"info", data, "--select", "weeks >"}), "weeks >"));
+    EXPECT_TRUE(has(usageError({"info", data, "--select", "weeks > 99"}), "holds for none of the 4 cases"));
+    EXPECT_TRUE(has(usageError({"info", data, "--weight", "sex"}), "'sex' holds texts"));
+    EXPECT_TRUE(has(usageError({"info", data, "--missing", "weeks"}), "--missing is VARIABLE=CODE"));
+    EXPECT_TRUE(has(usageError({"info", data, "--missing", "weks=9"}), "did you mean 'weeks'"));
+    EXPECT_TRUE(
+        has(usageError({"info", data, "--missing", "sex=x"}), "neither a number nor a value label of 'sex'"));
+    EXPECT_TRUE(
+        has(usageError({"info", data, "--missing", "1=9", "--missing", "weeks=8"}), "one missing-data code"));
+    EXPECT_TRUE(has(usageError({"info", data, "--separator", "|"}), "comma, semicolon or tab"));
+    EXPECT_TRUE(has(usageError({"info", data, "--header", "--no-header"}), "contradict"));
+}
+
+TEST_F(UsageTest, NothingFromAFileReachesTheTerminalRaw) {
+    const std::string evil = file("evil.csv", "t,\x1b[31mstatus\n1,2\n3,4\n");
+    const Outcome outcome = run({"kaplan-meier", evil, "--time", "t", "--censor", "2"});
+    EXPECT_EQ(outcome.code, ExitUsage);
+    EXPECT_FALSE(has(outcome.err + run({"info", evil}).out, "\x1b"));
+}
+
+TEST_F(UsageTest, AModuleThatIsNotThereIsNamed) {
+    setenv("KORVANA_MODULE", "/nowhere/module.so", 1);
+    const std::string error = usageError({"typelib"});
+    unsetenv("KORVANA_MODULE");
+    EXPECT_TRUE(has(error, "/nowhere/module.so: not there")) << error;
+    const Outcome found = run({"typelib"});
+    EXPECT_EQ(found.code, ExitResults) << found.err;
+    EXPECT_TRUE(has(found.out, "interface SurKaplanMeierResults : OzmAnalysisDialog"));
+}
+
+TEST_F(UsageTest, AnOutputThatCannotBeWrittenIsAnError) {
+    std::ofstream full("/dev/full");
+    std::ostringstream err;
+    Console console{full, err, false, signals};
+    EXPECT_EQ(cli::run({"info", data}, console), ExitUsage);
+    EXPECT_EQ(err.str(), "korvana: standard output cannot be written\n");
+}
+
+} // namespace
+} // namespace korvana::cli

@@ -18,6 +18,7 @@ struct ConfidenceLimits {
 ///
 /// They stay inside 0..1. Both are NaN where the estimate is not strictly between 0 and 1. `z` at least 0;
 /// infinite for a level of 1, which gives 0 and 1.
+double LogMinusLogLimit(double survival, double standardError, double z); ///< the upper one for a negative z
 ConfidenceLimits LogMinusLogLimits(double survival, double standardError, double z);
 
 struct PercentileLimits {

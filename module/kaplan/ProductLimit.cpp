@@ -30,7 +30,8 @@ void ComputeProductLimit(std::span<const double> uncensored, std::span<const dou
 }
 
 Percentiles ComputeSurvivalPercentiles(std::span<const double> times, std::span<const double> survival) {
-    return LocatePercentiles(times, [&](std::size_t i) { return survival[i]; });
+    return LocatePercentiles(
+        times, [&](std::size_t i) { return survival[i]; }, [](std::size_t, double) { return false; });
 }
 
 } // namespace ozm::survival

@@ -34,23 +34,22 @@ struct Percentiles {
 /// Locates the percentiles by linear interpolation of time against survival between successive uncensored
 /// observations. `times` ascending; survivalAt(i), i from 0, is the curve after observation i. Fewer than
 /// four observations locate nothing. A target that the curve has passed at the position reached is not
-/// located, and the next one is looked for from there.
-template <class SurvivalAt>
-Percentiles LocatePercentiles(std::span<const double> times, SurvivalAt survivalAt) {
+/// located, and the next one is looked for from there. surelyAbove(i, p) may answer true without computing
+/// the curve where it is above p for certain: it saves time and changes nothing.
+template <class SurvivalAt, class SurelyAbove>
+Percentiles LocatePercentiles(std::span<const double> times, SurvivalAt survivalAt, SurelyAbove surelyAbove) {
     Percentiles found;
     const std::size_t count = times.size();
     if (count < 4) return found;
     std::size_t j = 0;
-    double here = survivalAt(j);
-    double next = survivalAt(j + 1);
     for (std::size_t target = 0; target < Percentiles::targets.size(); ++target) {
         const double p = Percentiles::targets[target];
-        if (p > here) continue;
-        while (!(next <= p)) {
+        // Only at the position where the search begins: further on the curve was above p one step before.
+        if (p > survivalAt(j)) continue;
+        while (surelyAbove(j + 1, p) || !(survivalAt(j + 1) <= p))
             if (++j + 1 >= count) return found;
-            here = next;
-            next = survivalAt(j + 1);
-        }
+        const double here = survivalAt(j);
+        const double next = survivalAt(j + 1);
         found.times[target] = times[j] - (times[j] - times[j + 1]) * (here - p) / (here - next);
         found.located[target] = true;
     }

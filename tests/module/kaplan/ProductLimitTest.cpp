@@ -122,6 +122,30 @@ TEST(Percentiles, LimitsFollowTheBand) {
     EXPECT_NEAR(shrunk.upper.times[1], median, 1e-12);
 }
 
+TEST(Percentiles, PassingByFarValuesChangesNothing) {
+    // Enough observations for the shortcuts to apply; each value computed, as the rule states it, must give
+    // the same.
+    for (const std::size_t n : {50U, 5000U, 200000U}) {
+        std::vector<double> times(n);
+        std::vector<double> censored;
+        for (std::size_t i = 0; i < n; ++i) {
+            times[i] = std::floor(static_cast<double>(i) * 0.7);
+            if (i % 3 == 0) censored.push_back(times[i]);
+        }
+        const Estimate e = Fit(times, censored);
+        const double z = ConfidenceZ(0.95);
+        const auto limits = ComputePercentileLimits(e.times, e.survival, e.error, z);
+        const auto everyOne = [](std::size_t, double) { return false; };
+        for (const double sign : {1.0, -1.0}) {
+            const auto plain = LocatePercentiles(
+                e.times, [&](std::size_t i) { return LogMinusLogLimit(e.survival[i], e.error[i], sign * z); },
+                everyOne);
+            EXPECT_EQ((sign > 0 ? limits.lower : limits.upper).times, plain.times) << n;
+            EXPECT_TRUE(plain.located[1]);
+        }
+    }
+}
+
 TEST(ConfidenceLimits, EndsAndLabels) {
     const auto all = LogMinusLogLimits(0.5, 0.1, ConfidenceZ(1.0));
     EXPECT_EQ(all.lower, 0.0);

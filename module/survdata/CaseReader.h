@@ -5,6 +5,7 @@
 #include "module/survdata/StopTest.h"
 #include "support/CAnalysisSupport.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <span>
@@ -98,7 +99,9 @@ Status CaseReader::Read(std::int32_t capacity, Append&& append) {
         append(observation);
         ++counts_.valid;
         if (counts_.casesRead < most) ++counts_.casesRead;
-        for (double copy = 1.0; copy < copies; copy += 1.0) {
+        // More copies than any capacity need not be told apart.
+        const auto further = static_cast<std::int64_t>(std::min(copies, 1e10)) - 1;
+        for (std::int64_t copy = 0; copy < further; ++copy) {
             if (StopRequested(host_)) return Status::Stopped;
             if (counts_.valid >= capacity) return Status::TooManyCases;
             append(observation);

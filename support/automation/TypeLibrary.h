@@ -2,8 +2,6 @@
 
 #include "support/Export.h"
 
-#include "support/Export.h"
-
 #include <cstdint>
 #include <span>
 #include <string_view>

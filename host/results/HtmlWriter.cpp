@@ -31,7 +31,7 @@ pre { margin: .5rem 0; padding: .75rem 1rem; overflow-x: auto; background: var(-
 .messages li { margin: .4rem 0; padding: .5rem .8rem; border-left: 4px solid var(--soft); background: var(--card); }
 .messages .error { border-color: var(--error); } .messages .warning { border-color: var(--warning); }
 .messages strong { color: var(--soft); } .messages .error strong { color: var(--error); }
-.messages .warning strong { color: var(--warning); } .messages small { display: block; color: var(--soft); }
+.messages .warning strong { color: var(--warning); } .messages small { display: block; white-space: pre-line; color: var(--soft); }
 .table { overflow-x: auto; margin: .75rem 0; }
 table { border-collapse: collapse; font-size: 14px; font-variant-numeric: tabular-nums; }
 th, td { padding: .2rem .7rem; text-align: right; white-space: nowrap; }
@@ -102,6 +102,7 @@ private:
         if (book_.outputs.size() < 3) return;
         out_ << "<nav aria-label=\"Contents\">\n<ul>\n";
         for (std::size_t place = 0; place < book_.outputs.size(); ++place) {
+            if (ResultsBook::repeatsReport(book_.outputs[place])) continue;
             out_ << "<li><a href=\"#output-" << place + 1 << "\">"
                  << escaped(oneLine(titleOf(book_.outputs[place]))) << "</a></li>\n";
         }
@@ -130,6 +131,7 @@ private:
 
     void writeOutput(std::size_t place) {
         const ResultsBook::Output& output = book_.outputs[place];
+        if (ResultsBook::repeatsReport(output)) return;
         out_ << "<section id=\"output-" << place + 1 << "\">\n<h2>" << escaped(oneLine(titleOf(output)))
              << "</h2>\n";
         if (const auto* report = std::get_if<Report>(&output)) writeLines(report->lines);

@@ -50,6 +50,12 @@ struct ResultsBook {
         return std::get<T>(outputs.emplace_back(std::in_place_type<T>, std::move(output)));
     }
 
+    /// Whether people find the output in a report anyway (a spreadsheet that repeats one).
+    [[nodiscard]] static bool repeatsReport(const Output& output) {
+        const auto* sheet = std::get_if<Spreadsheet>(&output);
+        return sheet != nullptr && sheet->repeatsReport;
+    }
+
     /// The spreadsheet appended last, or nullptr.
     [[nodiscard]] Spreadsheet* lastSpreadsheet() {
         const auto last = std::find_if(outputs.rbegin(), outputs.rend(), [](const Output& output) {

@@ -50,6 +50,7 @@ Spreadsheet Spreadsheet::fromSpec(const ozm::SheetSpec& spec) {
     Spreadsheet sheet;
     sheet.title = spec.title;
     sheet.notes = spec.notes;
+    sheet.repeatsReport = spec.repeatsReport;
     sheet.rowHeadings = spec.rowHeadings;
     sheet.columns.reserve(spec.columns.size());
     for (const ozm::SheetColumn& column : spec.columns)

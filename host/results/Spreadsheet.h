@@ -48,6 +48,7 @@ struct Spreadsheet {
     std::vector<std::string> notes;
     std::vector<std::string> rowHeadings; ///< one per row, or empty when rows have no heading
     std::vector<Column> columns;
+    bool repeatsReport = false; ///< its values stand in a report already: reports for people leave it out
 
     /// Copies what a module hands over.
     [[nodiscard]] static Spreadsheet fromSpec(const ozm::SheetSpec& spec);

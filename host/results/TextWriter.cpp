@@ -215,6 +215,7 @@ void writeText(const ResultsBook& book, std::ostream& out, const TextOptions& op
         }
     }
     for (const ResultsBook::Output& output : book.outputs) {
+        if (ResultsBook::repeatsReport(output)) continue;
         out << '\n';
         if (const auto* report = std::get_if<Report>(&output)) writeReport(*report, out);
         if (const auto* sheet = std::get_if<Spreadsheet>(&output)) writeText(*sheet, out);

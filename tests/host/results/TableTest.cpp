@@ -193,5 +193,19 @@ TEST(CsvWriter, QuotesAndNamesColumns) {
     EXPECT_NE(out.str().find("\" blank\""), std::string::npos);
 }
 
+TEST(Text, LeavesOutATableThatRepeatsTheReport) {
+    ResultsBook book;
+    book.append(Report{"Summary", {"valid: 21"}});
+    Spreadsheet& counts = book.append(Spreadsheet{});
+    counts.title = "Counts";
+    counts.repeatsReport = true;
+    std::ostringstream out;
+    writeText(book, out);
+    EXPECT_EQ(out.str().find("Counts"), std::string::npos);
+    std::ostringstream json;
+    writeJson(book, json);
+    EXPECT_NE(json.str().find("Counts"), std::string::npos);
+}
+
 } // namespace
 } // namespace korvana

@@ -3,6 +3,8 @@
 #include "apps/cli/Lists.h"
 #include "apps/cli/ProgressLine.h"
 
+#include <optional>
+
 namespace korvana::cli {
 
 void AnalysisCommand::declare(CLI::App& app) {
@@ -50,7 +52,7 @@ int AnalysisCommand::run(Console& console) {
     data_.open(session.data());
     const std::vector<std::string> notes = check(session.data());
 
-    const StopsItself stops(console);
+    std::optional<StopsItself> stops(std::in_place, console);
     const auto stopped = [&] { return console.signals.has(StopSignals::External); };
     try {
         session.start();
@@ -78,6 +80,8 @@ int AnalysisCommand::run(Console& console) {
     ResultsBook& book = session.book();
     book.analysis = title();
     book.notes.insert(book.notes.end(), notes.begin(), notes.end());
+    // Files are written to the end; a report on its way to the screen may be cut off.
+    if (!output_.toFiles()) stops.reset();
     return output_.write(book, console);
 }
 

@@ -1,12 +1,20 @@
 #include "host/session/SessionProgress.h"
 
+#include <algorithm>
+
 namespace korvana {
 
 void SessionProgress::dstart(unsigned count) {
     units_ = count;
+    done_ = 0;
     // A Cancel that no computation took note of must not stop the next one.
     parts_.signals->clear(StopSignals::Display);
     parts_.observers.computationStarted(count);
+}
+
+void SessionProgress::termom(unsigned count) {
+    done_ += std::min(count, units_ - done_);
+    parts_.observers.progress(done_, units_);
 }
 
 void SessionProgress::breathe() {

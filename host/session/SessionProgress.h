@@ -13,7 +13,7 @@ public:
 
     void dstart(unsigned count) override;
     void dstop() override { parts_.observers.computationEnded(); }
-    void termom(unsigned count) override { parts_.observers.progress(count, units_); }
+    void termom(unsigned count) override;
     void bstart() override { dstart(0); }
     void dsp_st() override { parts_.observers.breathe(); }
     void d_stat(std::string_view text) override { parts_.observers.status(text); }
@@ -37,6 +37,7 @@ private:
     SessionParts& parts_;
     IterationLines iterations_;
     unsigned units_ = 0;
+    unsigned done_ = 0;
 };
 
 } // namespace korvana

@@ -183,10 +183,12 @@ TEST_F(ServicesTest, SheetsAndChartsOfWrongShapeAreRefused) {
     EXPECT_EQ(std::get<Chart>(parts.book.outputs.back()).info.series[0].x, (std::vector<double>{1, 2}));
 }
 
-TEST_F(ServicesTest, StopRequests) {
+TEST_F(ServicesTest, StopRequestsAndProgress) {
     struct Breathing final : SessionObserver {
         void breathe() override { ++breaths; }
+        void progress(unsigned done, unsigned units) override { shares.push_back(100 * done / units); }
         int breaths = 0;
+        std::vector<unsigned> shares;
     } window;
     parts.observers.add(window);
     ozm::ProgressService& progress = host.Progress();
@@ -204,6 +206,13 @@ TEST_F(ServicesTest, StopRequests) {
     EXPECT_FALSE(progress.pcancel());
     EXPECT_TRUE(progress.IsExternallyCancelled());
     EXPECT_TRUE(progress.IsExternallyCancelled());
+
+    progress.dstart(10);
+    for (int i = 0; i < 3; ++i)
+        progress.termom(4);
+    progress.dstart(10);
+    progress.termom(1);
+    EXPECT_EQ(window.shares, (std::vector<unsigned>{40, 80, 100, 10}));
 }
 
 TEST_F(ServicesTest, FormulasTakeValuesByAscendingReference) {

@@ -37,7 +37,7 @@ struct SessionTest : ::testing::Test {
         session.pump();
     }
     void specify(int variable) {
-        const auto put = session.currentDialog()->Put("Variables", List{List{variable}});
+        const auto put = session.currentDialog()->Put("Variables", List(1, List{variable}));
         ASSERT_TRUE(put.ok) << put.detail;
         call("OK");
     }
@@ -237,7 +237,7 @@ TEST(SessionOverrides, AServiceCanBeReplaced) {
     Session session(std::make_shared<tiny::Sums>(), options);
     session.data().open(tiny::DataOf({{1}}));
     session.start();
-    session.currentDialog()->Put("Variables", List{List{1}});
+    session.currentDialog()->Put("Variables", List(1, List{1}));
     EXPECT_FALSE(session.currentDialog()->Call("OK").ok);
     EXPECT_EQ(session.currentInterface(), "TinySpecify");
     memory.refuse = false;

@@ -2,6 +2,7 @@
 // allocation of the C++ runtime failing in turn: nothing may be left behind, and the next run must come
 // through.
 
+#include "module/resources/Resources.h"
 #include "module/resources/StringIds.h"
 #include "tests/module/FailingNew.h"
 #include "tests/module/kaplan/KaplanFixture.h"
@@ -15,12 +16,14 @@ class FaultsTest : public test::KaplanFixture {
 protected:
     void SetUp() override {
         KaplanFixture::SetUp();
-        // Enough cases for arrays of the host's, and for the sort of many with ties among them.
+        Cases(50000); // for the sort of many, with ties among them
+    }
+    void Cases(int count) {
         auto& times = host.columns[0].values;
         auto& codes = host.columns[1].values;
         times.clear();
         codes.clear();
-        for (int i = 0; i < 50000; ++i) {
+        for (int i = 0; i < count; ++i) {
             times.push_back((i * 31) % 977);
             codes.push_back(i % 2);
         }
@@ -57,50 +60,70 @@ TEST_F(FaultsTest, EveryMemoryRequestRefusedInTurn) {
     EXPECT_TRUE(Whole());
 }
 
-TEST_F(FaultsTest, EveryStopQuestionAnsweredYes) {
-    // The reading pass asks once per case: its first and last questions, then all that follow.
-    Specify();
-    host.questions = 0;
-    Whole();
-    const int all = host.questions;
-    EXPECT_GT(all, 50000);
-    for (int n = 1; n <= all; n += n < 20 || n > 49990 ? 1 : 977) {
-        host.messages.clear();
-        host.sheets.clear();
-        host.questions = 0;
-        host.stopAt = n;
-        const bool results = Whole();
-        EXPECT_EQ(results, n > 50000 && results) << "a stop while reading leads to no results";
-        EXPECT_EQ(host.outstanding, 0) << "question " << n;
-        if (!results) {
-            EXPECT_TRUE(host.messages.empty()) << "question " << n;
-        }
+TEST_F(FaultsTest, EveryStopQuestionAnsweredYesInTurn) {
+    // Arrays of the host's and every question, one by one; then the questions of the large sorts, which begin
+    // where the reading pass has asked once per case.
+    for (const int cases : {2600, 50000}) {
+        Cases(cases);
         host.stopAt = 0;
+        Specify();
+        host.questions = 0;
+        ASSERT_TRUE(Whole());
+        const int all = host.questions;
+        EXPECT_GE(all, cases);
+        for (int n = cases == 2600 ? 1 : cases; n <= all; ++n) {
+            host.messages.clear();
+            host.questions = 0;
+            host.stopAt = n;
+            const bool results = Whole();
+            EXPECT_EQ(host.outstanding, 0) << "question " << n;
+            if (n <= cases) {
+                EXPECT_FALSE(results) << "question " << n;
+            }
+            if (!results) {
+                EXPECT_TRUE(host.messages.empty()) << "question " << n;
+                EXPECT_EQ(State().results.Valid(), 0);
+            }
+        }
     }
+    host.stopAt = 0;
     EXPECT_TRUE(Whole());
 }
 
 TEST_F(FaultsTest, EveryAllocationOfTheRuntimeFailingInTurn) {
+    Cases(2600);
     Specify();
-    bool through = false;
-    for (long n = 1; n < 5000 && !through; ++n) {
+    /// Presses a button with the n-th allocation failing; true when it needed fewer.
+    const auto pressWithFault = [this](int button, long n) {
         host.nextStep = -1;
         test::failingNew = n;
-        host.Dialog().Press(ControlOk);
-        through = test::failingNew > 0;
+        host.Dialog().Press(button);
+        const bool through = test::failingNew > 0;
         test::failingNew = 0;
-        if (host.nextStep == -1) continue; // refused before it could close: the dialog stays as it was
-        const int step = host.Go(analysis, host.nextStep);
-        if (step != StepKaplanResults) continue;
-        for (const int button : {KaplanSummary, KaplanPercentiles, KaplanPlot1}) {
-            test::failingNew = n;
-            host.Dialog().Press(button);
-            test::failingNew = 0;
+        return through;
+    };
+    const auto atResults = [this] {
+        return host.Dialog().Template().number == KaplanResultsTemplate().number;
+    };
+
+    for (long n = 1; !pressWithFault(ControlOk, n); ++n) {
+        ASSERT_LT(n, 1000);
+        if (host.nextStep > 0) host.Go(analysis, host.nextStep);
+        if (atResults()) {
+            host.Press(analysis, ControlCancel); // the fault struck the host after the run
         }
-        EXPECT_EQ(host.Press(analysis, ControlCancel), StepSpecifyKaplan);
         EXPECT_EQ(host.outstanding, 0) << "allocation " << n;
     }
-    EXPECT_TRUE(through);
+    host.Go(analysis, host.nextStep);
+    ASSERT_TRUE(atResults());
+    for (const int button : {KaplanSummary, KaplanPercentiles, KaplanPlot1, KaplanPlot2, KaplanPlot3})
+        for (long n = 1; !pressWithFault(button, n); ++n) {
+            ASSERT_LT(n, 5000);
+            EXPECT_EQ(host.outstanding, 7)
+                << "button " << button << ", allocation " << n; // the arrays of the run
+        }
+    EXPECT_EQ(host.Press(analysis, ControlCancel), StepSpecifyKaplan);
+    EXPECT_EQ(host.outstanding, 0);
     EXPECT_TRUE(Whole());
 }
 

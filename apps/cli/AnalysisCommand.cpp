@@ -1,6 +1,7 @@
 #include "apps/cli/AnalysisCommand.h"
 
 #include "apps/cli/Lists.h"
+#include "apps/cli/PhaseTimes.h"
 #include "apps/cli/ProgressLine.h"
 
 #include <optional>
@@ -22,6 +23,7 @@ void AnalysisCommand::declare(CLI::App& app) {
         ->type_name("O[,O...]")
         ->group("Output");
     output_.declare(app);
+    app.add_flag("--timing", timing_, "tell on standard error how long each phase took")->group("Output");
     app.footer("Example: " + app.get_name() + " " + example() +
                "\n\n"
                "Without -o the report goes to standard output and nothing else does. Messages,\n"
@@ -45,12 +47,17 @@ int AnalysisCommand::run(Console& console) {
     output_.check();
     check();
     const std::vector<std::size_t> chosen = chosenOutputs();
+    PhaseTimes times;
     ProgressLine progress(console, output_.quiet());
     Session session(load(), {.signals = &console.signals});
     session.addObserver(progress);
+    session.addObserver(times);
     progress.status("Reading " + data_.path() + " ...");
+    times.status("Opening the file");
     data_.open(session.data());
+    times.status("Checking codes");
     const std::vector<std::string> notes = check(session.data());
+    times.status({});
 
     std::optional<StopsItself> stops(std::in_place, console);
     const auto stopped = [&] { return console.signals.has(StopSignals::External); };
@@ -82,7 +89,10 @@ int AnalysisCommand::run(Console& console) {
     book.notes.insert(book.notes.end(), notes.begin(), notes.end());
     // Files are written to the end; a report on its way to the screen may be cut off.
     if (!output_.toFiles()) stops.reset();
-    return output_.write(book, console);
+    times.status("Writing");
+    const int exit = output_.write(book, console);
+    if (timing_) times.write(console.err);
+    return exit;
 }
 
 } // namespace korvana::cli

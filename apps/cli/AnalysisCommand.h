@@ -49,6 +49,7 @@ private:
     DataOptions data_;
     OutputOptions output_;
     std::string list_;
+    bool timing_ = false;
 };
 
 } // namespace korvana::cli

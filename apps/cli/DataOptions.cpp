@@ -58,7 +58,7 @@ void DataOptions::declare(CLI::App& app) {
         ->type_name("MARK")
         ->group(group);
     app.add_flag("--header", header_, "the first line holds the names [found out]")->group(group);
-    app.add_flag("--no-header", noHeader_, "there is no line of names: variables are V1, V2, ...")
+    app.add_flag("--no-header", noHeader_, "there is no line of names: variables are Var1, Var2, ...")
         ->group(group);
 }
 

@@ -73,10 +73,12 @@ void DataOptions::setMissingCodes(DataSet& data) const {
         const auto value = resolveCode(data, variable, code);
         const std::string& name = data.variable(variable).name;
         if (!value)
-            throw UsageError("--missing: '" + code + "' is neither a number nor a value label of '" + name +
-                             "'");
+            throw UsageError(std::string{"--missing: '"}.append(code).append(
+                                 "' is neither a number nor a value label of '") +
+                             name + "'");
         if (!done.insert(variable).second)
-            throw UsageError("--missing: '" + name + "' has one missing-data code, not two");
+            throw UsageError(
+                std::string{"--missing: '"}.append(name).append("' has one missing-data code, not two"));
         data.variable(variable).missingCode = *value;
     }
 }

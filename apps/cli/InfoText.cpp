@@ -98,6 +98,7 @@ std::string title(const ActiveData& data) {
 
 std::vector<VariableSummary> describeAll(const ActiveData& data) {
     std::vector<VariableSummary> summaries;
+    summaries.reserve(static_cast<std::size_t>(data.dataSet().variableCount()));
     for (int i = 0; i < data.dataSet().variableCount(); ++i)
         summaries.push_back(describeVariable(data.dataSet(), i, data.mask(), mostDistinct));
     return summaries;

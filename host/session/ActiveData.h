@@ -16,6 +16,7 @@ namespace korvana {
 class ActiveData {
 public:
     ActiveData() = default;
+    ~ActiveData() = default;
     ActiveData(const ActiveData&) = delete;
     ActiveData& operator=(const ActiveData&) = delete;
 

@@ -37,6 +37,7 @@ std::vector<fs::path> modulePaths(const std::string& fileName, const std::vector
     if (const char* set = std::getenv("KORVANA_MODULE"); set != nullptr && *set != '\0')
         return {fs::is_directory(set, error) ? fs::path{set} / fileName : fs::path{set}};
     std::vector<fs::path> paths;
+    paths.reserve(folders.size() + 6);
     for (const fs::path& folder : folders)
         paths.push_back(folder / fileName);
     addBeside(fs::read_symlink("/proc/self/exe", error), fileName, paths);
@@ -69,7 +70,7 @@ Analysis loadAnalysis(const std::vector<fs::path>& paths) {
         if (analysis == nullptr)
             throw ModuleError("the module " + path.string() + " has no memory for an analysis");
         // The deleter holds the library, and with it the code of the destructor that it runs.
-        return Analysis(analysis, [open](ozm::CAnalysisSupport* object) { delete object; });
+        return {analysis, [open](ozm::CAnalysisSupport* object) { delete object; }};
     }
     throw ModuleError("the analysis module cannot be loaded; tried:" + tried +
                       "\nSet KORVANA_MODULE to its file, or put it beside the program.");

@@ -93,6 +93,8 @@ public:
 private:
     template <class Call>
     void each(Call call) {
+        // By position: the list may shrink while it is told.
+        // NOLINTNEXTLINE(modernize-loop-convert)
         for (std::size_t i = 0; i < observers_.size(); ++i)
             call(*observers_[i]);
     }

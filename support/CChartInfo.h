@@ -10,7 +10,7 @@ namespace ozm {
 struct ChartSeries {
     enum class Style : std::uint8_t {
         Line,
-        Step,      ///< holds each y until the next x (a survival function)
+        Step,      ///< holds each y until the next x
         Markers,   ///< points without a line
         Histogram, ///< y are the values to be counted into classes, x is empty
     };

@@ -10,7 +10,7 @@
 namespace ozm {
 
 /// What an automation call answers. `error` begins with "Exception in analysis method: " and the accessor's
-/// qualified name ("CDefineKaplanDlg::put_Variables"); `detail` says what was wrong with the call.
+/// qualified name ("CSomeDlg::put_Variables"); `detail` says what was wrong with the call.
 struct AutomationResult {
     bool ok = true;
     AutomationValue value;

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""What side-by-side.sh measured: the table of medians, and whether both programs found the same quartiles.
+"""What side-by-side.sh measured: the table of medians, whether both programs found the same quartiles, and where the
+time of korvana's last run went.
 
     compare.py FOLDER
 
@@ -54,6 +55,11 @@ def main(folder):
         kind, rows = data.split("-")
         print(f"| {kind}, {int(rows):,} rows | {time:.2f} | {r_time:.2f} | {r_time / max(time, 0.005):.1f} | {memory:.0f} | "
               f"{r_memory:.0f} | {r_memory / memory:.1f} | {'agree' if agree else 'DIFFER'} |")
+
+    for data in measured:
+        phases = [line.rsplit(None, 2) for line in (folder / f"korvana-{data}.err").read_text().splitlines()
+                  if line.endswith(" s")]
+        print(f"\n{data}, the last run: " + ", ".join(f"{name.strip()} {seconds}" for name, seconds, _ in phases) + " s")
     return 0 if all_agree else 1
 
 

@@ -27,8 +27,8 @@ trap 'rm -rf "$work"' EXIT
 measure() { # measure WHO FILE COMMAND...: one line "WHO FILE seconds kilobytes" in $work/times
   local who=$1 file=$2
   shift 2
-  if ! /usr/bin/time -f '%e %M' -o "$work/time" "$@" >"$work/$who-$file.out" 2>"$work/err"; then
-    cat "$work/err" >&2
+  if ! /usr/bin/time -f '%e %M' -o "$work/time" "$@" >"$work/$who-$file.out" 2>"$work/$who-$file.err"; then
+    cat "$work/$who-$file.err" >&2
     echo "side-by-side: failed: $*" >&2
     exit 1
   fi
@@ -43,7 +43,7 @@ for count in "${rows[@]}"; do
     for ((run = 1; run <= runs; run++)); do
       cat "$data" >/dev/null # in the page cache for both
       measure korvana "$name" build/bench/bin/korvana kaplan-meier "$data" --time time --censor status \
-        --complete 1 --censored 0 --outputs percentiles,plot-1 -o "$work/out-$name" --format json --quiet
+        --complete 1 --censored 0 --outputs percentiles,plot-1 -o "$work/out-$name" --format json --quiet --timing
       measure R "$name" Rscript bench/survfit.R "$data"
     done
     rm "$data"

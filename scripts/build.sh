@@ -8,8 +8,13 @@ preset=$1
 shift
 compiler=g++
 [[ $preset == clang ]] && compiler=clang++
-options=(-DCMAKE_CXX_COMPILER="$compiler")
-command -v ccache >/dev/null && options+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+launcher=
+# A compiler cache is used where there is one that can be written to.
+if command -v ccache >/dev/null; then
+  cache=$(ccache --get-config cache_dir 2>/dev/null || true)
+  if [[ -n $cache ]] && mkdir -p "$cache" 2>/dev/null && [[ -w $cache ]]; then launcher=ccache; fi
+fi
+options=(-DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_COMPILER_LAUNCHER="$launcher")
 targets=()
 [[ $# -gt 0 ]] && targets=(--target "$@")
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <utility>
 #include <variant>
@@ -40,11 +41,11 @@ struct ResultsBook {
     int status = 0;     ///< 0: done; else the module's status
     std::string source; ///< name of the data file
     std::vector<ResultMessage> messages;
-    std::vector<Output> outputs;         ///< in the order in which the analysis produced them
+    std::deque<Output> outputs;          ///< in the order produced; those that stand stay where they are
     std::vector<std::string> iterations; ///< the protocol of an iterative fit
     std::vector<std::string> notes;      ///< the host's own remarks, for example about the data
 
-    /// Appends without copying what is moved in; the reference holds until the next append.
+    /// Appends without copying what is moved in; the reference holds as long as the book.
     template <class T>
     T& append(T output) {
         return std::get<T>(outputs.emplace_back(std::in_place_type<T>, std::move(output)));

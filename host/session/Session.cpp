@@ -51,7 +51,7 @@ void Session::openData(DataSet data) {
 void Session::start() {
     if (stepping_) return;
     services_.dialogs().release();
-    parts_.book = {};
+    parts_.book = std::make_shared<ResultsBook>();
     parts_.describeData();
     step_ = 0;
     stepsWithoutDialog_ = 0;
@@ -59,7 +59,7 @@ void Session::start() {
         parts_.fail("The analysis has no steps.");
         return end();
     }
-    parts_.book.analysis = analysis_->GetAnalysisName();
+    parts_.book->analysis = analysis_->GetAnalysisName();
     try {
         analysis_->Initialize();
     } catch (const std::exception& failure) {

@@ -5,6 +5,7 @@
 #include "host/session/SessionServices.h"
 #include "support/automation/AutomationObject.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -62,7 +63,9 @@ public:
     /// The name of the open dialog's automation interface, empty when none is open.
     [[nodiscard]] std::string currentInterface() const;
 
-    ResultsBook& book() { return parts_.book; }
+    ResultsBook& book() { return *parts_.book; }
+    /// The same, to be kept: the next `start` begins a book of its own.
+    [[nodiscard]] std::shared_ptr<ResultsBook> sharedBook() const { return parts_.book; }
 
     /// Ends the analysis: dialogs and analysis object are destroyed; the book stays.
     void close();

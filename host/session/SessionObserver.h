@@ -25,7 +25,7 @@ public:
     virtual void startupMenusEnabled(bool /*enabled*/) {}
 
     virtual void message(const ResultMessage& /*message*/) {}
-    /// An output stands in the book; the reference holds until the next one comes.
+    /// An output stands in the book; the reference holds as long as the book.
     virtual void outputAdded(const ResultsBook::Output& /*output*/) {}
     /// The output added last was changed (a column renamed).
     virtual void outputChanged(const ResultsBook::Output& /*output*/) {}

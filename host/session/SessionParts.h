@@ -5,6 +5,7 @@
 #include "host/session/SessionObserver.h"
 #include "host/session/StopSignals.h"
 
+#include <memory>
 #include <utility>
 
 namespace korvana {
@@ -12,7 +13,8 @@ namespace korvana {
 /// What the services of one session share.
 struct SessionParts {
     ActiveData data;
-    ResultsBook book;
+    /// Shared, so that a front end may keep the book of a run beyond the next one.
+    std::shared_ptr<ResultsBook> book = std::make_shared<ResultsBook>();
     ObserverList observers;
     StopSignals ownSignals;
     StopSignals* signals = &ownSignals; ///< a program may have its own, for its signal handler
@@ -22,22 +24,22 @@ struct SessionParts {
 
     /// Records a message and tells the observers.
     void note(ResultMessage message) {
-        book.messages.push_back(std::move(message));
-        observers.message(book.messages.back());
+        book->messages.push_back(std::move(message));
+        observers.message(book->messages.back());
     }
     /// A failure of the host's own.
     void fail(std::string text) { note({0, std::move(text), {}, ResultMessage::Severity::Error}); }
 
     template <class T>
     void addOutput(T output) {
-        book.append(std::move(output));
-        observers.outputAdded(book.outputs.back());
+        book->append(std::move(output));
+        observers.outputAdded(book->outputs.back());
     }
 
     /// Puts what there is to know about the data into the book.
     void describeData() {
-        book.source = data.dataSet().fileName();
-        book.notes = data.notes();
+        book->source = data.dataSet().fileName();
+        book->notes = data.notes();
     }
 
     static FrontEnd& scriptAnswers() {

@@ -32,7 +32,7 @@ bool SessionProgress::stopped() {
 }
 
 void SessionProgress::IterationLines::AddText(std::string_view line) {
-    owner.parts_.book.iterations.emplace_back(line);
+    owner.parts_.book->iterations.emplace_back(line);
     owner.parts_.observers.iterationLine(line);
 }
 

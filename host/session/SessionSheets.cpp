@@ -47,7 +47,7 @@ short SessionSheets::looka4(const ozm::SheetSpec& sheet) try {
 }
 
 short SessionSheets::RenameColumn(int column, std::string_view heading1, std::string_view heading2) {
-    auto& outputs = parts_.book.outputs;
+    auto& outputs = parts_.book->outputs;
     const auto last = std::find_if(outputs.rbegin(), outputs.rend(), [](const ResultsBook::Output& output) {
         return std::holds_alternative<Spreadsheet>(output);
     });

@@ -79,8 +79,8 @@ TEST_F(FilesTest, TheServiceReadsWhatItWrote) {
 
 TEST_F(FilesTest, AFailureToWriteIsReported) {
     EXPECT_FALSE(files.PutInitKeywordPrivate(folder / "none" / "e.ini", "s", "k", "v"));
-    ASSERT_EQ(parts.book.messages.size(), 1U);
-    EXPECT_NE(parts.book.messages[0].text.find("e.ini"), std::string::npos);
+    ASSERT_EQ(parts.book->messages.size(), 1U);
+    EXPECT_NE(parts.book->messages[0].text.find("e.ini"), std::string::npos);
     EXPECT_FALSE(files.PutInitKeywordPrivate(folder, "s", "k", "v")) << "a folder is no file";
 }
 

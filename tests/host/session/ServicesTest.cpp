@@ -88,7 +88,7 @@ TEST_F(ServicesTest, VariablesLabelsAndCodes) {
 struct ReportTest : ServicesTest {
     std::string written() {
         report.type();
-        const auto* last = std::get_if<Report>(&parts.book.outputs.back());
+        const auto* last = std::get_if<Report>(&parts.book->outputs.back());
         std::string text = last->title + "|";
         for (const std::string& line : last->lines)
             text += line + "|";
@@ -136,7 +136,7 @@ TEST_F(ReportTest, NothingWrittenAndWildPositions) {
     report.newline(3);
     report.writst(2, "  ");
     report.type();
-    EXPECT_TRUE(parts.book.outputs.empty());
+    EXPECT_TRUE(parts.book->outputs.empty());
     for (const int wild : {std::numeric_limits<int>::max(), std::numeric_limits<int>::min(), 0}) {
         report.cup(wild, 1);
         report.cup(1, wild);
@@ -146,7 +146,7 @@ TEST_F(ReportTest, NothingWrittenAndWildPositions) {
     EXPECT_EQ(written(), "t|");
     report.writst(4, "left");
     report.prttop();
-    EXPECT_EQ(parts.book.outputs.size(), 2U) << "opening a block closes the one before";
+    EXPECT_EQ(parts.book->outputs.size(), 2U) << "opening a block closes the one before";
 }
 
 TEST_F(ServicesTest, SheetsAndChartsOfWrongShapeAreRefused) {
@@ -164,9 +164,9 @@ TEST_F(ServicesTest, SheetsAndChartsOfWrongShapeAreRefused) {
     sheet.rowHeadings.clear();
     EXPECT_EQ(host.Sheets().table4(sheet), 0);
     EXPECT_EQ(host.Sheets().looka4(sheet), 0);
-    ASSERT_EQ(parts.book.outputs.size(), 2U);
-    EXPECT_EQ(std::get<Spreadsheet>(parts.book.outputs[0]).cellText(2, 0), "0.333333");
-    EXPECT_EQ(std::get<Spreadsheet>(parts.book.outputs[1]).cellText(2, 0), "0.3");
+    ASSERT_EQ(parts.book->outputs.size(), 2U);
+    EXPECT_EQ(std::get<Spreadsheet>(parts.book->outputs[0]).cellText(2, 0), "0.333333");
+    EXPECT_EQ(std::get<Spreadsheet>(parts.book->outputs[1]).cellText(2, 0), "0.3");
     EXPECT_NE(host.Sheets().RenameColumn(1, "a", "b"), 0);
     EXPECT_NE(host.Sheets().RenameColumn(-1, "a", "b"), 0);
 
@@ -180,7 +180,7 @@ TEST_F(ServicesTest, SheetsAndChartsOfWrongShapeAreRefused) {
     const float x[] = {1, 2};
     EXPECT_NE(host.Charts().MakeScatterplot(x, std::span(x).first(1), "t", "x", "y"), 0);
     EXPECT_EQ(host.Charts().MakeScatterplot(x, x, "t", "x", "y"), 0);
-    EXPECT_EQ(std::get<Chart>(parts.book.outputs.back()).info.series[0].x, (std::vector<double>{1, 2}));
+    EXPECT_EQ(std::get<Chart>(parts.book->outputs.back()).info.series[0].x, (std::vector<double>{1, 2}));
 }
 
 TEST_F(ServicesTest, StopRequestsAndProgress) {

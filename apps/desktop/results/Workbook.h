@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QList>
+#include <QWidget>
+#include <memory>
+#include <vector>
+
+#include "host/results/ResultsBook.h"
+
+class QAction;
+class QLabel;
+class QSplitter;
+class QStackedWidget;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace korvana::desktop {
+
+class OutputView;
+
+/// The results of every run: a tree of runs and their outputs at the left, the chosen output at the right.
+///
+/// A run's book is alive: it grows while its analysis runs. Outputs that stand in it are never moved
+/// (`ResultsBook::outputs`) and are shown without a copy. Everything is called in the window's thread.
+class Workbook : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit Workbook(QWidget* parent = nullptr);
+    ~Workbook() override;
+
+    /// Appends a run and what its book holds so far; answers its number, which counts from 0. A book that is
+    /// nullptr is taken for an empty one.
+    int addRun(std::shared_ptr<const ResultsBook> book, const QString& title);
+    /// The book of a run has grown: by outputs, messages, notes or lines of its iteration protocol. What is
+    /// new is listed, and the run's first output is shown when nothing else of it was chosen. An unknown run
+    /// is ignored.
+    void outputAdded(int run);
+    /// Outputs that stood already have changed (report lines, column headings, title): they are drawn anew.
+    void outputChanged(int run);
+    /// Chooses a run: its first output, or the run itself while it has none.
+    void showRun(int run);
+    /// Chooses an output of a run by its place in the book; false when there is none such.
+    bool showOutput(int run, int place);
+    void removeRun(int run);
+    void clear();
+
+    [[nodiscard]] bool isEmpty() const;
+    [[nodiscard]] int runCount() const; ///< runs that stand
+    [[nodiscard]] int currentRun() const; ///< -1 when none is chosen
+    [[nodiscard]] int currentOutput() const; ///< place in the book; -1 when none is chosen
+    [[nodiscard]] std::shared_ptr<const ResultsBook> book(int run) const; ///< nullptr when unknown
+
+    /// What a menu offers for the output that is shown: copy, export, print; some are disabled as fits.
+    [[nodiscard]] QAction* copyAction() const;
+    [[nodiscard]] QAction* exportOutputAction() const;
+    [[nodiscard]] QAction* exportRunAction() const;
+    [[nodiscard]] QAction* printAction() const;
+    [[nodiscard]] QAction* printPreviewAction() const;
+    /// All of them and what else there is (remove the run, ...), in the order of a menu.
+    [[nodiscard]] QList<QAction*> menuActions() const;
+
+signals:
+    /// Something about the results to be said in the status line ("4 files written to ...").
+    void statusText(const QString& text);
+};
+
+} // namespace korvana::desktop

@@ -89,31 +89,35 @@ std::size_t FillLogarithmic(const KaplanResults& results, bool logSurvival, CCha
     return values;
 }
 
+struct PlotTexts {
+    int title;
+    int xAxis;
+    int yAxis;
+};
+
+PlotTexts TextsOf(KaplanPlot plot) {
+    switch (plot) {
+    case KaplanPlot::Survival:
+        return {StrKmPlot1, StrKmAxisTime, StrKmAxisSurviving};
+    case KaplanPlot::LogTime:
+        return {StrKmPlot2, StrKmAxisLogTime, StrKmAxisSurviving};
+    case KaplanPlot::LogLog:
+        break;
+    }
+    return {StrKmPlot3, StrKmAxisLogTime, StrKmAxisLogSurviving};
+}
+
 } // namespace
 
 int PlotKaplan(CAnalysisSupport& host, const KaplanResults& results, KaplanPlot plot, double level) {
+    const PlotTexts texts = TextsOf(plot);
     CChartInfo chart;
-    std::size_t values = 0;
-    switch (plot) {
-    case KaplanPlot::Survival:
-        chart.title = Trimmed(StrKmPlot1);
-        chart.xAxis.title = Trimmed(StrKmAxisTime);
-        chart.yAxis.title = Trimmed(StrKmAxisSurviving);
-        values = FillSurvival(results, level, chart);
-        break;
-    case KaplanPlot::LogTime:
-        chart.title = Trimmed(StrKmPlot2);
-        chart.xAxis.title = Trimmed(StrKmAxisLogTime);
-        chart.yAxis.title = Trimmed(StrKmAxisSurviving);
-        values = FillLogarithmic(results, false, chart);
-        break;
-    case KaplanPlot::LogLog:
-        chart.title = Trimmed(StrKmPlot3);
-        chart.xAxis.title = Trimmed(StrKmAxisLogTime);
-        chart.yAxis.title = Trimmed(StrKmAxisLogSurviving);
-        values = FillLogarithmic(results, true, chart);
-        break;
-    }
+    chart.title = Trimmed(texts.title);
+    chart.xAxis.title = Trimmed(texts.xAxis);
+    chart.yAxis.title = Trimmed(texts.yAxis);
+    const std::size_t values = plot == KaplanPlot::Survival
+                                   ? FillSurvival(results, level, chart)
+                                   : FillLogarithmic(results, plot == KaplanPlot::LogLog, chart);
     if (values < 3) return StrFewerThan3Values;
     const short outcome = host.NewGeneralMultipleChartLongEx(chart);
     host.c_gr0(chart);

@@ -66,6 +66,11 @@ double CaseReader::Copies() {
     return weight >= 2.0 ? std::ceil(weight) : 1.0;
 }
 
+void CaseReader::ShareCounts() {
+    settings_.work.counts = {counts_.casesRead,   counts_.valid,        counts_.otherCode,    counts_.missing,
+                             counts_.invalidDate, counts_.negativeTime, counts_.missingWeight};
+}
+
 bool CaseReader::Examine(Observation& observation) {
     const double censoring = values_[0];
     observation.complete = CodesEqual(censoring, settings_.completeCode);

@@ -58,6 +58,8 @@ private:
     bool SurvivalTime(double& time);
     bool DateTime(double& time);
     [[nodiscard]] double Copies();
+    /// Leaves the counts in the work area that the host shares.
+    void ShareCounts();
 
     CAnalysisSupport& host_;
     SharedSettings& settings_;
@@ -109,6 +111,7 @@ Status CaseReader::Read(std::int32_t capacity, Append&& append) {
             if (counts_.casesRead < most) ++counts_.casesRead;
         }
     }
+    ShareCounts();
     return counts_.valid <= 2 ? Status::TooFewValid : Status::Success;
 }
 

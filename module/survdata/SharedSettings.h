@@ -23,8 +23,10 @@ struct WorkAreas {
     std::array<double, 76> values{};  ///< values of the case in hand, in the order of `variables`
     std::array<double, 76> missing{}; ///< missing-data codes of the same variables
     std::array<std::int32_t, 76> variables{};
-    std::array<std::int32_t, 8> counts{}; ///< of the last reading pass
-    std::array<double, 8> statistics{};   ///< of the last computation
+    /// Of the last complete reading pass: cases read, valid, other code, missing, invalid date, negative, no
+    /// weight.
+    std::array<std::int32_t, 7> counts{};
+    std::array<double, 8> statistics{}; ///< of the last computation
 };
 
 /// What every analysis shares: selections, codes and what is known of the data.

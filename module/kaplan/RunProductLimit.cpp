@@ -121,6 +121,8 @@ Status ComputeRun(CAnalysisSupport& host, SharedSettings& shared, KaplanResults&
                         results.arrays.ranks.first(uncensored), results.arrays.survival.first(uncensored),
                         results.arrays.standardError.first(uncensored));
     results.percentiles = ComputeSurvivalPercentiles(results.UncensoredTimes(), results.Survival());
+    std::copy(results.percentiles.times.begin(), results.percentiles.times.end(),
+              shared.work.statistics.begin());
     return Status::Success;
 }
 

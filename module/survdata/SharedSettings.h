@@ -26,7 +26,7 @@ struct WorkAreas {
     /// Of the last complete reading pass: cases read, valid, other code, missing, invalid date, negative, no
     /// weight.
     std::array<std::int32_t, 7> counts{};
-    std::array<double, 8> statistics{}; ///< of the last computation
+    std::array<double, 8> statistics{}; ///< of the last computation; an analysis says which
 };
 
 /// What every analysis shares: selections, codes and what is known of the data.

@@ -35,6 +35,9 @@ TEST_F(KaplanFixture, PublishedEstimatesOfTheLeukaemiaData) {
     EXPECT_NEAR(r.percentiles.times[0], 10 + 3 * (.7529412 - .75) / (.7529412 - .6901961), 1e-5);
     EXPECT_NEAR(r.percentiles.times[1], 22 + (.5378151 - .5) / (.5378151 - .4481793), 1e-5);
     EXPECT_FALSE(r.percentiles.located[2]);
+    // What the host sees in the shared areas.
+    EXPECT_EQ(static_cast<const double*>(analysis.Commons()[4].address)[1], r.percentiles.times[1]);
+    EXPECT_EQ(static_cast<const std::int32_t*>(analysis.Commons()[3].address)[1], 21);
     EXPECT_EQ(host.requests, 0); // small data take no memory from the host
 }
 

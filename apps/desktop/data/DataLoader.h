@@ -1,0 +1,66 @@
+#pragma once
+
+#include "host/data/ReadData.h"
+#include "host/session/ActiveData.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <optional>
+#include <stop_token>
+#include <thread>
+
+class QMimeData;
+class QWidget;
+
+namespace korvana::desktop {
+
+/// Reads a data file in a thread of its own. Signals come in the thread of this object; after each load exactly
+/// one of them.
+class DataLoader : public QObject {
+    Q_OBJECT
+
+public:
+    explicit DataLoader(QObject* parent = nullptr);
+    ~DataLoader() override; ///< stops a load under way
+
+    /// Begins to read. A load under way is stopped without a signal.
+    void load(const QString& path, const ReadOptions& options = {});
+    void cancel();
+    [[nodiscard]] bool isLoading() const { return loading_; }
+
+    /// Waits without handling events; true when the load has ended (its signal is then on its way).
+    bool wait(int milliseconds);
+
+    /// The data read, once, after loaded().
+    [[nodiscard]] std::optional<DataSet> take();
+
+signals:
+    void loaded();
+    /// @param error  what is wrong, where, and what to do
+    void failed(const QString& error);
+    void cancelled();
+
+private:
+    struct Outcome;
+    void finish(quint64 load);
+
+    std::jthread worker_;
+    std::shared_ptr<Outcome> outcome_;
+    std::optional<DataSet> data_;
+    quint64 load_ = 0;
+    bool loading_ = false;
+};
+
+/// Reads a file and makes it the active data; selection and weights of the data before are forgotten. A file
+/// that takes longer shows a busy sign with a Cancel button over the parent, and the program stays alive.
+/// False when it was cancelled (the error is then empty) or could not be read; the data before then stays.
+bool openDataFile(ActiveData& data, const QString& path, QString* error, QWidget* parent = nullptr);
+
+/// The filter of a file dialog that asks for data.
+QString dataFileFilter();
+
+/// The first local file of what is dragged over the window; empty without one.
+QString droppedFile(const QMimeData* mime);
+
+} // namespace korvana::desktop

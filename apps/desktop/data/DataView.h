@@ -1,0 +1,54 @@
+#pragma once
+
+#include "host/session/ActiveData.h"
+
+#include <QWidget>
+
+class QLabel;
+class QSpinBox;
+class QTableView;
+
+namespace korvana::desktop {
+
+class CaseTableModel;
+
+/// The cases as a grid: one row per case, one column per variable (before them the case names, when there are
+/// any). Cells are read from the data when they are painted; nothing is copied.
+class DataView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit DataView(QWidget* parent = nullptr);
+
+    /// Shows data; nullptr shows nothing. The data must stay until the next call. To be called again, before
+    /// events are handled, whenever another data set was opened, and after selection or weights changed.
+    void setData(const ActiveData* data);
+
+    /// Value labels instead of codes (the default is labels).
+    void setShowLabels(bool labels);
+    [[nodiscard]] bool showLabels() const;
+
+    /// Makes a case, counted from 1, the current one and scrolls to it. Beyond the data: the last one.
+    void goToCase(int case1);
+    /// Puts the keyboard into the field that asks for a case.
+    void askForCase();
+
+    /// The selected cells as they are shown, as text with tabs between columns.
+    /// @param names  a first line with the names of the columns
+    void copy(bool names = false);
+
+    [[nodiscard]] QTableView* table() const { return table_; }
+
+private:
+    void showState();
+    void fitColumns();
+    void say(const QString& text);
+
+    CaseTableModel* model_;
+    QTableView* table_;
+    QLabel* state_;
+    QLabel* caseLabel_;
+    QSpinBox* case_;
+};
+
+} // namespace korvana::desktop

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "host/session/ActiveData.h"
+
+#include <QDialog>
+#include <QTimer>
+#include <memory>
+
+class QLabel;
+class QListWidget;
+class QPushButton;
+
+namespace korvana::desktop {
+
+class ConditionEdit;
+class VariableList;
+
+/// Edits the condition that cases must satisfy to take part; an empty one takes all cases. The number of cases
+/// that it selects is counted while one types, in small pieces, so that the dialog stays alive on any number of
+/// cases. OK applies the condition (exec() answers Accepted) once it is counted; a fault is shown and marked
+/// where it stands.
+class SelectionDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    /// @param data  stays while the dialog is open
+    explicit SelectionDialog(ActiveData& data, QWidget* parent = nullptr);
+    ~SelectionDialog() override;
+
+    void accept() override;
+
+private:
+    void conditionChanged();
+    void startCounting();
+    void countSome();
+    void showCount();
+    void showError(const QString& text);
+    void showCodes();
+    void insertVariable(int variable0);
+    void insertCode();
+
+    ActiveData& data_;
+    ConditionEdit* condition_;
+    VariableList* variables_;
+    QListWidget* codes_;
+    QLabel* outcome_;
+    QTimer pause_; ///< between the last key and the counting
+    QTimer idle_;
+    std::unique_ptr<SelectionPass> pass_;
+    bool failed_ = false;
+    bool applyWhenCounted_ = false;
+};
+
+} // namespace korvana::desktop

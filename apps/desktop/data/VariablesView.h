@@ -1,0 +1,47 @@
+#pragma once
+
+#include "host/session/ActiveData.h"
+
+#include <QWidget>
+
+class QLabel;
+class QTableView;
+
+namespace korvana::desktop {
+
+class VariableTableModel;
+
+/// What is known about the variables, one row each. Cases, missing ones and distinct values are counted over
+/// the selected cases, in small pieces while the view is visible and the program is idle.
+class VariablesView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit VariablesView(QWidget* parent = nullptr);
+
+    /// Shows data; nullptr shows nothing. As for DataView::setData.
+    void setData(ActiveData* data);
+
+    /// Whether labels and missing codes may be edited (the default); not while an analysis runs.
+    void setEditable(bool editable);
+
+    /// Opens the value labels of a variable, counted from 0, for editing.
+    void editValueLabels(int variable0);
+
+    [[nodiscard]] QTableView* table() const { return table_; }
+
+signals:
+    /// A label, a missing code or value labels were edited. A selection that depends on them was made anew.
+    void variablesChanged();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    VariableTableModel* model_;
+    QTableView* table_;
+    QLabel* message_;
+};
+
+} // namespace korvana::desktop

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "host/session/ActiveData.h"
+
+#include <QDialog>
+
+class QLabel;
+class QRadioButton;
+
+namespace korvana::desktop {
+
+class VariableList;
+
+/// Chooses the variable that weights the cases, or none. OK applies the choice to the data (exec() answers
+/// Accepted); Cancel leaves it as it is.
+class WeightsDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    /// @param data  stays while the dialog is open
+    explicit WeightsDialog(ActiveData& data, QWidget* parent = nullptr);
+
+    void accept() override;
+
+private:
+    void showEffect();
+
+    ActiveData& data_;
+    QRadioButton* none_;
+    QRadioButton* byVariable_;
+    VariableList* variables_;
+    QLabel* effect_;
+};
+
+} // namespace korvana::desktop

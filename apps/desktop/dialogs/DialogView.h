@@ -1,0 +1,94 @@
+#pragma once
+
+#include "apps/desktop/dialogs/FieldHost.h"
+#include "support/dialogs/CAnalysisDialog.h"
+
+#include <QDialog>
+
+#include <vector>
+
+class QTabWidget;
+
+namespace korvana::desktop {
+
+class Callout;
+class ControlField;
+
+/// Draws a dialog of an analysis from its template and follows it. It knows control kinds, not analyses.
+///
+/// Whatever the user does becomes one operation of the model (`Press`, `PutValue`). Operations do not nest:
+/// what the user does while one runs (the module may let the window breathe) is ignored, and closing the
+/// window then only emits `stopRequested`. A refusal is shown beside the control that was refused.
+///
+/// The model must outlive the view or be closed before it goes; `detach` lets go of one that is neither.
+class DialogView : public QDialog, private ozm::DialogObserver, private FieldHost {
+    Q_OBJECT
+public:
+    explicit DialogView(ozm::CAnalysisDialog& dialog, QWidget* parent = nullptr);
+    ~DialogView() override;
+
+    /// Shows a tab page (0-based); one that the template has not is ignored.
+    void showPage(int page);
+    /// The data changed (another file, weights, selection): variables and codes are asked for anew. Done by
+    /// itself after each operation.
+    void refreshData();
+    /// Lets go of the model, as if it had been closed, without a signal.
+    void detach();
+    /// The model, nullptr after it was closed.
+    [[nodiscard]] ozm::CAnalysisDialog* dialog() const { return dialog_; }
+    /// Whether an operation of the model is running.
+    [[nodiscard]] bool isBusy() const { return depth_ > 0; }
+
+    /// Presses Cancel when the template has it (Escape and the window's close button come here).
+    void reject() override;
+
+signals:
+    /// An operation has returned; never while one runs. The receiver may delete the view.
+    void operated();
+    /// The model was closed, by whomever. Comes before the `operated` of the operation that closed it.
+    void dialogClosed();
+    /// The user wants to close the window while an operation runs.
+    void stopRequested();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    struct Placed {
+        const ozm::ControlTemplate* control;
+        ControlField* field;
+        int page; ///< -1: beside the pages
+    };
+
+    void ControlChanged(ozm::CAnalysisDialog& dialog, int control) override;
+    void DialogClosed(ozm::CAnalysisDialog& dialog) override;
+
+    ozm::CAnalysisSupport* analysis() override;
+    bool put(ControlField& field, ozm::ControlValue value) override;
+    void press(ControlField& field) override;
+    void complain(QWidget& where, const QString& reason) override;
+    void complaintSettled(QWidget& where) override;
+
+    void build();
+    void place(const std::vector<const ozm::ControlTemplate*>& controls, int page, QWidget* onto);
+    ControlField* add(const ozm::ControlTemplate& control, int page, QWidget* parent);
+    void chooseDefaults();
+    void showValue(const ozm::ControlTemplate& control);
+    void showAll();
+    void offerCodes();
+    bool commitEdits();
+    template <class Operation>
+    bool operate(Operation operation, ozm::DialogResult& result);
+    void tell();
+
+    ozm::CAnalysisDialog* dialog_;
+    QTabWidget* tabs_ = nullptr;
+    Callout* callout_ = nullptr;
+    std::vector<Placed> placed_;
+    int depth_ = 0;
+    bool closedUntold_ = false;
+    bool operatedUntold_ = false;
+};
+
+} // namespace korvana::desktop

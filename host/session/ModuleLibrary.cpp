@@ -45,6 +45,28 @@ std::vector<fs::path> modulePaths(const std::string& fileName, const std::vector
     return paths;
 }
 
+std::vector<fs::path> findModules() {
+    constexpr const char* prefix = "libOZM";
+    std::vector<fs::path> found;
+    const auto add = [&](const fs::path& file) {
+        const auto sameName = [&](const fs::path& other) { return other.filename() == file.filename(); };
+        const std::string name = file.filename().string();
+        if (name.starts_with(prefix) && name.ends_with(".so") &&
+            std::none_of(found.begin(), found.end(), sameName))
+            found.push_back(file);
+    };
+    for (const fs::path& candidate : modulePaths("any")) {
+        std::error_code error;
+        add(candidate); // the environment may name a file
+        for (fs::directory_iterator entry(candidate.parent_path(), error), end; !error && entry != end;
+             entry.increment(error))
+            add(entry->path());
+    }
+    std::sort(found.begin(), found.end(),
+              [](const fs::path& a, const fs::path& b) { return a.filename() < b.filename(); });
+    return found;
+}
+
 Analysis loadAnalysis(const std::vector<fs::path>& paths) {
     std::string tried;
     for (const fs::path& path : paths) {

@@ -25,6 +25,9 @@ using Analysis = std::shared_ptr<ozm::CAnalysisSupport>;
 std::vector<std::filesystem::path> modulePaths(const std::string& fileName,
                                                const std::vector<std::filesystem::path>& folders = {});
 
+/// The modules that there are (files `libOZM*.so`) in the folders where `modulePaths` looks, by name; each name once.
+std::vector<std::filesystem::path> findModules();
+
 /// Loads the first module found and asks its factory for an analysis object without a document. The library
 /// is closed after the object was destroyed. A module's state is one per process: one analysis at a time.
 /// Throws ModuleError.

@@ -26,6 +26,11 @@ struct ChartSeries {
     Marker marker = Marker::None;
     /// Series of one group share a colour: an estimate, its bounds and its censored observations.
     int group = 0;
+    /// Of an estimate over time: when observations leave its sample, complete or censored, ascending, each time
+    /// as often as observations leave. From these the numbers at risk under the curve are counted; empty
+    /// where there are none to show.
+    std::vector<double> leaving;
+    double staying = 0.0; ///< observations that leave after the last of these times (those not plotted)
 };
 
 /// Axis: title, and a range where the caller wants one (min < max), else chosen from the data.

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/results/AtRisk.h"
 #include "host/results/ChartGeometry.h"
 #include "host/results/ChartText.h"
 #include "host/results/Utf8.h"
@@ -23,11 +24,19 @@ using ozm::ChartSeries;
 /// Okabe and Ito (2008), told apart with any colour vision; without its yellow, which is lost on white.
 constexpr std::array<QRgb, 7> kPalette{0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7,
                                        0xFFE69F00, 0xFF56B4E9, 0xFF000000};
+/// The same hues, lightened to stand out from a dark ground; white in black's place.
+constexpr std::array<QRgb, 7> kDarkPalette{0xFF5AB0F0, 0xFFF28446, 0xFF2EC79B, 0xFFE59CC8,
+                                           0xFFFFC247, 0xFFA6DEFF, 0xFFFFFFFF};
 constexpr int kMostReversals = 300;
 constexpr std::size_t kMostBands = 3; // more shades than that hide each other
 
-const QColor kInk(0x22, 0x22, 0x22);
-const QColor kGrid(0xE4, 0xE4, 0xE4);
+struct Tones {
+    QColor ink;
+    QColor grid;
+    QColor ground;
+};
+const Tones kLight{{0x22, 0x22, 0x22}, {0xE4, 0xE4, 0xE4}, Qt::white};
+const Tones kDark{{0xE6, 0xE6, 0xE6}, {0x46, 0x46, 0x46}, {0x1C, 0x1C, 0x1C}};
 
 bool isBound(const ChartSeries& series) {
     return series.role == ChartSeries::Role::LowerBound || series.role == ChartSeries::Role::UpperBound;
@@ -63,7 +72,7 @@ ChartPath inPieces(const ChartPath& path) {
 class Painter {
 public:
     Painter(QCustomPlot& plot, const ozm::CChartInfo& info, const PlotOptions& options)
-        : plot_(plot), info_(info), options_(options) {}
+        : plot_(plot), info_(info), options_(options), tones_(options.dark ? kDark : kLight) {}
 
     void paint() {
         for (const ChartSeries& series : info_.series)
@@ -74,6 +83,7 @@ public:
         for (const ChartSeries& series : info_.series)
             paintSeries(series);
         addTitle();
+        addNumbersAtRisk();
         addLegend();
     }
 
@@ -86,7 +96,12 @@ private:
     [[nodiscard]] std::size_t groupIndex(const ChartSeries& series) const { return groups_.at(series.group); }
 
     [[nodiscard]] QColor colour(const ChartSeries& series) const {
-        return QColor::fromRgb(kPalette[groupIndex(series) % kPalette.size()]);
+        const auto& palette = options_.dark ? kDarkPalette : kPalette;
+        return QColor::fromRgb(palette[groupIndex(series) % palette.size()]);
+    }
+
+    [[nodiscard]] QFont font(int pixels, bool bold = false) const {
+        return chartFont(std::max(1, static_cast<int>(std::lround(pixels * options_.textScale))), bold);
     }
 
     [[nodiscard]] QPen pen(const ChartSeries& series) const {
@@ -134,30 +149,27 @@ private:
 
     void styleAxis(QCPAxis& axis, const Extent& range, const std::string& title, int length) {
         axis.setRange(range.low, range.high);
-        axis.setLabelFont(chartFont(15));
-        axis.setTickLabelFont(chartFont(13));
+        axis.setLabelFont(font(15));
+        axis.setTickLabelFont(font(13));
         axis.setLabel(elidedLine(title, axis.labelFont(), length));
-        axis.setLabelColor(kInk);
-        axis.setTickLabelColor(kInk);
+        axis.setLabelColor(tones_.ink);
+        axis.setTickLabelColor(tones_.ink);
         axis.setLabelPadding(8);
-        axis.setBasePen(QPen(kInk, 1));
-        axis.setTickPen(QPen(kInk, 1));
-        axis.setSubTickPen(QPen(kInk, 1));
+        axis.setBasePen(QPen(tones_.ink, 1));
+        axis.setTickPen(QPen(tones_.ink, 1));
+        axis.setSubTickPen(QPen(tones_.ink, 1));
         axis.setTickLength(0, 6);
         axis.setSubTickLength(0, 3);
         axis.setNumberFormat("gb");
-        // Enough digits that neighbouring ticks of an axis far from zero read differently.
-        const double magnitude = std::max(std::fabs(range.low), std::fabs(range.high));
-        axis.setNumberPrecision(
-            std::clamp(static_cast<int>(std::log10(magnitude / range.span())) + 4, 6, 15));
+        axis.setNumberPrecision(tickPrecision(range.low, range.high));
         axis.ticker()->setTickCount(6);
-        axis.grid()->setPen(QPen(kGrid, 1));
+        axis.grid()->setPen(QPen(tones_.grid, 1));
         axis.grid()->setZeroLinePen(Qt::NoPen);
     }
 
     void styleAxes() {
         plot_.setLocale(plainLocale());
-        plot_.setBackground(QBrush(Qt::white));
+        plot_.setBackground(QBrush(tones_.ground));
         plot_.setAutoAddPlottableToLegend(false);
         plot_.axisRect()->setMinimumMargins(QMargins(20, 12, 24, 10));
         styleAxis(*plot_.xAxis, x_, info_.xAxis.title, options_.width - 120);
@@ -295,20 +307,30 @@ private:
 
     void addTitle() {
         if (info_.title.empty()) return;
-        const QFont font = chartFont(18, true);
-        const QString text = wrappedLines(info_.title, font, options_.width - 60, 2).join('\n');
+        const QFont bold = font(18, true);
+        const QString text = wrappedLines(info_.title, bold, options_.width - 60, 2).join('\n');
         plot_.plotLayout()->insertRow(0);
-        auto* title = new QCPTextElement(&plot_, text, font);
-        title->setTextColor(kInk);
+        auto* title = new QCPTextElement(&plot_, text, bold);
+        title->setTextColor(tones_.ink);
         title->setMargins(QMargins(10, 12, 10, 2));
         plot_.plotLayout()->addElement(0, 0, title);
+    }
+
+    void addNumbersAtRisk() {
+        if (!options_.numbersAtRisk) return;
+        std::vector<AtRiskRow> rows;
+        for (const ChartSeries& series : info_.series)
+            if (!series.leaving.empty())
+                rows.push_back({elidedLine(series.legend, font(13), options_.width / 5), colour(series),
+                                series.x.empty() ? 0.0 : series.x.front(), series.leaving, series.staying});
+        addAtRiskRows(plot_, std::move(rows), font(13), tones_.ink);
     }
 
     /// Series with the same text in the same group (a pair of bounds) share one entry.
     void addLegendEntry(const ChartSeries& series, QCPAbstractPlottable* plottable) {
         if (series.legend.empty()) return;
         if (!named_.insert({series.group, series.legend}).second) return;
-        legend_.push_back({elidedLine(series.legend, chartFont(13), options_.width / 2), plottable});
+        legend_.push_back({elidedLine(series.legend, font(13), options_.width / 2), plottable});
     }
 
     void addLegend() {
@@ -316,8 +338,8 @@ private:
         constexpr int kIcon = 30;
         constexpr int kSpacing = 14;
         constexpr std::size_t kMostRows = 5;
-        const QFont font = chartFont(13);
-        const QFontMetricsF metrics(font);
+        const QFont entryFont = font(13);
+        const QFontMetricsF metrics(entryFont);
         double widest = 0.0;
         for (const LegendEntry& entry : legend_)
             widest = std::max(widest, metrics.horizontalAdvance(entry.text));
@@ -336,8 +358,8 @@ private:
         auto* legend = new QCPLegend; // beside the plot's built-in one, which lies over the data
         plot_.plotLayout()->addElement(plot_.plotLayout()->rowCount(), 0, legend);
         legend->setLayer("legend");
-        legend->setFont(font);
-        legend->setTextColor(kInk);
+        legend->setFont(entryFont);
+        legend->setTextColor(tones_.ink);
         legend->setIconSize(kIcon, 14);
         legend->setIconTextPadding(
             12); // SVG does not clip a line's icon, which is 5 pixels longer than its place
@@ -365,6 +387,7 @@ private:
     QCustomPlot& plot_;
     const ozm::CChartInfo& info_;
     const PlotOptions& options_;
+    const Tones& tones_;
     std::map<int, std::size_t> groups_; // group -> place in order of appearance
     std::set<std::pair<int, std::string>> named_;
     std::vector<LegendEntry> legend_;
@@ -374,6 +397,11 @@ private:
 };
 
 } // namespace
+
+int tickPrecision(double low, double high) {
+    const double magnitude = std::max(std::fabs(low), std::fabs(high));
+    return std::clamp(static_cast<int>(std::log10(magnitude / (high - low))) + 4, 6, 15);
+}
 
 void fillPlot(QCustomPlot& plot, const ozm::CChartInfo& info, const PlotOptions& options) {
     Painter(plot, info, options).paint();

@@ -72,7 +72,7 @@ bool drawPdf(QCustomPlot& plot, const ozm::CChartInfo& info, QBuffer& out) {
 
 } // namespace
 
-Picture drawChart(const ozm::CChartInfo& info, PictureFormat format) {
+Picture drawChart(const ozm::CChartInfo& info, PictureFormat format, bool numbersAtRisk) {
     Picture picture;
     try {
         picture.error = ensureChartApplication();
@@ -82,7 +82,9 @@ Picture drawChart(const ozm::CChartInfo& info, PictureFormat format) {
         QBuffer out(&bytes);
         out.open(QIODevice::WriteOnly);
         QCustomPlot plot;
-        fillPlot(plot, info, {kWidth, kHeight, true});
+        PlotOptions options{kWidth, kHeight};
+        options.numbersAtRisk = numbersAtRisk;
+        fillPlot(plot, info, options);
         const bool drawn = format == PictureFormat::Svg   ? drawSvg(plot, info, out)
                            : format == PictureFormat::Png ? drawPng(plot, out)
                                                           : drawPdf(plot, info, out);

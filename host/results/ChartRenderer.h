@@ -20,7 +20,9 @@ struct Picture {
 /// Draws a chart without a window, 960 by 640 pixels (PNG at twice that; SVG and PDF at 96 per inch), the
 /// same layout in every format. Any numbers will do; a series without points leaves its place in the legend.
 /// A failure is an answer, never an exception. Call it from one thread (see ChartApplication.h).
-[[nodiscard]] Picture drawChart(const ozm::CChartInfo& info, PictureFormat format);
+/// With `numbersAtRisk` they stand under the time axis, where the chart tells them.
+[[nodiscard]] Picture drawChart(const ozm::CChartInfo& info, PictureFormat format,
+                                bool numbersAtRisk = false);
 
 /// The SVG of `drawChart` made fit to stand inside an HTML page: no prolog, sized by the page, a name for
 /// screen readers, and identifiers beginning with `prefix`, so that several can stand on one page.

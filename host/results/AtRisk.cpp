@@ -1,0 +1,126 @@
+#include "host/results/AtRisk.h"
+
+#include <QFontMetricsF>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <qcustomplot.h>
+#include <utility>
+
+namespace korvana {
+namespace {
+
+constexpr double kGap = 8.0; // between a label and the first number, and between numbers
+
+class AtRiskRows : public QCPLayoutElement {
+public:
+    AtRiskRows(QCustomPlot& plot, std::vector<AtRiskRow> rows, const QFont& font, const QColor& ink)
+        : QCPLayoutElement(&plot), rows_(std::move(rows)), font_(font), ink_(ink), metrics_(font) {
+        setMargins({});
+    }
+
+    /// From the left edge of the plot to that of the axes.
+    [[nodiscard]] int roomForLabels() const {
+        double room = 0.0;
+        for (const AtRiskRow& row : rows_) {
+            const double most = static_cast<double>(row.leaving.size()) + row.staying;
+            room = std::max(room, metrics_.horizontalAdvance(row.label) +
+                                      metrics_.horizontalAdvance(QString::number(most, 'f', 0)) / 2);
+        }
+        return static_cast<int>(std::ceil(room + 2 * kGap));
+    }
+
+    [[nodiscard]] QSize minimumOuterSizeHint() const override {
+        return {0, static_cast<int>(std::ceil(lineHeight() * static_cast<double>(rows_.size() + 1)))};
+    }
+    [[nodiscard]] QSize maximumOuterSizeHint() const override {
+        return {QWIDGETSIZE_MAX, minimumOuterSizeHint().height()};
+    }
+
+protected:
+    void applyDefaultAntialiasingHint(QCPPainter* painter) const override { painter->setAntialiasing(true); }
+
+    void draw(QCPPainter* painter) override {
+        const QCPAxis& axis = *mParentPlot->xAxis;
+        const QRect area = axis.axisRect()->rect();
+        std::vector<double> ticks;
+        for (const double tick : axis.tickVector())
+            if (axis.range().contains(tick)) ticks.push_back(tick);
+        const std::size_t stride = strideOf(ticks, axis);
+
+        painter->setFont(font_);
+        painter->setPen(ink_);
+        double y = rect().top();
+        painter->drawText(line(area.left(), y, area.width()), Qt::AlignLeft | Qt::AlignVCenter,
+                          QStringLiteral("Numbers at risk"));
+        for (const AtRiskRow& row : rows_) {
+            y += lineHeight();
+            painter->setPen(row.colour);
+            const double half = metrics_.horizontalAdvance(text(row, row.from)) / 2;
+            const double end = area.left() - half - kGap;
+            painter->drawText(line(0, y, end), Qt::AlignRight | Qt::AlignVCenter, row.label);
+            painter->setPen(ink_);
+            for (std::size_t i = 0; i < ticks.size(); i += stride) {
+                const QString number = text(row, ticks[i]);
+                const double width = metrics_.horizontalAdvance(number) + 2;
+                painter->drawText(line(axis.coordToPixel(ticks[i]) - width / 2, y, width),
+                                  Qt::AlignHCenter | Qt::AlignVCenter, number);
+            }
+        }
+    }
+
+private:
+    [[nodiscard]] double lineHeight() const { return std::ceil(metrics_.height() * 1.15); }
+    [[nodiscard]] QRectF line(double x, double y, double width) const { return {x, y, width, lineHeight()}; }
+
+    [[nodiscard]] static QString text(const AtRiskRow& row, double time) {
+        if (time < row.from) return {};
+        const double number = numberAtRisk(row.leaving, row.staying, time);
+        return std::isnan(number) ? QString() : QString::number(number, 'f', 0);
+    }
+
+    /// Every how many ticks a number finds its place.
+    [[nodiscard]] std::size_t strideOf(const std::vector<double>& ticks, const QCPAxis& axis) const {
+        if (ticks.size() < 2) return 1;
+        double widest = 0.0;
+        for (const AtRiskRow& row : rows_)
+            for (const double tick : ticks)
+                widest = std::max(widest, metrics_.horizontalAdvance(text(row, tick)));
+        const double apart = std::fabs(axis.coordToPixel(ticks[1]) - axis.coordToPixel(ticks[0]));
+        if (!(apart > 0.0)) return ticks.size();
+        return std::clamp<std::size_t>(static_cast<std::size_t>(std::ceil((widest + kGap) / apart)), 1,
+                                       ticks.size());
+    }
+
+    std::vector<AtRiskRow> rows_;
+    QFont font_;
+    QColor ink_;
+    QFontMetricsF metrics_;
+};
+
+} // namespace
+
+bool tellsNumbersAtRisk(const ozm::CChartInfo& info) {
+    return std::any_of(info.series.begin(), info.series.end(),
+                       [](const ozm::ChartSeries& series) { return !series.leaving.empty(); });
+}
+
+double numberAtRisk(std::span<const double> leaving, double staying, double time) {
+    // A tick is a multiple of the tick step and may lie a rounding error above the time that it stands for.
+    const double just = time - 1e-12 * std::fabs(time);
+    const auto first = std::lower_bound(leaving.begin(), leaving.end(), just);
+    if (first == leaving.end() && staying > 0.0) return std::numeric_limits<double>::quiet_NaN();
+    return static_cast<double>(leaving.end() - first) + staying;
+}
+
+void addAtRiskRows(QCustomPlot& plot, std::vector<AtRiskRow> rows, const QFont& font, const QColor& ink) {
+    if (rows.empty()) return;
+    auto* element = new AtRiskRows(plot, std::move(rows), font, ink); // the layout owns it
+    plot.plotLayout()->addElement(plot.plotLayout()->rowCount(), 0, element);
+    plot.plotLayout()->setRowStretchFactor(plot.plotLayout()->rowCount() - 1, 0.001);
+    QMargins margins = plot.axisRect()->minimumMargins();
+    margins.setLeft(std::max(margins.left(), element->roomForLabels()));
+    plot.axisRect()->setMinimumMargins(margins);
+}
+
+} // namespace korvana

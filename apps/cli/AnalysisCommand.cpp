@@ -49,7 +49,7 @@ int AnalysisCommand::run(Console& console) {
     const std::vector<std::size_t> chosen = chosenOutputs();
     PhaseTimes times;
     ProgressLine progress(console, output_.quiet());
-    Session session(load(), {.signals = &console.signals});
+    Session session(load(), {.stops = &console.signals});
     session.addObserver(progress);
     session.addObserver(times);
     progress.status("Reading " + data_.path() + " ...");

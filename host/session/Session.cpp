@@ -25,7 +25,7 @@ private:
 Session::Session(Analysis analysis, const SessionOptions& options)
     : services_(parts_, options.services), analysis_(std::move(analysis)) {
     if (options.frontEnd != nullptr) parts_.frontEnd = options.frontEnd;
-    if (options.signals != nullptr) parts_.signals = options.signals;
+    if (options.stops != nullptr) parts_.stops = options.stops;
     parts_.automation = options.automation;
     parts_.analysis = analysis_.get();
     if (analysis_ != nullptr) analysis_->AttachDocument(&services_);

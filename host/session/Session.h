@@ -14,7 +14,7 @@ namespace korvana {
 struct SessionOptions {
     bool automation = true;         ///< a script drives the analysis: modal steps run without their dialogs
     FrontEnd* frontEnd = nullptr;   ///< nullptr: the answers of `FrontEnd` itself; must outlive the session
-    StopSignals* signals = nullptr; ///< nullptr: the session's own; must outlive the session
+    StopSignals* stops = nullptr; ///< nullptr: the session's own; must outlive the session
     ServiceOverrides services{};
 };
 
@@ -44,7 +44,7 @@ public:
     ActiveData& data() { return parts_.data; }
     /// Opens another data set in place of the present one, and lets a running analysis know.
     void openData(DataSet data);
-    StopSignals& signals() { return *parts_.signals; }
+    StopSignals& stops() { return *parts_.stops; }
     void addObserver(SessionObserver& observer) { parts_.observers.add(observer); }
     void removeObserver(SessionObserver& observer) { parts_.observers.remove(observer); }
 

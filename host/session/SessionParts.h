@@ -17,7 +17,7 @@ struct SessionParts {
     std::shared_ptr<ResultsBook> book = std::make_shared<ResultsBook>();
     ObserverList observers;
     StopSignals ownSignals;
-    StopSignals* signals = &ownSignals; ///< a program may have its own, for its signal handler
+    StopSignals* stops = &ownSignals; ///< a program may have its own, for its signal handler
     FrontEnd* frontEnd = &scriptAnswers();
     ozm::CAnalysisSupport* analysis = nullptr;
     bool automation = true; ///< a script drives the analysis

@@ -8,7 +8,7 @@ void SessionProgress::dstart(unsigned count) {
     units_ = count;
     done_ = 0;
     // A Cancel that no computation took note of must not stop the next one.
-    parts_.signals->clear(StopSignals::Display);
+    parts_.stops->clear(StopSignals::Display);
     parts_.observers.computationStarted(count);
 }
 
@@ -18,17 +18,17 @@ void SessionProgress::termom(unsigned count) {
 }
 
 void SessionProgress::breathe() {
-    if (parts_.signals->take(StopSignals::Breath)) parts_.observers.breathe();
+    if (parts_.stops->take(StopSignals::Breath)) parts_.observers.breathe();
 }
 
 bool SessionProgress::cancelled() {
     breathe();
-    return parts_.signals->take(StopSignals::Display);
+    return parts_.stops->take(StopSignals::Display);
 }
 
 bool SessionProgress::stopped() {
     breathe();
-    return parts_.signals->has(StopSignals::External);
+    return parts_.stops->has(StopSignals::External);
 }
 
 void SessionProgress::IterationLines::AddText(std::string_view line) {

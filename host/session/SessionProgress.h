@@ -18,15 +18,15 @@ public:
     void dsp_st() override { parts_.observers.breathe(); }
     void d_stat(std::string_view text) override { parts_.observers.status(text); }
     void d_pbar(std::string_view text) override { parts_.observers.progressCaption(text); }
-    bool pcancel() override { return parts_.signals->any() && cancelled(); }
-    bool IsExternallyCancelled() override { return parts_.signals->any() && stopped(); }
+    bool pcancel() override { return parts_.stops->any() && cancelled(); }
+    bool IsExternallyCancelled() override { return parts_.stops->any() && stopped(); }
     ozm::CIterDisplay& Iterations() override { return iterations_; }
 
 private:
     struct IterationLines final : ozm::CIterDisplay {
         explicit IterationLines(SessionProgress& progress) : owner(progress) {}
         void AddText(std::string_view line) override;
-        bool WasCanceled() override { return owner.parts_.signals->any() && owner.cancelled(); }
+        bool WasCanceled() override { return owner.parts_.stops->any() && owner.cancelled(); }
         SessionProgress& owner;
     };
 

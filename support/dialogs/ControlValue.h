@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/dialogs/DialogTemplate.h"
+
 #include <string>
 #include <variant>
 #include <vector>

@@ -194,15 +194,15 @@ TEST_F(ServicesTest, StopRequestsAndProgress) {
     ozm::ProgressService& progress = host.Progress();
     EXPECT_FALSE(progress.pcancel() || progress.IsExternallyCancelled() ||
                  progress.Iterations().WasCanceled());
-    parts.signals->askForBreath();
+    parts.stops->askForBreath();
     EXPECT_FALSE(progress.pcancel());
     EXPECT_FALSE(progress.pcancel());
     EXPECT_EQ(window.breaths, 1);
-    parts.signals->cancel();
+    parts.stops->cancel();
     EXPECT_FALSE(progress.IsExternallyCancelled());
     EXPECT_TRUE(progress.pcancel());
     EXPECT_FALSE(progress.pcancel()) << "one Cancel stops one computation";
-    parts.signals->requestStop();
+    parts.stops->requestStop();
     EXPECT_FALSE(progress.pcancel());
     EXPECT_TRUE(progress.IsExternallyCancelled());
     EXPECT_TRUE(progress.IsExternallyCancelled());

@@ -251,13 +251,13 @@ TEST(SessionOverrides, AServiceCanBeReplaced) {
 
 TEST_F(SessionTest, StopsFromOutsideAndFromTheDisplay) {
     session.start();
-    session.signals().requestStop();
+    session.stops().requestStop();
     specify(1);
     EXPECT_EQ(session.currentInterface(), "TinySpecify");
     call("OK");
     EXPECT_EQ(session.currentInterface(), "TinySpecify") << "an outside stop holds until it is cleared";
-    session.signals().clear(StopSignals::External);
-    session.signals().cancel();
+    session.stops().clear(StopSignals::External);
+    session.stops().cancel();
     call("OK");
     EXPECT_EQ(session.currentInterface(), "TinyResults") << "a Cancel before the computation is void";
 }

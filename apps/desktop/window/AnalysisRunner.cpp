@@ -1,0 +1,265 @@
+#include "apps/desktop/window/AnalysisRunner.h"
+
+#include "apps/desktop/dialogs/DialogView.h"
+#include "host/results/TextWriter.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QFormLayout>
+#include <QLineEdit>
+#include <QLocale>
+#include <QMessageBox>
+#include <QWidget>
+
+#include <utility>
+#include <vector>
+
+namespace korvana::desktop {
+namespace {
+
+/// A computation that takes longer shows what it is doing.
+constexpr qint64 progressAfterMs = 250;
+
+QString text(std::string_view utf8) {
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+QString filterOf(std::string_view extension) {
+    const QString ending = text(extension);
+    return ending.isEmpty() ? QString{} : AnalysisRunner::tr("Files (*%1);;All files (*)").arg(ending);
+}
+
+} // namespace
+
+AnalysisRunner::AnalysisRunner(Analysis analysis, QWidget* window)
+    : QObject(window), window_(window), progress_(window),
+      session_(std::move(analysis), {.automation = false, .frontEnd = this, .stops = &signals_}) {
+    session_.addObserver(*this);
+    connect(&progress_, &ProgressWindow::cancelled, this, [this] { signals_.cancel(); });
+}
+
+AnalysisRunner::~AnalysisRunner() {
+    dropView();
+    session_.removeObserver(*this);
+}
+
+void AnalysisRunner::start() {
+    if (view_ != nullptr) {
+        view_->show();
+        view_->raise();
+        view_->activateWindow();
+        return;
+    }
+    session_.start();
+    pump();
+}
+
+void AnalysisRunner::abandon() {
+    dropView();
+}
+
+void AnalysisRunner::stop() {
+    signals_.cancel();
+}
+
+void AnalysisRunner::dataReplaced() {
+    if (!isActive()) return;
+    dropView();
+    start();
+}
+
+void AnalysisRunner::pump() {
+    if (pumping_) return;
+    pumping_ = true;
+    session_.pump();
+    pumping_ = false;
+    if (busy_) {
+        busy_ = false;
+        progress_.hide();
+        // A Cancel that came too late for this computation must not stop the next one.
+        signals_.clear(StopSignals::Display);
+        emit finishedComputing();
+    }
+}
+
+void AnalysisRunner::showView(ozm::CAnalysisDialog& dialog, int page) {
+    const bool first = view_ == nullptr;
+    dropView();
+    view_ = new DialogView(dialog, window_);
+    connect(view_, &DialogView::operated, this, &AnalysisRunner::pump);
+    connect(view_, &DialogView::stopRequested, this, &AnalysisRunner::stop);
+    view_->showPage(page);
+    view_->show();
+    if (first) emit activeChanged(true);
+}
+
+void AnalysisRunner::dropView() {
+    if (view_ == nullptr) return;
+    DialogView* view = std::exchange(view_, nullptr);
+    view->detach();
+    view->hide();
+    view->deleteLater();
+}
+
+void AnalysisRunner::dialogOpened(ozm::CAnalysisModelessDialog& dialog, int page) {
+    showView(dialog, page);
+}
+
+void AnalysisRunner::dialogClosed(ozm::CAnalysisModelessDialog& dialog) {
+    if (view_ != nullptr && (view_->dialog() == nullptr || view_->dialog() == &dialog)) dropView();
+}
+
+void AnalysisRunner::analysisEnded() {
+    dropView();
+    emit activeChanged(false);
+    emit statusText({});
+}
+
+void AnalysisRunner::outputAdded(const ResultsBook::Output& /*output*/) {
+    emit outputAppeared(session_.sharedBook());
+}
+
+void AnalysisRunner::outputChanged(const ResultsBook::Output& /*output*/) {
+    emit outputWasChanged(session_.sharedBook());
+}
+
+void AnalysisRunner::computationStarted(unsigned units) {
+    progress_.setProgress(0, units);
+}
+
+void AnalysisRunner::computationEnded() {
+    progress_.setProgress(0, 0);
+}
+
+void AnalysisRunner::status(std::string_view status) {
+    progress_.setStatus(text(status));
+    emit statusText(text(status).trimmed());
+}
+
+void AnalysisRunner::progressCaption(std::string_view caption) {
+    progress_.setCaption(text(caption));
+}
+
+void AnalysisRunner::progress(unsigned done, unsigned units) {
+    progress_.setProgress(done, units);
+}
+
+void AnalysisRunner::iterationLine(std::string_view line) {
+    progress_.addLine(text(line));
+}
+
+void AnalysisRunner::breathe() {
+    if (!busy_) {
+        busy_ = true;
+        computing_.start();
+    }
+    if (!progress_.isVisible() && computing_.elapsed() >= progressAfterMs) {
+        progress_.reset();
+        progress_.setStatus(tr("Computing ..."));
+        progress_.show();
+    }
+    // Before the progress window is there to take the clicks, clicks wait.
+    QCoreApplication::processEvents(progress_.isVisible() ? QEventLoop::AllEvents
+                                                          : QEventLoop::ExcludeUserInputEvents);
+}
+
+QWidget* AnalysisRunner::boxParent() {
+    progress_.hide();
+    return view_ != nullptr ? static_cast<QWidget*>(view_) : window_;
+}
+
+ozm::MessageButton AnalysisRunner::showMessage(const ResultMessage& message,
+                                               ozm::CAnalysisDialog* /*window*/) {
+    QMessageBox box(boxParent());
+    box.setIcon(message.severity == ResultMessage::Severity::Error     ? QMessageBox::Critical
+                : message.severity == ResultMessage::Severity::Warning ? QMessageBox::Warning
+                                                                       : QMessageBox::Information);
+    box.setWindowTitle(text(session_.book().analysis));
+    box.setText(text(message.text).trimmed());
+    QString more = text(message.detail);
+    if (message.id != 0)
+        more += (more.isEmpty() ? QString{} : QStringLiteral("\n\n")) + tr("Message %1").arg(message.id);
+    box.setInformativeText(more);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    box.exec();
+    return ozm::ButtonOk;
+}
+
+bool AnalysisRunner::ask(const ResultMessage& question, ozm::CAnalysisDialog* /*window*/) {
+    return QMessageBox::question(boxParent(), text(session_.book().analysis),
+                                 text(question.text).trimmed()) == QMessageBox::Yes;
+}
+
+void AnalysisRunner::runModal(ozm::CAnalysisModalDialog& dialog) {
+    DialogView view(dialog, boxParent());
+    view.setModal(true);
+    connect(&view, &DialogView::stopRequested, this, &AnalysisRunner::stop);
+    QEventLoop untilClosed;
+    connect(&view, &DialogView::dialogClosed, &untilClosed, &QEventLoop::quit);
+    view.show();
+    if (!dialog.IsClosed()) untilClosed.exec();
+}
+
+std::optional<std::string> AnalysisRunner::fileToOpen(const FileRequest& request) {
+    const QString path = QFileDialog::getOpenFileName(boxParent(), text(request.title),
+                                                      text(request.defaultName), filterOf(request.extension));
+    return path.isEmpty() ? std::nullopt : std::optional{path.toStdString()};
+}
+
+std::optional<std::string> AnalysisRunner::fileToSave(const FileRequest& request) {
+    const QString path = QFileDialog::getSaveFileName(boxParent(), text(request.title),
+                                                      text(request.defaultName), filterOf(request.extension));
+    return path.isEmpty() ? std::nullopt : std::optional{path.toStdString()};
+}
+
+bool AnalysisRunner::openData(ActiveData& /*data*/) {
+    bool opened = false;
+    emit openDataRequested(&opened);
+    return opened;
+}
+
+void AnalysisRunner::defineWeights(ActiveData& /*data*/) {
+    emit weightsRequested();
+}
+
+void AnalysisRunner::defineSelection(ActiveData& /*data*/) {
+    emit selectionRequested();
+}
+
+void AnalysisRunner::restoreResults(ozm::CAnalysisDialog& /*dialog*/) {
+    emit resultsRequested();
+}
+
+bool AnalysisRunner::editStartValues(std::span<const std::string> names, std::span<double> values) {
+    QDialog dialog(boxParent());
+    dialog.setWindowTitle(tr("Start Values"));
+    auto* form = new QFormLayout(&dialog);
+    std::vector<QLineEdit*> fields;
+    for (std::size_t k = 0; k < names.size(); ++k) {
+        fields.push_back(new QLineEdit(QLocale::c().toString(values[k], 'g', 17), &dialog));
+        form->addRow(text(names[k]), fields.back());
+    }
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
+    form->addRow(buttons);
+    std::vector<double> edited(values.begin(), values.end());
+    connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    connect(buttons, &QDialogButtonBox::accepted, &dialog, [&] {
+        for (std::size_t k = 0; k < fields.size(); ++k) {
+            bool isNumber = false;
+            edited[k] = QLocale::c().toDouble(fields[k]->text(), &isNumber);
+            if (isNumber) continue;
+            QMessageBox::warning(&dialog, dialog.windowTitle(),
+                                 tr("'%1' is not a number; give one such as 0.5.").arg(fields[k]->text()));
+            fields[k]->setFocus();
+            return;
+        }
+        dialog.accept();
+    });
+    if (dialog.exec() != QDialog::Accepted) return false;
+    std::copy(edited.begin(), edited.end(), values.begin());
+    return true;
+}
+
+} // namespace korvana::desktop

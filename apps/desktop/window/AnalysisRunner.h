@@ -1,0 +1,111 @@
+#pragma once
+
+#include "apps/desktop/dialogs/DialogView.h"
+#include "apps/desktop/window/BreathTimer.h"
+#include "apps/desktop/window/ProgressWindow.h"
+#include "host/session/Session.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include <map>
+#include <memory>
+#include <optional>
+
+class QWidget;
+
+namespace korvana::desktop {
+
+
+/// Runs an analysis in the window: draws the dialogs of its steps, shows its messages, lets the window
+/// breathe while it computes, and tells of its outputs. It knows no analysis.
+class AnalysisRunner final : public QObject, private SessionObserver, private FrontEnd {
+    Q_OBJECT
+
+public:
+    /// `window` is the parent of dialogs and boxes. An analysis of nullptr serves the data alone.
+    AnalysisRunner(Analysis analysis, QWidget* window);
+    ~AnalysisRunner() override;
+
+    Session& session() { return session_; }
+    ActiveData& data() { return session_.data(); }
+
+    /// Starts the analysis, or raises its dialog when it runs already.
+    void start();
+    /// Ends the dialogs of a running analysis; its results stay.
+    void abandon();
+    /// Whether a dialog of the analysis is open.
+    [[nodiscard]] bool isActive() const { return view_ != nullptr; }
+    /// Whether it computes right now; nothing of it may then be destroyed.
+    [[nodiscard]] bool isBusy() const { return busy_; }
+    /// Asks a computation to stop; it does within milliseconds.
+    void stop();
+    [[nodiscard]] DialogView* currentView() const { return view_; }
+    [[nodiscard]] ProgressWindow& progressWindow() { return progress_; }
+
+    /// Other data were opened: a running analysis begins anew, for its selections belong to the data before.
+    void dataReplaced();
+
+signals:
+    /// A run has its first output, or further ones.
+    void outputAppeared(std::shared_ptr<ResultsBook> book);
+    void outputWasChanged(std::shared_ptr<ResultsBook> book);
+    void statusText(const QString& text);
+    void activeChanged(bool active);
+    void startupMenusAllowed(bool allowed);
+    /// The analysis asks for its host's dialogs. Answers come back through the pointers.
+    void openDataRequested(bool* opened);
+    void weightsRequested();
+    void selectionRequested();
+    void resultsRequested();
+    void finishedComputing();
+
+private:
+    void pump();
+    void showView(ozm::CAnalysisDialog& dialog, int page);
+    void dropView();
+
+    // SessionObserver
+    void dialogOpened(ozm::CAnalysisModelessDialog& dialog, int page) override;
+    void dialogClosed(ozm::CAnalysisModelessDialog& dialog) override;
+    void analysisEnded() override;
+    void startupMenusEnabled(bool enabled) override { emit startupMenusAllowed(enabled); }
+    void outputAdded(const ResultsBook::Output& output) override;
+    void outputChanged(const ResultsBook::Output& output) override;
+    void computationStarted(unsigned units) override;
+    void computationEnded() override;
+    void status(std::string_view text) override;
+    void progressCaption(std::string_view text) override;
+    void progress(unsigned done, unsigned units) override;
+    void iterationLine(std::string_view line) override;
+    void breathe() override;
+
+    // FrontEnd
+    ozm::MessageButton showMessage(const ResultMessage& message, ozm::CAnalysisDialog* window) override;
+    bool ask(const ResultMessage& question, ozm::CAnalysisDialog* window) override;
+    void runModal(ozm::CAnalysisModalDialog& dialog) override;
+    std::optional<std::string> fileToOpen(const FileRequest& request) override;
+    std::optional<std::string> fileToSave(const FileRequest& request) override;
+    bool openData(ActiveData& data) override;
+    void defineWeights(ActiveData& data) override;
+    void defineSelection(ActiveData& data) override;
+    bool editStartValues(std::span<const std::string> names, std::span<double> values) override;
+    void restoreResults(ozm::CAnalysisDialog& dialog) override;
+
+    /// What a message box stands over, and nothing else in front of it.
+    QWidget* boxParent();
+
+    QWidget* window_;
+    ProgressWindow progress_;
+    StopSignals signals_;
+    Session session_;
+    BreathTimer breathTimer_{signals_};
+    QPointer<DialogView> view_;
+    QElapsedTimer computing_;
+    bool busy_ = false;
+    bool pumping_ = false;
+};
+
+} // namespace korvana::desktop

@@ -1,0 +1,248 @@
+#include "apps/desktop/window/MainWindow.h"
+
+#include "apps/desktop/data/DataLoader.h"
+#include "apps/desktop/data/DataView.h"
+#include "apps/desktop/data/SelectionDialog.h"
+#include "apps/desktop/data/VariablesView.h"
+#include "apps/desktop/data/WeightsDialog.h"
+#include "apps/desktop/results/Workbook.h"
+#include "apps/desktop/window/AnalysisRunner.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLocale>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTabWidget>
+
+#include <utility>
+
+namespace korvana::desktop {
+
+MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QString& settingsFile)
+    : recent_(settingsFile), runner_(std::make_unique<AnalysisRunner>(std::move(analysis), this)),
+      dataView_(new DataView), variablesView_(new VariablesView), dataTabs_(new QTabWidget),
+      workbook_(new Workbook), state_(new QLabel) {
+    dataTabs_->addTab(dataView_, tr("Data"));
+    dataTabs_->addTab(variablesView_, tr("Variables"));
+    dataTabs_->setDocumentMode(true);
+    auto* splitter = new QSplitter(Qt::Horizontal);
+    splitter->addWidget(dataTabs_);
+    splitter->addWidget(workbook_);
+    splitter->setStretchFactor(0, 2);
+    splitter->setStretchFactor(1, 3);
+    splitter->setChildrenCollapsible(false);
+    setCentralWidget(splitter);
+    setAcceptDrops(true);
+    statusBar()->addPermanentWidget(state_);
+    buildMenus(noAnalysis);
+    connectRunner();
+    connect(variablesView_, &VariablesView::variablesChanged, this, &MainWindow::showData);
+    connect(workbook_, &Workbook::statusText, this,
+            [this](const QString& text) { statusBar()->showMessage(text); });
+    resize(fontMetrics().averageCharWidth() * 190, fontMetrics().height() * 48);
+    showData();
+}
+
+MainWindow::~MainWindow() {
+    // Views look at the data of the session, which goes with the runner.
+    dataView_->setData(nullptr);
+    variablesView_->setData(nullptr);
+}
+
+void MainWindow::buildMenus(const QString& noAnalysis) {
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    file->addAction(tr("&Open ..."), QKeySequence::Open, this, &MainWindow::askForFile);
+    recentMenu_ = file->addMenu(tr("Open &Recent"));
+    connect(recentMenu_, &QMenu::aboutToShow, this,
+            [this] { recent_.fill(*recentMenu_, [this](const QString& path) { openFile(path); }); });
+    file->addSeparator();
+    file->addActions(workbook_->menuActions());
+    file->addSeparator();
+    file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
+
+    QMenu* cases = menuBar()->addMenu(tr("&Data"));
+    cases->addAction(tr("&Select Cases ..."), this, &MainWindow::defineSelection);
+    cases->addAction(tr("Case &Weights ..."), this, &MainWindow::defineWeights);
+    cases->addAction(tr("&Go to Case"), QKeySequence(Qt::CTRL | Qt::Key_G), this, [this] {
+        dataTabs_->setCurrentWidget(dataView_);
+        dataView_->askForCase();
+    });
+    cases->addSeparator();
+    QAction* labels = cases->addAction(tr("Show Value &Labels"));
+    labels->setCheckable(true);
+    labels->setChecked(true);
+    connect(labels, &QAction::toggled, this, [this](bool on) { dataView_->setShowLabels(on); });
+
+    QMenu* statistics = menuBar()->addMenu(tr("&Statistics"));
+    statistics->setToolTipsVisible(true);
+    const auto* analysis = runner_->session().analysis();
+    startAction_ = statistics->addAction(tr("No analysis"), this, &MainWindow::startAnalysis);
+    if (analysis != nullptr) {
+        // The name is asked of the analysis; asking does not change it.
+        startAction_->setText(
+            QString::fromStdString(const_cast<ozm::CAnalysisSupport*>(analysis)->GetAnalysisName()) +
+            tr(" ..."));
+        startAction_->setShortcut(QKeySequence(Qt::Key_F5));
+    } else {
+        startAction_->setToolTip(noAnalysis);
+        startAction_->setEnabled(false);
+        statusBar()->showMessage(noAnalysis.section(QLatin1Char('\n'), 0, 0));
+    }
+
+    QMenu* help = menuBar()->addMenu(tr("&Help"));
+    help->addAction(tr("&About Korvana"), this, &MainWindow::about);
+}
+
+void MainWindow::connectRunner() {
+    AnalysisRunner* runner = runner_.get();
+    connect(runner, &AnalysisRunner::outputAppeared, this,
+            [this](const std::shared_ptr<ResultsBook>& book) { showOutputs(book, false); });
+    connect(runner, &AnalysisRunner::outputWasChanged, this,
+            [this](const std::shared_ptr<ResultsBook>& book) { showOutputs(book, true); });
+    connect(runner, &AnalysisRunner::statusText, this,
+            [this](const QString& text) { statusBar()->showMessage(text); });
+    connect(runner, &AnalysisRunner::startupMenusAllowed, this, [this](bool allowed) {
+        if (runner_->session().analysis() != nullptr) startAction_->setEnabled(allowed);
+    });
+    connect(runner, &AnalysisRunner::activeChanged, this, [this](bool active) {
+        variablesView_->setEditable(!active);
+        if (!active && runner_->session().analysis() != nullptr) startAction_->setEnabled(true);
+    });
+    connect(runner, &AnalysisRunner::openDataRequested, this, [this](bool* opened) {
+        const QString path = QFileDialog::getOpenFileName(this, tr("Open Data File"), {}, dataFileFilter());
+        *opened = !path.isEmpty() && loadFile(path);
+    });
+    connect(runner, &AnalysisRunner::weightsRequested, this, &MainWindow::defineWeights);
+    connect(runner, &AnalysisRunner::selectionRequested, this, &MainWindow::defineSelection);
+    connect(runner, &AnalysisRunner::resultsRequested, this, [this] { workbook_->update(); });
+    connect(runner, &AnalysisRunner::finishedComputing, this, [this] {
+        if (closeWhenFinished_) close();
+    });
+}
+
+void MainWindow::showData() {
+    const ActiveData& active = runner_->data();
+    dataView_->setData(&runner_->data());
+    variablesView_->setData(&runner_->data());
+    const QString name = QString::fromStdString(active.dataSet().fileName());
+    setWindowTitle(name.isEmpty() ? tr("Korvana") : tr("%1 - Korvana").arg(name));
+    QStringList parts;
+    if (!name.isEmpty()) parts << tr("%L1 cases").arg(active.dataSet().caseCount());
+    if (!active.condition().empty())
+        parts
+            << tr("%L1 selected: %2").arg(active.selectedCount()).arg(QString::fromStdString(active.condition()));
+    if (active.weightVariable() != 0)
+        parts << tr("weighted by %1")
+                     .arg(QString::fromStdString(active.dataSet().variable(active.weightVariable() - 1).name));
+    state_->setText(parts.join(QStringLiteral("  |  ")));
+}
+
+void MainWindow::showOutputs(const std::shared_ptr<ResultsBook>& book, bool changed) {
+    auto run = runs_.find(book.get());
+    if (run == runs_.end()) {
+        const QString title =
+            tr("%1: %2").arg(QString::fromStdString(book->analysis), QString::fromStdString(book->source));
+        // The workbook keeps the book, so that its address stays its own.
+        run = runs_.emplace(book.get(), workbook_->addRun(book, title)).first;
+        workbook_->showRun(run->second);
+        return;
+    }
+    if (changed) {
+        workbook_->outputChanged(run->second);
+    } else {
+        workbook_->outputAdded(run->second);
+        workbook_->showOutput(run->second, static_cast<int>(book->outputs.size()) - 1);
+    }
+}
+
+bool MainWindow::loadFile(const QString& path) {
+    QString error;
+    if (openDataFile(runner_->data(), path, &error, this)) {
+        recent_.add(path);
+        showData();
+        return true;
+    }
+    if (!error.isEmpty()) {
+        QMessageBox box(QMessageBox::Warning, tr("Open Data File"), error, QMessageBox::Ok, this);
+        box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+        box.exec();
+    }
+    return false;
+}
+
+bool MainWindow::openFile(const QString& path) {
+    if (runner_->isBusy() || !loadFile(path)) return false;
+    runner_->dataReplaced();
+    for (const std::string& note : runner_->data().notes())
+        statusBar()->showMessage(QString::fromStdString(note));
+    return true;
+}
+
+void MainWindow::askForFile() {
+    const QString path = QFileDialog::getOpenFileName(this, tr("Open Data File"), {}, dataFileFilter());
+    if (!path.isEmpty()) openFile(path);
+}
+
+void MainWindow::defineWeights() {
+    WeightsDialog dialog(runner_->data(), this);
+    if (dialog.exec() == QDialog::Accepted) showData();
+}
+
+void MainWindow::defineSelection() {
+    SelectionDialog dialog(runner_->data(), this);
+    if (dialog.exec() == QDialog::Accepted) showData();
+}
+
+void MainWindow::startAnalysis() {
+    if (runner_->isBusy()) return;
+    if (runner_->data().dataSet().caseCount() == 0) {
+        QMessageBox::information(
+            this, tr("No Data"),
+            tr("There are no data to analyse yet; open a data file first (File, Open, or drop one "
+               "onto the window)."));
+        return;
+    }
+    runner_->start();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (!runner_->isBusy()) {
+        runner_->abandon();
+        event->accept();
+        return;
+    }
+    // The module computes on this thread, below this call: it is asked to stop, and the window closes when it
+    // has.
+    closeWhenFinished_ = true;
+    runner_->stop();
+    event->ignore();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (!runner_->isBusy() && !droppedFile(event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+    const QString path = droppedFile(event->mimeData());
+    if (path.isEmpty()) return;
+    event->acceptProposedAction();
+    openFile(path);
+}
+
+void MainWindow::about() {
+    QMessageBox::about(
+        this, tr("About Korvana"),
+        tr("Korvana %1\n\nAnalyses from a data file to numbers, reports, spreadsheets and charts.\n\n"
+           "This program is free software under the GNU General Public License, version 3 or later.")
+            .arg(QStringLiteral(KORVANA_VERSION)));
+}
+
+} // namespace korvana::desktop

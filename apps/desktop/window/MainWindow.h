@@ -1,0 +1,77 @@
+#pragma once
+
+#include "apps/desktop/data/RecentFiles.h"
+#include "host/results/ResultsBook.h"
+#include "host/session/ModuleLibrary.h"
+
+#include <QMainWindow>
+#include <QStringList>
+
+#include <map>
+#include <memory>
+
+class QAction;
+class QLabel;
+class QMenu;
+class QTabWidget;
+
+namespace korvana::desktop {
+
+class AnalysisRunner;
+class DataView;
+class VariablesView;
+class Workbook;
+
+/// The main window: data and variables at the left, the results workbook at the right, and the menus. It
+/// offers the analysis that it was given under the name that the analysis has.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    /// @param analysis      may be nullptr: the window then shows data, and `noAnalysis` says why there is
+    /// nothing more
+    /// @param settingsFile  where recent files are remembered; empty: with the user's settings
+    explicit MainWindow(Analysis analysis, const QString& noAnalysis = {}, const QString& settingsFile = {});
+    ~MainWindow() override;
+
+    /// Opens a data file; what is wrong with it is shown, and the data before stay. False when it was not
+    /// opened.
+    bool openFile(const QString& path);
+    [[nodiscard]] AnalysisRunner& runner() { return *runner_; }
+    [[nodiscard]] Workbook& workbook() { return *workbook_; }
+    [[nodiscard]] DataView& dataView() { return *dataView_; }
+
+public slots:
+    void askForFile();
+    void defineWeights();
+    void defineSelection();
+    void startAnalysis();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    void buildMenus(const QString& noAnalysis);
+    void connectRunner();
+    /// Views and titles after data, selection or weights changed.
+    void showData();
+    void showOutputs(const std::shared_ptr<ResultsBook>& book, bool changed);
+    bool loadFile(const QString& path);
+    void about();
+
+    RecentFiles recent_;
+    std::unique_ptr<AnalysisRunner> runner_;
+    DataView* dataView_;
+    VariablesView* variablesView_;
+    QTabWidget* dataTabs_;
+    Workbook* workbook_;
+    QLabel* state_; ///< selected cases and weights, in the status line
+    QMenu* recentMenu_ = nullptr;
+    QAction* startAction_ = nullptr;
+    std::map<const ResultsBook*, int> runs_;
+    bool closeWhenFinished_ = false;
+};
+
+} // namespace korvana::desktop

@@ -1,0 +1,69 @@
+#include "apps/desktop/window/ProgressWindow.h"
+
+#include <QFontDatabase>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace korvana::desktop {
+
+ProgressWindow::ProgressWindow(QWidget* parent)
+    : QDialog(parent), status_(new QLabel(this)), bar_(new QProgressBar(this)),
+      lines_(new QPlainTextEdit(this)), cancel_(new QPushButton(tr("Cancel"), this)) {
+    setWindowModality(Qt::ApplicationModal);
+    setWindowTitle(tr("Computing"));
+    lines_->setReadOnly(true);
+    lines_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    lines_->setAccessibleName(tr("Iterations"));
+    bar_->setAccessibleName(tr("Progress"));
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(status_);
+    layout->addWidget(bar_);
+    layout->addWidget(lines_);
+    layout->addWidget(cancel_, 0, Qt::AlignRight);
+    setMinimumWidth(fontMetrics().averageCharWidth() * 60);
+    connect(cancel_, &QPushButton::clicked, this, &ProgressWindow::reject);
+    reset();
+}
+
+void ProgressWindow::setStatus(const QString& text) {
+    status_->setText(text.trimmed());
+}
+
+void ProgressWindow::setCaption(const QString& text) {
+    bar_->setFormat(text.isEmpty() ? QStringLiteral("%p%") : text.trimmed() + QStringLiteral(" %p%"));
+}
+
+void ProgressWindow::setProgress(unsigned done, unsigned units) {
+    // Counts may be beyond what a bar takes; a thousand steps are more than it shows.
+    bar_->setRange(0, units == 0 ? 0 : 1000);
+    if (units != 0) bar_->setValue(static_cast<int>(std::lround(1000.0 * std::min(done, units) / units)));
+}
+
+void ProgressWindow::addLine(const QString& line) {
+    lines_->show();
+    lines_->appendPlainText(line);
+}
+
+void ProgressWindow::reset() {
+    status_->clear();
+    lines_->clear();
+    lines_->hide();
+    cancel_->setEnabled(true);
+    setCaption({});
+    setProgress(0, 0);
+}
+
+void ProgressWindow::reject() {
+    if (!cancel_->isEnabled()) return;
+    cancel_->setEnabled(false);
+    status_->setText(tr("Stopping ..."));
+    emit cancelled();
+}
+
+} // namespace korvana::desktop

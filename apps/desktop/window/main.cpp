@@ -1,0 +1,37 @@
+#include "apps/desktop/window/MainWindow.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QIcon>
+
+#include <clocale>
+
+int main(int argc, char* argv[]) {
+    QApplication application(argc, argv);
+    // Numbers in files are written with a point, whatever the user's locale.
+    std::setlocale(LC_NUMERIC, "C");
+    QApplication::setOrganizationName(QStringLiteral("Korvana"));
+    QApplication::setApplicationName(QStringLiteral("korvana-desktop"));
+    QApplication::setApplicationVersion(QStringLiteral(KORVANA_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("korvana-desktop"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QApplication::tr("Data, analyses and their results in a window."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(QStringLiteral("DATA"), QApplication::tr("a data file to open"),
+                                 QStringLiteral("[DATA]"));
+    parser.process(application);
+
+    korvana::Analysis analysis;
+    QString noAnalysis;
+    try {
+        analysis = korvana::loadAnalysis(korvana::findModules());
+    } catch (const korvana::ModuleError& error) {
+        noAnalysis = QString::fromUtf8(error.what());
+    }
+    korvana::desktop::MainWindow window(std::move(analysis), noAnalysis);
+    window.show();
+    if (!parser.positionalArguments().isEmpty()) window.openFile(parser.positionalArguments().constFirst());
+    return QApplication::exec();
+}

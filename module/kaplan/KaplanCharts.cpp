@@ -50,6 +50,7 @@ std::size_t FillSurvival(const KaplanResults& results, double level, CChartInfo&
     ForEachObservation(results, mostPlotted, [&](const KaplanRow& row) {
         ++values;
         last = row.time;
+        estimate.leaving.push_back(row.time);
         if (row.censored) {
             Add(censored, row.time, row.survival);
             return;
@@ -60,6 +61,7 @@ std::size_t FillSurvival(const KaplanResults& results, double level, CChartInfo&
         Add(lower, row.time, limits.lower);
         Add(upper, row.time, limits.upper);
     });
+    estimate.staying = static_cast<double>(results.Valid()) - static_cast<double>(values);
     // The curve goes on to the last observation when that one is censored.
     if (estimate.x.back() < last) {
         Add(estimate, last, estimate.y.back());

@@ -75,6 +75,9 @@ TEST_F(KaplanFixture, PlotOneIsAStepWithItsBand) {
     EXPECT_EQ(estimate.y.front(), 1.0);
     EXPECT_EQ(estimate.x.back(), 35); // runs on to the last censored observation
     EXPECT_NEAR(estimate.y.back(), .448179, 5e-7);
+    EXPECT_EQ(estimate.leaving.size(), 21U); // everyone leaves, complete or censored
+    EXPECT_EQ(estimate.leaving[6], 10);
+    EXPECT_EQ(estimate.staying, 0);
     EXPECT_EQ(chart.series[1].legend, "95% lower");
     // R 4.2, survfit(conf.type = "log-log"): limits at 6 weeks.
     EXPECT_NEAR(chart.series[1].y[3], 0.6197180, 1e-7);
@@ -127,6 +130,7 @@ TEST_F(KaplanFixture, MoreThanThePlottableCasesAreCutAfterAMessage) {
     EXPECT_EQ(host.messages.back().text, "Only the first 32000 cases will be plotted.");
     EXPECT_EQ(host.charts[0].series[0].x.size(), 32001U); // and the start of the curve
     EXPECT_EQ(host.charts[0].series[0].x.back(), 32000.0);
+    EXPECT_EQ(host.charts[0].series[0].staying, 1);
 }
 
 TEST_F(KaplanFixture, FailingOutputsAreToldAndTheDialogLivesOn) {

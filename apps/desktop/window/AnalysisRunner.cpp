@@ -19,9 +19,6 @@
 namespace korvana::desktop {
 namespace {
 
-/// A computation that takes longer shows what it is doing.
-constexpr qint64 progressAfterMs = 250;
-
 QString text(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
@@ -155,7 +152,7 @@ void AnalysisRunner::breathe() {
         busy_ = true;
         computing_.start();
     }
-    if (!progress_.isVisible() && computing_.elapsed() >= progressAfterMs) {
+    if (!progress_.isVisible() && computing_.elapsed() >= progressDelay_) {
         progress_.reset();
         progress_.setStatus(tr("Computing ..."));
         progress_.show();

@@ -18,7 +18,6 @@ class QWidget;
 
 namespace korvana::desktop {
 
-
 /// Runs an analysis in the window: draws the dialogs of its steps, shows its messages, lets the window
 /// breathe while it computes, and tells of its outputs. It knows no analysis.
 class AnalysisRunner final : public QObject, private SessionObserver, private FrontEnd {
@@ -44,6 +43,8 @@ public:
     void stop();
     [[nodiscard]] DialogView* currentView() const { return view_; }
     [[nodiscard]] ProgressWindow& progressWindow() { return progress_; }
+    /// A computation that takes longer shows what it is doing; 250 ms unless set.
+    void setProgressDelay(int milliseconds) { progressDelay_ = milliseconds; }
 
     /// Other data were opened: a running analysis begins anew, for its selections belong to the data before.
     void dataReplaced();
@@ -104,6 +105,7 @@ private:
     BreathTimer breathTimer_{signals_};
     QPointer<DialogView> view_;
     QElapsedTimer computing_;
+    int progressDelay_ = 250;
     bool busy_ = false;
     bool pumping_ = false;
 };

@@ -137,11 +137,13 @@ void MainWindow::showData() {
     QStringList parts;
     if (!name.isEmpty()) parts << tr("%L1 cases").arg(active.dataSet().caseCount());
     if (!active.condition().empty())
-        parts
-            << tr("%L1 selected: %2").arg(active.selectedCount()).arg(QString::fromStdString(active.condition()));
+        parts << tr("%L1 selected: %2")
+                     .arg(active.selectedCount())
+                     .arg(QString::fromStdString(active.condition()));
     if (active.weightVariable() != 0)
         parts << tr("weighted by %1")
-                     .arg(QString::fromStdString(active.dataSet().variable(active.weightVariable() - 1).name));
+                     .arg(
+                         QString::fromStdString(active.dataSet().variable(active.weightVariable() - 1).name));
     state_->setText(parts.join(QStringLiteral("  |  ")));
 }
 

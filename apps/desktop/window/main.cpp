@@ -15,6 +15,8 @@ int main(int argc, char* argv[]) {
     QApplication::setApplicationVersion(QStringLiteral(KORVANA_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("korvana-desktop"));
 
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/korvana.svg")));
+
     QCommandLineParser parser;
     parser.setApplicationDescription(QApplication::tr("Data, analyses and their results in a window."));
     parser.addHelpOption();

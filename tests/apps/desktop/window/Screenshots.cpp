@@ -1,0 +1,67 @@
+// Pictures of the window and of each dialog, for the manual: Screenshots FOLDER. Offscreen, so that they look
+// the same on every machine with the same fonts.
+
+#include "apps/desktop/dialogs/DialogView.h"
+#include "apps/desktop/results/Workbook.h"
+#include "apps/desktop/window/AnalysisRunner.h"
+#include "apps/desktop/window/MainWindow.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QTest>
+
+#include <iostream>
+
+using namespace korvana;
+using namespace korvana::desktop;
+
+namespace {
+
+QDir folder;
+
+void take(QWidget& widget, const QString& name) {
+    QTest::qWait(50);
+    const QString file = folder.filePath(name + QStringLiteral(".png"));
+    if (!widget.grab().save(file)) {
+        std::cerr << "cannot write " << file.toStdString() << '\n';
+        std::exit(1);
+    }
+    std::cout << file.toStdString() << '\n';
+}
+
+void press(MainWindow& window, int control) {
+    window.runner().currentView()->dialog()->Press(control);
+    window.runner().session().pump();
+    QTest::qWait(50);
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    if (argc != 2) {
+        std::cerr << "usage: desktop-screenshots FOLDER\n";
+        return 2;
+    }
+    folder.setPath(QString::fromLocal8Bit(argv[1]));
+    MainWindow window(loadAnalysis(findModules()), {}, folder.filePath(QStringLiteral(".settings.ini")));
+    window.show();
+    if (!window.openFile(QStringLiteral(KORVANA_SOURCE_DIR "/examples/data/veteran.csv"))) return 1;
+    auto dialog = [&]() -> DialogView& { return *window.runner().currentView(); };
+    window.startAnalysis();
+    dialog().dialog()->PutValue(180, 1);
+    take(dialog(), QStringLiteral("dialog-startup"));
+    press(window, 1);
+    dialog().dialog()->PutValue(1001, ozm::VariableSelection{{3}, {4}});
+    dialog().dialog()->PutValue(1002, 1.0);
+    dialog().dialog()->PutValue(1003, 0.0);
+    take(dialog(), QStringLiteral("dialog-specification"));
+    press(window, 1);
+    take(dialog(), QStringLiteral("dialog-results"));
+    press(window, 1101);
+    press(window, 1103);
+    take(window, QStringLiteral("window"));
+    QFile::remove(folder.filePath(QStringLiteral(".settings.ini")));
+    return 0;
+}

@@ -1,0 +1,226 @@
+// The whole window, offscreen, with the survival module in it: from the startup dialog to the results with
+// mouse and keyboard, and what happens when something goes wrong on the way.
+
+#include "apps/desktop/data/DataView.h"
+#include "apps/desktop/dialogs/DialogView.h"
+#include "apps/desktop/results/Workbook.h"
+#include "apps/desktop/window/AnalysisRunner.h"
+#include "apps/desktop/window/MainWindow.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <functional>
+#include <memory>
+
+namespace korvana::desktop {
+namespace {
+
+constexpr int ok = 1;
+constexpr int cancel = 2;
+
+class WindowTest : public testing::Test {
+protected:
+    QTemporaryDir folder;
+    std::unique_ptr<MainWindow> window;
+
+    void SetUp() override {
+        window = std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{}, path("settings.ini"));
+        window->show();
+    }
+    QString path(const char* name) const { return folder.filePath(QString::fromLatin1(name)); }
+    static QString example(const char* name) {
+        return QStringLiteral(KORVANA_SOURCE_DIR "/examples/data/") + QString::fromLatin1(name);
+    }
+    QString write(const char* name, const std::string& text) const {
+        std::ofstream(path(name).toStdString()) << text;
+        return path(name);
+    }
+
+    AnalysisRunner& runner() { return window->runner(); }
+    DialogView* view() { return runner().currentView(); }
+    ozm::CAnalysisDialog& model() { return *view()->dialog(); }
+    QString title() { return view() == nullptr ? QString{} : view()->windowTitle(); }
+
+    QPushButton* button(const QString& text) {
+        for (QPushButton* each : view()->findChildren<QPushButton*>())
+            if (each->isVisible() && each->text().remove(QLatin1Char('&')) == text) return each;
+        return nullptr;
+    }
+    void click(const QString& text) {
+        QPushButton* found = button(text);
+        ASSERT_NE(found, nullptr) << text.toStdString() << " in " << title().toStdString();
+        QTest::mouseClick(found, Qt::LeftButton);
+        QApplication::processEvents();
+    }
+    /// Sets a control as a user's choice would, through the model that the view follows.
+    void put(int control, ozm::ControlValue value) {
+        const ozm::DialogResult result = model().PutValue(control, std::move(value));
+        EXPECT_TRUE(result.done) << result.reason;
+    }
+    /// Closes the message box that an action shows, and answers its text.
+    static QString boxOf(const std::function<void()>& action) {
+        QString shown;
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, [&] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                shown += box->text() + QStringLiteral("\n") + box->informativeText() + QStringLiteral("\n");
+                box->accept();
+            }
+        });
+        timer.start(10);
+        action();
+        return shown;
+    }
+
+    /// From the menu to the specification of the second analysis of the list, with its selections made.
+    void specify(const ozm::VariableSelection& variables, double complete, double censored) {
+        window->startAnalysis();
+        ASSERT_EQ(title(), "Survival and Failure Time Analysis");
+        put(180, 1);
+        click("OK");
+        ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
+        put(1001, variables);
+        put(1002, complete);
+        put(1003, censored);
+    }
+    std::shared_ptr<const ResultsBook> book() {
+        return window->workbook().book(window->workbook().currentRun());
+    }
+};
+
+TEST_F(WindowTest, FromStartupToResultsAndBack) {
+    ASSERT_TRUE(window->openFile(example("veteran.csv")));
+    EXPECT_EQ(window->windowTitle(), "veteran.csv - Korvana");
+    specify({{3}, {4}}, 1, 0);
+    click("OK");
+    ASSERT_EQ(title(), "Product-Limit (Kaplan-Meier) Analysis Results");
+    EXPECT_TRUE(window->workbook().isEmpty());
+    click("Summary:  Product-limit survival analysis");
+    ASSERT_FALSE(window->workbook().isEmpty());
+    EXPECT_EQ(book()->outputs.size(), 3U);
+    click("Survival times vs. cum. proportion surviving");
+    ASSERT_EQ(book()->all<Chart>().size(), 1U);
+    EXPECT_EQ(window->workbook().currentOutput(), 3); // what was asked for is what is shown
+    // Cancel, step by step, with the selections in place.
+    click("Cancel");
+    ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
+    EXPECT_EQ(std::get<ozm::VariableSelection>(model().Value(1001)), (ozm::VariableSelection{{3}, {4}}));
+    EXPECT_EQ(std::get<double>(model().Value(1002)), 1.0);
+    QTest::keyClick(view(), Qt::Key_Escape);
+    QApplication::processEvents();
+    ASSERT_EQ(title(), "Survival and Failure Time Analysis");
+    EXPECT_EQ(std::get<int>(model().Value(180)), 1);
+    QTest::keyClick(view(), Qt::Key_Escape);
+    QApplication::processEvents();
+    EXPECT_FALSE(runner().isActive());
+    EXPECT_FALSE(window->workbook().isEmpty()); // results stay
+}
+
+TEST_F(WindowTest, MessagesStandOverTheDialogWithWhatThisRunKnows) {
+    ASSERT_TRUE(window->openFile(example("veteran.csv")));
+    specify({{3}, {4}}, 5, 6);
+    const QString shown = boxOf([this] { click("OK"); });
+    EXPECT_TRUE(shown.contains("Fewer than two valid cases.")) << shown.toStdString();
+    EXPECT_TRUE(shown.contains("0 (9 cases), 1 (128 cases)")) << shown.toStdString();
+    EXPECT_TRUE(shown.contains("14152")) << shown.toStdString();
+    EXPECT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
+    put(1003, 5.0);
+    EXPECT_TRUE(boxOf([this] { click("OK"); }).contains("identical"));
+}
+
+TEST_F(WindowTest, OtherDataHalfWayBeginAnew) {
+    ASSERT_TRUE(window->openFile(example("veteran.csv")));
+    specify({{3}, {4}}, 1, 0);
+    ASSERT_TRUE(window->openFile(example("aml.csv")));
+    ASSERT_EQ(title(), "Survival and Failure Time Analysis");
+    put(180, 1);
+    click("OK");
+    EXPECT_EQ(std::get<ozm::VariableSelection>(model().Value(1001)), (ozm::VariableSelection{{}, {}}));
+}
+
+TEST_F(WindowTest, AFileThatIsNotThereIsToldAndTheDataStay) {
+    ASSERT_TRUE(window->openFile(example("aml.csv")));
+    const QString shown = boxOf([this] { EXPECT_FALSE(window->openFile(path("gone.csv"))); });
+    EXPECT_TRUE(shown.contains("gone.csv")) << shown.toStdString();
+    EXPECT_EQ(runner().data().dataSet().caseCount(), 23);
+    const QString ragged = write("ragged.csv", "a,b\n1,2\n3\n");
+    EXPECT_TRUE(boxOf([&] { window->openFile(ragged); }).contains("ragged.csv:3"));
+}
+
+TEST_F(WindowTest, WithoutDataOrModuleItSaysSo) {
+    EXPECT_TRUE(boxOf([this] { window->startAnalysis(); }).contains("open a data file"));
+    MainWindow alone(nullptr, "the module is not there", path("other.ini"));
+    EXPECT_TRUE(alone.openFile(example("aml.csv")));
+}
+
+/// A long reading pass: few cases, each weighted heavily enough to be read for a while.
+class LongRunTest : public WindowTest {
+protected:
+    void SetUp() override {
+        WindowTest::SetUp();
+        std::string text = "time,status,copies\n";
+        for (int i = 0; i < 3000; ++i)
+            text += std::to_string(i % 97) + "," + std::to_string(i % 2) + ",3000\n";
+        ASSERT_TRUE(window->openFile(write("long.csv", text)));
+        runner().data().weightBy("copies");
+        runner().setProgressDelay(0);
+        specify({{1}, {2}}, 1, 0);
+    }
+    /// Presses OK and does something as soon as the progress window has appeared.
+    bool whileComputing(const std::function<void()>& action) {
+        bool done = false;
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, [&] {
+            if (done || !runner().progressWindow().isVisible()) return;
+            done = true;
+            action();
+        });
+        timer.start(5);
+        click("OK");
+        return done;
+    }
+};
+
+TEST_F(LongRunTest, CancelStopsItQuietlyAndTheDialogLivesOn) {
+    const bool done = whileComputing([this] {
+        EXPECT_TRUE(runner().isBusy());
+        for (QPushButton* each : runner().progressWindow().findChildren<QPushButton*>())
+            QTest::mouseClick(each, Qt::LeftButton);
+    });
+    ASSERT_TRUE(done) << "the run was over before it was stopped";
+    EXPECT_FALSE(runner().isBusy());
+    EXPECT_FALSE(runner().progressWindow().isVisible());
+    EXPECT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
+    EXPECT_EQ(runner().session().outstandingAllocations(), 0U);
+    EXPECT_TRUE(window->workbook().isEmpty());
+}
+
+TEST_F(LongRunTest, ClosingTheWindowStopsItFirst) {
+    const bool done = whileComputing([this] {
+        EXPECT_FALSE(window->close()); // not below its own computation
+        EXPECT_TRUE(window->isVisible());
+    });
+    ASSERT_TRUE(done) << "the run was over before it was stopped";
+    QApplication::processEvents();
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_FALSE(runner().isActive());
+}
+
+} // namespace
+} // namespace korvana::desktop
+
+int main(int argc, char* argv[]) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    testing::InitGoogleTest(&argc, argv);
+    QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -29,6 +29,7 @@ public:
             const ReaderTuning& tuning)
         : file_(file) {
         table_.file = name;
+        table_.stop = options.stop;
         table_.format = findFormat(file.view(), options, name);
         const DelimitedFormat& format = table_.format;
         table_.text = file.view().substr(0, format.end);
@@ -86,6 +87,7 @@ private:
         }
         std::vector<ChunkCells> chunks(table_.index.chunks.size());
         forEachInOrder(chunks.size(), threads_, [&](std::size_t i) {
+            table_.checkStop();
             const RowChunk& chunk = table_.index.chunks[i];
             chunks[i] = readChunk(table_, chunk, cells);
             file_.release(chunk.begin, chunk.end);

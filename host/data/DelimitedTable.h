@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,6 +23,12 @@ struct DelimitedTable {
     DelimitedFormat format;
     RowIndex index;
     std::vector<std::string> names; ///< one per column
+    std::stop_token stop;
+
+    /** Throws ReadingStopped when the reader is to give up; asked once per chunk. */
+    void checkStop() const {
+        if (stop.stop_requested()) throw ReadingStopped();
+    }
 
     /** An error about the cell that begins at an offset. */
     DataError cellError(std::size_t offset, std::size_t column0, const std::string& what) const;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <stdexcept>
+#include <utility>
 
 namespace korvana {
 namespace {
@@ -54,17 +55,33 @@ private:
 
 } // namespace
 
-VariableSummary describeVariable(const DataSet& data, int variable, std::span<const std::uint8_t> mask,
-                                 int limit) {
-    const Variable& known = data.variable(variable);
-    const auto cells = data.column(variable);
-    if (!mask.empty() && mask.size() != cells.size())
-        throw std::invalid_argument("a mask needs one entry per case");
+struct VariableDescriber::State {
+    const Variable& known;
+    std::span<const double> cells;
+    std::span<const std::uint8_t> mask;
+    DistinctCounter counter;
     VariableSummary summary;
-    DistinctCounter counter(limit);
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        if (!mask.empty() && mask[i] == 0) continue;
-        const double value = cells[i];
+    std::size_t next = 0;
+};
+
+VariableDescriber::VariableDescriber(const DataSet& data, int variable, std::span<const std::uint8_t> mask,
+                                     int limit)
+    : state_(std::make_unique<State>(
+          State{data.variable(variable), data.column(variable), mask, DistinctCounter(limit), {}})) {
+    if (!mask.empty() && mask.size() != state_->cells.size())
+        throw std::invalid_argument("a mask needs one entry per case");
+}
+
+VariableDescriber::VariableDescriber(VariableDescriber&&) noexcept = default;
+VariableDescriber& VariableDescriber::operator=(VariableDescriber&&) noexcept = default;
+VariableDescriber::~VariableDescriber() = default;
+
+bool VariableDescriber::advance(std::size_t cases) {
+    auto& [known, cells, mask, counter, summary, next] = *state_;
+    const std::size_t end = next + std::min(cases, cells.size() - next);
+    for (; next < end; ++next) {
+        if (!mask.empty() && mask[next] == 0) continue;
+        const double value = cells[next];
         if (known.isMissing(value)) {
             ++summary.missingCount;
             continue;
@@ -74,8 +91,19 @@ VariableSummary describeVariable(const DataSet& data, int variable, std::span<co
         summary.max = std::max(summary.max, value);
         counter.count(value);
     }
-    summary.distinct = counter.labelled(known);
-    return summary;
+    return next < cells.size();
+}
+
+VariableSummary VariableDescriber::take() {
+    state_->summary.distinct = state_->counter.labelled(state_->known);
+    return std::move(state_->summary);
+}
+
+VariableSummary describeVariable(const DataSet& data, int variable, std::span<const std::uint8_t> mask,
+                                 int limit) {
+    VariableDescriber describer(data, variable, mask, limit);
+    describer.advance(static_cast<std::size_t>(data.caseCount()));
+    return describer.take();
 }
 
 DistinctValues distinctCodes(const DataSet& data, int variable, std::span<const std::uint8_t> mask,

@@ -2,8 +2,10 @@
 
 #include "host/data/DataSet.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -36,6 +38,29 @@ inline constexpr int defaultDistinctLimit = 50;
 /** Describes a variable over the cases of a mask (1 = taken; an empty mask = all cases). */
 VariableSummary describeVariable(const DataSet& data, int variable, std::span<const std::uint8_t> mask = {},
                                  int limit = defaultDistinctLimit);
+
+/** Describes a variable piece by piece, for who must not wait for all the cases at once. */
+class VariableDescriber {
+public:
+    /** The data and the mask must stay; arguments as for describeVariable. */
+    VariableDescriber(const DataSet& data, int variable, std::span<const std::uint8_t> mask = {},
+                      int limit = defaultDistinctLimit);
+    VariableDescriber(VariableDescriber&&) noexcept;
+    VariableDescriber& operator=(VariableDescriber&&) noexcept;
+    VariableDescriber(const VariableDescriber&) = delete;
+    VariableDescriber& operator=(const VariableDescriber&) = delete;
+    ~VariableDescriber();
+
+    /** Takes up to the given number of further cases; false when there are no more. */
+    bool advance(std::size_t cases);
+
+    /** What was found in the cases taken; to be called once. */
+    VariableSummary take();
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
 
 /** The distinct values alone. */
 DistinctValues distinctCodes(const DataSet& data, int variable, std::span<const std::uint8_t> mask = {},

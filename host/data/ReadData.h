@@ -2,8 +2,10 @@
 
 #include "host/data/DataSet.h"
 
+#include <exception>
 #include <filesystem>
 #include <optional>
+#include <stop_token>
 
 namespace korvana {
 
@@ -14,10 +16,16 @@ struct ReadOptions {
     HeaderLine header = HeaderLine::Automatic;
     std::optional<char> separator;   ///< between cells: , ; or tab
     std::optional<char> decimalMark; ///< . or ,
+    std::stop_token stop;            ///< asks from another thread to give up
+};
+
+/** Thrown by a reader that was asked to stop. */
+struct ReadingStopped : std::exception {
+    const char* what() const noexcept override { return "reading was stopped"; }
 };
 
 /** Reads a data file; the format is chosen from its content and ending. Throws DataError (also when memory
-   does not suffice), nothing else. */
+   does not suffice) or ReadingStopped, nothing else. */
 DataSet readData(const std::filesystem::path& path, const ReadOptions& options = {});
 
 } // namespace korvana

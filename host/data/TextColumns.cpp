@@ -119,6 +119,7 @@ void readTextColumns(const DelimitedTable& table, const FileBytes& file, unsigne
 
     std::vector<std::vector<LocalTexts>> locals(chunks.size());
     forEachInOrder(chunks.size(), threads, [&](std::size_t i) {
+        table.checkStop();
         std::vector<LocalTexts> texts(columns.size());
         auto row = static_cast<std::size_t>(chunks[i].firstRow);
         walkCells(
@@ -156,6 +157,7 @@ CaseNames readCaseNames(const DelimitedTable& table, const FileBytes& file, unsi
     const std::vector<RowChunk>& chunks = table.index.chunks;
     std::vector<CaseNames> parts(chunks.size());
     forEachInOrder(chunks.size(), threads, [&](std::size_t i) {
+        table.checkStop();
         CaseNames names;
         walkCells(
             table, chunks[i], 0,

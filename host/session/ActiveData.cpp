@@ -23,11 +23,35 @@ void ActiveData::open(DataSet data) {
     selection_ = {};
     condition_.clear();
     weightVariable_ = 0;
+    ++generation_;
 }
 
 void ActiveData::select(std::string_view condition) {
     selection_ = condition.empty() ? CaseSelection{} : selectCases(data_, condition);
     condition_ = condition;
+}
+
+void ActiveData::select(std::string condition, CaseSelection selection) {
+    selection_ = std::move(selection);
+    condition_ = std::move(condition);
+}
+
+void ActiveData::describe(int variable0, std::string label, double missingCode,
+                          std::vector<ValueLabel> valueLabels) {
+    Variable& variable = data_.variable(variable0);
+    const auto exchange = [&] {
+        variable.label.swap(label);
+        std::swap(variable.missingCode, missingCode);
+        variable.valueLabels.swap(valueLabels);
+    };
+    exchange();
+    try {
+        const std::string condition = condition_;
+        select(condition);
+    } catch (...) {
+        exchange();
+        throw;
+    }
 }
 
 int ActiveData::selectedCount() const {
@@ -49,7 +73,7 @@ std::vector<std::string> ActiveData::notes() const {
     }
     if (weightVariable_ > 0) {
         const Variable& variable = data_.variable(weightVariable_ - 1);
-        const CaseWeights weights = resolveWeights(data_, std::to_string(weightVariable_), mask());
+        const CaseWeights weights = resolveWeights(data_, variable.name, mask());
         std::string note = "Cases weighted by '" + variable.name + "'.";
         // Weights below 2 count a case once, whatever they are: worth knowing where they look like mistakes.
         if (weights.missingCount > 0) note += " " + cases(weights.missingCount) + " without a weight.";

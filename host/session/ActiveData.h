@@ -24,9 +24,19 @@ public:
     void open(DataSet data);
     [[nodiscard]] const DataSet& dataSet() const { return data_; }
 
+    /// Changes what is known about a variable (counted from 0) besides its name, kind and cells, and makes
+    /// the selection anew. Throws what `select` throws when the condition does not hold any more (it refers
+    /// to a label that is gone); everything then stays as it was.
+    void describe(int variable0, std::string label, double missingCode, std::vector<ValueLabel> valueLabels);
+
+    /// Counts the data sets opened: tells whether what was derived from one still belongs to it.
+    [[nodiscard]] int generation() const { return generation_; }
+
     /// Takes the cases that satisfy a condition (see `selectCases`, whose errors it throws; the selection
     /// before then stays). An empty condition takes all cases.
     void select(std::string_view condition);
+    /// Takes a selection that was already made over this data set by a condition.
+    void select(std::string condition, CaseSelection selection);
     [[nodiscard]] const std::string& condition() const { return condition_; }
     /// One byte per case, 1 = selected; empty when all cases take part.
     [[nodiscard]] std::span<const std::uint8_t> mask() const { return selection_.mask; }
@@ -50,6 +60,7 @@ private:
     CaseSelection selection_;
     std::string condition_;
     int weightVariable_ = 0;
+    int generation_ = 0;
 };
 
 } // namespace korvana

@@ -1,22 +1,17 @@
 #pragma once
 
 #include "host/data/ReadData.h"
-#include "host/session/ActiveData.h"
 
 #include <QObject>
 #include <QString>
-#include <QStringList>
+#include <memory>
 #include <optional>
-#include <stop_token>
 #include <thread>
-
-class QMimeData;
-class QWidget;
 
 namespace korvana::desktop {
 
-/// Reads a data file in a thread of its own. Signals come in the thread of this object; after each load exactly
-/// one of them.
+/// Reads a data file in a thread of its own. Signals come in the thread of this object; after each load
+/// exactly one of them.
 class DataLoader : public QObject {
     Q_OBJECT
 
@@ -26,6 +21,7 @@ public:
 
     /// Begins to read. A load under way is stopped without a signal.
     void load(const QString& path, const ReadOptions& options = {});
+    /// Asks the load under way to stop; cancelled() follows, unless it has just ended.
     void cancel();
     [[nodiscard]] bool isLoading() const { return loading_; }
 
@@ -51,16 +47,5 @@ private:
     quint64 load_ = 0;
     bool loading_ = false;
 };
-
-/// Reads a file and makes it the active data; selection and weights of the data before are forgotten. A file
-/// that takes longer shows a busy sign with a Cancel button over the parent, and the program stays alive.
-/// False when it was cancelled (the error is then empty) or could not be read; the data before then stays.
-bool openDataFile(ActiveData& data, const QString& path, QString* error, QWidget* parent = nullptr);
-
-/// The filter of a file dialog that asks for data.
-QString dataFileFilter();
-
-/// The first local file of what is dragged over the window; empty without one.
-QString droppedFile(const QMimeData* mime);
 
 } // namespace korvana::desktop

@@ -39,16 +39,22 @@ public:
 
     [[nodiscard]] QTableView* table() const { return table_; }
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     void showState();
+    void fitRows();
     void fitColumns();
     void say(const QString& text);
 
     CaseTableModel* model_;
     QTableView* table_;
+    QLabel* nothing_; ///< in place of the table while there are no data
     QLabel* state_;
     QLabel* caseLabel_;
     QSpinBox* case_;
+    int generation_ = 0;
 };
 
 } // namespace korvana::desktop

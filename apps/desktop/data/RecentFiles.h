@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <memory>
 
 class QMenu;
 
@@ -30,7 +31,7 @@ public:
 private:
     void store(const QStringList& files);
 
-    QSettings settings_;
+    std::unique_ptr<QSettings> settings_;
 };
 
 } // namespace korvana::desktop

@@ -1,24 +1,25 @@
 #pragma once
 
+#include "host/data/Describe.h"
 #include "host/session/ActiveData.h"
 
 #include <QDialog>
 #include <QTimer>
 #include <memory>
+#include <optional>
 
 class QLabel;
 class QListWidget;
-class QPushButton;
 
 namespace korvana::desktop {
 
 class ConditionEdit;
 class VariableList;
 
-/// Edits the condition that cases must satisfy to take part; an empty one takes all cases. The number of cases
-/// that it selects is counted while one types, in small pieces, so that the dialog stays alive on any number of
-/// cases. OK applies the condition (exec() answers Accepted) once it is counted; a fault is shown and marked
-/// where it stands.
+/// Edits the condition that cases must satisfy to take part; an empty one takes all cases. The number of
+/// cases that it selects is counted while one types, in small pieces, so that the dialog stays alive on any
+/// number of cases. OK applies the condition (exec() answers Accepted) once it is counted; a fault is shown
+/// and marked where it stands.
 class SelectionDialog : public QDialog {
     Q_OBJECT
 
@@ -29,6 +30,9 @@ public:
 
     void accept() override;
 
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
 private:
     void conditionChanged();
     void startCounting();
@@ -36,6 +40,7 @@ private:
     void showCount();
     void showError(const QString& text);
     void showCodes();
+    void showCounted();
     void insertVariable(int variable0);
     void insertCode();
 
@@ -46,7 +51,9 @@ private:
     QLabel* outcome_;
     QTimer pause_; ///< between the last key and the counting
     QTimer idle_;
-    std::unique_ptr<SelectionPass> pass_;
+    std::unique_ptr<SelectionPass> pass_; ///< over the condition as it stands in the field
+    std::optional<VariableDescriber> describer_;
+    int described_ = -1; ///< the variable whose values are listed, from 0
     bool failed_ = false;
     bool applyWhenCounted_ = false;
 };

@@ -37,11 +37,17 @@ signals:
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
+    void fitRows();
+    void fitColumns();
+    void say(const QString& text);
+
     VariableTableModel* model_;
     QTableView* table_;
     QLabel* message_;
+    int generation_ = 0;
 };
 
 } // namespace korvana::desktop

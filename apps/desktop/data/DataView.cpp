@@ -1,0 +1,203 @@
+#include "apps/desktop/data/DataView.h"
+
+#include "apps/desktop/data/CaseTableModel.h"
+#include "apps/desktop/data/GridCopy.h"
+#include "apps/desktop/data/GridText.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QSignalBlocker>
+#include <QSpinBox>
+#include <QStyledItemDelegate>
+#include <QTableView>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace korvana::desktop {
+namespace {
+
+/// Missing cells and cases that are left out step back, in the colours of the palette at hand.
+class CellDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        const bool missing = index.data(CaseTableModel::MissingRole).toBool();
+        if (missing) option->font.setItalic(true);
+        if (missing || index.data(CaseTableModel::LeftOutRole).toBool())
+            option->palette.setColor(QPalette::Text, quietText(option->palette));
+    }
+};
+
+} // namespace
+
+DataView::DataView(QWidget* parent)
+    : QWidget(parent), model_(new CaseTableModel(this)), table_(new QTableView(this)),
+      nothing_(new QLabel(this)), state_(new QLabel(this)), caseLabel_(new QLabel(tr("&Go to case"), this)),
+      case_(new QSpinBox(this)) {
+    table_->setModel(model_);
+    table_->setItemDelegate(new CellDelegate(table_));
+    table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    table_->setWordWrap(false);
+    table_->setTabKeyNavigation(false); // Tab leaves the table
+    table_->setAccessibleName(tr("Cases"));
+    table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    table_->horizontalHeader()->setResizeContentsPrecision(100);
+    table_->setContextMenuPolicy(Qt::ActionsContextMenu);
+
+    auto* copyCells = new QAction(tr("&Copy"), this);
+    copyCells->setShortcut(QKeySequence::Copy);
+    auto* copyNamed = new QAction(tr("Copy with &Names"), this);
+    copyNamed->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C));
+    auto* ask = new QAction(tr("&Go to Case"), this);
+    ask->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_G));
+    for (QAction* action : {copyCells, copyNamed, ask}) {
+        action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        table_->addAction(action);
+    }
+    connect(copyCells, &QAction::triggered, this, [this] { copy(false); });
+    connect(copyNamed, &QAction::triggered, this, [this] { copy(true); });
+    connect(ask, &QAction::triggered, this, &DataView::askForCase);
+
+    nothing_->setText(tr("No data. Open a data file, or drop one here."));
+    nothing_->setAlignment(Qt::AlignCenter);
+    nothing_->setWordWrap(true);
+    state_->setWordWrap(true);
+    state_->setTextFormat(Qt::PlainText);
+    state_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    caseLabel_->setBuddy(case_);
+    case_->setKeyboardTracking(false);
+    case_->setAccelerated(true);
+    case_->setGroupSeparatorShown(true);
+    connect(case_, &QSpinBox::valueChanged, this, &DataView::goToCase);
+    connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex& current) {
+                if (!current.isValid()) return;
+                const QSignalBlocker quiet(case_);
+                case_->setValue(model_->firstCase() + current.row() + 1);
+            });
+
+    auto* below = new QHBoxLayout;
+    below->addWidget(state_, 1);
+    below->addWidget(caseLabel_);
+    below->addWidget(case_);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(nothing_, 1);
+    layout->addWidget(table_, 1);
+    layout->addLayout(below);
+    setFocusProxy(table_);
+    fitRows();
+    showState();
+}
+
+void DataView::setData(const ActiveData* data) {
+    const bool another = data == nullptr || data != model_->active() || data->generation() != generation_;
+    model_->show(data);
+    generation_ = data != nullptr ? data->generation() : 0;
+    if (another) fitColumns();
+    showState();
+    if (another && model_->rowCount() > 0) table_->setCurrentIndex(model_->index(0, 0));
+}
+
+void DataView::setShowLabels(bool labels) {
+    if (labels == showLabels()) return;
+    model_->setShowLabels(labels);
+    fitColumns();
+}
+
+bool DataView::showLabels() const {
+    return model_->showLabels();
+}
+
+void DataView::goToCase(int case1) {
+    const ActiveData* const data = model_->active();
+    if (data == nullptr || model_->rowCount() == 0 || model_->columnCount() == 0) return;
+    const int case0 = std::clamp(case1, 1, data->dataSet().caseCount()) - 1;
+    const int column = std::max(table_->currentIndex().column(), 0);
+    model_->bringCase(case0);
+    const QModelIndex index = model_->index(case0 - model_->firstCase(), column);
+    table_->setCurrentIndex(index);
+    table_->scrollTo(index, QAbstractItemView::PositionAtCenter);
+    showState();
+}
+
+void DataView::askForCase() {
+    case_->setFocus(Qt::ShortcutFocusReason);
+    case_->selectAll();
+}
+
+void DataView::copy(bool names) {
+    const GridCopy copied = copyCells(*model_, table_->selectionModel()->selection(), names);
+    if (copied.text.isEmpty()) {
+        say(copied.error);
+        return;
+    }
+    QApplication::clipboard()->setText(copied.text);
+    say(tr("Copied: %1 rows, %2 columns.").arg(countText(copied.rows), countText(copied.columns)));
+}
+
+void DataView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        fitRows();
+        fitColumns();
+    }
+}
+
+void DataView::fitRows() {
+    table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() * 4 / 3);
+}
+
+void DataView::fitColumns() {
+    // The contents of thousands of columns are not measured: their headers and room for a number will do.
+    constexpr int mostMeasured = 500;
+    const int wide = table_->fontMetrics().averageCharWidth() * 32;
+    const int narrow = table_->fontMetrics().averageCharWidth() * 8;
+    table_->horizontalHeader()->setDefaultSectionSize(narrow * 2);
+    for (int column = 0; column < std::min(model_->columnCount(), mostMeasured); ++column) {
+        table_->resizeColumnToContents(column);
+        table_->setColumnWidth(column, std::clamp(table_->columnWidth(column), narrow, wide));
+    }
+}
+
+void DataView::say(const QString& text) {
+    state_->setText(text);
+}
+
+void DataView::showState() {
+    const ActiveData* const data = model_->active();
+    const int cases = data != nullptr ? data->dataSet().caseCount() : 0;
+    const bool any = data != nullptr && data->dataSet().variableCount() > 0;
+    nothing_->setVisible(!any);
+    table_->setVisible(any);
+    caseLabel_->setVisible(any);
+    case_->setVisible(any);
+    const QSignalBlocker quiet(case_);
+    case_->setRange(any ? 1 : 0, cases);
+    if (!any) {
+        say({});
+        return;
+    }
+    const int variables = data->dataSet().variableCount();
+    QString text = casesText(cases) + QStringLiteral(", ") + countText(variables) +
+                   (variables == 1 ? tr(" variable") : tr(" variables"));
+    if (!data->condition().empty())
+        text += tr("; %1 selected: %2").arg(countText(data->selectedCount()), shown(data->condition()));
+    if (data->weightVariable() > 0)
+        text += tr("; weighted by %1").arg(shown(data->dataSet().variable(data->weightVariable() - 1).name));
+    if (cases > CaseTableModel::mostRows)
+        text += tr("; the table shows the cases %1 to %2, \"Go to case\" leads to the others")
+                    .arg(countText(model_->firstCase() + 1),
+                         countText(qint64{model_->firstCase()} + model_->rowCount()));
+    say(text);
+}
+
+} // namespace korvana::desktop

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "host/data/Describe.h"
+#include "host/data/Variable.h"
+
+#include <QDialog>
+#include <vector>
+
+class QLabel;
+class QTableWidget;
+
+namespace korvana::desktop {
+
+/// Edits the value labels of a variable of numbers or dates: one row per value, those of the data included
+/// when they are few. OK is refused while a value cannot be read or stands twice; it changes nothing by
+/// itself, the labels are asked for by valueLabels().
+class ValueLabelsDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    /// @param counts  what is known of the values in the data; may be nullptr
+    ValueLabelsDialog(Variable variable, const VariableSummary* counts, QWidget* parent = nullptr);
+
+    /// Ascending by value; values without a label are left out.
+    [[nodiscard]] const std::vector<ValueLabel>& valueLabels() const { return labels_; }
+
+    void accept() override;
+
+private:
+    int addRow(const QString& value, const QString& label, const QString& cases);
+    void addEmptyRow();
+    void removeRows();
+    void fault(int row, const QString& what);
+
+    Variable variable_;
+    std::vector<ValueLabel> labels_;
+    QTableWidget* table_;
+    QLabel* error_;
+};
+
+} // namespace korvana::desktop

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "host/data/DataSet.h"
+
+#include <QWidget>
+
+class QLineEdit;
+class QListView;
+class QSortFilterProxyModel;
+class QStandardItemModel;
+
+namespace korvana::desktop {
+
+/// A list of variables with a field that narrows it down by a part of the name or the label.
+class VariableList : public QWidget {
+    Q_OBJECT
+
+public:
+    /// @param numbersOnly  without variables of texts and dates
+    VariableList(const DataSet& data, bool numbersOnly, QWidget* parent = nullptr);
+
+    /// The current variable, counted from 0; -1 without one.
+    [[nodiscard]] int current() const;
+    void setCurrent(int variable0);
+    [[nodiscard]] int count() const;
+
+    [[nodiscard]] QLineEdit* search() const { return search_; }
+    [[nodiscard]] QListView* list() const { return list_; }
+
+signals:
+    void currentChanged(int variable0);
+    /// Double-clicked, or Enter was pressed on it.
+    void chosen(int variable0);
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    QStandardItemModel* all_;
+    QSortFilterProxyModel* found_;
+    QLineEdit* search_;
+    QListView* list_;
+};
+
+} // namespace korvana::desktop

@@ -5,6 +5,7 @@
 
 #include <QDialog>
 
+#include <optional>
 #include <vector>
 
 class QTabWidget;
@@ -37,7 +38,7 @@ public:
     /// The model, nullptr after it was closed.
     [[nodiscard]] ozm::CAnalysisDialog* dialog() const { return dialog_; }
     /// Whether an operation of the model is running.
-    [[nodiscard]] bool isBusy() const { return depth_ > 0; }
+    [[nodiscard]] bool isBusy() const { return busy_; }
 
     /// Presses Cancel when the template has it (Escape and the window's close button come here).
     void reject() override;
@@ -65,28 +66,30 @@ private:
     void DialogClosed(ozm::CAnalysisDialog& dialog) override;
 
     ozm::CAnalysisSupport* analysis() override;
-    bool put(ControlField& field, ozm::ControlValue value) override;
+    bool put(ControlField& field, ozm::ControlValue value, QWidget* where) override;
     void press(ControlField& field) override;
     void complain(QWidget& where, const QString& reason) override;
     void complaintSettled(QWidget& where) override;
 
     void build();
-    void place(const std::vector<const ozm::ControlTemplate*>& controls, int page, QWidget* onto);
     ControlField* add(const ozm::ControlTemplate& control, int page, QWidget* parent);
     void chooseDefaults();
-    void showValue(const ozm::ControlTemplate& control);
-    void showAll();
+    void showValue(int control);
     void offerCodes();
+    void focusFirst();
     bool commitEdits();
+    ControlField* fieldOf(int control);
+    /// Runs an operation of the model. Nothing when it did not run, or when the view went while it did.
     template <class Operation>
-    bool operate(Operation operation, ozm::DialogResult& result);
+    std::optional<ozm::DialogResult> operate(const Operation& operation);
     void tell();
 
     ozm::CAnalysisDialog* dialog_;
     QTabWidget* tabs_ = nullptr;
     Callout* callout_ = nullptr;
     std::vector<Placed> placed_;
-    int depth_ = 0;
+    bool busy_ = false;
+    bool outOfStep_ = false; ///< a field shows what the model did not take
     bool closedUntold_ = false;
     bool operatedUntold_ = false;
 };

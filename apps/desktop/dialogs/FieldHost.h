@@ -20,8 +20,9 @@ public:
 
     /// The analysis, for names, labels and codes; nullptr once the dialog was closed.
     virtual ozm::CAnalysisSupport* analysis() = 0;
-    /// Writes the control's value. False when it was refused, which the host has then shown.
-    virtual bool put(ControlField& field, ozm::ControlValue value) = 0;
+    /// Writes the control's value. False when it was refused, which the host has then shown, beside the part
+    /// of the field that is given or else beside the whole.
+    virtual bool put(ControlField& field, ozm::ControlValue value, QWidget* where = nullptr) = 0;
     /// Presses the control.
     virtual void press(ControlField& field) = 0;
     /// Shows a reason beside a widget; takes it away again.

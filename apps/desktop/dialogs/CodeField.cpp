@@ -1,0 +1,162 @@
+#include "apps/desktop/dialogs/CodeField.h"
+
+#include "apps/desktop/dialogs/Codes.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QStandardItemModel>
+
+#include <cmath>
+#include <limits>
+
+namespace korvana::desktop {
+namespace {
+
+/// Asks its field for the codes before it shows them.
+class OfferCombo final : public QComboBox {
+public:
+    explicit OfferCombo(CodeField& field) : QComboBox(&field), field_(field) {}
+    void showPopup() override {
+        field_.offer();
+        QComboBox::showPopup();
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->key() == Qt::Key_Down || event->key() == Qt::Key_Up) field_.offer();
+        QComboBox::keyPressEvent(event);
+    }
+    // Scrolling a page past the field must not change it.
+    void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+
+private:
+    CodeField& field_;
+};
+
+bool same(double a, double b) {
+    return a == b || (std::isnan(a) && std::isnan(b));
+}
+
+} // namespace
+
+CodeField::CodeField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
+    : ControlField(control, host, parent), combo_(new OfferCombo(*this)), label_(new QLabel(this)),
+      code_(std::numeric_limits<double>::quiet_NaN()) {
+    combo_->setEditable(true);
+    combo_->setInsertPolicy(QComboBox::NoInsert);
+    combo_->setCompleter(nullptr);
+    combo_->lineEdit()->setPlaceholderText(QStringLiteral("code or label"));
+    combo_->setMinimumContentsLength(18);
+    combo_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    combo_->setAccessibleName(plainCaptionOf(control));
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(combo_);
+    layout->addWidget(label_, 1);
+    setFocusProxy(combo_);
+    QObject::connect(combo_->lineEdit(), &QLineEdit::textEdited, this, [this] {
+        edited_ = true;
+        label_->clear();
+        settled();
+    });
+    QObject::connect(combo_->lineEdit(), &QLineEdit::editingFinished, this, [this] { commit(); });
+    QObject::connect(combo_, &QComboBox::activated, this, [this](int index) {
+        const QVariant code = combo_->itemData(index);
+        if (!code.isValid()) return showText();
+        edited_ = false;
+        if (!this->host().put(*this, code.toDouble()))
+            showText();
+        else
+            settled();
+    });
+}
+
+void CodeField::showValue(const ozm::ControlValue& value) {
+    if (const double* code = std::get_if<double>(&value)) code_ = *code;
+    edited_ = false;
+    showText();
+}
+
+void CodeField::showText() {
+    const QSignalBlocker quiet(combo_);
+    combo_->setCurrentIndex(std::isnan(code_) ? -1 : combo_->findData(code_));
+    combo_->setEditText(codeText(code_));
+    ozm::CAnalysisSupport* analysis = host().analysis();
+    label_->setText(analysis != nullptr ? codeLabel(*analysis, variable_, code_) : QString{});
+}
+
+bool CodeField::commit() {
+    if (!edited_) return true;
+    const QString text = combo_->currentText().trimmed();
+    ozm::CAnalysisSupport* analysis = host().analysis();
+    if (analysis == nullptr) return true;
+    std::optional<double> code = std::numeric_limits<double>::quiet_NaN();
+    if (!text.isEmpty()) code = codeOfText(*analysis, variable_, text);
+    if (!code) return complain(noCode(text, variable_));
+    if (same(*code, code_))
+        showValue(code_);
+    else if (!host().put(*this, *code))
+        return false;
+    return settled();
+}
+
+void CodeField::offerCodesOf(int variable, const QString& prompt) {
+    prompt_ = prompt;
+    if (variable == variable_) return;
+    variable_ = variable;
+    clearOffer();
+}
+
+void CodeField::dataChanged() {
+    clearOffer();
+}
+
+void CodeField::clearOffer() {
+    // Emptying a combo box empties its text too.
+    const QString text = combo_->currentText();
+    {
+        const QSignalBlocker quiet(combo_);
+        combo_->clear();
+        combo_->setEditText(text);
+    }
+    offered_ = false;
+    if (!edited_) showText();
+}
+
+void CodeField::say(const QString& line) {
+    combo_->addItem(line);
+    if (auto* model = qobject_cast<QStandardItemModel*>(combo_->model()))
+        model->item(combo_->count() - 1)->setEnabled(false);
+}
+
+void CodeField::offer() {
+    ozm::CAnalysisSupport* analysis = host().analysis();
+    if (offered_ || analysis == nullptr) return;
+    const QString text = combo_->currentText();
+    const QSignalBlocker quiet(combo_);
+    combo_->clear();
+    if (variable_ == 0) {
+        say(prompt_.isEmpty() ? QStringLiteral("Choose the variable first")
+                              : QStringLiteral("Choose \"%1\" first").arg(prompt_));
+    } else {
+        const CodeOffer offer = offeredCodes(*analysis, variable_);
+        for (const ozm::CodeCount& code : offer.codes)
+            combo_->addItem(offerText(code), code.code);
+        if (offer.failed) say(QStringLiteral("The codes could not be read; type the code"));
+        if (!offer.failed && offer.codes.empty()) say(QStringLiteral("No selected case has a value"));
+        if (offer.more > 0) say(QStringLiteral("and %1 more; type the code").arg(offer.more));
+        offered_ = !offer.failed;
+    }
+    combo_->setCurrentIndex(std::isnan(code_) ? -1 : combo_->findData(code_));
+    combo_->setEditText(text);
+    // The list is as wide as its texts, however narrow the field.
+    combo_->view()->setMinimumWidth(combo_->view()->sizeHintForColumn(0) +
+                                    combo_->fontMetrics().height() * 2);
+}
+
+} // namespace korvana::desktop

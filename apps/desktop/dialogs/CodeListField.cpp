@@ -1,0 +1,156 @@
+#include "apps/desktop/dialogs/CodeListField.h"
+
+#include "apps/desktop/dialogs/Codes.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPointer>
+#include <QPushButton>
+#include <QStringList>
+#include <QToolButton>
+
+#include <algorithm>
+
+namespace korvana::desktop {
+namespace {
+
+/// The texts between commas; a comma within double quotes belongs to its text.
+QStringList splitAtCommas(const QString& line) {
+    QStringList parts;
+    QString part;
+    bool quoted = false;
+    for (const QChar c : line) {
+        if (c == QLatin1Char('"')) {
+            quoted = !quoted;
+        } else if (c == QLatin1Char(',') && !quoted) {
+            parts.append(std::exchange(part, {}).trimmed());
+        } else {
+            part.append(c);
+        }
+    }
+    parts.append(part.trimmed());
+    parts.removeAll(QString{});
+    return parts;
+}
+
+} // namespace
+
+CodeListField::CodeListField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
+    : ControlField(control, host, parent), line_(new QLineEdit(this)), open_(new QToolButton(this)) {
+    line_->setPlaceholderText(QStringLiteral("codes or labels, with commas between"));
+    line_->setMinimumWidth(line_->fontMetrics().averageCharWidth() * 32);
+    line_->setAccessibleName(plainCaptionOf(control));
+    open_->setText(QStringLiteral("…"));
+    open_->setToolTip(QStringLiteral("Choose among the codes that occur"));
+    open_->setAccessibleName(plainCaptionOf(control) + QStringLiteral(": choose among the codes that occur"));
+    open_->setFocusPolicy(Qt::StrongFocus);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(line_);
+    layout->addWidget(open_);
+    setFocusProxy(line_);
+    QObject::connect(line_, &QLineEdit::editingFinished, this, [this] { commit(); });
+    QObject::connect(line_, &QLineEdit::textEdited, this, [this] { settled(); });
+    QObject::connect(open_, &QToolButton::clicked, this, [this] { openList(); });
+}
+
+void CodeListField::showValue(const ozm::ControlValue& value) {
+    if (const auto* codes = std::get_if<std::vector<double>>(&value)) codes_ = *codes;
+    line_->setModified(false);
+    showCodes();
+}
+
+void CodeListField::showCodes() {
+    if (line_->isModified()) return;
+    QStringList codes;
+    QStringList labels;
+    ozm::CAnalysisSupport* analysis = host().analysis();
+    for (const double code : codes_) {
+        codes.append(codeText(code));
+        const QString label = analysis != nullptr ? codeLabel(*analysis, variable_, code) : QString{};
+        if (!label.isEmpty()) labels.append(codes.back() + " = " + label);
+    }
+    line_->setText(codes.join(QStringLiteral(", ")));
+    line_->setModified(false);
+    line_->setToolTip(labels.join(QLatin1Char('\n')));
+}
+
+bool CodeListField::hasPendingEdit() const {
+    return line_->isModified();
+}
+
+bool CodeListField::commit() {
+    ozm::CAnalysisSupport* analysis = host().analysis();
+    if (!line_->isModified() || analysis == nullptr) return true;
+    std::vector<double> codes;
+    for (const QString& text : splitAtCommas(line_->text())) {
+        const auto code = codeOfText(*analysis, variable_, text);
+        if (!code) return complain(noCode(text, variable_));
+        if (std::find(codes.begin(), codes.end(), *code) != codes.end())
+            return complain(QStringLiteral("The code %1 stands there twice.").arg(codeText(*code)));
+        codes.push_back(*code);
+    }
+    return host().put(*this, std::move(codes)) && settled();
+}
+
+void CodeListField::offerCodesOf(int variable, const QString& prompt) {
+    prompt_ = prompt;
+    if (variable == variable_) return;
+    variable_ = variable;
+    showCodes();
+}
+
+void CodeListField::openList() {
+    ozm::CAnalysisSupport* analysis = host().analysis();
+    if (analysis == nullptr || !commit()) return;
+    if (variable_ == 0) {
+        complain(prompt_.isEmpty() ? QStringLiteral("Choose the variable first.")
+                                   : QStringLiteral("Choose \"%1\" first.").arg(prompt_));
+        return;
+    }
+    const CodeOffer offer = offeredCodes(*analysis, variable_);
+    if (offer.codes.empty()) {
+        complain(offer.failed ? QStringLiteral("The codes could not be read; type them.")
+                              : QStringLiteral("No selected case has a value."));
+        return;
+    }
+    QPointer<QDialog> window = new QDialog(this);
+    window->setWindowTitle(plainCaptionOf(control()));
+    auto* layout = new QVBoxLayout(window);
+    auto* list = new QListWidget;
+    for (const ozm::CodeCount& code : offer.codes) {
+        auto* item = new QListWidgetItem(offerText(code), list);
+        item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
+        item->setData(Qt::UserRole, code.code);
+        const bool taken = std::find(codes_.begin(), codes_.end(), code.code) != codes_.end();
+        item->setCheckState(taken ? Qt::Checked : Qt::Unchecked);
+    }
+    layout->addWidget(list);
+    if (offer.more > 0)
+        layout->addWidget(new QLabel(QStringLiteral("%1 more are not listed; type them.").arg(offer.more)));
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    layout->addWidget(buttons);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, window, &QDialog::accept);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, window, &QDialog::reject);
+    const bool accepted = window->exec() == QDialog::Accepted;
+    if (window == nullptr) return; // the dialog went while its list was open, and this field with it
+    std::vector<double> chosen;
+    const auto isOffered = [&offer](double code) {
+        return std::any_of(offer.codes.begin(), offer.codes.end(),
+                           [code](const ozm::CodeCount& known) { return known.code == code; });
+    };
+    for (int row = 0; row < list->count(); ++row)
+        if (list->item(row)->checkState() == Qt::Checked)
+            chosen.push_back(list->item(row)->data(Qt::UserRole).toDouble());
+    // Codes that were typed and do not occur cannot be unticked; they stay.
+    for (const double code : codes_)
+        if (!isOffered(code)) chosen.push_back(code);
+    window->deleteLater();
+    if (accepted && host().put(*this, std::move(chosen))) settled();
+}
+
+} // namespace korvana::desktop

@@ -1,0 +1,62 @@
+#include "apps/desktop/dialogs/Codes.h"
+
+#include "support/CAnalysisSupport.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+
+#include <algorithm>
+#include <cmath>
+
+namespace korvana::desktop {
+
+CodeOffer offeredCodes(ozm::CAnalysisSupport& analysis, int variable) {
+    CodeOffer offer;
+    // A pass over all cases, which may be many.
+    QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
+    const int distinct = analysis.ReadDataToGetDefaultCodes(variable, {}, offer.codes);
+    QGuiApplication::restoreOverrideCursor();
+    offer.failed = distinct < 0;
+    offer.more = std::max(distinct - static_cast<int>(offer.codes.size()), 0);
+    return offer;
+}
+
+QString codeText(double code) {
+    return std::isnan(code) ? QString{} : QString::number(code, 'g', QLocale::FloatingPointShortest);
+}
+
+QString offerText(const ozm::CodeCount& code) {
+    const QString label = code.text.empty() ? QString{} : " = " + QString::fromStdString(code.text);
+    return codeText(code.code) + label +
+           (code.cases == 1 ? QStringLiteral(" (1 case)") : QStringLiteral(" (%1 cases)").arg(code.cases));
+}
+
+QString codeLabel(ozm::CAnalysisSupport& analysis, int variable, double code) {
+    std::string text;
+    if (variable == 0 || std::isnan(code) ||
+        analysis.vvlcod8(variable, ozm::LabelLookup::TextOfCode, text, code) != 1)
+        return {};
+    return QString::fromStdString(text);
+}
+
+std::optional<double> codeOfText(ozm::CAnalysisSupport& analysis, int variable, const QString& text) {
+    std::string wanted = text.trimmed().toStdString();
+    double code = 0.0;
+    if (variable != 0 && analysis.vvlcod8(variable, ozm::LabelLookup::CodeOfText, wanted, code) == 1)
+        return code;
+    bool isNumber = false;
+    code = text.trimmed().toDouble(&isNumber);
+    return isNumber && std::isfinite(code) ? std::optional(code) : std::nullopt;
+}
+
+QString noCode(const QString& text, int variable) {
+    return variable != 0
+               ? QStringLiteral("\"%1\" is neither a number nor a value label of the variable; open the list "
+                                "to see its codes.")
+                     .arg(text)
+               : QStringLiteral("\"%1\" is not a number. Value labels can be written once the variable is "
+                                "chosen.")
+                     .arg(text);
+}
+
+} // namespace korvana::desktop

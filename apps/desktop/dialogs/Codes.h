@@ -1,0 +1,38 @@
+#pragma once
+
+#include "support/services/VariableService.h"
+
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace ozm {
+class CAnalysisSupport;
+}
+
+namespace korvana::desktop {
+
+/// The codes that a variable offers.
+struct CodeOffer {
+    std::vector<ozm::CodeCount> codes; ///< ascending
+    int more = 0;                      ///< distinct values beyond those
+    bool failed = false;
+};
+
+/// Reads the data for the codes of a variable (from 1).
+CodeOffer offeredCodes(ozm::CAnalysisSupport& analysis, int variable);
+
+/// The shortest text that reads back as the same number; empty for NaN.
+QString codeText(double code);
+/// "1 = dead (128 cases)".
+QString offerText(const ozm::CodeCount& code);
+/// The value label of a code, empty when it has none.
+QString codeLabel(ozm::CAnalysisSupport& analysis, int variable, double code);
+
+/// What the user means by a text: a value label of the variable or a number. Variable 0: a number alone.
+std::optional<double> codeOfText(ozm::CAnalysisSupport& analysis, int variable, const QString& text);
+/// Says that a text is none, and what could be written.
+QString noCode(const QString& text, int variable);
+
+} // namespace korvana::desktop

@@ -1,0 +1,87 @@
+#include "apps/desktop/dialogs/DialogLayout.h"
+
+#include "apps/desktop/dialogs/ControlField.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace korvana::desktop {
+namespace {
+
+class PageArea final : public QScrollArea {
+public:
+    explicit PageArea(QWidget* content) {
+        setWidget(content);
+        setWidgetResizable(true);
+        setFrameShape(NoFrame);
+        // The page is part of the dialog, not a sheet on it.
+        setBackgroundRole(QPalette::NoRole);
+        viewport()->setAutoFillBackground(false);
+        content->setAutoFillBackground(false);
+        setFocusPolicy(Qt::NoFocus);
+    }
+    [[nodiscard]] QSize sizeHint() const override { return fitted(widget()->sizeHint()); }
+    [[nodiscard]] QSize minimumSizeHint() const override { return fitted(widget()->minimumSizeHint()); }
+
+private:
+    [[nodiscard]] QSize fitted(QSize wanted) const {
+        // Three quarters of the screen: the rest of the dialog and the screen's own bars want some too.
+        const QSize most = screen()->availableSize() * 3 / 4;
+        const int bar = verticalScrollBar()->sizeHint().width();
+        if (wanted.height() > most.height()) wanted.rwidth() += bar;
+        return wanted.boundedTo(most);
+    }
+};
+
+/// Buttons one below the other, as wide as the widest.
+void addButtons(QGridLayout& grid, int row, const std::vector<ControlField*>& buttons) {
+    auto* column = new QVBoxLayout;
+    for (ControlField* button : buttons)
+        column->addWidget(button);
+    auto* line = new QHBoxLayout;
+    line->addLayout(column);
+    line->addStretch(1);
+    grid.addLayout(line, row, 0, 1, 2);
+}
+
+} // namespace
+
+void layOutFields(QWidget& onto, const std::vector<ControlField*>& fields) {
+    auto* grid = new QGridLayout(&onto);
+    grid->setColumnStretch(1, 1);
+    int row = 0;
+    bool grows = false;
+    for (std::size_t i = 0; i < fields.size(); ++row) {
+        ControlField* field = fields[i];
+        if (field->control().kind == ozm::ControlKind::PushButton) {
+            std::vector<ControlField*> run;
+            for (; i < fields.size() && fields[i]->control().kind == ozm::ControlKind::PushButton; ++i)
+                run.push_back(fields[i]);
+            addButtons(*grid, row, run);
+            continue;
+        }
+        if (field->wantsCaption()) {
+            auto* caption = new QLabel(captionOf(field->control()), &onto);
+            caption->setBuddy(field);
+            grid->addWidget(caption, row, 0);
+            grid->addWidget(field, row, 1);
+        } else {
+            grid->addWidget(field, row, 0, 1, 2);
+        }
+        if (field->growsInHeight()) grid->setRowStretch(row, 1);
+        grows = grows || field->growsInHeight();
+        ++i;
+    }
+    if (!grows) grid->setRowStretch(row, 1);
+}
+
+QWidget* scrollable(QWidget* content) {
+    return new PageArea(content);
+}
+
+} // namespace korvana::desktop

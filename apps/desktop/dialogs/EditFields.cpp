@@ -1,0 +1,231 @@
+#include "apps/desktop/dialogs/EditFields.h"
+
+#include "apps/desktop/dialogs/NeutralIcon.h"
+#include "support/CAnalysisSupport.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QEvent>
+#include <QFontDatabase>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalBlocker>
+#include <QSpinBox>
+#include <QVBoxLayout>
+
+#include <cmath>
+#include <limits>
+
+namespace korvana::desktop {
+namespace {
+
+/// Fixed decimals; beyond what a double holds exactly, as many digits as it has.
+QString numberText(double value, int decimals) {
+    if (std::isnan(value)) return {};
+    return std::abs(value) < 1e15 ? QLocale::c().toString(value, 'f', decimals).remove(QLatin1Char(','))
+                                  : QString::number(value, 'g', 17);
+}
+
+/// Room for a number of lines and columns of text, whatever the font.
+void askForRoom(QPlainTextEdit* text, int columns, int lines) {
+    const QFontMetrics metrics(text->font());
+    const int around = 2 * (text->frameWidth() + static_cast<int>(text->document()->documentMargin()));
+    text->setMinimumHeight(metrics.lineSpacing() * lines + around);
+    text->setMinimumWidth(metrics.horizontalAdvance(QLatin1Char('0')) * columns + around +
+                          metrics.height()); // a scroll bar's worth
+}
+
+/// The caption above a field that is a box of its own.
+void addCaption(QVBoxLayout* layout, const ozm::ControlTemplate& control, QWidget* buddy) {
+    const QString text = captionOf(control);
+    if (text.isEmpty()) return;
+    auto* caption = new QLabel(text);
+    caption->setBuddy(buddy);
+    layout->addWidget(caption);
+}
+
+} // namespace
+
+ButtonField::ButtonField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
+    : ControlField(control, host, parent), button_(new QPushButton(captionOf(control), this)) {
+    const ozm::ControlText text = ozm::ParseControlText(control.text);
+    if (text.icon != 0 || text.iconLetter != '\0') button_->setIcon(neutralIcon());
+    fillWith(button_);
+    QObject::connect(button_, &QPushButton::clicked, this, [this] { this->host().press(*this); });
+}
+
+CheckField::CheckField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
+    : ControlField(control, host, parent), box_(new QCheckBox(captionOf(control), this)) {
+    fillWith(box_);
+    QObject::connect(box_, &QCheckBox::toggled, this, [this](bool on) { this->host().put(*this, on); });
+}
+
+void CheckField::showValue(const ozm::ControlValue& value) {
+    const QSignalBlocker quiet(box_);
+    if (const bool* on = std::get_if<bool>(&value)) box_->setChecked(*on);
+}
+
+RadioField::RadioField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
+    : ControlField(control, host, parent), group_(new QButtonGroup(this)) {
+    auto* frame = new QGroupBox(captionOf(control), this);
+    auto* layout = new QVBoxLayout(frame);
+    fillWith(frame);
+    ozm::CAnalysisSupport* analysis = host.analysis();
+    int choice = 0;
+    for (const ozm::ChoiceTemplate& entry : control.choices) {
+        ++choice;
+        if (entry.text == 0 || analysis == nullptr) continue;
+        auto* button = new QRadioButton(
+            QString::fromStdString(analysis->GetResourceString(entry.text)).trimmed(), frame);
+        layout->addWidget(button);
+        group_->addButton(button, choice);
+        if (choice == 1) frame->setFocusProxy(button);
+    }
+    QObject::connect(group_, &QButtonGroup::idToggled, this, [this](int id, bool on) {
+        if (on) this->host().put(*this, id);
+    });
+}
+
+void RadioField::showValue(const ozm::ControlValue& value) {
+    const QSignalBlocker quiet(group_);
+    const int* choice = std::get_if<int>(&value);
+    QAbstractButton* button = choice != nullptr ? group_->button(*choice) : nullptr;
+    if (button != nullptr) button->setChecked(true);
+    // So that Tab comes to the choice made, and arrows go on from there.
+    if (button != nullptr) setFocusProxy(button);
+}
+
+IntegerField::IntegerField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
+    : ControlField(control, host, parent), box_(new QSpinBox(this)) {
+    box_->setLocale(QLocale::c());
+    box_->setRange(std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
+    box_->setKeyboardTracking(false);
+    fillWith(box_);
+    QObject::connect(box_, &QSpinBox::valueChanged, this, [this] { commit(); });
+}
+
+void IntegerField::showValue(const ozm::ControlValue& value) {
+    const QSignalBlocker quiet(box_);
+    if (const int* number = std::get_if<int>(&value)) box_->setValue(shown_ = *number);
+}
+
+bool IntegerField::hasPendingEdit() const {
+    return box_->value() != shown_ || box_->text() != QString::number(shown_);
+}
+
+bool IntegerField::commit() {
+    {
+        const QSignalBlocker quiet(box_);
+        box_->interpretText();
+    }
+    if (box_->value() == shown_) return settled();
+    return host().put(*this, box_->value()) && settled();
+}
+
+LineField::LineField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
+    : ControlField(control, host, parent), line_(new QLineEdit(this)) {
+    const bool isNumber = control.kind == ozm::ControlKind::Real;
+    const int columns = isNumber ? 12 : 28;
+    line_->setMinimumWidth(line_->fontMetrics().horizontalAdvance(QLatin1Char('0')) * columns);
+    if (isNumber) setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    fillWith(line_);
+    QObject::connect(line_, &QLineEdit::editingFinished, this, [this] { commit(); });
+    QObject::connect(line_, &QLineEdit::textEdited, this, [this] { settled(); });
+}
+
+void LineField::showValue(const ozm::ControlValue& value) {
+    QString text;
+    if (const double* number = std::get_if<double>(&value)) text = numberText(*number, control().decimals);
+    if (const auto* words = std::get_if<std::string>(&value)) text = QString::fromStdString(*words);
+    if (line_->text() != text) line_->setText(text);
+    line_->setModified(false);
+}
+
+bool LineField::hasPendingEdit() const {
+    return line_->isModified();
+}
+
+bool LineField::commit() {
+    // What was not edited stays as it is in the model: the text may show fewer digits.
+    if (!line_->isModified()) return true;
+    if (control().kind == ozm::ControlKind::Real) return commitNumber();
+    return host().put(*this, line_->text().toStdString()) && settled();
+}
+
+bool LineField::commitNumber() {
+    const QString text = line_->text().trimmed();
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    if (text.isEmpty()) return complain(QStringLiteral("A number is wanted here."));
+    if (!isNumber || !std::isfinite(number))
+        return complain(
+            QStringLiteral("\"%1\" is not a number; write it with a decimal point, as in 0.95.").arg(text));
+    return host().put(*this, number) && settled();
+}
+
+TextListField::TextListField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
+    : ControlField(control, host, parent), text_(new QPlainTextEdit(this)) {
+    text_->setTabChangesFocus(true);
+    text_->setPlaceholderText(QStringLiteral("One per line"));
+    askForRoom(text_, 30, 4);
+    fillWith(text_);
+    if (auto* column = qobject_cast<QVBoxLayout*>(layout())) {
+        column->removeWidget(text_);
+        addCaption(column, control, text_);
+        column->addWidget(text_);
+    }
+    text_->installEventFilter(this);
+    QObject::connect(text_, &QPlainTextEdit::textChanged, this, [this] { settled(); });
+}
+
+void TextListField::showValue(const ozm::ControlValue& value) {
+    const QSignalBlocker quiet(text_);
+    QStringList lines;
+    if (const auto* texts = std::get_if<std::vector<std::string>>(&value))
+        for (const std::string& text : *texts)
+            lines.append(QString::fromStdString(text));
+    const QString whole = lines.join(QLatin1Char('\n'));
+    if (text_->toPlainText() != whole) text_->setPlainText(whole);
+    text_->document()->setModified(false);
+}
+
+bool TextListField::hasPendingEdit() const {
+    return text_->document()->isModified();
+}
+
+bool TextListField::commit() {
+    if (!hasPendingEdit()) return true;
+    std::vector<std::string> texts;
+    for (const QString& line : text_->toPlainText().split(QLatin1Char('\n')))
+        if (!line.trimmed().isEmpty()) texts.push_back(line.trimmed().toStdString());
+    return host().put(*this, std::move(texts)) && settled();
+}
+
+bool TextListField::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusOut) commit();
+    return ControlField::eventFilter(watched, event);
+}
+
+SummaryField::SummaryField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
+    : ControlField(control, host, parent), text_(new QPlainTextEdit(this)) {
+    text_->setReadOnly(true);
+    text_->setTabChangesFocus(true);
+    text_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    askForRoom(text_, 60, 9);
+    text_->setAccessibleName(plainCaptionOf(control).isEmpty() ? QStringLiteral("Summary")
+                                                               : plainCaptionOf(control));
+    fillWith(text_);
+}
+
+void SummaryField::showValue(const ozm::ControlValue& value) {
+    if (const auto* text = std::get_if<std::string>(&value))
+        text_->setPlainText(QString::fromStdString(*text));
+}
+
+} // namespace korvana::desktop

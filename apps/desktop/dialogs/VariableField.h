@@ -1,0 +1,58 @@
+#pragma once
+
+#include "apps/desktop/dialogs/ControlField.h"
+#include "apps/desktop/dialogs/VariableModel.h"
+
+#include <vector>
+
+class QLineEdit;
+
+namespace korvana::desktop {
+
+class RoleBox;
+class DragList;
+
+/// The variables of the data at the left, with a search, and one box per role at the right. A variable may
+/// stand in several boxes, but in each only once; the order within a box is the user's.
+///
+/// Double-click, Enter or Right put the selected variables into the box whose prompt is bold: the one used
+/// last, or else the first that still lacks variables. Ctrl+1, Ctrl+2, ... name a box; arrows and dragging do
+/// the same with the mouse. In a box double-click, Enter, Delete or Left take variables away, Ctrl+Up and
+/// Ctrl+Down move them.
+class VariableField : public ControlField {
+public:
+    VariableField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent);
+
+    void showValue(const ozm::ControlValue& value) override;
+    void dataChanged() override;
+    [[nodiscard]] bool growsInHeight() const override { return true; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void build();
+    void connectAvailable();
+    void connectBox(int role);
+    void filter();
+    void showState();
+    [[nodiscard]] int nextRole() const;
+    [[nodiscard]] ozm::VariableSelection selection() const;
+    [[nodiscard]] RoleBox& box(int role) const { return *boxes_[static_cast<std::size_t>(role)]; }
+    bool availableKey(const QKeyEvent& event);
+    bool boxKey(int role, const QKeyEvent& event);
+    /// Puts variables into a box before a row, out of the one that they come from (-1: the data's list).
+    void add(int role, const std::vector<int>& numbers, int row, int origin = -1);
+    void remove(int role, const std::vector<int>& numbers);
+    void move(int role, int by);
+
+    std::vector<KnownVariable> known_;
+    QLineEdit* search_;
+    DragList* available_;
+    VariableModel* availableModel_;
+    std::vector<RoleBox*> boxes_;
+    int usedLast_ = -1; ///< box that the user was in last
+    int emptying_ = -1; ///< box whose arrow takes away
+};
+
+} // namespace korvana::desktop

@@ -4,7 +4,7 @@
 
 #include <QEvent>
 #include <QKeyEvent>
-#include <QTextBlock>
+#include <QTextEdit>
 #include <algorithm>
 
 namespace korvana::desktop {
@@ -42,7 +42,7 @@ void ConditionEdit::goToMark() {
 }
 
 void ConditionEdit::drawMark() {
-    QList<ExtraSelection> marks;
+    QList<QTextEdit::ExtraSelection> marks;
     const QString text = toPlainText();
     if (marked_ >= 0 && !text.isEmpty()) {
         const auto isWord = [&](int i) {
@@ -58,17 +58,17 @@ void ConditionEdit::drawMark() {
             do
                 --first;
             while (first > 0 && text.at(first).isSpace());
-        ExtraSelection mark;
-        mark.cursor = textCursor();
-        mark.cursor.setPosition(first);
-        mark.cursor.setPosition(std::max(last, first + 1), QTextCursor::KeepAnchor);
+        QTextEdit::ExtraSelection fault;
+        fault.cursor = textCursor();
+        fault.cursor.setPosition(first);
+        fault.cursor.setPosition(std::max(last, first + 1), QTextCursor::KeepAnchor);
         const QColor colour = errorText(palette());
-        mark.format.setUnderlineStyle(QTextCharFormat::WaveUnderline);
-        mark.format.setUnderlineColor(colour);
+        fault.format.setUnderlineStyle(QTextCharFormat::WaveUnderline);
+        fault.format.setUnderlineColor(colour);
         QColor behind = colour;
         behind.setAlphaF(0.22F);
-        mark.format.setBackground(behind);
-        marks.append(mark);
+        fault.format.setBackground(behind);
+        marks.append(fault);
     }
     setExtraSelections(marks);
 }

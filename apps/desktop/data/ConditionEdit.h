@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPlainTextEdit>
+#include <string>
 #include <cstddef>
 
 namespace korvana::desktop {

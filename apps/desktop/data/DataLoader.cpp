@@ -47,8 +47,8 @@ void DataLoader::load(const QString& path, const ReadOptions& options) {
     data_.reset();
     loading_ = true;
     outcome_ = std::make_shared<Outcome>();
-    const auto read = [this, number = load_, file = toPath(path), options,
-                       outcome = outcome_](std::stop_token stop) mutable {
+    auto read = [this, number = load_, file = toPath(path), options = options,
+                 outcome = outcome_](std::stop_token stop) mutable {
         try {
             options.stop = std::move(stop);
             refusePipe(file);
@@ -65,8 +65,7 @@ void DataLoader::load(const QString& path, const ReadOptions& options) {
     try {
         worker_ = std::jthread(read);
     } catch (const std::system_error&) { // no thread to be had: read here
-        auto here = read;
-        here(std::stop_token());
+        read(std::stop_token());
     }
 }
 

@@ -98,10 +98,11 @@ DataView::DataView(QWidget* parent)
     showState();
 }
 
-void DataView::setData(const ActiveData* data) {
-    const bool another = data == nullptr || data != model_->active() || data->generation() != generation_;
-    model_->show(data);
-    generation_ = data != nullptr ? data->generation() : 0;
+void DataView::setData(const ActiveData* active) {
+    const bool another =
+        active == nullptr || active != model_->active() || active->generation() != generation_;
+    model_->show(active);
+    generation_ = active != nullptr ? active->generation() : 0;
     if (another) fitColumns();
     showState();
     if (another && model_->rowCount() > 0) table_->setCurrentIndex(model_->index(0, 0));
@@ -118,9 +119,9 @@ bool DataView::showLabels() const {
 }
 
 void DataView::goToCase(int case1) {
-    const ActiveData* const data = model_->active();
-    if (data == nullptr || model_->rowCount() == 0 || model_->columnCount() == 0) return;
-    const int case0 = std::clamp(case1, 1, data->dataSet().caseCount()) - 1;
+    const ActiveData* const active = model_->active();
+    if (active == nullptr || model_->rowCount() == 0 || model_->columnCount() == 0) return;
+    const int case0 = std::clamp(case1, 1, active->dataSet().caseCount()) - 1;
     const int column = std::max(table_->currentIndex().column(), 0);
     model_->bringCase(case0);
     const QModelIndex index = model_->index(case0 - model_->firstCase(), column);
@@ -173,9 +174,9 @@ void DataView::say(const QString& text) {
 }
 
 void DataView::showState() {
-    const ActiveData* const data = model_->active();
-    const int cases = data != nullptr ? data->dataSet().caseCount() : 0;
-    const bool any = data != nullptr && data->dataSet().variableCount() > 0;
+    const ActiveData* const active = model_->active();
+    const int cases = active != nullptr ? active->dataSet().caseCount() : 0;
+    const bool any = active != nullptr && active->dataSet().variableCount() > 0;
     nothing_->setVisible(!any);
     table_->setVisible(any);
     caseLabel_->setVisible(any);
@@ -186,13 +187,14 @@ void DataView::showState() {
         say({});
         return;
     }
-    const int variables = data->dataSet().variableCount();
+    const int variables = active->dataSet().variableCount();
     QString text = casesText(cases) + QStringLiteral(", ") + countText(variables) +
                    (variables == 1 ? tr(" variable") : tr(" variables"));
-    if (!data->condition().empty())
-        text += tr("; %1 selected: %2").arg(countText(data->selectedCount()), shown(data->condition()));
-    if (data->weightVariable() > 0)
-        text += tr("; weighted by %1").arg(shown(data->dataSet().variable(data->weightVariable() - 1).name));
+    if (!active->condition().empty())
+        text += tr("; %1 selected: %2").arg(countText(active->selectedCount()), shown(active->condition()));
+    if (active->weightVariable() > 0)
+        text +=
+            tr("; weighted by %1").arg(shown(active->dataSet().variable(active->weightVariable() - 1).name));
     if (cases > CaseTableModel::mostRows)
         text += tr("; the table shows the cases %1 to %2, \"Go to case\" leads to the others")
                     .arg(countText(model_->firstCase() + 1),

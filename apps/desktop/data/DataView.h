@@ -22,7 +22,7 @@ public:
 
     /// Shows data; nullptr shows nothing. The data must stay until the next call. To be called again, before
     /// events are handled, whenever another data set was opened, and after selection or weights changed.
-    void setData(const ActiveData* data);
+    void setData(const ActiveData* active);
 
     /// Value labels instead of codes (the default is labels).
     void setShowLabels(bool labels);

@@ -1,5 +1,3 @@
-#include "apps/desktop/data/OpenDataFile.h"
-
 #include "apps/desktop/data/DataLoader.h"
 
 #include <QEventLoop>

@@ -3,7 +3,7 @@
 #include "apps/desktop/data/ConditionEdit.h"
 #include "apps/desktop/data/ExpressionPieces.h"
 #include "apps/desktop/data/GridText.h"
-#include "apps/desktop/data/VariableList.h"
+#include "apps/desktop/data/VariableChooser.h"
 #include "host/data/NumberText.h"
 
 #include <QDialogButtonBox>
@@ -28,9 +28,9 @@ bool isBlank(std::string_view text) {
 
 } // namespace
 
-SelectionDialog::SelectionDialog(ActiveData& data, QWidget* parent)
-    : QDialog(parent), data_(data), condition_(new ConditionEdit(this)),
-      variables_(new VariableList(data.dataSet(), false, this)), codes_(new QListWidget(this)),
+SelectionDialog::SelectionDialog(ActiveData& active, QWidget* parent)
+    : QDialog(parent), data_(active), condition_(new ConditionEdit(this)),
+      variables_(new VariableChooser(active.dataSet(), false, this)), codes_(new QListWidget(this)),
       outcome_(new QLabel(this)) {
     setWindowTitle(tr("Select Cases"));
     auto* prompt = new QLabel(tr("&Cases take part that satisfy this condition (empty: all cases)"), this);
@@ -65,8 +65,8 @@ SelectionDialog::SelectionDialog(ActiveData& data, QWidget* parent)
     });
     connect(buttons, &QDialogButtonBox::accepted, this, &SelectionDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &SelectionDialog::reject);
-    connect(variables_, &VariableList::currentChanged, this, &SelectionDialog::showCodes);
-    connect(variables_, &VariableList::chosen, this, &SelectionDialog::insertVariable);
+    connect(variables_, &VariableChooser::currentChanged, this, &SelectionDialog::showCodes);
+    connect(variables_, &VariableChooser::chosen, this, &SelectionDialog::insertVariable);
     connect(codes_, &QListWidget::itemDoubleClicked, this, &SelectionDialog::insertCode);
     connect(condition_, &ConditionEdit::textChanged, this, &SelectionDialog::conditionChanged);
     pause_.setSingleShot(true);

@@ -14,7 +14,7 @@ class QListWidget;
 namespace korvana::desktop {
 
 class ConditionEdit;
-class VariableList;
+class VariableChooser;
 
 /// Edits the condition that cases must satisfy to take part; an empty one takes all cases. The number of
 /// cases that it selects is counted while one types, in small pieces, so that the dialog stays alive on any
@@ -24,8 +24,8 @@ class SelectionDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// @param data  stays while the dialog is open
-    explicit SelectionDialog(ActiveData& data, QWidget* parent = nullptr);
+    /// @param active  stays while the dialog is open
+    explicit SelectionDialog(ActiveData& active, QWidget* parent = nullptr);
     ~SelectionDialog() override;
 
     void accept() override;
@@ -46,7 +46,7 @@ private:
 
     ActiveData& data_;
     ConditionEdit* condition_;
-    VariableList* variables_;
+    VariableChooser* variables_;
     QListWidget* codes_;
     QLabel* outcome_;
     QTimer pause_; ///< between the last key and the counting

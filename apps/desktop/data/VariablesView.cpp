@@ -56,10 +56,11 @@ VariablesView::VariablesView(QWidget* parent)
     fitRows();
 }
 
-void VariablesView::setData(ActiveData* data) {
-    const bool another = data == nullptr || data != model_->active() || data->generation() != generation_;
-    model_->show(data);
-    generation_ = data != nullptr ? data->generation() : 0;
+void VariablesView::setData(ActiveData* active) {
+    const bool another =
+        active == nullptr || active != model_->active() || active->generation() != generation_;
+    model_->show(active);
+    generation_ = active != nullptr ? active->generation() : 0;
     if (!another) return;
     say({});
     fitColumns();

@@ -20,7 +20,7 @@ public:
     explicit VariablesView(QWidget* parent = nullptr);
 
     /// Shows data; nullptr shows nothing. As for DataView::setData.
-    void setData(ActiveData* data);
+    void setData(ActiveData* active);
 
     /// Whether labels and missing codes may be edited (the default); not while an analysis runs.
     void setEditable(bool editable);

@@ -1,7 +1,7 @@
 #include "apps/desktop/data/WeightsDialog.h"
 
 #include "apps/desktop/data/GridText.h"
-#include "apps/desktop/data/VariableList.h"
+#include "apps/desktop/data/VariableChooser.h"
 #include "host/data/CaseWeights.h"
 
 #include <QDialogButtonBox>
@@ -14,10 +14,11 @@
 
 namespace korvana::desktop {
 
-WeightsDialog::WeightsDialog(ActiveData& data, QWidget* parent)
-    : QDialog(parent), data_(data), none_(new QRadioButton(tr("&No weights: every case counts once"), this)),
+WeightsDialog::WeightsDialog(ActiveData& active, QWidget* parent)
+    : QDialog(parent), data_(active),
+      none_(new QRadioButton(tr("&No weights: every case counts once"), this)),
       byVariable_(new QRadioButton(tr("&Weight cases by"), this)),
-      variables_(new VariableList(data.dataSet(), true, this)), effect_(new QLabel(this)) {
+      variables_(new VariableChooser(active.dataSet(), true, this)), effect_(new QLabel(this)) {
     setWindowTitle(tr("Case Weights"));
     effect_->setWordWrap(true);
     effect_->setTextFormat(Qt::PlainText);
@@ -32,11 +33,11 @@ WeightsDialog::WeightsDialog(ActiveData& data, QWidget* parent)
             variables_->list()->setCurrentIndex(variables_->list()->model()->index(0, 0));
         showEffect();
     });
-    connect(variables_, &VariableList::currentChanged, this, [this](int variable0) {
+    connect(variables_, &VariableChooser::currentChanged, this, [this](int variable0) {
         if (variable0 >= 0) byVariable_->setChecked(true);
         showEffect();
     });
-    connect(variables_, &VariableList::chosen, this, [this] {
+    connect(variables_, &VariableChooser::chosen, this, [this] {
         byVariable_->setChecked(true);
         accept();
     });

@@ -9,7 +9,7 @@ class QRadioButton;
 
 namespace korvana::desktop {
 
-class VariableList;
+class VariableChooser;
 
 /// Chooses the variable that weights the cases, or none. OK applies the choice to the data (exec() answers
 /// Accepted); Cancel leaves it as it is.
@@ -17,8 +17,8 @@ class WeightsDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// @param data  stays while the dialog is open
-    explicit WeightsDialog(ActiveData& data, QWidget* parent = nullptr);
+    /// @param active  stays while the dialog is open
+    explicit WeightsDialog(ActiveData& active, QWidget* parent = nullptr);
 
     void accept() override;
 
@@ -28,7 +28,7 @@ private:
     ActiveData& data_;
     QRadioButton* none_;
     QRadioButton* byVariable_;
-    VariableList* variables_;
+    VariableChooser* variables_;
     QLabel* effect_;
 };
 

@@ -12,12 +12,12 @@ class QStandardItemModel;
 namespace korvana::desktop {
 
 /// A list of variables with a field that narrows it down by a part of the name or the label.
-class VariableList : public QWidget {
+class VariableChooser : public QWidget {
     Q_OBJECT
 
 public:
     /// @param numbersOnly  without variables of texts and dates
-    VariableList(const DataSet& data, bool numbersOnly, QWidget* parent = nullptr);
+    VariableChooser(const DataSet& dataSet, bool numbersOnly, QWidget* parent = nullptr);
 
     /// The current variable, counted from 0; -1 without one.
     [[nodiscard]] int current() const;

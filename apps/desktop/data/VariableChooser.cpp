@@ -1,4 +1,4 @@
-#include "apps/desktop/data/VariableList.h"
+#include "apps/desktop/data/VariableChooser.h"
 
 #include "apps/desktop/data/GridText.h"
 
@@ -20,11 +20,11 @@ int variableAt(const QModelIndex& index) {
 
 } // namespace
 
-VariableList::VariableList(const DataSet& data, bool numbersOnly, QWidget* parent)
+VariableChooser::VariableChooser(const DataSet& dataSet, bool numbersOnly, QWidget* parent)
     : QWidget(parent), all_(new QStandardItemModel(this)), found_(new QSortFilterProxyModel(this)),
       search_(new QLineEdit(this)), list_(new QListView(this)) {
-    for (int i = 0; i < data.variableCount(); ++i) {
-        const Variable& variable = data.variable(i);
+    for (int i = 0; i < dataSet.variableCount(); ++i) {
+        const Variable& variable = dataSet.variable(i);
         if (numbersOnly && variable.kind != VariableKind::Number) continue;
         QString text = shown(variable.name);
         if (!variable.label.empty()) text += QStringLiteral("  \u2013  ") + shown(variable.label);
@@ -62,11 +62,11 @@ VariableList::VariableList(const DataSet& data, bool numbersOnly, QWidget* paren
     setFocusProxy(search_);
 }
 
-int VariableList::current() const {
+int VariableChooser::current() const {
     return variableAt(list_->currentIndex());
 }
 
-void VariableList::setCurrent(int variable0) {
+void VariableChooser::setCurrent(int variable0) {
     for (int row = 0; row < found_->rowCount(); ++row) {
         const QModelIndex index = found_->index(row, 0);
         if (variableAt(index) != variable0) continue;
@@ -76,11 +76,11 @@ void VariableList::setCurrent(int variable0) {
     }
 }
 
-int VariableList::count() const {
+int VariableChooser::count() const {
     return all_->rowCount();
 }
 
-bool VariableList::eventFilter(QObject* object, QEvent* event) {
+bool VariableChooser::eventFilter(QObject* object, QEvent* event) {
     if (event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (object == search_ && (key == Qt::Key_Down || key == Qt::Key_Up)) {

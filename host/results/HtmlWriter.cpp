@@ -136,7 +136,7 @@ private:
              << "</h2>\n";
         if (const auto* report = std::get_if<Report>(&output)) writeLines(report->lines);
         if (const auto* sheet = std::get_if<Spreadsheet>(&output)) writeTable(*sheet);
-        if (const auto* chart = std::get_if<Chart>(&output)) writeChart(chart->info);
+        if (const auto* chart = std::get_if<Chart>(&output)) writeChart(*chart);
         out_ << "</section>\n";
     }
 
@@ -147,11 +147,11 @@ private:
         out_ << "</pre>\n";
     }
 
-    void writeChart(const ozm::CChartInfo& info) {
-        const Picture picture = drawChart(info, PictureFormat::Svg);
+    void writeChart(const Chart& chart) {
+        const Picture picture = drawChart(chart.info, PictureFormat::Svg, chart.numbersAtRisk);
         const std::string prefix = "chart-" + std::to_string(++charts_) + "-";
         if (picture.drawn()) {
-            out_ << "<figure>" << svgForPage(picture.bytes, prefix, info.title) << "</figure>\n";
+            out_ << "<figure>" << svgForPage(picture.bytes, prefix, chart.info.title) << "</figure>\n";
         } else {
             paragraph("This chart could not be drawn: " + picture.error, "more");
         }

@@ -21,6 +21,7 @@ struct Report {
 
 struct Chart {
     ozm::CChartInfo info;
+    bool numbersAtRisk = false; ///< to be drawn with them, where the chart tells them
 };
 
 /// What the analysis had to say besides its results.

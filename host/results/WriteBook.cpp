@@ -92,7 +92,7 @@ void writeCharts(const ResultsBook& book, const std::vector<std::string>& names,
         for (const auto& [format, picture] : kPictures) {
             if (!formats.has(format)) continue;
             const std::string name = names[place] + "." + std::string(ending(format));
-            const Picture drawn = drawChart(chart->info, picture);
+            const Picture drawn = drawChart(chart->info, picture, chart->numbersAtRisk);
             if (drawn.drawn()) {
                 directory.file(name, [&drawn](std::ostream& out) { out << drawn.bytes; });
             } else {

@@ -2,13 +2,19 @@
 
 #include <QList>
 #include <QWidget>
+#include <array>
+#include <cstddef>
+#include <filesystem>
+#include <map>
 #include <memory>
 #include <vector>
 
+#include "apps/desktop/results/ChartEdits.h"
 #include "host/results/ResultsBook.h"
+#include "host/results/WriteBook.h"
 
 class QAction;
-class QLabel;
+class QPrinter;
 class QSplitter;
 class QStackedWidget;
 class QTreeWidget;
@@ -17,6 +23,7 @@ class QTreeWidgetItem;
 namespace korvana::desktop {
 
 class OutputView;
+class ReportView;
 
 /// The results of every run: a tree of runs and their outputs at the left, the chosen output at the right.
 ///
@@ -33,7 +40,7 @@ public:
     /// nullptr is taken for an empty one.
     int addRun(std::shared_ptr<const ResultsBook> book, const QString& title);
     /// The book of a run has grown: by outputs, messages, notes or lines of its iteration protocol. What is
-    /// new is listed, and the run's first output is shown when nothing else of it was chosen. An unknown run
+    /// new is listed, and the newest output is shown, except for tables that repeat a report. An unknown run
     /// is ignored.
     void outputAdded(int run);
     /// Outputs that stood already have changed (report lines, column headings, title): they are drawn anew.
@@ -46,8 +53,8 @@ public:
     void clear();
 
     [[nodiscard]] bool isEmpty() const;
-    [[nodiscard]] int runCount() const; ///< runs that stand
-    [[nodiscard]] int currentRun() const; ///< -1 when none is chosen
+    [[nodiscard]] int runCount() const;      ///< runs that stand
+    [[nodiscard]] int currentRun() const;    ///< -1 when none is chosen
     [[nodiscard]] int currentOutput() const; ///< place in the book; -1 when none is chosen
     [[nodiscard]] std::shared_ptr<const ResultsBook> book(int run) const; ///< nullptr when unknown
 
@@ -60,9 +67,60 @@ public:
     /// All of them and what else there is (remove the run, ...), in the order of a menu.
     [[nodiscard]] QList<QAction*> menuActions() const;
 
+    /// Writes a run into a directory, its charts as the user has edited them. Answers how many files were
+    /// written; what cannot be written or drawn is put into `problems`, one text each.
+    std::size_t writeRun(int run, const std::filesystem::path& directory, FormatSet formats,
+                         QStringList& problems) const;
+
 signals:
-    /// Something about the results to be said in the status line ("4 files written to ...").
+    /// Something about the results to be said in the status line ("4 files were written to ...").
     void statusText(const QString& text);
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    struct Run {
+        std::shared_ptr<const ResultsBook> book;
+        QString title;
+        QTreeWidgetItem* item = nullptr;
+        ReportView* overview = nullptr;
+        std::vector<OutputView*> views; ///< by place; nullptr until looked at
+    };
+
+    [[nodiscard]] Run* runOf(int run);
+    [[nodiscard]] const Run* runOf(int run) const;
+    [[nodiscard]] OutputView* currentView() const;
+    OutputView* view(Run& run, int place);
+    void adopt(OutputView* view);
+    void listOutputs(Run& run);
+    void showCurrent();
+    void setIcons();
+    void showMenu(const QPoint& place);
+    void makeActions();
+    [[nodiscard]] std::map<std::size_t, ChartEdits> editsOf(const Run& run) const;
+    [[nodiscard]] std::unique_ptr<Chart> shownChart() const;
+
+    void exportOutput();
+    void exportRuns();
+    void printOutput();
+    void previewOutput();
+    void printOn(QPrinter& printer);
+    void showProblem(const QString& text);
+
+    std::map<int, Run> runs_;
+    int next_ = 0;
+    QSplitter* splitter_;
+    QTreeWidget* tree_;
+    QStackedWidget* pages_;
+    QWidget* nothing_;
+    QAction* copy_;
+    QAction* exportOutput_;
+    QAction* exportRun_;
+    QAction* print_;
+    QAction* preview_;
+    QAction* remove_;
+    std::array<QAction*, 2> separators_{};
 };
 
 } // namespace korvana::desktop

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "host/results/ChartGeometry.h"
+#include "support/CChartInfo.h"
+
+namespace korvana::desktop {
+
+/// What the user has changed of a chart; the chart of the book stays as its analysis made it.
+struct ChartEdits {
+    std::optional<std::string> title;
+    std::optional<std::string> xTitle;
+    std::optional<std::string> yTitle;
+    std::optional<Extent> x; ///< low < high
+    std::optional<Extent> y;
+    bool numbersAtRisk = false;
+
+    [[nodiscard]] bool changesChart() const { return title || xTitle || yTitle || x || y; }
+};
+
+/// The chart with the changes made.
+[[nodiscard]] ozm::CChartInfo edited(const ozm::CChartInfo& info, const ChartEdits& edits);
+
+} // namespace korvana::desktop

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QDialog>
+#include <array>
+
+#include "apps/desktop/results/ChartEdits.h"
+
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+
+namespace korvana::desktop {
+
+/// Title, axis titles and ranges of a chart, and whether numbers at risk stand under it.
+class ChartSettingsDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    enum class Field { Title, XAxis, YAxis };
+
+    /// `x` and `y` are the ranges on the screen, offered where the user has chosen none.
+    ChartSettingsDialog(const ozm::CChartInfo& original, const ChartEdits& edits, Extent x, Extent y,
+                        Field field, QWidget* parent = nullptr);
+
+    /// After acceptance. What was left as the analysis made it is not among the changes.
+    [[nodiscard]] const ChartEdits& edits() const { return edits_; }
+
+    void accept() override;
+
+private:
+    struct Axis {
+        QLineEdit* title = nullptr;
+        QCheckBox* automatic = nullptr;
+        QLineEdit* low = nullptr;
+        QLineEdit* high = nullptr;
+    };
+
+    void addAxis(Axis& axis, const QString& heading, const QString& name, const std::string& title,
+                 const std::optional<Extent>& chosen, Extent shown);
+    /// False, with the field in focus and the reason shown, when the numbers make no range.
+    bool takeRange(const Axis& axis, const QString& name, std::optional<Extent>& range);
+    void restoreOriginal();
+
+    const ozm::CChartInfo& original_;
+    ChartEdits edits_;
+    QLineEdit* title_;
+    std::array<Axis, 2> axes_;
+    QCheckBox* atRisk_ = nullptr;
+    QLabel* problem_;
+};
+
+} // namespace korvana::desktop

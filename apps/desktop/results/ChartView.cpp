@@ -1,0 +1,327 @@
+#include "apps/desktop/results/ChartView.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QEvent>
+#include <QFontInfo>
+#include <QHBoxLayout>
+#include <QImage>
+#include <QKeyEvent>
+#include <QTimer>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
+#include <qcustomplot.h>
+
+#include "host/results/AtRisk.h"
+#include "host/results/ChartPlot.h"
+#include "host/results/ChartRenderer.h"
+#include "host/results/Utf8.h"
+
+namespace korvana::desktop {
+namespace {
+
+constexpr double kReach = 24.0; // pixels from the pointer to the point that it means
+constexpr int kLettersAtScaleOne = 13;
+
+bool isDark(const QPalette& palette) {
+    return palette.color(QPalette::Base).lightness() < 128;
+}
+
+bool same(const Extent& a, const Extent& b) {
+    return a.low == b.low && a.high == b.high;
+}
+
+} // namespace
+
+ChartView::ChartView(const ozm::CChartInfo& info, QWidget* parent)
+    : OutputView(parent), info_(info), column_(new QVBoxLayout(this)), redraw_(new QTimer(this)),
+      settings_(new QAction(tr("&Titles and Ranges..."), this)), reset_(new QAction(tr("Reset &Zoom"), this)),
+      atRisk_(new QAction(tr("&Numbers at Risk"), this)) {
+    settings_->setShortcut(Qt::Key_F2);
+    settings_->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    addAction(settings_);
+    atRisk_->setCheckable(true);
+    atRisk_->setVisible(tellsNumbersAtRisk(info));
+    connect(settings_, &QAction::triggered, this, [this] { editSettings(); });
+    connect(reset_, &QAction::triggered, this, &ChartView::resetZoom);
+    connect(atRisk_, &QAction::toggled, this, [this](bool on) {
+        if (edits_.numbersAtRisk == on) return;
+        edits_.numbersAtRisk = on;
+        draw();
+    });
+
+    column_->setContentsMargins({});
+    column_->setSpacing(0);
+    auto* bar = new QHBoxLayout;
+    bar->setContentsMargins(8, 4, 8, 4);
+    bar->addStretch(1);
+    for (QAction* action : {atRisk_, settings_, reset_}) {
+        auto* button = new QToolButton;
+        button->setDefaultAction(action);
+        button->setVisible(action->isVisible());
+        button->setAutoRaise(true);
+        button->setFocusPolicy(Qt::TabFocus);
+        bar->addWidget(button);
+    }
+    column_->addLayout(bar);
+
+    // Titles and legend are broken by the width; while a window is being dragged they need not follow at
+    // once.
+    redraw_->setSingleShot(true);
+    redraw_->setInterval(50);
+    connect(redraw_, &QTimer::timeout, this, &ChartView::draw);
+    draw();
+}
+
+ChartView::~ChartView() = default;
+
+Extent ChartView::extentOf(const QCPRange& range) {
+    return {range.lower, range.upper};
+}
+
+void ChartView::draw() {
+    std::optional<std::pair<Extent, Extent>> zoomed;
+    bool focused = false;
+    if (plot_ != nullptr) {
+        const Extent x = extentOf(plot_->xAxis->range());
+        const Extent y = extentOf(plot_->yAxis->range());
+        if (!same(x, homeX_) || !same(y, homeY_)) zoomed.emplace(x, y);
+        focused = plot_->hasFocus();
+        readout_.reset();
+        plot_->hide();
+        plot_->removeEventFilter(this);
+        plot_->disconnect(this);
+        plot_->deleteLater(); // it may be in the middle of one of its events
+    }
+    const QSize size = plot_ == nullptr ? this->size() : plot_->size();
+    drawn_ = edited(info_, edits_);
+    plot_ = new QCustomPlot;
+    PlotOptions options;
+    options.width = std::max(size.width(), 200);
+    options.height = std::max(size.height(), 150);
+    options.thin = false;
+    options.dark = isDark(palette());
+    options.numbersAtRisk = edits_.numbersAtRisk;
+    options.textScale =
+        std::max(1.0, static_cast<double>(QFontInfo(font()).pixelSize()) / kLettersAtScaleOne);
+    fillPlot(*plot_, drawn_, options);
+    plot_->setBackground(QBrush(palette().color(QPalette::Base)));
+    readout_ = std::make_unique<ChartReadout>(
+        *plot_, drawn_, options.textScale, palette().color(QPalette::Text), palette().color(QPalette::Base));
+    place_.reset();
+    homeX_ = extentOf(plot_->xAxis->range());
+    homeY_ = extentOf(plot_->yAxis->range());
+    if (zoomed) {
+        plot_->xAxis->setRange(zoomed->first.low, zoomed->first.high);
+        plot_->yAxis->setRange(zoomed->second.low, zoomed->second.high);
+    }
+    connectPlot();
+    column_->insertWidget(0, plot_, 1);
+    if (focused) plot_->setFocus();
+}
+
+void ChartView::connectPlot() {
+    const QString title = QString::fromStdString(oneLine(drawn_.title));
+    plot_->setAccessibleName(title.isEmpty() ? tr("Chart") : tr("Chart: %1").arg(title));
+    plot_->setFocusPolicy(Qt::StrongFocus);
+    plot_->setMouseTracking(true);
+    plot_->setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
+    plot_->setMinimumSize(fontMetrics().height() * 12, fontMetrics().height() * 9);
+    plot_->setContextMenuPolicy(Qt::CustomContextMenu);
+    plot_->installEventFilter(this);
+    QCustomPlot* plot = plot_;
+    connect(plot, &QWidget::customContextMenuRequested, this,
+            [this, plot](const QPoint& place) { emit menuWanted(plot->mapToGlobal(place)); });
+    connect(plot, &QCustomPlot::mouseMove, this, [this](QMouseEvent* event) {
+        if (event->buttons() == Qt::NoButton) {
+            followPointer(event->position());
+        } else {
+            readout_->hide(); // the axes are being dragged
+        }
+    });
+    connect(plot, &QCustomPlot::mouseWheel, this, [this](QWheelEvent* event) {
+        const QPoint place = event->position().toPoint();
+        const bool onX = plot_->xAxis->selectTest(place, false) >= 0;
+        const bool onY = plot_->yAxis->selectTest(place, false) >= 0;
+        plot_->axisRect()->setRangeZoom(onX   ? Qt::Orientations(Qt::Horizontal)
+                                        : onY ? Qt::Orientations(Qt::Vertical)
+                                              : Qt::Horizontal | Qt::Vertical);
+        readout_->hide();
+    });
+    connect(plot, &QCustomPlot::mouseDoubleClick, this, [this](QMouseEvent* event) {
+        using Field = ChartSettingsDialog::Field;
+        const QPoint place = event->position().toPoint();
+        auto* heading = qobject_cast<QCPTextElement*>(plot_->plotLayout()->element(0, 0));
+        // The plot is drawn anew by the dialog, and must be out of this event by then.
+        const auto edit = [this](Field field) {
+            QTimer::singleShot(0, this, [this, field] { editSettings(field); });
+        };
+        if (heading != nullptr && heading->outerRect().contains(place)) {
+            edit(Field::Title);
+        } else if (plot_->axisRect()->rect().contains(place)) {
+            resetZoom();
+        } else if (plot_->xAxis->selectTest(place, false) >= 0) {
+            edit(Field::XAxis);
+        } else if (plot_->yAxis->selectTest(place, false) >= 0) {
+            edit(Field::YAxis);
+        }
+    });
+    for (QCPAxis* axis : {plot->xAxis, plot->yAxis}) {
+        connect(axis, qOverload<const QCPRange&>(&QCPAxis::rangeChanged), this,
+                [axis](const QCPRange& range) {
+                    axis->setNumberPrecision(tickPrecision(range.lower, range.upper));
+                });
+    }
+}
+
+void ChartView::followPointer(const QPointF& pixel) {
+    if (const auto place = nearestPoint(drawn_, *plot_, pixel, kReach)) {
+        showPlace(place);
+        return;
+    }
+    place_.reset();
+    if (!readout_->showClass(pixel)) readout_->hide();
+    plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+void ChartView::showPlace(const std::optional<ChartPlace>& place) {
+    place_ = place;
+    if (place) {
+        readout_->show(*place);
+        plot_->setAccessibleDescription(readout_->text());
+    } else {
+        readout_->hide();
+    }
+    plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+void ChartView::zoom(double factor) {
+    plot_->xAxis->scaleRange(factor);
+    plot_->yAxis->scaleRange(factor);
+    readout_->hide();
+    plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+void ChartView::move(double right, double up) {
+    plot_->xAxis->moveRange(right * plot_->xAxis->range().size());
+    plot_->yAxis->moveRange(up * plot_->yAxis->range().size());
+    readout_->hide();
+    plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+bool ChartView::pressKey(int key, Qt::KeyboardModifiers modifiers) {
+    constexpr double kZoom = 0.8;
+    constexpr double kMove = 0.1;
+    const bool shift = modifiers.testFlag(Qt::ShiftModifier);
+    switch (key) {
+    case Qt::Key_Plus:
+    case Qt::Key_Equal:
+        zoom(kZoom);
+        return true;
+    case Qt::Key_Minus:
+        zoom(1 / kZoom);
+        return true;
+    case Qt::Key_Home:
+        resetZoom();
+        return true;
+    case Qt::Key_Left:
+    case Qt::Key_Right: {
+        const int by = key == Qt::Key_Right ? 1 : -1;
+        shift ? move(by * kMove, 0.0) : showPlace(neighbour(drawn_, place_, by, false));
+        return true;
+    }
+    case Qt::Key_Up:
+    case Qt::Key_Down: {
+        const int by = key == Qt::Key_Down ? 1 : -1;
+        shift ? move(0.0, -by * kMove) : showPlace(neighbour(drawn_, place_, by, true));
+        return true;
+    }
+    case Qt::Key_Escape:
+        if (readout_->text().isEmpty()) return false;
+        showPlace(std::nullopt);
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool ChartView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != plot_) return OutputView::eventFilter(watched, event);
+    switch (event->type()) {
+    case QEvent::KeyPress: {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        return pressKey(key->key(), key->modifiers());
+    }
+    case QEvent::Leave:
+        showPlace(std::nullopt);
+        return false;
+    case QEvent::Resize:
+        if (static_cast<QResizeEvent*>(event)->oldSize().width() != plot_->width()) redraw_->start();
+        return false;
+    default:
+        return false;
+    }
+}
+
+void ChartView::changeEvent(QEvent* event) {
+    OutputView::changeEvent(event);
+    const QEvent::Type type = event->type();
+    if (type == QEvent::PaletteChange || type == QEvent::FontChange) draw();
+}
+
+void ChartView::refresh() {
+    atRisk_->setVisible(tellsNumbersAtRisk(info_));
+    draw();
+}
+
+void ChartView::setEdits(const ChartEdits& edits) {
+    edits_ = edits;
+    atRisk_->setChecked(edits.numbersAtRisk);
+    resetZoom(); // a range that was asked for is to be seen
+    draw();
+}
+
+void ChartView::resetZoom() {
+    plot_->xAxis->setRange(homeX_.low, homeX_.high);
+    plot_->yAxis->setRange(homeY_.low, homeY_.high);
+    readout_->hide();
+    plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+ozm::CChartInfo ChartView::shownChart() const {
+    ChartEdits shown = edits_;
+    shown.x = extentOf(plot_->xAxis->range());
+    shown.y = extentOf(plot_->yAxis->range());
+    return edited(info_, shown);
+}
+
+void ChartView::editSettings(ChartSettingsDialog::Field field) {
+    ChartSettingsDialog dialog(info_, edits_, extentOf(plot_->xAxis->range()),
+                               extentOf(plot_->yAxis->range()), field, this);
+    if (dialog.exec() == QDialog::Accepted) setEdits(dialog.edits());
+}
+
+void ChartView::copy() {
+    const Picture picture = drawChart(shownChart(), PictureFormat::Png, edits_.numbersAtRisk);
+    QImage image;
+    if (picture.drawn()) image.loadFromData(QByteArray::fromStdString(picture.bytes), "PNG");
+    if (image.isNull()) {
+        emit statusText(tr("The chart could not be copied: %1").arg(QString::fromStdString(picture.error)));
+        return;
+    }
+    QApplication::clipboard()->setImage(image);
+    emit statusText(tr("A picture of the chart was copied."));
+}
+
+QWidget* ChartView::content() {
+    return plot_;
+}
+
+QList<QAction*> ChartView::viewActions() {
+    return {settings_, atRisk_, reset_};
+}
+
+} // namespace korvana::desktop

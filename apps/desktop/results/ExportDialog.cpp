@@ -1,0 +1,141 @@
+#include "apps/desktop/results/ExportDialog.h"
+
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSettings>
+#include <QVBoxLayout>
+
+#include "apps/desktop/results/OutputExport.h"
+
+namespace korvana::desktop {
+namespace {
+
+struct FormatText {
+    OutputFormat format;
+    const char* text;
+    bool atFirst;
+};
+
+constexpr std::array<FormatText, kOutputFormats> kFormats{
+    {{OutputFormat::Html, QT_TRANSLATE_NOOP("ExportDialog", "&Web page with everything (HTML)"), true},
+     {OutputFormat::Xlsx, QT_TRANSLATE_NOOP("ExportDialog", "Spreadsheet &workbook (XLSX)"), true},
+     {OutputFormat::Txt, QT_TRANSLATE_NOOP("ExportDialog", "Plain &text (TXT)"), false},
+     {OutputFormat::Csv, QT_TRANSLATE_NOOP("ExportDialog", "A file for each table (&CSV)"), false},
+     {OutputFormat::Json, QT_TRANSLATE_NOOP("ExportDialog", "Everything for programs (&JSON)"), false},
+     {OutputFormat::Svg, QT_TRANSLATE_NOOP("ExportDialog", "Charts, scalable (&SVG)"), false},
+     {OutputFormat::Png, QT_TRANSLATE_NOOP("ExportDialog", "Charts, pixels (P&NG)"), false},
+     {OutputFormat::Pdf, QT_TRANSLATE_NOOP("ExportDialog", "Charts, printable (&PDF)"), false}}};
+
+QString settingsKey(OutputFormat format) {
+    return QStringLiteral("export/%1").arg(QLatin1String(endingOf(format)));
+}
+
+} // namespace
+
+ExportDialog::ExportDialog(const QString& runTitle, int runs, QWidget* parent)
+    : QDialog(parent),
+      thisRun_(new QRadioButton(tr("This &run: %1").arg(QString(runTitle).replace('&', "&&")))),
+      allRuns_(new QRadioButton(tr("&All %1 runs, each in a folder of its own").arg(runs))),
+      directory_(new QLineEdit), problem_(new QLabel) {
+    setWindowTitle(tr("Export Results"));
+    const QSettings settings;
+    auto* column = new QVBoxLayout(this);
+
+    auto* what = new QGroupBox(tr("What"));
+    auto* whatColumn = new QVBoxLayout(what);
+    whatColumn->addWidget(thisRun_);
+    whatColumn->addWidget(allRuns_);
+    thisRun_->setChecked(true);
+    what->setVisible(runs > 1);
+    column->addWidget(what);
+
+    auto* group = new QGroupBox(tr("Formats"));
+    auto* grid = new QGridLayout(group);
+    constexpr int kRows = 4;
+    for (std::size_t i = 0; i < kFormats.size(); ++i) {
+        const FormatText& format = kFormats[i];
+        auto* box = new QCheckBox(tr(format.text));
+        box->setChecked(settings.value(settingsKey(format.format), format.atFirst).toBool());
+        formats_[static_cast<std::size_t>(format.format)] = box;
+        grid->addWidget(box, static_cast<int>(i) % kRows, static_cast<int>(i) / kRows);
+    }
+    column->addWidget(group);
+
+    auto* row = new QHBoxLayout;
+    auto* label = new QLabel(tr("F&older:"));
+    label->setBuddy(directory_);
+    directory_->setText(settings.value("export/folder", QDir::homePath()).toString());
+    directory_->setMinimumWidth(45 * fontMetrics().averageCharWidth());
+    auto* browse = new QPushButton(tr("&Browse..."));
+    row->addWidget(label);
+    row->addWidget(directory_, 1);
+    row->addWidget(browse);
+    column->addLayout(row);
+    auto* note = new QLabel(tr("The folder is made if there is none. Files of the same names are replaced."));
+    note->setWordWrap(true);
+    column->addWidget(note);
+    problem_->setWordWrap(true);
+    problem_->setTextFormat(Qt::PlainText);
+    problem_->hide();
+    column->addWidget(problem_);
+
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+    buttons->addButton(tr("&Export"), QDialogButtonBox::AcceptRole)->setDefault(true);
+    column->addWidget(buttons);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(browse, &QPushButton::clicked, this, [this] {
+        const QString chosen =
+            QFileDialog::getExistingDirectory(this, tr("Folder for the Results"), directory_->text());
+        if (!chosen.isEmpty()) directory_->setText(chosen);
+    });
+}
+
+bool ExportDialog::allRuns() const {
+    return allRuns_->isChecked();
+}
+
+FormatSet ExportDialog::formats() const {
+    FormatSet set;
+    for (std::size_t i = 0; i < formats_.size(); ++i)
+        if (formats_[i]->isChecked()) set.add(static_cast<OutputFormat>(i));
+    return set;
+}
+
+QString ExportDialog::directory() const {
+    return directory_->text().trimmed();
+}
+
+void ExportDialog::showProblem(const QString& problem) {
+    problem_->setText(problem);
+    problem_->show();
+}
+
+void ExportDialog::accept() {
+    if (formats().empty()) {
+        formats_[static_cast<std::size_t>(OutputFormat::Html)]->setFocus();
+        showProblem(tr("No format is chosen; check at least one."));
+        return;
+    }
+    if (directory().isEmpty()) {
+        directory_->setFocus();
+        showProblem(tr("No folder is given; type its path or browse to it."));
+        return;
+    }
+    QSettings settings;
+    for (std::size_t i = 0; i < formats_.size(); ++i)
+        settings.setValue(settingsKey(static_cast<OutputFormat>(i)), formats_[i]->isChecked());
+    settings.setValue("export/folder", directory());
+    QDialog::accept();
+}
+
+} // namespace korvana::desktop

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "host/results/ResultsBook.h"
+
+namespace korvana::desktop {
+
+/// What the tree calls an output: its title, or its kind and place where it has none.
+[[nodiscard]] QString outputName(const ResultsBook& book, std::size_t place);
+
+/// What a run has to say besides its outputs, as lines of text: analysis, data, how it ended, messages with
+/// their number and detail, notes, the outputs by name, the protocol of an iterative fit.
+[[nodiscard]] std::vector<std::string> runLines(const ResultsBook& book);
+
+/// A table in aligned lines with title, notes and headings; of a long one the first `mostRows`, with a line
+/// that says so.
+[[nodiscard]] std::vector<std::string> sheetLines(const Spreadsheet& sheet, std::size_t mostRows);
+
+} // namespace korvana::desktop

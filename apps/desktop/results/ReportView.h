@@ -1,0 +1,41 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "apps/desktop/results/OutputView.h"
+
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+
+namespace korvana::desktop {
+
+/// Text in a fixed font, to be read, selected and copied. Of a long text the beginning is shown and the rest
+/// at the user's wish, because laying out a line takes longer than making it.
+class ReportView : public OutputView {
+    Q_OBJECT
+
+public:
+    static constexpr std::size_t linesAtFirst = 20000;
+
+    using Source = std::function<std::vector<std::string>()>;
+    /// `source` gives the lines (UTF-8); it is asked again by `refresh`.
+    ReportView(Source source, const QString& name, QWidget* parent = nullptr);
+
+    void refresh() override;
+    void copy() override;
+    [[nodiscard]] QWidget* content() override;
+
+    [[nodiscard]] QString text() const;
+
+private:
+    void showLines(bool all);
+
+    Source source_;
+    QPlainTextEdit* edit_;
+    QLabel* rest_;
+    QPushButton* showAll_;
+};
+
+} // namespace korvana::desktop

@@ -1,0 +1,162 @@
+#include "apps/desktop/results/SheetView.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QEvent>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLocale>
+#include <QTableView>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <new>
+
+#include "host/results/Utf8.h"
+
+namespace korvana::desktop {
+namespace {
+
+/// A look at some hundred rows, from the first to the last, tells how wide a column is.
+constexpr int kSampledRows = 300;
+constexpr int kWidestEms = 40;
+
+} // namespace
+
+SheetView::SheetView(const Spreadsheet& sheet, QWidget* parent)
+    : OutputView(parent), sheet_(sheet), model_(new SheetModel(sheet, this)), table_(new QTableView),
+      title_(new QLabel), notes_(new QLabel), copyWithHeadings_(new QAction(tr("Copy with &Headings"), this)),
+      copyAsShown_(new QAction(tr("Copy as &Shown"), this)),
+      selectAll_(new QAction(tr("Select A&ll"), this)) {
+    for (QLabel* label : {title_, notes_}) {
+        label->setTextFormat(Qt::PlainText);
+        label->setWordWrap(true);
+        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        label->setContentsMargins(8, 0, 8, 0);
+    }
+    QFont bold = title_->font();
+    bold.setBold(true);
+    title_->setFont(bold);
+
+    table_->setModel(model_);
+    table_->setFrameShape(QFrame::NoFrame);
+    table_->setAlternatingRowColors(true);
+    table_->setWordWrap(false);
+    table_->setTabKeyNavigation(false); // Tab leaves the table; arrows walk in it
+    table_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    table_->setCornerButtonEnabled(true);
+    table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    table_->horizontalHeader()->setHighlightSections(false);
+    table_->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(table_, &QWidget::customContextMenuRequested, this,
+            [this](const QPoint& place) { emit menuWanted(table_->viewport()->mapToGlobal(place)); });
+
+    copyWithHeadings_->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C));
+    for (QAction* action : {copyWithHeadings_, copyAsShown_, selectAll_}) {
+        action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        addAction(action);
+    }
+    connect(copyWithHeadings_, &QAction::triggered, this, [this] { copyCells({CopyValues::Full, true}); });
+    connect(copyAsShown_, &QAction::triggered, this, [this] { copyCells({CopyValues::AsShown, true}); });
+    connect(selectAll_, &QAction::triggered, table_, &QTableView::selectAll);
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 8, 0, 0);
+    column->addWidget(title_);
+    column->addWidget(notes_);
+    column->addWidget(table_, 1);
+    showTexts();
+    fitColumns();
+}
+
+void SheetView::showTexts() {
+    title_->setText(QString::fromStdString(oneLine(sheet_.title)));
+    title_->setVisible(!sheet_.title.empty());
+    table_->setAccessibleName(sheet_.title.empty() ? tr("Table") : title_->text());
+    QStringList lines;
+    for (const std::string& note : sheet_.notes)
+        lines += QString::fromStdString(oneLine(note));
+    if (model_->isCut()) {
+        lines += tr("The first %1 of %2 rows; exporting the table writes all of them.")
+                     .arg(QLocale().toString(model_->rowCount()),
+                          QLocale().toString(static_cast<qulonglong>(sheet_.rowCount())));
+    }
+    notes_->setText(lines.join('\n'));
+    notes_->setVisible(!lines.isEmpty());
+}
+
+void SheetView::fitColumns() {
+    const QFontMetrics metrics(table_->font());
+    const int em = metrics.horizontalAdvance('m');
+    table_->verticalHeader()->setDefaultSectionSize(metrics.height() + metrics.height() / 3);
+    const int rows = model_->rowCount();
+    const int step = std::max(1, rows / kSampledRows);
+    const int margin = em + 2 * style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, table_);
+    for (int column = 0; column < model_->columnCount(); ++column) {
+        int width = table_->horizontalHeader()->sectionSizeHint(column);
+        const auto include = [&](int row) {
+            const QString text = model_->data(model_->index(row, column), Qt::DisplayRole).toString();
+            width = std::max(width, metrics.horizontalAdvance(text) + margin);
+        };
+        for (int row = 0; row < rows; row += step)
+            include(row);
+        if (rows > 0) include(rows - 1);
+        table_->setColumnWidth(column, std::clamp(width, 4 * em, kWidestEms * em));
+    }
+    // Qt measures the headings of the first rows only; the longest may stand anywhere.
+    qsizetype longest = QString::number(rows).size();
+    const std::string* widest = nullptr;
+    for (const std::string& heading : sheet_.rowHeadings)
+        if (widest == nullptr || heading.size() > widest->size()) widest = &heading;
+    const QString text = widest == nullptr ? QString(longest, '0') : QString::fromStdString(oneLine(*widest));
+    table_->verticalHeader()->setFixedWidth(
+        std::min(metrics.horizontalAdvance(text) + 2 * margin, kWidestEms * em));
+}
+
+void SheetView::refresh() {
+    model_->reload();
+    showTexts();
+    fitColumns();
+}
+
+void SheetView::copy() {
+    const QItemSelectionModel* selection = table_->selectionModel();
+    bool columns = selection->hasSelection() && model_->rowCount() > 1;
+    for (const QItemSelectionRange& range : selection->selection())
+        columns = columns && range.top() == 0 && range.bottom() == model_->rowCount() - 1;
+    copyCells({CopyValues::Full, columns || !selection->hasSelection()});
+}
+
+void SheetView::copyCells(const CopyOptions& options) {
+    QItemSelection selection = table_->selectionModel()->selection();
+    if (selection.isEmpty() && model_->rowCount() > 0 && model_->columnCount() > 0) {
+        selection.select(model_->index(0, 0),
+                         model_->index(model_->rowCount() - 1, model_->columnCount() - 1));
+    }
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    try {
+        if (auto cells = copiedCells(sheet_, selection, options)) {
+            QApplication::clipboard()->setMimeData(cells.release());
+            emit statusText(tr("The cells were copied."));
+        }
+    } catch (const std::bad_alloc&) {
+        emit statusText(tr("There is not enough memory to copy so many cells; select fewer, or export the "
+                           "table to a CSV file."));
+    }
+    QApplication::restoreOverrideCursor();
+}
+
+QWidget* SheetView::content() {
+    return table_;
+}
+
+QList<QAction*> SheetView::viewActions() {
+    return {copyWithHeadings_, copyAsShown_, selectAll_};
+}
+
+void SheetView::changeEvent(QEvent* event) {
+    OutputView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) fitColumns();
+}
+
+} // namespace korvana::desktop

@@ -16,7 +16,7 @@ struct ReadOptions {
     HeaderLine header = HeaderLine::Automatic;
     std::optional<char> separator;   ///< between cells: , ; or tab
     std::optional<char> decimalMark; ///< . or ,
-    std::stop_token stop;            ///< asks from another thread to give up
+    std::stop_token stop{}; ///< asks from another thread to give up
 };
 
 /** Thrown by a reader that was asked to stop. */

@@ -104,7 +104,7 @@ TEST_F(WindowTest, FromStartupToResultsAndBack) {
     click("OK");
     ASSERT_EQ(title(), "Product-Limit (Kaplan-Meier) Analysis Results");
     EXPECT_TRUE(window->workbook().isEmpty());
-    click("Summary:  Product-limit survival analysis");
+    click("Summary: Product-limit survival analysis");
     ASSERT_FALSE(window->workbook().isEmpty());
     EXPECT_EQ(book()->outputs.size(), 3U);
     click("Survival times vs. cum. proportion surviving");

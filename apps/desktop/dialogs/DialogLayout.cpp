@@ -67,7 +67,7 @@ void layOutFields(QWidget& onto, const std::vector<ControlField*>& fields) {
         }
         if (field->wantsCaption()) {
             auto* caption = new QLabel(captionOf(field->control()), &onto);
-            caption->setBuddy(field);
+            caption->setBuddy(field->focusProxy()); // a field itself takes no focus
             grid->addWidget(caption, row, 0);
             grid->addWidget(field, row, 1);
         } else {

@@ -1,0 +1,123 @@
+#include "tests/apps/desktop/dialogs/EveryKind.h"
+
+#include <QComboBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QTimer>
+#include <QToolButton>
+
+#include <cmath>
+
+namespace everykind {
+namespace {
+
+struct CodeFields : Window {
+    QComboBox* combo() { return editor<QComboBox>(Code); }
+    void type(const char* text) {
+        combo()->setFocus();
+        combo()->lineEdit()->selectAll();
+        QTest::keyClick(combo(), Qt::Key_Delete);
+        QTest::keyClicks(combo(), text);
+        QTest::keyClick(combo(), Qt::Key_Tab);
+    }
+    double code() { return value<double>(Code); }
+};
+
+TEST_F(CodeFields, OfferTheCodesOfTheSelectedVariable) {
+    combo()->showPopup();
+    EXPECT_EQ(combo()->itemText(0), "Choose \"Indicator\" first");
+    combo()->hidePopup();
+    select({{}, {3}});
+    combo()->showPopup();
+    ASSERT_EQ(combo()->count(), 2);
+    EXPECT_EQ(combo()->itemText(0), "0 = alive (100 cases)");
+    EXPECT_EQ(combo()->itemText(1), "1 = dead (50 cases)");
+    combo()->hidePopup();
+    EXPECT_TRUE(std::isnan(code())) << "looking chooses nothing";
+
+    combo()->setFocus();
+    QTest::keyClick(combo(), Qt::Key_Down);
+    EXPECT_EQ(code(), 0.0);
+    QTest::keyClick(combo(), Qt::Key_Down);
+    EXPECT_EQ(code(), 1.0);
+    EXPECT_EQ(combo()->currentText(), "1") << "the number, not the line of the list";
+
+    select({{}, {4}});
+    EXPECT_EQ(combo()->currentText(), "1") << "a code outlives another variable";
+    combo()->showPopup();
+    EXPECT_EQ(combo()->count(), 101);
+    EXPECT_EQ(combo()->itemText(100), "and 50 more; type the code");
+    combo()->hidePopup();
+}
+
+TEST_F(CodeFields, FollowTheSelectionOfCases) {
+    select({{}, {3}});
+    combo()->showPopup();
+    combo()->hidePopup();
+    session.data().select("status = 1");
+    view->refreshData();
+    combo()->showPopup();
+    ASSERT_EQ(combo()->count(), 1);
+    EXPECT_EQ(combo()->itemText(0), "1 = dead (50 cases)");
+    combo()->hidePopup();
+}
+
+TEST_F(CodeFields, TakeNumbersAndLabels) {
+    select({{}, {3}});
+    type("dead");
+    EXPECT_EQ(code(), 1.0);
+    EXPECT_EQ(combo()->currentText(), "1");
+    type("-2.5");
+    EXPECT_EQ(code(), -2.5);
+    type("0.1");
+    EXPECT_EQ(combo()->currentText(), "0.1") << "the shortest text of the number";
+    type("");
+    EXPECT_TRUE(std::isnan(code())) << "emptying unsets the code";
+    type("alive");
+    type("gone");
+    EXPECT_EQ(code(), 0.0);
+    EXPECT_TRUE(complaint().startsWith("\"gone\" is neither a number nor a value label"));
+    EXPECT_EQ(combo()->currentText(), "gone") << "to be mended";
+    QTest::keyClick(view.get(), Qt::Key_Return);
+    EXPECT_TRUE(analysis->commands.empty());
+    select({{}, {}});
+    type("dead");
+    EXPECT_TRUE(complaint().contains("once the variable is chosen"));
+}
+
+TEST_F(CodeFields, ListOfCodesIsTypedOrTicked) {
+    view->showPage(1);
+    select({{}, {3}});
+    auto* line = editor<QLineEdit>(Codes);
+    line->setFocus();
+    QTest::keyClicks(line, "dead, 7 ,alive,");
+    QTest::keyClick(line, Qt::Key_Tab);
+    EXPECT_EQ(value<std::vector<double>>(Codes), (std::vector<double>{1, 7, 0}));
+    EXPECT_EQ(line->text(), "1, 7, 0");
+    EXPECT_TRUE(line->toolTip().contains("1 = dead"));
+
+    for (const char* wrong : {"1, 1", "1, gone"}) {
+        line->setFocus();
+        line->selectAll();
+        QTest::keyClicks(line, wrong);
+        QTest::keyClick(line, Qt::Key_Tab);
+        EXPECT_FALSE(complaint().isEmpty()) << wrong;
+        EXPECT_EQ(value<std::vector<double>>(Codes), (std::vector<double>{1, 7, 0}));
+    }
+    line->setText("1, 7, 0");
+
+    QTimer::singleShot(0, view.get(), [] {
+        auto* window = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(window, nullptr);
+        auto* list = window->findChild<QListWidget*>();
+        EXPECT_EQ(list->item(0)->checkState(), Qt::Checked);
+        list->item(0)->setCheckState(Qt::Unchecked);
+        window->accept();
+    });
+    editor<QToolButton>(Codes)->click();
+    EXPECT_EQ(value<std::vector<double>>(Codes), (std::vector<double>{1, 7})) << "7 was typed and stays";
+}
+
+} // namespace
+} // namespace everykind

@@ -1,0 +1,165 @@
+#include "tests/apps/desktop/dialogs/EveryKind.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTabWidget>
+
+namespace everykind {
+namespace {
+
+using korvana::desktop::DialogView;
+struct View : Window {};
+struct ResultsView : Window {
+    ResultsView() : Window(results) {}
+};
+
+TEST_F(View, TellsOfAnOperationAfterItReturned) {
+    bool told = false;
+    bool running = false;
+    QObject::connect(view.get(), &DialogView::operated, view.get(), [&] {
+        told = true;
+        EXPECT_FALSE(running);
+    });
+    analysis->onCommand = [&](EveryKindDlg&, int) {
+        running = true;
+        settle(); // the module lets the window breathe
+        EXPECT_FALSE(told);
+        running = false;
+    };
+    QTest::mouseClick(editor<QPushButton>(ControlOk), Qt::LeftButton);
+    settle();
+    EXPECT_TRUE(told);
+    EXPECT_EQ(analysis->commands, std::vector<int>{ControlOk});
+}
+
+TEST_F(View, OperationsDoNotNest) {
+    view->showPage(1);
+    const QSignalSpy stops(view.get(), &DialogView::stopRequested);
+    analysis->onCommand = [&](EveryKindDlg&, int) {
+        EXPECT_TRUE(view->isBusy());
+        editor<QPushButton>(Beside)->click();
+        editor<QCheckBox>(Box)->click();
+        view->close();
+        QTest::keyClick(view.get(), Qt::Key_Escape);
+    };
+    editor<QPushButton>(Go)->click();
+    EXPECT_EQ(analysis->commands, std::vector<int>{Go});
+    EXPECT_FALSE(value<bool>(Box));
+    EXPECT_FALSE(editor<QCheckBox>(Box)->isChecked()) << "what was not taken is not shown";
+    EXPECT_EQ(stops.count(), 2);
+    EXPECT_TRUE(view->isVisible());
+}
+
+TEST_F(View, LetsGoOfAModelThatClosed) {
+    QStringList told;
+    QObject::connect(view.get(), &DialogView::dialogClosed, view.get(), [&] { told.append("closed"); });
+    QObject::connect(view.get(), &DialogView::operated, view.get(), [&] {
+        told.append("operated");
+        session.pump(); // the analysis ends
+        session.close();
+    });
+    auto* level = editor<QLineEdit>(Level);
+    level->setFocus();
+    QTest::keyClicks(level, "5");
+    view->close();
+    EXPECT_EQ(view->dialog(), nullptr);
+    EXPECT_TRUE(told.isEmpty());
+    settle();
+    EXPECT_EQ(told, (QStringList{"closed", "operated"}));
+    EXPECT_FALSE(view->isVisible());
+    // The model is gone. Whatever is still done to the view does nothing.
+    editor<QCheckBox>(Box)->click();
+    editor<QPushButton>(Go)->click();
+    editor<QLineEdit>(Level)->setText("7");
+    view->refreshData();
+    view->showPage(1);
+    view->reject();
+    EXPECT_EQ(analysis == nullptr ? 0 : told.size(), 2);
+}
+
+TEST_F(View, FollowsAModelThatOthersClose) {
+    const QSignalSpy closed(view.get(), &DialogView::dialogClosed);
+    dialog().Press(ControlCancel);
+    settle();
+    EXPECT_EQ(closed.count(), 1);
+    EXPECT_FALSE(view->isVisible());
+}
+
+TEST_F(View, MayGoBeforeItsModel) {
+    editor<QLineEdit>(Level)->setFocus();
+    QTest::keyClicks(editor<QLineEdit>(Level), "3");
+    view.reset();
+    dynamic_cast<EveryKindDlg&>(dialog()).SetValue(Box, true);
+    dialog().Press(ControlCancel);
+    EXPECT_EQ(value<double>(Level), 0.0) << "what was not taken is dropped";
+}
+
+TEST_F(View, ShowsARefusalBesideItsButton) {
+    analysis->onCommand = [](EveryKindDlg&, int) { throw std::runtime_error("the disk is full"); };
+    QTest::mouseClick(editor<QPushButton>(Go), Qt::LeftButton);
+    EXPECT_EQ(complaint(), "The disk is full.");
+    EXPECT_EQ(complainedAt(), editor<QPushButton>(Go)->parentWidget());
+    analysis->onCommand = [](EveryKindDlg&, int) { throw 1; };
+    QTest::mouseClick(editor<QPushButton>(Go), Qt::LeftButton);
+    EXPECT_TRUE(complaint().contains("no reason"));
+}
+
+TEST_F(View, EnterTakesWhatWasTypedAndPressesOk) {
+    view->showPage(1);
+    auto* level = editor<QLineEdit>(Level);
+    level->setFocus();
+    level->selectAll();
+    QTest::keyClicks(level, "0.5");
+    analysis->onCommand = [&](EveryKindDlg&, int) { EXPECT_EQ(value<double>(Level), 0.5); };
+    QTest::keyClick(level, Qt::Key_Return);
+    EXPECT_EQ(analysis->commands, std::vector<int>{ControlOk});
+    QTest::keyClick(editor<QPushButton>(Beside), Qt::Key_Return);
+    EXPECT_EQ(analysis->commands, (std::vector<int>{ControlOk, Beside}))
+        << "a button with the focus comes first";
+}
+
+TEST_F(View, AWrongFieldOnAnotherPageIsTurnedTo) {
+    view->showPage(1);
+    auto* level = editor<QLineEdit>(Level);
+    level->setText("x");
+    level->setModified(true);
+    view->showPage(0);
+    editor<QPushButton>(ControlOk)->click();
+    EXPECT_EQ(view->findChild<QTabWidget*>()->currentIndex(), 1);
+    EXPECT_TRUE(complaint().startsWith("\"x\" is not a number"));
+    EXPECT_TRUE(level->hasFocus());
+    editor<QPushButton>(ControlCancel)->click();
+    EXPECT_TRUE(dialog().IsClosed()) << "Cancel asks for nothing";
+}
+
+TEST_F(View, AcceleratorsAndTabOrder) {
+    ASSERT_TRUE(view->isActiveWindow());
+    QTest::keyClick(view.get(), Qt::Key_S, Qt::AltModifier);
+    // An accelerator shows its button pressed before it clicks.
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !analysis->commands.empty(); }));
+    EXPECT_EQ(analysis->commands, std::vector<int>{Beside});
+    QTest::keyClick(view.get(), Qt::Key_L, Qt::AltModifier);
+    EXPECT_TRUE(editor<QLineEdit>(Level)->hasFocus());
+    for (const int next : {int{Go}, int{ControlOk}, int{ControlCancel}, int{Beside}}) {
+        QTest::keyClick(view->focusWidget(), Qt::Key_Tab);
+        EXPECT_TRUE(editor<QPushButton>(next)->hasFocus()) << next;
+    }
+}
+
+TEST_F(ResultsView, EnterInAFieldPressesNothingWithoutAnOk) {
+    auto* level = editor<QLineEdit>(Level);
+    level->setFocus();
+    level->selectAll();
+    QTest::keyClicks(level, "0.9");
+    QTest::keyClick(level, Qt::Key_Return);
+    EXPECT_EQ(value<double>(Level), 0.9);
+    EXPECT_TRUE(analysis->commands.empty());
+    editor<QPushButton>(Go)->setFocus();
+    QTest::keyClick(editor<QPushButton>(Go), Qt::Key_Return);
+    EXPECT_EQ(analysis->commands, std::vector<int>{Go});
+}
+
+} // namespace
+} // namespace everykind

@@ -1,0 +1,198 @@
+#pragma once
+// An analysis of one dialog that has a control of every kind, over data of four variables, in a session.
+
+#include "apps/desktop/dialogs/Callout.h"
+#include "apps/desktop/dialogs/ControlField.h"
+#include "apps/desktop/dialogs/DialogView.h"
+#include "host/session/Session.h"
+#include "support/CAnalysisSupport.h"
+#include "support/dialogs/CAnalysisModelessDialog.h"
+
+#include <QTest>
+#include <functional>
+#include <gtest/gtest.h>
+#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace everykind {
+
+using namespace ozm;
+
+enum Control {
+    Box = 10,
+    Choice,
+    Count,
+    Level,
+    Name,
+    Code,
+    Entries,
+    Variables,
+    Codes,
+    Names,
+    Overview,
+    Go,
+    Beside
+};
+
+inline constexpr std::uint8_t first[] = {0};
+inline constexpr std::uint8_t second[] = {1};
+inline constexpr std::uint8_t both[] = {0, 1};
+inline constexpr RoleTemplate roles[] = {{"Times", 0, 1, 3}, {"Indicator", 1, 1, 1}};
+inline constexpr ChoiceTemplate choices[] = {{.text = 1}, {.text = 2}, {.text = 3}};
+inline constexpr ChoiceTemplate entries[] = {{.text = 1, .icon = 5, .command = 101},
+                                             {.text = 0, .icon = 6, .command = 7},
+                                             {.text = 2, .command = 102}};
+inline constexpr ControlTemplate controls[] = {
+    {.id = Overview, .kind = ControlKind::Summary},
+    {.id = Variables,
+     .kind = ControlKind::VariableSelection,
+     .text = "&Variables",
+     .pages = first,
+     .roles = roles},
+    {.id = Code,
+     .kind = ControlKind::CodeField,
+     .text = "Code for &events:",
+     .pages = first,
+     .codesOfRole = 1},
+    {.id = Level, .kind = ControlKind::Real, .text = "&Level:", .pages = both, .decimals = 3},
+    {.id = Go, .text = "!249&Go on", .pages = both},
+    {.id = Box, .kind = ControlKind::CheckBox, .text = "&Box", .pages = second},
+    {.id = Choice, .kind = ControlKind::RadioGroup, .text = "Choice", .pages = second, .choices = choices},
+    {.id = Count, .kind = ControlKind::Integer, .text = "&Number:", .pages = second},
+    {.id = Name, .kind = ControlKind::Text, .text = "N&ame:", .pages = second},
+    {.id = Codes, .kind = ControlKind::CodeList, .text = "Gro&ups:", .pages = second, .codesOfRole = 1},
+    {.id = Entries, .kind = ControlKind::List, .text = "Entries", .pages = second, .choices = entries},
+    {.id = Names, .kind = ControlKind::TextList, .text = "&Texts", .pages = second},
+    {.id = ControlOk, .text = "OK"},
+    {.id = ControlCancel, .text = "Cancel"},
+    {.id = Beside, .text = "&Select Cases"},
+};
+inline constexpr std::string_view pages[] = {"Quick", "Advanced"};
+inline constexpr DialogTemplate everyKind{1, "One of each", pages, controls};
+// The same without an OK.
+inline constexpr ControlTemplate resultControls[] = {controls[3], controls[4], controls[13]};
+inline constexpr DialogTemplate results{2, "Results", pages, resultControls};
+inline constexpr StringResource strings[] = {{1, "Alpha"}, {2, "Beta "}, {3, "Gamma"}};
+
+class EveryKindDlg;
+
+class EveryKind final : public CAnalysisSupport {
+public:
+    explicit EveryKind(const DialogTemplate& shape) : shape_(shape) {
+        SetSequenceTable(table);
+        resources_.strings = strings;
+    }
+    ModuleHandle GetLibInstance() override { return &resources_; }
+
+    std::function<void(EveryKindDlg&, int)> onCommand;
+    std::function<void(EveryKindDlg&, int)> onValue;
+    std::vector<int> commands;
+    int codeReads = 0;
+
+private:
+    static int Specify(CAnalysisSupport& analysis);
+    static constexpr SEQFUNCTTBL table[] = {{1, &Specify, 0}};
+    const DialogTemplate& shape_;
+    ModuleResources resources_;
+};
+
+class EveryKindDlg final : public CAnalysisModelessDialog {
+public:
+    EveryKindDlg(EveryKind& analysis, const DialogTemplate& shape)
+        : CAnalysisModelessDialog(analysis, shape), own_(analysis) {}
+    using CAnalysisModelessDialog::ExitDialog;
+    using CAnalysisModelessDialog::SetValue;
+
+private:
+    void OnCommand(int control) override {
+        own_.commands.push_back(control);
+        if (own_.onCommand) own_.onCommand(*this, control);
+        if (control == ControlCancel) ExitDialog(0, ExitMode::Back);
+    }
+    void OnValueChanged(int control) override {
+        if (own_.onValue) own_.onValue(*this, control);
+    }
+    EveryKind& own_;
+};
+
+inline int EveryKind::Specify(CAnalysisSupport& analysis) {
+    auto& own = static_cast<EveryKind&>(analysis);
+    return CAnalysisModelessDialog::CreateAnalysisDialog(std::make_unique<EveryKindDlg>(own, own.shape_)) ? -1
+                                                                                                          : 0;
+}
+
+/// Variables time, date, status (0 = alive, 1 = dead) and long (150 values).
+inline korvana::DataSet data() {
+    constexpr int cases = 150;
+    korvana::DataSet set("every.csv", cases);
+    const auto add = [&](const char* name, const char* label, auto cell) {
+        korvana::Column column(cases);
+        for (int i = 0; i < cases; ++i)
+            column.data()[i] = cell(i);
+        korvana::Variable variable;
+        variable.name = name;
+        variable.label = label;
+        if (std::string{name} == "status") variable.valueLabels = {{0, "alive"}, {1, "dead"}};
+        set.addVariable(variable, std::move(column));
+    };
+    add("time", "Survival in days", [](int i) { return i % 7; });
+    add("date", "", [](int i) { return i % 5; });
+    add("status", "How it ended", [](int i) { return i % 3 == 0 ? 1.0 : 0.0; });
+    add("long", "", [](int i) { return i; });
+    return set;
+}
+
+struct Opened final : korvana::SessionObserver {
+    void dialogOpened(CAnalysisModelessDialog& opened, int /*page*/) override { dialog = &opened; }
+    CAnalysisModelessDialog* dialog = nullptr;
+};
+
+/// The dialog in a session, drawn and shown.
+struct Window : ::testing::Test {
+    explicit Window(const DialogTemplate& shape = everyKind)
+        : analysis(new EveryKind(shape)), session(korvana::Analysis(analysis)) {
+        session.data().open(data());
+        session.addObserver(opened);
+        session.start();
+        view = std::make_unique<korvana::desktop::DialogView>(*opened.dialog);
+        view->show();
+        view->activateWindow();
+        (void)QTest::qWaitForWindowActive(view.get());
+    }
+
+    CAnalysisModelessDialog& dialog() { return *opened.dialog; }
+    template <class T>
+    const T& value(int control) {
+        return std::get<T>(opened.dialog->Value(control));
+    }
+    /// The editor of a control, on the page that is shown if that has it.
+    template <class T>
+    T* editor(int control) {
+        T* found = nullptr;
+        for (QWidget* field : view->findChildren<QWidget*>(QStringLiteral("control%1").arg(control)))
+            if (found == nullptr || field->isVisible()) found = field->findChild<T*>();
+        return found;
+    }
+    /// The reason that is shown, and whether it stands at a control.
+    QString complaint() {
+        auto* callout = dynamic_cast<korvana::desktop::Callout*>(view->findChild<QFrame*>("callout"));
+        return callout->isHidden() ? QString{} : callout->text();
+    }
+    QWidget* complainedAt() {
+        return dynamic_cast<korvana::desktop::Callout*>(view->findChild<QFrame*>("callout"))->subject();
+    }
+    void select(VariableSelection selection) {
+        ASSERT_TRUE(dialog().PutValue(Variables, std::move(selection)).done);
+    }
+    /// Lets everything queued happen.
+    static void settle() { QCoreApplication::processEvents(); }
+
+    EveryKind* analysis;
+    Opened opened;
+    korvana::Session session;
+    std::unique_ptr<korvana::desktop::DialogView> view;
+};
+
+} // namespace everykind

@@ -1,0 +1,153 @@
+#include "tests/apps/desktop/dialogs/EveryKind.h"
+
+#include <QAccessible>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QTabWidget>
+
+namespace everykind {
+namespace {
+
+struct Fields : Window {
+    Fields() { view->showPage(1); }
+};
+
+TEST_F(Fields, EachControlStandsOnEachOfItsPages) {
+    for (const ControlTemplate& control : controls) {
+        const auto fields = view->findChildren<QWidget*>(QStringLiteral("control%1").arg(control.id));
+        EXPECT_EQ(fields.size(), control.pages.size() == 2 ? 2 : 1) << control.id;
+        for (const QWidget* field : fields) {
+            ASSERT_NE(field->focusProxy(), nullptr) << control.id;
+            const QAccessibleInterface* heard = QAccessible::queryAccessibleInterface(field->focusProxy());
+            EXPECT_FALSE(heard->text(QAccessible::Name).isEmpty()) << control.id;
+        }
+    }
+    EXPECT_EQ(editor<QPushButton>(Go)->text(), "&Go on") << "the icon's number is no text";
+    EXPECT_FALSE(editor<QPushButton>(Go)->icon().isNull());
+    EXPECT_TRUE(editor<QPushButton>(Beside)->icon().isNull());
+    EXPECT_EQ(view->findChild<QTabWidget*>()->tabText(1), "Advanced");
+}
+
+TEST_F(Fields, WhatIsDoneReachesTheModel) {
+    QTest::mouseClick(editor<QCheckBox>(Box), Qt::LeftButton, {},
+                      QPoint(5, editor<QCheckBox>(Box)->height() / 2));
+    EXPECT_TRUE(value<bool>(Box));
+    editor<QRadioButton>(Choice)->setFocus();
+    QTest::keyClick(editor<QRadioButton>(Choice), Qt::Key_Down);
+    EXPECT_EQ(value<int>(Choice), 2);
+    auto* number = editor<QSpinBox>(Count);
+    number->setFocus();
+    number->selectAll();
+    QTest::keyClicks(number, "-37");
+    EXPECT_EQ(value<int>(Count), 0) << "not while it is being typed";
+    QTest::keyClick(number, Qt::Key_Tab);
+    EXPECT_EQ(value<int>(Count), -37);
+    auto* name = editor<QLineEdit>(Name);
+    QTest::keyClicks(name, "Zoe");
+    auto* names = editor<QPlainTextEdit>(Names);
+    names->setFocus();
+    EXPECT_EQ(value<std::string>(Name), "Zoe") << "leaving a field writes it";
+    QTest::keyClicks(names, "one");
+    QTest::keyClick(names, Qt::Key_Return);
+    QTest::keyClick(names, Qt::Key_Return);
+    QTest::keyClicks(names, " two ");
+    QTest::keyClick(names, Qt::Key_Tab);
+    EXPECT_EQ(value<std::vector<std::string>>(Names), (std::vector<std::string>{"one", "two"}));
+}
+
+TEST_F(Fields, TheModelsValuesAreShown) {
+    auto& own = dynamic_cast<EveryKindDlg&>(dialog());
+    own.SetValue(Box, true);
+    own.SetValue(Choice, 3);
+    own.SetValue(Count, std::numeric_limits<int>::min());
+    own.SetValue(Level, 0.95);
+    own.SetValue(Name, std::string{"Zoë"});
+    own.SetValue(Names, std::vector<std::string>{"x", "y"});
+    own.SetValue(Overview, std::string{"line 1\nline 2"});
+    EXPECT_TRUE(editor<QCheckBox>(Box)->isChecked());
+    EXPECT_TRUE(view->findChildren<QRadioButton*>().at(2)->isChecked());
+    EXPECT_EQ(editor<QSpinBox>(Count)->text(), "-2147483648");
+    for (const int page : {0, 1}) {
+        view->showPage(page);
+        EXPECT_EQ(editor<QLineEdit>(Level)->text(), "0.950") << page;
+    }
+    EXPECT_EQ(editor<QLineEdit>(Name)->text(), QStringLiteral("Zoë"));
+    EXPECT_EQ(editor<QPlainTextEdit>(Names)->toPlainText(), "x\ny");
+    EXPECT_EQ(editor<QPlainTextEdit>(Overview)->toPlainText(), "line 1\nline 2");
+    EXPECT_TRUE(editor<QPlainTextEdit>(Overview)->isReadOnly());
+}
+
+TEST_F(Fields, AnUneditedNumberKeepsTheDigitsThatItDoesNotShow) {
+    dynamic_cast<EveryKindDlg&>(dialog()).SetValue(Level, 0.123456789);
+    auto* level = editor<QLineEdit>(Level);
+    level->setFocus();
+    QTest::keyClick(level, Qt::Key_Tab);
+    EXPECT_EQ(value<double>(Level), 0.123456789);
+}
+
+TEST_F(Fields, WhatIsNoNumberIsSaidBesideTheFieldAndStopsButtons) {
+    auto* level = editor<QLineEdit>(Level);
+    for (const char* wrong : {"0,9", "", "abc", "inf", "nan", "1e999"}) {
+        level->setFocus();
+        level->selectAll();
+        QTest::keyClick(level, Qt::Key_Delete);
+        QTest::keyClicks(level, wrong);
+        level->setModified(true);
+        QTest::mouseClick(editor<QPushButton>(Go), Qt::LeftButton);
+        EXPECT_TRUE(complaint().contains("number")) << wrong;
+        EXPECT_EQ(complainedAt(), level->parentWidget()) << wrong;
+        EXPECT_TRUE(level->hasFocus());
+        EXPECT_EQ(value<double>(Level), 0.0);
+    }
+    EXPECT_TRUE(analysis->commands.empty());
+    level->selectAll();
+    QTest::keyClicks(level, "0.9");
+    EXPECT_EQ(complaint(), "") << "typing takes the reason away";
+    QTest::mouseClick(editor<QPushButton>(Go), Qt::LeftButton);
+    EXPECT_EQ(value<double>(Level), 0.9);
+    EXPECT_EQ(analysis->commands, std::vector<int>{Go});
+}
+
+TEST_F(Fields, ARefusedValueIsSaidAndThePreviousOneShown) {
+    analysis->onValue = [](EveryKindDlg& dlg, int control) {
+        if (control != Box) return;
+        dlg.SetValue(Box, false);
+        throw std::runtime_error("not with these data");
+    };
+    QTest::keyClick(editor<QCheckBox>(Box), Qt::Key_Space);
+    EXPECT_EQ(complaint(), "Not with these data.");
+    EXPECT_FALSE(editor<QCheckBox>(Box)->isChecked());
+}
+
+TEST_F(Fields, AListSkipsTheEntryWithoutAText) {
+    auto* list = editor<QListWidget>(Entries);
+    ASSERT_EQ(list->count(), 3);
+    EXPECT_FALSE(list->item(1)->flags().testFlag(Qt::ItemIsSelectable));
+    list->setFocus();
+    QTest::keyClick(list, Qt::Key_Down);
+    EXPECT_EQ(value<int>(Entries), 2);
+    QTest::keyClick(list, Qt::Key_Up);
+    EXPECT_EQ(value<int>(Entries), 0);
+    EXPECT_EQ(list->item(2)->text(), "Beta");
+
+    const auto doubleClick = [&](int row) {
+        const QPoint at = list->visualItemRect(list->item(row)).center();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, at);
+    };
+    doubleClick(1);
+    EXPECT_TRUE(analysis->commands.empty());
+    doubleClick(2);
+    EXPECT_EQ(analysis->commands, std::vector<int>{Entries});
+    EXPECT_EQ(value<int>(Entries), 2);
+    dynamic_cast<EveryKindDlg&>(dialog()).SetValue(Entries, 1);
+    EXPECT_TRUE(list->selectedItems().isEmpty()) << "a line is not selected";
+}
+
+} // namespace
+} // namespace everykind

@@ -30,9 +30,10 @@ QString filterOf(std::string_view extension) {
 
 } // namespace
 
-AnalysisRunner::AnalysisRunner(Analysis analysis, QWidget* window)
+AnalysisRunner::AnalysisRunner(Analysis analysis, QWidget* window, const ServiceOverrides& services)
     : QObject(window), window_(window), progress_(window),
-      session_(std::move(analysis), {.automation = false, .frontEnd = this, .stops = &signals_}) {
+      session_(std::move(analysis),
+               {.automation = false, .frontEnd = this, .stops = &signals_, .services = services}) {
     session_.addObserver(*this);
     connect(&progress_, &ProgressWindow::cancelled, this, [this] { signals_.cancel(); });
 }

@@ -26,8 +26,9 @@
 
 namespace korvana::desktop {
 
-MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QString& settingsFile)
-    : recent_(settingsFile), runner_(std::make_unique<AnalysisRunner>(std::move(analysis), this)),
+MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QString& settingsFile,
+                       const ServiceOverrides& services)
+    : recent_(settingsFile), runner_(std::make_unique<AnalysisRunner>(std::move(analysis), this, services)),
       dataView_(new DataView), variablesView_(new VariablesView), dataTabs_(new QTabWidget),
       workbook_(new Workbook), state_(new QLabel) {
     dataTabs_->addTab(dataView_, tr("Data"));

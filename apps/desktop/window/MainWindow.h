@@ -3,6 +3,7 @@
 #include "apps/desktop/data/RecentFiles.h"
 #include "host/results/ResultsBook.h"
 #include "host/session/ModuleLibrary.h"
+#include "host/session/SessionServices.h"
 
 #include <QMainWindow>
 #include <QStringList>
@@ -31,7 +32,9 @@ public:
     /// @param analysis      may be nullptr: the window then shows data, and `noAnalysis` says why there is
     /// nothing more
     /// @param settingsFile  where recent files are remembered; empty: with the user's settings
-    explicit MainWindow(Analysis analysis, const QString& noAnalysis = {}, const QString& settingsFile = {});
+    /// @param services      services that a test puts in place of the session's own
+    explicit MainWindow(Analysis analysis, const QString& noAnalysis = {}, const QString& settingsFile = {},
+                        const ServiceOverrides& services = {});
     ~MainWindow() override;
 
     /// Opens a data file; what is wrong with it is shown, and the data before stay. False when it was not

@@ -6,6 +6,8 @@
 #include "apps/desktop/results/Workbook.h"
 #include "apps/desktop/window/AnalysisRunner.h"
 #include "apps/desktop/window/MainWindow.h"
+#include "host/session/SessionCharts.h"
+#include "host/session/SessionMemory.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -160,6 +162,44 @@ TEST_F(WindowTest, WithoutDataOrModuleItSaysSo) {
     EXPECT_TRUE(boxOf([this] { window->startAnalysis(); }).contains("open a data file"));
     MainWindow alone(nullptr, "the module is not there", path("other.ini"));
     EXPECT_TRUE(alone.openFile(example("aml.csv")));
+}
+
+struct RefusingMemory final : SessionMemory {
+    bool AllocMem(void*& memory, std::size_t size) override {
+        if (!refuses) return SessionMemory::AllocMem(memory, size);
+        memory = nullptr;
+        return false;
+    }
+    bool refuses = true;
+};
+
+struct NoCharts final : SessionCharts {
+    using SessionCharts::SessionCharts;
+    short NewGeneralMultipleChartLongEx(const ozm::CChartInfo&) override { return 1; }
+};
+
+TEST_F(WindowTest, RefusedMemoryAndFailingChartsAreMessages) {
+    RefusingMemory memory;
+    SessionParts parts;
+    NoCharts charts(parts);
+    ServiceOverrides services;
+    services.memory = &memory;
+    services.charts = &charts;
+    window.reset(); // one analysis object at a time
+    window = std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{}, path("s.ini"), services);
+    ASSERT_TRUE(window->openFile(example("veteran.csv")));
+    runner().data().weightBy("prior"); // weighted data take their arrays from the host
+    specify({{3}, {4}}, 1, 0);
+    EXPECT_TRUE(boxOf([this] { click("OK"); }).contains("Not enough memory"));
+    ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
+    memory.refuses = false;
+    click("OK");
+    ASSERT_EQ(title(), "Product-Limit (Kaplan-Meier) Analysis Results");
+    EXPECT_TRUE(boxOf([this] {
+                    click("Survival times vs. cum. proportion surviving");
+                }).contains("Error in graphics routine."));
+    EXPECT_TRUE(window->workbook().isEmpty());
+    window.reset(); // before the services that it uses
 }
 
 /// A long reading pass: few cases, each weighted heavily enough to be read for a while.

@@ -8,6 +8,7 @@
 #include "module/survdata/HostArray.h"
 #include "module/survdata/NormalQuantile.h"
 #include "module/survdata/ReportLines.h"
+#include "module/survdata/StopTest.h"
 
 #include <array>
 #include <cstdint>
@@ -64,12 +65,16 @@ struct TableColumns {
     }
 };
 
-void FillColumns(CAnalysisSupport& host, const KaplanResults& results, TableColumns& columns) {
+/// False when the user stopped it.
+bool FillColumns(CAnalysisSupport& host, const KaplanResults& results, TableColumns& columns) {
+    constexpr std::size_t rowsPerPoll = std::size_t{1} << 14;
     const auto rows = static_cast<std::size_t>(results.Valid());
     const bool named = !host.CaseName(results.UncensoredCases().front()).empty();
     if (named) columns.caseName.reserve(rows);
     std::size_t i = 0;
+    bool stopped = false;
     ForEachObservation(results, rows, [&](const KaplanRow& row) {
+        if (i % rowsPerPoll == 0 && StopRequested(host)) stopped = true;
         columns.time.Span()[i] = row.time;
         columns.mark.Span()[i] = row.censored ? 1 : 0;
         columns.survival.Span()[i] = row.censored ? empty : row.survival;
@@ -78,6 +83,7 @@ void FillColumns(CAnalysisSupport& host, const KaplanResults& results, TableColu
         if (named) columns.caseName.push_back(host.CaseName(row.caseNumber));
         ++i;
     });
+    return !stopped;
 }
 
 int WriteTable(CAnalysisSupport& host, KaplanResults& results) {
@@ -86,7 +92,7 @@ int WriteTable(CAnalysisSupport& host, KaplanResults& results) {
     const auto rows = static_cast<std::size_t>(results.Valid());
     TableColumns columns;
     if (!columns.Allocate(host, rows)) return StrKaplanNoMemory;
-    FillColumns(host, results, columns);
+    if (!FillColumns(host, results, columns)) return 0;
 
     static constexpr std::array<std::string_view, 2> marks{"", "+"};
     SheetSpec sheet;

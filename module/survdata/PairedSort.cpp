@@ -108,14 +108,18 @@ Status RadixSort(std::span<double> keys, std::span<std::int32_t> companions, std
         for (auto& count : places)
             place += std::exchange(count, place);
         for (std::size_t i = 0; i < n; ++i) {
+            // What is sorted from stays whole until the digit is done, so a stop may come in between.
+            if (i % stepsPerPoll == 0 && stop()) {
+                status = Status::Stopped;
+                break;
+            }
             const std::uint32_t to = places[digitOf(patternOf(fromKeys[i], fromCompanions[i]), d)]++;
             toKeys[to] = fromKeys[i];
             toCompanions[to] = fromCompanions[i];
         }
+        if (status != Status::Success) break;
         std::swap(fromKeys, toKeys);
         std::swap(fromCompanions, toCompanions);
-        // A stop counts between digits, where the entries are complete.
-        if (stop()) status = Status::Stopped;
     }
     if (fromKeys != keys.data()) {
         std::copy_n(fromKeys, n, keys.data());

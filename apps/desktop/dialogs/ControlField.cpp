@@ -1,5 +1,6 @@
 #include "apps/desktop/dialogs/ControlField.h"
 
+#include <QLabel>
 #include <QVBoxLayout>
 
 namespace korvana::desktop {
@@ -9,9 +10,14 @@ ControlField::ControlField(const ozm::ControlTemplate& control, FieldHost& host,
     setObjectName(QStringLiteral("control%1").arg(control.id));
 }
 
-void ControlField::fillWith(QWidget* editor) {
+void ControlField::fillWith(QWidget* editor, Caption caption) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    if (caption == Caption::Above && !captionOf(control_).isEmpty()) {
+        auto* text = new QLabel(captionOf(control_), this);
+        text->setBuddy(editor);
+        layout->addWidget(text);
+    }
     layout->addWidget(editor);
     setFocusProxy(editor);
     if (editor->accessibleName().isEmpty()) editor->setAccessibleName(plainCaptionOf(control_));

@@ -28,13 +28,16 @@ public:
     virtual void offerCodesOf(int /*variable*/, const QString& /*prompt*/) {}
     /// Whether the layout writes the control's text to the left of the field.
     [[nodiscard]] virtual bool wantsCaption() const { return false; }
-    /// Whether more height does it good.
+    /// Whether more width, more height does it good.
+    [[nodiscard]] virtual bool growsInWidth() const { return true; }
     [[nodiscard]] virtual bool growsInHeight() const { return false; }
 
 protected:
     [[nodiscard]] FieldHost& host() const { return host_; }
-    /// Makes a widget the whole of the field: it fills it, has its focus and its accessible name.
-    void fillWith(QWidget* editor);
+    enum class Caption { Elsewhere, Above };
+    /// Makes a widget the whole of the field, but for a caption above it that the control's text may be: it
+    /// has the field's focus and accessible name.
+    void fillWith(QWidget* editor, Caption caption = Caption::Elsewhere);
     /// Marks the field as right or wrong.
     bool settled();
     bool complain(const QString& reason);

@@ -46,14 +46,15 @@ void addButtons(QGridLayout& grid, int row, const std::vector<ControlField*>& bu
     auto* line = new QHBoxLayout;
     line->addLayout(column);
     line->addStretch(1);
-    grid.addLayout(line, row, 0, 1, 2);
+    grid.addLayout(line, row, 0, 1, 3);
 }
 
 } // namespace
 
 void layOutFields(QWidget& onto, const std::vector<ControlField*>& fields) {
     auto* grid = new QGridLayout(&onto);
-    grid->setColumnStretch(1, 1);
+    // The third column takes what no caption and no number needs.
+    grid->setColumnStretch(2, 1);
     int row = 0;
     bool grows = false;
     for (std::size_t i = 0; i < fields.size(); ++row) {
@@ -69,9 +70,9 @@ void layOutFields(QWidget& onto, const std::vector<ControlField*>& fields) {
             auto* caption = new QLabel(captionOf(field->control()), &onto);
             caption->setBuddy(field->focusProxy()); // a field itself takes no focus
             grid->addWidget(caption, row, 0);
-            grid->addWidget(field, row, 1);
+            grid->addWidget(field, row, 1, 1, field->growsInWidth() ? 2 : 1);
         } else {
-            grid->addWidget(field, row, 0, 1, 2);
+            grid->addWidget(field, row, 0, 1, 3);
         }
         if (field->growsInHeight()) grid->setRowStretch(row, 1);
         grows = grows || field->growsInHeight();

@@ -8,7 +8,6 @@
 #include <QEvent>
 #include <QFontDatabase>
 #include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QPlainTextEdit>
@@ -38,15 +37,6 @@ void askForRoom(QPlainTextEdit* text, int columns, int lines) {
     text->setMinimumHeight(metrics.lineSpacing() * lines + around);
     text->setMinimumWidth(metrics.horizontalAdvance(QLatin1Char('0')) * columns + around +
                           metrics.height()); // a scroll bar's worth
-}
-
-/// The caption above a field that is a box of its own.
-void addCaption(QVBoxLayout* layout, const ozm::ControlTemplate& control, QWidget* buddy) {
-    const QString text = captionOf(control);
-    if (text.isEmpty()) return;
-    auto* caption = new QLabel(text);
-    caption->setBuddy(buddy);
-    layout->addWidget(caption);
 }
 
 } // namespace
@@ -132,7 +122,7 @@ LineField::LineField(const ozm::ControlTemplate& control, FieldHost& host, QWidg
     const bool isNumber = control.kind == ozm::ControlKind::Real;
     const int columns = isNumber ? 12 : 28;
     line_->setMinimumWidth(line_->fontMetrics().horizontalAdvance(QLatin1Char('0')) * columns);
-    if (isNumber) setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    if (isNumber) line_->setMaximumWidth(line_->minimumWidth());
     fillWith(line_);
     QObject::connect(line_, &QLineEdit::editingFinished, this, [this] { commit(); });
     QObject::connect(line_, &QLineEdit::textEdited, this, [this] { settled(); });
@@ -173,12 +163,7 @@ TextListField::TextListField(const ozm::ControlTemplate& control, FieldHost& hos
     text_->setTabChangesFocus(true);
     text_->setPlaceholderText(QStringLiteral("One per line"));
     askForRoom(text_, 30, 4);
-    fillWith(text_);
-    if (auto* column = qobject_cast<QVBoxLayout*>(layout())) {
-        column->removeWidget(text_);
-        addCaption(column, control, text_);
-        column->addWidget(text_);
-    }
+    fillWith(text_, Caption::Above);
     text_->installEventFilter(this);
     QObject::connect(text_, &QPlainTextEdit::textChanged, this, [this] { settled(); });
 }
@@ -220,7 +205,7 @@ SummaryField::SummaryField(const ozm::ControlTemplate& control, FieldHost& host,
     askForRoom(text_, 60, 9);
     text_->setAccessibleName(plainCaptionOf(control).isEmpty() ? QStringLiteral("Summary")
                                                                : plainCaptionOf(control));
-    fillWith(text_);
+    fillWith(text_, Caption::Above);
 }
 
 void SummaryField::showValue(const ozm::ControlValue& value) {

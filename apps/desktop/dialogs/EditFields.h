@@ -47,6 +47,7 @@ public:
     [[nodiscard]] bool hasPendingEdit() const override;
     bool commit() override;
     [[nodiscard]] bool wantsCaption() const override { return true; }
+    [[nodiscard]] bool growsInWidth() const override { return false; }
 
 private:
     QSpinBox* box_;
@@ -62,6 +63,7 @@ public:
     [[nodiscard]] bool hasPendingEdit() const override;
     bool commit() override;
     [[nodiscard]] bool wantsCaption() const override { return true; }
+    [[nodiscard]] bool growsInWidth() const override { return control().kind == ozm::ControlKind::Text; }
 
 private:
     bool commitNumber();

@@ -40,7 +40,8 @@ ListField::ListField(const ozm::ControlTemplate& control, FieldHost& host, QWidg
     list_->setItemDelegate(new EntryDelegate(list_));
     const QString caption = plainCaptionOf(control);
     list_->setAccessibleName(caption.isEmpty() ? QStringLiteral("Choices") : caption);
-    fillWith(list_);
+    list_->setIconSize(QSize(1, 1) * list_->fontMetrics().height());
+    fillWith(list_, Caption::Above);
     fill();
     QObject::connect(list_, &QListWidget::currentItemChanged, this, [this](const QListWidgetItem* item) {
         if (item != nullptr) this->host().put(*this, item->data(PositionRole).toInt());

@@ -31,7 +31,7 @@ public:
     }
 
     [[nodiscard]] QSize minimumOuterSizeHint() const override {
-        return {0, static_cast<int>(std::ceil(lineHeight() * static_cast<double>(rows_.size() + 1)))};
+        return {0, static_cast<int>(std::ceil(lineHeight() * (static_cast<double>(rows_.size()) + 1.5)))};
     }
     [[nodiscard]] QSize maximumOuterSizeHint() const override {
         return {QWIDGETSIZE_MAX, minimumOuterSizeHint().height()};

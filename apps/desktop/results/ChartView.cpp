@@ -90,10 +90,10 @@ void ChartView::draw() {
         const Extent y = extentOf(plot_->yAxis->range());
         if (!same(x, homeX_) || !same(y, homeY_)) zoomed.emplace(x, y);
         focused = plot_->hasFocus();
-        readout_.reset();
-        plot_->hide();
         plot_->removeEventFilter(this);
         plot_->disconnect(this);
+        plot_->hide();
+        readout_.reset();
         plot_->deleteLater(); // it may be in the middle of one of its events
     }
     const QSize size = plot_ == nullptr ? this->size() : plot_->size();
@@ -103,6 +103,7 @@ void ChartView::draw() {
     options.width = std::max(size.width(), 200);
     options.height = std::max(size.height(), 150);
     options.thin = false;
+    drawnWidth_ = size.width();
     options.dark = isDark(palette());
     options.numbersAtRisk = edits_.numbersAtRisk;
     options.textScale =
@@ -199,8 +200,14 @@ void ChartView::showPlace(const std::optional<ChartPlace>& place) {
 }
 
 void ChartView::zoom(double factor) {
-    plot_->xAxis->scaleRange(factor);
-    plot_->yAxis->scaleRange(factor);
+    // Towards the point that is being read, if there is one, else towards the middle.
+    QPointF centre(plot_->xAxis->range().center(), plot_->yAxis->range().center());
+    if (place_) {
+        const ozm::ChartSeries& series = drawn_.series[place_->series];
+        centre = {series.x[place_->point], series.y[place_->point]};
+    }
+    plot_->xAxis->scaleRange(factor, centre.x());
+    plot_->yAxis->scaleRange(factor, centre.y());
     readout_->hide();
     plot_->replot(QCustomPlot::rpQueuedReplot);
 }
@@ -259,7 +266,7 @@ bool ChartView::eventFilter(QObject* watched, QEvent* event) {
         showPlace(std::nullopt);
         return false;
     case QEvent::Resize:
-        if (static_cast<QResizeEvent*>(event)->oldSize().width() != plot_->width()) redraw_->start();
+        if (plot_->width() != drawnWidth_) redraw_->start();
         return false;
     default:
         return false;

@@ -60,6 +60,7 @@ private:
     const ozm::CChartInfo& info_;
     ChartEdits edits_;
     ozm::CChartInfo drawn_;
+    int drawnWidth_ = 0; ///< titles and legend are broken to fit it
     Extent homeX_;
     Extent homeY_;
     QVBoxLayout* column_;

@@ -76,6 +76,7 @@ ExportDialog::ExportDialog(const QString& runTitle, int runs, QWidget* parent)
     directory_->setText(settings.value("export/folder", QDir::homePath()).toString());
     directory_->setMinimumWidth(45 * fontMetrics().averageCharWidth());
     auto* browse = new QPushButton(tr("&Browse..."));
+    browse->setAutoDefault(false);
     row->addWidget(label);
     row->addWidget(directory_, 1);
     row->addWidget(browse);
@@ -89,8 +90,9 @@ ExportDialog::ExportDialog(const QString& runTitle, int runs, QWidget* parent)
     column->addWidget(problem_);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
-    buttons->addButton(tr("&Export"), QDialogButtonBox::AcceptRole)->setDefault(true);
+    QPushButton* go = buttons->addButton(tr("&Export"), QDialogButtonBox::AcceptRole);
     column->addWidget(buttons);
+    go->setDefault(true); // a button outside a dialog cannot be its default
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(browse, &QPushButton::clicked, this, [this] {

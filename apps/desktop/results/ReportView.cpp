@@ -18,8 +18,8 @@
 namespace korvana::desktop {
 
 ReportView::ReportView(Source source, const QString& name, QWidget* parent)
-    : OutputView(parent), source_(std::move(source)), edit_(new QPlainTextEdit), rest_(new QLabel),
-      showAll_(new QPushButton(tr("Show &all lines"))) {
+    : OutputView(parent), source_(std::move(source)), edit_(new QPlainTextEdit), bar_(new QWidget),
+      rest_(new QLabel), showAll_(new QPushButton(tr("Show &all lines"))) {
     edit_->setReadOnly(true);
     // A read-only text is still walked and selected with the keyboard.
     edit_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -35,7 +35,7 @@ ReportView::ReportView(Source source, const QString& name, QWidget* parent)
     connect(edit_, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& place) { emit menuWanted(edit_->viewport()->mapToGlobal(place)); });
 
-    auto* bar = new QHBoxLayout;
+    auto* bar = new QHBoxLayout(bar_);
     bar->setContentsMargins(8, 4, 8, 4);
     bar->addWidget(rest_, 1);
     bar->addWidget(showAll_);
@@ -43,7 +43,7 @@ ReportView::ReportView(Source source, const QString& name, QWidget* parent)
     column->setContentsMargins({});
     column->setSpacing(0);
     column->addWidget(edit_, 1);
-    column->addLayout(bar);
+    column->addWidget(bar_);
     connect(showAll_, &QPushButton::clicked, this, [this] { showLines(true); });
     showLines(false);
 }
@@ -58,8 +58,7 @@ void ReportView::showLines(bool all) {
     edit_->setPlainText(QString::fromStdString(text));
     edit_->verticalScrollBar()->setValue(place);
     const bool cut = shown < lines.size();
-    rest_->setVisible(cut);
-    showAll_->setVisible(cut);
+    bar_->setVisible(cut);
     const QLocale locale;
     rest_->setText(tr("The first %1 of %2 lines. Copying takes these; printing and exporting take all.")
                        .arg(locale.toString(static_cast<qulonglong>(shown)),
@@ -67,7 +66,7 @@ void ReportView::showLines(bool all) {
 }
 
 void ReportView::refresh() {
-    showLines(showAll_->isHidden() && edit_->blockCount() > static_cast<int>(linesAtFirst));
+    showLines(bar_->isHidden() && edit_->blockCount() > static_cast<int>(linesAtFirst));
 }
 
 void ReportView::copy() {

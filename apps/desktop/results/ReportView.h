@@ -34,6 +34,7 @@ private:
 
     Source source_;
     QPlainTextEdit* edit_;
+    QWidget* bar_;
     QLabel* rest_;
     QPushButton* showAll_;
 };

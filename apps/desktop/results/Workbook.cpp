@@ -61,7 +61,7 @@ Workbook::Workbook(QWidget* parent)
     splitter_->setChildrenCollapsible(false);
     splitter_->setStretchFactor(1, 1);
     const int letter = fontMetrics().averageCharWidth();
-    splitter_->setSizes({34 * letter, 110 * letter});
+    splitter_->setSizes({40 * letter, 110 * letter});
     tree_->hide();
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins({});
@@ -184,11 +184,12 @@ void Workbook::removeRun(int number) {
     if (found == runs_.end()) return;
     Run run = std::move(found->second);
     runs_.erase(found);
-    delete run.item; // another item becomes the current one
+    delete run.item;
     delete run.overview;
     for (OutputView* one : run.views)
         delete one;
     tree_->setVisible(!isEmpty());
+    if (currentRun() < 0 && !isEmpty()) showRun(runs_.rbegin()->first);
     showCurrent();
 }
 

@@ -1,0 +1,126 @@
+#include <QApplication>
+#include <QClipboard>
+#include <QHeaderView>
+#include <QMimeData>
+#include <QTableView>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include "apps/desktop/results/ReportView.h"
+#include "apps/desktop/results/SheetView.h"
+#include "tests/host/results/Books.h"
+
+namespace korvana::desktop {
+namespace {
+
+QItemSelection block(const SheetModel& model, int top, int left, int bottom, int right) {
+    return {model.index(top, left), model.index(bottom, right)};
+}
+
+std::string textOf(const QMimeData& data) {
+    return data.text().toStdString();
+}
+
+TEST(SheetCopy, CellsAreCopiedAtFullPrecisionOrAsShown) {
+    const Spreadsheet sheet = test::smallSheet();
+    const SheetModel model(sheet);
+    const QItemSelection cells = block(model, 0, 0, 2, 3);
+    EXPECT_EQ(textOf(*copiedCells(sheet, cells, {})), "1\t60\tcomplete\t0.3333333333333333\n"
+                                                      "10.5\t-59\tcensored\tinf\n"
+                                                      "\t8\t\t1e-09\n");
+    EXPECT_EQ(textOf(*copiedCells(sheet, cells, {CopyValues::AsShown, true})),
+              "\tSurvival Time\tNumber at Risk\tStatus\tCumulatv Survival\n"
+              "Case 1\t1.000\t60\tcomplete\t0.333333\n"
+              "Case 2\t10.500\t-59\tcensored\tinf\n"
+              "Case 17\t\t8\t\t1e-09\n");
+    EXPECT_EQ(copiedCells(sheet, {}, {}), nullptr);
+}
+
+TEST(SheetCopy, TextsNeverBreakTheTable) {
+    const Spreadsheet sheet = test::smallSheet();
+    const SheetModel model(sheet);
+    const auto data = copiedCells(sheet, block(model, 0, 4, 2, 4), {});
+    EXPECT_EQ(data->text().count('\n'), 3);
+    EXPECT_EQ(data->text().count('\t'), 0);
+    EXPECT_TRUE(data->html().contains("<td>&lt;&amp;"));
+    EXPECT_EQ(data->html().count("<tr>"), 3);
+    EXPECT_EQ(data->html().count("<td>"), 3);
+}
+
+TEST(SheetCopy, RowsAndColumnsWithoutASelectedCellAreLeftOut) {
+    const Spreadsheet sheet = test::smallSheet();
+    const SheetModel model(sheet);
+    QItemSelection cells = block(model, 0, 0, 0, 0);
+    cells.merge(block(model, 2, 1, 2, 1), QItemSelectionModel::Select);
+    EXPECT_EQ(textOf(*copiedCells(sheet, cells, {})), "1\t\n\t8\n");
+}
+
+TEST(SheetView, AMillionRowsAreLookedAtWithoutACopy) {
+    Spreadsheet sheet;
+    std::vector<double> values(1'000'000);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        values[i] = static_cast<double>(i);
+    sheet.columns.push_back({"Cumulatv", "Survival", ozm::CellFormat::integer(), std::move(values)});
+    SheetView view(sheet);
+    view.resize(400, 300);
+    view.show();
+    auto* table = view.findChild<QTableView*>();
+    EXPECT_EQ(table->model()->rowCount(), 1'000'000);
+    table->scrollToBottom();
+    const QModelIndex last = table->model()->index(999'999, 0);
+    EXPECT_TRUE(table->viewport()->rect().contains(table->visualRect(last).center()));
+    EXPECT_EQ(last.data().toString(), "999999");
+    std::get<std::vector<double>>(sheet.columns[0].cells).back() = -7.0;
+    EXPECT_EQ(last.data().toString(), "-7"); // what the column holds, not what it held
+
+    EXPECT_EQ(table->model()->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(),
+              "Cumulatv\nSurvival");
+    EXPECT_GE(table->horizontalHeader()->height(), 2 * table->fontMetrics().height());
+    EXPECT_GE(table->columnWidth(0), table->fontMetrics().horizontalAdvance("999999"));
+    EXPECT_GE(table->verticalHeader()->width(), table->fontMetrics().horizontalAdvance("1000000"));
+}
+
+TEST(SheetView, WholeColumnsAreCopiedWithTheirHeadings) {
+    const Spreadsheet sheet = test::smallSheet();
+    SheetView view(sheet);
+    view.resize(600, 300);
+    view.show();
+    auto* table = view.findChild<QTableView*>();
+    const int x = table->columnViewportPosition(1) + 5;
+    QTest::mouseClick(table->horizontalHeader()->viewport(), Qt::LeftButton, {}, {x, 5});
+    view.copy();
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
+              "\tNumber at Risk\nCase 1\t60\nCase 2\t-59\nCase 17\t8\n");
+    table->setCurrentIndex(table->model()->index(1, 1));
+    view.copy();
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(), "-59\n");
+}
+
+TEST(SheetView, WhateverTheTableHolds) {
+    Spreadsheet sheet; // columns of unequal length, none, and rows with headings only
+    SheetView none(sheet);
+    none.copy();
+    sheet.rowHeadings = {"only a heading"};
+    none.refresh();
+    none.copy();
+    sheet.columns.push_back({"", "", {}, std::vector<double>{}});
+    sheet.columns.push_back({"x", "", {}, std::vector<std::string>{"a", "b", test::kAwkward}});
+    none.refresh();
+    none.copy();
+    EXPECT_EQ(QApplication::clipboard()->text().count('\n'), 4); // headings and three rows
+    none.grab();
+}
+
+TEST(ReportView, OfALongReportTheRestIsShownAtWish) {
+    const std::vector<std::string> lines(ReportView::linesAtFirst + 5, "a line");
+    ReportView view([&lines] { return lines; }, "Report");
+    view.show();
+    view.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
+    EXPECT_EQ(view.text().count('\n') + 1, static_cast<qsizetype>(ReportView::linesAtFirst));
+    QTest::keyClick(&view, Qt::Key_A, Qt::AltModifier); // "Show all lines"
+    EXPECT_EQ(view.text().count('\n') + 1, static_cast<qsizetype>(lines.size()));
+}
+
+} // namespace
+} // namespace korvana::desktop

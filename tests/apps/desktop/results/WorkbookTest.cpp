@@ -1,0 +1,250 @@
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPrinter>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QTreeWidget>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+
+#include "apps/desktop/results/ChartView.h"
+#include "apps/desktop/results/ExportDialog.h"
+#include "apps/desktop/results/OutputExport.h"
+#include "apps/desktop/results/Printing.h"
+#include "apps/desktop/results/ReportView.h"
+#include "apps/desktop/results/Workbook.h"
+#include "tests/host/results/Books.h"
+
+namespace korvana::desktop {
+namespace {
+
+std::string contents(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream out;
+    out << in.rdbuf();
+    return out.str();
+}
+
+class WorkbookTest : public testing::Test {
+protected:
+    WorkbookTest() {
+        workbook_.resize(900, 600);
+        workbook_.show();
+    }
+
+    /// What is shown at the right.
+    template <class View>
+    View* shown() {
+        for (View* view : workbook_.findChildren<View*>())
+            if (view->isVisible()) return view;
+        return nullptr;
+    }
+    std::filesystem::path folder() const { return folder_.path().toStdString(); }
+
+    /// Called once a box or a dialog is open.
+    template <class Dialog, class Answer>
+    void whenOpen(Answer answer) {
+        auto* timer = new QTimer(&workbook_);
+        QObject::connect(timer, &QTimer::timeout, &workbook_, [timer, answer] {
+            auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+            if (dialog == nullptr) return;
+            timer->deleteLater();
+            answer(*dialog);
+        });
+        timer->start(5);
+    }
+
+    Workbook workbook_;
+    QTemporaryDir folder_;
+};
+
+TEST_F(WorkbookTest, ABookIsShownWhileItGrows) {
+    const auto book = std::make_shared<ResultsBook>();
+    EXPECT_TRUE(workbook_.isEmpty());
+    const int run = workbook_.addRun(book, "First run");
+    EXPECT_EQ(workbook_.currentOutput(), -1);
+    book->append(Report{"Summary", {"60 cases"}});
+    workbook_.outputAdded(run);
+    ASSERT_NE(shown<ReportView>(), nullptr);
+    EXPECT_EQ(shown<ReportView>()->text(), "60 cases");
+
+    Spreadsheet repeats = test::smallSheet();
+    repeats.repeatsReport = true;
+    book->append(std::move(repeats));
+    workbook_.outputAdded(run);
+    EXPECT_EQ(workbook_.currentOutput(), 0); // the report says it already
+    book->append(Chart{test::stepChart()});
+    workbook_.outputAdded(run);
+    EXPECT_EQ(workbook_.currentOutput(), 2);
+    EXPECT_NE(shown<ChartView>(), nullptr);
+
+    std::get<Report>(book->outputs[0]).lines.push_back("2 left out");
+    workbook_.outputChanged(run);
+    workbook_.showRun(run);
+    EXPECT_EQ(shown<ReportView>()->text(), "60 cases\n2 left out");
+}
+
+TEST_F(WorkbookTest, TheRunSaysItsMessagesWithNumberAndDetail) {
+    const auto book = std::make_shared<ResultsBook>(test::smallBook());
+    const int run = workbook_.addRun(book, "Run");
+    auto* tree = workbook_.findChild<QTreeWidget*>();
+    tree->setFocus();
+    QTest::keyClick(tree, Qt::Key_Up); // from the first output to the run
+    EXPECT_EQ(workbook_.currentOutput(), -1);
+    const QString text = shown<ReportView>()->text();
+    EXPECT_TRUE(text.contains("Warning 14152: The last time is censored.\n  group 1"));
+    EXPECT_TRUE(text.contains("2 cases were left out."));
+    EXPECT_TRUE(text.contains("1  -120.5"));
+    EXPECT_FALSE(workbook_.exportOutputAction()->isEnabled());
+    book->messages.push_back({7, "One more.", "", {}});
+    workbook_.outputAdded(run);
+    EXPECT_TRUE(shown<ReportView>()->text().contains("Note 7: One more."));
+}
+
+TEST_F(WorkbookTest, RunsAreRemovedWithWhatTheyShow) {
+    const int first = workbook_.addRun(std::make_shared<ResultsBook>(test::smallBook()), "First");
+    const int second = workbook_.addRun(nullptr, "Second");
+    EXPECT_TRUE(workbook_.showOutput(first, 4));
+    EXPECT_FALSE(workbook_.showOutput(first, 5));
+    EXPECT_FALSE(workbook_.showOutput(99, 0));
+    workbook_.removeRun(first);
+    EXPECT_EQ(workbook_.currentRun(), second);
+    workbook_.outputAdded(first); // gone
+    workbook_.clear();
+    EXPECT_TRUE(workbook_.isEmpty());
+    EXPECT_EQ(workbook_.book(second), nullptr);
+    EXPECT_FALSE(workbook_.copyAction()->isEnabled());
+}
+
+TEST_F(WorkbookTest, CopyTakesWhatIsShownFromTheKeyboard) {
+    const int run = workbook_.addRun(std::make_shared<ResultsBook>(test::smallBook()), "Run");
+    workbook_.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&workbook_));
+    workbook_.showOutput(run, 3);
+    auto* tree = workbook_.findChild<QTreeWidget*>();
+    tree->setFocus();
+    QTest::keyClick(tree, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "second report");
+    workbook_.showOutput(run, 1);
+    QTest::keyClick(tree, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(QApplication::clipboard()->text().startsWith("\tSurvival Time\tNumber at Risk"));
+}
+
+TEST_F(WorkbookTest, EditsOfAChartOutliveALookAtOthersAndReachTheFiles) {
+    const int run = workbook_.addRun(std::make_shared<ResultsBook>(test::smallBook()), "Run");
+    workbook_.showOutput(run, 2);
+    ChartEdits edits;
+    edits.title = "Edited title";
+    shown<ChartView>()->setEdits(edits);
+    workbook_.showOutput(run, 0);
+    workbook_.showOutput(run, 2);
+    EXPECT_EQ(shown<ChartView>()->edits().title, "Edited title");
+    QStringList problems;
+    EXPECT_EQ(workbook_.writeRun(run, folder() / "out", FormatSet{}.add(OutputFormat::Svg), problems), 2U);
+    EXPECT_TRUE(problems.isEmpty());
+    EXPECT_NE(contents(folder() / "out" / "edited-title.svg").find("Edited title"), std::string::npos);
+    // The book stays as the analysis left it.
+    EXPECT_EQ(std::get<Chart>(workbook_.book(run)->outputs[2]).info.title, test::stepChart().title);
+}
+
+TEST_F(WorkbookTest, EveryOutputIsWrittenInEachOfItsFormats) {
+    ResultsBook book = test::smallBook();
+    std::get<Spreadsheet>(book.outputs[1]).repeatsReport = true; // asked for, it is written all the same
+    for (std::size_t place = 0; place < 3; ++place) {
+        for (const OutputFormat format : formatsOf(book.outputs[place])) {
+            const auto target = folder() / (std::to_string(place) + "." + endingOf(format));
+            exportOutput(book, place, nullptr, format, target);
+            const std::string bytes = contents(target);
+            EXPECT_GT(bytes.size(), 50U) << target;
+            const bool text = format == OutputFormat::Csv || format == OutputFormat::Html ||
+                              format == OutputFormat::Txt || format == OutputFormat::Json;
+            if (place == 1 && text) {
+                EXPECT_NE(bytes.find("10.5"), std::string::npos) << target;
+            }
+        }
+    }
+    EXPECT_THROW(exportOutput(book, 0, nullptr, OutputFormat::Csv, folder() / "no.csv"), std::runtime_error);
+    EXPECT_THROW(exportOutput(book, 0, nullptr, OutputFormat::Png, folder() / "no.png"), std::runtime_error);
+}
+
+TEST_F(WorkbookTest, OneOutputIsExportedThroughTheFileDialog) {
+    const int run = workbook_.addRun(std::make_shared<ResultsBook>(test::smallBook()), "Run");
+    workbook_.showOutput(run, 1);
+    const QString target = folder_.filePath("mine.csv");
+    whenOpen<QFileDialog>([&target](QFileDialog& dialog) {
+        dialog.findChild<QLineEdit*>()->setText(target);
+        QMetaObject::invokeMethod(&dialog, "accept");
+    });
+    workbook_.exportOutputAction()->trigger();
+    EXPECT_EQ(contents(target.toStdString()).substr(0, 18), "Row,Survival Time,");
+}
+
+TEST_F(WorkbookTest, AFileThatCannotBeWrittenIsSaidWithItsNameAndWhatToDo) {
+    const int run = workbook_.addRun(std::make_shared<ResultsBook>(test::smallBook()), "Run");
+    std::ofstream(folder() / "in-the-way") << "a file";
+    QStringList problems;
+    EXPECT_EQ(workbook_.writeRun(run, folder() / "in-the-way", FormatSet::all(), problems), 0U);
+    ASSERT_EQ(problems.size(), 1);
+    EXPECT_TRUE(problems[0].contains("in-the-way"));
+    EXPECT_TRUE(problems[0].contains("Choose another place"));
+    EXPECT_EQ(contents(folder() / "in-the-way"), "a file");
+
+    QString said;
+    whenOpen<ExportDialog>([this, &said](ExportDialog& dialog) {
+        dialog.findChild<QLineEdit*>()->setText(folder_.filePath("in-the-way"));
+        whenOpen<QMessageBox>([&said](QMessageBox& box) {
+            said = box.text();
+            QTest::keyClick(&box, Qt::Key_Enter);
+        });
+        QTest::keyClick(&dialog, Qt::Key_Enter);
+    });
+    workbook_.exportRunAction()->trigger();
+    EXPECT_TRUE(said.contains("in-the-way"));
+}
+
+TEST(ExportDialogTest, AFormatAndAFolderAreNeeded) {
+    ExportDialog dialog("Run", 2);
+    for (QCheckBox* box : dialog.findChildren<QCheckBox*>())
+        box->setChecked(false);
+    dialog.accept();
+    EXPECT_NE(dialog.result(), QDialog::Accepted);
+    dialog.findChildren<QCheckBox*>().first()->setChecked(true);
+    dialog.findChild<QLineEdit*>()->setText(" ");
+    dialog.accept();
+    EXPECT_NE(dialog.result(), QDialog::Accepted);
+    dialog.findChild<QLineEdit*>()->setText("somewhere");
+    dialog.accept();
+    EXPECT_EQ(dialog.result(), QDialog::Accepted);
+}
+
+TEST(Printing, ABookGoesOntoPagesAsLongAsItNeeds) {
+    const QTemporaryDir folder;
+    const auto pagesOf = [&folder](const std::vector<PrintItem>& items) {
+        const QString target = folder.filePath("print.pdf");
+        QPrinter printer;
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(target);
+        EXPECT_TRUE(print(printer, items, "Title"));
+        const QByteArray bytes = QByteArray::fromStdString(contents(target.toStdString()));
+        return bytes.count("/Type /Page\n");
+    };
+    const std::vector<std::string> lines(200, std::string(300, 'x')); // too wide for any paper
+    EXPECT_EQ(pagesOf({std::vector<std::string>{"one line", test::kAwkward}}), 1);
+    EXPECT_GE(pagesOf({lines}), 4);
+    EXPECT_EQ(pagesOf({Chart{test::stepChart()}, Chart{test::stepChart()}, Chart{test::stepChart()}}), 2);
+    Spreadsheet sheet;
+    sheet.columns.push_back({"x", "", {}, std::vector<double>(5000, 1.0)});
+    const auto printed = std::get<std::vector<std::string>>(printItem(sheet));
+    EXPECT_LT(printed.size(), kMostPrintedRows + 10);
+    EXPECT_NE(printed.back().find("The first 2000 of 5000 rows"), std::string::npos);
+}
+
+} // namespace
+} // namespace korvana::desktop

@@ -1,0 +1,17 @@
+#include <QApplication>
+#include <QSettings>
+#include <QStyleFactory>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    const QTemporaryDir settings; // of the tests alone
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
+    QApplication::setOrganizationName("korvana-tests");
+    QApplication::setApplicationName("desktop-results");
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    return RUN_ALL_TESTS();
+}

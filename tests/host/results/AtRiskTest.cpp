@@ -1,0 +1,74 @@
+#include <QXmlStreamReader>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <map>
+
+#include "host/results/AtRisk.h"
+#include "host/results/ChartRenderer.h"
+#include "tests/host/results/Books.h"
+
+namespace korvana {
+namespace {
+
+TEST(AtRisk, WhoLeavesAtATimeIsStillAtRiskThen) {
+    const std::vector<double> leaving{0.3, 2, 2, 5};
+    EXPECT_EQ(numberAtRisk(leaving, 0, 0), 4);
+    EXPECT_EQ(numberAtRisk(leaving, 0, 2), 3);
+    EXPECT_EQ(numberAtRisk(leaving, 0, 2.5), 1);
+    EXPECT_EQ(numberAtRisk(leaving, 0, 6), 0);
+    EXPECT_EQ(numberAtRisk(leaving, 0, 0.1 + 0.2), 4); // a tick of 0.1 by 0.1, a bit above 0.3
+    EXPECT_EQ(numberAtRisk(leaving, 10, 5), 11);
+    EXPECT_TRUE(std::isnan(numberAtRisk(leaving, 10, 6))); // some of the ten may have left by then
+}
+
+/// x of the middle of each text that is a number, line by line from the top.
+std::map<int, std::map<std::string, double>> numbersOf(const std::string& svg) {
+    std::map<int, std::map<std::string, double>> lines;
+    QXmlStreamReader reader(QByteArray::fromStdString(svg));
+    double dx = 0.0;
+    double dy = 0.0;
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (!reader.isStartElement()) continue;
+        const QString transform = reader.attributes().value("transform").toString();
+        if (transform.startsWith("matrix(")) {
+            const QStringList parts = transform.mid(7, transform.size() - 8).split(',');
+            dx = parts.value(4).toDouble();
+            dy = parts.value(5).toDouble();
+        }
+        if (reader.name() != QStringLiteral("text")) continue;
+        const double x = dx + reader.attributes().value("x").toDouble();
+        const double y = dy + reader.attributes().value("y").toDouble();
+        const std::string text = reader.readElementText(QXmlStreamReader::IncludeChildElements).toStdString();
+        lines[static_cast<int>(std::lround(y))][text] = x;
+    }
+    return lines;
+}
+
+TEST(AtRisk, NumbersStandUnderTheirTicks) {
+    ozm::CChartInfo info = test::stepChart();
+    info.xAxis.min = 0;
+    info.xAxis.max = 10;
+    EXPECT_FALSE(tellsNumbersAtRisk(info));
+    info.series[0].leaving = {1, 3, 5, 5, 7, 9};
+    ASSERT_TRUE(tellsNumbersAtRisk(info));
+    const auto lines = numbersOf(drawChart(info, PictureFormat::Svg, true).bytes);
+    const std::map<std::string, double>* ticks = nullptr;
+    const std::map<std::string, double>* numbers = nullptr;
+    for (const auto& [y, texts] : lines) {
+        if (texts.contains("10") && texts.contains("8")) ticks = &texts;
+        if (texts.contains("Estimate") && texts.contains("6")) numbers = &texts;
+    }
+    ASSERT_NE(ticks, nullptr);
+    ASSERT_NE(numbers, nullptr);
+    for (const auto& [tick, number] : {std::pair{"0", "6"}, {"2", "5"}, {"4", "4"}, {"6", "2"}, {"8", "1"}})
+        EXPECT_NEAR(ticks->at(tick), numbers->at(number), 1.5) << tick;
+    EXPECT_LT(numbers->at("Estimate"), numbers->at("6") - 20);
+    // Not asked for: the picture is what it was without them.
+    ozm::CChartInfo plain = info;
+    plain.series[0].leaving.clear();
+    EXPECT_EQ(drawChart(info, PictureFormat::Svg).bytes, drawChart(plain, PictureFormat::Svg, true).bytes);
+}
+
+} // namespace
+} // namespace korvana

@@ -65,6 +65,11 @@ QString CaseTableModel::cellText(int row, int column) const {
                      labels_);
 }
 
+Qt::Alignment CaseTableModel::alignment(const Variable& variable) const {
+    const bool words = labels_ && !variable.valueLabels.empty();
+    return (words ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter;
+}
+
 QString CaseTableModel::missingText(int variable0, double value) const {
     const Variable& variable = data_->dataSet().variable(variable0);
     if (std::isnan(value)) return tr("missing");
@@ -86,8 +91,7 @@ QVariant CaseTableModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
         return std::isnan(value) ? QStringLiteral(".") : valueText(variable, value, labels_);
     case Qt::TextAlignmentRole: {
-        const bool text = variable.kind == VariableKind::Text && labels_;
-        return QVariant::fromValue(Qt::Alignment((text ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter));
+        return QVariant::fromValue(alignment(variable));
     }
     case MissingRole:
         return variable.isMissing(value);
@@ -107,7 +111,11 @@ QVariant CaseTableModel::data(const QModelIndex& index, int role) const {
 
 QVariant CaseTableModel::columnHeader(int column, int role) const {
     const int variable0 = column - nameColumns();
-    if (variable0 < 0) return role == Qt::DisplayRole ? QVariant(tr("Case")) : QVariant();
+    if (variable0 < 0) {
+        if (role == Qt::TextAlignmentRole)
+            return QVariant::fromValue(Qt::Alignment(Qt::AlignLeft | Qt::AlignVCenter));
+        return role == Qt::DisplayRole ? QVariant(tr("Case")) : QVariant();
+    }
     const Variable& variable = data_->dataSet().variable(variable0);
     switch (role) {
     case Qt::DisplayRole:
@@ -121,8 +129,7 @@ QVariant CaseTableModel::columnHeader(int column, int role) const {
         return text;
     }
     case Qt::TextAlignmentRole:
-        return QVariant::fromValue(Qt::Alignment(
-            (variable.kind == VariableKind::Text ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter));
+        return QVariant::fromValue(alignment(variable));
     case Qt::FontRole: {
         if (data_->weightVariable() != variable0 + 1) return {};
         QFont font;

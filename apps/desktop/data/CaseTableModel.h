@@ -45,6 +45,7 @@ public:
 private:
     [[nodiscard]] bool current() const { return data_ != nullptr && data_->generation() == generation_; }
     [[nodiscard]] bool leftOut(int case0) const;
+    [[nodiscard]] Qt::Alignment alignment(const Variable& variable) const;
     [[nodiscard]] QString missingText(int variable0, double value) const;
     [[nodiscard]] QVariant columnHeader(int column, int role) const;
 

@@ -15,7 +15,7 @@ ConditionEdit::ConditionEdit(QWidget* parent) : QPlainTextEdit(parent) {
     const QMargins margins = contentsMargins();
     setMinimumHeight(fontMetrics().lineSpacing() * 3 + margins.top() + margins.bottom() +
                      static_cast<int>(2 * document()->documentMargin()));
-    setMaximumHeight(minimumHeight() * 2);
+    setMaximumHeight(minimumHeight());
 }
 
 std::string ConditionEdit::expression() const {

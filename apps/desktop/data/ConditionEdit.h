@@ -1,8 +1,8 @@
 #pragma once
 
 #include <QPlainTextEdit>
-#include <string>
 #include <cstddef>
+#include <string>
 
 namespace korvana::desktop {
 

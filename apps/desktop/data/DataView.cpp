@@ -57,7 +57,6 @@ DataView::DataView(QWidget* parent)
     auto* copyNamed = new QAction(tr("Copy with &Names"), this);
     copyNamed->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C));
     auto* ask = new QAction(tr("&Go to Case"), this);
-    ask->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_G));
     for (QAction* action : {copyCells, copyNamed, ask}) {
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
         table_->addAction(action);
@@ -85,6 +84,7 @@ DataView::DataView(QWidget* parent)
             });
 
     auto* below = new QHBoxLayout;
+    below->setContentsMargins(fontMetrics().averageCharWidth(), 0, 0, 0);
     below->addWidget(state_, 1);
     below->addWidget(caseLabel_);
     below->addWidget(case_);
@@ -103,6 +103,9 @@ void DataView::setData(const ActiveData* active) {
         active == nullptr || active != model_->active() || active->generation() != generation_;
     model_->show(active);
     generation_ = active != nullptr ? active->generation() : 0;
+    // The header would walk through all rows, at each repaint, to tell whether a column is selected.
+    constexpr int mostHighlighted = 200'000;
+    table_->horizontalHeader()->setHighlightSections(model_->rowCount() <= mostHighlighted);
     if (another) fitColumns();
     showState();
     if (another && model_->rowCount() > 0) table_->setCurrentIndex(model_->index(0, 0));

@@ -30,7 +30,7 @@ public:
 
     /// Makes a case, counted from 1, the current one and scrolls to it. Beyond the data: the last one.
     void goToCase(int case1);
-    /// Puts the keyboard into the field that asks for a case.
+    /// Puts the keyboard into the field that asks for a case. The key for it belongs to the window.
     void askForCase();
 
     /// The selected cells as they are shown, as text with tabs between columns.

@@ -87,7 +87,7 @@ SelectionDialog::SelectionDialog(ActiveData& active, QWidget* parent)
     layout->setRowStretch(4, 1);
     layout->setColumnStretch(0, 3);
     layout->setColumnStretch(1, 2);
-    resize(fontMetrics().averageCharWidth() * 84, fontMetrics().height() * 28);
+    resize(fontMetrics().averageCharWidth() * 84, fontMetrics().height() * 30);
 
     condition_->setPlainText(QString::fromStdString(data_.condition()));
     condition_->moveCursor(QTextCursor::End);

@@ -100,7 +100,7 @@ QVariant VariableTableModel::data(const QModelIndex& index, int role) const {
     case Qt::EditRole:
         return text(index.row(), index.column());
     case Qt::TextAlignmentRole: {
-        const bool number = index.column() == MissingCode || index.column() >= Cases;
+        const bool number = index.column() >= Cases;
         return QVariant::fromValue(
             Qt::Alignment((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter));
     }
@@ -177,7 +177,7 @@ QVariant VariableTableModel::headerData(int section, Qt::Orientation orientation
     if (section < 0 || section >= columns) return {};
     if (role == Qt::DisplayRole) return tr(titles.at(static_cast<std::size_t>(section)));
     if (role == Qt::TextAlignmentRole) {
-        const bool number = section == MissingCode || section >= Cases;
+        const bool number = section >= Cases;
         return QVariant::fromValue(
             Qt::Alignment((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter));
     }

@@ -114,10 +114,12 @@ void VariablesView::fitRows() {
 void VariablesView::fitColumns() {
     table_->resizeColumnsToContents();
     const int wide = table_->fontMetrics().averageCharWidth() * 40;
+    const int gap = table_->fontMetrics().averageCharWidth();
     const int label = table_->fontMetrics().averageCharWidth() * 16; // room to write one
     for (int column = 0; column < model_->columnCount(); ++column) {
         const bool written = column == VariableTableModel::Label || column == VariableTableModel::ValueLabels;
-        table_->setColumnWidth(column, std::clamp(table_->columnWidth(column), written ? label : 0, wide));
+        table_->setColumnWidth(column,
+                               std::clamp(table_->columnWidth(column) + gap, written ? label : 0, wide));
     }
 }
 

@@ -91,6 +91,15 @@ TEST(Describe, SummariesAndCodes) {
     EXPECT_EQ(none.validCount, 0);
     EXPECT_TRUE(std::isnan(none.min));
     EXPECT_THROW(describeVariable(data, 0, std::vector<std::uint8_t>{1}), std::invalid_argument);
+
+    VariableDescriber pieces(data, 0, std::vector<std::uint8_t>{});
+    EXPECT_TRUE(pieces.advance(2));
+    EXPECT_TRUE(pieces.advance(2));
+    EXPECT_FALSE(pieces.advance(2));
+    EXPECT_FALSE(pieces.advance(2));
+    const VariableSummary joined = pieces.take();
+    EXPECT_EQ(joined.missingCount, 2);
+    EXPECT_EQ(codesText(joined.distinct), codesText(x.distinct));
 }
 
 TEST(CaseWeights, CountsWhatIsNoWeight) {

@@ -116,6 +116,13 @@ TEST(Expression, Selections) {
             mask += selected != 0 ? '1' : '0';
         EXPECT_EQ(mask, expected) << text;
         EXPECT_EQ(selection.selectedCount, std::count(mask.begin(), mask.end(), '1')) << text;
+
+        SelectionPass pass(data, text);
+        EXPECT_TRUE(pass.advance(3)) << text;
+        EXPECT_EQ(pass.casesDone(), 3U);
+        EXPECT_FALSE(pass.advance(3)) << text;
+        EXPECT_EQ(pass.selection().missingCount, selection.missingCount) << text;
+        EXPECT_EQ(pass.take().mask, selection.mask) << text;
     }
     EXPECT_EQ(selectCases(data, "age > 45").missingCount, 1);
     try {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <stop_token>
 #include <string>
 #include <thread>
 #include <vector>
@@ -115,6 +116,16 @@ TEST(ReadErrors, LimitsOfSize) {
     EXPECT_EQ(readTuned("a\n1\n2\n3\n", {1, 100, 3}).caseCount(), 3);
     const std::string wide(32766, ',');
     EXPECT_THROW(readText("x" + wide + "\n1" + wide + "\n"), DataError);
+}
+
+TEST(ReadErrors, AReaderAskedToStopStops) {
+    std::stop_source source;
+    ReadOptions options;
+    options.stop = source.get_token();
+    EXPECT_EQ(readText("a\n1\n", options).caseCount(), 1);
+    source.request_stop();
+    EXPECT_THROW(readText("a\n1\n", options), ReadingStopped);
+    EXPECT_THROW(readText("a\n1\n2,3\n", options), ReadingStopped) << "what is wrong with it does not matter";
 }
 
 TEST(ReadErrors, APipeIsReadLikeAFile) {

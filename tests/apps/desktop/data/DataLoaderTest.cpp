@@ -1,0 +1,150 @@
+#include "apps/desktop/data/DataLoader.h"
+
+#include "apps/desktop/data/RecentFiles.h"
+#include "tests/apps/desktop/data/Trial.h"
+
+#include <QMenu>
+#include <QMimeData>
+#include <QProgressDialog>
+#include <QSignalSpy>
+#include <QTimer>
+#include <QUrl>
+
+#include <sys/stat.h>
+
+namespace korvana::desktop {
+namespace {
+
+QByteArray manyRows(int rows) {
+    QByteArray text("a,b,c\n");
+    for (int i = 0; i < rows; ++i)
+        text += QByteArray::number(i) + ",some text that is read twice,3.5\n";
+    return text;
+}
+
+struct Signals {
+    explicit Signals(const DataLoader& loader)
+        : loaded(&loader, &DataLoader::loaded), failed(&loader, &DataLoader::failed),
+          cancelled(&loader, &DataLoader::cancelled) {}
+    qsizetype count() const { return loaded.size() + failed.size() + cancelled.size(); }
+
+    QSignalSpy loaded;
+    QSignalSpy failed;
+    QSignalSpy cancelled;
+};
+
+TEST(DataLoader, TellsOnceHowALoadEnded) {
+    const Folder folder;
+    DataLoader loader;
+    Signals told(loader);
+    loader.load(folder.write("small.csv", "a\n1\n2\n"));
+    EXPECT_TRUE(loader.isLoading());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return told.count() > 0; }));
+    EXPECT_EQ(told.loaded.size(), 1);
+    EXPECT_EQ(loader.take()->caseCount(), 2);
+    EXPECT_FALSE(loader.take().has_value());
+
+    loader.load(folder.write("torn.csv", "a,b\n1,2\n3\n"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return told.failed.size() == 1; }));
+    EXPECT_TRUE(told.failed.at(0).at(0).toString().contains("torn.csv:3:"));
+
+    loader.load(folder.write("big.csv", manyRows(300'000)));
+    loader.cancel();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return told.count() == 3; }));
+    // A load may have ended just before it was cancelled; whichever it was, the data say the same.
+    EXPECT_EQ(told.cancelled.size(), loader.take().has_value() ? 0 : 1);
+
+    loader.load(folder.path("big.csv"));
+    loader.load(folder.path("small.csv"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return told.count() == 4; }));
+    EXPECT_EQ(loader.take()->caseCount(), 2);
+    QTest::qWait(20);
+    EXPECT_EQ(told.count(), 4);
+    loader.load(folder.path("big.csv")); // and goes away
+}
+
+TEST(OpenDataFile, KeepsTheDataBeforeWhenItFails) {
+    const Folder folder;
+    ActiveData data;
+    openTrial(data);
+    data.select("age > 60");
+    QString error;
+    EXPECT_FALSE(openDataFile(data, folder.path("gone.csv"), &error));
+    EXPECT_TRUE(error.contains("gone.csv: there is no such file")) << error.toStdString();
+    EXPECT_FALSE(openDataFile(data, QDir::tempPath(), &error));
+    EXPECT_TRUE(error.contains("folder")) << error.toStdString();
+    const QString pipe = folder.path("pipe");
+    ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    EXPECT_FALSE(openDataFile(data, pipe, &error));
+    EXPECT_TRUE(error.contains("pipe")) << error.toStdString();
+    EXPECT_EQ(data.selectedCount(), 2);
+
+    EXPECT_TRUE(openDataFile(data, folder.write(QStringLiteral("\u00e4 b.csv"), "a\n1\n"), &error));
+    EXPECT_EQ(error, "");
+    EXPECT_EQ(data.condition(), "");
+    EXPECT_EQ(data.dataSet().caseCount(), 1);
+}
+
+TEST(OpenDataFile, ABigFileLeavesTheProgramAliveAndCanBeCancelled) {
+    const Folder folder;
+    const QString file = folder.write("big.csv", manyRows(2'000'000));
+    ActiveData data;
+    openTrial(data);
+    bool seen = false;
+    QTimer pulse;
+    QObject::connect(&pulse, &QTimer::timeout, [&] {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            auto* const busy = qobject_cast<QProgressDialog*>(widget);
+            if (busy == nullptr || !busy->isVisible()) continue;
+            seen = true;
+            busy->cancel();
+        }
+    });
+    pulse.start(1);
+    QString error("as before");
+    const bool read = openDataFile(data, file, &error);
+    EXPECT_EQ(error, "");
+    // A machine may read it before anyone can look or cancel; what is there is then all of it.
+    EXPECT_TRUE(read || seen);
+    EXPECT_EQ(data.dataSet().caseCount(), read ? 2'000'000 : 4);
+}
+
+TEST(OpenDataFile, TakesTheFirstLocalFileThatIsDropped) {
+    QMimeData mime;
+    EXPECT_EQ(droppedFile(nullptr), "");
+    EXPECT_EQ(droppedFile(&mime), "");
+    mime.setUrls({QUrl("https://example.org/a.csv"), QUrl::fromLocalFile("/tmp/a b.csv")});
+    EXPECT_EQ(droppedFile(&mime), "/tmp/a b.csv");
+}
+
+TEST(RecentFiles, NewestFirstAndRememberedOnce) {
+    const Folder folder;
+    const QString settings = folder.path("settings.ini");
+    QMenu menu;
+    {
+        RecentFiles recent(settings);
+        recent.fill(menu, {});
+        EXPECT_FALSE(menu.actions().at(0)->isEnabled());
+        for (int i = 0; i < RecentFiles::most + 3; ++i)
+            recent.add(QStringLiteral("/data/%1/trial & error.csv").arg(i));
+        recent.add("/data/5/../5/trial & error.csv");
+        recent.add("relative.csv");
+        recent.remove("/data/12/trial & error.csv");
+    }
+    RecentFiles recent(settings);
+    EXPECT_EQ(recent.files().size(), RecentFiles::most - 1);
+    EXPECT_EQ(recent.files().at(0), QDir::current().absoluteFilePath("relative.csv"));
+    EXPECT_EQ(recent.files().at(1), "/data/5/trial & error.csv");
+    EXPECT_EQ(recent.files().count("/data/5/trial & error.csv"), 1);
+
+    QString opened;
+    recent.fill(menu, [&](const QString& path) { opened = path; });
+    EXPECT_TRUE(menu.actions().at(1)->text().contains("trial && error.csv \u2013 /data/5"));
+    menu.actions().at(1)->trigger();
+    EXPECT_EQ(opened, "/data/5/trial & error.csv");
+    menu.actions().back()->trigger();
+    EXPECT_TRUE(recent.files().isEmpty());
+}
+
+} // namespace
+} // namespace korvana::desktop

@@ -1,0 +1,161 @@
+#include "apps/desktop/data/SelectionDialog.h"
+
+#include "apps/desktop/data/ConditionEdit.h"
+#include "apps/desktop/data/ExpressionPieces.h"
+#include "apps/desktop/data/VariableChooser.h"
+#include "tests/apps/desktop/data/Trial.h"
+
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QListWidget>
+#include <QPushButton>
+
+namespace korvana::desktop {
+namespace {
+
+class Selecting : public testing::Test {
+protected:
+    Selecting() { openTrial(data); }
+
+    void openDialog() {
+        dialog = std::make_unique<SelectionDialog>(data);
+        condition = dialog->findChild<ConditionEdit*>();
+        variables = dialog->findChild<VariableChooser*>();
+        codes = dialog->findChild<QListWidget*>();
+        dialog->show();
+    }
+
+    bool says(const QString& part) const {
+        return QTest::qWaitFor([&] {
+            for (const QLabel* label : dialog->findChildren<QLabel*>())
+                if (label->text().contains(part)) return true;
+            return false;
+        });
+    }
+
+    void pressOk() const {
+        QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok),
+                          Qt::LeftButton);
+    }
+
+    bool accepted() const { return !dialog->isVisible() && dialog->result() == QDialog::Accepted; }
+
+    ActiveData data;
+    std::unique_ptr<SelectionDialog> dialog;
+    ConditionEdit* condition = nullptr;
+    VariableChooser* variables = nullptr;
+    QListWidget* codes = nullptr;
+};
+
+TEST_F(Selecting, ByTypingWithTheCountShown) {
+    openDialog();
+    EXPECT_TRUE(says("All 4 cases take part"));
+    QTest::keyClicks(condition, "`white cells` > 2");
+    EXPECT_TRUE(says("2 of 4 cases selected. 1 case left out"));
+    QTest::keyClick(condition, Qt::Key_Return); // the dialog's default button
+    EXPECT_TRUE(accepted());
+    EXPECT_EQ(data.condition(), "`white cells` > 2");
+    EXPECT_EQ(data.selectedCount(), 2);
+
+    openDialog();
+    EXPECT_TRUE(says("2 of 4 cases selected"));
+    condition->setPlainText("age > 0");
+    QTest::keyClick(condition, Qt::Key_Escape);
+    EXPECT_EQ(data.selectedCount(), 2);
+
+    openDialog();
+    condition->setPlainText(" \n");
+    pressOk();
+    EXPECT_EQ(data.condition(), "");
+    EXPECT_TRUE(data.mask().empty());
+}
+
+TEST_F(Selecting, ByInsertingVariablesAndTheirValues) {
+    openDialog();
+    QTest::keyClicks(variables->search(), "stat");
+    QTest::keyClick(variables->search(), Qt::Key_Return);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return codes->count() == 3; })); // two values and the missing ones
+    EXPECT_EQ(codes->item(1)->text(), "1 = dead   (2)");
+    EXPECT_TRUE(condition->hasFocus() || condition->toPlainText() == "status");
+    codes->setCurrentRow(1);
+    QTest::keyClick(codes, Qt::Key_Return);
+    EXPECT_EQ(condition->toPlainText(), "status = 1");
+    QTest::keyClicks(condition, " and");
+    variables->search()->clear();
+    variables->setCurrent(1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return codes->count() == 2; }));
+    codes->setCurrentRow(0);
+    emit codes->itemDoubleClicked(codes->item(0));
+    EXPECT_EQ(condition->toPlainText(), "status = 1 and sex = 'female'");
+    pressOk();
+    EXPECT_EQ(data.selectedCount(), 1);
+}
+
+TEST_F(Selecting, AFaultIsMarkedWhereItStands) {
+    openDialog();
+    condition->setPlainText(QStringLiteral("sex = 'm\u00e4le' or agee > 3"));
+    pressOk();
+    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_TRUE(says("'m\u00e4le'"));
+    EXPECT_EQ(condition->markedAt(), 6);
+    condition->setPlainText(QStringLiteral("sex <> '\u00e4\u00f6' or agee > 3"));
+    condition->setPlainText(QStringLiteral("age > 1 or missing(sex) or agee > 3"));
+    pressOk();
+    EXPECT_TRUE(says("did you mean 'age'"));
+    EXPECT_EQ(condition->markedAt(), 27);
+    EXPECT_EQ(condition->textCursor().position(), 27);
+    EXPECT_EQ(condition->extraSelections().at(0).cursor.selectedText(), "agee");
+    condition->setPlainText("age >");
+    pressOk();
+    EXPECT_EQ(condition->extraSelections().at(0).cursor.selectedText(), ">");
+    QTest::keyClicks(condition, " 3");
+    EXPECT_EQ(condition->markedAt(), -1);
+    EXPECT_TRUE(data.condition().empty());
+
+    condition->setPlainText("1 / (age - 70) < 0"); // understood, but without a value for one case
+    pressOk();
+    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_TRUE(says("case 3 (Cyd)"));
+}
+
+TEST_F(Selecting, OkWaitsUntilManyCasesAreCounted) {
+    constexpr int cases = 3'000'000;
+    data.open(numbers(cases));
+    openDialog();
+    condition->setPlainText("x < 1000000 or x = 2999999");
+    pressOk();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return accepted(); }, 60'000));
+    EXPECT_EQ(data.selectedCount(), 1'000'001);
+    EXPECT_EQ(data.mask()[cases - 1], 1);
+
+    openDialog();
+    condition->setPlainText("x < 5");
+    pressOk();
+    dialog->reject(); // while it is counting
+    EXPECT_EQ(data.selectedCount(), 1'000'001);
+}
+
+TEST(ExpressionPieces, SelectTheCasesThatHaveTheValue) {
+    ActiveData data;
+    open(data, "age,and,Pi,it`s,min,d\u00e9j\u00e0,a b,9x,day\n"
+               "-1.5,1,x'y,1,2,1e300,\"a,b\",7,1995-01-01\n"
+               "2,2,O\"K,2,3,2,it's,8,1996-01-01\n");
+    const DataSet& set = data.dataSet();
+    for (int v = 0; v < set.variableCount(); ++v) {
+        for (std::size_t i = 0; i < 2; ++i) {
+            const QString piece = comparisonPiece(set.variable(v), set.column(v)[i], {});
+            const CaseSelection selected = selectCases(set, piece.toStdString());
+            EXPECT_EQ(selected.mask[i], 1) << piece.toStdString();
+            EXPECT_EQ(selected.selectedCount, 1) << piece.toStdString();
+        }
+    }
+    const Variable& age = set.variable(0);
+    EXPECT_EQ(comparisonPiece(age, 2, "age"), "= 2");
+    EXPECT_EQ(comparisonPiece(age, 2, "Pi = 'age' and not age >="), "2");
+    EXPECT_EQ(comparisonPiece(age, 2, "dosage"), "age = 2");
+}
+
+} // namespace
+} // namespace korvana::desktop

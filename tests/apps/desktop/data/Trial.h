@@ -1,0 +1,56 @@
+#pragma once
+
+#include "apps/desktop/data/DataLoader.h"
+#include "host/session/ActiveData.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace korvana::desktop {
+
+/// A folder for the files of one test.
+class Folder {
+public:
+    QString write(const QString& name, const QByteArray& content) const {
+        QFile file(path(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        return file.fileName();
+    }
+    QString path(const QString& name) const { return folder_.filePath(name); }
+
+private:
+    QTemporaryDir folder_;
+};
+
+inline void open(ActiveData& data, const QByteArray& content) {
+    const Folder folder;
+    QString error;
+    ASSERT_TRUE(openDataFile(data, folder.write(QStringLiteral("trial.csv"), content), &error))
+        << error.toStdString();
+}
+
+/// Numbers with labels and a missing code, texts, dates, case names, a name that is no word.
+inline void openTrial(ActiveData& data) {
+    open(data, ",age,sex,entry,status,white cells\n"
+               "Ada,51,female,1995-01-10,0,1.5\n"
+               "Ben,62,male,1996-02-29,1,NA\n"
+               "Cyd,70,male,,9,3.25\n"
+               "Dora,48,female,2001-12-31,1,4\n");
+    data.describe(3, "alive or dead", 9, {{0, "alive"}, {1, "dead"}});
+}
+
+inline DataSet numbers(int cases) {
+    DataSet data("numbers.csv", cases);
+    Column column(static_cast<std::size_t>(cases));
+    for (int i = 0; i < cases; ++i)
+        column.data()[i] = i;
+    Variable variable;
+    variable.name = "x";
+    data.addVariable(std::move(variable), std::move(column));
+    return data;
+}
+
+} // namespace korvana::desktop

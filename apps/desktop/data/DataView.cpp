@@ -42,6 +42,7 @@ DataView::DataView(QWidget* parent)
       nothing_(new QLabel(this)), state_(new QLabel(this)), caseLabel_(new QLabel(tr("&Go to case"), this)),
       case_(new QSpinBox(this)) {
     table_->setModel(model_);
+    noSelection_ = new QItemSelectionModel(model_, this);
     table_->setItemDelegate(new CellDelegate(table_));
     table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
@@ -103,9 +104,11 @@ void DataView::setData(const ActiveData* active) {
         active == nullptr || active != model_->active() || active->generation() != generation_;
     model_->show(active);
     generation_ = active != nullptr ? active->generation() : 0;
-    // The header would walk through all rows, at each repaint, to tell whether a column is selected.
+    // To show which columns are selected, the header asks its selection at each repaint, and that walks
+    // through all rows. With many of them it gets a selection of its own, which stays empty.
     constexpr int mostHighlighted = 200'000;
-    table_->horizontalHeader()->setHighlightSections(model_->rowCount() <= mostHighlighted);
+    table_->horizontalHeader()->setSelectionModel(
+        model_->rowCount() > mostHighlighted ? noSelection_ : table_->selectionModel());
     if (another) fitColumns();
     showState();
     if (another && model_->rowCount() > 0) table_->setCurrentIndex(model_->index(0, 0));

@@ -7,6 +7,7 @@
 class QLabel;
 class QSpinBox;
 class QTableView;
+class QItemSelectionModel;
 
 namespace korvana::desktop {
 
@@ -50,6 +51,7 @@ private:
 
     CaseTableModel* model_;
     QTableView* table_;
+    QItemSelectionModel* noSelection_ = nullptr;
     QLabel* nothing_; ///< in place of the table while there are no data
     QLabel* state_;
     QLabel* caseLabel_;

@@ -148,11 +148,11 @@ TEST(DataView, ReachesCasesBeyondTheRowsOfATable) {
     EXPECT_EQ(view.table()->model()->headerData(last.row(), Qt::Vertical).toInt(), cases);
 }
 
-TEST(DataView, OutlivesItsData) {
+TEST(DataView, StandsOtherDataAndNone) {
+    ActiveData data;
     DataView view;
     view.setData(nullptr);
     view.goToCase(1);
-    ActiveData data;
     view.setData(&data);
     openTrial(data);
     view.setData(&data);

@@ -86,6 +86,8 @@ struct StoppingProgress final : SessionProgress {
 };
 
 TEST(FaultsTest, AStopAtAnyPollIsQuiet) {
+    // The run asks once per case; a stop behind it leaves out the output that was being made.
+    constexpr int cases = 23;
     int n = 1;
     for (bool clean = false; !clean; ++n) {
         SessionParts parts;
@@ -96,13 +98,13 @@ TEST(FaultsTest, AStopAtAnyPollIsQuiet) {
         Session session(loadSurvivalModule(), options);
         const bool reached = runAll(session);
         clean = !progress.fault.hit;
-        EXPECT_EQ(reached, clean) << "poll " << n;
+        EXPECT_EQ(reached, n > cases) << "poll " << n;
         EXPECT_TRUE(session.book().messages.empty()) << "poll " << n;
         session.close();
         EXPECT_EQ(session.outstandingAllocations(), 0U) << "poll " << n;
         ASSERT_LT(n, 10000);
     }
-    EXPECT_GT(n, 23) << "every case is polled";
+    EXPECT_GT(n, cases) << "every case is polled";
 }
 
 struct RefusingCharts final : SessionCharts {

@@ -49,8 +49,10 @@ DialogView::DialogView(ozm::CAnalysisDialog& dialog, QWidget* parent) : QDialog(
 }
 
 DialogView::~DialogView() {
-    // Fields that lose the focus as they go must not write any more.
+    // A field that loses the focus writes what was typed. That must happen now, while there is somebody to
+    // ask, and to a model that is let go: closing a window takes nothing.
     detach();
+    if (QWidget* focused = focusWidget()) focused->clearFocus();
 }
 
 void DialogView::detach() {

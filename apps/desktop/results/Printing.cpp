@@ -42,12 +42,15 @@ public:
         std::size_t columns = 1;
         for (const std::string& line : lines)
             columns = std::max(columns, textWidth(line));
-        const double unit = metrics(fixedFont(kLetters)).horizontalAdvance('m');
-        const double fitting = kLetters * area_.width() / (unit * static_cast<double>(columns));
-        const QFont font = fixedFont(std::clamp(fitting, kSmallest, kLetters));
-        const QFontMetricsF measure = metrics(font);
+        double size = kLetters;
+        QFontMetricsF measure = metrics(fixedFont(size));
+        // Letters widen in steps as they grow, so the size that fits is sought and not computed.
+        while (size > kSmallest &&
+               measure.horizontalAdvance('m') * static_cast<double>(columns) > area_.width())
+            measure = metrics(fixedFont(size = std::max(kSmallest, 0.98 * size)));
+        const QFont font = fixedFont(size);
         const auto most =
-            static_cast<qsizetype>(std::max(1.0, area_.width() / measure.horizontalAdvance('m')));
+            static_cast<qsizetype>(std::max(1.0, area_.width() / measure.horizontalAdvance('m') + 1e-9));
         for (const std::string& line : lines) {
             const QString text = QString::fromStdString(oneLine(line));
             for (qsizetype from = 0; from == 0 || from < text.size(); from += most) {

@@ -238,6 +238,8 @@ TEST(Printing, ABookGoesOntoPagesAsLongAsItNeeds) {
     const std::vector<std::string> lines(200, std::string(300, 'x')); // too wide for any paper
     EXPECT_EQ(pagesOf({std::vector<std::string>{"one line", test::kAwkward}}), 1);
     EXPECT_GE(pagesOf({lines}), 4);
+    for (const std::size_t width : {95U, 103U, 110U, 118U}) // set smaller, but not broken
+        EXPECT_EQ(pagesOf({std::vector<std::string>(50, std::string(width, 'x'))}), 1) << width;
     EXPECT_EQ(pagesOf({Chart{test::stepChart()}, Chart{test::stepChart()}, Chart{test::stepChart()}}), 2);
     Spreadsheet sheet;
     sheet.columns.push_back({"x", "", {}, std::vector<double>(5000, 1.0)});

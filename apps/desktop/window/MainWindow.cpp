@@ -65,7 +65,8 @@ void MainWindow::buildMenus(const QString& noAnalysis) {
     connect(recentMenu_, &QMenu::aboutToShow, this,
             [this] { recent_.fill(*recentMenu_, [this](const QString& path) { openFile(path); }); });
     file->addSeparator();
-    file->addActions(workbook_->menuActions());
+    file->addActions({workbook_->exportOutputAction(), workbook_->exportRunAction(), workbook_->printAction(),
+                      workbook_->printPreviewAction()});
     file->addSeparator();
     file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
 
@@ -97,6 +98,13 @@ void MainWindow::buildMenus(const QString& noAnalysis) {
         startAction_->setEnabled(false);
         statusBar()->showMessage(noAnalysis.section(QLatin1Char('\n'), 0, 0));
     }
+
+    QMenu* results = menuBar()->addMenu(tr("&Results"));
+    connect(results, &QMenu::aboutToShow, this, [this, results] {
+        // What there is to do depends on the output that is shown.
+        results->clear();
+        results->addActions(workbook_->menuActions());
+    });
 
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("&About Korvana"), this, &MainWindow::about);
@@ -133,6 +141,7 @@ void MainWindow::showData() {
     const ActiveData& active = runner_->data();
     dataView_->setData(&runner_->data());
     variablesView_->setData(&runner_->data());
+    if (DialogView* view = runner_->currentView(); view != nullptr && !view->isBusy()) view->refreshData();
     const QString name = QString::fromStdString(active.dataSet().fileName());
     setWindowTitle(name.isEmpty() ? tr("Korvana") : tr("%1 - Korvana").arg(name));
     QStringList parts;

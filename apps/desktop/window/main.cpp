@@ -4,9 +4,23 @@
 #include <QCommandLineParser>
 #include <QIcon>
 
+#include <algorithm>
 #include <clocale>
+#include <string_view>
+
+namespace {
+
+/// Questions that need no screen are answered without one.
+bool asksForText(int argc, char* argv[]) {
+    return std::any_of(argv + 1, argv + std::max(argc, 1), [](std::string_view word) {
+        return word == "--help" || word == "-h" || word == "--version" || word == "-v";
+    });
+}
+
+} // namespace
 
 int main(int argc, char* argv[]) {
+    if (asksForText(argc, argv)) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     // Numbers in files are written with a point, whatever the user's locale.
     std::setlocale(LC_NUMERIC, "C");

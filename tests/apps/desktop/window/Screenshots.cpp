@@ -1,6 +1,9 @@
 // Pictures of the window and of each dialog, for the manual: Screenshots FOLDER. Offscreen, so that they look
 // the same on every machine with the same fonts.
 
+#include "apps/desktop/data/SelectionDialog.h"
+#include "apps/desktop/data/VariablesView.h"
+#include "apps/desktop/data/WeightsDialog.h"
 #include "apps/desktop/dialogs/DialogView.h"
 #include "apps/desktop/results/Workbook.h"
 #include "apps/desktop/window/AnalysisRunner.h"
@@ -8,6 +11,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QTabWidget>
 #include <QTest>
 
 #include <iostream>
@@ -62,6 +66,21 @@ int main(int argc, char* argv[]) {
     press(window, 1101);
     press(window, 1103);
     take(window, QStringLiteral("window"));
+    for (QTabWidget* tabs : window.findChildren<QTabWidget*>()) {
+        const int variables = tabs->indexOf(window.findChild<VariablesView*>());
+        if (variables >= 0) tabs->setCurrentIndex(variables);
+    }
+    QTest::qWait(300); // counts come while the program is idle
+    take(window, QStringLiteral("window-variables"));
+
+    window.runner().data().select("celltype = 'squamous' and age >= 60");
+    SelectionDialog selection(window.runner().data(), &window);
+    selection.show();
+    QTest::qWait(600);
+    take(selection, QStringLiteral("dialog-select-cases"));
+    WeightsDialog weights(window.runner().data(), &window);
+    weights.show();
+    take(weights, QStringLiteral("dialog-case-weights"));
     QFile::remove(folder.filePath(QStringLiteral(".settings.ini")));
     return 0;
 }

@@ -22,15 +22,24 @@ int OpenStep(CAnalysisSupport& analysis, State&... state) {
     return CAnalysisModelessDialog::CreateAnalysisDialog(std::move(dialog)) ? StepInProgress : StepEnd;
 }
 
+/// Ends the sequence, and says so: a step that vanished without a word would look like a Cancel.
+int EndUnexpectedly(CAnalysisSupport& analysis, const char* why) noexcept {
+    try {
+        analysis.DspMessageBox(MessageStyle::Error, nullptr, StrUnexpectedError, why);
+    } catch (...) { // NOLINT(bugprone-empty-catch): nothing is left to tell it with
+    }
+    return StepEnd;
+}
+
 /// The ladder at the module's boundary: no exception leaves a step.
 template <StepFunction Step>
 int Guarded(CAnalysisSupport& analysis) {
     try {
         return Step(analysis);
-    } catch (const std::exception&) {
-        return StepEnd;
+    } catch (const std::exception& error) {
+        return EndUnexpectedly(analysis, error.what());
     } catch (...) {
-        return StepEnd;
+        return EndUnexpectedly(analysis, "");
     }
 }
 

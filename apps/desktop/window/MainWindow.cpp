@@ -193,8 +193,10 @@ bool MainWindow::loadFile(const QString& path) {
 bool MainWindow::openFile(const QString& path) {
     if (runner_->isBusy() || !loadFile(path)) return false;
     runner_->dataReplaced();
+    QStringList notes;
     for (const std::string& note : runner_->data().notes())
-        statusBar()->showMessage(QString::fromStdString(note));
+        notes << QString::fromStdString(note);
+    statusBar()->showMessage(notes.join(QStringLiteral("  |  ")));
     return true;
 }
 

@@ -1,6 +1,7 @@
 #include "module/frame/Lum6NewAnalysis.h"
 #include "module/frame/SurvivalState.h"
 #include "module/resources/StringIds.h"
+#include "tests/module/FailingNew.h"
 #include "tests/module/kaplan/KaplanFixture.h"
 
 #include <gtest/gtest.h>
@@ -93,6 +94,24 @@ TEST_F(KaplanFixture, SpecificationChecksLeaveTheDialogOpen) {
 TEST_F(KaplanFixture, ADialogThatCannotBeCreatedEndsTheSequence) {
     host.refuseDialogs = true;
     EXPECT_EQ(host.Go(analysis, StepInitialize), 0);
+}
+
+TEST_F(KaplanFixture, AStepWithoutMemoryEndsAndSaysSo) {
+    int ended = 0;
+    for (long n = 1;; ++n) {
+        ASSERT_LT(n, 1000);
+        host.messages.clear();
+        test::failingNew = n;
+        const int step = host.Go(analysis, StepStart);
+        const bool through = test::failingNew > 0;
+        test::failingNew = 0;
+        if (through) break;
+        if (step != StepEnd) continue; // it struck the dialog while it opened, which then stays as it is
+        ++ended;
+        ASSERT_EQ(host.messages.size(), 1U) << "allocation " << n;
+        EXPECT_EQ(host.messages[0].id, StrUnexpectedError);
+    }
+    EXPECT_GT(ended, 0);
 }
 
 TEST_F(KaplanFixture, DestroyingTheAnalysisReleasesItsResults) {

@@ -14,6 +14,11 @@ enum class Status : std::int16_t {
     TooFewUncensored = 7,
     TooFewValid = 10,
     NoUncensored = 11,
+    // Life tables.
+    NoIntervals = 201,
+    NegativeEntering = 202,
+    NobodyEnters = 203,
+    NoWidth = 210,
 };
 
 } // namespace ozm::survival

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+namespace ozm::survival {
+
+/// Room for the intervals of a life table: 30 that data may fill, and the open row after them.
+inline constexpr std::size_t intervalSlots = 31;
+using IntervalColumn = std::array<double, intervalSlots>;
+
+/// Intervals of equal width from 0 on; the last one is open.
+struct Intervals {
+    static constexpr int defaultCount = 12;
+
+    int count = 0; ///< number of lower limits
+    double step = 0.0;
+
+    /// The i-th lower limit, i from 0: i step, by multiplication.
+    [[nodiscard]] double Lower(int i) const { return static_cast<double>(i) * step; }
+};
+
+/// `count` lower limits (3 to 30), the last of which is the largest time: step = largest / (count - 1).
+Intervals IntervalsByNumber(double largestTime, int count = Intervals::defaultCount);
+
+/// What a life table is computed from: lower limits, and how many were withdrawn (censored) and died in each
+/// interval. Counts are doubles: those of a ready table need not be whole.
+struct IntervalCounts {
+    int intervals = 0;
+    double entering = 0.0; ///< alive at the start of the first interval
+    IntervalColumn lower{};
+    IntervalColumn withdrawn{};
+    IntervalColumn dying{};
+};
+
+/// Counts observations into intervals, in ascending order of time. A time belongs to the first interval whose
+/// upper limit U exceeds it by more than its own 1e-12th part: U > t + t / 1e12; one that reaches the limit
+/// belongs to the next interval. The last interval takes all that is left.
+class Tabulation {
+public:
+    explicit Tabulation(const Intervals& intervals);
+    void Add(double time, bool complete);
+    [[nodiscard]] const IntervalCounts& Counts() const { return counts_; }
+
+private:
+    double step_;
+    std::size_t current_ = 0;
+    IntervalCounts counts_;
+};
+
+} // namespace ozm::survival

@@ -143,6 +143,8 @@ int KaplanMessage(Status status) {
         return StrTooFewValid;
     case Status::NoUncensored:
         return StrNoUncensored;
+    default: // statuses of other analyses
+        break;
     }
     return StrUnexpectedError;
 }

@@ -33,13 +33,14 @@ struct IntervalCounts {
     IntervalColumn dying{};
 };
 
-/// Counts observations into intervals, in ascending order of time. A time belongs to the first interval whose
-/// upper limit U exceeds it by more than its own 1e-12th part: U > t + t / 1e12; one that reaches the limit
-/// belongs to the next interval. The last interval takes all that is left.
+/// Counts observations into intervals, in ascending order of time. A time t belongs to the first interval
+/// whose upper limit U = lower + step exceeds it by more than its own 1e-12th part, U > t + t / 1e12: a time
+/// on a limit, however that was rounded, begins the next interval. The last interval takes all that is left.
+/// Intervals at the end that nobody falls into stay.
 class Tabulation {
 public:
-    explicit Tabulation(const Intervals& intervals);
-    void Add(double time, bool complete);
+    explicit Tabulation(const Intervals& intervals); ///< of 1 to `intervalSlots` limits
+    void Add(double time, bool complete);            ///< time >= 0, none below the one before
     [[nodiscard]] const IntervalCounts& Counts() const { return counts_; }
 
 private:

@@ -19,14 +19,16 @@ struct LifeTable {
     IntervalColumn cumulativeSurviving{}; ///< P: surviving to the start of the interval, 1 in the first
 };
 
-/// Whether proportions of 0 and 1 are corrected: an interval without a death is given half a death
-/// (Q = 0.5/E), one in which all exposed die half a survivor (Q = (E - 0.5)/E).
+/// Whether proportions of 0 and 1 are corrected: an interval without a death (Q = 0) is given half a death,
+/// Q = 0.5/E, and one in which all exposed die (Q = 1) half a survivor, Q = (E - 0.5)/E.
 enum class Correction : bool { Off, On };
 
-/// Computes the table from its counts. It ends with the row after the last one that somebody enters: a row
-/// with nobody in it has Q = 0 and closes the cumulative proportions. Answers NoIntervals (no interval, or
-/// nobody enters the first), NegativeEntering (more left than entered), NobodyEnters, NoWidth (a lower limit
-/// that is not above the one before), else Success; `table` is meaningful after Success only.
+/// Computes the table from its counts; of more than `intervalSlots` intervals the first ones. It ends with
+/// the row after the last one that somebody enters, if there is an interval left. A last row with nobody
+/// exposed has Q = 0, corrected or not. Answers NoIntervals (no interval, or nobody enters the first), else
+/// NegativeEntering (more leave than have entered), else NoWidth (a lower limit that is not above the one
+/// before, also beyond the table's end), else Success; `table` is meaningful after Success only. NobodyEnters
+/// does not arise: somebody enters the first.
 Status ComputeLifeTable(const IntervalCounts& counts, Correction correction, LifeTable& table);
 
 } // namespace ozm::survival

@@ -14,8 +14,7 @@ double Centre(double z) {
     const double y = 0.5 * z * z;
     const double fraction =
         y + 5.75885480458 - 29.8213557808 / (y + 2.62433121679 + 48.6959930692 / (y + 5.92885724438));
-    // 0.399903438504 is as Hill prints it. Many copies lack its second 3, and with it two digits of every
-    // result.
+    // 0.399903438504 is as Hill prints it. Copies that lost the 3 before the 8 are wrong in the 7th digit.
     return 0.5 - z * (0.398942280444 - 0.399903438504 * y / fraction);
 }
 

@@ -68,7 +68,8 @@ int AnalysisCommand::run(Console& console) {
         if (computed) {
             prepareOutputs(script);
             for (const std::size_t place : chosen)
-                if (!stopped()) script.press(outputs()[place].action);
+                for (const char* const action : outputs()[place].actions)
+                    if (action != nullptr && !stopped()) script.press(action);
         }
         progress.clear();
         if (stopped()) return ExitStopped;

@@ -6,6 +6,7 @@
 #include "apps/cli/Script.h"
 #include "host/session/ModuleLibrary.h"
 
+#include <array>
 #include <span>
 #include <string>
 #include <vector>
@@ -20,12 +21,12 @@ public:
     int run(Console& console) final;
 
 protected:
-    /// An output that --outputs knows by name, and the action of the results dialog that makes it.
+    /// An output that --outputs knows by name, and the actions of the results dialog that make it.
     struct Output {
         const char* name;
-        const char* action;
-        const char* help; ///< what it shows, empty when the name says it
-        bool onScreen;    ///< made without -o, when --outputs does not say otherwise
+        std::array<const char*, 2> actions; ///< nullptr: none
+        const char* help;                   ///< what it shows, empty when the name says it
+        bool onScreen;                      ///< made without -o, when --outputs does not say otherwise
     };
 
     [[nodiscard]] virtual std::string title() const = 0;

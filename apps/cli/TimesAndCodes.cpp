@@ -71,8 +71,13 @@ ozm::AutomationValue TimesAndCodes::variables() const {
     return List{List(times.begin(), times.end()), List{censor}};
 }
 
+ozm::AutomationValue TimesAndCodes::variables(int grouping) const {
+    using List = ozm::AutomationValue::List;
+    return List{List(times.begin(), times.end()), List{censor}, List{grouping}};
+}
+
 void TimesAndCodesOptions::declare(CLI::App& app) {
-    const std::string group = "Variables (by name or number) and codes (numbers or value labels)";
+    const std::string group = helpGroup;
     app.add_option("--time", times_, std::string{"time variables: "} + timeForms)
         ->type_name("V[,V...]")
         ->allow_extra_args(false)

@@ -20,11 +20,17 @@ struct TimesAndCodes {
 
     /// The value of a dialog's variable selection: [[times], [indicator]].
     [[nodiscard]] ozm::AutomationValue variables() const;
+    /// The same with a box for the grouping variable (number from 1): [[times], [indicator], [grouping]].
+    [[nodiscard]] ozm::AutomationValue variables(int grouping) const;
 };
 
 /// The options that name times, censoring indicator and codes.
 class TimesAndCodesOptions {
 public:
+    /// The heading of the help under which options for variables and codes stand.
+    static constexpr const char* helpGroup =
+        "Variables (by name or number) and codes (numbers or value labels)";
+
     void declare(CLI::App& app);
     /// Checks the options against the data. Throws UsageError.
     [[nodiscard]] TimesAndCodes resolve(const ActiveData& data) const;

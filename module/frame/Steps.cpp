@@ -7,6 +7,8 @@
 #include "module/kaplan/CKaplanResultsDlg.h"
 #include "module/resources/StepNumbers.h"
 #include "module/resources/StringIds.h"
+#include "module/twosample/CDefineTwoDlg.h"
+#include "module/twosample/CTwoResultsDlg.h"
 
 #include <exception>
 #include <memory>
@@ -80,6 +82,14 @@ int CSurvival::SpecifyKaplan(CAnalysisSupport& analysis) {
 
 int CSurvival::KaplanResults(CAnalysisSupport& analysis) {
     return OpenStep<CKaplanResultsDlg>(analysis, ModuleState().shared, ModuleState().kaplan);
+}
+
+int CSurvival::SpecifyTwoSamples(CAnalysisSupport& analysis) {
+    return OpenStep<CDefineTwoDlg>(analysis, ModuleState().shared, ModuleState().twoSamples);
+}
+
+int CSurvival::TwoResults(CAnalysisSupport& analysis) {
+    return OpenStep<CTwoResultsDlg>(analysis, ModuleState().shared, ModuleState().twoSamples);
 }
 
 } // namespace ozm::survival

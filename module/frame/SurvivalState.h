@@ -3,6 +3,7 @@
 #include "module/kaplan/KaplanState.h"
 #include "module/regression/RegressionState.h"
 #include "module/survdata/SharedSettings.h"
+#include "module/twosample/TwoState.h"
 #include "support/CAnalysisSupport.h"
 
 namespace ozm::survival {
@@ -12,6 +13,7 @@ namespace ozm::survival {
 struct SurvivalState {
     SharedSettings shared;
     KaplanState kaplan;
+    TwoState twoSamples;
     RegressionState regression;
     int startupPosition = 0; ///< entry of the startup dialog's list that was chosen last
 

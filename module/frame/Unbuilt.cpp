@@ -14,10 +14,6 @@ int CSurvival::SpecifyLifeTables(CAnalysisSupport& analysis) {
     return NotBuiltYet(analysis);
 }
 
-int CSurvival::SpecifyTwoSamples(CAnalysisSupport& analysis) {
-    return NotBuiltYet(analysis);
-}
-
 int CSurvival::SpecifyKSamples(CAnalysisSupport& analysis) {
     return NotBuiltYet(analysis);
 }
@@ -27,10 +23,6 @@ int CSurvival::SpecifyRegression(CAnalysisSupport& analysis) {
 }
 
 int CSurvival::LifeResults(CAnalysisSupport& analysis) {
-    return NotBuiltYet(analysis);
-}
-
-int CSurvival::TwoResults(CAnalysisSupport& analysis) {
     return NotBuiltYet(analysis);
 }
 

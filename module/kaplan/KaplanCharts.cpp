@@ -3,6 +3,7 @@
 #include "module/resources/Resources.h"
 #include "module/resources/StringIds.h"
 #include "module/survdata/NormalQuantile.h"
+#include "module/survdata/ReportLines.h"
 
 #include <cmath>
 #include <string>
@@ -10,12 +11,6 @@
 
 namespace ozm::survival {
 namespace {
-
-std::string Trimmed(int id) {
-    std::string text{Text(id)};
-    text.erase(text.find_last_not_of(' ') + 1);
-    return text;
-}
 
 ChartSeries Series(std::string legend, ChartSeries::Style style, ChartSeries::Role role) {
     ChartSeries series;

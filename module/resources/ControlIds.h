@@ -17,6 +17,8 @@ enum SpecifyControl : int {
     SpecifyVariables = 1001,
     SpecifyCompleteCode = 1002,
     SpecifyCensoredCode = 1003,
+    SpecifyGroup1Code = 1004,
+    SpecifyGroup2Code = 1005,
 };
 
 /// Controls of the Kaplan-Meier results dialog.
@@ -31,7 +33,21 @@ enum KaplanResultsControl : int {
     KaplanPlot1Again = 1113, ///< the same output on the plots' tab
 };
 
+/// Controls of the two-sample results dialog.
+enum TwoResultsControl : int {
+    TwoSummaryBox = 1120,
+    TwoSummary = 1121,
+    TwoGehan = 1122,
+    TwoCoxF = 1123,
+    TwoCoxMantel = 1124,
+    TwoLogRank = 1125,
+    TwoPetoPeto = 1126,
+    TwoLifeTables = 1127,
+    TwoPlotSurviving = 1128,
+    TwoPlotCumulative = 1129,
+};
+
 /// Places of the boxes of a variable-selection control.
-enum SpecifyRole : int { RoleTimes = 0, RoleCensoring = 1 };
+enum SpecifyRole : int { RoleTimes = 0, RoleCensoring = 1, RoleGrouping = 2 };
 
 } // namespace ozm::survival

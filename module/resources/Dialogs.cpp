@@ -16,6 +16,22 @@ constexpr std::uint8_t quickAndAdvanced[] = {0, 1};
 constexpr ControlTemplate okButton{.id = ControlOk, .text = "OK"};
 constexpr ControlTemplate cancelButton{.id = ControlCancel, .text = "Cancel"};
 
+// What several specifications have.
+
+constexpr std::string_view quickPage[] = {"Quick"};
+constexpr RoleTemplate timesRole{"Survival times or dates (1, 2 or 6 variables)", ListSurvivalTimes, 1, 6};
+constexpr RoleTemplate censoringRole{"Censoring indicator", ListCensoring, 1, 1};
+constexpr ControlTemplate completeCode{.id = SpecifyCompleteCode,
+                                       .kind = ControlKind::CodeField,
+                                       .text = "Code for c&omplete responses:",
+                                       .codesOfRole = RoleCensoring};
+constexpr ControlTemplate censoredCode{.id = SpecifyCensoredCode,
+                                       .kind = ControlKind::CodeField,
+                                       .text = "Code for &censored responses:",
+                                       .codesOfRole = RoleCensoring};
+constexpr ControlTemplate selectCases{.id = TaskSelectCases, .text = "&Select Cases"};
+constexpr ControlTemplate caseWeights{.id = TaskCaseWeights, .text = "Case &Weights"};
+
 // The startup dialog, with its page 3060.
 
 constexpr ChoiceTemplate analyses[] = {
@@ -33,42 +49,31 @@ constexpr ControlTemplate taskControls[] = {
     okButton,
     cancelButton,
     {.id = TaskOpenData, .text = "Open &Data"},
-    {.id = TaskSelectCases, .text = "&Select Cases"},
-    {.id = TaskCaseWeights, .text = "Case &Weights"},
+    selectCases,
+    caseWeights,
     {.id = TaskResetSelections, .text = "&Reset Selections"},
 };
 
-constexpr std::string_view taskPages[] = {"Quick"};
-constexpr DialogTemplate task{3059, "Survival and Failure Time Analysis", taskPages, taskControls};
+constexpr DialogTemplate task{3059, "Survival and Failure Time Analysis", quickPage, taskControls};
 
 // Kaplan-Meier: specification.
 
-constexpr RoleTemplate kaplanRoles[] = {
-    {"Survival times or dates (1, 2 or 6 variables)", ListSurvivalTimes, 1, 6},
-    {"Censoring indicator", ListCensoring, 1, 1},
-};
+constexpr RoleTemplate kaplanRoles[] = {timesRole, censoringRole};
 
 constexpr ControlTemplate kaplanControls[] = {
     {.id = SpecifyVariables,
      .kind = ControlKind::VariableSelection,
      .text = "&Variables",
      .roles = kaplanRoles},
-    {.id = SpecifyCompleteCode,
-     .kind = ControlKind::CodeField,
-     .text = "Code for c&omplete responses:",
-     .codesOfRole = RoleCensoring},
-    {.id = SpecifyCensoredCode,
-     .kind = ControlKind::CodeField,
-     .text = "Code for &censored responses:",
-     .codesOfRole = RoleCensoring},
+    completeCode,
+    censoredCode,
     okButton,
     cancelButton,
-    {.id = TaskSelectCases, .text = "&Select Cases"},
-    {.id = TaskCaseWeights, .text = "Case &Weights"},
+    selectCases,
+    caseWeights,
 };
 
-constexpr std::string_view kaplanPages[] = {"Quick"};
-constexpr DialogTemplate kaplan{3030, "Product-Limit (Kaplan & Meier) Analysis", kaplanPages, kaplanControls};
+constexpr DialogTemplate kaplan{3030, "Product-Limit (Kaplan & Meier) Analysis", quickPage, kaplanControls};
 
 // Kaplan-Meier: results.
 
@@ -90,7 +95,50 @@ constexpr std::string_view kaplanResultsPages[] = {"Quick", "Advanced", "Functio
 constexpr DialogTemplate kaplanResults{3032, "Product-Limit (Kaplan-Meier) Analysis Results",
                                        kaplanResultsPages, kaplanResultsControls};
 
-constexpr const DialogTemplate* templates[] = {&kaplan, &kaplanResults, &task};
+// Two samples: specification.
+
+constexpr RoleTemplate twoRoles[] = {timesRole, censoringRole, {"Grouping variable", ListGrouping, 1, 1}};
+
+constexpr ControlTemplate twoControls[] = {
+    {.id = SpecifyVariables, .kind = ControlKind::VariableSelection, .text = "&Variables", .roles = twoRoles},
+    completeCode,
+    censoredCode,
+    {.id = SpecifyGroup1Code,
+     .kind = ControlKind::CodeField,
+     .text = "Code for group &1:",
+     .codesOfRole = RoleGrouping},
+    {.id = SpecifyGroup2Code,
+     .kind = ControlKind::CodeField,
+     .text = "Code for group &2:",
+     .codesOfRole = RoleGrouping},
+    okButton,
+    cancelButton,
+    selectCases,
+    caseWeights,
+};
+
+constexpr DialogTemplate two{3036, "Comparing Survival in Two Groups", quickPage, twoControls};
+
+// Two samples: results.
+
+constexpr ControlTemplate twoResultsControls[] = {
+    {.id = TwoSummaryBox, .kind = ControlKind::Summary, .text = ""},
+    {.id = TwoSummary, .text = "!249S&ummary:  The five tests side by side", .pages = quick},
+    {.id = TwoGehan, .text = "!249&Gehan-Wilcoxon test", .pages = quick},
+    {.id = TwoCoxF, .text = "!249Cox &F test", .pages = quick},
+    {.id = TwoCoxMantel, .text = "!249Cox-&Mantel test", .pages = quick},
+    {.id = TwoLogRank, .text = "!249&Log-rank test", .pages = quick},
+    {.id = TwoPetoPeto, .text = "!249&Peto and Peto's Wilcoxon test", .pages = quick},
+    {.id = TwoLifeTables, .text = "!249P&roportion surviving by group", .pages = advanced},
+    {.id = TwoPlotSurviving, .text = "!228Plot of proportion &surviving by group", .pages = advanced},
+    {.id = TwoPlotCumulative, .text = "!228&Cumulative proportion surviving by group", .pages = advanced},
+    cancelButton,
+};
+
+constexpr std::string_view twoResultsPages[] = {"Quick", "Survival by group"};
+constexpr DialogTemplate twoResults{3038, "Two-Sample Tests Results", twoResultsPages, twoResultsControls};
+
+constexpr const DialogTemplate* templates[] = {&kaplan, &kaplanResults, &two, &twoResults, &task};
 
 } // namespace
 
@@ -108,6 +156,14 @@ const DialogTemplate& KaplanTemplate() {
 
 const DialogTemplate& KaplanResultsTemplate() {
     return kaplanResults;
+}
+
+const DialogTemplate& TwoTemplate() {
+    return two;
+}
+
+const DialogTemplate& TwoResultsTemplate() {
+    return twoResults;
 }
 
 } // namespace ozm::survival

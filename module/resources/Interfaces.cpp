@@ -50,11 +50,37 @@ constexpr AutomationMember kaplanResultsMembers[] = {
      "Confidence level of the limits, between 0 and 1"},
 };
 
+constexpr AutomationMember twoMembers[] = {
+    variables,
+    completeCode,
+    censoredCode,
+    {"CodeForGroup1", MemberKind::Property, MemberType::Code, SpecifyGroup1Code, "Code identifying group 1"},
+    {"CodeForGroup2", MemberKind::Property, MemberType::Code, SpecifyGroup2Code, "Code identifying group 2"},
+};
+constexpr AutomationMember twoResultsMembers[] = {
+    {"GehanWilcoxonTest", MemberKind::Action, MemberType::None, TwoGehan, "Gehan-Wilcoxon test"},
+    {"CoxFTest", MemberKind::Action, MemberType::None, TwoCoxF, "Cox F test"},
+    {"CoxMantelTest", MemberKind::Action, MemberType::None, TwoCoxMantel, "Cox-Mantel test"},
+    {"LogRankTest", MemberKind::Action, MemberType::None, TwoLogRank, "Log-rank test"},
+    {"PetoPetoWilcoxonTest", MemberKind::Action, MemberType::None, TwoPetoPeto,
+     "Peto and Peto's Wilcoxon test"},
+    {"ProportionSurvivingByGroup", MemberKind::Action, MemberType::None, TwoLifeTables,
+     "Proportion surviving by group"},
+    {"PlotOfProportionSurvivingByGroup", MemberKind::Action, MemberType::None, TwoPlotSurviving,
+     "Plot of proportion surviving by group"},
+    {"CumulativeProportionSurvivingByGroup", MemberKind::Action, MemberType::None, TwoPlotCumulative,
+     "Cumulative proportion surviving by group"},
+    {"Summary", MemberKind::Action, MemberType::None, TwoSummary, "Summary, the five tests side by side"},
+};
+
 constexpr AutomationInterface interfaces[] = {
     {"SurStartup", "CDefineTask", "Survival Analysis startup dialog", startupMembers},
     {"SurKaplanMeier", "CDefineKaplanDlg", "Survival Analysis Kaplan-Meier dialog", kaplanMembers},
     {"SurKaplanMeierResults", "CKaplanResultsDlg", "Survival Analysis Kaplan-Meier results dialog",
      kaplanResultsMembers},
+    {"SurTwoSamples", "CDefineTwoDlg", "Survival Analysis two-sample comparisons dialog", twoMembers},
+    {"SurTwoSamplesResults", "CTwoResultsDlg", "Survival Analysis two-sample comparisons results dialog",
+     twoResultsMembers},
 };
 
 constexpr TypeLibrary library{"OZMSurvival", "KORVANA Survival Analysis Library", enumerations, interfaces};
@@ -75,6 +101,14 @@ const AutomationInterface& KaplanInterface() {
 
 const AutomationInterface& KaplanResultsInterface() {
     return interfaces[2];
+}
+
+const AutomationInterface& TwoInterface() {
+    return interfaces[3];
+}
+
+const AutomationInterface& TwoResultsInterface() {
+    return interfaces[4];
 }
 
 const ModuleResources& Resources() {

@@ -18,12 +18,16 @@ std::span<const DialogTemplate* const> DialogTemplates();
 const DialogTemplate& TaskTemplate();
 const DialogTemplate& KaplanTemplate();
 const DialogTemplate& KaplanResultsTemplate();
+const DialogTemplate& TwoTemplate();
+const DialogTemplate& TwoResultsTemplate();
 
 /// The type library and the interfaces of the dialogs.
 const TypeLibrary& SurvivalTypeLibrary();
 const AutomationInterface& StartupInterface();
 const AutomationInterface& KaplanInterface();
 const AutomationInterface& KaplanResultsInterface();
+const AutomationInterface& TwoInterface();
+const AutomationInterface& TwoResultsInterface();
 
 /// Everything together, as the host gets it.
 const ModuleResources& Resources();

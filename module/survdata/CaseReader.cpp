@@ -67,26 +67,29 @@ double CaseReader::Copies() {
 }
 
 void CaseReader::ShareCounts() {
-    settings_.work.counts = {counts_.casesRead,   counts_.valid,        counts_.otherCode,    counts_.missing,
-                             counts_.invalidDate, counts_.negativeTime, counts_.missingWeight};
+    settings_.work.counts = {
+        counts_.casesRead,    counts_.valid,       counts_.otherCode + counts_.otherGroup,
+        counts_.missing,      counts_.invalidDate, counts_.negativeTime,
+        counts_.missingWeight};
 }
 
 bool CaseReader::Examine(Observation& observation) {
     const double censoring = values_[0];
     observation.complete = CodesEqual(censoring, settings_.completeCode);
-    bool matches = observation.complete || CodesEqual(censoring, settings_.censoredCode);
-    if (matches && groupPlace_ >= 0) {
-        const double group = values_[static_cast<std::size_t>(groupPlace_)];
-        if (CodesEqual(group, settings_.groupCodes[0]))
-            observation.group = 1;
-        else if (CodesEqual(group, settings_.groupCodes[1]))
-            observation.group = 2;
-        else
-            matches = false;
-    }
-    if (!matches) {
+    if (!observation.complete && !CodesEqual(censoring, settings_.censoredCode)) {
         ++counts_.otherCode;
         return false;
+    }
+    if (groupPlace_ >= 0) {
+        const double group = values_[static_cast<std::size_t>(groupPlace_)];
+        if (CodesEqual(group, settings_.groupCodes[0])) {
+            observation.group = 1;
+        } else if (CodesEqual(group, settings_.groupCodes[1])) {
+            observation.group = 2;
+        } else {
+            ++counts_.otherGroup;
+            return false;
+        }
     }
     return SurvivalTime(observation.time);
 }

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <limits>
 #include <span>
+#include <type_traits>
 
 namespace ozm::survival {
 
@@ -19,8 +20,9 @@ struct ReadingCounts {
     std::int32_t valid = 0;         ///< valid observations, every weighted copy
     double distinctValid = 0.0;     ///< valid cases, each once
     // Why selected cases were left out, each once.
-    std::int32_t otherCode = 0; ///< neither of the censoring codes, nor of the group codes
-    std::int32_t missing = 0;   ///< a time variable missing or beyond 1e15
+    std::int32_t otherCode = 0;  ///< neither of the censoring codes
+    std::int32_t otherGroup = 0; ///< neither of the group codes
+    std::int32_t missing = 0;    ///< a time variable missing or beyond 1e15
     std::int32_t invalidDate = 0;
     std::int32_t negativeTime = 0;
     std::int32_t missingWeight = 0; ///< not left out: read once, as any weight below 2
@@ -45,7 +47,8 @@ public:
 
     /// Reads all cases and calls `append(const Observation&)` for each valid one, a weighted case once per
     /// copy. Ends with Stopped on a stop request or when the host cannot go on, TooManyCases when a case is
-    /// to be examined while `capacity` observations are stored, TooFewValid when two or fewer are valid.
+    /// to be examined while `capacity` observations are stored, TooFewValid when two or fewer are valid. An
+    /// `append` that answers a bool answers false for an observation that it has no room for: TooManyCases.
     template <class Append>
     Status Read(std::int32_t capacity, Append&& append);
 
@@ -55,6 +58,15 @@ private:
     /// Looks at the case whose values are in hand. True when it is valid; `observation` is then complete but
     /// for the case number. Else the reason is counted.
     bool Examine(Observation& observation);
+    template <class Append>
+    static bool Appended(Append& append, const Observation& observation) {
+        if constexpr (std::is_void_v<decltype(append(observation))>) {
+            append(observation);
+            return true;
+        } else {
+            return append(observation);
+        }
+    }
     bool SurvivalTime(double& time);
     bool DateTime(double& time);
     [[nodiscard]] double Copies();
@@ -97,8 +109,8 @@ Status CaseReader::Read(std::int32_t capacity, Append&& append) {
             counts_.casesRead = read < most ? static_cast<std::int32_t>(read) : most;
             continue;
         }
+        if (!Appended(append, observation)) return Status::TooManyCases;
         counts_.distinctValid += 1.0;
-        append(observation);
         ++counts_.valid;
         if (counts_.casesRead < most) ++counts_.casesRead;
         // More copies than any capacity need not be told apart.
@@ -106,7 +118,7 @@ Status CaseReader::Read(std::int32_t capacity, Append&& append) {
         for (std::int64_t copy = 0; copy < further; ++copy) {
             if (StopRequested(host_)) return Status::Stopped;
             if (counts_.valid >= capacity) return Status::TooManyCases;
-            append(observation);
+            if (!Appended(append, observation)) return Status::TooManyCases;
             ++counts_.valid;
             if (counts_.casesRead < most) ++counts_.casesRead;
         }

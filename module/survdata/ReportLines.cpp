@@ -25,6 +25,33 @@ std::string FormatNumber(double value, int digits) {
     return {buffer.data(), end.ptr};
 }
 
+std::string FormatFixed(double value, int decimals) {
+    std::array<char, 400> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                   std::chars_format::fixed, decimals);
+    return {buffer.data(), end.ptr};
+}
+
+std::string FormatProbability(double p) {
+    constexpr double least = 1e-30;
+    return p < least ? "< 1e-30" : FormatNumber(p, 5);
+}
+
+std::string CodeWithLabel(CAnalysisSupport& host, int variable, double code) {
+    std::string text = FormatNumber(code);
+    std::string label;
+    double value = code;
+    if (variable != 0 && host.vvlcod8(variable, LabelLookup::TextOfCode, label, value) != 0)
+        text += " (" + label + ")";
+    return text;
+}
+
+std::string Trimmed(int id) {
+    std::string text{Text(id)};
+    text.erase(text.find_last_not_of(' ') + 1);
+    return text;
+}
+
 std::string FormatCode(double code) {
     const double magnitude = std::abs(code);
     const std::size_t width = magnitude >= 0.001 && magnitude < 1.0 ? 9 : 10;

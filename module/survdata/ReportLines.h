@@ -17,9 +17,22 @@ std::string FormatCount(long long count);
 /// every locale.
 std::string FormatNumber(double value, int digits = 8);
 
+/// A number with exactly `decimals` decimals.
+std::string FormatFixed(double value, int decimals);
+
+/// A probability to five significant digits; "< 1e-30" below that.
+std::string FormatProbability(double p);
+
 /// A code in a field of 10 characters, one less when its magnitude is at least 0.001 and below 1; "--" when
 /// unset.
 std::string FormatCode(double code);
+
+/// A code as people know it: its number, and the value label behind it where the variable has one, "1
+/// (6-MP)".
+std::string CodeWithLabel(CAnalysisSupport& host, int variable, double code);
+
+/// A text of the string table without the blanks at its end.
+std::string Trimmed(int id);
 
 /// A variable's name; "--" for variable 0.
 std::string VariableName(CAnalysisSupport& host, int variable);

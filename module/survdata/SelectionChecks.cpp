@@ -10,13 +10,14 @@
 namespace ozm::survival {
 namespace {
 
-constexpr int codesShown = 12;
-
 std::string CodeText(double code) {
     return std::isfinite(code) ? FormatNumber(code) : std::string{"not set"};
 }
 
-std::string ListCodes(CAnalysisSupport& host, int variable) {
+} // namespace
+
+std::string DescribeCodes(CAnalysisSupport& host, int variable) {
+    constexpr int codesShown = 12;
     std::vector<CodeCount> codes;
     const int all = host.ReadDataToGetDefaultCodes(variable, {.most = codesShown}, codes);
     if (all < 0) return {};
@@ -31,8 +32,6 @@ std::string ListCodes(CAnalysisSupport& host, int variable) {
     const int more = all - static_cast<int>(codes.size());
     return text + (more > 0 ? ", and " + FormatCount(more) + " more." : ".");
 }
-
-} // namespace
 
 int CheckSelections(const SharedSettings& settings) {
     const auto times = settings.Times().size();
@@ -52,11 +51,16 @@ std::string DescribeReading(CAnalysisSupport& host, const SharedSettings& settin
     };
     reason(counts.otherCode, "with another code than complete (" + CodeText(settings.completeCode) +
                                  ") or censored (" + CodeText(settings.censoredCode) + ")");
+    reason(counts.otherGroup, "with another group code than " + CodeText(settings.groupCodes[0]) + " or " +
+                                  CodeText(settings.groupCodes[1]));
     reason(counts.missing, "without a survival time");
     reason(counts.invalidDate, "with an invalid date");
     reason(counts.negativeTime, "with a negative survival time");
     text += ".";
-    if (const std::string codes = ListCodes(host, settings.First(ListCensoring)); !codes.empty())
+    if (const std::string codes = DescribeCodes(host, settings.First(ListCensoring)); !codes.empty())
+        text += "\n" + codes;
+    if (counts.otherGroup == 0) return text;
+    if (const std::string codes = DescribeCodes(host, settings.First(ListGrouping)); !codes.empty())
         text += "\n" + codes;
     return text;
 }

@@ -13,8 +13,13 @@ namespace ozm::survival {
 /// well.
 int CheckSelections(const SharedSettings& settings);
 
+/// The codes that a variable has among the selected cases, the first twelve with their labels and counts;
+/// empty when the host does not tell.
+std::string DescribeCodes(CAnalysisSupport& host, int variable);
+
 /// What only this run knows, for the message of a pass that found too few observations: how many cases were
-/// read, why they were left out, and which codes the censoring variable has.
+/// read, why they were left out, and which codes the censoring variable has (and
+/// the grouping variable, when some case has another one).
 std::string DescribeReading(CAnalysisSupport& host, const SharedSettings& settings,
                             const ReadingCounts& counts);
 

@@ -6,6 +6,7 @@ namespace {
 constexpr CommandEntry table[] = {
     {"kaplan-meier", "Product-limit (Kaplan-Meier) estimate of the survival function",
      &makeKaplanMeierCommand},
+    {"two-sample", "Comparing two samples: five tests, life tables by group", &makeTwoSampleCommand},
     {"info", "What a data file holds: variables, ranges, codes", &makeInfoCommand},
     {"typelib", "The names by which scripts reach the analyses", &makeTypelibCommand},
 };

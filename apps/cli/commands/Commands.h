@@ -11,6 +11,7 @@ namespace korvana::cli {
 std::span<const CommandEntry> commands();
 
 std::unique_ptr<Command> makeKaplanMeierCommand();
+std::unique_ptr<Command> makeTwoSampleCommand();
 std::unique_ptr<Command> makeInfoCommand();
 std::unique_ptr<Command> makeTypelibCommand();
 

@@ -14,11 +14,13 @@ class KaplanMeierCommand final : public AnalysisCommand {
 
     [[nodiscard]] std::span<const Output> outputs() const override {
         static constexpr Output known[] = {
-            {"summary", "Summary", "", true},
-            {"percentiles", "PercentilesOfSurvivalFunction", "", true},
-            {"plot-1", "PlotOfSurvivalTimesVsCumProportionSurviving", "survival against time", false},
-            {"plot-2", "PlotOfLogSurvivalTimesVsCumProportionSurviving", "against log time", false},
-            {"plot-3", "PlotOfLogSurvivalTimesVsLogCumProportionSurviving", "log survival against log time",
+            {"summary", {"Summary"}, "", true},
+            {"percentiles", {"PercentilesOfSurvivalFunction"}, "", true},
+            {"plot-1", {"PlotOfSurvivalTimesVsCumProportionSurviving"}, "survival against time", false},
+            {"plot-2", {"PlotOfLogSurvivalTimesVsCumProportionSurviving"}, "against log time", false},
+            {"plot-3",
+             {"PlotOfLogSurvivalTimesVsLogCumProportionSurviving"},
+             "log survival against log time",
              false},
         };
         return known;

@@ -1,0 +1,90 @@
+#include "module/twosample/CDefineTwoDlg.h"
+
+#include "module/resources/ControlIds.h"
+#include "module/resources/Resources.h"
+#include "module/resources/StepNumbers.h"
+#include "module/survdata/CodeComparison.h"
+#include "module/survdata/SelectionChecks.h"
+#include "module/twosample/RunTwoSamples.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace ozm::survival {
+
+CDefineTwoDlg::CDefineTwoDlg(CAnalysisSupport& host, SharedSettings& shared, TwoState& state)
+    : ModuleDialog(host, TwoTemplate(), TwoInterface(), shared), state_(state) {}
+
+double& CDefineTwoDlg::CodeForGroup(int group) {
+    return Shared().groupCodes[group == 1 ? 0 : 1];
+}
+
+void CDefineTwoDlg::OnOpen() {
+    ShowSelections();
+    SetValue(SpecifyGroup1Code, CodeForGroup(1));
+    SetValue(SpecifyGroup2Code, CodeForGroup(2));
+}
+
+void CDefineTwoDlg::OnValueChanged(int control) {
+    if (control == SpecifyGroup1Code || control == SpecifyGroup2Code)
+        CodeForGroup(control == SpecifyGroup1Code ? 1 : 2) = ValueAs<double>(control);
+    else
+        TakeSelection(control);
+}
+
+void CDefineTwoDlg::OnCommand(int control) {
+    switch (control) {
+    case ControlOk:
+        Run();
+        break;
+    case ControlCancel:
+        ExitDialog(StepStart, ExitMode::Back);
+        break;
+    default:
+        CommonCommand(control);
+    }
+}
+
+bool CDefineTwoDlg::SelectionsAreValid() {
+    if (const int message = CheckSelections(Shared()); message != 0) {
+        ShowMessage(message);
+        return false;
+    }
+    if (Shared().List(ListGrouping).size() != 1) {
+        ShowMessage(StrNoGroupingVariable);
+        return false;
+    }
+    if (CodesEqual(CodeForGroup(1), CodeForGroup(2))) {
+        ShowMessage(StrIdenticalGroupCodes);
+        return false;
+    }
+    if (!GroupCodesAreValid()) {
+        ShowMessage(StrInvalidGroupCode, DescribeCodes(Analysis(), Shared().First(ListGrouping)));
+        return false;
+    }
+    return true;
+}
+
+bool CDefineTwoDlg::GroupCodesAreValid() {
+    if (!std::isfinite(CodeForGroup(1)) || !std::isfinite(CodeForGroup(2))) return false;
+    std::vector<CodeCount> codes;
+    const int all = Analysis().ReadDataToGetDefaultCodes(Shared().First(ListGrouping), {}, codes);
+    // More codes than a list shows: the run will find out.
+    if (all > static_cast<int>(codes.size())) return true;
+    const auto listed = [&codes](double code) {
+        return std::any_of(codes.begin(), codes.end(),
+                           [code](const CodeCount& c) { return CodesEqual(c.code, code); });
+    };
+    return listed(CodeForGroup(1)) && listed(CodeForGroup(2));
+}
+
+void CDefineTwoDlg::Run() {
+    if (!SelectionsAreValid()) return;
+    if (RunTwoSamples(Analysis(), Shared(), state_, this) == 0)
+        ExitDialog(StepTwoResults, ExitMode::Forward);
+    else
+        ExitDialog(StepSpecifyTwoSamples, ExitMode::Back);
+}
+
+} // namespace ozm::survival

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "module/resources/StringIds.h"
+#include "module/survdata/ModuleDialog.h"
+#include "module/twosample/TwoState.h"
+
+namespace ozm::survival {
+
+/// Specification of the two-sample comparison: time variables, censoring indicator and grouping variable with
+/// their codes. OK checks them and runs the analysis; Cancel goes back to the startup dialog.
+class CDefineTwoDlg final : public ModuleDialog {
+public:
+    CDefineTwoDlg(CAnalysisSupport& host, SharedSettings& shared, TwoState& state);
+
+    /// The code of group 1 or 2.
+    [[nodiscard]] double& CodeForGroup(int group);
+
+protected:
+    void OnOpen() override;
+    void OnCommand(int control) override;
+    void OnValueChanged(int control) override;
+    [[nodiscard]] int NotEnoughMemoryString() const override { return StrTwoNoMemory; }
+
+private:
+    /// False when a message was shown.
+    bool SelectionsAreValid();
+    /// Whether both codes of groups are set and some selected case has them.
+    bool GroupCodesAreValid();
+    void Run();
+
+    TwoState& state_;
+};
+
+} // namespace ozm::survival

@@ -1,0 +1,129 @@
+#include "module/twosample/RunTwoSamples.h"
+
+#include "module/resources/Resources.h"
+#include "module/resources/StringIds.h"
+#include "module/survdata/ReportLines.h"
+#include "module/survdata/SelectionChecks.h"
+
+#include <algorithm>
+#include <limits>
+#include <new>
+#include <string>
+
+namespace ozm::survival {
+namespace {
+
+struct Run {
+    Status status = Status::Success;
+    ReadingCounts reading;
+    GroupCounts groups;
+};
+
+Status Read(CAnalysisSupport& host, SharedSettings& shared, GroupLists& lists, Run& run) {
+    host.d_stat(Text(StrReadingDataFile));
+    host.dstart(static_cast<unsigned>(std::max(host.ss_nb(), 0)));
+    CaseReader reader(host, shared, CaseReader::Groups::TwoCodes);
+    // The lists are full one by one, not all together.
+    constexpr auto anyNumber = std::numeric_limits<std::int32_t>::max();
+    const Status status = reader.Read(anyNumber, [&](const Observation& o) { return lists.Append(o); });
+    host.dstop();
+    run.reading = reader.Counts();
+    run.groups = lists.Counts();
+    return status;
+}
+
+Status Prepare(CAnalysisSupport& host, const GroupLists& lists, TwoResults& results) {
+    host.d_stat(Text(StrPreparingData));
+    if (!results.Obtain(host, lists.Size())) return Status::NoMemory;
+    lists.Pool(results.Observations());
+    SortPooled(results.Observations());
+    results.counts = lists.Counts();
+    return Status::Success;
+}
+
+void Compute(CAnalysisSupport& host, SharedSettings& shared, TwoState& state, Run& run) {
+    try {
+        if (!state.lists.Obtain(host, host.ss_nb(), host.WeightVariable() != 0)) {
+            run.status = Status::NoMemory;
+            return;
+        }
+        run.status = Read(host, shared, state.lists, run);
+        if (run.status == Status::Success) run.status = CheckGroups(run.groups);
+        if (run.status == Status::Success) run.status = Prepare(host, state.lists, state.results);
+    } catch (const std::bad_alloc&) {
+        run.status = Status::NoMemory;
+    }
+}
+
+std::string GroupLine(std::string_view title, int uncensored, int censored) {
+    return std::string{title} + " " + FormatCount(uncensored) + " uncensored, " + FormatCount(censored) +
+           " censored.";
+}
+
+/// What the message of a status does not know: the counts of this run.
+std::string Describe(CAnalysisSupport& host, const SharedSettings& shared, const TwoState& state,
+                     const Run& run) {
+    const GroupCounts& n = run.groups;
+    switch (run.status) {
+    case Status::TooFewValid:
+    case Status::NoUncensored:
+        return GroupLine(Text(StrTwoGroup1), n.uncensored1, n.censored1) + " " +
+               GroupLine(Text(StrTwoGroup2), n.uncensored2, n.censored2) + "\n" +
+               DescribeReading(host, shared, run.reading);
+    case Status::TooManyCases:
+        return "There is room for " + FormatCount(state.lists.Capacity()) +
+               " uncensored and as many censored observations of each group.";
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+Status CheckGroups(const GroupCounts& counts) {
+    const bool comparable = counts.Uncensored() >= 2 && counts.N1() > 0 && counts.N2() > 0;
+    return comparable ? Status::Success : Status::NoUncensored;
+}
+
+int TwoMessage(Status status) {
+    switch (status) {
+    case Status::Success:
+    case Status::Stopped:
+        return 0;
+    case Status::NoMemory:
+        return StrTwoNoMemory;
+    case Status::TooManyCases:
+        return StrTwoTooManyCases;
+    case Status::TooFewUncensored:
+        return StrTwoTooFewUncensored;
+    case Status::TooFewValid:
+        return StrTwoTooFewValid;
+    case Status::NoUncensored:
+        return StrTwoEmptyGroup;
+    case Status::NoIntervals:
+    case Status::NegativeEntering:
+    case Status::NobodyEnters:
+        return StrLtFewerThan3Cases;
+    case Status::NoWidth:
+        return StrLtNoWidth;
+    }
+    return StrUnexpectedError;
+}
+
+int RunTwoSamples(CAnalysisSupport& host, SharedSettings& shared, TwoState& state, CAnalysisDialog* window) {
+    state.results.Release();
+    Run run;
+    Compute(host, shared, state, run);
+    host.d_stat({});
+    std::string detail;
+    if (run.status != Status::Success) {
+        detail = Describe(host, shared, state, run);
+        state.results.Release();
+    }
+    state.lists.Release();
+    if (const int message = TwoMessage(run.status); message != 0)
+        host.DspMessageBox(MessageStyle::Error, window, message, detail);
+    return run.status == Status::Success ? 0 : 1;
+}
+
+} // namespace ozm::survival

@@ -1,0 +1,184 @@
+#include "module/resources/Resources.h"
+#include "module/resources/StringIds.h"
+#include "module/survdata/NumberTable.h"
+#include "module/survdata/ReportLines.h"
+#include "module/twosample/RunTwoSamples.h"
+#include "module/twosample/TestTexts.h"
+#include "module/twosample/TwoOutput.h"
+
+#include <array>
+#include <string>
+
+namespace ozm::survival {
+namespace {
+
+constexpr CellFormat single = CellFormat::general(7); // as many digits as a single-precision number has
+constexpr CellFormat whole = CellFormat::integer();
+
+/// Intermediate values are kept in single precision.
+double Stored(double value) {
+    return static_cast<double>(static_cast<float>(value));
+}
+
+void AddObservationColumns(NumberTable& table) {
+    table.AddColumn(StrTwoColTime1, StrTwoColTime2, single);
+    table.AddColumn(StrTwoColStatus, 0, whole);
+    table.AddColumn(StrTwoColGroup, 0, whole);
+}
+
+void FillObservation(NumberTable& table, std::size_t row, const PooledObservation& o) {
+    table.Cell(row, 0) = Stored(o.time);
+    table.Cell(row, 1) = o.status;
+    table.Cell(row, 2) = o.group;
+}
+
+/// One row per observation: Gehan's counts and scores, or the scores alone.
+int WriteScores(CAnalysisSupport& host, const PooledSample& sample, const TestResult& result) {
+    NumberTable table(std::string{Text(TitleOf(result.test))} + std::string{Text(StrTwoScores)});
+    table.AddNote(std::string{Text(StrTwoNoteStatus)});
+    AddObservationColumns(table);
+    std::size_t score = 3;
+    if (result.ByGehan()) {
+        table.AddColumn(StrTwoColR1, 0, whole);
+        table.AddColumn(StrTwoColR2, 0, whole);
+        score = 5;
+    }
+    table.AddColumn(StrTwoColScore, 0, result.ByGehan() ? whole : single);
+    if (!table.AddRows(host, sample.observations.size())) return StrTwoNoMemory;
+    for (std::size_t i = 0; i < sample.observations.size(); ++i) {
+        FillObservation(table, i, sample.observations[i]);
+        if (result.ByGehan()) {
+            table.Cell(i, 3) = result.ranks.Span()[i].r1;
+            table.Cell(i, 4) = result.ranks.Span()[i].r2;
+        }
+        table.Cell(i, score) = Stored(result.scores.Span()[i]);
+    }
+    return table.Write(host);
+}
+
+/// One row per distinct failure time, and a last one for the estimate after all of them; for the Cox-Mantel
+/// test with group 2 at these times.
+int WriteFailures(CAnalysisSupport& host, const TestResult& result) {
+    const bool group2 = result.test == TwoTest::CoxMantel;
+    NumberTable table(std::string{Text(TitleOf(result.test))} + std::string{Text(StrTwoFailures)});
+    table.AddColumn(StrTwoColTime1, StrTwoColTime2, single);
+    table.AddColumn(StrTwoColAtRisk, 0, whole);
+    table.AddColumn(StrTwoColFailures, 0, whole);
+    table.AddColumn(StrTwoColHazard, 0, single);
+    table.AddColumn(StrTwoColCumulative1, StrTwoColCumulative2, single);
+    if (group2) {
+        table.AddColumn(StrTwoColAtRisk2, StrTwoColAtRisk, whole);
+        table.AddColumn(StrTwoColAtRisk2, StrTwoColShare, single);
+    }
+    const auto times = result.failures.times;
+    if (!table.AddRows(host, times.size() + 1)) return StrTwoNoMemory;
+    for (std::size_t j = 0; j < times.size(); ++j) {
+        table.Cell(j, 0) = Stored(times[j].time);
+        table.Cell(j, 1) = times[j].atRisk;
+        table.Cell(j, 2) = times[j].failures;
+        table.Cell(j, 3) = Stored(times[j].hazard);
+        table.Cell(j, 4) = Stored(times[j].survival);
+        if (!group2) continue;
+        table.Cell(j, 5) = result.group2.Span()[j].atRisk;
+        table.Cell(j, 6) = Stored(result.group2.Span()[j].share);
+    }
+    table.Cell(times.size(), 4) = Stored(result.failures.survivalAfter);
+    return table.Write(host);
+}
+
+int WriteStatistics(CAnalysisSupport& host, const TestResult& result) {
+    const std::vector<Statistic> statistics = StatisticsOf(result);
+    NumberTable table(std::string{Text(TitleOf(result.test))} + std::string{Text(StrTwoStatistics)});
+    table.RepeatsReport();
+    for (const Statistic& s : statistics)
+        table.AddColumn(s.heading1, s.heading2, s.heading1 == StrTwoColP ? CellFormat::general(5) : single);
+    if (!table.AddRows(host, 1)) return StrTwoNoMemory;
+    for (std::size_t k = 0; k < statistics.size(); ++k)
+        table.Cell(0, k) = statistics[k].value;
+    return table.Write(host);
+}
+
+void WriteTestReport(CAnalysisSupport& host, const PooledSample& sample, const TestResult& result) {
+    host.prttop();
+    WriteLine(host, Text(TitleOf(result.test)));
+    if (result.computed) {
+        std::string line;
+        for (const Statistic& s : StatisticsOf(result))
+            line += (line.empty() ? "" : "   ") + s.InReport();
+        WriteLine(host, line);
+        for (const std::string& note : NotesOf(result, sample.counts))
+            WriteLine(host, note);
+    } else {
+        WriteLine(host, Text(StrTwoNotComputed));
+    }
+    host.type();
+}
+
+int WriteTables(CAnalysisSupport& host, const PooledSample& sample, const TestResult& result) {
+    if (!result.computed) return 0;
+    const bool byScores = result.test != TwoTest::CoxF && result.test != TwoTest::CoxMantel;
+    if (const int message = byScores ? WriteScores(host, sample, result) : WriteFailures(host, result);
+        message != 0)
+        return message;
+    return WriteStatistics(host, result);
+}
+
+constexpr std::array allTests{TwoTest::Gehan, TwoTest::CoxF, TwoTest::CoxMantel, TwoTest::LogRank,
+                              TwoTest::PetoPeto};
+
+} // namespace
+
+int WriteTest(CAnalysisSupport& host, const PooledSample& sample, TwoTest test) {
+    host.d_stat(Text(StrPrinting));
+    TestResult result;
+    int message = TwoMessage(ComputeTest(host, sample, test, result));
+    if (message == 0) {
+        WriteTestReport(host, sample, result);
+        message = WriteTables(host, sample, result);
+    }
+    host.d_stat({});
+    return message;
+}
+
+int WriteTestSummary(CAnalysisSupport& host, const PooledSample& sample) {
+    host.d_stat(Text(StrPrinting));
+    std::array<std::string, allTests.size()> forms;
+    NumberTable table{std::string{Text(StrTwoSummary)}};
+    table.AddColumn(StrTwoColStatistic1, StrTwoColStatistic2, single);
+    table.AddColumn(StrTwoColDf1, 0, whole);
+    table.AddColumn(StrTwoColDf2, 0, whole);
+    table.AddColumn(StrTwoColP, 0, CellFormat::general(5));
+    table.AddColumn(StrTwoColScoreSum1, StrTwoColScoreSum2, single);
+    table.AddColumn(StrTwoColVariance, 0, single);
+    for (const int note : {StrTwoNoteSigns, StrTwoNoteSums, StrTwoNoteCoxFOrder})
+        table.AddNote(std::string{Text(note)});
+    int message = table.AddRows(host, allTests.size()) ? 0 : StrTwoNoMemory;
+    for (std::size_t row = 0; row < allTests.size() && message == 0; ++row) {
+        TestResult result;
+        message = TwoMessage(ComputeTest(host, sample, allTests[row], result));
+        if (message != 0) break;
+        const std::string title{Text(TitleOf(result.test))};
+        table.NameRow(title);
+        forms[row] = VarianceForm(result);
+        if (!result.computed) {
+            table.AddNote(title + ":" + std::string{Text(StrTwoNotComputed)});
+            continue;
+        }
+        const SummaryRow cells = SummaryOf(result);
+        table.Cell(row, 0) = cells.statistic;
+        table.Cell(row, 1) = cells.df1;
+        table.Cell(row, 2) = cells.df2;
+        table.Cell(row, 3) = result.p;
+        table.Cell(row, 4) = cells.scoreSum;
+        table.Cell(row, 5) = cells.variance;
+        if (result.gehanInstead) table.AddNote(std::string{Text(StrTwoNoteGehanInstead)});
+    }
+    if (message == 0) {
+        table.AddTexts(StrTwoColVariance, StrTwoColForm, forms);
+        message = table.Write(host);
+    }
+    host.d_stat({});
+    return message;
+}
+
+} // namespace ozm::survival

@@ -15,6 +15,7 @@ namespace {
 
 struct Run {
     Status status = Status::Success;
+    std::int32_t capacity = 0; ///< of each list
     ReadingCounts reading;
     GroupCounts groups;
 };
@@ -43,16 +44,16 @@ Status Prepare(CAnalysisSupport& host, const GroupLists& lists, TwoResults& resu
 
 void Compute(CAnalysisSupport& host, SharedSettings& shared, TwoState& state, Run& run) {
     try {
-        if (!state.lists.Obtain(host, host.ss_nb(), host.WeightVariable() != 0)) {
-            run.status = Status::NoMemory;
-            return;
-        }
-        run.status = Read(host, shared, state.lists, run);
+        const bool obtained = state.lists.Obtain(host, host.ss_nb(), host.WeightVariable() != 0);
+        run.capacity = state.lists.Capacity();
+        run.status = obtained ? Read(host, shared, state.lists, run) : Status::NoMemory;
         if (run.status == Status::Success) run.status = CheckGroups(run.groups);
         if (run.status == Status::Success) run.status = Prepare(host, state.lists, state.results);
     } catch (const std::bad_alloc&) {
         run.status = Status::NoMemory;
     }
+    state.lists.Release();
+    if (run.status != Status::Success) state.results.Release();
 }
 
 std::string GroupLine(std::string_view title, int uncensored, int censored) {
@@ -61,8 +62,7 @@ std::string GroupLine(std::string_view title, int uncensored, int censored) {
 }
 
 /// What the message of a status does not know: the counts of this run.
-std::string Describe(CAnalysisSupport& host, const SharedSettings& shared, const TwoState& state,
-                     const Run& run) {
+std::string Describe(CAnalysisSupport& host, const SharedSettings& shared, const Run& run) {
     const GroupCounts& n = run.groups;
     switch (run.status) {
     case Status::TooFewValid:
@@ -71,7 +71,7 @@ std::string Describe(CAnalysisSupport& host, const SharedSettings& shared, const
                GroupLine(Text(StrTwoGroup2), n.uncensored2, n.censored2) + "\n" +
                DescribeReading(host, shared, run.reading);
     case Status::TooManyCases:
-        return "There is room for " + FormatCount(state.lists.Capacity()) +
+        return "There is room for " + FormatCount(run.capacity) +
                " uncensored and as many censored observations of each group.";
     default:
         return {};
@@ -115,14 +115,8 @@ int RunTwoSamples(CAnalysisSupport& host, SharedSettings& shared, TwoState& stat
     Run run;
     Compute(host, shared, state, run);
     host.d_stat({});
-    std::string detail;
-    if (run.status != Status::Success) {
-        detail = Describe(host, shared, state, run);
-        state.results.Release();
-    }
-    state.lists.Release();
     if (const int message = TwoMessage(run.status); message != 0)
-        host.DspMessageBox(MessageStyle::Error, window, message, detail);
+        host.DspMessageBox(MessageStyle::Error, window, message, Describe(host, shared, run));
     return run.status == Status::Success ? 0 : 1;
 }
 

@@ -1,4 +1,6 @@
+#include "module/resources/Resources.h"
 #include "module/resources/StringIds.h"
+#include "tests/module/FailingNew.h"
 #include "tests/module/twosample/TwoFixture.h"
 
 #include <gtest/gtest.h>
@@ -251,6 +253,35 @@ TEST_F(TwoFixture, EveryMemoryRequestRefusedInTurn) {
             EXPECT_EQ(host.messages.front().id, StrTwoNoMemory) << "request " << n;
     }
     EXPECT_GE(refused, 5 + 9);
+}
+
+TEST_F(TwoFixture, EveryAllocationOfTheRuntimeFailingInTurn) {
+    ManyCases(300);
+    host.columns[2].values[5] = host.columns[2].values[50] = host.columns[2].values[77] = 2;
+    Specify();
+    const auto throughWithFault = [this](int button, long n) {
+        host.nextStep = -1;
+        test::failingNew = n;
+        host.Dialog().Press(button);
+        const bool through = test::failingNew > 0;
+        test::failingNew = 0;
+        return through;
+    };
+    for (long n = 1; !throughWithFault(ControlOk, n); ++n) {
+        ASSERT_LT(n, 1000);
+        EXPECT_EQ(host.outstanding, State().results.counts.N() > 0 ? 1 : 0) << "allocation " << n;
+        if (host.nextStep > 0) host.Go(analysis, host.nextStep);
+        if (host.Dialog().Template().number == TwoResultsTemplate().number)
+            host.Press(analysis, ControlCancel); // the fault struck the host after the run
+    }
+    host.Go(analysis, host.nextStep);
+    for (int button = TwoSummary; button <= TwoPlotCumulative; ++button)
+        for (long n = 1; !throughWithFault(button, n); ++n) {
+            ASSERT_LT(n, 5000);
+            EXPECT_EQ(host.outstanding, 1) << "button " << button << ", allocation " << n; // the sample
+        }
+    EXPECT_EQ(host.Press(analysis, ControlCancel), StepSpecifyTwoSamples);
+    EXPECT_EQ(host.outstanding, 0);
 }
 
 } // namespace

@@ -21,11 +21,7 @@ std::vector<std::string> KaplanSummaryLines(CAnalysisSupport& host, const Shared
 
 int WriteKaplanReport(CAnalysisSupport& host, const SharedSettings& shared, KaplanResults& results) {
     host.d_stat(Text(StrPrinting));
-    host.prttop();
-    WriteLine(host, Text(StrKmResultsTitle));
-    WriteLine(host, shared.reportTitle);
-    WriteLine(host, std::string{Text(StrDataFile)} + shared.fileName);
-    host.newline(1);
+    OpenReport(host, shared, StrKmResultsTitle);
     for (const std::string& line : KaplanSummaryLines(host, shared, results))
         WriteLine(host, line);
     host.newline(1);

@@ -54,6 +54,14 @@ void WriteTimes(CAnalysisSupport& host, const SharedSettings& settings) {
 
 } // namespace
 
+void OpenReport(CAnalysisSupport& host, const SharedSettings& settings, int title) {
+    host.prttop();
+    WriteLine(host, Text(title));
+    WriteLine(host, settings.reportTitle);
+    WriteLine(host, std::string{Text(StrDataFile)} + settings.fileName);
+    host.newline(1);
+}
+
 void WriteInputHeader(CAnalysisSupport& host, const SharedSettings& settings) {
     WriteTimes(host, settings);
     const int censoring = settings.First(ListCensoring);

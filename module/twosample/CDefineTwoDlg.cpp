@@ -14,14 +14,14 @@
 namespace ozm::survival {
 
 CDefineTwoDlg::CDefineTwoDlg(CAnalysisSupport& host, SharedSettings& shared, TwoState& state)
-    : ModuleDialog(host, TwoTemplate(), TwoInterface(), shared), state_(state) {}
+    : SpecificationDialog(host, TwoTemplate(), TwoInterface(), shared), state_(state) {}
 
 double& CDefineTwoDlg::CodeForGroup(int group) {
     return Shared().groupCodes[group == 1 ? 0 : 1];
 }
 
 void CDefineTwoDlg::OnOpen() {
-    ShowSelections();
+    SpecificationDialog::OnOpen();
     SetValue(SpecifyGroup1Code, CodeForGroup(1));
     SetValue(SpecifyGroup2Code, CodeForGroup(2));
 }
@@ -30,20 +30,7 @@ void CDefineTwoDlg::OnValueChanged(int control) {
     if (control == SpecifyGroup1Code || control == SpecifyGroup2Code)
         CodeForGroup(control == SpecifyGroup1Code ? 1 : 2) = ValueAs<double>(control);
     else
-        TakeSelection(control);
-}
-
-void CDefineTwoDlg::OnCommand(int control) {
-    switch (control) {
-    case ControlOk:
-        Run();
-        break;
-    case ControlCancel:
-        ExitDialog(StepStart, ExitMode::Back);
-        break;
-    default:
-        CommonCommand(control);
-    }
+        SpecificationDialog::OnValueChanged(control);
 }
 
 bool CDefineTwoDlg::SelectionsAreValid() {
@@ -81,10 +68,8 @@ bool CDefineTwoDlg::GroupCodesAreValid() {
 
 void CDefineTwoDlg::Run() {
     if (!SelectionsAreValid()) return;
-    if (RunTwoSamples(Analysis(), Shared(), state_, this) == 0)
-        ExitDialog(StepTwoResults, ExitMode::Forward);
-    else
-        ExitDialog(StepSpecifyTwoSamples, ExitMode::Back);
+    const bool computed = RunTwoSamples(Analysis(), Shared(), state_, this) == 0;
+    Leave(computed, StepTwoResults, StepSpecifyTwoSamples);
 }
 
 } // namespace ozm::survival

@@ -1,14 +1,14 @@
 #pragma once
 
 #include "module/resources/StringIds.h"
-#include "module/survdata/ModuleDialog.h"
+#include "module/survdata/SpecificationDialog.h"
 #include "module/twosample/TwoState.h"
 
 namespace ozm::survival {
 
 /// Specification of the two-sample comparison: time variables, censoring indicator and grouping variable with
-/// their codes. OK checks them and runs the analysis; Cancel goes back to the startup dialog.
-class CDefineTwoDlg final : public ModuleDialog {
+/// their codes.
+class CDefineTwoDlg final : public SpecificationDialog {
 public:
     CDefineTwoDlg(CAnalysisSupport& host, SharedSettings& shared, TwoState& state);
 
@@ -17,8 +17,8 @@ public:
 
 protected:
     void OnOpen() override;
-    void OnCommand(int control) override;
     void OnValueChanged(int control) override;
+    void Run() override;
     [[nodiscard]] int NotEnoughMemoryString() const override { return StrTwoNoMemory; }
 
 private:
@@ -26,7 +26,6 @@ private:
     bool SelectionsAreValid();
     /// Whether both codes of groups are set and some selected case has them.
     bool GroupCodesAreValid();
-    void Run();
 
     TwoState& state_;
 };

@@ -69,11 +69,7 @@ void WriteTwoHeader(CAnalysisSupport& host, const SharedSettings& shared, TwoRes
     if (results.headerWritten) return;
     const GroupCounts& counts = results.counts;
     host.d_stat(Text(StrPrinting));
-    host.prttop();
-    WriteLine(host, Text(StrTwoTitle));
-    WriteLine(host, shared.reportTitle);
-    WriteLine(host, std::string{Text(StrDataFile)} + shared.fileName);
-    host.newline(1);
+    OpenReport(host, shared, StrTwoTitle);
     std::vector<std::string> lines = VariableLines(host, shared, counts);
     lines.emplace_back();
     std::vector<std::string> shares;

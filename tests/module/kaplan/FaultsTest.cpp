@@ -4,7 +4,7 @@
 
 #include "module/resources/Resources.h"
 #include "module/resources/StringIds.h"
-#include "tests/module/FailingNew.h"
+#include "tests/module/PressWithFault.h"
 #include "tests/module/kaplan/KaplanFixture.h"
 
 #include <gtest/gtest.h>
@@ -93,20 +93,11 @@ TEST_F(FaultsTest, EveryStopQuestionAnsweredYesInTurn) {
 TEST_F(FaultsTest, EveryAllocationOfTheRuntimeFailingInTurn) {
     Cases(2600);
     Specify();
-    /// Presses a button with the n-th allocation failing; true when it needed fewer.
-    const auto pressWithFault = [this](int button, long n) {
-        host.nextStep = -1;
-        test::failingNew = n;
-        host.Dialog().Press(button);
-        const bool through = test::failingNew > 0;
-        test::failingNew = 0;
-        return through;
-    };
     const auto atResults = [this] {
         return host.Dialog().Template().number == KaplanResultsTemplate().number;
     };
 
-    for (long n = 1; !pressWithFault(ControlOk, n); ++n) {
+    for (long n = 1; !test::PressWithFault(host, ControlOk, n); ++n) {
         ASSERT_LT(n, 1000);
         if (host.nextStep > 0) host.Go(analysis, host.nextStep);
         if (atResults()) {
@@ -117,7 +108,7 @@ TEST_F(FaultsTest, EveryAllocationOfTheRuntimeFailingInTurn) {
     host.Go(analysis, host.nextStep);
     ASSERT_TRUE(atResults());
     for (const int button : {KaplanSummary, KaplanPercentiles, KaplanPlot1, KaplanPlot2, KaplanPlot3})
-        for (long n = 1; !pressWithFault(button, n); ++n) {
+        for (long n = 1; !test::PressWithFault(host, button, n); ++n) {
             ASSERT_LT(n, 5000);
             EXPECT_EQ(host.outstanding, 7)
                 << "button " << button << ", allocation " << n; // the arrays of the run

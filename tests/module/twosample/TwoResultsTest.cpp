@@ -1,6 +1,6 @@
 #include "module/resources/Resources.h"
 #include "module/resources/StringIds.h"
-#include "tests/module/FailingNew.h"
+#include "tests/module/PressWithFault.h"
 #include "tests/module/twosample/TwoFixture.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +10,7 @@
 namespace ozm::survival {
 namespace {
 
+using test::PressWithFault;
 using test::Sheet;
 using test::TwoFixture;
 
@@ -259,15 +260,7 @@ TEST_F(TwoFixture, EveryAllocationOfTheRuntimeFailingInTurn) {
     ManyCases(300);
     host.columns[2].values[5] = host.columns[2].values[50] = host.columns[2].values[77] = 2;
     Specify();
-    const auto throughWithFault = [this](int button, long n) {
-        host.nextStep = -1;
-        test::failingNew = n;
-        host.Dialog().Press(button);
-        const bool through = test::failingNew > 0;
-        test::failingNew = 0;
-        return through;
-    };
-    for (long n = 1; !throughWithFault(ControlOk, n); ++n) {
+    for (long n = 1; !PressWithFault(host, ControlOk, n); ++n) {
         ASSERT_LT(n, 1000);
         EXPECT_EQ(host.outstanding, State().results.counts.N() > 0 ? 1 : 0) << "allocation " << n;
         if (host.nextStep > 0) host.Go(analysis, host.nextStep);
@@ -276,7 +269,7 @@ TEST_F(TwoFixture, EveryAllocationOfTheRuntimeFailingInTurn) {
     }
     host.Go(analysis, host.nextStep);
     for (int button = TwoSummary; button <= TwoPlotCumulative; ++button)
-        for (long n = 1; !throughWithFault(button, n); ++n) {
+        for (long n = 1; !PressWithFault(host, button, n); ++n) {
             ASSERT_LT(n, 5000);
             EXPECT_EQ(host.outstanding, 1) << "button " << button << ", allocation " << n; // the sample
         }

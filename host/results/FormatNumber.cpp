@@ -29,7 +29,12 @@ void appendNumber(std::string& out, double value) {
 
 void appendNumber(std::string& out, double value, ozm::CellFormat format) {
     if (appendNonFinite(out, value)) return;
-    const bool general = format.kind == ozm::CellFormat::Kind::General;
+    const bool probability = format.kind == ozm::CellFormat::Kind::Probability;
+    if (probability && value < ozm::CellFormat::leastProbability) {
+        out += "< 1e-30";
+        return;
+    }
+    const bool general = probability || format.kind == ozm::CellFormat::Kind::General;
     const bool fixed = !general && std::fabs(value) < kExponentFrom;
     int digits = std::min<int>(format.digits, 17);
     if (format.kind == ozm::CellFormat::Kind::Integer) digits = 0;

@@ -67,7 +67,8 @@ void formatCell(std::string& out, const Spreadsheet& sheet, std::size_t row, std
 
 /// With fixed decimals the longest number is one of the extremes, which saves formatting the column twice.
 std::size_t numbersWidth(const std::vector<double>& cells, ozm::CellFormat format) {
-    const bool byExtremes = format.kind != ozm::CellFormat::Kind::General;
+    const bool byExtremes =
+        format.kind == ozm::CellFormat::Kind::Fixed || format.kind == ozm::CellFormat::Kind::Integer;
     std::size_t width = 0;
     double low = 0.0;
     double high = 0.0;

@@ -141,11 +141,24 @@ private:
     }
 
     lxw_format* numberFormat(ozm::CellFormat wanted) {
-        if (wanted.kind == ozm::CellFormat::Kind::General) return nullptr;
-        const int digits = wanted.kind == ozm::CellFormat::Kind::Fixed ? std::min<int>(wanted.digits, 17) : 0;
-        lxw_format*& known = numberFormats_[digits];
-        const std::string picture =
-            digits > 0 ? "0." + std::string(static_cast<std::size_t>(digits), '0') : "0";
+        using Kind = ozm::CellFormat::Kind;
+        std::string picture;
+        switch (wanted.kind) {
+        case Kind::General:
+            return nullptr;
+        case Kind::Integer:
+            picture = "0";
+            break;
+        case Kind::Fixed:
+            picture = "0";
+            if (wanted.digits > 0)
+                picture += "." + std::string(std::min<std::size_t>(wanted.digits, 17), '0');
+            break;
+        case Kind::Probability:
+            picture = R"([<1E-30]"< 1e-30";General)";
+            break;
+        }
+        lxw_format*& known = numberFormats_[picture];
         if (known == nullptr)
             known = format([&picture](lxw_format* one) { format_set_num_format(one, picture.c_str()); });
         return known;
@@ -300,7 +313,7 @@ private:
     std::size_t row_ = 0;
     std::uintmax_t largest_ = 0;
     std::set<std::string> names_;
-    std::map<int, lxw_format*> numberFormats_;
+    std::map<std::string, lxw_format*> numberFormats_;
     lxw_format* bold_ = nullptr;
     lxw_format* text_ = nullptr;
     lxw_format* heading_ = nullptr;

@@ -33,8 +33,7 @@ std::string FormatFixed(double value, int decimals) {
 }
 
 std::string FormatProbability(double p) {
-    constexpr double least = 1e-30;
-    return p < least ? "< 1e-30" : FormatNumber(p, 5);
+    return p < CellFormat::leastProbability ? "< 1e-30" : FormatNumber(p, 5);
 }
 
 std::string CodeWithLabel(CAnalysisSupport& host, int variable, double code) {

@@ -91,7 +91,7 @@ int WriteStatistics(CAnalysisSupport& host, const TestResult& result) {
     NumberTable table(std::string{Text(TitleOf(result.test))} + std::string{Text(StrTwoStatistics)});
     table.RepeatsReport();
     for (const Statistic& s : statistics)
-        table.AddColumn(s.heading1, s.heading2, s.heading1 == StrTwoColP ? CellFormat::general(5) : single);
+        table.AddColumn(s.heading1, s.heading2, s.heading1 == StrTwoColP ? CellFormat::probability() : single);
     if (!table.AddRows(host, 1)) return StrTwoNoMemory;
     for (std::size_t k = 0; k < statistics.size(); ++k)
         table.Cell(0, k) = statistics[k].value;
@@ -147,7 +147,7 @@ int WriteTestSummary(CAnalysisSupport& host, const PooledSample& sample) {
     table.AddColumn(StrTwoColStatistic1, StrTwoColStatistic2, single);
     table.AddColumn(StrTwoColDf1, 0, whole);
     table.AddColumn(StrTwoColDf2, 0, whole);
-    table.AddColumn(StrTwoColP, 0, CellFormat::general(5));
+    table.AddColumn(StrTwoColP, 0, CellFormat::probability());
     table.AddColumn(StrTwoColScoreSum1, StrTwoColScoreSum2, single);
     table.AddColumn(StrTwoColVariance, 0, single);
     for (const int note : {StrTwoNoteSigns, StrTwoNoteSums, StrTwoNoteCoxFOrder})

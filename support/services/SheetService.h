@@ -12,15 +12,19 @@ namespace ozm {
 /// How a number of a spreadsheet column is shown. The value itself always travels at full double precision.
 struct CellFormat {
     enum class Kind : std::uint8_t {
-        General, ///< up to `digits` significant digits, no trailing zeros
-        Fixed,   ///< exactly `digits` decimals
-        Integer, ///< a whole number
+        General,     ///< up to `digits` significant digits, no trailing zeros
+        Fixed,       ///< exactly `digits` decimals
+        Integer,     ///< a whole number
+        Probability, ///< as General, but "< 1e-30" where it is smaller than that
     };
+    static constexpr double leastProbability = 1e-30; ///< what a `Probability` shows as a number at least
+
     Kind kind = Kind::General;
     std::uint8_t digits = 6;
 
     static constexpr CellFormat general(std::uint8_t digits = 6) { return {Kind::General, digits}; }
     static constexpr CellFormat fixed(std::uint8_t digits) { return {Kind::Fixed, digits}; }
+    static constexpr CellFormat probability(std::uint8_t digits = 5) { return {Kind::Probability, digits}; }
     static constexpr CellFormat integer() { return {Kind::Integer, 0}; }
 };
 

@@ -32,6 +32,9 @@ TEST(FormatNumber, PeopleReadTheColumnsFormat) {
     EXPECT_EQ(formatNumber(12.5, CellFormat::fixed(3)), "12.500");
     EXPECT_EQ(formatNumber(41.7, CellFormat::integer()), "42");
     EXPECT_EQ(formatNumber(999999999999.0, CellFormat::integer()), "999999999999");
+    EXPECT_EQ(formatNumber(0.000317647, CellFormat::probability()), "0.00031765");
+    EXPECT_EQ(formatNumber(2e-30, CellFormat::probability()), "2e-30");
+    EXPECT_EQ(formatNumber(0.0, CellFormat::probability()), "< 1e-30");
     // No sign on what is shown as zero.
     EXPECT_EQ(formatNumber(-0.0004, CellFormat::fixed(3)), "0.000");
     EXPECT_EQ(formatNumber(-0.0, CellFormat::general()), "0");

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 
 namespace ozm::survival {
 namespace {
@@ -86,12 +87,15 @@ int WriteFailures(CAnalysisSupport& host, const TestResult& result) {
     return table.Write(host);
 }
 
-int WriteStatistics(CAnalysisSupport& host, const TestResult& result) {
+int WriteStatistics(CAnalysisSupport& host, const PooledSample& sample, const TestResult& result) {
     const std::vector<Statistic> statistics = StatisticsOf(result);
     NumberTable table(std::string{Text(TitleOf(result.test))} + std::string{Text(StrTwoStatistics)});
     table.RepeatsReport();
+    for (std::string& note : NotesOf(result, sample.counts))
+        table.AddNote(std::move(note));
     for (const Statistic& s : statistics)
-        table.AddColumn(s.heading1, s.heading2, s.heading1 == StrTwoColP ? CellFormat::probability() : single);
+        table.AddColumn(s.heading1, s.heading2,
+                        s.heading1 == StrTwoColP ? CellFormat::probability() : single);
     if (!table.AddRows(host, 1)) return StrTwoNoMemory;
     for (std::size_t k = 0; k < statistics.size(); ++k)
         table.Cell(0, k) = statistics[k].value;
@@ -120,7 +124,7 @@ int WriteTables(CAnalysisSupport& host, const PooledSample& sample, const TestRe
     if (const int message = byScores ? WriteScores(host, sample, result) : WriteFailures(host, result);
         message != 0)
         return message;
-    return WriteStatistics(host, result);
+    return WriteStatistics(host, sample, result);
 }
 
 constexpr std::array allTests{TwoTest::Gehan, TwoTest::CoxF, TwoTest::CoxMantel, TwoTest::LogRank,

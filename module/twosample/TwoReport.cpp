@@ -29,7 +29,7 @@ std::string FillCounts(int id, int count1, int of1, int count2, int of2) {
     return line;
 }
 
-std::string RightAligned(std::string text, std::size_t width) {
+std::string RightAligned(const std::string& text, std::size_t width) {
     return text.size() < width ? std::string(width - text.size(), ' ') + text : text;
 }
 
@@ -79,7 +79,7 @@ void WriteTwoHeader(CAnalysisSupport& host, const SharedSettings& shared, TwoRes
     const std::size_t second = shares.front().size();
     const auto row = [&](int label, const std::string& one, const std::string& two) {
         std::string line = label == 0 ? std::string{} : std::string{Text(label)};
-        line = line + RightAligned(one, first - line.size());
+        line += RightAligned(one, first - line.size());
         return line + RightAligned(two, second - line.size());
     };
     lines.push_back(row(0, std::string{Text(StrTwoGroup1)}, std::string{Text(StrTwoGroup2)}));

@@ -4,6 +4,8 @@
 #include "apps/cli/PhaseTimes.h"
 #include "apps/cli/ProgressLine.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <optional>
 
 namespace korvana::cli {
@@ -43,6 +45,17 @@ std::vector<std::size_t> AnalysisCommand::chosenOutputs() const {
     return chooseFrom("--outputs", list_.empty() ? "all" : list_, names);
 }
 
+namespace {
+
+std::size_t errorsIn(const ResultsBook& book) {
+    return static_cast<std::size_t>(
+        std::count_if(book.messages.begin(), book.messages.end(), [](const ResultMessage& message) {
+            return message.severity == ResultMessage::Severity::Error;
+        }));
+}
+
+} // namespace
+
 int AnalysisCommand::run(Console& console) {
     output_.check();
     check();
@@ -61,6 +74,8 @@ int AnalysisCommand::run(Console& console) {
 
     std::optional<StopsItself> stops(std::in_place, console);
     const auto stopped = [&] { return console.signals.has(StopSignals::External); };
+    int made = 0;
+    int failed = 0;
     try {
         session.start();
         Script script(session);
@@ -68,8 +83,12 @@ int AnalysisCommand::run(Console& console) {
         if (computed) {
             prepareOutputs(script);
             for (const std::size_t place : chosen)
-                for (const char* const action : outputs()[place].actions)
-                    if (action != nullptr && !stopped()) script.press(action);
+                for (const char* const action : outputs()[place].actions) {
+                    if (action == nullptr || stopped()) continue;
+                    const std::size_t errors = errorsIn(session.book());
+                    script.press(action);
+                    ++(errorsIn(session.book()) == errors ? made : failed);
+                }
         }
         progress.clear();
         if (stopped()) return ExitStopped;
@@ -78,6 +97,7 @@ int AnalysisCommand::run(Console& console) {
                 console.say("the analysis ended without a result and without a message");
             return ExitRefused;
         }
+        if (made == 0 && failed > 0) return ExitRefused; // their messages said why
     } catch (const ScriptError& error) {
         progress.clear();
         if (stopped()) return ExitStopped;

@@ -206,8 +206,8 @@ constexpr StringResource strings[] = {
      "Note: The variance is the permutational one (other programs may use the hypergeometric one)."},
     {StrTwoNoteHypergeometric,
      "Note: The variance is the hypergeometric one (other programs may use a permutational one)."},
-    {StrTwoNoteCoxF, "Note: No variance is used (neither permutational nor hypergeometric); F has the group "
-                     "with the greater mean score first."},
+    {StrTwoNoteCoxF, "Note: No variance is used, neither permutational nor hypergeometric. F has the group "
+                     "with the greater mean score first; its p is one-sided."},
     {StrTwoNoteCorrection, "Note: The test statistic has a continuity correction of "},
     {StrTwoNoteGehanInstead,
      "Note: No observation is censored: Peto & Peto's test is computed as Gehan's, and has its sign."},
@@ -216,8 +216,8 @@ constexpr StringResource strings[] = {
      "Signs when group 1 lives longer: Gehan and Cox-Mantel positive, log-rank and Peto & Peto negative."},
     {StrTwoNoteSums, "Gehan, log-rank and Peto & Peto add up the scores of group 1; Cox-Mantel the failures "
                      "of group 2 beyond those expected."},
-    {StrTwoNoteCoxFOrder,
-     "Cox's F has no sign: df 1 is twice the uncensored observations of the group that lives longer."},
+    {StrTwoNoteCoxFOrder, "Cox's F has no sign: df 1 is twice the uncensored observations of the group that "
+                          "lives longer. Its p is one-sided, the others are two-sided."},
 };
 
 static_assert(std::is_sorted(std::begin(strings), std::end(strings),

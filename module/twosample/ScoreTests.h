@@ -46,7 +46,7 @@ struct GehanStatistic {
 /// the sample.
 GehanStatistic GehanTest(const PooledSample& sample, std::span<GehanRanks> ranks, std::span<double> scores);
 
-/// The log-rank test by scores (Peto & Peto 1972, J. R. Statist. Soc. A 135:185-206): with the cumulative
+/// The log-rank test by scores (Peto & Peto 1972, J. R. Statist. Soc. A 135:185-207): with the cumulative
 /// hazard e(j) = q(1) + ... + q(j), 1 - e(j) for a failure at t(j) and -e(j) for an observation censored
 /// after it. The sum is negative when group 1 lives longer. `scores` is as long as the sample.
 ScoreStatistic LogRankTest(const PooledSample& sample, const PooledFailures& failures,

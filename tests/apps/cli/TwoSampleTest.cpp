@@ -138,10 +138,10 @@ TEST_F(TwoSampleTest, ARefusalCarriesItsNumber) {
             "Group 1: 1 uncensored, 0 censored. Group 2: 1 uncensored, 0 censored.\n");
     refused(compare(leukaemia, {"--group", "group", "--group1", "6-MP", "--group2", "1"}),
             "12336: Codes for first", "");
-    const auto compareFile = [&](const std::string& cases) {
+    const auto compareFile = [&](const std::string& cases, const char* outputs = "summary,life-tables") {
         return compare(
             {file("data.csv", "time,status,arm\n" + cases), "--time", "time", "--censor", "status"},
-            {"--group", "arm", "--group1", "1", "--group2", "2"});
+            {"--group", "arm", "--group1", "1", "--group2", "2", "--outputs", outputs});
     };
     refused(compareFile("1,0,1\n2,0,1\n3,0,2\n4,0,2\n"), "14632: Fewer than 2 uncensored cases",
             "Codes of 'status' among the selected cases: 0 (4 cases).\n");
@@ -149,6 +149,10 @@ TEST_F(TwoSampleTest, ARefusalCarriesItsNumber) {
     for (int i = 0; i < 2000; ++i)
         most += "5,1,1\n";
     EXPECT_EQ(compareFile(most).code, ExitResults);
+    // No life table of two cases each; the summary stands all the same.
+    const std::string twoEach = "1,1,1\n2,1,1\n3,1,2\n4,0,2\n";
+    EXPECT_EQ(compareFile(twoEach).code, ExitResults);
+    refused(compareFile(twoEach, "life-tables,plots"), "20274: Fewer than 3 valid cases.", "");
     refused(compareFile(most + "6,1,1\n"), "14243: Too many datapoints", "There is room for 2000 uncensored");
 }
 

@@ -13,6 +13,7 @@
 
 #include "host/results/AtRisk.h"
 #include "host/results/ChartGeometry.h"
+#include "host/results/ChartLegend.h"
 #include "host/results/ChartText.h"
 #include "host/results/Utf8.h"
 
@@ -40,6 +41,10 @@ const Tones kDark{{0xE6, 0xE6, 0xE6}, {0x46, 0x46, 0x46}, {0x1C, 0x1C, 0x1C}};
 
 bool isBound(const ChartSeries& series) {
     return series.role == ChartSeries::Role::LowerBound || series.role == ChartSeries::Role::UpperBound;
+}
+
+bool hasMarkers(const ChartSeries& series) {
+    return series.marker != ChartSeries::Marker::None || series.style == ChartSeries::Style::Markers;
 }
 
 /// How often a path turns from rising to falling or back.
@@ -84,15 +89,10 @@ public:
             paintSeries(series);
         addTitle();
         addNumbersAtRisk();
-        addLegend();
+        addLegend(plot_, std::move(legend_), groups_.size(), options_.width, font(13), tones_.ink);
     }
 
 private:
-    struct LegendEntry {
-        QString text;
-        QCPAbstractPlottable* plottable;
-    };
-
     [[nodiscard]] std::size_t groupIndex(const ChartSeries& series) const { return groups_.at(series.group); }
 
     [[nodiscard]] QColor colour(const ChartSeries& series) const {
@@ -145,6 +145,22 @@ private:
         x_ = axisExtent(info_.xAxis, x, 0.02);
         y_ = axisExtent(info_.yAxis, y, 0.03);
         if (counts && !info_.yAxis.hasRange()) y_.low = std::min(0.0, y.low); // bars stand on the axis
+        for (const ChartSeries& series : info_.series) {
+            if (series.style == ChartSeries::Style::Histogram || !hasMarkers(series)) continue;
+            makeRoom(x_, info_.xAxis, series.x);
+            makeRoom(y_, info_.yAxis, series.y);
+        }
+    }
+
+    /// A marker on an end of a given range is drawn whole.
+    static void makeRoom(Extent& shown, const ozm::ChartAxis& axis, const std::vector<double>& markers) {
+        if (!axis.hasRange()) return;
+        const auto marked = [&markers](double end) {
+            return std::find(markers.begin(), markers.end(), end) != markers.end();
+        };
+        const double room = 0.012 * (axis.max - axis.min);
+        if (shown.low == axis.min && marked(axis.min)) shown.low -= room;
+        if (shown.high == axis.max && marked(axis.max)) shown.high += room;
     }
 
     void styleAxis(QCPAxis& axis, const Extent& range, const std::string& title, int length) {
@@ -211,8 +227,12 @@ private:
         if (reversals(path) > kMostReversals)
             line.setWidthF(1.0); // else one block of colour, and slow to paint
         curve->setPen(line);
-        addLegendEntry(series, curve);
-        if (series.marker != ChartSeries::Marker::None) paintMarkers(series);
+        if (!hasMarkers(series)) return addLegendEntry(series, curve);
+        paintMarkers(series);
+        QCPCurve* icon = addCurve({}); // line and marker in one
+        icon->setPen(line);
+        icon->setScatterStyle(scatter(series));
+        addLegendEntry(series, icon);
     }
 
     QCPCurve* paintMarkers(const ChartSeries& series) {
@@ -331,57 +351,6 @@ private:
         if (series.legend.empty()) return;
         if (!named_.insert({series.group, series.legend}).second) return;
         legend_.push_back({elidedLine(series.legend, font(13), options_.width / 2), plottable});
-    }
-
-    void addLegend() {
-        if (legend_.size() < 2) return;
-        constexpr int kIcon = 30;
-        constexpr int kSpacing = 14;
-        constexpr std::size_t kMostRows = 5;
-        const QFont entryFont = font(13);
-        const QFontMetricsF metrics(entryFont);
-        double widest = 0.0;
-        for (const LegendEntry& entry : legend_)
-            widest = std::max(widest, metrics.horizontalAdvance(entry.text));
-        auto columns =
-            static_cast<std::size_t>(std::max(1.0, (options_.width - 60) / (widest + kIcon + 2 * kSpacing)));
-        // Where every group has the same number of entries, no group is torn over the end of a line.
-        const std::size_t perGroup = legend_.size() / groups_.size();
-        if (legend_.size() % groups_.size() == 0 && perGroup > 1 && columns > perGroup)
-            columns -= columns % perGroup;
-        if (legend_.size() > columns * kMostRows) {
-            const std::size_t left = legend_.size() - columns * kMostRows + 1;
-            legend_.resize(columns * kMostRows - 1);
-            legend_.push_back({QString("and %1 more").arg(left), nullptr});
-        }
-
-        auto* legend = new QCPLegend; // beside the plot's built-in one, which lies over the data
-        plot_.plotLayout()->addElement(plot_.plotLayout()->rowCount(), 0, legend);
-        legend->setLayer("legend");
-        legend->setFont(entryFont);
-        legend->setTextColor(tones_.ink);
-        legend->setIconSize(kIcon, 14);
-        legend->setIconTextPadding(
-            12); // SVG does not clip a line's icon, which is 5 pixels longer than its place
-        legend->setColumnSpacing(kSpacing);
-        legend->setRowSpacing(2);
-        legend->setBorderPen(Qt::NoPen);
-        legend->setBrush(Qt::NoBrush);
-        legend->setFillOrder(QCPLegend::foColumnsFirst);
-        legend->setWrap(static_cast<int>(std::min(columns, legend_.size())));
-        legend->setMargins(QMargins(30, 0, 30, 10));
-        for (const LegendEntry& entry : legend_) {
-            if (entry.plottable == nullptr) {
-                auto* blank = new QCPCurve(plot_.xAxis, plot_.yAxis);
-                blank->setPen(Qt::NoPen);
-                blank->setName(entry.text);
-                blank->addToLegend(legend);
-                continue;
-            }
-            entry.plottable->setName(entry.text);
-            entry.plottable->addToLegend(legend);
-        }
-        plot_.plotLayout()->setRowStretchFactor(plot_.plotLayout()->rowCount() - 1, 0.001);
     }
 
     QCustomPlot& plot_;

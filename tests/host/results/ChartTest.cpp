@@ -29,6 +29,7 @@ struct Svg {
     std::set<std::string> fonts;
     int dashed = 0;
     int shapes = 0;
+    int circles = 0;
     double farthest = 0.0; // largest coordinate, for what lies outside the picture
     QString viewBox;
 };
@@ -54,6 +55,7 @@ Svg readSvg(const std::string& bytes) {
                     svg.farthest = std::max(svg.farthest, std::fabs(coordinate.toDouble()));
                 }
         }
+        if (reader.name() == QStringLiteral("circle")) ++svg.circles;
         if (reader.name() == QStringLiteral("text"))
             svg.texts += reader.readElementText(QXmlStreamReader::IncludeChildElements).trimmed();
     }
@@ -196,6 +198,32 @@ TEST(ChartRenderer, NothingIsPaintedOutsideAGivenRange) {
     const Svg svg = drawSvg(info);
     EXPECT_GT(svg.shapes, 0);
     EXPECT_LE(svg.farthest, 960.0);
+}
+
+TEST(ChartRenderer, MarkersAreWholeAtTheEndsOfAGivenRangeAndStandInTheLegend) {
+    const auto blueOf = [](double y) {
+        ozm::CChartInfo info = chartOf({series("", {0, 1}, {y, y}, ChartSeries::Style::Markers)});
+        info.xAxis = {"x", 0, 1};
+        info.yAxis = {"y", 0, 1};
+        const QImage image =
+            QImage::fromData(QByteArray::fromStdString(drawChart(info, PictureFormat::Png).bytes));
+        int blue = 0;
+        for (int row = 0; row < image.height(); ++row)
+            for (int column = 0; column < image.width(); ++column)
+                if (QColor(image.pixel(column, row)).blue() > QColor(image.pixel(column, row)).red() + 30)
+                    ++blue;
+        return blue;
+    };
+    const int whole = blueOf(0.5);
+    EXPECT_GT(whole, 200);
+    EXPECT_NEAR(blueOf(1), whole, 20);
+    EXPECT_NEAR(blueOf(0), whole, 20);
+
+    ozm::CChartInfo info =
+        chartOf({series("one", {0, 1, 2}, {0, 1, 0}), series("two", {0, 1, 2}, {1, 0, 1})});
+    info.series[0].marker = ChartSeries::Marker::Circle;
+    info.series[1].marker = ChartSeries::Marker::Square;
+    EXPECT_EQ(drawSvg(info).circles, 3 + 1);
 }
 
 TEST(ChartRenderer, PngIsCrispAndNotBlank) {

@@ -67,6 +67,27 @@ std::string oneLine(std::string_view text) {
     return out;
 }
 
+std::size_t utf16Units(std::string_view text) {
+    std::size_t units = 0;
+    while (!text.empty())
+        units += takeCodePoint(text) > 0xFFFF ? 2U : 1U;
+    return units;
+}
+
+std::string oneLine(std::string_view text, std::size_t most) {
+    std::string out;
+    const std::string line = oneLine(text);
+    std::string_view rest = line;
+    std::size_t units = 0;
+    while (!rest.empty()) {
+        const char32_t code = takeCodePoint(rest);
+        units += code > 0xFFFF ? 2 : 1;
+        if (units > most) break;
+        appendCodePoint(out, code);
+    }
+    return out;
+}
+
 std::size_t textWidth(std::string_view text) {
     using Span = std::pair<char32_t, char32_t>;
     static constexpr std::array<Span, 5> kNone{

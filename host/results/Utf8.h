@@ -24,6 +24,11 @@ void appendCodePoint(std::string& out, char32_t code);
 void appendOneLine(std::string& out, std::string_view text);
 [[nodiscard]] std::string oneLine(std::string_view text);
 
+/// Lengths as spreadsheet programs count them.
+[[nodiscard]] std::size_t utf16Units(std::string_view text);
+/// On one line, and no more than its first `most` units.
+[[nodiscard]] std::string oneLine(std::string_view text, std::size_t most);
+
 /// Columns a text takes on a terminal: combining marks none, East Asian wide characters two.
 [[nodiscard]] std::size_t textWidth(std::string_view text);
 

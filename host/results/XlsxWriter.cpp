@@ -6,13 +6,13 @@
 #include <cstdio>
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <system_error>
 #include <xlsxwriter.h>
 
 #include "host/results/FormatNumber.h"
 #include "host/results/OutputFile.h"
+#include "host/results/SheetNames.h"
 #include "host/results/TextWriter.h"
 #include "host/results/Utf8.h"
 
@@ -23,7 +23,6 @@ namespace {
 constexpr std::size_t kMostRows = 1048576;
 constexpr std::size_t kMostColumns = 16384;
 constexpr std::size_t kMostCharacters = 32767;
-constexpr std::size_t kMostNameCharacters = 31;
 
 /// libxlsxwriter prints numbers with printf; a decimal comma would spoil the file.
 class PlainNumbers {
@@ -40,21 +39,6 @@ private:
     locale_t plain_;
     locale_t before_;
 };
-
-/// At most `most` characters (UTF-16 units, as the format counts), on one line.
-std::string cut(std::string_view text, std::size_t most) {
-    std::string out;
-    const std::string line = oneLine(text);
-    std::string_view rest = line;
-    std::size_t units = 0;
-    while (!rest.empty()) {
-        const char32_t code = takeCodePoint(rest);
-        units += code > 0xFFFF ? 2 : 1;
-        if (units > most) break;
-        appendCodePoint(out, code);
-    }
-    return out;
-}
 
 class Workbook {
 public:
@@ -164,30 +148,8 @@ private:
         return known;
     }
 
-    /// Names are unique without regard to case, at most 31 characters, and some characters are not allowed.
-    std::string sheetName(std::string_view title) {
-        std::string stem = cut(title, kMostNameCharacters);
-        std::replace_if(
-            stem.begin(), stem.end(),
-            [](char c) { return std::string_view("[]:*?/\\'").find(c) != std::string_view::npos; }, ' ');
-        stem = cut(stem.substr(std::min(stem.find_first_not_of(' '), stem.size())), kMostNameCharacters);
-        if (stem.empty() || stem == "History") stem = "Table";
-        std::string name = stem;
-        const auto folded = [](std::string text) {
-            std::transform(text.begin(), text.end(), text.begin(), [](char c) {
-                return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-            });
-            return text;
-        };
-        for (int number = 2; !names_.insert(folded(name)).second; ++number) {
-            const std::string suffix = " " + std::to_string(number);
-            name = cut(stem, kMostNameCharacters - suffix.size()) + suffix;
-        }
-        return name;
-    }
-
     void beginSheet(std::string_view title) {
-        sheet_ = workbook_add_worksheet(book_.get(), sheetName(title).c_str());
+        sheet_ = workbook_add_worksheet(book_.get(), names_.take(title).c_str());
         if (sheet_ == nullptr) fail(LXW_ERROR_CREATING_TMPFILE);
         row_ = 0;
     }
@@ -201,7 +163,7 @@ private:
     }
 
     void text(std::size_t column, std::string_view value, lxw_format* look = nullptr) {
-        const std::string line = cut(value, kMostCharacters);
+        const std::string line = oneLine(value, kMostCharacters);
         if (line.empty()) return;
         check(worksheet_write_string(sheet_, static_cast<lxw_row_t>(row_), static_cast<lxw_col_t>(column),
                                      line.c_str(), look));
@@ -312,7 +274,7 @@ private:
     lxw_worksheet* sheet_ = nullptr;
     std::size_t row_ = 0;
     std::uintmax_t largest_ = 0;
-    std::set<std::string> names_;
+    SheetNames names_;
     std::map<std::string, lxw_format*> numberFormats_;
     lxw_format* bold_ = nullptr;
     lxw_format* text_ = nullptr;

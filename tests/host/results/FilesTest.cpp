@@ -214,12 +214,16 @@ TEST_F(Files, WorkbookHoldsNumbersAndLegalSheetNames) {
     ResultsBook book = test::smallBook();
     book.append(test::smallSheet()).title = "SURVIVAL FUNCTION";
     book.append(test::smallSheet()).title = "A/B: 'of' [all] the *tables* with a very long title";
+    book.append(test::smallSheet()).title = "One & Two's Test of Everything, Scores";
+    book.append(test::smallSheet()).title = "One & Two's Test of Everything, Statistics";
     book.append(Spreadsheet{});
     const fs::path target = directory_ / "results.xlsx";
     writeXlsx(book, target);
     const std::string sheets = partOf(target, "xl/workbook.xml");
-    for (const char* name : {"\"Report\"", "\"Survival function\"", "\"SURVIVAL FUNCTION 2\"",
-                             "\"A B   of   all  the  tables  wi\"", "\"Table\""})
+    for (const char* name :
+         {"\"Report\"", "\"Survival function\"", "\"SURVIVAL FUNCTION 2\"",
+          "\"A B 'of' all the tables with a\u2026\"", "\"One &amp; Two's Test of\u2026, Scores\"",
+          "\"One &amp; Two's Test\u2026, Statistics\"", "\"Table\""})
         EXPECT_NE(sheets.find(name), std::string::npos) << name << " in " << sheets;
     const std::string cells = partOf(target, "xl/worksheets/sheet2.xml");
     EXPECT_NE(cells.find("<v>0.3333333333333333"), std::string::npos) << cells;

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace korvana {
+
+/// Gives the sheets of a workbook names that the format allows: at most 31 characters, some not among them,
+/// and unique without regard to case.
+class SheetNames {
+public:
+    /// A name after the title. One that is too long loses words before its last comma: what stands behind it
+    /// tells sheets of one kind apart.
+    [[nodiscard]] std::string take(std::string_view title);
+
+private:
+    std::set<std::string> taken_; // in lower case
+};
+
+} // namespace korvana

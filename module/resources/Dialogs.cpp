@@ -129,9 +129,9 @@ constexpr ControlTemplate twoResultsControls[] = {
     {.id = TwoCoxMantel, .text = "!249Cox-&Mantel test", .pages = quick},
     {.id = TwoLogRank, .text = "!249&Log-rank test", .pages = quick},
     {.id = TwoPetoPeto, .text = "!249&Peto and Peto's Wilcoxon test", .pages = quick},
-    {.id = TwoLifeTables, .text = "!249P&roportion surviving by group", .pages = advanced},
+    {.id = TwoLifeTables, .text = "!249Life table: p&roportion surviving by group", .pages = advanced},
     {.id = TwoPlotSurviving, .text = "!228Plot of proportion &surviving by group", .pages = advanced},
-    {.id = TwoPlotCumulative, .text = "!228&Cumulative proportion surviving by group", .pages = advanced},
+    {.id = TwoPlotCumulative, .text = "!228Plot of &cumulative proportion surviving by group", .pages = advanced},
     cancelButton,
 };
 

@@ -1,0 +1,38 @@
+#include "module/resources/Resources.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <string>
+
+namespace ozm::survival {
+namespace {
+
+/// The letters that Alt reaches while a page is open, those of controls on all pages among them.
+std::string Letters(const DialogTemplate& dialog, std::size_t page) {
+    std::string letters;
+    for (const ControlTemplate& control : dialog.controls) {
+        const bool shown =
+            control.pages.empty() || std::ranges::find(control.pages, page) != control.pages.end();
+        const std::size_t mark = control.text.find('&');
+        if (shown && mark != std::string_view::npos)
+            letters += static_cast<char>(std::tolower(control.text.at(mark + 1)));
+    }
+    std::ranges::sort(letters);
+    return letters;
+}
+
+TEST(Dialogs, ALetterReachesOneControlOnly) {
+    for (const DialogTemplate* dialog : DialogTemplates()) {
+        for (std::size_t page = 0; page < dialog->pages.size(); ++page) {
+            const std::string letters = Letters(*dialog, page);
+            EXPECT_FALSE(letters.empty()) << dialog->title;
+            EXPECT_EQ(std::ranges::adjacent_find(letters), letters.end())
+                << dialog->title << ", " << dialog->pages[page] << ": " << letters;
+        }
+    }
+}
+
+} // namespace
+} // namespace ozm::survival

@@ -38,11 +38,13 @@ private:
     }
 };
 
-/// Buttons one below the other, as wide as the widest.
+/// Buttons one below the other, as wide as the widest, their icons and texts in line.
 void addButtons(QGridLayout& grid, int row, const std::vector<ControlField*>& buttons) {
     auto* column = new QVBoxLayout;
-    for (ControlField* button : buttons)
+    for (ControlField* button : buttons) {
+        button->setStyleSheet(QStringLiteral("QPushButton { text-align: left; padding: 4px 8px; }"));
         column->addWidget(button);
+    }
     auto* line = new QHBoxLayout;
     line->addLayout(column);
     line->addStretch(1);

@@ -33,6 +33,13 @@ bool isEnter(const QKeyEvent& event) {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
 }
 
+/// How many pages a key turns. The tabs know Ctrl+Tab, but only while the focus is below them.
+int pagesTurned(const QKeyEvent& event) {
+    if (!event.modifiers().testFlag(Qt::ControlModifier)) return 0;
+    if (event.key() == Qt::Key_Tab || event.key() == Qt::Key_PageDown) return 1;
+    return event.key() == Qt::Key_Backtab || event.key() == Qt::Key_PageUp ? -1 : 0;
+}
+
 } // namespace
 
 DialogView::DialogView(ozm::CAnalysisDialog& dialog, QWidget* parent) : QDialog(parent), dialog_(&dialog) {
@@ -316,6 +323,8 @@ void DialogView::closeEvent(QCloseEvent* event) {
 }
 
 void DialogView::keyPressEvent(QKeyEvent* event) {
+    if (const int turned = pagesTurned(*event); turned != 0 && tabs_ != nullptr)
+        return showPage((tabs_->currentIndex() + turned + tabs_->count()) % tabs_->count());
     if (!isEnter(*event)) return QDialog::keyPressEvent(event);
     if (auto* button = qobject_cast<QPushButton*>(focusWidget())) return button->click();
     if (ControlField* ok = fieldOf(ozm::ControlOk)) return press(*ok);

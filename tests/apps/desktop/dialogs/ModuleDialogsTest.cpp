@@ -60,6 +60,16 @@ struct ModuleDialogs : ::testing::Test, SessionObserver {
         QTest::keyClick(search, Qt::Key_Down);
         QTest::keyClick(available, box, Qt::ControlModifier);
     }
+    /// Types a code into the field that Alt and a letter lead to.
+    void code(Qt::Key letter, const char* typed) {
+        key(letter, Qt::AltModifier);
+        QTest::keyClicks(view->focusWidget(), typed);
+    }
+    /// Presses the button of a letter; whether the book then holds so many outputs.
+    bool makes(Qt::Key letter, std::size_t outputs) {
+        key(letter, Qt::AltModifier);
+        return QTest::qWaitFor([this, outputs] { return session.book().outputs.size() == outputs; });
+    }
 
     Session session;
     std::unique_ptr<DialogView> view;
@@ -73,19 +83,14 @@ TEST_F(ModuleDialogs, KaplanMeierByKeyboardFromTheStartToItsResultsAndBack) {
 
     choose("time", Qt::Key_1);
     choose("status", Qt::Key_2);
-    key(Qt::Key_O, Qt::AltModifier);
-    QTest::keyClicks(view->focusWidget(), "1");
-    key(Qt::Key_C, Qt::AltModifier);
-    QTest::keyClicks(view->focusWidget(), "0");
+    code(Qt::Key_O, "1");
+    code(Qt::Key_C, "0");
     key(Qt::Key_Return);
     ASSERT_TRUE(opens("Product-Limit (Kaplan-Meier) Analysis Results"));
 
     EXPECT_TRUE(view->findChild<QPlainTextEdit*>()->toPlainText().contains("137"));
-    key(Qt::Key_U, Qt::AltModifier);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return session.book().outputs.size() == 3; }))
-        << "two reports, a table";
-    key(Qt::Key_T, Qt::AltModifier);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return session.book().outputs.size() == 4; })) << "a chart";
+    EXPECT_TRUE(makes(Qt::Key_U, 3)) << "two reports, a table";
+    EXPECT_TRUE(makes(Qt::Key_T, 4)) << "a chart";
 
     key(Qt::Key_Escape);
     ASSERT_TRUE(opens("Product-Limit (Kaplan & Meier) Analysis"));
@@ -96,6 +101,33 @@ TEST_F(ModuleDialogs, KaplanMeierByKeyboardFromTheStartToItsResultsAndBack) {
     key(Qt::Key_Escape);
     EXPECT_TRUE(opens("")) << "no dialog";
     EXPECT_FALSE(session.isActive());
+}
+
+TEST_F(ModuleDialogs, TwoSamplesByKeyboardToBothPagesOfTheirResultsAndBack) {
+    EXPECT_TRUE(opens("Survival and Failure Time Analysis"));
+    key(Qt::Key_Down);
+    key(Qt::Key_Down);
+    key(Qt::Key_Return);
+    ASSERT_TRUE(opens("Comparing Survival in Two Groups"));
+    choose("time", Qt::Key_1);
+    choose("status", Qt::Key_2);
+    choose("trt", Qt::Key_3);
+    code(Qt::Key_O, "1");
+    code(Qt::Key_C, "0");
+    code(Qt::Key_1, "2");
+    code(Qt::Key_2, "1");
+    key(Qt::Key_Return);
+    ASSERT_TRUE(opens("Two-Sample Tests Results"));
+
+    EXPECT_TRUE(view->findChild<QPlainTextEdit*>()->toPlainText().contains("64 ( 94.12%)")) << "group 1 is 2";
+    EXPECT_TRUE(makes(Qt::Key_L, 4)) << "two reports, two tables";
+    key(Qt::Key_PageDown, Qt::ControlModifier);
+    EXPECT_TRUE(makes(Qt::Key_S, 5)) << "a chart";
+
+    key(Qt::Key_Escape);
+    ASSERT_TRUE(opens("Comparing Survival in Two Groups"));
+    EXPECT_EQ(view->findChild<QListView*>("role2")->model()->rowCount(), 1) << "selections stay";
+    EXPECT_EQ(view->findChild<QWidget*>("control1004")->findChild<QComboBox*>()->currentText(), "2");
 }
 
 } // namespace

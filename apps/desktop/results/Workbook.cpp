@@ -37,6 +37,7 @@ Workbook::Workbook(QWidget* parent)
     tree_->setHeaderHidden(true);
     tree_->setFrameShape(QFrame::NoFrame);
     tree_->setUniformRowHeights(true);
+    tree_->setTextElideMode(Qt::ElideMiddle); // outputs of one kind differ in their last word
     tree_->setAccessibleName(tr("Runs and their outputs"));
     tree_->setContextMenuPolicy(Qt::CustomContextMenu);
     tree_->setMinimumWidth(fontMetrics().averageCharWidth() * 12);
@@ -61,7 +62,7 @@ Workbook::Workbook(QWidget* parent)
     splitter_->setChildrenCollapsible(false);
     splitter_->setStretchFactor(1, 1);
     const int letter = fontMetrics().averageCharWidth();
-    splitter_->setSizes({40 * letter, 110 * letter});
+    splitter_->setSizes({46 * letter, 104 * letter});
     tree_->hide();
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins({});

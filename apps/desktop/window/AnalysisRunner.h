@@ -104,6 +104,7 @@ private:
     Session session_;
     BreathTimer breathTimer_{signals_};
     QPointer<DialogView> view_;
+    std::optional<QPoint> place_; // of the last dialog, from the window's corner
     QElapsedTimer computing_;
     int progressDelay_ = 250;
     bool busy_ = false;

@@ -37,8 +37,8 @@ MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QStri
     auto* splitter = new QSplitter(Qt::Horizontal);
     splitter->addWidget(dataTabs_);
     splitter->addWidget(workbook_);
-    splitter->setStretchFactor(0, 2);
-    splitter->setStretchFactor(1, 3);
+    splitter->setStretchFactor(0, 1);
+    splitter->setStretchFactor(1, 2);
     splitter->setChildrenCollapsible(false);
     setCentralWidget(splitter);
     setAcceptDrops(true);
@@ -48,7 +48,7 @@ MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QStri
     connect(variablesView_, &VariablesView::variablesChanged, this, &MainWindow::showData);
     connect(workbook_, &Workbook::statusText, this,
             [this](const QString& text) { statusBar()->showMessage(text); });
-    resize(fontMetrics().averageCharWidth() * 190, fontMetrics().height() * 48);
+    resize(fontMetrics().averageCharWidth() * 210, fontMetrics().height() * 50);
     showData();
 }
 

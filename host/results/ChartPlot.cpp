@@ -341,7 +341,7 @@ private:
         std::vector<AtRiskRow> rows;
         for (const ChartSeries& series : info_.series)
             if (!series.leaving.empty())
-                rows.push_back({elidedLine(series.legend, font(13), options_.width / 5), colour(series),
+                rows.push_back({elidedLine(series.legend, font(13), options_.width / 4), colour(series),
                                 series.x.empty() ? 0.0 : series.x.front(), series.leaving, series.staying});
         addAtRiskRows(plot_, std::move(rows), font(13), tones_.ink);
     }

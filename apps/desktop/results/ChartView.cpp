@@ -34,6 +34,11 @@ bool same(const Extent& a, const Extent& b) {
     return a.low == b.low && a.high == b.high;
 }
 
+/// The range as people know it: what the axis was given, without the room for markers at its ends.
+Extent namedRange(const ozm::ChartAxis& axis, const Extent& shown, const Extent& home) {
+    return axis.hasRange() && same(shown, home) ? Extent{axis.min, axis.max} : shown;
+}
+
 } // namespace
 
 ChartView::ChartView(const ozm::CChartInfo& info, QWidget* parent)
@@ -306,8 +311,9 @@ ozm::CChartInfo ChartView::shownChart() const {
 }
 
 void ChartView::editSettings(ChartSettingsDialog::Field field) {
-    ChartSettingsDialog dialog(info_, edits_, extentOf(plot_->xAxis->range()),
-                               extentOf(plot_->yAxis->range()), field, this);
+    ChartSettingsDialog dialog(info_, edits_,
+                               namedRange(drawn_.xAxis, extentOf(plot_->xAxis->range()), homeX_),
+                               namedRange(drawn_.yAxis, extentOf(plot_->yAxis->range()), homeY_), field, this);
     if (dialog.exec() == QDialog::Accepted) setEdits(dialog.edits());
 }
 

@@ -17,6 +17,7 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -202,7 +203,6 @@ SummaryField::SummaryField(const ozm::ControlTemplate& control, FieldHost& host,
     text_->setTabChangesFocus(true);
     text_->setLineWrapMode(QPlainTextEdit::NoWrap);
     text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    askForRoom(text_, 60, 9);
     text_->setAccessibleName(plainCaptionOf(control).isEmpty() ? QStringLiteral("Summary")
                                                                : plainCaptionOf(control));
     fillWith(text_, Caption::Above);
@@ -211,6 +211,8 @@ SummaryField::SummaryField(const ozm::ControlTemplate& control, FieldHost& host,
 void SummaryField::showValue(const ozm::ControlValue& value) {
     if (const auto* text = std::get_if<std::string>(&value))
         text_->setPlainText(QString::fromStdString(*text));
+    // All of it is to be seen at once, unless it is very long.
+    askForRoom(text_, 60, std::clamp(text_->document()->blockCount() + 1, 9, 16));
 }
 
 } // namespace korvana::desktop

@@ -15,6 +15,8 @@
 #include <QTest>
 
 #include <iostream>
+#include <memory>
+#include <utility>
 
 using namespace korvana;
 using namespace korvana::desktop;
@@ -39,6 +41,77 @@ void press(MainWindow& window, int control) {
     QTest::qWait(50);
 }
 
+void put(MainWindow& window, int control, ozm::ControlValue value) {
+    window.runner().currentView()->dialog()->PutValue(control, std::move(value));
+}
+
+/// A window in the state it starts with, showing a file of examples/data.
+std::unique_ptr<MainWindow> windowOn(const QString& file) {
+    auto window = std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{},
+                                               folder.filePath(QStringLiteral(".settings.ini")));
+    window->show();
+    if (!window->openFile(QStringLiteral(KORVANA_SOURCE_DIR "/examples/data/") + file)) std::exit(1);
+    return window;
+}
+
+/// Opens the startup dialog with an analysis chosen, counted from 0.
+void start(MainWindow& window, int analysis) {
+    window.startAnalysis();
+    put(window, 180, analysis);
+}
+
+void oneSample() {
+    const auto window = windowOn(QStringLiteral("veteran.csv"));
+    auto dialog = [&]() -> DialogView& { return *window->runner().currentView(); };
+    start(*window, 1);
+    take(dialog(), QStringLiteral("dialog-startup"));
+    press(*window, 1);
+    put(*window, 1001, ozm::VariableSelection{{3}, {4}});
+    put(*window, 1002, 1.0);
+    put(*window, 1003, 0.0);
+    take(dialog(), QStringLiteral("dialog-specification"));
+    press(*window, 1);
+    take(dialog(), QStringLiteral("dialog-results"));
+    press(*window, 1101);
+    press(*window, 1103);
+    take(*window, QStringLiteral("window"));
+    for (QTabWidget* tabs : window->findChildren<QTabWidget*>()) {
+        const int variables = tabs->indexOf(window->findChild<VariablesView*>());
+        if (variables >= 0) tabs->setCurrentIndex(variables);
+    }
+    QTest::qWait(300); // counts come while the program is idle
+    take(*window, QStringLiteral("window-variables"));
+
+    window->runner().data().select("celltype = 'squamous' and age >= 60");
+    SelectionDialog selection(window->runner().data(), window.get());
+    selection.show();
+    QTest::qWait(600);
+    take(selection, QStringLiteral("dialog-select-cases"));
+    WeightsDialog weights(window->runner().data(), window.get());
+    weights.show();
+    take(weights, QStringLiteral("dialog-case-weights"));
+}
+
+void twoSamples() {
+    const auto window = windowOn(QStringLiteral("leukaemia-6mp.csv"));
+    auto dialog = [&]() -> DialogView& { return *window->runner().currentView(); };
+    start(*window, 2);
+    press(*window, 1);
+    put(*window, 1001, ozm::VariableSelection{{1}, {2}, {3}});
+    put(*window, 1002, 1.0);
+    put(*window, 1003, 0.0);
+    put(*window, 1004, 1.0);
+    put(*window, 1005, 2.0);
+    take(dialog(), QStringLiteral("dialog-two-sample"));
+    press(*window, 1);
+    take(dialog(), QStringLiteral("dialog-two-sample-results"));
+    for (const int output : {1121, 1125, 1129})
+        press(*window, output);
+    for (QAction* action : window->workbook().menuActions())
+        if (action->text() == QStringLiteral("&Numbers at Risk")) action->trigger();
+    take(*window, QStringLiteral("window-two-sample"));
+}
+
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -49,38 +122,8 @@ int main(int argc, char* argv[]) {
         return 2;
     }
     folder.setPath(QString::fromLocal8Bit(argv[1]));
-    MainWindow window(loadAnalysis(findModules()), {}, folder.filePath(QStringLiteral(".settings.ini")));
-    window.show();
-    if (!window.openFile(QStringLiteral(KORVANA_SOURCE_DIR "/examples/data/veteran.csv"))) return 1;
-    auto dialog = [&]() -> DialogView& { return *window.runner().currentView(); };
-    window.startAnalysis();
-    dialog().dialog()->PutValue(180, 1);
-    take(dialog(), QStringLiteral("dialog-startup"));
-    press(window, 1);
-    dialog().dialog()->PutValue(1001, ozm::VariableSelection{{3}, {4}});
-    dialog().dialog()->PutValue(1002, 1.0);
-    dialog().dialog()->PutValue(1003, 0.0);
-    take(dialog(), QStringLiteral("dialog-specification"));
-    press(window, 1);
-    take(dialog(), QStringLiteral("dialog-results"));
-    press(window, 1101);
-    press(window, 1103);
-    take(window, QStringLiteral("window"));
-    for (QTabWidget* tabs : window.findChildren<QTabWidget*>()) {
-        const int variables = tabs->indexOf(window.findChild<VariablesView*>());
-        if (variables >= 0) tabs->setCurrentIndex(variables);
-    }
-    QTest::qWait(300); // counts come while the program is idle
-    take(window, QStringLiteral("window-variables"));
-
-    window.runner().data().select("celltype = 'squamous' and age >= 60");
-    SelectionDialog selection(window.runner().data(), &window);
-    selection.show();
-    QTest::qWait(600);
-    take(selection, QStringLiteral("dialog-select-cases"));
-    WeightsDialog weights(window.runner().data(), &window);
-    weights.show();
-    take(weights, QStringLiteral("dialog-case-weights"));
+    oneSample();
+    twoSamples();
     QFile::remove(folder.filePath(QStringLiteral(".settings.ini")));
     return 0;
 }

@@ -86,7 +86,8 @@ void AnalysisRunner::showView(ozm::CAnalysisDialog& dialog, int page) {
     const bool first = view_ == nullptr;
     dropView();
     view_ = new DialogView(dialog, window_);
-    // The first at the left, so that results are seen to appear at the right; the next ones where it was moved.
+    // The first at the left, so that results are seen to appear at the right; the next ones where it was
+    // moved.
     view_->move(window_->pos() + place_.value_or(QPoint(0, window_->height() / 8)));
     connect(view_, &DialogView::operated, this, &AnalysisRunner::pump);
     connect(view_, &DialogView::stopRequested, this, &AnalysisRunner::stop);

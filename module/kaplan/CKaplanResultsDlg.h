@@ -7,8 +7,8 @@
 
 namespace ozm::survival {
 
-/// Results of the Kaplan-Meier analysis: one button, one output. Cancel goes back to the specification.
-/// Closing releases the results of the run.
+/// Results of the Kaplan-Meier analysis: one button, one output. Cancel goes back to the specification
+/// dialog. Closing releases the results of the run.
 class CKaplanResultsDlg final : public ModuleDialog {
 public:
     CKaplanResultsDlg(CAnalysisSupport& host, SharedSettings& shared, KaplanState& state);

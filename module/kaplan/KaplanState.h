@@ -89,7 +89,7 @@ private:
     }
 };
 
-/// Everything of the analysis that lives from its specification to its results.
+/// Everything of the analysis that lives from its specification dialog to its results.
 struct KaplanState {
     KaplanSettings settings;
     KaplanResults results;

@@ -14,7 +14,7 @@ struct RegressionSettings {
     bool nonDefaultEstimation = true; ///< non-default number of iterations, start values, etc.
 };
 
-/// Everything of the analysis that lives from its specification to its results.
+/// Everything of the analysis that lives from its specification dialog to its results.
 struct RegressionState {
     RegressionSettings settings;
 };

@@ -56,7 +56,7 @@ constexpr ControlTemplate taskControls[] = {
 
 constexpr DialogTemplate task{3059, "Survival and Failure Time Analysis", quickPage, taskControls};
 
-// Kaplan-Meier: specification.
+// Kaplan-Meier: specification dialog.
 
 constexpr RoleTemplate kaplanRoles[] = {timesRole, censoringRole};
 
@@ -95,7 +95,7 @@ constexpr std::string_view kaplanResultsPages[] = {"Quick", "Advanced", "Functio
 constexpr DialogTemplate kaplanResults{3032, "Product-Limit (Kaplan-Meier) Analysis Results",
                                        kaplanResultsPages, kaplanResultsControls};
 
-// Two samples: specification.
+// Two samples: specification dialog.
 
 constexpr RoleTemplate twoRoles[] = {timesRole, censoringRole, {"Grouping variable", ListGrouping, 1, 1}};
 

@@ -7,8 +7,8 @@
 
 namespace ozm::survival {
 
-/// Results of the two-sample comparison: one button, one output. Cancel goes back to the specification.
-/// Closing releases the results of the run.
+/// Results of the two-sample comparison: one button, one output. Cancel goes back to the specification
+/// dialog. Closing releases the results of the run.
 class CTwoResultsDlg final : public ModuleDialog {
 public:
     CTwoResultsDlg(CAnalysisSupport& host, SharedSettings& shared, TwoState& state);

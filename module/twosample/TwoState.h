@@ -68,7 +68,7 @@ private:
     std::array<PooledObservation, GroupLists::fixedCapacity> fixed_{};
 };
 
-/// Everything of the analysis that lives from its specification to its results.
+/// Everything of the analysis that lives from its specification dialog to its results.
 struct TwoState {
     GroupLists lists; ///< in use while a run reads
     TwoResults results;

@@ -1,5 +1,5 @@
 #pragma once
-// The Kaplan-Meier analysis on a fake host, from its specification to its results.
+// The Kaplan-Meier analysis on a fake host, from its specification dialog to its results.
 
 #include "module/frame/SurvivalState.h"
 #include "module/resources/ControlIds.h"

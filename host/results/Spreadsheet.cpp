@@ -40,10 +40,14 @@ std::size_t Spreadsheet::Column::size() const {
 }
 
 std::string Spreadsheet::Column::heading() const {
-    std::string joined = heading1 + " " + heading2;
-    const auto first = joined.find_first_not_of(' ');
-    if (first == std::string::npos) return {};
-    return joined.substr(first, joined.find_last_not_of(' ') - first + 1);
+    std::string joined;
+    for (const std::string_view line : {std::string_view{heading1}, std::string_view{heading2}}) {
+        const auto first = line.find_first_not_of(' ');
+        if (first == std::string_view::npos) continue;
+        if (!joined.empty()) joined += ' ';
+        joined += line.substr(first, line.find_last_not_of(' ') - first + 1);
+    }
+    return joined;
 }
 
 Spreadsheet Spreadsheet::fromSpec(const ozm::SheetSpec& spec) {

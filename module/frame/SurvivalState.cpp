@@ -66,6 +66,7 @@ void SurvivalState::ClearSelections() {
 
 void SurvivalState::ReleaseResults() {
     kaplan.results.Release();
+    twoSamples.lists.Release();
     twoSamples.results.Release();
 }
 

@@ -107,9 +107,7 @@ Status SortObservations(CAnalysisSupport& host, KaplanResults& results) {
 Status ComputeRun(CAnalysisSupport& host, SharedSettings& shared, KaplanResults& results) {
     results.uncensoredOrder = results.censoredOrder = TieOrder::Exact;
     if (!results.arrays.Obtain(host, host.ss_nb(), host.WeightVariable() != 0)) return Status::NoMemory;
-    host.dstart(static_cast<unsigned>(std::max(host.ss_nb(), 0)));
     Status status = ReadKaplanMeierData(host, shared, results);
-    host.dstop();
     if (status != Status::Success) return status;
     if (results.censored == results.Valid()) return Status::NoUncensored;
     status = SortObservations(host, results);

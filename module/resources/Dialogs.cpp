@@ -131,7 +131,9 @@ constexpr ControlTemplate twoResultsControls[] = {
     {.id = TwoPetoPeto, .text = "!249&Peto and Peto's Wilcoxon test", .pages = quick},
     {.id = TwoLifeTables, .text = "!249Life table: p&roportion surviving by group", .pages = advanced},
     {.id = TwoPlotSurviving, .text = "!228Plot of proportion &surviving by group", .pages = advanced},
-    {.id = TwoPlotCumulative, .text = "!228Plot of &cumulative proportion surviving by group", .pages = advanced},
+    {.id = TwoPlotCumulative,
+     .text = "!228Plot of &cumulative proportion surviving by group",
+     .pages = advanced},
     cancelButton,
 };
 

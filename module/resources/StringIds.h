@@ -202,6 +202,7 @@ enum StringId : int {
     StrTwoNoteSigns = 20378,
     StrTwoNoteSums = 20379,
     StrTwoNoteCoxFOrder = 20380,
+    StrTwoNoteOneSided = 20381,
 };
 
 } // namespace ozm::survival

@@ -217,7 +217,8 @@ constexpr StringResource strings[] = {
     {StrTwoNoteSums, "Gehan, log-rank and Peto & Peto add up the scores of group 1; Cox-Mantel the failures "
                      "of group 2 beyond those expected."},
     {StrTwoNoteCoxFOrder, "Cox's F has no sign: df 1 is twice the uncensored observations of the group that "
-                          "lives longer. Its p is one-sided, the others are two-sided."},
+                          "lives longer. Where df 1 = df 2, it is the group with the greater of T1 and T2."},
+    {StrTwoNoteOneSided, "The p of Cox's F is one-sided, the others are two-sided."},
 };
 
 static_assert(std::is_sorted(std::begin(strings), std::end(strings),

@@ -32,6 +32,13 @@ int Year(double value) {
 
 } // namespace
 
+ReadingProgress::~ReadingProgress() {
+    try {
+        host_.dstop();
+    } catch (...) { // NOLINT(bugprone-empty-catch): a display that cannot be taken away
+    }
+}
+
 CaseReader::CaseReader(CAnalysisSupport& host, SharedSettings& settings, Groups groups)
     : host_(host), settings_(settings), groups_(groups), cases_(host.ss_nb()) {
     WorkAreas& work = settings_.work;

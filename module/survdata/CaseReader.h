@@ -36,6 +36,20 @@ struct Observation {
     std::int32_t caseNumber = 0; ///< from 1
 };
 
+/// The host's progress display while cases are read, from its beginning to its end however that comes.
+class ReadingProgress {
+public:
+    ReadingProgress(CAnalysisSupport& host, std::int32_t cases) : host_(host) {
+        host_.dstart(static_cast<unsigned>(std::max(cases, 0)));
+    }
+    ~ReadingProgress();
+    ReadingProgress(const ReadingProgress&) = delete;
+    ReadingProgress& operator=(const ReadingProgress&) = delete;
+
+private:
+    CAnalysisSupport& host_;
+};
+
 /// The rules by which every analysis reads its cases: which variables and codes, how a survival time is made,
 /// which cases count. Made from the shared settings before a pass; knows the place of every variable in the
 /// values of a case.
@@ -91,6 +105,7 @@ Status CaseReader::Read(std::int32_t capacity, Append&& append) {
     constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
     constexpr std::int32_t casesPerTick = 1 << 16;
     counts_ = {};
+    const ReadingProgress progress(host_, cases_);
     for (std::int32_t n = 1; n <= cases_; ++n) {
         if (StopRequested(host_)) return Status::Stopped;
         if (n % casesPerTick == 0) host_.termom(casesPerTick);

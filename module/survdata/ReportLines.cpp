@@ -20,7 +20,8 @@ std::string FormatCount(long long count) {
 
 std::string FormatNumber(double value, int digits) {
     std::array<char, 64> buffer{};
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+    const double unsignedZero = value + 0.0; // -0 is written 0
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), unsignedZero,
                                    std::chars_format::general, digits);
     return {buffer.data(), end.ptr};
 }

@@ -18,8 +18,8 @@ int CheckSelections(const SharedSettings& settings);
 std::string DescribeCodes(CAnalysisSupport& host, int variable);
 
 /// What only this run knows, for the message of a pass that found too few observations: how many cases were
-/// read, why they were left out, and which codes the censoring variable has (and
-/// the grouping variable, when some case has another one).
+/// read, why they were left out, and which codes the censoring variable has. When cases of other groups were
+/// left out, the codes of the grouping variable too.
 std::string DescribeReading(CAnalysisSupport& host, const SharedSettings& settings,
                             const ReadingCounts& counts);
 

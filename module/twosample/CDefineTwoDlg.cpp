@@ -57,8 +57,7 @@ bool CDefineTwoDlg::GroupCodesAreValid() {
     if (!std::isfinite(CodeForGroup(1)) || !std::isfinite(CodeForGroup(2))) return false;
     std::vector<CodeCount> codes;
     const int all = Analysis().ReadDataToGetDefaultCodes(Shared().First(ListGrouping), {}, codes);
-    // More codes than a list shows: the run will find out.
-    if (all > static_cast<int>(codes.size())) return true;
+    if (all != static_cast<int>(codes.size())) return true;
     const auto listed = [&codes](double code) {
         return std::any_of(codes.begin(), codes.end(),
                            [code](const CodeCount& c) { return CodesEqual(c.code, code); });

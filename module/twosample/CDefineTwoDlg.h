@@ -24,7 +24,8 @@ protected:
 private:
     /// False when a message was shown.
     bool SelectionsAreValid();
-    /// Whether both codes of groups are set and some selected case has them.
+    /// Whether both codes of groups are set and some selected case has them. A variable whose codes the host
+    /// does not tell, or not all of them, is left to the run.
     bool GroupCodesAreValid();
 
     TwoState& state_;

@@ -40,16 +40,15 @@ Status ComputeTest(CAnalysisSupport& host, const PooledSample& sample, TwoTest t
     result.test = test;
     result.gehanInstead = test == TwoTest::PetoPeto && sample.counts.Censored() == 0;
     const std::size_t n = sample.observations.size();
-    if (!result.ByGehan() && !ListFailures(host, sample, result)) return Status::NoMemory;
-
     if (test == TwoTest::CoxF) {
-        result.computed = CoxFApplies(sample.counts) &&
+        result.computed = CoxFApplies(sample.counts) && ListFailures(host, sample, result) &&
                           result.scores.Allocate(host, static_cast<std::size_t>(sample.counts.Uncensored()));
         if (!result.computed) return Status::Success;
         result.coxF = CoxFTest(sample, result.scores.Span());
         result.p = ProbabilityOf(result.coxF);
         return Status::Success;
     }
+    if (!result.ByGehan() && !ListFailures(host, sample, result)) return Status::NoMemory;
     if (test == TwoTest::CoxMantel) {
         if (!result.group2.Allocate(host, result.failures.times.size())) return Status::NoMemory;
         result.coxMantel = CoxMantelTest(sample, result.failures, result.group2.Span());

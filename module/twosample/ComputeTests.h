@@ -32,15 +32,15 @@ struct TestResult {
     HostArray<double> scores;       ///< Gehan, log-rank, Peto & Peto
     HostArray<Group2AtRisk> group2; ///< Cox-Mantel
     HostArray<FailureTime> failureRoom;
-    PooledFailures failures; ///< all but Gehan; of Cox's F also when it was not computed
+    PooledFailures failures; ///< all but Gehan
 
     [[nodiscard]] bool ByGehan() const { return test == TwoTest::Gehan || gehanInstead; }
     /// What p refers to: z, F or C.
     [[nodiscard]] float Statistic() const;
 };
 
-/// Takes the memory that a test needs and computes it. NoMemory when the host refused it (which Cox's F-test
-/// answers by not being computed, unless it cannot even list the failure times).
+/// Takes the memory that a test needs and computes it. NoMemory when the host refused it; Cox's F-test is
+/// then not computed, which is a success.
 Status ComputeTest(CAnalysisSupport& host, const PooledSample& sample, TwoTest test, TestResult& result);
 
 } // namespace ozm::survival

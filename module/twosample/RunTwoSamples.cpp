@@ -5,7 +5,6 @@
 #include "module/survdata/ReportLines.h"
 #include "module/survdata/SelectionChecks.h"
 
-#include <algorithm>
 #include <limits>
 #include <new>
 #include <string>
@@ -21,13 +20,10 @@ struct Run {
 };
 
 Status Read(CAnalysisSupport& host, SharedSettings& shared, GroupLists& lists, Run& run) {
-    host.d_stat(Text(StrReadingDataFile));
-    host.dstart(static_cast<unsigned>(std::max(host.ss_nb(), 0)));
     CaseReader reader(host, shared, CaseReader::Groups::TwoCodes);
     // The lists are full one by one, not all together.
     constexpr auto anyNumber = std::numeric_limits<std::int32_t>::max();
     const Status status = reader.Read(anyNumber, [&](const Observation& o) { return lists.Append(o); });
-    host.dstop();
     run.reading = reader.Counts();
     run.groups = lists.Counts();
     return status;
@@ -44,6 +40,7 @@ Status Prepare(CAnalysisSupport& host, const GroupLists& lists, TwoResults& resu
 
 void Compute(CAnalysisSupport& host, SharedSettings& shared, TwoState& state, Run& run) {
     try {
+        host.d_stat(Text(StrReadingDataFile));
         const bool obtained = state.lists.Obtain(host, host.ss_nb(), host.WeightVariable() != 0);
         run.capacity = state.lists.Capacity();
         run.status = obtained ? Read(host, shared, state.lists, run) : Status::NoMemory;
@@ -51,6 +48,10 @@ void Compute(CAnalysisSupport& host, SharedSettings& shared, TwoState& state, Ru
         if (run.status == Status::Success) run.status = Prepare(host, state.lists, state.results);
     } catch (const std::bad_alloc&) {
         run.status = Status::NoMemory;
+    } catch (...) {
+        state.lists.Release();
+        state.results.Release();
+        throw;
     }
     state.lists.Release();
     if (run.status != Status::Success) state.results.Release();

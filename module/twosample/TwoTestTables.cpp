@@ -154,7 +154,7 @@ int WriteTestSummary(CAnalysisSupport& host, const PooledSample& sample) {
     table.AddColumn(StrTwoColP, 0, CellFormat::probability());
     table.AddColumn(StrTwoColScoreSum1, StrTwoColScoreSum2, single);
     table.AddColumn(StrTwoColVariance, 0, single);
-    for (const int note : {StrTwoNoteSigns, StrTwoNoteSums, StrTwoNoteCoxFOrder})
+    for (const int note : {StrTwoNoteSigns, StrTwoNoteSums, StrTwoNoteCoxFOrder, StrTwoNoteOneSided})
         table.AddNote(std::string{Text(note)});
     int message = table.AddRows(host, allTests.size()) ? 0 : StrTwoNoMemory;
     for (std::size_t row = 0; row < allTests.size() && message == 0; ++row) {

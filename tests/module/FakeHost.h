@@ -13,6 +13,7 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -60,6 +61,7 @@ public:
     std::vector<bool> selected; ///< empty: all
     int weight = 0;
     int unreadableFrom = std::numeric_limits<int>::max();
+    int throwsFrom = std::numeric_limits<int>::max(); ///< reading that case throws
     std::vector<std::string> caseNames;
 
     // What came out
@@ -77,6 +79,7 @@ public:
     int requests = 0;
     int questions = 0;
     int outstanding = 0;
+    int progressShown = 0;
 
     // Dialogs
     std::vector<std::unique_ptr<CAnalysisModelessDialog>> dialogs;
@@ -132,6 +135,7 @@ public:
     DialogService& Dialogs() override { return *this; }
 
     short cstart(int caseNumber, std::span<double> values, std::span<const int> variables) override {
+        if (caseNumber >= throwsFrom) throw std::runtime_error("the file is gone");
         if (caseNumber > ss_nb() || caseNumber >= unreadableFrom) return StopReading;
         const auto n = static_cast<std::size_t>(caseNumber - 1);
         if (!selected.empty() && !selected[n]) return SkipCase;
@@ -232,8 +236,8 @@ public:
     }
     void c_gr0(CChartInfo& chart) override { chart = {}; }
 
-    void dstart(unsigned) override {}
-    void dstop() override {}
+    void dstart(unsigned) override { ++progressShown; }
+    void dstop() override { --progressShown; }
     void termom(unsigned) override {}
     void bstart() override {}
     void dsp_st() override {}

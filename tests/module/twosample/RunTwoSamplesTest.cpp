@@ -144,6 +144,18 @@ TEST_F(TwoFixture, EachStatusShowsItsMessageAndKeepsNothing) {
     EXPECT_EQ(CheckGroups({0, 5, 2, 0}), Status::Success); // and so is a group without any
 }
 
+TEST_F(TwoFixture, AHostThatThrowsWhileReadingGetsEverythingBack) {
+    ManyCases(600);
+    host.columns[2].values[0] = 2;
+    Specify();
+    host.throwsFrom = 300;
+    host.Dialog().Press(ControlOk);
+    EXPECT_EQ(host.outstanding, 0);
+    EXPECT_EQ(host.progressShown, 0);
+    host.throwsFrom = 1000;
+    EXPECT_EQ(host.Press(analysis, ControlOk), StepTwoResults);
+}
+
 TEST_F(TwoFixture, AMessageTellsTheCountsOfThisRun) {
     Data({1, 2, 3, 4, 5}, {1, 0, 0, 1, 7}, {1, 2, 1, 3, 1});
     EXPECT_EQ(Run(), StepSpecifyTwoSamples);

@@ -95,7 +95,7 @@ TEST_F(TwoFixture, TheSummarySetsTheTestsSideBySide) {
                                         "Log-Rank Test", "Peto & Peto's Wilcoxon Test"}));
     EXPECT_GT(sheet.numbers[0][0], 0);
     EXPECT_LT(sheet.numbers[0][3], 0);
-    EXPECT_EQ(sheet.notes.size(), 3U);
+    EXPECT_EQ(sheet.notes.size(), 4U);
     EXPECT_EQ(sheet.numbers[1][1], 2); // group 1, with one failure, has the greater mean
     EXPECT_TRUE(std::isnan(sheet.numbers[1][2]));
     EXPECT_EQ(sheet.texts[6], (std::vector<std::string>{"permutational", "", "hypergeometric",

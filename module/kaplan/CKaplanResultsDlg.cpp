@@ -2,7 +2,6 @@
 
 #include "module/resources/ControlIds.h"
 #include "module/resources/Resources.h"
-#include "module/resources/StepNumbers.h"
 #include "module/survdata/CodeComparison.h"
 #include "module/survdata/ReportLines.h"
 
@@ -13,7 +12,7 @@
 namespace ozm::survival {
 
 CKaplanResultsDlg::CKaplanResultsDlg(CAnalysisSupport& host, SharedSettings& shared, KaplanState& state)
-    : ModuleDialog(host, KaplanResultsTemplate(), KaplanResultsInterface(), shared), state_(state) {}
+    : ResultsDialog(host, KaplanResultsTemplate(), KaplanResultsInterface(), shared), state_(state) {}
 
 void CKaplanResultsDlg::OnOpen() {
     SetValue(KaplanLevel, state_.settings.confidenceLevel);
@@ -27,36 +26,22 @@ void CKaplanResultsDlg::OnValueChanged(int control) {
     if (control == KaplanLevel) state_.settings.confidenceLevel = ValueAs<double>(KaplanLevel);
 }
 
-void CKaplanResultsDlg::OnCommand(int control) {
+int CKaplanResultsDlg::Output(int control) {
     switch (control) {
-    case ControlCancel:
-        state_.results.Release();
-        Analysis().Dialogs().RestoreResultsWindows(*this);
-        ExitDialog(StepSpecifyKaplan, ExitMode::Back);
-        break;
     case KaplanSummary:
-        Show(WriteKaplanReport(Analysis(), Shared(), state_.results));
-        break;
+        return WriteKaplanReport(Analysis(), Shared(), state_.results);
     case KaplanPercentiles:
-        Percentiles();
-        break;
+        return LevelIsValid() ? Percentiles() : 0;
     case KaplanPlot1:
     case KaplanPlot1Again:
-        if (LevelIsValid()) Plot(KaplanPlot::Survival);
-        break;
+        return LevelIsValid() ? Plot(KaplanPlot::Survival) : 0;
     case KaplanPlot2:
-        Plot(KaplanPlot::LogTime);
-        break;
+        return Plot(KaplanPlot::LogTime);
     case KaplanPlot3:
-        Plot(KaplanPlot::LogLog);
-        break;
+        return Plot(KaplanPlot::LogLog);
     default:
-        CommonCommand(control);
+        return 0;
     }
-}
-
-void CKaplanResultsDlg::Show(int message) {
-    if (message != 0) ShowMessage(message);
 }
 
 bool CKaplanResultsDlg::LevelIsValid() {
@@ -71,19 +56,20 @@ bool CKaplanResultsDlg::LevelIsValid() {
     return true;
 }
 
-void CKaplanResultsDlg::Plot(KaplanPlot plot) {
-    if (static_cast<std::size_t>(state_.results.Valid()) > mostPlotted)
-        Analysis().DspMessageBox(MessageStyle::Information, this, StrOnly32000Plotted);
-    // A level a rounding error outside 0..1 is accepted: it means the end itself.
-    Show(PlotKaplan(Analysis(), state_.results, plot, std::clamp(state_.settings.confidenceLevel, 0.0, 1.0)));
+double CKaplanResultsDlg::Level() const {
+    return std::clamp(state_.settings.confidenceLevel, 0.0, 1.0);
 }
 
-void CKaplanResultsDlg::Percentiles() {
-    if (!LevelIsValid()) return;
-    const double level = std::clamp(state_.settings.confidenceLevel, 0.0, 1.0);
-    const int message = WritePercentiles(Analysis(), state_.results, level);
-    Show(message);
-    if (message == 0) NameLimitColumns(Analysis(), level);
+int CKaplanResultsDlg::Plot(KaplanPlot plot) {
+    if (static_cast<std::size_t>(state_.results.Valid()) > mostPlotted)
+        Analysis().DspMessageBox(MessageStyle::Information, this, StrOnly32000Plotted);
+    return PlotKaplan(Analysis(), state_.results, plot, Level());
+}
+
+int CKaplanResultsDlg::Percentiles() {
+    const int message = WritePercentiles(Analysis(), state_.results, Level());
+    if (message == 0) NameLimitColumns(Analysis(), Level());
+    return message;
 }
 
 } // namespace ozm::survival

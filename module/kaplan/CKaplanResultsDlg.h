@@ -2,30 +2,32 @@
 
 #include "module/kaplan/KaplanOutput.h"
 #include "module/kaplan/KaplanState.h"
+#include "module/resources/StepNumbers.h"
 #include "module/resources/StringIds.h"
-#include "module/survdata/ModuleDialog.h"
+#include "module/survdata/ResultsDialog.h"
 
 namespace ozm::survival {
 
-/// Results of the Kaplan-Meier analysis: one button, one output. Cancel goes back to the specification
-/// dialog. Closing releases the results of the run.
-class CKaplanResultsDlg final : public ModuleDialog {
+/// Results of the Kaplan-Meier analysis.
+class CKaplanResultsDlg final : public ResultsDialog {
 public:
     CKaplanResultsDlg(CAnalysisSupport& host, SharedSettings& shared, KaplanState& state);
 
 protected:
     void OnOpen() override;
-    void OnCommand(int control) override;
     void OnValueChanged(int control) override;
+    int Output(int control) override;
+    void ReleaseResults() override { state_.results.Release(); }
+    [[nodiscard]] int SpecificationStep() const override { return StepSpecifyKaplan; }
     [[nodiscard]] int NotEnoughMemoryString() const override { return StrKaplanNoMemory; }
 
 private:
-    /// Makes one output and shows the message of what went wrong.
-    void Show(int message);
     /// A level outside 0..1 is told, reset to its default, and false answered.
     bool LevelIsValid();
-    void Plot(KaplanPlot plot);
-    void Percentiles();
+    /// The level in force: one that is a rounding error outside 0..1 means the end itself.
+    [[nodiscard]] double Level() const;
+    int Plot(KaplanPlot plot);
+    int Percentiles();
 
     KaplanState& state_;
 };

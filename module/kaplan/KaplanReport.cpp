@@ -9,10 +9,7 @@ namespace ozm::survival {
 
 std::vector<std::string> KaplanSummaryLines(CAnalysisSupport& host, const SharedSettings& shared,
                                             const KaplanResults& results) {
-    const auto times = shared.Times();
-    const std::string variable =
-        times.size() == 1 ? VariableName(host, times.front()) : std::string{Text(StrKmDaysComputed)};
-    return {std::string{Text(StrKmVariable)} + variable,
+    return {std::string{Text(StrKmVariable)} + TimesName(host, shared),
             std::string{Text(StrKmCensoringVariable)} + VariableName(host, shared.First(ListCensoring)),
             std::string{Text(StrKmValid)} + FormatCount(results.Valid()),
             std::string{Text(StrKmUncensored)} + FormatCount(results.uncensored),

@@ -3,6 +3,7 @@
 #include "module/resources/Resources.h"
 #include "module/resources/StringIds.h"
 #include "module/survdata/SelectionChecks.h"
+#include "module/survdata/StatusMessages.h"
 
 #include <algorithm>
 #include <new>
@@ -127,24 +128,12 @@ Status ComputeRun(CAnalysisSupport& host, SharedSettings& shared, KaplanResults&
 } // namespace
 
 int KaplanMessage(Status status) {
-    switch (status) {
-    case Status::Success:
-    case Status::Stopped:
-        return 0;
-    case Status::NoMemory:
-        return StrKaplanNoMemory;
-    case Status::TooManyCases:
-        return StrTooManyCasesKaplan;
-    case Status::TooFewUncensored:
-        return StrTooFewUncensored;
-    case Status::TooFewValid:
-        return StrTooFewValid;
-    case Status::NoUncensored:
-        return StrNoUncensored;
-    default: // statuses of other analyses
-        break;
-    }
-    return StrUnexpectedError;
+    static constexpr StatusMessage messages[] = {
+        {Status::NoMemory, StrKaplanNoMemory},           {Status::TooManyCases, StrTooManyCasesKaplan},
+        {Status::TooFewUncensored, StrTooFewUncensored}, {Status::TooFewValid, StrTooFewValid},
+        {Status::NoUncensored, StrNoUncensored},
+    };
+    return MessageOf(status, messages);
 }
 
 int RunProductLimit(CAnalysisSupport& host, SharedSettings& shared, KaplanState& state,

@@ -68,7 +68,7 @@ enum StringId : int {
     // Kaplan-Meier results
     StrKmResultsTitle = 20200,
     StrKmVariable = 20201,
-    StrKmDaysComputed = 20202,
+    StrDaysComputed = 20202,
     StrKmCensoringVariable = 20203,
     StrKmValid = 20204,
     StrKmUncensored = 20205,

@@ -77,7 +77,7 @@ constexpr StringResource strings[] = {
 
     {StrKmResultsTitle, "Product-Limit (Kaplan-Meier) Analysis Results"},
     {StrKmVariable, "Variable:    "},
-    {StrKmDaysComputed, "number of days computed from data"},
+    {StrDaysComputed, "number of days computed from data"},
     {StrKmCensoringVariable, "Variable with censoring indicator:    "},
     {StrKmValid, "Total number of valid observations:   "},
     {StrKmUncensored, "uncensored:    "},

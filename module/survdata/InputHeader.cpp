@@ -62,6 +62,11 @@ void OpenReport(CAnalysisSupport& host, const SharedSettings& settings, int titl
     host.newline(1);
 }
 
+std::string TimesName(CAnalysisSupport& host, const SharedSettings& settings) {
+    const auto times = settings.Times();
+    return times.size() == 1 ? VariableName(host, times.front()) : std::string{Text(StrDaysComputed)};
+}
+
 void WriteInputHeader(CAnalysisSupport& host, const SharedSettings& settings) {
     WriteTimes(host, settings);
     const int censoring = settings.First(ListCensoring);

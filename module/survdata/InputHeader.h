@@ -3,10 +3,15 @@
 #include "module/survdata/SharedSettings.h"
 #include "support/CAnalysisSupport.h"
 
+#include <string>
+
 namespace ozm::survival {
 
 /// Opens a block of the report: its title, the report's title and the data file, then an empty line.
 void OpenReport(CAnalysisSupport& host, const SharedSettings& settings, int title);
+
+/// The time variable as summaries name it; times from dates have a text instead.
+std::string TimesName(CAnalysisSupport& host, const SharedSettings& settings);
 
 /// Lists the input of an analysis in the report, one item a line: time variables, censoring variable with its
 /// codes and their value labels, and for the comparisons of groups (analysis types 3 and 4) the grouping

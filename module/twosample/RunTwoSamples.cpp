@@ -4,6 +4,7 @@
 #include "module/resources/StringIds.h"
 #include "module/survdata/ReportLines.h"
 #include "module/survdata/SelectionChecks.h"
+#include "module/survdata/StatusMessages.h"
 
 #include <limits>
 #include <new>
@@ -87,28 +88,14 @@ Status CheckGroups(const GroupCounts& counts) {
 }
 
 int TwoMessage(Status status) {
-    switch (status) {
-    case Status::Success:
-    case Status::Stopped:
-        return 0;
-    case Status::NoMemory:
-        return StrTwoNoMemory;
-    case Status::TooManyCases:
-        return StrTwoTooManyCases;
-    case Status::TooFewUncensored:
-        return StrTwoTooFewUncensored;
-    case Status::TooFewValid:
-        return StrTwoTooFewValid;
-    case Status::NoUncensored:
-        return StrTwoEmptyGroup;
-    case Status::NoIntervals:
-    case Status::NegativeEntering:
-    case Status::NobodyEnters:
-        return StrLtFewerThan3Cases;
-    case Status::NoWidth:
-        return StrLtNoWidth;
-    }
-    return StrUnexpectedError;
+    static constexpr StatusMessage messages[] = {
+        {Status::NoMemory, StrTwoNoMemory},
+        {Status::TooManyCases, StrTwoTooManyCases},
+        {Status::TooFewUncensored, StrTwoTooFewUncensored},
+        {Status::TooFewValid, StrTwoTooFewValid},
+        {Status::NoUncensored, StrTwoEmptyGroup},
+    };
+    return MessageOf(status, messages);
 }
 
 int RunTwoSamples(CAnalysisSupport& host, SharedSettings& shared, TwoState& state, CAnalysisDialog* window) {

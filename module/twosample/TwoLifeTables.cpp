@@ -2,8 +2,8 @@
 #include "module/resources/StringIds.h"
 #include "module/survdata/NumberTable.h"
 #include "module/survdata/ReportLines.h"
+#include "module/survdata/StatusMessages.h"
 #include "module/twosample/GroupLifeTables.h"
-#include "module/twosample/RunTwoSamples.h"
 #include "module/twosample/TwoOutput.h"
 
 #include <string>
@@ -17,8 +17,9 @@ constexpr std::size_t groups = 2;
 /// Computes the tables of both groups; answers the string number of a message, 0 when all went well.
 int Compute(CAnalysisSupport& host, const PooledSample& sample, int statusText, GroupLifeTables& result) {
     host.d_stat(Text(statusText));
-    const Status status = ComputeGroupLifeTables(sample, result);
-    return status == Status::TooFewValid ? StrLtFewerThan3Cases : TwoMessage(status);
+    static constexpr StatusMessage messages[] = {{Status::TooFewValid, StrLtFewerThan3Cases},
+                                                 {Status::NoWidth, StrLtNoWidth}};
+    return MessageOf(ComputeGroupLifeTables(sample, result), messages);
 }
 
 std::string GroupCode(CAnalysisSupport& host, const SharedSettings& shared, std::size_t group) {

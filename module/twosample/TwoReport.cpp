@@ -35,11 +35,8 @@ std::string RightAligned(const std::string& text, std::size_t width) {
 
 std::vector<std::string> VariableLines(CAnalysisSupport& host, const SharedSettings& shared,
                                        const GroupCounts& counts) {
-    const auto times = shared.Times();
-    const std::string variable =
-        times.size() == 1 ? VariableName(host, times.front()) : std::string{Text(StrKmDaysComputed)};
     const auto line = [](int id, const std::string& value) { return std::string{Text(id)} + value; };
-    return {line(StrTwoVariable, variable),
+    return {line(StrTwoVariable, TimesName(host, shared)),
             line(StrTwoCensoringVariable, VariableName(host, shared.First(ListCensoring))),
             line(StrTwoGroupingVariable, VariableName(host, shared.First(ListGrouping))),
             line(StrTwoValid, FormatCount(counts.N())),

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "module/survdata/ModuleDialog.h"
+
+namespace ozm::survival {
+
+/// What the results dialogs have in common: one button, one output, and the message of what went wrong;
+/// Cancel releases the results of the run and goes back to the specification dialog.
+class ResultsDialog : public ModuleDialog {
+public:
+    using ModuleDialog::ModuleDialog;
+
+protected:
+    void OnCommand(int control) final;
+
+    /// Makes the output of a button. Answers the string number of the message to show, 0 when all went well.
+    virtual int Output(int control) = 0;
+    virtual void ReleaseResults() = 0;
+    [[nodiscard]] virtual int SpecificationStep() const = 0;
+};
+
+} // namespace ozm::survival

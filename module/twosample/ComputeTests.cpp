@@ -6,64 +6,83 @@
 namespace ozm::survival {
 namespace {
 
-double ProbabilityOf(const CoxFStatistic& statistic) {
-    const float p = FTailProbability(statistic.f, statistic.numeratorDf, statistic.denominatorDf);
-    return p == noProbability ? 1.0 : static_cast<double>(p);
+std::size_t Uncensored(const PooledSample& sample) {
+    return static_cast<std::size_t>(sample.counts.Uncensored());
+}
+
+/// The probability of a statistic as it is stored.
+double NormalProbability(float statistic) {
+    return TwoSidedProbability(static_cast<double>(statistic));
 }
 
 bool ListFailures(CAnalysisSupport& host, const PooledSample& sample, TestResult& result) {
-    if (!result.failureRoom.Allocate(host, static_cast<std::size_t>(sample.counts.Uncensored())))
-        return false;
+    if (!result.failureRoom.Allocate(host, Uncensored(sample))) return false;
     result.failures = TabulateFailures(sample, result.failureRoom.Span());
     return true;
 }
 
-} // namespace
+bool ComputeGehan(CAnalysisSupport& host, const PooledSample& sample, TestResult& result) {
+    const std::size_t n = sample.observations.size();
+    if (!result.scores.Allocate(host, n) || !result.ranks.Allocate(host, n)) return false;
+    const GehanStatistic gehan = GehanTest(sample, result.ranks.Span(), result.scores.Span());
+    result.numbers = gehan;
+    result.p = NormalProbability(gehan.corrected.z);
+    return true;
+}
 
-float TestResult::Statistic() const {
-    switch (test) {
+void ComputeCoxF(CAnalysisSupport& host, const PooledSample& sample, TestResult& result) {
+    if (!CoxFApplies(sample.counts) || !ListFailures(host, sample, result) ||
+        !result.scores.Allocate(host, Uncensored(sample)))
+        return;
+    const CoxFStatistic coxF = CoxFTest(sample, result.scores.Span());
+    result.numbers = coxF;
+    const float p = FTailProbability(coxF.f, coxF.numeratorDf, coxF.denominatorDf);
+    result.p = p == noProbability ? 1.0 : static_cast<double>(p);
+}
+
+bool ComputeCoxMantel(CAnalysisSupport& host, const PooledSample& sample, TestResult& result) {
+    if (!ListFailures(host, sample, result) || !result.group2.Allocate(host, result.failures.times.size()))
+        return false;
+    const CoxMantelStatistic coxMantel = CoxMantelTest(sample, result.failures, result.group2.Span());
+    result.numbers = coxMantel;
+    result.p = NormalProbability(coxMantel.c);
+    return true;
+}
+
+using ScoreTest = ScoreStatistic (*)(const PooledSample&, const PooledFailures&, std::span<double>);
+
+bool ComputeByScores(CAnalysisSupport& host, const PooledSample& sample, ScoreTest compute,
+                     TestResult& result) {
+    if (!ListFailures(host, sample, result) || !result.scores.Allocate(host, sample.observations.size()))
+        return false;
+    const ScoreStatistic scoreTest = compute(sample, result.failures, result.scores.Span());
+    result.numbers = scoreTest;
+    result.p = NormalProbability(scoreTest.z);
+    return true;
+}
+
+bool Compute(CAnalysisSupport& host, const PooledSample& sample, TestResult& result) {
+    switch (result.test) {
     case TwoTest::Gehan:
         break;
     case TwoTest::CoxF:
-        return coxF.f;
+        ComputeCoxF(host, sample, result);
+        return true;
     case TwoTest::CoxMantel:
-        return coxMantel.c;
+        return ComputeCoxMantel(host, sample, result);
     case TwoTest::LogRank:
-        return scoreTest.z;
+        return ComputeByScores(host, sample, LogRankTest, result);
     case TwoTest::PetoPeto:
-        if (!gehanInstead) return scoreTest.z;
+        if (sample.counts.Censored() > 0) return ComputeByScores(host, sample, PetoPetoTest, result);
     }
-    return gehan.corrected.z;
+    return ComputeGehan(host, sample, result);
 }
+
+} // namespace
 
 Status ComputeTest(CAnalysisSupport& host, const PooledSample& sample, TwoTest test, TestResult& result) {
     result.test = test;
-    result.gehanInstead = test == TwoTest::PetoPeto && sample.counts.Censored() == 0;
-    const std::size_t n = sample.observations.size();
-    if (test == TwoTest::CoxF) {
-        result.computed = CoxFApplies(sample.counts) && ListFailures(host, sample, result) &&
-                          result.scores.Allocate(host, static_cast<std::size_t>(sample.counts.Uncensored()));
-        if (!result.computed) return Status::Success;
-        result.coxF = CoxFTest(sample, result.scores.Span());
-        result.p = ProbabilityOf(result.coxF);
-        return Status::Success;
-    }
-    if (!result.ByGehan() && !ListFailures(host, sample, result)) return Status::NoMemory;
-    if (test == TwoTest::CoxMantel) {
-        if (!result.group2.Allocate(host, result.failures.times.size())) return Status::NoMemory;
-        result.coxMantel = CoxMantelTest(sample, result.failures, result.group2.Span());
-    } else {
-        if (!result.scores.Allocate(host, n)) return Status::NoMemory;
-        if (result.ByGehan()) {
-            if (!result.ranks.Allocate(host, n)) return Status::NoMemory;
-            result.gehan = GehanTest(sample, result.ranks.Span(), result.scores.Span());
-        } else {
-            const auto compute = test == TwoTest::LogRank ? LogRankTest : PetoPetoTest;
-            result.scoreTest = compute(sample, result.failures, result.scores.Span());
-        }
-    }
-    result.p = TwoSidedProbability(static_cast<double>(result.Statistic()));
-    return Status::Success;
+    return Compute(host, sample, result) ? Status::Success : Status::NoMemory;
 }
 
 } // namespace ozm::survival

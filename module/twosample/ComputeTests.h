@@ -7,36 +7,37 @@
 #include "module/twosample/PooledFailures.h"
 #include "module/twosample/ScoreTests.h"
 
+#include <array>
 #include <cstdint>
+#include <variant>
 
 namespace ozm::survival {
 
-/// The five tests, in the order in which they are shown.
 enum class TwoTest : std::uint8_t { Gehan, CoxF, CoxMantel, LogRank, PetoPeto };
 
-/// One test of a sample with all its intermediate values. Which of the numbers are in use the test says;
-/// spans and arrays are of the sample's order, or of its distinct failure times.
+/// All of them, in the order in which they are shown.
+inline constexpr std::array twoTests{TwoTest::Gehan, TwoTest::CoxF, TwoTest::CoxMantel, TwoTest::LogRank,
+                                     TwoTest::PetoPeto};
+
+/// A test that was not computed; only Cox's F-test may not be.
+struct NotComputed {};
+
+/// One test of a sample with all its intermediate values; an array is empty where the test has none of the
+/// kind.
 struct TestResult {
     TwoTest test = TwoTest::Gehan;
-    bool computed = true; ///< only Cox's F-test may not be
-    bool gehanInstead =
-        false; ///< Peto & Peto's without a censored observation: `gehan` and `ranks` are in use
+    /// Peto & Peto's test without a censored observation is Gehan's, and has its numbers.
+    std::variant<NotComputed, GehanStatistic, CoxFStatistic, CoxMantelStatistic, ScoreStatistic> numbers;
     double p = 1.0;
 
-    GehanStatistic gehan;
-    CoxFStatistic coxF;
-    CoxMantelStatistic coxMantel;
-    ScoreStatistic scoreTest; ///< log-rank, Peto & Peto
-
-    HostArray<GehanRanks> ranks;    ///< Gehan
-    HostArray<double> scores;       ///< Gehan, log-rank, Peto & Peto
-    HostArray<Group2AtRisk> group2; ///< Cox-Mantel
+    HostArray<GehanRanks> ranks;    ///< of each observation: Gehan
+    HostArray<double> scores;       ///< of each observation; of each uncensored one for Cox's F
+    HostArray<Group2AtRisk> group2; ///< of each failure time: Cox-Mantel
     HostArray<FailureTime> failureRoom;
     PooledFailures failures; ///< all but Gehan
 
-    [[nodiscard]] bool ByGehan() const { return test == TwoTest::Gehan || gehanInstead; }
-    /// What p refers to: z, F or C.
-    [[nodiscard]] float Statistic() const;
+    [[nodiscard]] bool Computed() const { return !std::holds_alternative<NotComputed>(numbers); }
+    [[nodiscard]] bool ByGehan() const { return std::holds_alternative<GehanStatistic>(numbers); }
 };
 
 /// Takes the memory that a test needs and computes it. NoMemory when the host refused it; Cox's F-test is

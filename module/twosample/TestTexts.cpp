@@ -4,7 +4,8 @@
 #include "module/resources/StringIds.h"
 #include "module/survdata/ReportLines.h"
 
-#include <cmath>
+#include <array>
+#include <cstddef>
 
 namespace ozm::survival {
 namespace {
@@ -13,11 +14,64 @@ double Wide(float value) {
     return static_cast<double>(value);
 }
 
-std::vector<Statistic> OfScores(const ScoreStatistic& s) {
+using Line = std::vector<Statistic>;
+
+Line LineOf(const NotComputed& /*none*/) {
+    return {};
+}
+
+Line LineOf(const ScoreStatistic& s) {
     return {{"WW", StrTwoColScoreSum1, StrTwoColScoreSum2, Wide(s.scoreSum)},
             {"Sum", StrTwoColScoreSum1, StrTwoColSquares2, Wide(s.sumOfSquares)},
             {"Var", StrTwoColVariance, 0, Wide(s.variance)},
             {"z", StrTwoColStatistic1, StrTwoColStatistic2, Wide(s.z)}};
+}
+
+Line LineOf(const GehanStatistic& s) {
+    Line line = LineOf(s.corrected);
+    line.push_back(
+        {"z without correction", StrTwoColUncorrected1, StrTwoColUncorrected2, Wide(s.uncorrected)});
+    return line;
+}
+
+Line LineOf(const CoxFStatistic& s) {
+    return {{"T1", StrTwoColT1, 0, Wide(s.scoreSum1)},
+            {"T2", StrTwoColT2, 0, Wide(s.scoreSum2)},
+            {"F", StrTwoColF, 0, Wide(s.f)},
+            {"df 1", StrTwoColDf1, 0, Wide(s.numeratorDf)},
+            {"df 2", StrTwoColDf2, 0, Wide(s.denominatorDf)}};
+}
+
+Line LineOf(const CoxMantelStatistic& s) {
+    return {{"I", StrTwoColI, 0, Wide(s.information)},
+            {"U", StrTwoColU, 0, Wide(s.excess)},
+            {"C", StrTwoColC, 0, Wide(s.c)}};
+}
+
+SummaryRow RowOf(const NotComputed& /*none*/) {
+    return {};
+}
+
+SummaryRow RowOf(const ScoreStatistic& s) {
+    return {.statistic = Wide(s.z),
+            .scoreSum = Wide(s.scoreSum),
+            .variance = Wide(s.variance),
+            .varianceForm = std::string{Text(StrTwoPermutational)}};
+}
+
+SummaryRow RowOf(const GehanStatistic& s) {
+    return RowOf(s.corrected);
+}
+
+SummaryRow RowOf(const CoxFStatistic& s) {
+    return {.statistic = Wide(s.f), .df1 = Wide(s.numeratorDf), .df2 = Wide(s.denominatorDf)};
+}
+
+SummaryRow RowOf(const CoxMantelStatistic& s) {
+    return {.statistic = Wide(s.c),
+            .scoreSum = Wide(s.excess),
+            .variance = Wide(s.information),
+            .varianceForm = std::string{Text(StrTwoHypergeometric)}};
 }
 
 } // namespace
@@ -28,77 +82,33 @@ std::string Statistic::InReport() const {
     return std::string{symbol} + (p.starts_with('<') ? " " : " = ") + p;
 }
 
-int TitleOf(TwoTest test) {
-    switch (test) {
-    case TwoTest::Gehan:
-        break;
-    case TwoTest::CoxF:
-        return StrTwoCoxF;
-    case TwoTest::CoxMantel:
-        return StrTwoCoxMantel;
-    case TwoTest::LogRank:
-        return StrTwoLogRank;
-    case TwoTest::PetoPeto:
-        return StrTwoPetoPeto;
-    }
-    return StrTwoGehan;
+std::string TitleOf(TwoTest test) {
+    static constexpr std::array titles{StrTwoGehan, StrTwoCoxF, StrTwoCoxMantel, StrTwoLogRank,
+                                       StrTwoPetoPeto};
+    return std::string{Text(titles[static_cast<std::size_t>(test)])};
 }
 
 std::vector<Statistic> StatisticsOf(const TestResult& result) {
-    std::vector<Statistic> line;
-    if (result.test == TwoTest::CoxF) {
-        const CoxFStatistic& f = result.coxF;
-        line = {{"T1", StrTwoColT1, 0, Wide(f.scoreSum1)},
-                {"T2", StrTwoColT2, 0, Wide(f.scoreSum2)},
-                {"F", StrTwoColF, 0, Wide(f.f)},
-                {"df 1", StrTwoColDf1, 0, Wide(f.numeratorDf)},
-                {"df 2", StrTwoColDf2, 0, Wide(f.denominatorDf)}};
-    } else if (result.test == TwoTest::CoxMantel) {
-        const CoxMantelStatistic& c = result.coxMantel;
-        line = {{"I", StrTwoColI, 0, Wide(c.information)},
-                {"U", StrTwoColU, 0, Wide(c.excess)},
-                {"C", StrTwoColC, 0, Wide(c.c)}};
-    } else if (result.ByGehan()) {
-        line = OfScores(result.gehan.corrected);
-        line.push_back({"z without correction", StrTwoColUncorrected1, StrTwoColUncorrected2,
-                        Wide(result.gehan.uncorrected)});
-    } else {
-        line = OfScores(result.scoreTest);
-    }
-    line.push_back({"p", StrTwoColP, 0, result.p});
+    Line line = std::visit([](const auto& numbers) { return LineOf(numbers); }, result.numbers);
+    if (result.Computed()) line.push_back({"p", StrTwoColP, 0, result.p});
     return line;
 }
 
 std::vector<std::string> NotesOf(const TestResult& result, const GroupCounts& counts) {
-    if (result.test == TwoTest::CoxF) return {std::string{Text(StrTwoNoteCoxF)}};
-    if (result.test == TwoTest::CoxMantel) return {std::string{Text(StrTwoNoteHypergeometric)}};
-    std::vector<std::string> notes{std::string{Text(StrTwoNotePermutational)}};
-    if (result.gehanInstead) notes.emplace_back(Text(StrTwoNoteGehanInstead));
-    if (result.ByGehan())
-        notes.push_back(std::string{Text(StrTwoNoteCorrection)} + FormatNumber(ContinuityCorrection(counts)) +
-                        ".");
+    const auto note = [](int id) { return std::string{Text(id)}; };
+    if (!result.Computed()) return {note(StrTwoNotComputed)};
+    if (result.test == TwoTest::CoxF) return {note(StrTwoNoteCoxF)};
+    if (result.test == TwoTest::CoxMantel) return {note(StrTwoNoteHypergeometric)};
+    std::vector<std::string> notes{note(StrTwoNotePermutational)};
+    if (!result.ByGehan()) return notes;
+    if (result.test == TwoTest::PetoPeto) notes.push_back(note(StrTwoNoteGehanInstead));
+    notes.push_back(note(StrTwoNoteCorrection) + FormatNumber(ContinuityCorrection(counts)) + ".");
     return notes;
 }
 
-std::string VarianceForm(const TestResult& result) {
-    if (result.test == TwoTest::CoxF) return {};
-    return std::string{Text(result.test == TwoTest::CoxMantel ? StrTwoHypergeometric : StrTwoPermutational)};
-}
-
 SummaryRow SummaryOf(const TestResult& result) {
-    SummaryRow row;
-    row.statistic = Wide(result.Statistic());
-    if (result.test == TwoTest::CoxF) {
-        row.df1 = Wide(result.coxF.numeratorDf);
-        row.df2 = Wide(result.coxF.denominatorDf);
-    } else if (result.test == TwoTest::CoxMantel) {
-        row.scoreSum = Wide(result.coxMantel.excess);
-        row.variance = Wide(result.coxMantel.information);
-    } else {
-        const ScoreStatistic& s = result.ByGehan() ? result.gehan.corrected : result.scoreTest;
-        row.scoreSum = Wide(s.scoreSum);
-        row.variance = Wide(s.variance);
-    }
+    SummaryRow row = std::visit([](const auto& numbers) { return RowOf(numbers); }, result.numbers);
+    if (result.Computed()) row.p = result.p;
     return row;
 }
 

@@ -18,26 +18,24 @@ struct Statistic {
     [[nodiscard]] std::string InReport() const; ///< "Var = 5644.39"
 };
 
-/// The number of a test's title in the string table.
-int TitleOf(TwoTest test);
+std::string TitleOf(TwoTest test);
 
-/// The line of statistics of a test that was computed.
+/// The line of statistics of a test; empty when it was not computed.
 std::vector<Statistic> StatisticsOf(const TestResult& result);
 
 /// The notes below it: which variance it uses first.
 std::vector<std::string> NotesOf(const TestResult& result, const GroupCounts& counts);
 
-/// Which variance a test uses; empty where it uses none.
-std::string VarianceForm(const TestResult& result);
-
-/// What a test has of the columns that set all of them side by side; NaN for what it has not.
+/// What a test has of the columns that set all of them side by side; NaN or empty for what it has not.
 struct SummaryRow {
     static constexpr double empty = std::numeric_limits<double>::quiet_NaN();
-    double statistic = empty;
+    double statistic = empty; ///< z, F or C
     double df1 = empty;
     double df2 = empty;
+    double p = empty;
     double scoreSum = empty; ///< for Cox-Mantel: U
     double variance = empty;
+    std::string varianceForm{};
 };
 SummaryRow SummaryOf(const TestResult& result);
 

@@ -35,7 +35,7 @@ void FillObservation(NumberTable& table, std::size_t row, const PooledObservatio
 
 /// One row per observation: Gehan's counts and scores, or the scores alone.
 int WriteScores(CAnalysisSupport& host, const PooledSample& sample, const TestResult& result) {
-    NumberTable table(std::string{Text(TitleOf(result.test))} + std::string{Text(StrTwoScores)});
+    NumberTable table(TitleOf(result.test) + std::string{Text(StrTwoScores)});
     table.AddNote(std::string{Text(StrTwoNoteStatus)});
     AddObservationColumns(table);
     std::size_t score = 3;
@@ -61,7 +61,7 @@ int WriteScores(CAnalysisSupport& host, const PooledSample& sample, const TestRe
 /// test with group 2 at these times.
 int WriteFailures(CAnalysisSupport& host, const TestResult& result) {
     const bool group2 = result.test == TwoTest::CoxMantel;
-    NumberTable table(std::string{Text(TitleOf(result.test))} + std::string{Text(StrTwoFailures)});
+    NumberTable table(TitleOf(result.test) + std::string{Text(StrTwoFailures)});
     table.AddColumn(StrTwoColTime1, StrTwoColTime2, single);
     table.AddColumn(StrTwoColAtRisk, 0, whole);
     table.AddColumn(StrTwoColFailures, 0, whole);
@@ -89,7 +89,7 @@ int WriteFailures(CAnalysisSupport& host, const TestResult& result) {
 
 int WriteStatistics(CAnalysisSupport& host, const PooledSample& sample, const TestResult& result) {
     const std::vector<Statistic> statistics = StatisticsOf(result);
-    NumberTable table(std::string{Text(TitleOf(result.test))} + std::string{Text(StrTwoStatistics)});
+    NumberTable table(TitleOf(result.test) + std::string{Text(StrTwoStatistics)});
     table.RepeatsReport();
     for (std::string& note : NotesOf(result, sample.counts))
         table.AddNote(std::move(note));
@@ -104,22 +104,18 @@ int WriteStatistics(CAnalysisSupport& host, const PooledSample& sample, const Te
 
 void WriteTestReport(CAnalysisSupport& host, const PooledSample& sample, const TestResult& result) {
     host.prttop();
-    WriteLine(host, Text(TitleOf(result.test)));
-    if (result.computed) {
-        std::string line;
-        for (const Statistic& s : StatisticsOf(result))
-            line += (line.empty() ? "" : "   ") + s.InReport();
-        WriteLine(host, line);
-        for (const std::string& note : NotesOf(result, sample.counts))
-            WriteLine(host, note);
-    } else {
-        WriteLine(host, Text(StrTwoNotComputed));
-    }
+    WriteLine(host, TitleOf(result.test));
+    std::string line;
+    for (const Statistic& s : StatisticsOf(result))
+        line += (line.empty() ? "" : "   ") + s.InReport();
+    if (!line.empty()) WriteLine(host, line);
+    for (const std::string& note : NotesOf(result, sample.counts))
+        WriteLine(host, note);
     host.type();
 }
 
 int WriteTables(CAnalysisSupport& host, const PooledSample& sample, const TestResult& result) {
-    if (!result.computed) return 0;
+    if (!result.Computed()) return 0;
     const bool byScores = result.test != TwoTest::CoxF && result.test != TwoTest::CoxMantel;
     if (const int message = byScores ? WriteScores(host, sample, result) : WriteFailures(host, result);
         message != 0)
@@ -127,8 +123,38 @@ int WriteTables(CAnalysisSupport& host, const PooledSample& sample, const TestRe
     return WriteStatistics(host, sample, result);
 }
 
-constexpr std::array allTests{TwoTest::Gehan, TwoTest::CoxF, TwoTest::CoxMantel, TwoTest::LogRank,
-                              TwoTest::PetoPeto};
+int WriteSummaryTable(CAnalysisSupport& host, const PooledSample& sample) {
+    NumberTable table{std::string{Text(StrTwoSummary)}};
+    table.AddColumn(StrTwoColStatistic1, StrTwoColStatistic2, single);
+    table.AddColumn(StrTwoColDf1, 0, whole);
+    table.AddColumn(StrTwoColDf2, 0, whole);
+    table.AddColumn(StrTwoColP, 0, CellFormat::probability());
+    table.AddColumn(StrTwoColScoreSum1, StrTwoColScoreSum2, single);
+    table.AddColumn(StrTwoColVariance, 0, single);
+    for (const int note : {StrTwoNoteSigns, StrTwoNoteSums, StrTwoNoteCoxFOrder, StrTwoNoteOneSided})
+        table.AddNote(std::string{Text(note)});
+    if (!table.AddRows(host, twoTests.size())) return StrTwoNoMemory;
+
+    std::array<std::string, twoTests.size()> varianceForms;
+    for (std::size_t row = 0; row < twoTests.size(); ++row) {
+        TestResult result;
+        if (const Status status = ComputeTest(host, sample, twoTests[row], result); status != Status::Success)
+            return TwoMessage(status);
+        SummaryRow cells = SummaryOf(result);
+        std::size_t column = 0;
+        for (const double cell :
+             {cells.statistic, cells.df1, cells.df2, cells.p, cells.scoreSum, cells.variance})
+            table.Cell(row, column++) = cell;
+        varianceForms[row] = std::move(cells.varianceForm);
+        table.NameRow(TitleOf(result.test));
+        if (!result.Computed())
+            table.AddNote(TitleOf(result.test) + ":" + std::string{Text(StrTwoNotComputed)});
+        if (result.test == TwoTest::PetoPeto && result.ByGehan())
+            table.AddNote(std::string{Text(StrTwoNoteGehanInstead)});
+    }
+    table.AddTexts(StrTwoColVariance, StrTwoColForm, varianceForms);
+    return table.Write(host);
+}
 
 } // namespace
 
@@ -146,41 +172,7 @@ int WriteTest(CAnalysisSupport& host, const PooledSample& sample, TwoTest test) 
 
 int WriteTestSummary(CAnalysisSupport& host, const PooledSample& sample) {
     host.d_stat(Text(StrPrinting));
-    std::array<std::string, allTests.size()> forms;
-    NumberTable table{std::string{Text(StrTwoSummary)}};
-    table.AddColumn(StrTwoColStatistic1, StrTwoColStatistic2, single);
-    table.AddColumn(StrTwoColDf1, 0, whole);
-    table.AddColumn(StrTwoColDf2, 0, whole);
-    table.AddColumn(StrTwoColP, 0, CellFormat::probability());
-    table.AddColumn(StrTwoColScoreSum1, StrTwoColScoreSum2, single);
-    table.AddColumn(StrTwoColVariance, 0, single);
-    for (const int note : {StrTwoNoteSigns, StrTwoNoteSums, StrTwoNoteCoxFOrder, StrTwoNoteOneSided})
-        table.AddNote(std::string{Text(note)});
-    int message = table.AddRows(host, allTests.size()) ? 0 : StrTwoNoMemory;
-    for (std::size_t row = 0; row < allTests.size() && message == 0; ++row) {
-        TestResult result;
-        message = TwoMessage(ComputeTest(host, sample, allTests[row], result));
-        if (message != 0) break;
-        const std::string title{Text(TitleOf(result.test))};
-        table.NameRow(title);
-        forms[row] = VarianceForm(result);
-        if (!result.computed) {
-            table.AddNote(title + ":" + std::string{Text(StrTwoNotComputed)});
-            continue;
-        }
-        const SummaryRow cells = SummaryOf(result);
-        table.Cell(row, 0) = cells.statistic;
-        table.Cell(row, 1) = cells.df1;
-        table.Cell(row, 2) = cells.df2;
-        table.Cell(row, 3) = result.p;
-        table.Cell(row, 4) = cells.scoreSum;
-        table.Cell(row, 5) = cells.variance;
-        if (result.gehanInstead) table.AddNote(std::string{Text(StrTwoNoteGehanInstead)});
-    }
-    if (message == 0) {
-        table.AddTexts(StrTwoColVariance, StrTwoColForm, forms);
-        message = table.Write(host);
-    }
+    const int message = WriteSummaryTable(host, sample);
     host.d_stat({});
     return message;
 }

@@ -18,6 +18,13 @@ bool sameCode(double a, double b) {
     return std::fabs(a - b) <= 15 * DBL_EPSILON * std::max(std::fabs(a), std::fabs(b));
 }
 
+double codeOf(const ActiveData& data, int variable0, const CodePair::Option& option) {
+    const auto code = resolveCode(data.dataSet(), variable0, option.text);
+    if (code && std::isfinite(*code)) return *code;
+    throw UsageError(std::string{option.name} + ": '" + option.text +
+                     "' is neither a number nor a value label; " + codesOf(data, variable0));
+}
+
 } // namespace
 
 CodeCounts countCodes(const ActiveData& data, int variable0, double first, double second) {
@@ -41,11 +48,18 @@ std::string codesOf(const ActiveData& data, int variable0) {
     return "'" + data.dataSet().variable(variable0).name + "' has " + codesText(codes, mostCodesListed);
 }
 
-double codeOf(const ActiveData& data, int variable0, const std::string& option, const std::string& text) {
-    const auto code = resolveCode(data.dataSet(), variable0, text);
-    if (code && std::isfinite(*code)) return *code;
-    throw UsageError(option + ": '" + text + "' is neither a number nor a value label; " +
-                     codesOf(data, variable0));
+std::string casesText(int count) {
+    return std::to_string(count) + (count == 1 ? " case" : " cases");
+}
+
+std::array<double, 2> resolveCodes(const ActiveData& data, int variable0, const CodePair& pair) {
+    std::string missing;
+    for (const CodePair::Option& option : {pair.first, pair.second})
+        if (option.text.empty()) missing += (missing.empty() ? "" : " and ") + std::string{option.name};
+    if (!missing.empty())
+        throw UsageError(missing + (pair.first.text.empty() && pair.second.text.empty() ? " are" : " is") +
+                         " missing: give " + pair.meaning + "; " + codesOf(data, variable0));
+    return {codeOf(data, variable0, pair.first), codeOf(data, variable0, pair.second)};
 }
 
 } // namespace korvana::cli

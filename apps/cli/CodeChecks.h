@@ -2,10 +2,28 @@
 
 #include "host/session/ActiveData.h"
 
+#include <array>
 #include <string>
-#include <vector>
 
 namespace korvana::cli {
+
+/// Two codes of one variable that belong together, as options give them: "--complete" and "--censored".
+struct CodePair {
+    struct Option {
+        const char* name;
+        const std::string& text;
+    };
+    Option first;
+    Option second;
+    const char* meaning; ///< "the code of complete and the code of censored observations"
+};
+
+/// The values of both. A UsageError names an option that is missing, or whose text is no code, and lists the
+/// codes that there are.
+std::array<double, 2> resolveCodes(const ActiveData& data, int variable0, const CodePair& pair);
+
+/// "1 case", "2 cases".
+std::string casesText(int count);
 
 /// How many selected cases have one code, the other, or neither; missing values count nowhere.
 struct CodeCounts {
@@ -18,8 +36,5 @@ CodeCounts countCodes(const ActiveData& data, int variable0, double first, doubl
 /// The codes that a variable has among the selected cases, for messages: "'status' has 0 (5 cases), 1 'dead'
 /// (18 cases)".
 std::string codesOf(const ActiveData& data, int variable0);
-
-/// The value of a code given as number or value label. A UsageError names the option and lists the codes.
-double codeOf(const ActiveData& data, int variable0, const std::string& option, const std::string& text);
 
 } // namespace korvana::cli

@@ -35,17 +35,6 @@ void refuseTexts(const DataSet& data, const std::vector<int>& times) {
                              "' holds texts, times are numbers or dates (YYYY-MM-DD)");
 }
 
-void refuseTwice(const DataSet& data, std::vector<int> variables) {
-    std::sort(variables.begin(), variables.end());
-    const auto twice = std::adjacent_find(variables.begin(), variables.end());
-    if (twice != variables.end())
-        throw UsageError("variable '" + data.variable(*twice).name + "' is given twice");
-}
-
-std::string cases(int count) {
-    return std::to_string(count) + (count == 1 ? " case" : " cases");
-}
-
 /// A code that no case has is a mistake when other cases have neither code; when all cases have the other one
 /// the data are just like that.
 void checkCodes(const ActiveData& data, int censor, TimesAndCodes& result) {
@@ -61,10 +50,17 @@ void checkCodes(const ActiveData& data, int censor, TimesAndCodes& result) {
     check("--complete", result.complete, counts.first);
     check("--censored", result.censored, counts.second);
     if (counts.neither > 0)
-        result.notes.push_back(cases(counts.neither) + " with another code of '" + name + "' left out.");
+        result.notes.push_back(casesText(counts.neither) + " with another code of '" + name + "' left out.");
 }
 
 } // namespace
+
+void refuseTwice(const DataSet& data, std::vector<int> variables) {
+    std::sort(variables.begin(), variables.end());
+    const auto twice = std::adjacent_find(variables.begin(), variables.end());
+    if (twice != variables.end())
+        throw UsageError("variable '" + data.variable(*twice).name + "' is given twice");
+}
 
 ozm::AutomationValue TimesAndCodes::variables() const {
     using List = ozm::AutomationValue::List;
@@ -112,16 +108,12 @@ TimesAndCodes TimesAndCodesOptions::resolve(const ActiveData& active) const {
     variables.push_back(censor);
     refuseTwice(data, variables);
 
-    if (complete_.empty() || censored_.empty()) {
-        const std::string missing = complete_.empty() && censored_.empty() ? "--complete and --censored are"
-                                    : complete_.empty()                    ? "--complete is"
-                                                                           : "--censored is";
-        throw UsageError(missing +
-                         " missing: give the code of complete and the code of censored observations; " +
-                         codesOf(active, censor));
-    }
-    result.complete = codeOf(active, censor, "--complete", complete_);
-    result.censored = codeOf(active, censor, "--censored", censored_);
+    const CodePair codes{{"--complete", complete_},
+                         {"--censored", censored_},
+                         "the code of complete and the code of censored observations"};
+    const auto [complete, censored] = resolveCodes(active, censor, codes);
+    result.complete = complete;
+    result.censored = censored;
     checkCodes(active, censor, result);
     return result;
 }

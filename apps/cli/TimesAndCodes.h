@@ -24,6 +24,9 @@ struct TimesAndCodes {
     [[nodiscard]] ozm::AutomationValue variables(int grouping) const;
 };
 
+/// Refuses a variable that is given for two things (numbers from 0). Throws UsageError.
+void refuseTwice(const DataSet& data, std::vector<int> variables);
+
 /// The options that name times, censoring indicator and codes.
 class TimesAndCodesOptions {
 public:

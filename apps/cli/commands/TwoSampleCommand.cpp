@@ -7,7 +7,7 @@
 #include "apps/cli/commands/SurvivalModule.h"
 #include "host/data/NumberText.h"
 
-#include <algorithm>
+#include <array>
 
 namespace korvana::cli {
 namespace {
@@ -57,17 +57,12 @@ class TwoSampleCommand final : public AnalysisCommand {
         if (group_.empty()) throw UsageError("--group is missing: name the variable with the groups", true);
         const int group = variableOf(data.dataSet(), "--group", group_);
         groupVariable_ = group + 1;
-        const std::string& name = data.dataSet().variable(group).name;
-        const auto& times = wanted_.times;
-        if (groupVariable_ == wanted_.censor ||
-            std::find(times.begin(), times.end(), groupVariable_) != times.end())
-            throw UsageError("variable '" + name + "' is given twice");
-        if (code1_.empty() || code2_.empty())
-            throw UsageError(std::string{code1_.empty() && code2_.empty() ? "--group1 and --group2 are"
-                                         : code1_.empty()                 ? "--group1 is"
-                                                                          : "--group2 is"} +
-                             " missing: give the codes of the two groups; " + codesOf(data, group));
-        groups_ = {codeOf(data, group, "--group1", code1_), codeOf(data, group, "--group2", code2_)};
+        std::vector<int> variables{group, wanted_.censor - 1};
+        for (const int time : wanted_.times)
+            variables.push_back(time - 1);
+        refuseTwice(data.dataSet(), variables);
+        const CodePair codes{{"--group1", code1_}, {"--group2", code2_}, "the codes of the two groups"};
+        groups_ = resolveCodes(data, group, codes);
         if (groups_[0] == groups_[1]) return; // the analysis says so itself
         const CodeCounts counts = countCodes(data, group, groups_[0], groups_[1]);
         const auto present = [&](const char* option, double code, int cases) {
@@ -78,9 +73,8 @@ class TwoSampleCommand final : public AnalysisCommand {
         present("--group1", groups_[0], counts.first);
         present("--group2", groups_[1], counts.second);
         if (counts.neither > 0)
-            wanted_.notes.push_back(std::to_string(counts.neither) +
-                                    (counts.neither == 1 ? " case" : " cases") + " of other groups of '" +
-                                    name + "' left out.");
+            wanted_.notes.push_back(casesText(counts.neither) + " of other groups of '" +
+                                    data.dataSet().variable(group).name + "' left out.");
     }
 
     bool compute(Script& script) override {

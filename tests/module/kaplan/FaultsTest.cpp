@@ -4,7 +4,6 @@
 
 #include "module/resources/Resources.h"
 #include "module/resources/StringIds.h"
-#include "tests/module/PressWithFault.h"
 #include "tests/module/kaplan/KaplanFixture.h"
 
 #include <gtest/gtest.h>
@@ -28,14 +27,13 @@ protected:
             codes.push_back(i % 2);
         }
     }
-    void EveryOutput() {
-        for (const int button : {KaplanSummary, KaplanPercentiles, KaplanPlot1, KaplanPlot2, KaplanPlot3})
-            host.Dialog().Press(button);
-    }
+    static constexpr int outputs[] = {KaplanSummary, KaplanPercentiles, KaplanPlot1, KaplanPlot2,
+                                      KaplanPlot3};
     /// From the specification's OK through every output and back; true when it reached the results.
     bool Whole() {
         if (host.Press(analysis, ControlOk) != StepKaplanResults) return false;
-        EveryOutput();
+        for (const int button : outputs)
+            host.Dialog().Press(button);
         EXPECT_EQ(host.Press(analysis, ControlCancel), StepSpecifyKaplan);
         return true;
     }
@@ -43,20 +41,9 @@ protected:
 
 TEST_F(FaultsTest, EveryMemoryRequestRefusedInTurn) {
     Specify();
-    int refused = 0;
-    for (int n = 1;; ++n) {
-        host.messages.clear();
-        host.requests = 0;
-        host.refuseRequest = n;
-        Whole();
-        EXPECT_EQ(host.outstanding, 0) << "request " << n;
-        if (host.requests < n) break;
-        ++refused;
-        EXPECT_EQ(host.messages.front().id, StrKaplanNoMemory) << "request " << n;
-        ASSERT_LT(n, 1000);
-    }
+    const int refused = RefuseEveryRequest(
+        [this] { Whole(); }, [this] { EXPECT_EQ(host.messages.front().id, StrKaplanNoMemory); });
     EXPECT_GE(refused, 7 + 8 + 5); // arrays of the run, of the tie order, of the table
-    host.refuseRequest = 0;
     EXPECT_TRUE(Whole());
 }
 
@@ -93,26 +80,10 @@ TEST_F(FaultsTest, EveryStopQuestionAnsweredYesInTurn) {
 TEST_F(FaultsTest, EveryAllocationOfTheRuntimeFailingInTurn) {
     Cases(2600);
     Specify();
-    const auto atResults = [this] {
-        return host.Dialog().Template().number == KaplanResultsTemplate().number;
-    };
-
-    for (long n = 1; !test::PressWithFault(host, ControlOk, n); ++n) {
-        ASSERT_LT(n, 1000);
-        if (host.nextStep > 0) host.Go(analysis, host.nextStep);
-        if (atResults()) {
-            host.Press(analysis, ControlCancel); // the fault struck the host after the run
-        }
-        EXPECT_EQ(host.outstanding, 0) << "allocation " << n;
-    }
-    host.Go(analysis, host.nextStep);
-    ASSERT_TRUE(atResults());
-    for (const int button : {KaplanSummary, KaplanPercentiles, KaplanPlot1, KaplanPlot2, KaplanPlot3})
-        for (long n = 1; !test::PressWithFault(host, button, n); ++n) {
-            ASSERT_LT(n, 5000);
-            EXPECT_EQ(host.outstanding, 7)
-                << "button " << button << ", allocation " << n; // the arrays of the run
-        }
+    FailEveryAllocationOfTheRun(KaplanResultsTemplate().number,
+                                [this] { return State().results.Valid() > 0 ? 7 : 0; });
+    for (const int button : outputs)
+        FailEveryAllocation(button, [this] { EXPECT_EQ(host.outstanding, 7); }); // the arrays of the run
     EXPECT_EQ(host.Press(analysis, ControlCancel), StepSpecifyKaplan);
     EXPECT_EQ(host.outstanding, 0);
     EXPECT_TRUE(Whole());

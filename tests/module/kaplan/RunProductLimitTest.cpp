@@ -64,40 +64,28 @@ TEST_F(KaplanFixture, CapacityFollowsTheDataAndTheWeights) {
 TEST_F(KaplanFixture, EachStatusShowsItsMessageAndKeepsNothing) {
     auto& times = host.columns[0].values;
     auto& codes = host.columns[1].values;
-    struct Row {
-        const char* name;
-        std::function<void()> spoil;
-        int message;
-    };
-    const Row rows[] = {
-        {"two valid",
-         [&] {
-             times = {1, 2, -1}, codes = {1, 0, 1};
-         },
-         StrTooFewValid},
-        {"all censored",
-         [&] {
-             times = {1, 2, 3}, codes = {0, 0, 0};
-         },
-         StrNoUncensored},
-        {"too many",
-         [&] {
-             host.columns = {{"weeks", {1, 2}}, {"relapse", {1, 1}}, {"w", {1, 1e9}}};
-             host.weight = 3;
-         },
-         StrTooManyCasesKaplan},
-        {"memory", [&] { host.refuseRequest = host.requests + 7; }, StrKaplanNoMemory},
-        {"stopped", [&] { host.stopAt = host.questions + 1; }, 0},
-    };
-    for (const Row& row : rows) {
-        host.messages.clear();
-        Specify();
-        row.spoil();
-        EXPECT_EQ(host.Press(analysis, ControlOk), StepSpecifyKaplan) << row.name;
-        EXPECT_EQ(host.messages.empty() ? 0 : host.messages.back().id, row.message) << row.name;
-        EXPECT_EQ(State().results.Valid(), 0) << row.name;
-        EXPECT_EQ(host.outstanding, 0) << row.name;
-    }
+    EachKeepsNothing(
+        {
+            {"two valid",
+             [&] {
+                 times = {1, 2, -1}, codes = {1, 0, 1};
+             },
+             StrTooFewValid},
+            {"all censored",
+             [&] {
+                 times = {1, 2, 3}, codes = {0, 0, 0};
+             },
+             StrNoUncensored},
+            {"too many",
+             [&] {
+                 host.columns = {{"weeks", {1, 2}}, {"relapse", {1, 1}}, {"w", {1, 1e9}}};
+                 host.weight = 3;
+             },
+             StrTooManyCasesKaplan},
+            {"memory", [&] { host.refuseRequest = host.requests + 7; }, StrKaplanNoMemory},
+            {"stopped", [&] { host.stopAt = host.questions + 1; }, 0},
+        },
+        StepSpecifyKaplan, [this] { return State().results.Valid(); });
 }
 
 TEST_F(KaplanFixture, AnEmptyReadingSaysWhichCodesThereAre) {

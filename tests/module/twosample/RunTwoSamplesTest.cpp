@@ -105,41 +105,29 @@ TEST_F(TwoFixture, ChecksLeaveTheDialogOpen) {
 }
 
 TEST_F(TwoFixture, EachStatusShowsItsMessageAndKeepsNothing) {
-    struct Row {
-        const char* name;
-        std::function<void()> spoil;
-        int message;
-    };
-    const Row rows[] = {
-        {"two valid",
-         [&] {
-             Data({1, 2, -1}, {1, 1, 1}, {1, 2, 1});
-         },
-         StrTwoTooFewValid},
-        {"one uncensored",
-         [&] {
-             Data({1, 2, 3}, {1, 0, 0}, {1, 2, 1});
-         },
-         StrTwoEmptyGroup},
-        {"a group without a valid time",
-         [&] {
-             Data({1, 2, 3, none}, {1, 1, 1, 1}, {1, 1, 1, 2});
-         },
-         StrTwoEmptyGroup},
-        {"memory", [&] { ManyCases(251), host.columns[2].values[0] = 2, host.refuseRequest = 5; },
-         StrTwoNoMemory},
-        {"stopped", [&] { host.stopAt = host.questions + 1; }, 0},
-    };
-    for (const Row& row : rows) {
-        host.messages.clear();
-        host.requests = 0;
-        Specify();
-        row.spoil();
-        EXPECT_EQ(host.Press(analysis, ControlOk), StepSpecifyTwoSamples) << row.name;
-        EXPECT_EQ(host.messages.empty() ? 0 : host.messages.back().id, row.message) << row.name;
-        EXPECT_EQ(State().results.counts.N(), 0) << row.name;
-        EXPECT_EQ(host.outstanding, 0) << row.name;
-    }
+    EachKeepsNothing(
+        {
+            {"two valid",
+             [&] {
+                 Data({1, 2, -1}, {1, 1, 1}, {1, 2, 1});
+             },
+             StrTwoTooFewValid},
+            {"one uncensored",
+             [&] {
+                 Data({1, 2, 3}, {1, 0, 0}, {1, 2, 1});
+             },
+             StrTwoEmptyGroup},
+            {"a group without a valid time",
+             [&] {
+                 Data({1, 2, 3, none}, {1, 1, 1, 1}, {1, 1, 1, 2});
+             },
+             StrTwoEmptyGroup},
+            {"memory",
+             [&] { ManyCases(251), host.columns[2].values[0] = 2, host.refuseRequest = host.requests + 5; },
+             StrTwoNoMemory},
+            {"stopped", [&] { host.stopAt = host.questions + 1; }, 0},
+        },
+        StepSpecifyTwoSamples, [this] { return State().results.counts.N(); });
     EXPECT_EQ(CheckGroups({1, 0, 1, 0}), Status::Success); // one failure in each group is enough
     EXPECT_EQ(CheckGroups({0, 5, 2, 0}), Status::Success); // and so is a group without any
 }

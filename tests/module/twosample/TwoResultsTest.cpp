@@ -1,6 +1,5 @@
 #include "module/resources/Resources.h"
 #include "module/resources/StringIds.h"
-#include "tests/module/PressWithFault.h"
 #include "tests/module/twosample/TwoFixture.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +9,6 @@
 namespace ozm::survival {
 namespace {
 
-using test::PressWithFault;
 using test::Sheet;
 using test::TwoFixture;
 
@@ -117,6 +115,18 @@ TEST_F(TwoFixture, CoxFThatCannotBeComputedSaysSo) {
     EXPECT_TRUE(std::isnan(host.sheets[0].numbers[3][1]));
     EXPECT_EQ(host.sheets[0].notes.back(), "Cox's F-Test: This test cannot be computed. ");
     EXPECT_TRUE(host.messages.empty());
+
+    // Nor without memory, be it for its scores or for the failure times.
+    host.Press(analysis, ControlCancel);
+    Data({1, 2, 3, 4}, {1, 1, 1, 1}, {1, 2, 1, 2});
+    Run();
+    for (const int request : {1, 2}) {
+        host.report.clear();
+        host.refuseRequest = host.requests + request;
+        host.Script().Call("CoxFTest");
+        EXPECT_NE(host.report.find(" This test cannot be computed. "), std::string::npos) << request;
+        EXPECT_TRUE(host.messages.empty());
+    }
 }
 
 TEST_F(TwoFixture, WithoutCensoringPetoAndPetoIsGehan) {
@@ -227,32 +237,23 @@ TEST_F(TwoFixture, EveryMemoryRequestRefusedInTurn) {
         host.columns[2].values[i] = 2;
     host.columns[1].values[5] = 0;
     Specify();
-    int refused = 0;
-    for (int n = 1;; ++n) {
-        ASSERT_LT(n, 200);
-        host.messages.clear();
-        host.sheets.clear();
-        host.report.clear();
-        host.requests = 0;
-        host.refuseRequest = n;
-        const bool results = host.Press(analysis, ControlOk) == StepTwoResults;
-        if (results) {
+    const int refused = RefuseEveryRequest(
+        [&] {
+            if (host.Press(analysis, ControlOk) != StepTwoResults) return;
             for (const char* const action : everyAction)
                 host.Script().Call(action);
             EXPECT_EQ(host.Press(analysis, ControlCancel), StepSpecifyTwoSamples);
-        }
-        EXPECT_EQ(host.outstanding, 0) << "request " << n;
-        if (host.requests < n) break;
-        ++refused;
-        // Cox's F-test answers a refusal by not being computed, alone or in the summary.
-        std::string told = host.report;
-        for (const Sheet& sheet : host.sheets)
-            told += sheet.notes.empty() ? "" : sheet.notes.back();
-        if (host.messages.empty())
-            EXPECT_NE(told.find("cannot be computed"), std::string::npos) << "request " << n;
-        else
-            EXPECT_EQ(host.messages.front().id, StrTwoNoMemory) << "request " << n;
-    }
+        },
+        [&] {
+            // Cox's F-test answers a refusal by not being computed, alone or in the summary.
+            std::string told = host.report;
+            for (const Sheet& sheet : host.sheets)
+                told += sheet.notes.empty() ? "" : sheet.notes.back();
+            if (host.messages.empty())
+                EXPECT_NE(told.find("cannot be computed"), std::string::npos);
+            else
+                EXPECT_EQ(host.messages.front().id, StrTwoNoMemory);
+        });
     EXPECT_GE(refused, 5 + 9);
 }
 
@@ -260,19 +261,10 @@ TEST_F(TwoFixture, EveryAllocationOfTheRuntimeFailingInTurn) {
     ManyCases(300);
     host.columns[2].values[5] = host.columns[2].values[50] = host.columns[2].values[77] = 2;
     Specify();
-    for (long n = 1; !PressWithFault(host, ControlOk, n); ++n) {
-        ASSERT_LT(n, 1000);
-        EXPECT_EQ(host.outstanding, State().results.counts.N() > 0 ? 1 : 0) << "allocation " << n;
-        if (host.nextStep > 0) host.Go(analysis, host.nextStep);
-        if (host.Dialog().Template().number == TwoResultsTemplate().number)
-            host.Press(analysis, ControlCancel); // the fault struck the host after the run
-    }
-    host.Go(analysis, host.nextStep);
+    FailEveryAllocationOfTheRun(TwoResultsTemplate().number,
+                                [this] { return State().results.counts.N() > 0 ? 1 : 0; });
     for (int button = TwoSummary; button <= TwoPlotCumulative; ++button)
-        for (long n = 1; !PressWithFault(host, button, n); ++n) {
-            ASSERT_LT(n, 5000);
-            EXPECT_EQ(host.outstanding, 1) << "button " << button << ", allocation " << n; // the sample
-        }
+        FailEveryAllocation(button, [this] { EXPECT_EQ(host.outstanding, 1); }); // the sample
     EXPECT_EQ(host.Press(analysis, ControlCancel), StepSpecifyTwoSamples);
     EXPECT_EQ(host.outstanding, 0);
 }

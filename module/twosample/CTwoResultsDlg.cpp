@@ -11,7 +11,6 @@ CTwoResultsDlg::CTwoResultsDlg(CAnalysisSupport& host, SharedSettings& shared, T
     : ResultsDialog(host, TwoResultsTemplate(), TwoResultsInterface(), shared), state_(state) {}
 
 void CTwoResultsDlg::OnOpen() {
-    state_.results.headerWritten = false;
     std::string summary{Text(StrTwoTitle)};
     for (const std::string& line : TwoSummaryLines(Analysis(), Shared(), state_.results.counts))
         summary += "\n" + line;
@@ -20,7 +19,8 @@ void CTwoResultsDlg::OnOpen() {
 
 int CTwoResultsDlg::Output(int control) {
     const PooledSample sample = state_.results.Sample();
-    WriteTwoHeader(Analysis(), Shared(), state_.results);
+    if (!headerWritten_) WriteTwoHeader(Analysis(), Shared(), sample.counts);
+    headerWritten_ = true;
     switch (control) {
     case TwoSummary:
         return WriteTestSummary(Analysis(), sample);

@@ -22,6 +22,7 @@ protected:
 
 private:
     TwoState& state_;
+    bool headerWritten_ = false;
 };
 
 } // namespace ozm::survival

@@ -2,7 +2,6 @@
 
 #include "module/survdata/SharedSettings.h"
 #include "module/twosample/ComputeTests.h"
-#include "module/twosample/TwoState.h"
 #include "support/CAnalysisSupport.h"
 
 #include <cstdint>
@@ -15,8 +14,8 @@ namespace ozm::survival {
 std::vector<std::string> TwoSummaryLines(CAnalysisSupport& host, const SharedSettings& shared,
                                          const GroupCounts& counts);
 
-/// The report's header: summary and input. Written once, above the first output of a results dialog.
-void WriteTwoHeader(CAnalysisSupport& host, const SharedSettings& shared, TwoResults& results);
+/// The report's header: summary and input.
+void WriteTwoHeader(CAnalysisSupport& host, const SharedSettings& shared, const GroupCounts& counts);
 
 // Each output answers the string number of the message to show, 0 when all went well.
 

@@ -62,9 +62,7 @@ std::vector<std::string> TwoSummaryLines(CAnalysisSupport& host, const SharedSet
     return lines;
 }
 
-void WriteTwoHeader(CAnalysisSupport& host, const SharedSettings& shared, TwoResults& results) {
-    if (results.headerWritten) return;
-    const GroupCounts& counts = results.counts;
+void WriteTwoHeader(CAnalysisSupport& host, const SharedSettings& shared, const GroupCounts& counts) {
     host.d_stat(Text(StrPrinting));
     OpenReport(host, shared, StrTwoTitle);
     std::vector<std::string> lines = VariableLines(host, shared, counts);
@@ -88,7 +86,6 @@ void WriteTwoHeader(CAnalysisSupport& host, const SharedSettings& shared, TwoRes
     WriteInputHeader(host, shared);
     host.type();
     host.d_stat({});
-    results.headerWritten = true;
 }
 
 } // namespace ozm::survival

@@ -65,7 +65,6 @@ void TwoResults::Release() {
     observations_ = {};
     host_.Release();
     counts = {};
-    headerWritten = false;
 }
 
 } // namespace ozm::survival

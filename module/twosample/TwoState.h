@@ -60,7 +60,6 @@ public:
     [[nodiscard]] PooledSample Sample() const { return {observations_, counts}; }
 
     GroupCounts counts;
-    bool headerWritten = false; ///< the report's header stands above the first output of a results dialog
 
 private:
     std::span<PooledObservation> observations_;

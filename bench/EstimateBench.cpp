@@ -1,5 +1,6 @@
 // The numbers of the product-limit estimate on sorted times.
 
+#include "bench/Sizes.h"
 #include "bench/Times.h"
 #include "module/kaplan/ConfidenceLimits.h"
 #include "module/kaplan/ProductLimit.h"
@@ -13,6 +14,7 @@ namespace {
 
 using korvana::bench::Kind;
 using korvana::bench::Times;
+using korvana::bench::upToTenMillion;
 namespace survival = ozm::survival;
 
 /// Sorted times and the place for their estimate.
@@ -63,5 +65,5 @@ void percentiles(benchmark::State& state) {
 
 } // namespace
 
-BENCHMARK(productLimit)->RangeMultiplier(10)->Range(10'000, 10'000'000)->Unit(benchmark::kMillisecond);
-BENCHMARK(percentiles)->RangeMultiplier(10)->Range(10'000, 10'000'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(productLimit)->Apply(upToTenMillion);
+BENCHMARK(percentiles)->Apply(upToTenMillion);

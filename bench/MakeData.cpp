@@ -20,12 +20,9 @@ int main(int count, char** arguments) {
     }
     std::ofstream out(arguments[3], std::ios::binary);
     korvana::bench::Times times(kind == "ties" ? Kind::Ties : Kind::Continuous);
-    std::string block = "time,status\n";
+    std::string block = korvana::bench::fileHeader;
     for (std::uint64_t row = 0; row < rows && out; ++row) {
-        const auto [time, event] = times.next();
-        char digits[32];
-        block.append(digits, std::to_chars(digits, digits + sizeof digits, time).ptr);
-        block += event ? ",1\n" : ",0\n";
+        korvana::bench::appendLine(block, times.next());
         if (block.size() > 1 << 20) {
             out << block;
             block.clear();

@@ -1,6 +1,7 @@
 // From a CSV file to a data set, and from a data set to the times of an analysis (the pass over the cases
 // through the host's services, with a host that holds its columns in memory).
 
+#include "bench/Sizes.h"
 #include "bench/Times.h"
 #include "host/data/ReadData.h"
 #include "module/survdata/CaseReader.h"
@@ -9,7 +10,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -19,6 +19,7 @@ namespace {
 
 using korvana::bench::Kind;
 using korvana::bench::Times;
+using korvana::bench::upToTenMillion;
 
 /// Two columns in memory, time and status.
 class Columns final : public ozm::DataService {
@@ -98,15 +99,12 @@ void readCsv(benchmark::State& state) {
     const auto path = std::filesystem::temp_directory_path() / "korvana-bench.csv";
     {
         std::ofstream out(path, std::ios::binary);
-        out << "time,status\n";
+        std::string text = korvana::bench::fileHeader;
         Times times(Kind::Continuous);
-        for (std::int64_t i = 0; i < state.range(0); ++i) {
-            const auto [time, event] = times.next();
-            char digits[32];
-            out.write(digits, std::to_chars(digits, digits + sizeof digits, time).ptr - digits)
-                << (event ? ",1\n" : ",0\n");
-        }
-        if (!out.flush()) state.SkipWithError("cannot write the file to be read");
+        for (std::int64_t i = 0; i < state.range(0); ++i)
+            korvana::bench::appendLine(text, times.next());
+        if (!out.write(text.data(), static_cast<std::streamsize>(text.size())).flush())
+            state.SkipWithError("cannot write the file to be read");
     }
     for ([[maybe_unused]] auto _ : state)
         benchmark::DoNotOptimize(korvana::readData(path).caseCount());
@@ -117,7 +115,7 @@ void readCsv(benchmark::State& state) {
 
 } // namespace
 
-BENCHMARK(readingPass)->RangeMultiplier(10)->Range(10'000, 10'000'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(readingPass)->Apply(upToTenMillion);
 BENCHMARK(readCsv)
     ->RangeMultiplier(10)
     ->Range(10'000, 1'000'000)

@@ -1,5 +1,6 @@
 // The heap sort, whose order of tied cases reports show, against the path that large samples take.
 
+#include "bench/Sizes.h"
 #include "bench/Times.h"
 #include "module/survdata/PairedSort.h"
 
@@ -12,6 +13,7 @@ namespace {
 
 using korvana::bench::Kind;
 using korvana::bench::Times;
+using korvana::bench::upToTenMillion;
 namespace survival = ozm::survival;
 
 struct Sample {
@@ -61,28 +63,10 @@ void restoreHeapOrder(benchmark::State& state, Kind kind) {
     });
 }
 
-constexpr std::int64_t few = 10'000;
-constexpr std::int64_t many = 10'000'000;
-
 } // namespace
 
-BENCHMARK_CAPTURE(heapSort, continuous, Kind::Continuous)
-    ->RangeMultiplier(10)
-    ->Range(few, many)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(sortTimes, continuous, Kind::Continuous)
-    ->RangeMultiplier(10)
-    ->Range(few, many)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(heapSort, ties, Kind::Ties)
-    ->RangeMultiplier(10)
-    ->Range(few, many)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(sortTimes, ties, Kind::Ties)
-    ->RangeMultiplier(10)
-    ->Range(few, many)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(restoreHeapOrder, ties, Kind::Ties)
-    ->RangeMultiplier(10)
-    ->Range(few, many)
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(heapSort, continuous, Kind::Continuous)->Apply(upToTenMillion);
+BENCHMARK_CAPTURE(sortTimes, continuous, Kind::Continuous)->Apply(upToTenMillion);
+BENCHMARK_CAPTURE(heapSort, ties, Kind::Ties)->Apply(upToTenMillion);
+BENCHMARK_CAPTURE(sortTimes, ties, Kind::Ties)->Apply(upToTenMillion);
+BENCHMARK_CAPTURE(restoreHeapOrder, ties, Kind::Ties)->Apply(upToTenMillion);

@@ -7,44 +7,33 @@
 #include "apps/desktop/window/AnalysisRunner.h"
 #include "apps/desktop/window/MainWindow.h"
 #include "host/session/SessionCharts.h"
-#include "host/session/SessionMemory.h"
+#include "tests/apps/desktop/data/Trial.h"
+#include "tests/host/session/RefusingMemory.h"
 
 #include <QApplication>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 
-#include <gtest/gtest.h>
-
-#include <fstream>
 #include <functional>
 #include <memory>
 
 namespace korvana::desktop {
 namespace {
 
-constexpr int ok = 1;
-constexpr int cancel = 2;
-
 class WindowTest : public testing::Test {
 protected:
-    QTemporaryDir folder;
+    Folder folder;
     std::unique_ptr<MainWindow> window;
 
     void SetUp() override {
-        window = std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{}, path("settings.ini"));
+        window =
+            std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{}, folder.path("settings.ini"));
         window->show();
     }
-    QString path(const char* name) const { return folder.filePath(QString::fromLatin1(name)); }
     static QString example(const char* name) {
         return QStringLiteral(KORVANA_SOURCE_DIR "/examples/data/") + QString::fromLatin1(name);
-    }
-    QString write(const char* name, const std::string& text) const {
-        std::ofstream(path(name).toStdString()) << text;
-        return path(name);
     }
 
     AnalysisRunner& runner() { return window->runner(); }
@@ -151,27 +140,16 @@ TEST_F(WindowTest, OtherDataHalfWayBeginAnew) {
 
 TEST_F(WindowTest, AFileThatIsNotThereIsToldAndTheDataStay) {
     ASSERT_TRUE(window->openFile(example("aml.csv")));
-    const QString shown = boxOf([this] { EXPECT_FALSE(window->openFile(path("gone.csv"))); });
+    const QString shown = boxOf([this] { EXPECT_FALSE(window->openFile(folder.path("gone.csv"))); });
     EXPECT_TRUE(shown.contains("gone.csv")) << shown.toStdString();
     EXPECT_EQ(runner().data().dataSet().caseCount(), 23);
-    const QString ragged = write("ragged.csv", "a,b\n1,2\n3\n");
-    EXPECT_TRUE(boxOf([&] { window->openFile(ragged); }).contains("ragged.csv:3"));
 }
 
 TEST_F(WindowTest, WithoutDataOrModuleItSaysSo) {
     EXPECT_TRUE(boxOf([this] { window->startAnalysis(); }).contains("open a data file"));
-    MainWindow alone(nullptr, "the module is not there", path("other.ini"));
+    MainWindow alone(nullptr, "the module is not there", folder.path("other.ini"));
     EXPECT_TRUE(alone.openFile(example("aml.csv")));
 }
-
-struct RefusingMemory final : SessionMemory {
-    bool AllocMem(void*& memory, std::size_t size) override {
-        if (!refuses) return SessionMemory::AllocMem(memory, size);
-        memory = nullptr;
-        return false;
-    }
-    bool refuses = true;
-};
 
 struct NoCharts final : SessionCharts {
     using SessionCharts::SessionCharts;
@@ -179,20 +157,21 @@ struct NoCharts final : SessionCharts {
 };
 
 TEST_F(WindowTest, RefusedMemoryAndFailingChartsAreMessages) {
-    RefusingMemory memory;
+    test::RefusingMemory memory;
     SessionParts parts;
     NoCharts charts(parts);
     ServiceOverrides services;
     services.memory = &memory;
     services.charts = &charts;
     window.reset(); // one analysis object at a time
-    window = std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{}, path("s.ini"), services);
+    window =
+        std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{}, folder.path("s.ini"), services);
     ASSERT_TRUE(window->openFile(example("veteran.csv")));
     runner().data().weightBy("prior"); // weighted data take their arrays from the host
     specify({{3}, {4}}, 1, 0);
     EXPECT_TRUE(boxOf([this] { click("OK"); }).contains("Not enough memory"));
     ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
-    memory.refuses = false;
+    memory.refuse = false;
     click("OK");
     ASSERT_EQ(title(), "Product-Limit (Kaplan-Meier) Analysis Results");
     EXPECT_TRUE(boxOf([this] {
@@ -207,10 +186,10 @@ class LongRunTest : public WindowTest {
 protected:
     void SetUp() override {
         WindowTest::SetUp();
-        std::string text = "time,status,copies\n";
+        QByteArray text("time,status,copies\n");
         for (int i = 0; i < 3000; ++i)
-            text += std::to_string(i % 97) + "," + std::to_string(i % 2) + ",3000\n";
-        ASSERT_TRUE(window->openFile(write("long.csv", text)));
+            text += QByteArray::number(i % 97) + "," + QByteArray::number(i % 2) + ",3000\n";
+        ASSERT_TRUE(window->openFile(folder.write("long.csv", text)));
         runner().data().weightBy("copies");
         runner().setProgressDelay(0);
         specify({{1}, {2}}, 1, 0);
@@ -257,10 +236,3 @@ TEST_F(LongRunTest, ClosingTheWindowStopsItFirst) {
 
 } // namespace
 } // namespace korvana::desktop
-
-int main(int argc, char* argv[]) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    testing::InitGoogleTest(&argc, argv);
-    QApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -11,7 +11,7 @@ int main(int argc, char** argv) {
     const QTemporaryDir settings; // of the tests alone
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
     QApplication::setOrganizationName("korvana-tests");
-    QApplication::setApplicationName("desktop-results");
+    QApplication::setApplicationName("desktop");
     QApplication::setStyle(QStyleFactory::create("Fusion"));
     return RUN_ALL_TESTS();
 }

@@ -1,7 +1,5 @@
 #include "apps/desktop/dialogs/CodeField.h"
 
-#include "apps/desktop/dialogs/Codes.h"
-
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -45,8 +43,9 @@ bool same(double a, double b) {
 } // namespace
 
 CodeField::CodeField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
-    : ControlField(control, host, parent), combo_(new OfferCombo(*this)), label_(new QLabel(this)),
+    : CodesOfVariable(control, host, parent), combo_(new OfferCombo(*this)), label_(new QLabel(this)),
       code_(std::numeric_limits<double>::quiet_NaN()) {
+    label_->setTextFormat(Qt::PlainText);
     combo_->setEditable(true);
     combo_->setInsertPolicy(QComboBox::NoInsert);
     combo_->setCompleter(nullptr);
@@ -86,8 +85,7 @@ void CodeField::showText() {
     const QSignalBlocker quiet(combo_);
     combo_->setCurrentIndex(std::isnan(code_) ? -1 : combo_->findData(code_));
     combo_->setEditText(codeText(code_));
-    ozm::CAnalysisSupport* analysis = host().analysis();
-    label_->setText(analysis != nullptr ? codeLabel(*analysis, variable_, code_) : QString{});
+    label_->setText(labelOf(code_));
 }
 
 bool CodeField::commit() {
@@ -96,20 +94,13 @@ bool CodeField::commit() {
     ozm::CAnalysisSupport* analysis = host().analysis();
     if (analysis == nullptr) return true;
     std::optional<double> code = std::numeric_limits<double>::quiet_NaN();
-    if (!text.isEmpty()) code = codeOfText(*analysis, variable_, text);
-    if (!code) return complain(noCode(text, variable_));
+    if (!text.isEmpty()) code = codeOfText(*analysis, variable(), text);
+    if (!code) return complain(noCode(text, variable()));
     if (same(*code, code_))
         showValue(code_);
     else if (!host().put(*this, *code))
         return false;
     return settled();
-}
-
-void CodeField::offerCodesOf(int variable, const QString& prompt) {
-    prompt_ = prompt;
-    if (variable == variable_) return;
-    variable_ = variable;
-    clearOffer();
 }
 
 void CodeField::dataChanged() {
@@ -140,11 +131,10 @@ void CodeField::offer() {
     const QString text = combo_->currentText();
     const QSignalBlocker quiet(combo_);
     combo_->clear();
-    if (variable_ == 0) {
-        say(prompt_.isEmpty() ? QStringLiteral("Choose the variable first")
-                              : QStringLiteral("Choose \"%1\" first").arg(prompt_));
+    if (variable() == 0) {
+        say(chooseFirst());
     } else {
-        const CodeOffer offer = offeredCodes(*analysis, variable_);
+        const CodeOffer offer = offeredCodes(*analysis, variable());
         for (const ozm::CodeCount& code : offer.codes)
             combo_->addItem(offerText(code), code.code);
         if (offer.failed) say(QStringLiteral("The codes could not be read; type the code"));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/desktop/dialogs/ControlField.h"
+#include "apps/desktop/dialogs/CodesOfVariable.h"
 
 class QComboBox;
 class QLabel;
@@ -9,15 +9,13 @@ namespace korvana::desktop {
 
 /// A code of a variable: typed as a number or a value label, or taken from the list of those that occur. The
 /// data are read when the list is asked for, not before: they may have millions of cases.
-class CodeField : public ControlField {
+class CodeField : public CodesOfVariable {
 public:
     CodeField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent);
     void showValue(const ozm::ControlValue& value) override;
     [[nodiscard]] bool hasPendingEdit() const override { return edited_; }
     bool commit() override;
     void dataChanged() override;
-    void offerCodesOf(int variable, const QString& prompt) override;
-    [[nodiscard]] bool wantsCaption() const override { return true; }
     /// Fills the list, if it does not hold the variable's codes already.
     void offer();
 
@@ -28,9 +26,7 @@ private:
 
     QComboBox* combo_;
     QLabel* label_; ///< the value label of the code
-    QString prompt_;
     double code_;
-    int variable_ = 0;
     bool offered_ = false;
     bool edited_ = false;
 };

@@ -1,7 +1,5 @@
 #include "apps/desktop/dialogs/CodeListField.h"
 
-#include "apps/desktop/dialogs/Codes.h"
-
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
@@ -40,7 +38,7 @@ QStringList splitAtCommas(const QString& line) {
 } // namespace
 
 CodeListField::CodeListField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
-    : ControlField(control, host, parent), line_(new QLineEdit(this)), open_(new QToolButton(this)) {
+    : CodesOfVariable(control, host, parent), line_(new QLineEdit(this)), open_(new QToolButton(this)) {
     line_->setPlaceholderText(QStringLiteral("codes or labels, with commas between"));
     line_->setMinimumWidth(line_->fontMetrics().averageCharWidth() * 32);
     line_->setAccessibleName(plainCaptionOf(control));
@@ -68,10 +66,9 @@ void CodeListField::showCodes() {
     if (line_->isModified()) return;
     QStringList codes;
     QStringList labels;
-    ozm::CAnalysisSupport* analysis = host().analysis();
     for (const double code : codes_) {
         codes.append(codeText(code));
-        const QString label = analysis != nullptr ? codeLabel(*analysis, variable_, code) : QString{};
+        const QString label = labelOf(code);
         if (!label.isEmpty()) labels.append(codes.back() + " = " + label);
     }
     line_->setText(codes.join(QStringLiteral(", ")));
@@ -88,8 +85,8 @@ bool CodeListField::commit() {
     if (!line_->isModified() || analysis == nullptr) return true;
     std::vector<double> codes;
     for (const QString& text : splitAtCommas(line_->text())) {
-        const auto code = codeOfText(*analysis, variable_, text);
-        if (!code) return complain(noCode(text, variable_));
+        const auto code = codeOfText(*analysis, variable(), text);
+        if (!code) return complain(noCode(text, variable()));
         if (std::find(codes.begin(), codes.end(), *code) != codes.end())
             return complain(QStringLiteral("The code %1 stands there twice.").arg(codeText(*code)));
         codes.push_back(*code);
@@ -97,22 +94,14 @@ bool CodeListField::commit() {
     return host().put(*this, std::move(codes)) && settled();
 }
 
-void CodeListField::offerCodesOf(int variable, const QString& prompt) {
-    prompt_ = prompt;
-    if (variable == variable_) return;
-    variable_ = variable;
-    showCodes();
-}
-
 void CodeListField::openList() {
     ozm::CAnalysisSupport* analysis = host().analysis();
     if (analysis == nullptr || !commit()) return;
-    if (variable_ == 0) {
-        complain(prompt_.isEmpty() ? QStringLiteral("Choose the variable first.")
-                                   : QStringLiteral("Choose \"%1\" first.").arg(prompt_));
+    if (variable() == 0) {
+        complain(chooseFirst() + QLatin1Char('.'));
         return;
     }
-    const CodeOffer offer = offeredCodes(*analysis, variable_);
+    const CodeOffer offer = offeredCodes(*analysis, variable());
     if (offer.codes.empty()) {
         complain(offer.failed ? QStringLiteral("The codes could not be read; type them.")
                               : QStringLiteral("No selected case has a value."));

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "apps/desktop/dialogs/ControlField.h"
+#include "apps/desktop/dialogs/CodesOfVariable.h"
 
-#include <optional>
 #include <vector>
 
 class QLineEdit;
@@ -12,15 +11,13 @@ namespace korvana::desktop {
 
 /// Several codes of a variable: typed with commas between (numbers or value labels, those with a comma in
 /// quotes), or ticked in the list of those that occur.
-class CodeListField : public ControlField {
+class CodeListField : public CodesOfVariable {
 public:
     CodeListField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent);
     void showValue(const ozm::ControlValue& value) override;
     [[nodiscard]] bool hasPendingEdit() const override;
     bool commit() override;
     void dataChanged() override { showCodes(); }
-    void offerCodesOf(int variable, const QString& prompt) override;
-    [[nodiscard]] bool wantsCaption() const override { return true; }
 
 private:
     void showCodes();
@@ -28,9 +25,7 @@ private:
 
     QLineEdit* line_;
     QToolButton* open_;
-    QString prompt_;
     std::vector<double> codes_;
-    int variable_ = 0;
 };
 
 } // namespace korvana::desktop

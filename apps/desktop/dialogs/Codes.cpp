@@ -1,9 +1,9 @@
 #include "apps/desktop/dialogs/Codes.h"
 
+#include "apps/desktop/WaitCursor.h"
 #include "support/CAnalysisSupport.h"
 
-#include <QCursor>
-#include <QGuiApplication>
+#include <QLocale>
 
 #include <algorithm>
 #include <cmath>
@@ -13,9 +13,8 @@ namespace korvana::desktop {
 CodeOffer offeredCodes(ozm::CAnalysisSupport& analysis, int variable) {
     CodeOffer offer;
     // A pass over all cases, which may be many.
-    QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
+    const WaitCursor cursor;
     const int distinct = analysis.ReadDataToGetDefaultCodes(variable, {}, offer.codes);
-    QGuiApplication::restoreOverrideCursor();
     offer.failed = distinct < 0;
     offer.more = std::max(distinct - static_cast<int>(offer.codes.size()), 0);
     return offer;

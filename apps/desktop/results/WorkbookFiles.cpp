@@ -14,6 +14,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "apps/desktop/WaitCursor.h"
 #include "apps/desktop/results/ChartView.h"
 #include "apps/desktop/results/ExportDialog.h"
 #include "apps/desktop/results/OutputExport.h"
@@ -24,14 +25,6 @@
 
 namespace korvana::desktop {
 namespace {
-
-class WaitCursor {
-public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
 
 QString filterOf(OutputFormat format) {
     const QString ending = QLatin1String(endingOf(format));

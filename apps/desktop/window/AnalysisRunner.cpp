@@ -1,30 +1,27 @@
 #include "apps/desktop/window/AnalysisRunner.h"
 
+#include "apps/desktop/dialogs/ControlField.h"
 #include "apps/desktop/dialogs/DialogView.h"
-#include "host/results/TextWriter.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
-#include <QDir>
 #include <QFileDialog>
 #include <QFormLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QMessageBox>
 #include <QWidget>
 
+#include <cmath>
 #include <utility>
 #include <vector>
 
 namespace korvana::desktop {
 namespace {
 
-QString text(std::string_view utf8) {
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
-
 QString filterOf(std::string_view extension) {
-    const QString ending = text(extension);
+    const QString ending = fromView(extension);
     return ending.isEmpty() ? QString{} : AnalysisRunner::tr("Files (*%1);;All files (*)").arg(ending);
 }
 
@@ -136,12 +133,12 @@ void AnalysisRunner::computationEnded() {
 }
 
 void AnalysisRunner::status(std::string_view status) {
-    progress_.setStatus(text(status));
-    emit statusText(text(status).trimmed());
+    progress_.setStatus(fromView(status));
+    emit statusText(fromView(status).trimmed());
 }
 
 void AnalysisRunner::progressCaption(std::string_view caption) {
-    progress_.setCaption(text(caption));
+    progress_.setCaption(fromView(caption));
 }
 
 void AnalysisRunner::progress(unsigned done, unsigned units) {
@@ -149,7 +146,7 @@ void AnalysisRunner::progress(unsigned done, unsigned units) {
 }
 
 void AnalysisRunner::iterationLine(std::string_view line) {
-    progress_.addLine(text(line));
+    progress_.addLine(fromView(line));
 }
 
 void AnalysisRunner::breathe() {
@@ -178,20 +175,23 @@ ozm::MessageButton AnalysisRunner::showMessage(const ResultMessage& message,
     box.setIcon(message.severity == ResultMessage::Severity::Error     ? QMessageBox::Critical
                 : message.severity == ResultMessage::Severity::Warning ? QMessageBox::Warning
                                                                        : QMessageBox::Information);
-    box.setWindowTitle(text(session_.book().analysis));
-    box.setText(text(message.text).trimmed());
-    QString more = text(message.detail);
+    box.setWindowTitle(fromView(session_.book().analysis));
+    box.setText(fromView(message.text).trimmed());
+    QString more = fromView(message.detail);
     if (message.id != 0)
         more += (more.isEmpty() ? QString{} : QStringLiteral("\n\n")) + tr("Message %1").arg(message.id);
     box.setInformativeText(more);
+    // A message quotes names and labels of the data, which may look like markup.
+    for (QLabel* label : box.findChildren<QLabel*>())
+        label->setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     box.exec();
     return ozm::ButtonOk;
 }
 
 bool AnalysisRunner::ask(const ResultMessage& question, ozm::CAnalysisDialog* /*window*/) {
-    return QMessageBox::question(boxParent(), text(session_.book().analysis),
-                                 text(question.text).trimmed()) == QMessageBox::Yes;
+    return QMessageBox::question(boxParent(), fromView(session_.book().analysis),
+                                 fromView(question.text).trimmed()) == QMessageBox::Yes;
 }
 
 void AnalysisRunner::runModal(ozm::CAnalysisModalDialog& dialog) {
@@ -205,14 +205,14 @@ void AnalysisRunner::runModal(ozm::CAnalysisModalDialog& dialog) {
 }
 
 std::optional<std::string> AnalysisRunner::fileToOpen(const FileRequest& request) {
-    const QString path = QFileDialog::getOpenFileName(boxParent(), text(request.title),
-                                                      text(request.defaultName), filterOf(request.extension));
+    const QString path = QFileDialog::getOpenFileName(
+        boxParent(), fromView(request.title), fromView(request.defaultName), filterOf(request.extension));
     return path.isEmpty() ? std::nullopt : std::optional{path.toStdString()};
 }
 
 std::optional<std::string> AnalysisRunner::fileToSave(const FileRequest& request) {
-    const QString path = QFileDialog::getSaveFileName(boxParent(), text(request.title),
-                                                      text(request.defaultName), filterOf(request.extension));
+    const QString path = QFileDialog::getSaveFileName(
+        boxParent(), fromView(request.title), fromView(request.defaultName), filterOf(request.extension));
     return path.isEmpty() ? std::nullopt : std::optional{path.toStdString()};
 }
 
@@ -241,7 +241,7 @@ bool AnalysisRunner::editStartValues(std::span<const std::string> names, std::sp
     std::vector<QLineEdit*> fields;
     for (std::size_t k = 0; k < names.size(); ++k) {
         fields.push_back(new QLineEdit(QLocale::c().toString(values[k], 'g', 17), &dialog));
-        form->addRow(text(names[k]), fields.back());
+        form->addRow(fromView(names[k]), fields.back());
     }
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
     form->addRow(buttons);
@@ -251,7 +251,7 @@ bool AnalysisRunner::editStartValues(std::span<const std::string> names, std::sp
         for (std::size_t k = 0; k < fields.size(); ++k) {
             bool isNumber = false;
             edited[k] = QLocale::c().toDouble(fields[k]->text(), &isNumber);
-            if (isNumber) continue;
+            if (isNumber && std::isfinite(edited[k])) continue;
             QMessageBox::warning(&dialog, dialog.windowTitle(),
                                  tr("'%1' is not a number; give one such as 0.5.").arg(fields[k]->text()));
             fields[k]->setFocus();

@@ -42,6 +42,7 @@ MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QStri
     splitter->setChildrenCollapsible(false);
     setCentralWidget(splitter);
     setAcceptDrops(true);
+    state_->setTextFormat(Qt::PlainText); // a condition has < and >
     statusBar()->addPermanentWidget(state_);
     buildMenus(noAnalysis);
     connectRunner();
@@ -126,7 +127,7 @@ void MainWindow::connectRunner() {
         if (!active && runner_->session().analysis() != nullptr) startAction_->setEnabled(true);
     });
     connect(runner, &AnalysisRunner::openDataRequested, this, [this](bool* opened) {
-        const QString path = QFileDialog::getOpenFileName(this, tr("Open Data File"), {}, dataFileFilter());
+        const QString path = chooseFile();
         *opened = !path.isEmpty() && loadFile(path);
     });
     connect(runner, &AnalysisRunner::weightsRequested, this, &MainWindow::defineWeights);
@@ -184,6 +185,7 @@ bool MainWindow::loadFile(const QString& path) {
     }
     if (!error.isEmpty()) {
         QMessageBox box(QMessageBox::Warning, tr("Open Data File"), error, QMessageBox::Ok, this);
+        box.setTextFormat(Qt::PlainText);
         box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
         box.exec();
     }
@@ -200,8 +202,12 @@ bool MainWindow::openFile(const QString& path) {
     return true;
 }
 
+QString MainWindow::chooseFile() {
+    return QFileDialog::getOpenFileName(this, tr("Open Data File"), {}, dataFileFilter());
+}
+
 void MainWindow::askForFile() {
-    const QString path = QFileDialog::getOpenFileName(this, tr("Open Data File"), {}, dataFileFilter());
+    const QString path = chooseFile();
     if (!path.isEmpty()) openFile(path);
 }
 

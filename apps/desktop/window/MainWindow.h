@@ -61,6 +61,7 @@ private:
     /// Views and titles after data, selection or weights changed.
     void showData();
     void showOutputs(const std::shared_ptr<ResultsBook>& book, bool changed);
+    QString chooseFile();
     bool loadFile(const QString& path);
     void about();
 

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QCursor>
+#include <QGuiApplication>
+
+namespace korvana::desktop {
+
+/// The pointer says "wait" as long as this lives.
+class WaitCursor {
+public:
+    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+};
+
+} // namespace korvana::desktop

@@ -4,6 +4,7 @@
 #include "host/data/Codes.h"
 #include "host/data/DataError.h"
 #include "host/data/Describe.h"
+#include "tests/support/Refusal.h"
 
 #include <gtest/gtest.h>
 
@@ -35,14 +36,7 @@ TEST(DataSet, FindsVariables) {
     EXPECT_EQ(data.nearestNames("tmie"), (std::vector<std::string>{"Time", "time"}));
     EXPECT_EQ(data.nearestNames("aeg", 1), std::vector<std::string>{"AGE"});
     EXPECT_TRUE(data.nearestNames("zzzzzz").empty());
-    const auto refusal = [&](const char* name) -> std::string {
-        try {
-            data.require(name);
-        } catch (const DataError& error) {
-            return error.what();
-        }
-        return {};
-    };
+    const auto refusal = [&](const char* name) { return refusalOf<DataError>([&] { data.require(name); }); };
     EXPECT_NE(refusal("tmie").find("no variable 'tmie' (did you mean 'Time', 'time'?)"), std::string::npos);
     EXPECT_NE(refusal("TIME").find("capital letters"), std::string::npos);
     EXPECT_EQ(refusal("x"), "");

@@ -1,6 +1,7 @@
 #include "tests/host/data/DataTestSupport.h"
 
 #include "host/data/DataError.h"
+#include "tests/support/Refusal.h"
 
 #include <gtest/gtest.h>
 
@@ -83,12 +84,7 @@ TEST(ReadErrors, NameThePlaceAndTheRemedy) {
 }
 
 std::string refusal(const std::filesystem::path& path) {
-    try {
-        readData(path);
-    } catch (const DataError& error) {
-        return error.what();
-    }
-    return "was read";
+    return refusalOf<DataError>([&] { readData(path); });
 }
 
 TEST(ReadErrors, FilesThatCannotBeOpened) {
@@ -107,12 +103,10 @@ TEST(ReadErrors, FilesThatCannotBeOpened) {
 }
 
 TEST(ReadErrors, LimitsOfSize) {
-    try {
-        readTuned("a\n1\n2\n3\n", {1, 100, 2});
-        FAIL() << "was read";
-    } catch (const DataError& error) {
-        EXPECT_STREQ(error.what(), "data.csv: the file has 3 cases; the limit is 2, split the file");
-    }
+    EXPECT_EQ(refusalOf<DataError>([] {
+                  readTuned("a\n1\n2\n3\n", {1, 100, 2});
+              }),
+              "data.csv: the file has 3 cases; the limit is 2, split the file");
     EXPECT_EQ(readTuned("a\n1\n2\n3\n", {1, 100, 3}).caseCount(), 3);
     const std::string wide(32766, ',');
     EXPECT_THROW(readText("x" + wide + "\n1" + wide + "\n"), DataError);

@@ -14,6 +14,7 @@
 #include "host/results/WriteBook.h"
 #include "host/results/XlsxWriter.h"
 #include "tests/host/results/Books.h"
+#include "tests/support/Refusal.h"
 
 namespace korvana {
 namespace {
@@ -40,15 +41,9 @@ protected:
         return static_cast<std::size_t>(std::distance(fs::directory_iterator(directory_), {}));
     }
 
-    /// The message of the runtime error that `act` throws.
     template <class Act>
     static std::string failureOf(Act act) {
-        try {
-            act();
-        } catch (const std::runtime_error& error) {
-            return error.what();
-        }
-        return "no error";
+        return test::refusalOf<std::runtime_error>(act);
     }
 
     fs::path directory_;
@@ -183,13 +178,9 @@ TEST(Formats, AreParsedFromAList) {
     EXPECT_EQ(parseFormats(" JSON, txt,json"), FormatSet().add(OutputFormat::Json).add(OutputFormat::Txt));
     EXPECT_EQ(parseFormats(knownFormats()), FormatSet::all());
     for (const char* wrong : {"docx", "", "txt,,json", "json;txt"}) {
-        try {
-            (void)parseFormats(wrong);
-            ADD_FAILURE() << wrong;
-        } catch (const std::invalid_argument& error) {
-            EXPECT_NE(std::string(error.what()).find("json, txt, csv, html, xlsx, svg, png, pdf"),
-                      std::string::npos);
-        }
+        const std::string refusal =
+            test::refusalOf<std::invalid_argument>([&] { (void)parseFormats(wrong); });
+        EXPECT_NE(refusal.find("json, txt, csv, html, xlsx, svg, png, pdf"), std::string::npos) << wrong;
     }
 }
 

@@ -1,5 +1,7 @@
 #include "host/session/ModuleLibrary.h"
 
+#include "tests/support/Refusal.h"
+
 #include <cstdlib>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -7,19 +9,12 @@
 namespace korvana {
 namespace {
 
-std::string refusal(const std::vector<std::filesystem::path>& paths) {
-    try {
-        loadAnalysis(paths);
-    } catch (const ModuleError& error) {
-        return error.what();
-    }
-    return "loaded";
-}
-
 TEST(ModuleLibraryTest, ErrorsNameEveryPathAndReason) {
     Dl_info info{};
     ASSERT_NE(dladdr(reinterpret_cast<const void*>(&ozm::BaseDialogInterface), &info), 0);
-    const std::string text = refusal({"/nowhere/a.so", "/dev/null", info.dli_fname});
+    const std::string text = test::refusalOf<ModuleError>([&] {
+        loadAnalysis({"/nowhere/a.so", "/dev/null", info.dli_fname});
+    });
     EXPECT_NE(text.find("/nowhere/a.so: not there"), std::string::npos) << text;
     EXPECT_NE(text.find("\n  /dev/null: "), std::string::npos) << text;
     EXPECT_NE(text.find("has no Lum6NewAnalysis"), std::string::npos) << text;

@@ -1,6 +1,7 @@
 #include "host/session/Session.h"
 
 #include "host/session/TypeLibraryText.h"
+#include "tests/host/session/RefusingMemory.h"
 #include "tests/host/session/TinyAnalysis.h"
 
 #include <gtest/gtest.h>
@@ -222,16 +223,8 @@ TEST(SessionFrontEnd, AnswersWhatTheAnalysisAsks) {
     EXPECT_EQ(session.book().messages.size(), 1U) << "questions are no messages";
 }
 
-struct RefusingMemory final : SessionMemory {
-    bool AllocMem(void*& memory, std::size_t size) override {
-        memory = nullptr;
-        return !refuse && SessionMemory::AllocMem(memory, size);
-    }
-    bool refuse = true;
-};
-
 TEST(SessionOverrides, AServiceCanBeReplaced) {
-    RefusingMemory memory;
+    test::RefusingMemory memory;
     SessionOptions options;
     options.services.memory = &memory;
     Session session(std::make_shared<tiny::Sums>(), options);

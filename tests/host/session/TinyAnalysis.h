@@ -5,6 +5,7 @@
 #include "host/data/DataSet.h"
 #include "support/CAnalysisSupport.h"
 #include "support/dialogs/CAnalysisModelessDialog.h"
+#include "tests/support/MakeData.h"
 
 #include <cmath>
 #include <memory>
@@ -199,11 +200,10 @@ inline void ResultsDlg::OnCommand(int control) {
 inline korvana::DataSet DataOf(const std::vector<std::vector<double>>& variables) {
     korvana::DataSet data("folder/tiny.csv", static_cast<int>(variables.front().size()));
     for (std::size_t v = 0; v < variables.size(); ++v) {
-        korvana::Column column(variables[v].size());
-        std::copy(variables[v].begin(), variables[v].end(), column.data());
         korvana::Variable variable;
         variable.name = std::string{"x"} + static_cast<char>('1' + v);
-        data.addVariable(variable, std::move(column));
+        korvana::test::addVariable(data, variable,
+                                   [&](int i) { return variables[v][static_cast<std::size_t>(i)]; });
     }
     return data;
 }

@@ -3,10 +3,10 @@
 #include "apps/desktop/data/ConditionEdit.h"
 #include "apps/desktop/data/ExpressionPieces.h"
 #include "apps/desktop/data/VariableChooser.h"
+#include "tests/apps/desktop/Labels.h"
 #include "tests/apps/desktop/data/Trial.h"
 
 #include <QDialogButtonBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QListWidget>
@@ -28,11 +28,7 @@ protected:
     }
 
     bool says(const QString& part) const {
-        return QTest::qWaitFor([&] {
-            for (const QLabel* label : dialog->findChildren<QLabel*>())
-                if (label->text().contains(part)) return true;
-            return false;
-        });
+        return QTest::qWaitFor([&] { return desktop::says(*dialog, part); });
     }
 
     void pressOk() const {

@@ -2,6 +2,7 @@
 
 #include "apps/desktop/data/DataLoader.h"
 #include "host/session/ActiveData.h"
+#include "tests/support/MakeData.h"
 
 #include <QDir>
 #include <QFile>
@@ -44,12 +45,9 @@ inline void openTrial(ActiveData& data) {
 
 inline DataSet numbers(int cases) {
     DataSet data("numbers.csv", cases);
-    Column column(static_cast<std::size_t>(cases));
-    for (int i = 0; i < cases; ++i)
-        column.data()[i] = i;
     Variable variable;
     variable.name = "x";
-    data.addVariable(std::move(variable), std::move(column));
+    test::addVariable(data, variable, [](int i) { return i; });
     return data;
 }
 

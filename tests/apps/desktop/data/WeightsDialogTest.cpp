@@ -1,9 +1,9 @@
 #include "apps/desktop/data/WeightsDialog.h"
 
 #include "apps/desktop/data/VariableChooser.h"
+#include "tests/apps/desktop/Labels.h"
 #include "tests/apps/desktop/data/Trial.h"
 
-#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QRadioButton>
@@ -17,12 +17,6 @@ protected:
 
     ActiveData data;
 };
-
-bool says(const QDialog& dialog, const QString& part) {
-    for (const QLabel* label : dialog.findChildren<QLabel*>())
-        if (label->text().contains(part)) return true;
-    return false;
-}
 
 TEST_F(Weights, AVariableIsFoundAndChosenByKeyboard) {
     WeightsDialog dialog(data);
@@ -66,9 +60,7 @@ TEST_F(Weights, AVariableNamedLikeANumberIsItself) {
     DataSet set = numbers(2);
     Variable one;
     one.name = "1";
-    Column cells(2);
-    cells.data()[0] = cells.data()[1] = 3;
-    set.addVariable(std::move(one), std::move(cells));
+    test::addVariable(set, one, [](int) { return 3; });
     data.open(std::move(set));
     WeightsDialog dialog(data);
     dialog.findChild<VariableChooser*>()->setCurrent(1);

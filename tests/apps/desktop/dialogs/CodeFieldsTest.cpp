@@ -21,19 +21,22 @@ struct CodeFields : Window {
         QTest::keyClicks(combo(), text);
         QTest::keyClick(combo(), Qt::Key_Tab);
     }
+    /// What the list says when it is opened.
+    QStringList offered() {
+        combo()->showPopup();
+        QStringList texts;
+        for (int i = 0; i < combo()->count(); ++i)
+            texts.append(combo()->itemText(i));
+        combo()->hidePopup();
+        return texts;
+    }
     double code() { return value<double>(Code); }
 };
 
 TEST_F(CodeFields, OfferTheCodesOfTheSelectedVariable) {
-    combo()->showPopup();
-    EXPECT_EQ(combo()->itemText(0), "Choose \"Indicator\" first");
-    combo()->hidePopup();
+    EXPECT_EQ(offered(), QStringList{"Choose \"Indicator\" first"});
     select({{}, {3}});
-    combo()->showPopup();
-    ASSERT_EQ(combo()->count(), 2);
-    EXPECT_EQ(combo()->itemText(0), "0 = alive (100 cases)");
-    EXPECT_EQ(combo()->itemText(1), "1 = dead (50 cases)");
-    combo()->hidePopup();
+    EXPECT_EQ(offered(), (QStringList{"0 = alive (100 cases)", "1 = dead (50 cases)"}));
     EXPECT_TRUE(std::isnan(code())) << "looking chooses nothing";
 
     combo()->setFocus();
@@ -45,22 +48,16 @@ TEST_F(CodeFields, OfferTheCodesOfTheSelectedVariable) {
 
     select({{}, {4}});
     EXPECT_EQ(combo()->currentText(), "1") << "a code outlives another variable";
-    combo()->showPopup();
-    EXPECT_EQ(combo()->count(), 101);
-    EXPECT_EQ(combo()->itemText(100), "and 50 more; type the code");
-    combo()->hidePopup();
+    ASSERT_EQ(offered().size(), 101);
+    EXPECT_EQ(offered().back(), "and 50 more; type the code");
 }
 
 TEST_F(CodeFields, FollowTheSelectionOfCases) {
     select({{}, {3}});
-    combo()->showPopup();
-    combo()->hidePopup();
+    EXPECT_EQ(offered().size(), 2);
     session.data().select("status = 1");
     view->refreshData();
-    combo()->showPopup();
-    ASSERT_EQ(combo()->count(), 1);
-    EXPECT_EQ(combo()->itemText(0), "1 = dead (50 cases)");
-    combo()->hidePopup();
+    EXPECT_EQ(offered(), QStringList{"1 = dead (50 cases)"});
 }
 
 TEST_F(CodeFields, TakeNumbersAndLabels) {
@@ -98,9 +95,7 @@ TEST_F(CodeFields, ListOfCodesIsTypedOrTicked) {
     EXPECT_TRUE(line->toolTip().contains("1 = dead"));
 
     for (const char* wrong : {"1, 1", "1, gone"}) {
-        line->setFocus();
-        line->selectAll();
-        QTest::keyClicks(line, wrong);
+        retype(line, wrong);
         QTest::keyClick(line, Qt::Key_Tab);
         EXPECT_FALSE(complaint().isEmpty()) << wrong;
         EXPECT_EQ(value<std::vector<double>>(Codes), (std::vector<double>{1, 7, 0}));

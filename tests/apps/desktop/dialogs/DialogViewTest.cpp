@@ -109,9 +109,7 @@ TEST_F(View, ShowsARefusalBesideItsButton) {
 TEST_F(View, EnterTakesWhatWasTypedAndPressesOk) {
     view->showPage(1);
     auto* level = editor<QLineEdit>(Level);
-    level->setFocus();
-    level->selectAll();
-    QTest::keyClicks(level, "0.5");
+    retype(level, "0.5");
     analysis->onCommand = [&](EveryKindDlg&, int) { EXPECT_EQ(value<double>(Level), 0.5); };
     QTest::keyClick(level, Qt::Key_Return);
     EXPECT_EQ(analysis->commands, std::vector<int>{ControlOk});
@@ -150,9 +148,7 @@ TEST_F(View, AcceleratorsAndTabOrder) {
 
 TEST_F(ResultsView, EnterInAFieldPressesNothingWithoutAnOk) {
     auto* level = editor<QLineEdit>(Level);
-    level->setFocus();
-    level->selectAll();
-    QTest::keyClicks(level, "0.9");
+    retype(level, "0.9");
     QTest::keyClick(level, Qt::Key_Return);
     EXPECT_EQ(value<double>(Level), 0.9);
     EXPECT_TRUE(analysis->commands.empty());

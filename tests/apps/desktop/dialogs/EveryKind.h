@@ -7,7 +7,10 @@
 #include "host/session/Session.h"
 #include "support/CAnalysisSupport.h"
 #include "support/dialogs/CAnalysisModelessDialog.h"
+#include "tests/support/MakeData.h"
 
+#include <QAbstractItemView>
+#include <QLineEdit>
 #include <QTest>
 #include <functional>
 #include <gtest/gtest.h>
@@ -128,14 +131,11 @@ inline korvana::DataSet data() {
     constexpr int cases = 150;
     korvana::DataSet set("every.csv", cases);
     const auto add = [&](const char* name, const char* label, auto cell) {
-        korvana::Column column(cases);
-        for (int i = 0; i < cases; ++i)
-            column.data()[i] = cell(i);
         korvana::Variable variable;
         variable.name = name;
         variable.label = label;
         if (std::string{name} == "status") variable.valueLabels = {{0, "alive"}, {1, "dead"}};
-        set.addVariable(variable, std::move(column));
+        korvana::test::addVariable(set, variable, cell);
     };
     add("time", "Survival in days", [](int i) { return i % 7; });
     add("date", "", [](int i) { return i % 5; });
@@ -185,6 +185,16 @@ struct Window : ::testing::Test {
     }
     void select(VariableSelection selection) {
         ASSERT_TRUE(dialog().PutValue(Variables, std::move(selection)).done);
+    }
+    static void retype(QLineEdit* line, const char* text) {
+        line->setFocus();
+        line->selectAll();
+        QTest::keyClicks(line, text);
+    }
+    static void doubleClick(QAbstractItemView* list, int row) {
+        const QPoint at = list->visualRect(list->model()->index(row, 0)).center();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, at);
     }
     /// Lets everything queued happen.
     static void settle() { QCoreApplication::processEvents(); }

@@ -135,14 +135,9 @@ TEST_F(Fields, AListSkipsTheEntryWithoutAText) {
     EXPECT_EQ(value<int>(Entries), 0);
     EXPECT_EQ(list->item(2)->text(), "Beta");
 
-    const auto doubleClick = [&](int row) {
-        const QPoint at = list->visualItemRect(list->item(row)).center();
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, at);
-        QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, at);
-    };
-    doubleClick(1);
+    doubleClick(list, 1);
     EXPECT_TRUE(analysis->commands.empty());
-    doubleClick(2);
+    doubleClick(list, 2);
     EXPECT_EQ(analysis->commands, std::vector<int>{Entries});
     EXPECT_EQ(value<int>(Entries), 2);
     dynamic_cast<EveryKindDlg&>(dialog()).SetValue(Entries, 1);

@@ -16,11 +16,6 @@ using korvana::desktop::DragList;
 struct VariableBoxes : Window {
     DragList* list(const char* name) { return dynamic_cast<DragList*>(view->findChild<QListView*>(name)); }
     DragList* available() { return list("available"); }
-    void doubleClick(DragList* in, int row) {
-        const QPoint at = in->visualRect(in->model()->index(row, 0)).center();
-        QTest::mouseClick(in->viewport(), Qt::LeftButton, {}, at);
-        QTest::mouseDClick(in->viewport(), Qt::LeftButton, {}, at);
-    }
     void drop(DragList* from, int row, DragList* onto, int before) {
         const std::unique_ptr<QMimeData> data(from->model()->mimeData({from->model()->index(row, 0)}));
         const QPoint at = before < onto->model()->rowCount()
@@ -145,7 +140,7 @@ TEST_F(VariableBoxes, FollowOtherData) {
     korvana::DataSet other("other.csv", 1);
     korvana::Variable variable;
     variable.name = "only";
-    other.addVariable(variable, korvana::Column(1));
+    korvana::test::addVariable(other, variable, [](int) { return 0; });
     session.data().open(std::move(other));
     view->refreshData();
     ASSERT_EQ(available()->model()->rowCount(), 1);

@@ -2,7 +2,6 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QImage>
-#include <QLabel>
 #include <QLineEdit>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -10,6 +9,7 @@
 
 #include "apps/desktop/results/ChartSettingsDialog.h"
 #include "apps/desktop/results/ChartView.h"
+#include "tests/apps/desktop/Labels.h"
 #include "tests/host/results/Books.h"
 
 namespace korvana::desktop {
@@ -171,11 +171,7 @@ protected:
         field("The horizontal axis ends at")->setText(high);
         dialog_.accept();
     }
-    bool says(const QString& text) {
-        for (const QLabel* label : dialog_.findChildren<QLabel*>())
-            if (!label->isHidden() && label->text().contains(text)) return true;
-        return false;
-    }
+    bool says(const QString& text) { return desktop::says(dialog_, text); }
 
     ozm::CChartInfo info_ = test::stepChart();
     ChartSettingsDialog dialog_{info_, {}, {0, 9}, {0, 1}, ChartSettingsDialog::Field::Title};

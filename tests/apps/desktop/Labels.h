@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QLabel>
+
+namespace korvana::desktop {
+
+/// Whether a label that is not hidden says this, among other things.
+inline bool says(const QWidget& widget, const QString& part) {
+    for (const QLabel* label : widget.findChildren<QLabel*>())
+        if (!label->isHidden() && label->text().contains(part)) return true;
+    return false;
+}
+
+} // namespace korvana::desktop

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <new>
 
+#include "apps/desktop/WaitCursor.h"
 #include "host/results/Utf8.h"
 
 namespace korvana::desktop {
@@ -133,7 +134,7 @@ void SheetView::copyCells(const CopyOptions& options) {
         selection.select(model_->index(0, 0),
                          model_->index(model_->rowCount() - 1, model_->columnCount() - 1));
     }
-    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const WaitCursor cursor;
     try {
         if (auto cells = copiedCells(sheet_, selection, options)) {
             QApplication::clipboard()->setMimeData(cells.release());
@@ -143,7 +144,6 @@ void SheetView::copyCells(const CopyOptions& options) {
         emit statusText(tr("There is not enough memory to copy so many cells; select fewer, or export the "
                            "table to a CSV file."));
     }
-    QApplication::restoreOverrideCursor();
 }
 
 QWidget* SheetView::content() {

@@ -159,20 +159,19 @@ void MainWindow::showData() {
 }
 
 void MainWindow::showOutputs(const std::shared_ptr<ResultsBook>& book, bool changed) {
-    auto run = runs_.find(book.get());
-    if (run == runs_.end()) {
+    const auto run = runs_.find(book.get());
+    // A run that was removed from the workbook comes back with its next output. Its book may be gone and its
+    // address another's by now, so the workbook is asked.
+    if (run == runs_.end() || workbook_->book(run->second) != book) {
         const QString title =
             tr("%1: %2").arg(QString::fromStdString(book->analysis), QString::fromStdString(book->source));
-        // The workbook keeps the book, so that its address stays its own.
-        run = runs_.emplace(book.get(), workbook_->addRun(book, title)).first;
-        workbook_->showRun(run->second);
-        return;
-    }
-    if (changed) {
+        const int added = workbook_->addRun(book, title);
+        runs_[book.get()] = added;
+        workbook_->showOutput(added, static_cast<int>(book->outputs.size()) - 1);
+    } else if (changed) {
         workbook_->outputChanged(run->second);
     } else {
         workbook_->outputAdded(run->second);
-        workbook_->showOutput(run->second, static_cast<int>(book->outputs.size()) - 1);
     }
 }
 

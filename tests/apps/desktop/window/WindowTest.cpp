@@ -98,9 +98,16 @@ TEST_F(WindowTest, FromStartupToResultsAndBack) {
     click("Summary: Product-limit survival analysis");
     ASSERT_FALSE(window->workbook().isEmpty());
     EXPECT_EQ(book()->outputs.size(), 3U);
+    EXPECT_FALSE(ResultsBook::repeatsReport(
+        book()->outputs.at(static_cast<std::size_t>(window->workbook().currentOutput()))));
     click("Survival times vs. cum. proportion surviving");
     ASSERT_EQ(book()->all<Chart>().size(), 1U);
     EXPECT_EQ(window->workbook().currentOutput(), 3); // what was asked for is what is shown
+    window->workbook().clear();                       // the next output brings the run back
+    click("Survival times vs. cum. proportion surviving");
+    ASSERT_NE(book(), nullptr);
+    EXPECT_EQ(book()->all<Chart>().size(), 2U);
+    EXPECT_EQ(window->workbook().currentOutput(), 4);
     // Cancel, step by step, with the selections in place.
     click("Cancel");
     ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");

@@ -19,7 +19,8 @@ void WriteTwoHeader(CAnalysisSupport& host, const SharedSettings& shared, const 
 
 // Each output answers the string number of the message to show, 0 when all went well.
 
-/// One test: its statistics as report lines, its intermediate values and its statistics as spreadsheets.
+/// One test: its intermediate values as a spreadsheet, then its statistics as report lines and as a
+/// spreadsheet.
 int WriteTest(CAnalysisSupport& host, const PooledSample& sample, TwoTest test);
 
 /// The five tests side by side, in one spreadsheet.

@@ -114,13 +114,9 @@ void WriteTestReport(CAnalysisSupport& host, const PooledSample& sample, const T
     host.type();
 }
 
-int WriteTables(CAnalysisSupport& host, const PooledSample& sample, const TestResult& result) {
-    if (!result.Computed()) return 0;
+int WriteIntermediate(CAnalysisSupport& host, const PooledSample& sample, const TestResult& result) {
     const bool byScores = result.test != TwoTest::CoxF && result.test != TwoTest::CoxMantel;
-    if (const int message = byScores ? WriteScores(host, sample, result) : WriteFailures(host, result);
-        message != 0)
-        return message;
-    return WriteStatistics(host, sample, result);
+    return byScores ? WriteScores(host, sample, result) : WriteFailures(host, result);
 }
 
 int WriteSummaryTable(CAnalysisSupport& host, const PooledSample& sample) {
@@ -163,8 +159,10 @@ int WriteTest(CAnalysisSupport& host, const PooledSample& sample, TwoTest test) 
     TestResult result;
     int message = TwoMessage(ComputeTest(host, sample, test, result));
     if (message == 0) {
+        if (result.Computed()) message = WriteIntermediate(host, sample, result);
+        // After what it rests on, which may be long: a reader's eye is at the end.
         WriteTestReport(host, sample, result);
-        message = WriteTables(host, sample, result);
+        if (result.Computed() && message == 0) message = WriteStatistics(host, sample, result);
     }
     host.d_stat({});
     return message;

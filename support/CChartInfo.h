@@ -50,6 +50,8 @@ struct CChartInfo {
     ChartAxis yAxis;
     Kind kind = Kind::Line;
     std::vector<ChartSeries> series;
+    /// What a reader must know to read the picture rightly, one sentence each; drawn with it.
+    std::vector<std::string> notes;
 };
 
 } // namespace ozm

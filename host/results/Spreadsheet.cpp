@@ -58,7 +58,8 @@ Spreadsheet Spreadsheet::fromSpec(const ozm::SheetSpec& spec) {
     sheet.rowHeadings = spec.rowHeadings;
     sheet.columns.reserve(spec.columns.size());
     for (const ozm::SheetColumn& column : spec.columns)
-        sheet.columns.push_back({column.heading1, column.heading2, column.format, copyCells(column.cells)});
+        sheet.columns.push_back(
+            {column.heading1, column.heading2, column.format, copyCells(column.cells), column.id});
     return sheet;
 }
 

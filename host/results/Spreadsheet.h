@@ -28,6 +28,7 @@ struct Spreadsheet {
         ozm::CellFormat format;
         std::variant<std::vector<double>, std::vector<std::int32_t>, Dictionary, std::vector<std::string>>
             cells;
+        std::string id{}; ///< name for programs, the same in every run; may be empty
 
         [[nodiscard]] std::size_t size() const;
         [[nodiscard]] bool isText() const { return cells.index() >= 2; }

@@ -43,6 +43,9 @@ struct SheetColumn {
     std::variant<std::span<const double>, std::span<const std::int32_t>, DictionaryCells,
                  std::span<const std::string>>
         cells;
+    /// Name by which programs find the column whatever its heading says ("standardError"): unique in its
+    /// spreadsheet, the same in every run. Empty where there is none.
+    std::string id{};
 };
 
 /// A results spreadsheet as a results routine hands it over.

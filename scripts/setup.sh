@@ -7,7 +7,7 @@ packages=(
   g++ clang cmake ninja-build pkg-config binutils python3
   qt6-base-dev qt6-svg-dev libqcustomplot-dev fonts-dejavu-core
   libxlsxwriter-dev libmuparser-dev nlohmann-json3-dev libcli11-dev
-  libgtest-dev libgmock-dev)
+  libgtest-dev libgmock-dev xvfb openbox icewm)
 
 if ! { command -v dpkg-query && command -v apt-get; } >/dev/null; then
   echo "setup: this is no Debian; see to it that these are installed: ${packages[*]}" >&2

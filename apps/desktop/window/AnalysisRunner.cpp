@@ -83,12 +83,10 @@ void AnalysisRunner::showView(ozm::CAnalysisDialog& dialog, int page) {
     const bool first = view_ == nullptr;
     dropView();
     view_ = new DialogView(dialog, window_);
-    // The first at the left, so that results are seen to appear at the right; the next ones where it was
-    // moved.
-    view_->move(window_->pos() + place_.value_or(QPoint(0, window_->height() / 8)));
     connect(view_, &DialogView::operated, this, &AnalysisRunner::pump);
     connect(view_, &DialogView::stopRequested, this, &AnalysisRunner::stop);
     view_->showPage(page);
+    places_.place(*view_, *window_);
     view_->show();
     if (first) emit activeChanged(true);
 }
@@ -96,7 +94,7 @@ void AnalysisRunner::showView(ozm::CAnalysisDialog& dialog, int page) {
 void AnalysisRunner::dropView() {
     if (view_ == nullptr) return;
     DialogView* view = std::exchange(view_, nullptr);
-    place_ = view->pos() - window_->pos();
+    places_.remember(*view);
     view->detach();
     view->hide();
     view->deleteLater();

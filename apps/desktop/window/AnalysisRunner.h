@@ -2,12 +2,12 @@
 
 #include "apps/desktop/dialogs/DialogView.h"
 #include "apps/desktop/window/BreathTimer.h"
+#include "apps/desktop/window/DialogPlaces.h"
 #include "apps/desktop/window/ProgressWindow.h"
 #include "host/session/Session.h"
 
 #include <QElapsedTimer>
 #include <QObject>
-#include <QPoint>
 #include <QPointer>
 #include <QString>
 
@@ -105,7 +105,7 @@ private:
     Session session_;
     BreathTimer breathTimer_{signals_};
     QPointer<DialogView> view_;
-    std::optional<QPoint> place_; // of the last dialog, from the window's corner
+    DialogPlaces places_;
     QElapsedTimer computing_;
     int progressDelay_ = 250;
     bool busy_ = false;

@@ -6,7 +6,8 @@
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Whatever the user works on, unless a screen was made for the tests.
+    qputenv("QT_QPA_PLATFORM", qEnvironmentVariable("KORVANA_TEST_PLATFORM", "offscreen").toLatin1());
     QApplication application(argc, argv);
     const QTemporaryDir settings; // of the tests alone
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());

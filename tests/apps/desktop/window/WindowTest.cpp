@@ -1,92 +1,12 @@
 // The whole window, offscreen, with the survival module in it: from the startup dialog to the results with
 // mouse and keyboard, and what happens when something goes wrong on the way.
 
-#include "apps/desktop/data/DataView.h"
-#include "apps/desktop/dialogs/DialogView.h"
-#include "apps/desktop/results/Workbook.h"
-#include "apps/desktop/window/AnalysisRunner.h"
-#include "apps/desktop/window/MainWindow.h"
 #include "host/session/SessionCharts.h"
-#include "tests/apps/desktop/data/Trial.h"
+#include "tests/apps/desktop/window/OpenWindow.h"
 #include "tests/host/session/RefusingMemory.h"
-
-#include <QApplication>
-#include <QLabel>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QTimer>
-
-#include <functional>
-#include <memory>
 
 namespace korvana::desktop {
 namespace {
-
-class WindowTest : public testing::Test {
-protected:
-    Folder folder;
-    std::unique_ptr<MainWindow> window;
-
-    void SetUp() override {
-        window =
-            std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{}, folder.path("settings.ini"));
-        window->show();
-    }
-    static QString example(const char* name) {
-        return QStringLiteral(KORVANA_SOURCE_DIR "/examples/data/") + QString::fromLatin1(name);
-    }
-
-    AnalysisRunner& runner() { return window->runner(); }
-    DialogView* view() { return runner().currentView(); }
-    ozm::CAnalysisDialog& model() { return *view()->dialog(); }
-    QString title() { return view() == nullptr ? QString{} : view()->windowTitle(); }
-
-    QPushButton* button(const QString& text) {
-        for (QPushButton* each : view()->findChildren<QPushButton*>())
-            if (each->isVisible() && each->text().remove(QLatin1Char('&')) == text) return each;
-        return nullptr;
-    }
-    void click(const QString& text) {
-        QPushButton* found = button(text);
-        ASSERT_NE(found, nullptr) << text.toStdString() << " in " << title().toStdString();
-        QTest::mouseClick(found, Qt::LeftButton);
-        QApplication::processEvents();
-    }
-    /// Sets a control as a user's choice would, through the model that the view follows.
-    void put(int control, ozm::ControlValue value) {
-        const ozm::DialogResult result = model().PutValue(control, std::move(value));
-        EXPECT_TRUE(result.done) << result.reason;
-    }
-    /// Closes the message box that an action shows, and answers its text.
-    static QString boxOf(const std::function<void()>& action) {
-        QString shown;
-        QTimer timer;
-        QObject::connect(&timer, &QTimer::timeout, [&] {
-            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-                shown += box->text() + QStringLiteral("\n") + box->informativeText() + QStringLiteral("\n");
-                box->accept();
-            }
-        });
-        timer.start(10);
-        action();
-        return shown;
-    }
-
-    /// From the menu to the specification of the second analysis of the list, with its selections made.
-    void specify(const ozm::VariableSelection& variables, double complete, double censored) {
-        window->startAnalysis();
-        ASSERT_EQ(title(), "Survival and Failure Time Analysis");
-        put(180, 1);
-        click("OK");
-        ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
-        put(1001, variables);
-        put(1002, complete);
-        put(1003, censored);
-    }
-    std::shared_ptr<const ResultsBook> book() {
-        return window->workbook().book(window->workbook().currentRun());
-    }
-};
 
 TEST_F(WindowTest, FromStartupToResultsAndBack) {
     ASSERT_TRUE(window->openFile(example("veteran.csv")));

@@ -1,0 +1,111 @@
+// Where dialogs stand. Offscreen there is no window manager; under_window_manager.sh runs the same with one.
+
+#include "tests/apps/desktop/window/OpenWindow.h"
+
+#include <QScreen>
+#include <QWindow>
+
+namespace korvana::desktop {
+namespace {
+
+class PlacesTest : public WindowTest {
+protected:
+    void SetUp() override {
+        WindowTest::SetUp();
+        ASSERT_TRUE(window->openFile(example("veteran.csv")));
+    }
+    /// Until the window manager has had its say.
+    void settle() {
+        ASSERT_NE(view(), nullptr);
+        (void)QTest::qWaitForWindowExposed(view());
+        QTest::qWait(windowManager() ? 150 : 1);
+    }
+    static bool windowManager() { return QGuiApplication::platformName() == QStringLiteral("xcb"); }
+    QRect frame() { return view()->windowHandle()->frameGeometry(); }
+
+    /// OK with codes that no case has: the dialog goes, a message stands, the dialog comes again.
+    void okThatFails() {
+        put(1001, ozm::VariableSelection{{3}, {4}});
+        put(1002, 5.0);
+        put(1003, 6.0);
+        EXPECT_TRUE(boxOf([this] { click("OK"); }).contains("valid cases"));
+        settle();
+    }
+    /// Each dialog on the way from startup to results and back, failures included.
+    void round(const std::function<void()>& check) {
+        window->startAnalysis();
+        settle();
+        check();
+        put(180, 1);
+        click("OK");
+        settle();
+        check();
+        for (int again = 0; again < 2; ++again) {
+            okThatFails();
+            check();
+        }
+        put(1002, 1.0);
+        put(1003, 0.0);
+        click("OK");
+        settle();
+        check();
+        for (int step = 0; step < 2; ++step) {
+            click("Cancel");
+            settle();
+            check();
+        }
+        click("Cancel");
+        EXPECT_EQ(view(), nullptr);
+    }
+};
+
+TEST_F(PlacesTest, DialogsStayWhereTheyArePut) {
+    if (windowManager()) {
+        window->startAnalysis();
+        settle();
+        EXPECT_NE(view()->windowHandle()->frameMargins(), QMargins()) << "nothing decorates the windows";
+    }
+    // First where they come up: nothing that was moved tells the toolkit of its frame there.
+    for (const QPoint place : {QPoint(), QPoint(60, 70), QPoint(140, 110)}) {
+        window->startAnalysis();
+        settle();
+        if (!place.isNull()) {
+            view()->windowHandle()->setFramePosition(place); // as the mouse would
+            settle();
+            EXPECT_LE((frame().topLeft() - place).manhattanLength(), 2);
+        }
+        const QPoint put = frame().topLeft();
+        for (int n = 0; n < (windowManager() ? 2 : 10); ++n)
+            round([&] { EXPECT_EQ(frame().topLeft(), put) << title().toStdString() << ", round " << n; });
+    }
+}
+
+TEST_F(PlacesTest, ASizeThatWasGivenStays) {
+    window->startAnalysis();
+    settle();
+    const QSize larger = view()->size() + QSize(40, 30);
+    view()->resize(larger);
+    settle();
+    click("Cancel");
+    window->startAnalysis();
+    settle();
+    EXPECT_EQ(view()->size(), larger);
+}
+
+TEST_F(PlacesTest, AllOfADialogIsOnTheScreen) {
+    const QRect screen = window->screen()->availableGeometry();
+    for (const QPoint corner : {QPoint(-3000, -40), QPoint(screen.width() - 30, screen.height() - 30)}) {
+        window->startAnalysis();
+        settle();
+        view()->windowHandle()->setFramePosition(corner);
+        settle();
+        click("Cancel");
+        round([&] {
+            EXPECT_TRUE(screen.contains(frame()))
+                << title().toStdString() << ": " << frame().right() << ", " << frame().bottom();
+        });
+    }
+}
+
+} // namespace
+} // namespace korvana::desktop

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <string>
 #include <utility>
 #include <variant>
 #include <vector>
 
+#include "host/results/OutputOrigin.h"
 #include "host/results/Spreadsheet.h"
 #include "support/CChartInfo.h"
 
@@ -17,11 +19,13 @@ namespace korvana {
 struct Report {
     std::string title;
     std::vector<std::string> lines;
+    std::shared_ptr<const OutputOrigin> origin{}; ///< nullptr: unknown
 };
 
 struct Chart {
     ozm::CChartInfo info;
     bool numbersAtRisk = false; ///< to be drawn with them, where the chart tells them
+    std::shared_ptr<const OutputOrigin> origin{}; ///< nullptr: unknown
 };
 
 /// What the analysis had to say besides its results.
@@ -50,6 +54,12 @@ struct ResultsBook {
     template <class T>
     T& append(T output) {
         return std::get<T>(outputs.emplace_back(std::in_place_type<T>, std::move(output)));
+    }
+
+    /// Where an output came from, or nullptr.
+    [[nodiscard]] static const std::shared_ptr<const OutputOrigin>& originOf(const Output& output) {
+        return std::visit(
+            [](const auto& one) -> const std::shared_ptr<const OutputOrigin>& { return one.origin; }, output);
     }
 
     /// Whether people find the output in a report anyway (a spreadsheet that repeats one).

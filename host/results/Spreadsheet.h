@@ -2,11 +2,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
+#include "host/results/OutputOrigin.h"
 #include "support/services/SheetService.h"
 
 namespace korvana {
@@ -50,6 +52,7 @@ struct Spreadsheet {
     std::vector<std::string> rowHeadings; ///< one per row, or empty when rows have no heading
     std::vector<Column> columns;
     bool repeatsReport = false; ///< its values stand in a report already: reports for people leave it out
+    std::shared_ptr<const OutputOrigin> origin{}; ///< nullptr: unknown
 
     /// Copies what a module hands over.
     [[nodiscard]] static Spreadsheet fromSpec(const ozm::SheetSpec& spec);

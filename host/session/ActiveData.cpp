@@ -24,6 +24,7 @@ void ActiveData::open(DataSet data) {
     condition_.clear();
     weightVariable_ = 0;
     ++generation_;
+    descriptions_ = 0;
 }
 
 void ActiveData::select(std::string_view condition) {
@@ -52,6 +53,19 @@ void ActiveData::describe(int variable0, std::string label, double missingCode,
         exchange();
         throw;
     }
+    ++descriptions_;
+}
+
+DataState ActiveData::state() const {
+    DataState state;
+    state.file = data_.path();
+    state.generation = generation_;
+    state.descriptions = descriptions_;
+    state.cases = data_.caseCount();
+    state.selectedCases = selectedCount();
+    state.condition = condition_;
+    if (weightVariable_ > 0) state.weightVariable = data_.variable(weightVariable_ - 1).name;
+    return state;
 }
 
 int ActiveData::selectedCount() const {

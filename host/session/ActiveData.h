@@ -2,6 +2,7 @@
 
 #include "host/data/CaseSelection.h"
 #include "host/data/DataSet.h"
+#include "host/results/OutputOrigin.h"
 
 #include <cstdint>
 #include <span>
@@ -48,6 +49,9 @@ public:
     /// The number of the weight variable from 1, 0 while weighting is off.
     [[nodiscard]] int weightVariable() const { return weightVariable_; }
 
+    /// What results of these data are of: to be kept with them, and compared with the state of later on.
+    [[nodiscard]] DataState state() const;
+
     /// What a reader of results should know about the data: the reader's notes, the selection, the weights.
     [[nodiscard]] std::vector<std::string> notes() const;
 
@@ -61,6 +65,7 @@ private:
     std::string condition_;
     int weightVariable_ = 0;
     int generation_ = 0;
+    int descriptions_ = 0;
 };
 
 } // namespace korvana

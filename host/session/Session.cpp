@@ -51,6 +51,7 @@ void Session::openData(DataSet data) {
 void Session::start() {
     if (stepping_) return;
     services_.dialogs().release();
+    parts_.origins.restart();
     parts_.book = std::make_shared<ResultsBook>();
     parts_.describeData();
     step_ = 0;

@@ -67,6 +67,10 @@ public:
     /// The same, to be kept: the next `start` begins a book of its own.
     [[nodiscard]] std::shared_ptr<ResultsBook> sharedBook() const { return parts_.book; }
 
+    /// What the results at hand are of, nullptr before the first specification was accepted. They are of an
+    /// earlier state of the data when `run()->data != data().state()`.
+    [[nodiscard]] const std::shared_ptr<const RunOrigin>& run() const { return parts_.origins.run(); }
+
     /// Ends the analysis: dialogs and analysis object are destroyed; the book stays.
     void close();
     /// Allocations that the analysis has not given back; 0 is due after `close`.

@@ -12,6 +12,7 @@ bool SessionDialogs::CreateAnalysisDialog(std::unique_ptr<ozm::CAnalysisModeless
     }
     // Owned before it opens: it may name the next step while it opens.
     current_ = dialogs_.emplace_back(std::move(dialog)).get();
+    current_->AddObserver(parts_.origins);
     const int page = std::exchange(page_, 0);
     const ozm::DialogResult opened = current_->Open();
     if (opened.done) {
@@ -35,7 +36,9 @@ int SessionDialogs::RunModal(ozm::CAnalysisModalDialog& dialog) {
 }
 
 void SessionDialogs::DialogExits(ozm::CAnalysisDialog& dialog, int nextStep, ozm::ExitMode mode, int page) {
-    if (&dialog == current_ && !exit_) exit_ = Exit{nextStep, mode, page};
+    if (&dialog != current_ || exit_) return;
+    exit_ = Exit{nextStep, mode, page};
+    if (mode == ozm::ExitMode::Forward) parts_.origins.accepted(dialog);
 }
 
 std::optional<SessionDialogs::Exit> SessionDialogs::takeExit() {

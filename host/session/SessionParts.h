@@ -2,6 +2,7 @@
 
 #include "host/session/ActiveData.h"
 #include "host/session/FrontEnd.h"
+#include "host/session/OriginRecorder.h"
 #include "host/session/SessionObserver.h"
 #include "host/session/StopSignals.h"
 
@@ -13,6 +14,7 @@ namespace korvana {
 /// What the services of one session share.
 struct SessionParts {
     ActiveData data;
+    OriginRecorder origins{data};
     /// Shared, so that a front end may keep the book of a run beyond the next one.
     std::shared_ptr<ResultsBook> book = std::make_shared<ResultsBook>();
     ObserverList observers;
@@ -32,6 +34,7 @@ struct SessionParts {
 
     template <class T>
     void addOutput(T output) {
+        if (output.origin == nullptr) output.origin = origins.current();
         book->append(std::move(output));
         observers.outputAdded(book->outputs.back());
     }

@@ -39,6 +39,7 @@ bool isBlank(const std::string& line) {
 void SessionReport::open() {
     if (open_) return;
     open_ = true;
+    origin_ = parts_.origins.current();
     lines_.assign(1, {});
     row_ = column_ = 0;
     atEnd_ = true;
@@ -115,6 +116,7 @@ void SessionReport::type() {
         each.erase(each.find_last_not_of(' ') + 1);
     report.lines = std::move(lines_);
     lines_ = {};
+    report.origin = std::move(origin_);
     parts_.addOutput(std::move(report));
 }
 

@@ -38,6 +38,7 @@ private:
 
     SessionParts& parts_;
     std::vector<std::string> lines_;
+    std::shared_ptr<const OutputOrigin> origin_; ///< of the block that is open
     std::size_t row_ = 0;
     std::size_t column_ = 0; ///< characters left of the position
     bool atEnd_ = true;      ///< the position is the end of its line

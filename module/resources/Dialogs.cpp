@@ -85,7 +85,7 @@ constexpr ControlTemplate kaplanResultsControls[] = {
     {.id = KaplanPlot1, .text = "!228Survival &times vs. cum. proportion surviving", .pages = quick},
     {.id = KaplanLevel, .kind = ControlKind::Real, .text = "&Conf. Level:", .pages = quick, .decimals = 6},
     {.id = KaplanPercentiles, .text = "ePercentiles of &survival function", .pages = advanced},
-    {.id = KaplanPlot1Again, .text = "Plot &1", .pages = plots},
+    {.id = KaplanPlot1Again, .text = "Plot &1", .pages = plots, .repeats = KaplanPlot1},
     {.id = KaplanPlot2, .text = "Plot &2", .pages = plots},
     {.id = KaplanPlot3, .text = "Plot &3", .pages = plots},
     cancelButton,

@@ -90,7 +90,18 @@ DialogResult CAnalysisDialog::Press(int control) {
     const ControlTemplate* found = template_.Find(control);
     if (found == nullptr || (found->kind != ControlKind::PushButton && found->kind != ControlKind::List))
         return DialogResult::refused("there is no button " + std::to_string(control) + " in this dialog");
-    return Guarded([this, control] { OnCommand(control); });
+    DialogResult result = Guarded([this, control] {
+        Tell(&DialogObserver::CommandBegins, control);
+        OnCommand(control);
+    });
+    Tell(&DialogObserver::CommandEnded, control);
+    return result;
+}
+
+void CAnalysisDialog::Tell(void (DialogObserver::*what)(CAnalysisDialog&, int), int control) {
+    // By position: an observer may leave while it is called.
+    for (std::size_t i = 0; i < observers_.size(); ++i)
+        (observers_[i]->*what)(*this, control);
 }
 
 DialogResult CAnalysisDialog::PutValue(int control, ControlValue value) {
@@ -151,9 +162,7 @@ void CAnalysisDialog::SetValue(int control, ControlValue value) {
     if (auto* selection = std::get_if<VariableSelection>(&value))
         if (const ControlTemplate* found = template_.Find(control)) selection->resize(found->roles.size());
     values_[control] = std::move(value);
-    // By position: an observer may leave while it is called.
-    for (std::size_t i = 0; i < observers_.size(); ++i)
-        observers_[i]->ControlChanged(*this, control);
+    Tell(&DialogObserver::ControlChanged, control);
 }
 
 void CAnalysisDialog::PutSetting(std::string_view name, std::string value) {

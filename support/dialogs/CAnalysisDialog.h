@@ -22,6 +22,9 @@ public:
     virtual ~DialogObserver() = default;
     /// A control's value changed, by whomever.
     virtual void ControlChanged(CAnalysisDialog& /*dialog*/, int /*control*/) {}
+    /// A button was pressed: what it does begins, and has ended.
+    virtual void CommandBegins(CAnalysisDialog& /*dialog*/, int /*control*/) {}
+    virtual void CommandEnded(CAnalysisDialog& /*dialog*/, int /*control*/) {}
     virtual void DialogClosed(CAnalysisDialog& /*dialog*/) {}
 };
 
@@ -96,6 +99,7 @@ protected:
     void MarkClosed();
 
 private:
+    void Tell(void (DialogObserver::*what)(CAnalysisDialog&, int), int control);
     DialogResult Guarded(const std::function<void()>& action);
     void TellNoMemory() noexcept;
     DialogResult Fits(const ControlTemplate& control, const ControlValue& value) const;

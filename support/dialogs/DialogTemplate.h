@@ -51,6 +51,7 @@ struct ControlTemplate {
     int codesOfRole = -1;
     std::span<const RoleTemplate> roles{};
     std::span<const ChoiceTemplate> choices{};
+    int repeats = 0; ///< the button that does the same, where the dialog has two; 0: none
 };
 
 /// A dialog: its number, title, tab pages and controls in tabbing order.

@@ -18,7 +18,7 @@ namespace tiny {
 using namespace ozm;
 
 enum Step { Prepare = 10, Specify = 20, Results = 30 };
-enum Control { Variables = 101, Number = 102, Write = 103, Throw = 104, Ask = 105, Leave = 106 };
+enum Control { Variables = 101, Number = 102, Write = 103, Throw = 104, Ask = 105, Leave = 106, Code = 107, Digits = 108 };
 
 inline constexpr RoleTemplate roles[] = {{"Summed", 0, 1, 1}};
 inline constexpr ControlTemplate specifyControls[] = {
@@ -27,10 +27,12 @@ inline constexpr ControlTemplate specifyControls[] = {
     {Variables, ControlKind::VariableSelection, "Variables", {}, 0, 0, roles, {}},
     {Number, ControlKind::Integer, "Leaves to this step", {}, 0, -1, {}, {}},
     {Leave, ControlKind::PushButton, "Leave", {}, 0, -1, {}, {}},
+    {Code, ControlKind::CodeField, "&Code to sum:", {}, 0, 0, {}, {}},
 };
 inline constexpr ControlTemplate resultsControls[] = {
     {ControlCancel, ControlKind::PushButton, "Cancel", {}, 0, -1, {}, {}},
-    {Write, ControlKind::PushButton, "Write", {}, 0, -1, {}, {}},
+    {Write, ControlKind::PushButton, "!249&Write && show", {}, 0, -1, {}, {}},
+    {Digits, ControlKind::Integer, "Digits", {}, 0, -1, {}, {}},
     {Throw, ControlKind::PushButton, "Throw", {}, 0, -1, {}, {}},
     {Ask, ControlKind::PushButton, "Ask", {}, 0, -1, {}, {}},
 };
@@ -39,10 +41,12 @@ inline constexpr DialogTemplate resultsTemplate{2, "Sums", {}, resultsControls};
 inline constexpr AutomationMember specifyMembers[] = {
     {"Variables", MemberKind::Property, MemberType::Variables, Variables, "Variables"},
     {"Number", MemberKind::Property, MemberType::Integer, Number, "Number"},
+    {"Code", MemberKind::Property, MemberType::Code, Code, "Code"},
     {"Leave", MemberKind::Action, MemberType::None, Leave, "Leaves to step Number"},
 };
 inline constexpr AutomationMember resultsMembers[] = {
     {"Write", MemberKind::Action, MemberType::None, Write, "Writes the outputs"},
+    {"Digits", MemberKind::Property, MemberType::Integer, Digits, "Digits"},
     {"Throw", MemberKind::Action, MemberType::None, Throw, "Fails"},
     {"Ask", MemberKind::Action, MemberType::None, Ask, "Asks a question"},
 };

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace korvana {
+
+/// Which cases of which data took part, and how. Two states are equal when an analysis would read the same.
+struct DataState {
+    std::string file;     ///< path as the user named it; empty without data
+    int generation = 0;   ///< counts the data sets opened
+    int descriptions = 0; ///< counts the changes to labels and missing codes since
+    int cases = 0;
+    int selectedCases = 0;
+    std::string condition;      ///< empty: all cases
+    std::string weightVariable; ///< empty: weighting off
+    bool operator==(const DataState&) const = default;
+};
+
+/// One property of a dialog, with the value that it had.
+struct Setting {
+    struct Code {
+        double value = 0.0; ///< NaN: none given
+        std::string label;  ///< may be empty
+        bool operator==(const Code&) const = default;
+    };
+    struct Choice {
+        std::string name; ///< for programs: the member of the enumeration
+        std::string text; ///< for people
+        bool operator==(const Choice&) const = default;
+    };
+    struct Role {
+        std::string prompt;
+        std::vector<std::string> variables; ///< names, in the order chosen
+        bool operator==(const Role&) const = default;
+    };
+    using Value = std::variant<bool, int, double, std::string, Choice, Code, std::vector<Role>,
+                               std::vector<Code>, std::vector<std::string>>;
+
+    std::string id;    ///< the member of the dialog's automation interface, the same in every run
+    std::string label; ///< as the dialog shows it
+    Value value;
+};
+
+/// The settings of one dialog.
+struct DialogSettings {
+    std::string id;    ///< the name of its automation interface
+    std::string title; ///< as the dialog shows it
+    std::vector<Setting> settings;
+};
+
+/// A missing code that held for a variable.
+struct MissingCode {
+    std::string variable;
+    double code = 0.0;
+};
+
+/// What a run of an analysis was made from: the state of the data when its specification's OK was pressed,
+/// and the settings of the dialogs that led to it, the first one first.
+struct RunOrigin {
+    DataState data;
+    std::vector<MissingCode> missingCodes; ///< of the variables that take part, also in condition and weights
+    std::vector<DialogSettings> dialogs;
+};
+
+/// What an output was made from. One press of a button may make several outputs, which share this.
+struct OutputOrigin {
+    std::string id;    ///< the action of the results dialog that made it; empty when no button did
+    std::string label; ///< as the dialog shows it
+    std::chrono::system_clock::time_point made;
+    std::shared_ptr<const RunOrigin> run; ///< nullptr when no analysis had run
+    std::vector<Setting> settings;        ///< of the results dialog when its button was pressed
+};
+
+} // namespace korvana

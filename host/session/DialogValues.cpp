@@ -1,0 +1,137 @@
+#include "host/session/DialogValues.h"
+
+#include "support/ModuleResources.h"
+
+#include <cmath>
+#include <string_view>
+#include <utility>
+#include <variant>
+
+namespace korvana {
+namespace {
+
+class Reading {
+public:
+    Reading(const ozm::CAnalysisDialog& dialog, const DataSet& data) : dialog_(dialog), data_(data) {}
+
+    Setting::Value value(const ozm::AutomationMember& member, const ozm::ControlTemplate& control) const {
+        const ozm::ControlValue& value = dialog_.Value(control.id);
+        if (member.type == ozm::MemberType::Enumeration) return choice(member, control, std::get<int>(value));
+        if (const auto* selection = std::get_if<ozm::VariableSelection>(&value))
+            return roles(control, *selection);
+        if (const auto* codes = std::get_if<std::vector<double>>(&value)) {
+            std::vector<Setting::Code> named;
+            for (const double each : *codes)
+                named.push_back(code(control, each));
+            return named;
+        }
+        if (const auto* number = std::get_if<double>(&value)) {
+            if (control.kind == ozm::ControlKind::CodeField) return code(control, *number);
+            return *number;
+        }
+        if (const auto* texts = std::get_if<std::vector<std::string>>(&value)) return *texts;
+        if (const auto* flag = std::get_if<bool>(&value)) return *flag;
+        if (const auto* whole = std::get_if<int>(&value)) return *whole;
+        if (const auto* text = std::get_if<std::string>(&value)) return *text;
+        return std::string{};
+    }
+
+private:
+    const Variable* variable(int number1) const {
+        return number1 >= 1 && number1 <= data_.variableCount() ? &data_.variable(number1 - 1) : nullptr;
+    }
+
+    std::vector<Setting::Role> roles(const ozm::ControlTemplate& control,
+                                     const ozm::VariableSelection& selection) const {
+        std::vector<Setting::Role> named;
+        for (std::size_t place = 0; place < selection.size() && place < control.roles.size(); ++place) {
+            Setting::Role& role = named.emplace_back();
+            role.prompt = control.roles[place].prompt;
+            for (const int number : selection[place])
+                if (const Variable* found = variable(number)) role.variables.push_back(found->name);
+        }
+        return named;
+    }
+
+    /// Codes are those of the first variable in the role that the control names.
+    Setting::Code code(const ozm::ControlTemplate& control, double value) const {
+        Setting::Code named{value, {}};
+        if (std::isnan(value) || control.codesOfRole < 0) return named;
+        const auto role = static_cast<std::size_t>(control.codesOfRole);
+        for (const ozm::ControlTemplate& other : dialog_.Template().controls) {
+            const auto* selection = std::get_if<ozm::VariableSelection>(&dialog_.Value(other.id));
+            if (selection == nullptr || role >= selection->size() || (*selection)[role].empty()) continue;
+            if (const Variable* found = variable((*selection)[role].front()))
+                if (const auto label = found->labelOf(value)) named.label = *label;
+            break;
+        }
+        return named;
+    }
+
+    Setting::Choice choice(const ozm::AutomationMember& member, const ozm::ControlTemplate& control,
+                           int position) const {
+        Setting::Choice named;
+        const auto place =
+            static_cast<std::size_t>(position - (control.kind == ozm::ControlKind::RadioGroup ? 1 : 0));
+        const ozm::ModuleHandle module = dialog_.Analysis().GetLibInstance();
+        if (place >= control.choices.size() || module == nullptr) return named;
+        const ozm::ChoiceTemplate& chosen = control.choices[place];
+        named.text = plainLabel(module->String(chosen.text));
+        if (module->typeLibrary == nullptr) return named;
+        for (const ozm::AutomationEnumeration& each : module->typeLibrary->enumerations) {
+            const auto index = static_cast<std::size_t>(chosen.member) - 1;
+            if (each.name == member.enumeration && index < each.members.size())
+                named.name = each.members[index];
+        }
+        return named;
+    }
+
+    const ozm::CAnalysisDialog& dialog_;
+    const DataSet& data_;
+};
+
+} // namespace
+
+std::string plainLabel(std::string_view controlText) {
+    const std::string_view text = ozm::ParseControlText(controlText).text;
+    std::string label;
+    for (std::size_t place = 0; place < text.size(); ++place) {
+        if (text[place] == '&' && ++place == text.size()) break; // "&&" is an ampersand
+        if (text[place] == ' ' && (label.empty() || label.back() == ' ')) continue;
+        label += text[place];
+    }
+    while (!label.empty() && (label.back() == ' ' || label.back() == ':'))
+        label.pop_back();
+    return label;
+}
+
+DialogSettings settingsOf(const ozm::CAnalysisDialog& dialog, const DataSet& data) {
+    DialogSettings all;
+    all.title = dialog.Template().title;
+    const ozm::AutomationInterface* interface = dialog.Interface();
+    if (interface == nullptr) return all;
+    all.id = interface->name;
+    const Reading reading(dialog, data);
+    for (const ozm::AutomationMember& member : interface->members) {
+        if (member.kind != ozm::MemberKind::Property) continue;
+        const ozm::ControlTemplate* control = dialog.Template().Find(member.control);
+        if (control == nullptr) continue;
+        all.settings.push_back(
+            {std::string{member.name}, plainLabel(control->text), reading.value(member, *control)});
+    }
+    return all;
+}
+
+ButtonName nameOfButton(const ozm::CAnalysisDialog& dialog, int control) {
+    ButtonName name;
+    const ozm::ControlTemplate* found = dialog.Template().Find(control);
+    if (found == nullptr) return name;
+    if (const ozm::ControlTemplate* first = dialog.Template().Find(found->repeats)) found = first;
+    name.label = plainLabel(found->text);
+    if (const ozm::AutomationInterface* interface = dialog.Interface())
+        for (const ozm::AutomationMember& member : interface->members)
+            if (member.kind == ozm::MemberKind::Action && member.control == found->id) name.id = member.name;
+    return name;
+}
+
+} // namespace korvana

@@ -1,0 +1,83 @@
+#include "host/session/OriginRecorder.h"
+
+#include "host/data/Expression.h"
+#include "host/session/DialogValues.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <string>
+
+namespace korvana {
+namespace {
+
+std::vector<MissingCode> missingCodes(const ActiveData& active, const std::vector<DialogSettings>& dialogs) {
+    const DataSet& data = active.dataSet();
+    std::set<int> used;
+    for (const DialogSettings& dialog : dialogs)
+        for (const Setting& setting : dialog.settings)
+            if (const auto* roles = std::get_if<std::vector<Setting::Role>>(&setting.value))
+                for (const Setting::Role& role : *roles)
+                    for (const std::string& name : role.variables)
+                        if (const auto found = data.find(name)) used.insert(*found);
+    if (active.weightVariable() > 0) used.insert(active.weightVariable() - 1);
+    if (!active.condition().empty()) {
+        const Expression condition(active.condition(), data);
+        for (const int variable : condition.referencedVariables())
+            used.insert(variable - 1);
+    }
+    std::vector<MissingCode> codes;
+    for (const int variable0 : used) {
+        const Variable& variable = data.variable(variable0);
+        if (!std::isnan(variable.missingCode)) codes.push_back({variable.name, variable.missingCode});
+    }
+    return codes;
+}
+
+} // namespace
+
+void OriginRecorder::restart() {
+    pressed_.reset();
+    run_.reset();
+}
+
+void OriginRecorder::accepted(const ozm::CAnalysisDialog& dialog) {
+    auto run = std::make_shared<RunOrigin>();
+    if (run_ != nullptr) run->dialogs = run_->dialogs;
+    DialogSettings settings = settingsOf(dialog, data_.dataSet());
+    // Who went back and was accepted again takes the place of the time before, and of what followed it.
+    run->dialogs.erase(
+        std::find_if(run->dialogs.begin(), run->dialogs.end(),
+                     [&settings](const DialogSettings& earlier) { return earlier.id == settings.id; }),
+        run->dialogs.end());
+    run->dialogs.push_back(std::move(settings));
+    run->data = pressed_ != nullptr ? stateAtPress_ : data_.state();
+    run->missingCodes = missingCodes(data_, run->dialogs);
+    run_ = std::move(run);
+}
+
+std::shared_ptr<const OutputOrigin> OriginRecorder::current() const {
+    if (pressed_ != nullptr) return pressed_;
+    auto origin = std::make_shared<OutputOrigin>();
+    origin->made = std::chrono::system_clock::now();
+    origin->run = run_;
+    return origin;
+}
+
+void OriginRecorder::CommandBegins(ozm::CAnalysisDialog& dialog, int control) {
+    auto origin = std::make_shared<OutputOrigin>();
+    const ButtonName name = nameOfButton(dialog, control);
+    origin->id = name.id;
+    origin->label = name.label;
+    origin->made = std::chrono::system_clock::now();
+    origin->run = run_;
+    origin->settings = settingsOf(dialog, data_.dataSet()).settings;
+    pressed_ = std::move(origin);
+    stateAtPress_ = data_.state();
+}
+
+void OriginRecorder::CommandEnded(ozm::CAnalysisDialog& /*dialog*/, int /*control*/) {
+    pressed_.reset();
+}
+
+} // namespace korvana

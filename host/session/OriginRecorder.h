@@ -1,0 +1,39 @@
+#pragma once
+
+#include "host/results/OutputOrigin.h"
+#include "host/session/ActiveData.h"
+#include "support/dialogs/CAnalysisDialog.h"
+
+#include <memory>
+#include <vector>
+
+namespace korvana {
+
+/// Follows the dialogs of a session, so that each output can tell what it was made from. It knows dialogs by
+/// their templates and automation tables only.
+class OriginRecorder final : public ozm::DialogObserver {
+public:
+    explicit OriginRecorder(const ActiveData& data) : data_(data) {}
+
+    /// Forgets the run; the step table begins anew.
+    void restart();
+    /// A dialog was accepted: the results that follow are of its settings, and of the data as they were when
+    /// its button was pressed.
+    void accepted(const ozm::CAnalysisDialog& dialog);
+
+    /// What outputs made at this moment come from.
+    [[nodiscard]] std::shared_ptr<const OutputOrigin> current() const;
+    /// What the results at hand are of; nullptr before a dialog was accepted.
+    [[nodiscard]] const std::shared_ptr<const RunOrigin>& run() const { return run_; }
+
+    void CommandBegins(ozm::CAnalysisDialog& dialog, int control) override;
+    void CommandEnded(ozm::CAnalysisDialog& dialog, int control) override;
+
+private:
+    const ActiveData& data_;
+    DataState stateAtPress_;
+    std::shared_ptr<const OutputOrigin> pressed_; ///< nullptr while no command runs
+    std::shared_ptr<const RunOrigin> run_;
+};
+
+} // namespace korvana

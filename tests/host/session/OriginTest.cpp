@@ -1,0 +1,122 @@
+#include "host/session/Session.h"
+
+#include "host/session/DialogValues.h"
+#include "tests/host/session/TinyAnalysis.h"
+
+#include <gtest/gtest.h>
+
+namespace korvana {
+namespace {
+
+using List = ozm::AutomationValue::List;
+
+/// Three cases of two variables; 4 is missing in the first, whose 2 has a label.
+DataSet data() {
+    DataSet data = tiny::DataOf({{1, 2, 4}, {1, 2, 3}});
+    data.variable(0).missingCode = 4;
+    data.variable(0).valueLabels = {{2, "two"}};
+    return data;
+}
+
+struct OriginTest : ::testing::Test {
+    OriginTest() : session(Analysis(new tiny::Sums)) { session.data().open(data()); }
+    ozm::AutomationObject dialog() { return *session.currentDialog(); }
+    void call(const char* action) {
+        ASSERT_TRUE(dialog().Call(action).ok) << action;
+        session.pump();
+    }
+    void specify(int variable) {
+        ASSERT_TRUE(dialog().Put("Variables", List(1, List{variable})).ok);
+        call("OK");
+    }
+    const OutputOrigin& origin(std::size_t place) {
+        return *ResultsBook::originOf(session.book().outputs.at(place));
+    }
+
+    Session session;
+};
+
+TEST_F(OriginTest, AnOutputTellsButtonDataAndSettings) {
+    session.data().select("x2 < 3");
+    session.data().weightBy("x2");
+    session.start();
+    dialog().Put("Variables", List(1, List{1}));
+    dialog().Put("Code", 2.0);
+    call("OK");
+    dialog().Put("Digits", 5);
+    const auto before = std::chrono::system_clock::now();
+    call("Write");
+    ASSERT_EQ(session.book().outputs.size(), 3U);
+    for (std::size_t place = 1; place < 3; ++place)
+        EXPECT_EQ(&origin(place), &origin(0)) << "one press, one origin";
+    const OutputOrigin& origin = this->origin(0);
+    EXPECT_EQ(origin.id, "Write");
+    EXPECT_EQ(origin.label, "Write & show");
+    EXPECT_GE(origin.made, before);
+    ASSERT_EQ(origin.settings.size(), 1U);
+    EXPECT_EQ(origin.settings[0].id, "Digits");
+    EXPECT_EQ(std::get<int>(origin.settings[0].value), 5);
+
+    const RunOrigin& run = *origin.run;
+    EXPECT_EQ(run.data.file, "folder/tiny.csv");
+    EXPECT_EQ(run.data.cases, 3);
+    EXPECT_EQ(run.data.selectedCases, 2);
+    EXPECT_EQ(run.data.condition, "x2 < 3");
+    EXPECT_EQ(run.data.weightVariable, "x2");
+    ASSERT_EQ(run.missingCodes.size(), 1U);
+    EXPECT_EQ(run.missingCodes[0].variable, "x1");
+    EXPECT_EQ(run.missingCodes[0].code, 4);
+    ASSERT_EQ(run.dialogs.size(), 1U);
+    EXPECT_EQ(run.dialogs[0].id, "TinySpecify");
+    const auto& settings = run.dialogs[0].settings;
+    ASSERT_EQ(settings.size(), 3U);
+    EXPECT_EQ(std::get<std::vector<Setting::Role>>(settings[0].value),
+              (std::vector<Setting::Role>{{"Summed", {"x1"}}}));
+    EXPECT_EQ(settings[2].label, "Code to sum");
+    EXPECT_EQ(std::get<Setting::Code>(settings[2].value), (Setting::Code{2.0, "two"}));
+}
+
+/// Results are of the data as they were when the analysis ran, whatever is done until a button is pressed.
+TEST_F(OriginTest, ResultsKeepTheStateOfTheirRun) {
+    const auto ofThese = [this] { return session.run()->data == session.data().state(); };
+    session.start();
+    EXPECT_EQ(session.run(), nullptr);
+    specify(1);
+    EXPECT_TRUE(ofThese());
+
+    session.data().select("x1 = 1");
+    EXPECT_FALSE(ofThese());
+    call("Write");
+    EXPECT_EQ(origin(0).run->data.selectedCases, 3);
+    session.data().select("");
+    EXPECT_TRUE(ofThese()) << "as it was";
+    session.data().weightBy("x2");
+    EXPECT_FALSE(ofThese());
+    session.data().weightBy("");
+    session.data().describe(0, "", 4, {{2, "deux"}});
+    EXPECT_FALSE(ofThese());
+
+    call("Cancel"); // and again, of the data as they are now
+    specify(2);
+    EXPECT_TRUE(ofThese());
+    call("Write");
+    const RunOrigin& second = *origin(3).run;
+    ASSERT_EQ(second.dialogs.size(), 1U) << "the specification of the first run is replaced";
+    EXPECT_EQ(std::get<std::vector<Setting::Role>>(second.dialogs[0].settings[0].value).at(0).variables,
+              std::vector<std::string>{"x2"});
+    EXPECT_NE(origin(0).run, origin(3).run);
+    session.openData(data());
+    EXPECT_FALSE(ofThese());
+    session.start();
+    EXPECT_EQ(session.run(), nullptr);
+}
+
+TEST(ControlLabels, AreReadableAsText) {
+    EXPECT_EQ(plainLabel("!249S&ummary:  Product-limit"), "Summary: Product-limit");
+    EXPECT_EQ(plainLabel("&Conf. Level:"), "Conf. Level");
+    EXPECT_EQ(plainLabel("ePercentiles &&&co &"), "Percentiles &co");
+    EXPECT_EQ(plainLabel(""), "");
+}
+
+} // namespace
+} // namespace korvana

@@ -1,3 +1,4 @@
+#include "apps/desktop/InputGate.h"
 #include "apps/desktop/data/DataLoader.h"
 
 #include <QEventLoop>
@@ -12,6 +13,7 @@ namespace korvana::desktop {
 bool openDataFile(ActiveData& data, const QString& path, QString* error, QWidget* parent) {
     constexpr int patience = 150; // milliseconds: shorter than that, a busy sign only flickers
     QString problem;
+    bool close = false; ///< the window that waits for the data is to go
     DataLoader loader;
     QEventLoop loop;
     QObject::connect(&loader, &DataLoader::loaded, &loop, &QEventLoop::quit);
@@ -29,14 +31,21 @@ bool openDataFile(ActiveData& data, const QString& path, QString* error, QWidget
                                  .arg(file.fileName(), QLocale::c().formattedDataSize(file.size())),
                              QObject::tr("Cancel"), 0, 0, parent);
         busy.setWindowTitle(QObject::tr("Open"));
-        busy.setWindowModality(Qt::ApplicationModal);
         busy.setMinimumDuration(0);
         QObject::connect(&busy, &QProgressDialog::canceled, &loader, &DataLoader::cancel);
+        const InputGate gate(busy, parent, [&] {
+            close = true;
+            loader.cancel();
+        });
         busy.show();
         loop.exec();
     }
-    std::optional<DataSet> read = loader.take();
     if (error != nullptr) *error = problem;
+    if (close && parent != nullptr) {
+        QMetaObject::invokeMethod(parent, &QWidget::close, Qt::QueuedConnection);
+        return false;
+    }
+    std::optional<DataSet> read = loader.take();
     if (!read) return false;
     data.open(std::move(*read));
     return true;

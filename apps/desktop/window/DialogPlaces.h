@@ -21,8 +21,8 @@ class DialogPlaces {
 public:
     /// Takes note of a dialog that is about to go.
     void remember(const QWidget& dialog);
-    /// Gives a dialog that was not shown yet its size and place. The first one stands at the left of `window`,
-    /// so that results are seen to appear at the right.
+    /// Gives a dialog that was not shown yet its size and place. The first one stands at the left of
+    /// `window`, so that results are seen to appear at the right.
     void place(QWidget& dialog, const QWidget& window);
 
 private:

@@ -1,5 +1,6 @@
 #include "apps/desktop/window/MainWindow.h"
 
+#include "apps/desktop/InputGate.h"
 #include "apps/desktop/data/DataLoader.h"
 #include "apps/desktop/data/DataView.h"
 #include "apps/desktop/data/SelectionDialog.h"
@@ -69,7 +70,7 @@ void MainWindow::buildMenus(const QString& noAnalysis) {
     file->addActions({workbook_->exportOutputAction(), workbook_->exportRunAction(), workbook_->printAction(),
                       workbook_->printPreviewAction()});
     file->addSeparator();
-    file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
+    file->addAction(tr("&Quit"), InputGate::quitKey(), this, &QWidget::close);
 
     QMenu* cases = menuBar()->addMenu(tr("&Data"));
     cases->addAction(tr("&Select Cases ..."), this, &MainWindow::defineSelection);
@@ -134,7 +135,9 @@ void MainWindow::connectRunner() {
     connect(runner, &AnalysisRunner::selectionRequested, this, &MainWindow::defineSelection);
     connect(runner, &AnalysisRunner::resultsRequested, this, [this] { workbook_->update(); });
     connect(runner, &AnalysisRunner::finishedComputing, this, [this] {
-        if (closeWhenFinished_) close();
+        // Not below the runner, which is about to say more.
+        if (std::exchange(closeWhenFinished_, false))
+            QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
     });
 }
 
@@ -243,6 +246,11 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     closeWhenFinished_ = true;
     runner_->stop();
     event->ignore();
+}
+
+void MainWindow::abandon() {
+    runner_->session().stops().requestStop();
+    if (!runner_->isBusy()) runner_->abandon();
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

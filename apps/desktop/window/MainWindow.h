@@ -40,6 +40,8 @@ public:
     /// Opens a data file; what is wrong with it is shown, and the data before stay. False when it was not
     /// opened.
     bool openFile(const QString& path);
+    /// Stops what runs and closes without asking: nobody may be there to answer.
+    void abandon();
     [[nodiscard]] AnalysisRunner& runner() { return *runner_; }
     [[nodiscard]] Workbook& workbook() { return *workbook_; }
     [[nodiscard]] DataView& dataView() { return *dataView_; }

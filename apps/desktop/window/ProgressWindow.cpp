@@ -1,6 +1,9 @@
 #include "apps/desktop/window/ProgressWindow.h"
 
+#include "apps/desktop/InputGate.h"
+
 #include <QFontDatabase>
+#include <QHideEvent>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QProgressBar>
@@ -15,7 +18,6 @@ namespace korvana::desktop {
 ProgressWindow::ProgressWindow(QWidget* parent)
     : QDialog(parent), status_(new QLabel(this)), bar_(new QProgressBar(this)),
       lines_(new QPlainTextEdit(this)), cancel_(new QPushButton(tr("Cancel"), this)) {
-    setWindowModality(Qt::ApplicationModal);
     setWindowTitle(tr("Computing"));
     lines_->setReadOnly(true);
     lines_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -29,6 +31,18 @@ ProgressWindow::ProgressWindow(QWidget* parent)
     setMinimumWidth(fontMetrics().averageCharWidth() * 60);
     connect(cancel_, &QPushButton::clicked, this, &ProgressWindow::reject);
     reset();
+}
+
+ProgressWindow::~ProgressWindow() = default;
+
+void ProgressWindow::showEvent(QShowEvent* event) {
+    if (gate_ == nullptr) gate_ = std::make_unique<InputGate>(*this, parentWidget());
+    QDialog::showEvent(event);
+}
+
+void ProgressWindow::hideEvent(QHideEvent* event) {
+    if (!event->spontaneous()) gate_.reset(); // not when it is only minimized
+    QDialog::hideEvent(event);
 }
 
 void ProgressWindow::setStatus(const QString& text) {

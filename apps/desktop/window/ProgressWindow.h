@@ -2,6 +2,8 @@
 
 #include <QDialog>
 
+#include <memory>
+
 class QLabel;
 class QPlainTextEdit;
 class QProgressBar;
@@ -9,13 +11,16 @@ class QPushButton;
 
 namespace korvana::desktop {
 
+class InputGate;
+
 /// What an analysis is doing while it computes: status text, progress bar, the lines of an iterative fit, and
-/// a Cancel. Modal to the whole program, so that nothing else is clicked meanwhile.
+/// a Cancel. While it is shown nothing else is clicked, but the main window can be closed.
 class ProgressWindow : public QDialog {
     Q_OBJECT
 
 public:
     explicit ProgressWindow(QWidget* parent = nullptr);
+    ~ProgressWindow() override;
 
     void setStatus(const QString& text);
     void setCaption(const QString& text);
@@ -33,7 +38,12 @@ public slots:
 signals:
     void cancelled();
 
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
 private:
+    std::unique_ptr<InputGate> gate_;
     QLabel* status_;
     QProgressBar* bar_;
     QPlainTextEdit* lines_;

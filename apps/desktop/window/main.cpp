@@ -1,8 +1,10 @@
 #include "apps/desktop/window/MainWindow.h"
+#include "apps/desktop/window/TerminationSignals.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QIcon>
+#include <QTimer>
 
 #include <algorithm>
 #include <clocale>
@@ -47,7 +49,14 @@ int main(int argc, char* argv[]) {
         noAnalysis = QString::fromUtf8(error.what());
     }
     korvana::desktop::MainWindow window(std::move(analysis), noAnalysis);
+    const korvana::desktop::TerminationSignals termination;
+    QObject::connect(&termination, &korvana::desktop::TerminationSignals::received, &window, [&](int number) {
+        window.abandon();
+        QCoreApplication::exit(128 + number);
+    });
     window.show();
-    if (!parser.positionalArguments().isEmpty()) window.openFile(parser.positionalArguments().constFirst());
+    // Once events are handled, so that reading the file can be stopped.
+    if (const QStringList files = parser.positionalArguments(); !files.isEmpty())
+        QTimer::singleShot(0, &window, [&window, file = files.constFirst()] { window.openFile(file); });
     return QApplication::exec();
 }

@@ -109,6 +109,30 @@ TEST(OpenDataFile, ABigFileLeavesTheProgramAliveAndCanBeCancelled) {
     EXPECT_EQ(data.dataSet().caseCount(), read ? 1'000'000 : 4);
 }
 
+TEST(OpenDataFile, TheWindowCanBeClosedMeanwhile) {
+    const Folder folder;
+    const QString file = folder.write("big.csv", manyRows(1'000'000));
+    ActiveData data;
+    openTrial(data);
+    QWidget window;
+    window.show();
+    bool closed = false;
+    QTimer pulse;
+    QObject::connect(&pulse, &QTimer::timeout, [&] {
+        if (closed || window.findChild<QProgressDialog*>() == nullptr) return;
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "a request to close would be dropped";
+        EXPECT_FALSE(window.close()); // not below its own reading
+        closed = true;
+    });
+    pulse.start(1);
+    QString error("as before");
+    const bool read = openDataFile(data, file, &error, &window);
+    EXPECT_EQ(read, !closed); // a machine may be faster
+    EXPECT_EQ(error, "");
+    QApplication::processEvents();
+    EXPECT_EQ(window.isVisible(), !closed);
+}
+
 TEST(OpenDataFile, TakesTheFirstLocalFileThatIsDropped) {
     QMimeData mime;
     EXPECT_EQ(droppedFile(nullptr), "");

@@ -5,6 +5,11 @@
 #include "tests/apps/desktop/window/OpenWindow.h"
 #include "tests/host/session/RefusingMemory.h"
 
+#include <QProcess>
+#include <QSignalSpy>
+
+#include <csignal>
+
 namespace korvana::desktop {
 namespace {
 
@@ -150,8 +155,25 @@ TEST_F(LongRunTest, CancelStopsItQuietlyAndTheDialogLivesOn) {
     EXPECT_TRUE(window->workbook().isEmpty());
 }
 
+TEST_F(LongRunTest, NothingElseTakesClicksAndKeysMeanwhile) {
+    const bool done = whileComputing([this] {
+        const QSignalSpy stops(view(), &DialogView::stopRequested);
+        QTest::mouseClick(button("Cancel"), Qt::LeftButton);
+        QTest::keyClick(view(), Qt::Key_Escape);
+        QTest::keyClick(window.get(), Qt::Key_F5);
+        EXPECT_EQ(stops.count(), 0);
+        EXPECT_TRUE(runner().isBusy());
+        QTest::keyClick(&runner().progressWindow(), Qt::Key_Escape);
+    });
+    ASSERT_TRUE(done) << "the run was over before it was stopped";
+    EXPECT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
+    click("Cancel"); // and now again
+    EXPECT_EQ(title(), "Survival and Failure Time Analysis");
+}
+
 TEST_F(LongRunTest, ClosingTheWindowStopsItFirst) {
     const bool done = whileComputing([this] {
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "a request to close would be dropped";
         EXPECT_FALSE(window->close()); // not below its own computation
         EXPECT_TRUE(window->isVisible());
     });
@@ -159,6 +181,42 @@ TEST_F(LongRunTest, ClosingTheWindowStopsItFirst) {
     QApplication::processEvents();
     EXPECT_FALSE(window->isVisible());
     EXPECT_FALSE(runner().isActive());
+}
+
+TEST_F(LongRunTest, QuittingByKeyOrBySignalStopsItToo) {
+    EXPECT_TRUE(whileComputing([this] {
+        QTest::keyClick(&runner().progressWindow(), Qt::Key_Q, Qt::ControlModifier);
+        EXPECT_TRUE(window->isVisible()); // not below its own computation
+    }));
+    QApplication::processEvents();
+    EXPECT_FALSE(window->isVisible());
+    window->show();
+    specify({{1}, {2}}, 1, 0);
+    EXPECT_TRUE(whileComputing([this] { window->abandon(); }));
+    EXPECT_FALSE(runner().isBusy());
+    EXPECT_TRUE(window->workbook().isEmpty());
+}
+
+TEST(Program, ASignalEndsItAsItEndsOtherPrograms) {
+    const Folder folder;
+    for (const int number : {SIGTERM, SIGHUP, SIGINT}) {
+        QProcess program;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_QPA_PLATFORM", "offscreen");
+        environment.insert("HOME", folder.path("home"));
+        program.setProcessEnvironment(environment);
+        program.start(QCoreApplication::applicationDirPath() + "/korvana-desktop",
+                      {QStringLiteral(KORVANA_SOURCE_DIR "/examples/data/aml.csv")});
+        ASSERT_TRUE(program.waitForStarted());
+        // It remembers the file once it is open, and by then listens to signals.
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return QDir(folder.path("home")).exists(".config/korvana/korvana-desktop.ini"); }, 20000));
+        QDir(folder.path("home")).removeRecursively();
+        kill(static_cast<pid_t>(program.processId()), number);
+        EXPECT_TRUE(program.waitForFinished(10000)) << number;
+        EXPECT_EQ(program.exitStatus(), QProcess::NormalExit) << number;
+        EXPECT_EQ(program.exitCode(), 128 + number);
+    }
 }
 
 } // namespace

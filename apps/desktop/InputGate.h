@@ -1,0 +1,83 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QKeyEvent>
+#include <QKeySequence>
+#include <QObject>
+#include <QPointer>
+#include <QShortcutEvent>
+#include <QWidget>
+
+#include <functional>
+#include <utility>
+
+namespace korvana::desktop {
+
+/// While it lives, mouse and keyboard reach one window of the program alone: that of something that takes its
+/// time. Modality would do so too, but then a request to close the main window never arrives.
+class InputGate : public QObject {
+public:
+    static QKeySequence quitKey() { return {Qt::CTRL | Qt::Key_Q}; }
+
+    /// @param open     the window that is clicked and typed into
+    /// @param main     the window whose closing is still heard, and which Ctrl+Q closes; may be nullptr
+    /// @param closing  hears that `main` is to close, and `main` itself does not; none: `main` hears it
+    InputGate(QWidget& open, QWidget* main, std::function<void()> closing = {})
+        : open_(&open), main_(main), closing_(std::move(closing)) {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        switch (event->type()) {
+        case QEvent::Close:
+            if (watched != main_ || main_ == nullptr || !closing_) return false;
+            event->ignore();
+            closing_();
+            return true;
+        case QEvent::Shortcut:
+            return !isInside(watched) && dynamic_cast<QShortcutEvent*>(event)->key() != quitKey();
+        case QEvent::KeyPress: {
+            if (!watched->isWidgetType()) return false;
+            const auto* key = dynamic_cast<QKeyEvent*>(event);
+            if (main_ != nullptr && QKeySequence(key->keyCombination()) == quitKey()) {
+                main_->close();
+                return true;
+            }
+            return !isInside(watched);
+        }
+        case QEvent::ShortcutOverride:
+        case QEvent::KeyRelease:
+        case QEvent::InputMethod:
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::Wheel:
+        case QEvent::ContextMenu:
+        case QEvent::TouchBegin:
+        case QEvent::TouchUpdate:
+        case QEvent::TouchEnd:
+        case QEvent::DragEnter:
+        case QEvent::DragMove:
+        case QEvent::Drop:
+            return watched->isWidgetType() && !isInside(watched);
+        default:
+            return false;
+        }
+    }
+
+private:
+    bool isInside(QObject* watched) const {
+        const auto* widget = qobject_cast<QWidget*>(watched);
+        if (widget == nullptr)
+            widget = qobject_cast<QWidget*>(watched->parent()); // an action's or a shortcut's
+        return widget != nullptr && widget->window() == open_;
+    }
+
+    QPointer<QWidget> open_;
+    QPointer<QWidget> main_;
+    std::function<void()> closing_;
+};
+
+} // namespace korvana::desktop

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QObject>
+
+#include <memory>
+
+class QSocketNotifier;
+
+namespace korvana::desktop {
+
+/// Turns SIGTERM, SIGHUP and SIGINT into a Qt signal; one at a time, as the program exists once.
+class TerminationSignals : public QObject {
+    Q_OBJECT
+
+public:
+    explicit TerminationSignals(QObject* parent = nullptr);
+    ~TerminationSignals() override;
+
+signals:
+    void received(int number);
+
+private:
+    std::unique_ptr<QSocketNotifier> notifier_;
+};
+
+} // namespace korvana::desktop

@@ -24,6 +24,56 @@ char decimalMarkOf(const std::string& text) {
     throw UsageError("--decimal is point or comma, not '" + text + "'");
 }
 
+/// Sets the codes of --missing, as soon as their variables are there: some are computed only later.
+class MissingCodes {
+public:
+    explicit MissingCodes(const std::vector<std::string>& entries) {
+        for (const std::string& entry : entries) {
+            const auto equals = entry.rfind('=');
+            if (equals == std::string::npos || equals == 0 || equals + 1 == entry.size())
+                throw UsageError("--missing is VARIABLE=CODE, not '" + entry + "'");
+            pending_.push_back({entry.substr(0, equals), entry.substr(equals + 1)});
+        }
+    }
+
+    void setThoseThere(DataSet& data) {
+        std::erase_if(pending_, [&](const Entry& entry) {
+            if (!data.find(entry.variable)) return false;
+            set(data, entry);
+            return true;
+        });
+    }
+
+    void setAll(DataSet& data) {
+        for (const Entry& entry : pending_)
+            set(data, entry);
+    }
+
+private:
+    struct Entry {
+        std::string variable;
+        std::string code;
+    };
+
+    void set(DataSet& data, const Entry& entry) {
+        const int variable = variableOf(data, "--missing", entry.variable);
+        const auto value = resolveCode(data, variable, entry.code);
+        const std::string& name = data.variable(variable).name;
+        if (!value)
+            throw UsageError(std::string{"--missing: '"}
+                                 .append(entry.code)
+                                 .append("' is neither a number nor a value label of '") +
+                             name + "'");
+        if (!done_.insert(variable).second)
+            throw UsageError(
+                std::string{"--missing: '"}.append(name).append("' has one missing-data code, not two"));
+        data.variable(variable).missingCode = *value;
+    }
+
+    std::vector<Entry> pending_;
+    std::set<int> done_;
+};
+
 } // namespace
 
 int variableOf(const DataSet& data, const std::string& option, const std::string& name) {
@@ -38,6 +88,7 @@ void DataOptions::declare(CLI::App& app) {
     app.add_option("DATA", path_, "the data file (CSV, or text separated by tabs or semicolons)")
         ->type_name("");
     const std::string group = "Data";
+    define_.declare(app, group);
     app.add_option("--select", select_,
                    "take only the cases for which the condition holds, e.g. \"age >= 60\"")
         ->type_name("EXPRESSION")
@@ -62,27 +113,6 @@ void DataOptions::declare(CLI::App& app) {
         ->group(group);
 }
 
-void DataOptions::setMissingCodes(DataSet& data) const {
-    std::set<int> done;
-    for (const std::string& entry : missing_) {
-        const auto equals = entry.rfind('=');
-        if (equals == std::string::npos || equals == 0 || equals + 1 == entry.size())
-            throw UsageError("--missing is VARIABLE=CODE, not '" + entry + "'");
-        const int variable = variableOf(data, "--missing", entry.substr(0, equals));
-        const std::string code = entry.substr(equals + 1);
-        const auto value = resolveCode(data, variable, code);
-        const std::string& name = data.variable(variable).name;
-        if (!value)
-            throw UsageError(std::string{"--missing: '"}.append(code).append(
-                                 "' is neither a number nor a value label of '") +
-                             name + "'");
-        if (!done.insert(variable).second)
-            throw UsageError(
-                std::string{"--missing: '"}.append(name).append("' has one missing-data code, not two"));
-        data.variable(variable).missingCode = *value;
-    }
-}
-
 void DataOptions::open(ActiveData& data) const {
     if (path_.empty()) throw UsageError("which data? Name a data file", true);
     if (header_ && noHeader_) throw UsageError("--header and --no-header contradict each other");
@@ -90,8 +120,12 @@ void DataOptions::open(ActiveData& data) const {
     if (header_ || noHeader_) options.header = header_ ? HeaderLine::Yes : HeaderLine::No;
     if (!separator_.empty()) options.separator = separatorOf(separator_);
     if (!decimal_.empty()) options.decimalMark = decimalMarkOf(decimal_);
+    const std::vector<Definition> definitions = define_.read();
+    MissingCodes missing(missing_);
     DataSet read = readData(path_, options);
-    setMissingCodes(read);
+    missing.setThoseThere(read);
+    define(read, definitions, [&] { missing.setThoseThere(read); });
+    missing.setAll(read);
     const int all = read.caseCount();
     data.open(std::move(read));
     data.select(select_);

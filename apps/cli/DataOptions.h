@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/cli/Console.h"
+#include "apps/cli/DefineOptions.h"
 #include "host/session/ActiveData.h"
 
 #include <CLI/App.hpp>
@@ -19,9 +20,8 @@ public:
     [[nodiscard]] const std::string& path() const { return path_; }
 
 private:
-    void setMissingCodes(DataSet& data) const;
-
     std::string path_;
+    DefineOptions define_;
     std::string select_;
     std::string weight_;
     std::vector<std::string> missing_;

@@ -18,6 +18,10 @@ struct CaseNames {
     std::vector<std::uint64_t> ends; ///< end of each name in the text; empty = the cases have no names
 };
 
+/** More variables than this are refused: numbers of variables are 16-bit elsewhere, and expressions number one
+   value more than there are variables. */
+inline constexpr int maxVariables = 32766;
+
 /** A table of cases by variables, stored by columns. Movable, not copyable. Indices count from 0; the numbers
    that users write count from 1. */
 class DataSet {

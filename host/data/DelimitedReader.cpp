@@ -14,8 +14,7 @@
 namespace korvana {
 namespace {
 
-// Numbers of variables are 16-bit elsewhere, and expressions number one value more than there are variables.
-constexpr std::size_t maxVariables = 32766;
+constexpr auto mostVariables = static_cast<std::size_t>(maxVariables);
 
 unsigned threadsFor(const ReaderTuning& tuning, std::size_t bytes) {
     if (tuning.threads > 0) return tuning.threads;
@@ -35,10 +34,10 @@ public:
         table_.text = file.view().substr(0, format.end);
         threads_ = threadsFor(tuning, format.end);
         first_ = format.caseNames ? 1 : 0;
-        if (format.columns - first_ > maxVariables) {
+        if (format.columns - first_ > mostVariables) {
             throw DataError(name, 1, 0,
                             "the file has " + std::to_string(format.columns - first_) +
-                                " variables; the limit is " + std::to_string(maxVariables) +
+                                " variables; the limit is " + std::to_string(mostVariables) +
                                 ", leave out those that are not needed");
         }
         table_.names = variableNames(format.header, format.columns, first_, notes_);

@@ -24,6 +24,7 @@ struct Variable {
     VariableKind kind = VariableKind::Number;
     double missingCode = std::numeric_limits<double>::quiet_NaN(); ///< NaN = none
     std::vector<ValueLabel> valueLabels;
+    std::string expression{}; ///< of a variable that was computed from others; empty = it was read
 
     /** A cell counts as missing when it is not a number or equals the missing code. */
     bool isMissing(double value) const { return std::isnan(value) || value == missingCode; }

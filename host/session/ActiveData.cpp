@@ -68,6 +68,17 @@ DataState ActiveData::state() const {
     return state;
 }
 
+void ActiveData::define(const Definition& definition) {
+    define(computeVariable(data_, definition));
+}
+
+void ActiveData::define(ComputedVariable computed) {
+    columns_.reserve(columns_.size() + 1);
+    data_.addNote(std::move(computed.note));
+    data_.addVariable(std::move(computed.variable), std::move(computed.cells));
+    columns_.push_back(data_.column(data_.variableCount() - 1).data());
+}
+
 int ActiveData::selectedCount() const {
     return selection_.mask.empty() ? data_.caseCount() : selection_.selectedCount;
 }

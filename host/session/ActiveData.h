@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/data/CaseSelection.h"
+#include "host/data/ComputedVariable.h"
 #include "host/data/DataSet.h"
 #include "host/results/OutputOrigin.h"
 
@@ -29,6 +30,12 @@ public:
     /// the selection anew. Throws what `select` throws when the condition does not hold any more (it refers
     /// to a label that is gone); everything then stays as it was.
     void describe(int variable0, std::string label, double missingCode, std::vector<ValueLabel> valueLabels);
+
+    /// Appends a variable computed from others (see `computeVariable`, whose errors it throws), with its
+    /// note. Selection and weights stay.
+    void define(const Definition& definition);
+    /// Appends a variable that was already computed over this data set.
+    void define(ComputedVariable computed);
 
     /// Counts the data sets opened: tells whether what was derived from one still belongs to it.
     [[nodiscard]] int generation() const { return generation_; }

@@ -1,0 +1,153 @@
+#include "tests/host/data/DataTestSupport.h"
+
+#include "host/data/ComputedVariable.h"
+#include "host/data/DataError.h"
+#include "host/data/Expression.h"
+#include "tests/support/Refusal.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace korvana::test {
+namespace {
+
+DataSet patients() {
+    return readText(",days,status,arm,white cells\n"
+                    "Ann,61,2,treated,3.5\n"
+                    "Bob,30,1,placebo,0\n"
+                    "Cid,,3,treated,4\n"
+                    "Dan,15,,placebo,\n");
+}
+
+/** The new column of a definition, as text. */
+std::string defined(DataSet& data, const std::string& text) {
+    defineVariable(data, readDefinition(text));
+    std::string all = dump(data);
+    const auto begin = all.rfind(data.variable(data.variableCount() - 1).name);
+    return all.substr(begin, all.find(" |", begin) - begin);
+}
+
+TEST(ComputedVariable, ValuesAndMissingValues) {
+    DataSet data = patients();
+    const std::vector<std::pair<std::string, std::string>> table{
+        {"twice = days * 2", "twice N: 122 60 - 30"},
+        {"again = twice / 2", "again N: 61 30 - 15"},
+        {"dead = status = 2 or status = 3", "dead N: 1 0 1 -"},
+        {"treated = arm = 'treated'", "treated N: 1 0 1 0"},
+        {"known=if(missing(status), -1, status)", "known N: 2 1 3 -1"},
+        {" `my cells` = `white cells` + 1", "my cells N: 4.5 1 5 -"},
+        {"größe = `my cells` - 1", "größe N: 3.5 0 4 -"},
+        {"one = 1", "one N: 1 1 1 1"},
+    };
+    for (const auto& [text, column] : table)
+        EXPECT_TRUE(defined(data, text).starts_with(column)) << text << "\n" << dump(data);
+    const Variable& dead = data.variable(6);
+    EXPECT_EQ(dead.label, "status = 2 or status = 3");
+    EXPECT_EQ(dead.expression, dead.label);
+}
+
+TEST(ComputedVariable, AMissingCodeOfItsVariablesCounts) {
+    DataSet data = patients();
+    data.variable(0).missingCode = 30;
+    EXPECT_TRUE(defined(data, "d2 = days").starts_with("d2 N: 61 - - 15"));
+}
+
+TEST(ComputedVariable, WhatHasNoFiniteValueIsMissingAndTold) {
+    DataSet data = patients();
+    EXPECT_TRUE(defined(data, "r = 1 / `white cells`").find(" - 0.25 -") != std::string::npos) << dump(data);
+    ASSERT_EQ(data.notes().size(), 1U);
+    EXPECT_EQ(data.notes()[0], "Computed: r = 1 / `white cells`. 1 case has no finite value by it and so a "
+                               "missing one: case 2 (Bob).");
+    defined(data, "`a b` = log(`white cells` - 4)");
+    EXPECT_EQ(data.notes()[1], "Computed: `a b` = log(`white cells` - 4). 3 cases have no finite value by it "
+                               "and so a missing one: first case 1 (Ann).");
+}
+
+TEST(ComputedVariable, WhatIsWrongIsNamedAndChangesNothing) {
+    DataSet data = patients();
+    const std::vector<std::pair<std::string, std::string>> table{
+        {"days / 30", "'days / 30' has no NAME = before it"},
+        {"", "has no NAME ="},
+        {"= days", "has no NAME ="},
+        {"x == days", "has no NAME ="},
+        {"`x y = days", "the closing ` of the name is missing"},
+        {"x =", "nothing stands behind 'x ='"},
+        {"x y = days", "belongs in backquotes"},
+        {"x <= days", "belongs in backquotes"},
+        {"not = days", "belongs in backquotes"},
+        {"`3` = days", "'3': it would be taken for the number of a variable"},
+        {"`a\nb` = days", "control characters"},
+        {"`a\xff` = days", "not valid UTF-8"},
+        {"Days = 1", "there is already a variable 'days'"},
+        {"`WHITE cells` = 1", "there is already a variable 'white cells'"},
+        {"x = dyas / 2", "character 1: there is no variable 'dyas' (did you mean 'days'?)"},
+        {"x = x + 1", "there is no variable 'x'"},
+        {"x = days / ", "character 7: the expression breaks off"},
+        {"x = arm = 'treatd'", "variable 'arm' has no value 'treatd' (did you mean 'treated'?)"},
+    };
+    for (const auto& [text, part] : table) {
+        std::string refusal = "accepted";
+        try {
+            defineVariable(data, readDefinition(text));
+        } catch (const DataError& error) {
+            refusal = error.what();
+        } catch (const ExpressionError& error) {
+            refusal = error.what();
+        }
+        EXPECT_NE(refusal.find(part), std::string::npos) << text << ": " << refusal;
+    }
+    EXPECT_EQ(data.variableCount(), 4);
+    EXPECT_TRUE(data.notes().empty());
+}
+
+TEST(ComputedVariable, ADefinitionReadsBackAsWritten) {
+    for (const std::string name : {"months", "a b", "a`b", "and", "t.1", "größe", "=", "`"}) {
+        const Definition back = readDefinition(definitionText({name, "days = 2"}));
+        EXPECT_EQ(back.name, name);
+        EXPECT_EQ(back.expression, "days = 2");
+    }
+}
+
+/** Many cases are computed by several threads: nothing of that may show. */
+TEST(ComputedVariable, ManyCasesAreComputedAsOneByOne) {
+    for (const int cases : {0, 1, 199'999, 200'000, 300'001, 823'457}) {
+        DataSet data("many", cases);
+        Column column(static_cast<std::size_t>(cases));
+        const auto value = [](int i) { return i % 1000 == 999 ? std::nan("") : i % 77 - 3.0; };
+        for (int i = 0; i < cases; ++i)
+            column.data()[i] = value(i);
+        Variable x;
+        x.name = "x";
+        data.addVariable(std::move(x), std::move(column));
+        const ComputedVariable computed = computeVariable(data, {"y", "log(x) * 2 + if(x > 70, x, 1)"});
+        const auto cells = computed.cells.cells(static_cast<std::size_t>(cases));
+        int notFinite = 0;
+        for (int i = 0; i < cases; ++i) {
+            const double v = value(i);
+            const double y = v > 0 ? std::log(v) * 2 + (v > 70 ? v : 1) : std::nan("");
+            notFinite += v <= 0 ? 1 : 0;
+            ASSERT_TRUE(cells[static_cast<std::size_t>(i)] == y ||
+                        (std::isnan(y) && std::isnan(cells[static_cast<std::size_t>(i)])))
+                << i;
+        }
+        const std::string told = cases < 2 ? "missing one: case 1." : "missing one: first case 1.";
+        EXPECT_EQ(computed.note.find(told) != std::string::npos, cases > 0) << computed.note;
+        EXPECT_EQ(computed.note.find(" " + std::to_string(notFinite) + " case") != std::string::npos,
+                  cases > 0)
+            << computed.note;
+    }
+}
+
+TEST(ComputedVariable, StopsWhenAsked) {
+    const DataSet data = patients();
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_THROW(computeVariable(data, {"x", "days"}, stop.get_token()), ReadingStopped);
+}
+
+} // namespace
+} // namespace korvana::test

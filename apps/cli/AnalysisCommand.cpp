@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <optional>
 
 namespace korvana::cli {
 
@@ -31,7 +30,7 @@ void AnalysisCommand::declare(CLI::App& app) {
                "Without -o the report goes to standard output and nothing else does. Messages,\n"
                "notes and progress go to standard error. Exit codes: 0 results; 1 the analysis\n"
                "refused the data; 2 wrong usage, data that cannot be read or results that cannot\n"
-               "be written; 130 stopped by Ctrl-C.");
+               "be written; 130 stopped by Ctrl-C, 143 and 129 by SIGTERM and SIGHUP.");
 }
 
 std::vector<std::size_t> AnalysisCommand::chosenOutputs() const {
@@ -62,7 +61,7 @@ int AnalysisCommand::run(Console& console) {
     const std::vector<std::size_t> chosen = chosenOutputs();
     PhaseTimes times;
     ProgressLine progress(console, output_.quiet());
-    Session session(load(), {.stops = &console.signals});
+    Session session(load());
     session.addObserver(progress);
     session.addObserver(times);
     progress.status("Reading " + data_.path() + " ...");
@@ -72,8 +71,6 @@ int AnalysisCommand::run(Console& console) {
     const std::vector<std::string> notes = check(session.data());
     times.status({});
 
-    std::optional<StopsItself> stops(std::in_place, console);
-    const auto stopped = [&] { return console.signals.has(StopSignals::External); };
     int made = 0;
     int failed = 0;
     try {
@@ -84,14 +81,13 @@ int AnalysisCommand::run(Console& console) {
             prepareOutputs(script);
             for (const std::size_t place : chosen)
                 for (const char* const action : outputs()[place].actions) {
-                    if (action == nullptr || stopped()) continue;
+                    if (action == nullptr) continue;
                     const std::size_t errors = errorsIn(session.book());
                     script.press(action);
                     ++(errorsIn(session.book()) == errors ? made : failed);
                 }
         }
         progress.clear();
-        if (stopped()) return ExitStopped;
         if (!computed) {
             if (progress.messageCount() == 0)
                 console.say("the analysis ended without a result and without a message");
@@ -100,7 +96,6 @@ int AnalysisCommand::run(Console& console) {
         if (made == 0 && failed > 0) return ExitRefused; // their messages said why
     } catch (const ScriptError& error) {
         progress.clear();
-        if (stopped()) return ExitStopped;
         console.say(error.what());
         return ExitRefused;
     }
@@ -108,8 +103,6 @@ int AnalysisCommand::run(Console& console) {
     ResultsBook& book = session.book();
     book.analysis = title();
     book.notes.insert(book.notes.end(), notes.begin(), notes.end());
-    // Files are written to the end; a report on its way to the screen may be cut off.
-    if (!output_.toFiles()) stops.reset();
     times.status("Writing");
     const int exit = output_.write(book, console);
     if (timing_) times.write(console.err);

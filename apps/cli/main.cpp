@@ -1,28 +1,55 @@
 #include "apps/cli/Run.h"
+#include "host/results/Unfinished.h"
 
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
+#include <string_view>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace {
 
-korvana::StopSignals signals;
-korvana::cli::Console* console = nullptr;
+bool errIsTerminal = false;
 
-extern "C" void interrupt(int /*signal*/) {
-    // The first time a computation is asked to stop; the second time nobody waits for it.
-    if (!console->stopsItself || signals.has(korvana::StopSignals::External))
-        _exit(korvana::cli::ExitStopped);
-    signals.requestStop();
+void tell(std::string_view text) {
+    // Nobody is left to be told that this failed.
+    if (::write(STDERR_FILENO, text.data(), text.size()) < 0) return;
+}
+
+/// Whatever the program is doing, it ends at once and leaves no file half-made: the files of a run get their
+/// names together, when all of them are whole.
+extern "C" void end(int signal) {
+    const pid_t process = ::getpid();
+    if (::syscall(SYS_gettid) != process) {
+        // The thread that writes files must not go on meanwhile.
+        ::syscall(SYS_tgkill, process, process, signal);
+        return;
+    }
+    korvana::removeUnfinished();
+    if (signal != SIGPIPE) tell(errIsTerminal ? "\r\033[Kkorvana: stopped\n" : "korvana: stopped\n");
+    ::_exit(korvana::cli::ExitBySignal + signal);
+}
+
+/// A signal that the caller has the program ignore (nohup, a shell's "&") stays ignored.
+void endOn(int signal) {
+    struct sigaction action {};
+    if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) return;
+    action = {};
+    action.sa_handler = end;
+    ::sigfillset(&action.sa_mask);
+    ::sigaction(signal, &action, nullptr);
 }
 
 } // namespace
 
 int main(int count, char** arguments) {
     std::ios::sync_with_stdio(false);
-    korvana::cli::Console own{std::cout, std::cerr, isatty(STDERR_FILENO) == 1, signals};
-    console = &own;
-    std::signal(SIGINT, interrupt);
+    errIsTerminal = ::isatty(STDERR_FILENO) == 1;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE})
+        endOn(signal);
+    // A limit to the size of files is an error of the write, like a full disk.
+    std::signal(SIGXFSZ, SIG_IGN);
+    korvana::cli::Console own{std::cout, std::cerr, errIsTerminal};
     return korvana::cli::run({arguments + (count > 0 ? 1 : 0), arguments + count}, own);
 }

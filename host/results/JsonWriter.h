@@ -1,24 +1,25 @@
 #pragma once
 
 #include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "host/results/ResultsBook.h"
 
 namespace korvana {
 
-/// Everything in the book as one JSON object (UTF-8), numbers at full double precision; empty cells and
-/// numbers that are not finite are null. Rows are streamed.
-///
-///     {"analysis": text, "status": n, "source": text, "notes": [text],
-///      "messages": [{"id": n, "text": text, "detail": text, "severity": "note|warning|error"}],
-///      "reports": [{"title": text, "lines": [text]}],
-///      "spreadsheets": [{"title": text, "notes": [text], "columns": [[heading, heading]],
-///                        "rows": [{"heading": text, "cells": [number|text|null]}]}],
-///      "charts": [{"title": text, "xAxis": text, "yAxis": text, "kind": "line|step|scatter|histogram",
-///                  "series": [{"legend": text, "x": [number], "y": [number], "group": n,
-///                              "style": "line|step|markers|histogram",
-///                              "role": "estimate|lower|upper|observed|censored"}]}],
-///      "iterations": [text]}
-void writeJson(const ResultsBook& book, std::ostream& out);
+/// What the first member of every results.json says, and the number of the format, which grows when a member is
+/// taken away or changes its meaning. docs/results-json.md describes it, docs/results.schema.json checks it.
+inline constexpr std::string_view kResultsFormat = "korvana-results";
+inline constexpr int kResultsFormatVersion = 1;
+
+/// Everything in the book as one JSON object (UTF-8), numbers at full double precision; empty cells and numbers
+/// that are not finite are null. Rows are streamed. The same results give the same text: no time of day is in it.
+/// @param files  the names of the files written together, this one included
+void writeJson(const ResultsBook& book, std::ostream& out, const std::vector<std::string>& files = {});
+
+/// The head of a results.json alone: format, program and files.
+void writeFileList(const std::vector<std::string>& files, std::ostream& out);
 
 } // namespace korvana

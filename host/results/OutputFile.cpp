@@ -12,44 +12,49 @@ namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{1} << 16U;
 
-std::string reason(int error) {
-    return std::generic_category().message(error);
-}
-
 } // namespace
 
 void throwCannotWrite(const std::filesystem::path& target, const std::string& why) {
     throw std::runtime_error("cannot write '" + target.string() + "': " + why);
 }
 
+void throwCannotWrite(const std::filesystem::path& target, int error) {
+    throwCannotWrite(target, std::generic_category().message(error));
+}
+
 PendingFile::PendingFile(std::filesystem::path target) : target_(std::move(target)) {
     std::error_code ignored;
-    if (std::filesystem::is_directory(target_, ignored)) throwCannotWrite(target_, reason(EISDIR));
+    if (std::filesystem::is_directory(target_, ignored)) throwCannotWrite(target_, EISDIR);
     const std::string stem = "." + target_.filename().string() + "." + std::to_string(::getpid()) + ".";
     for (int attempt = 0;; ++attempt) {
         pending_ = target_.parent_path() / (stem + std::to_string(attempt) + ".part");
+        unfinished_.emplace(pending_);
         const int descriptor = ::open(pending_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (descriptor >= 0) {
             ::close(descriptor);
             return;
         }
-        if (errno != EEXIST || attempt > 1000) throwCannotWrite(target_, reason(errno));
+        const int error = errno;
+        unfinished_->keep(); // not ours
+        if (error != EEXIST || attempt > 1000) throwCannotWrite(target_, error);
     }
 }
 
-PendingFile::~PendingFile() {
-    if (!pending_.empty()) ::unlink(pending_.c_str());
-}
-
 void PendingFile::commit() {
-    if (::rename(pending_.c_str(), target_.c_str()) != 0) throwCannotWrite(target_, reason(errno));
-    pending_.clear();
+    if (::rename(pending_.c_str(), target_.c_str()) != 0) throwCannotWrite(target_, errno);
+    unfinished_->keep();
 }
 
 OutputFile::OutputFile(std::filesystem::path target)
-    : pending_(std::move(target)), buffer_(kBufferSize), stream_(nullptr) {
+    : OutputFile(std::make_unique<PendingFile>(std::move(target))) {}
+
+OutputFile::OutputFile(std::unique_ptr<PendingFile> own) : OutputFile(*own) {
+    own_ = std::move(own);
+}
+
+OutputFile::OutputFile(PendingFile& pending) : pending_(pending), buffer_(kBufferSize), stream_(nullptr) {
     descriptor_ = ::open(pending_.path().c_str(), O_WRONLY | O_CLOEXEC);
-    if (descriptor_ < 0) throwCannotWrite(pending_.target(), reason(errno));
+    if (descriptor_ < 0) throwCannotWrite(pending_.target(), errno);
     setp(buffer_.data(), buffer_.data() + buffer_.size());
     stream_.rdbuf(this);
     stream_.exceptions(std::ios::badbit); // lets the error of `writeAll` through as it is
@@ -63,7 +68,7 @@ void OutputFile::writeAll(const char* data, std::size_t size) {
     while (size > 0) {
         const ssize_t written = ::write(descriptor_, data, size);
         if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) throwCannotWrite(pending_.target(), reason(written < 0 ? errno : EIO));
+        if (written <= 0) throwCannotWrite(pending_.target(), written < 0 ? errno : EIO);
         data += written;
         size -= static_cast<std::size_t>(written);
     }
@@ -83,7 +88,8 @@ OutputFile::int_type OutputFile::overflow(int_type c) {
 
 std::streamsize OutputFile::xsputn(const char* data, std::streamsize size) {
     if (size > epptr() - pptr()) drain();
-    if (size < epptr() - pptr()) return std::streambuf::xsputn(data, size);
+    if (size <= epptr() - pptr()) return std::streambuf::xsputn(data, size);
+    // Larger than the buffer, which is empty now.
     writeAll(data, static_cast<std::size_t>(size));
     return size;
 }
@@ -93,10 +99,14 @@ int OutputFile::sync() {
     return 0;
 }
 
-void OutputFile::commit() {
+void OutputFile::close() {
     drain();
     const int closed = ::close(std::exchange(descriptor_, -1));
-    if (closed != 0) throwCannotWrite(pending_.target(), reason(errno));
+    if (closed != 0) throwCannotWrite(pending_.target(), errno);
+}
+
+void OutputFile::commit() {
+    close();
     pending_.commit();
 }
 

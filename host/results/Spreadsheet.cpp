@@ -31,6 +31,39 @@ Cells copyCells(const decltype(ozm::SheetColumn::cells)& from) {
                       from);
 }
 
+bool isUpper(char c) {
+    return c >= 'A' && c <= 'Z';
+}
+
+char lower(char c) {
+    return isUpper(c) ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+/// "standardError": "Standard error"
+std::string wordsOf(std::string_view id) {
+    std::string words;
+    for (const char c : id) {
+        if (isUpper(c) && !words.empty()) words += ' ';
+        words += words.empty() && c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : lower(c);
+    }
+    return words;
+}
+
+/// Whether a heading is the id with letters left out, the first one kept.
+bool abbreviates(std::string_view heading, std::string_view id) {
+    std::size_t at = 0;
+    bool first = true;
+    for (const char c : heading) {
+        if (c == ' ' || c == '.') continue;
+        while (at < id.size() && lower(id[at]) != lower(c) && !first)
+            ++at;
+        if (at == id.size() || lower(id[at]) != lower(c)) return false;
+        ++at;
+        first = false;
+    }
+    return !first;
+}
+
 } // namespace
 
 std::size_t Spreadsheet::Column::size() const {
@@ -48,6 +81,13 @@ std::string Spreadsheet::Column::heading() const {
         joined += line.substr(first, line.find_last_not_of(' ') - first + 1);
     }
     return joined;
+}
+
+std::string Spreadsheet::Column::readableHeading() const {
+    std::string plain;
+    for (const char c : heading())
+        if (c != ' ' || (!plain.empty() && plain.back() != ' ')) plain += c;
+    return abbreviates(plain, id) ? wordsOf(id) : plain;
 }
 
 Spreadsheet Spreadsheet::fromSpec(const ozm::SheetSpec& spec) {

@@ -36,6 +36,9 @@ struct Spreadsheet {
         [[nodiscard]] bool isText() const { return cells.index() >= 2; }
         /// Both lines of the heading joined by a blank, trimmed.
         [[nodiscard]] std::string heading() const;
+        /// The heading as people write it: where it abbreviates the id ("Cumulatv Survival" of
+        /// "cumulativeSurvival"), the words of the id.
+        [[nodiscard]] std::string readableHeading() const;
     };
 
     /// A look at one cell; the text lives as long as the spreadsheet is unchanged.

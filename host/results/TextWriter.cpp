@@ -220,7 +220,11 @@ void writeText(const ResultsBook& book, std::ostream& out, const TextOptions& op
         out << '\n';
         if (const auto* report = std::get_if<Report>(&output)) writeReport(*report, out);
         if (const auto* sheet = std::get_if<Spreadsheet>(&output)) writeText(*sheet, out);
-        if (const auto* chart = std::get_if<Chart>(&output)) writeLine(chartLine(chart->info), out);
+        if (const auto* chart = std::get_if<Chart>(&output)) {
+            writeLine(chartLine(chart->info), out);
+            for (const std::string& note : chart->info.notes)
+                writeLine("  " + oneLine(note), out);
+        }
     }
     if (options.iterations && !book.iterations.empty()) {
         out << '\n';

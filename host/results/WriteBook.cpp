@@ -5,14 +5,13 @@
 #include <map>
 #include <set>
 #include <stdexcept>
-#include <system_error>
 #include <utility>
 
 #include "host/results/ChartRenderer.h"
 #include "host/results/CsvWriter.h"
 #include "host/results/HtmlWriter.h"
 #include "host/results/JsonWriter.h"
-#include "host/results/OutputFile.h"
+#include "host/results/ResultsFolder.h"
 #include "host/results/TextWriter.h"
 #include "host/results/XlsxWriter.h"
 
@@ -56,36 +55,16 @@ std::string slug(std::string_view title, std::string_view otherwise) {
     return name.empty() ? std::string(otherwise) : name;
 }
 
-class Directory {
-public:
-    explicit Directory(std::filesystem::path path) : path_(std::move(path)) {
-        std::error_code error;
-        std::filesystem::create_directories(path_, error);
-        if (!std::filesystem::is_directory(path_)) {
-            throw std::runtime_error("cannot create the directory '" + path_.string() +
-                                     "': " + (error ? error.message() : "a file of that name is in the way"));
-        }
-    }
-
-    /// `write` is called with a stream.
-    template <class Write>
-    void file(const std::string& name, Write write) {
-        OutputFile file(path_ / name);
-        write(file.stream());
-        file.commit();
-        files.push_back(path_ / name);
-    }
-
-    [[nodiscard]] std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
-
-    std::vector<std::filesystem::path> files;
-
-private:
-    std::filesystem::path path_;
-};
+/// `write` is called with a stream.
+template <class Write>
+void fill(PendingFile& pending, Write write) {
+    OutputFile file(pending);
+    write(file.stream());
+    file.close();
+}
 
 void writeCharts(const ResultsBook& book, const std::vector<std::string>& names, FormatSet formats,
-                 Directory& directory, std::vector<std::string>& failures) {
+                 ResultsFolder& folder, std::vector<std::string>& failures) {
     for (std::size_t place = 0; place < book.outputs.size(); ++place) {
         const auto* chart = std::get_if<Chart>(&book.outputs[place]);
         if (chart == nullptr) continue;
@@ -94,9 +73,9 @@ void writeCharts(const ResultsBook& book, const std::vector<std::string>& names,
             const std::string name = names[place] + "." + std::string(ending(format));
             const Picture drawn = drawChart(chart->info, picture, chart->numbersAtRisk);
             if (drawn.drawn()) {
-                directory.file(name, [&drawn](std::ostream& out) { out << drawn.bytes; });
+                fill(folder.add(name), [&drawn](std::ostream& out) { out << drawn.bytes; });
             } else {
-                failures.push_back("cannot draw '" + (directory / name).string() + "': " + drawn.error);
+                failures.push_back("cannot draw '" + (folder / name).string() + "': " + drawn.error);
             }
         }
     }
@@ -163,19 +142,19 @@ std::vector<std::string> fileNames(const ResultsBook& book) {
 
 std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std::filesystem::path& path,
                                              FormatSet formats, std::vector<std::string>* problems) {
-    Directory directory(path);
+    ResultsFolder folder(path);
     const std::vector<std::string> names = fileNames(book);
     std::vector<std::string> tableFiles;
     if (formats.has(OutputFormat::Txt))
-        directory.file("report.txt", [&book](std::ostream& out) { writeText(book, out); });
-    if (formats.has(OutputFormat::Json))
-        directory.file("results.json", [&book](std::ostream& out) { writeJson(book, out); });
+        fill(folder.add("report.txt"), [&book](std::ostream& out) { writeText(book, out); });
+    PendingFile* const json =
+        formats.has(OutputFormat::Json) ? &folder.add(std::string(kResultsJson)) : nullptr;
     if (formats.has(OutputFormat::Csv)) {
         for (std::size_t place = 0; place < book.outputs.size(); ++place) {
             const auto* sheet = std::get_if<Spreadsheet>(&book.outputs[place]);
             if (sheet == nullptr) continue;
             tableFiles.push_back(names[place] + ".csv");
-            directory.file(tableFiles.back(), [sheet](std::ostream& out) { writeCsv(*sheet, out); });
+            fill(folder.add(tableFiles.back()), [sheet](std::ostream& out) { writeCsv(*sheet, out); });
         }
     } else if (formats.has(OutputFormat::Xlsx) || formats.has(OutputFormat::Json)) {
         tableFiles.assign(book.outputs.size(),
@@ -183,20 +162,20 @@ std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std:
     }
     if (formats.has(OutputFormat::Html)) {
         const HtmlOptions options{HtmlOptions{}.mostRows, tableFiles};
-        directory.file("report.html", [&](std::ostream& out) { writeHtml(book, out, options); });
+        fill(folder.add("report.html"), [&](std::ostream& out) { writeHtml(book, out, options); });
     }
-    if (formats.has(OutputFormat::Xlsx)) {
-        writeXlsx(book, directory / "results.xlsx");
-        directory.files.push_back(directory / "results.xlsx");
-    }
+    if (formats.has(OutputFormat::Xlsx)) writeXlsx(book, folder.add("results.xlsx"));
     std::vector<std::string> failures;
-    writeCharts(book, names, formats, directory, failures);
+    writeCharts(book, names, formats, folder, failures);
+    // Last, when it is known which pictures there are.
+    if (json != nullptr) fill(*json, [&](std::ostream& out) { writeJson(book, out, folder.names()); });
+    std::vector<std::filesystem::path> files = folder.commit();
     if (problems != nullptr) {
         problems->insert(problems->end(), failures.begin(), failures.end());
     } else if (!failures.empty()) {
         throw std::runtime_error(failures.front());
     }
-    return std::move(directory.files);
+    return files;
 }
 
 } // namespace korvana

@@ -43,10 +43,11 @@ private:
 
 /// Writes the book into a directory, made if there is none: report.txt, results.json, report.html,
 /// results.xlsx, a CSV file per table and a picture per chart and picture format, named after their titles.
-/// Files of these names are replaced, each only once its successor is whole. Answers the files in the order
-/// of writing.
+/// All of them appear together once all are whole; files of these names are replaced, and others that an earlier
+/// run left there are removed (see `ResultsFolder`). Answers the files.
 ///
-/// Throws `std::runtime_error` naming the file and the reason when one cannot be written. A chart that cannot
+/// Throws `std::runtime_error` naming the file and the reason when one cannot be written; the directory then is as
+/// it was. A chart that cannot
 /// be drawn does not keep the other files from being written: its reason is put into `problems`, or, without
 /// such a list, thrown as `std::runtime_error` at the end.
 std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std::filesystem::path& directory,

@@ -1,20 +1,23 @@
 #include "host/results/XlsxWriter.h"
 
 #include <algorithm>
-#include <clocale>
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <map>
 #include <memory>
 #include <string>
+#include <sys/resource.h>
 #include <system_error>
 #include <xlsxwriter.h>
 
 #include "host/results/FormatNumber.h"
 #include "host/results/OutputFile.h"
+#include "host/results/PlainNumbers.h"
 #include "host/results/SheetNames.h"
 #include "host/results/TextWriter.h"
 #include "host/results/Utf8.h"
+#include "host/results/XlsxLayout.h"
 
 namespace korvana {
 namespace {
@@ -23,27 +26,15 @@ namespace {
 constexpr std::size_t kMostRows = 1048576;
 constexpr std::size_t kMostColumns = 16384;
 constexpr std::size_t kMostCharacters = 32767;
-
-/// libxlsxwriter prints numbers with printf; a decimal comma would spoil the file.
-class PlainNumbers {
-public:
-    PlainNumbers() : plain_(::newlocale(LC_NUMERIC_MASK, "C", nullptr)), before_(::uselocale(plain_)) {}
-    ~PlainNumbers() {
-        ::uselocale(before_);
-        if (plain_ != nullptr) ::freelocale(plain_);
-    }
-    PlainNumbers(const PlainNumbers&) = delete;
-    PlainNumbers& operator=(const PlainNumbers&) = delete;
-
-private:
-    locale_t plain_;
-    locale_t before_;
-};
+constexpr double kLineHeight = 15.0; // points
+// Bytes of a sheet besides its rows, and one column's share of them.
+constexpr std::uintmax_t kAroundRows = 2048;
+constexpr std::uintmax_t kAroundColumn = 128;
 
 class Workbook {
 public:
-    explicit Workbook(const std::filesystem::path& target, bool large)
-        : target_(target), pending_(target), directory_(pending_.path().parent_path().string()) {
+    explicit Workbook(const PendingFile& pending, bool large)
+        : target_(pending.target()), pending_(pending), directory_(pending_.path().parent_path().string()) {
         if (directory_.empty()) directory_ = ".";
         // Rows wait beside the file, where there is as much room as for the file itself.
         lxw_workbook_options options{};
@@ -54,15 +45,18 @@ public:
         if (!book_) fail(LXW_ERROR_MEMORY_MALLOC_FAILED);
         bold_ = format([](lxw_format* one) { format_set_bold(one); });
         text_ = format([](lxw_format* one) { format_set_font_name(one, "Courier New"); });
-        heading_ = format([](lxw_format* one) {
-            format_set_bold(one);
-            format_set_align(one, LXW_ALIGN_RIGHT);
-        });
-        lastHeading_ = format([](lxw_format* one) {
-            format_set_bold(one);
-            format_set_align(one, LXW_ALIGN_RIGHT);
-            format_set_bottom(one, LXW_BORDER_THIN);
-        });
+        note_ = format([](lxw_format* one) { format_set_italic(one); });
+        const auto heading = [this](lxw_format_alignments side) {
+            return format([side](lxw_format* one) {
+                format_set_bold(one);
+                format_set_text_wrap(one);
+                format_set_align(one, static_cast<std::uint8_t>(side));
+                format_set_align(one, LXW_ALIGN_VERTICAL_BOTTOM);
+                format_set_bottom(one, LXW_BORDER_THIN);
+            });
+        };
+        heading_ = heading(LXW_ALIGN_RIGHT);
+        textHeading_ = heading(LXW_ALIGN_LEFT);
     }
 
     void addReport(const ResultsBook& book) {
@@ -78,7 +72,11 @@ public:
         }
         for (const ResultsBook::Output& output : book.outputs) {
             if (const auto* report = std::get_if<Report>(&output)) lines(report->title, report->lines);
-            if (const auto* chart = std::get_if<Chart>(&output)) lines({}, {chartLine(chart->info)});
+            if (const auto* chart = std::get_if<Chart>(&output)) {
+                lines({}, {chartLine(chart->info)});
+                for (const std::string& note : chart->info.notes)
+                    line("  " + note);
+            }
         }
         if (!book.iterations.empty()) lines("Iterations", book.iterations);
         endSheet();
@@ -93,7 +91,7 @@ public:
             const std::size_t end = std::min(rows, begin + (kMostRows - row_));
             for (; begin < end; ++begin, ++row_)
                 writeRow(sheet, begin);
-            endSheet();
+            endSheet(columnsOf(sheet) + 1);
         } while (begin < rows);
     }
 
@@ -101,9 +99,15 @@ public:
         // The library does not look whether its waiting rows reached the disk, so ask before they are packed.
         std::error_code unknown;
         const auto space = std::filesystem::space(directory_, unknown);
-        if (!unknown && space.available < largest_) throwCannotWrite(target_, "no space left for the rows");
-        check(workbook_close(book_.release()));
-        pending_.commit();
+        if (!unknown && space.available < largest_) throwCannotWrite(target_, ENOSPC);
+        rlimit limit{};
+        if (::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur < largest_ + kAroundRows)
+            throwCannotWrite(target_, EFBIG);
+        errno = 0;
+        const lxw_error closed = workbook_close(book_.release());
+        if (closed != LXW_NO_ERROR && (errno == EFBIG || errno == ENOSPC || errno == EDQUOT))
+            throwCannotWrite(target_, errno);
+        check(closed);
     }
 
 private:
@@ -149,17 +153,23 @@ private:
     }
 
     void beginSheet(std::string_view title) {
+        // The file where rows wait has a name for a moment.
+        const HeldSignals meanwhile;
         sheet_ = workbook_add_worksheet(book_.get(), names_.take(title).c_str());
         if (sheet_ == nullptr) fail(LXW_ERROR_CREATING_TMPFILE);
         row_ = 0;
     }
 
-    void endSheet() {
+    void endSheet(std::size_t columns = 1) {
         FILE* rows = sheet_->optimize_tmpfile;
         if (rows == nullptr) return;
-        if (std::fflush(rows) != 0 || std::ferror(rows) != 0)
-            throwCannotWrite(target_, "no space left for the rows");
-        largest_ = std::max(largest_, static_cast<std::uintmax_t>(std::max(0L, std::ftell(rows))));
+        errno = 0;
+        if (std::fflush(rows) != 0 || std::ferror(rows) != 0) {
+            if (errno != 0) throwCannotWrite(target_, errno);
+            throwCannotWrite(target_, "no space left for the rows, or a limit to the size of files");
+        }
+        largest_ = std::max(largest_, static_cast<std::uintmax_t>(std::max(0L, std::ftell(rows))) +
+                                          columns * kAroundColumn);
     }
 
     void text(std::size_t column, std::string_view value, lxw_format* look = nullptr) {
@@ -186,14 +196,8 @@ private:
         const std::size_t columns = columnsOf(sheet);
         const std::size_t shift = sheet.rowHeadings.empty() ? 0 : 1;
         for (std::size_t column = 0; column < columns; ++column)
-            setWidth(column + shift, widthOf(sheet, column, firstRow));
-        if (shift != 0) {
-            std::size_t widest = 8;
-            for (std::size_t row = firstRow; row < std::min(firstRow + kLookedAt, sheet.rowHeadings.size());
-                 ++row)
-                widest = std::max(widest, textWidth(sheet.rowHeadings[row]));
-            setWidth(0, widest);
-        }
+            setWidth(column + shift, columnWidth(sheet, column, firstRow));
+        if (shift != 0) setWidth(0, rowHeadingWidth(sheet, firstRow));
         std::string title = sheet.title;
         if (firstRow > 0) title += " (from row " + std::to_string(firstRow + 1) + ")";
         if (columns < sheet.columns.size()) {
@@ -202,33 +206,29 @@ private:
         }
         line(title, bold_);
         for (std::size_t note = 0; note < std::min<std::size_t>(sheet.notes.size(), 1000); ++note)
-            line(sheet.notes[note]);
+            line(sheet.notes[note], note_);
         ++row_;
-        for (std::size_t column = 0; column < columns; ++column)
-            text(column + shift, sheet.columns[column].heading1, heading_);
-        ++row_;
+        // Long headings are broken: tall enough for the tallest.
+        std::size_t lines = 1;
         for (std::size_t column = 0; column < columns; ++column) {
-            text(column + shift,
-                 sheet.columns[column].heading2.empty() ? " " : sheet.columns[column].heading2, lastHeading_);
+            lines = std::max(lines, brokenLines(sheet.columns[column].readableHeading(),
+                                                columnWidth(sheet, column, firstRow)));
+        }
+        check(worksheet_set_row(sheet_, static_cast<lxw_row_t>(row_),
+                                kLineHeight * static_cast<double>(lines), nullptr));
+        if (shift != 0) text(0, " ", textHeading_);
+        for (std::size_t column = 0; column < columns; ++column) {
+            const Spreadsheet::Column& one = sheet.columns[column];
+            const std::string heading = one.readableHeading();
+            text(column + shift, heading.empty() ? " " : heading, one.isText() ? textHeading_ : heading_);
         }
         ++row_;
         worksheet_freeze_panes(sheet_, static_cast<lxw_row_t>(row_), static_cast<lxw_col_t>(shift));
     }
 
-    static constexpr std::size_t kLookedAt = 500; // rows looked at for a column's width
-
-    static std::size_t widthOf(const Spreadsheet& sheet, std::size_t column, std::size_t firstRow) {
-        const Spreadsheet::Column& one = sheet.columns[column];
-        std::size_t widest = std::max({std::size_t{8}, textWidth(one.heading1), textWidth(one.heading2)});
-        for (std::size_t row = firstRow; row < std::min(firstRow + kLookedAt, one.size()); ++row)
-            widest = std::max(widest, textWidth(sheet.cellText(row, column)));
-        return widest;
-    }
-
     void setWidth(std::size_t column, std::size_t characters) {
         const auto place = static_cast<lxw_col_t>(column);
-        worksheet_set_column(sheet_, place, place,
-                             static_cast<double>(std::min<std::size_t>(characters, 60)) + 2.0, nullptr);
+        worksheet_set_column(sheet_, place, place, static_cast<double>(characters) + 2.0, nullptr);
     }
 
     static std::size_t columnsOf(const Spreadsheet& sheet) {
@@ -266,9 +266,9 @@ private:
                                      value, look));
     }
 
-    PlainNumbers plain_;
+    PlainNumbers plain_; // a decimal comma would spoil the file
     std::filesystem::path target_;
-    PendingFile pending_;
+    const PendingFile& pending_;
     std::string directory_;
     std::unique_ptr<lxw_workbook, Free> book_;
     lxw_worksheet* sheet_ = nullptr;
@@ -279,17 +279,24 @@ private:
     lxw_format* bold_ = nullptr;
     lxw_format* text_ = nullptr;
     lxw_format* heading_ = nullptr;
-    lxw_format* lastHeading_ = nullptr;
+    lxw_format* textHeading_ = nullptr;
+    lxw_format* note_ = nullptr;
 };
 
 } // namespace
 
 void writeXlsx(const ResultsBook& book, const std::filesystem::path& target) {
+    PendingFile pending(target);
+    writeXlsx(book, pending);
+    pending.commit();
+}
+
+void writeXlsx(const ResultsBook& book, const PendingFile& pending) {
     std::size_t cells = 0;
     const auto sheets = book.all<Spreadsheet>();
     for (const Spreadsheet* sheet : sheets)
         cells += sheet->rowCount() * (sheet->columns.size() + 1);
-    Workbook workbook(target,
+    Workbook workbook(pending,
                       cells > 20'000'000); // beyond this a sheet may outgrow the plain container's 4 GB
     workbook.addReport(book);
     for (const Spreadsheet* sheet : sheets)

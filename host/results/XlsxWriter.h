@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "host/results/OutputFile.h"
 #include "host/results/ResultsBook.h"
 
 namespace korvana {
@@ -11,5 +12,7 @@ namespace korvana {
 /// further sheets. Numbers keep full precision and show the column's format. Rows are streamed. Throws
 /// `std::runtime_error` naming the file when it cannot be written; then no file is left.
 void writeXlsx(const ResultsBook& book, const std::filesystem::path& target);
+/// The same into a file that somebody else commits.
+void writeXlsx(const ResultsBook& book, const PendingFile& pending);
 
 } // namespace korvana

@@ -27,7 +27,7 @@ struct CliTest : ::testing::Test {
     Outcome run(const std::vector<std::string>& arguments) {
         std::ostringstream out;
         std::ostringstream err;
-        Console console{out, err, terminal, signals};
+        Console console{out, err, terminal};
         const int code = cli::run(arguments, console);
         return {code, out.str(), err.str()};
     }
@@ -47,7 +47,6 @@ struct CliTest : ::testing::Test {
 
     const std::filesystem::path folder =
         std::filesystem::temp_directory_path() / ("korvana-cli-" + std::to_string(getpid()));
-    StopSignals signals;
     bool terminal = false;
 };
 

@@ -122,7 +122,7 @@ TEST_F(UsageTest, AModuleThatIsNotThereIsNamed) {
 TEST_F(UsageTest, AnOutputThatCannotBeWrittenIsAnError) {
     std::ofstream full("/dev/full");
     std::ostringstream err;
-    Console console{full, err, false, signals};
+    Console console{full, err, false};
     EXPECT_EQ(cli::run({"info", data}, console), ExitUsage);
     EXPECT_EQ(err.str(), "korvana: standard output cannot be written\n");
 }

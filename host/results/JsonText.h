@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvana {
+
+/// JSON in the making: collects text and passes it on in pieces.
+class JsonText {
+public:
+    explicit JsonText(std::ostream& out) : out_(out) {}
+
+    JsonText& raw(std::string_view text) {
+        text_ += text;
+        if (text_.size() > kPiece) flush();
+        return *this;
+    }
+
+    /// A text in quotes.
+    JsonText& string(std::string_view text);
+
+    /// At full precision; null when it is not finite.
+    JsonText& number(double value);
+
+    /// [one, two, ...] with `write` called for each.
+    template <class List, class Write>
+    JsonText& array(const List& list, std::string_view separator, Write write) {
+        raw("[");
+        bool first = true;
+        for (const auto& one : list) {
+            if (!first) raw(separator);
+            first = false;
+            write(one);
+        }
+        return raw("]");
+    }
+
+    JsonText& strings(const std::vector<std::string>& list) {
+        return array(list, ", ", [this](const std::string& one) { string(one); });
+    }
+
+    void flush();
+
+private:
+    static constexpr std::size_t kPiece = 32768;
+
+    void appendCharacter(char32_t code);
+
+    std::ostream& out_;
+    std::string text_;
+};
+
+} // namespace korvana

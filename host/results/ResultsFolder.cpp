@@ -1,0 +1,145 @@
+#include "host/results/ResultsFolder.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+#include "host/results/JsonWriter.h"
+
+namespace korvana {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Reads the beginning of a results.json: what names the program, and the list of files behind it. The
+/// results, which may be large, are not read.
+class ListOfFiles : public nlohmann::json_sax<nlohmann::json> {
+public:
+    std::vector<std::string> files;
+
+    bool start_object(std::size_t /*count*/) override {
+        ++depth_;
+        return true;
+    }
+    bool end_object() override { return --depth_ > 0; }
+    bool key(std::string& name) override {
+        if (depth_ == 1) key_ = name;
+        return !(depth_ == 1 && isOurs_ && !files.empty());
+    }
+    bool start_array(std::size_t /*count*/) override {
+        // Anything but the list comes after it.
+        if (depth_ == 0 || (depth_ == 1 && key_ != "files")) return false;
+        ++depth_;
+        return isOurs_;
+    }
+    bool end_array() override { return --depth_ > 1; }
+    bool string(std::string& text) override {
+        if (depth_ == 1 && key_ == "format") isOurs_ = text == kResultsFormat;
+        if (depth_ == 2 && key_ == "files") files.push_back(text);
+        return true;
+    }
+    bool null() override { return true; }
+    bool boolean(bool /*value*/) override { return true; }
+    bool number_integer(number_integer_t /*value*/) override { return true; }
+    bool number_unsigned(number_unsigned_t /*value*/) override { return true; }
+    bool number_float(number_float_t /*value*/, const string_t& /*text*/) override { return true; }
+    bool binary(binary_t& /*value*/) override { return true; }
+    bool parse_error(std::size_t /*position*/, const std::string& /*last*/,
+                     const nlohmann::detail::exception& /*why*/) override {
+        return false;
+    }
+
+private:
+    int depth_ = 0;
+    std::string key_;
+    bool isOurs_ = false;
+};
+
+bool isOfAKindWritten(const fs::path& name) {
+    constexpr std::array<std::string_view, 8> kEndings{".json", ".txt", ".csv", ".html",
+                                                       ".xlsx", ".svg", ".png", ".pdf"};
+    return std::find(kEndings.begin(), kEndings.end(), name.extension().string()) != kEndings.end();
+}
+
+/// A list may have been written by anybody: only plain files beside it count.
+bool isPlainFileIn(const fs::path& directory, const std::string& name) {
+    if (name.empty() || name.find('/') != std::string::npos || name.find('\0') != std::string::npos)
+        return false;
+    std::error_code ignored;
+    return isOfAKindWritten(name) &&
+           fs::symlink_status(directory / name, ignored).type() == fs::file_type::regular;
+}
+
+} // namespace
+
+std::vector<std::string> filesOfRun(const fs::path& directory) {
+    std::vector<std::string> found;
+    for (const std::string_view list : {kResultsJson, kFileList}) {
+        if (!isPlainFileIn(directory, std::string(list))) continue;
+        std::ifstream in(directory / list, std::ios::binary);
+        ListOfFiles reader;
+        nlohmann::json::sax_parse(in, &reader);
+        if (reader.files.empty()) continue;
+        reader.files.emplace_back(list);
+        for (std::string& name : reader.files)
+            if (isPlainFileIn(directory, name)) found.push_back(std::move(name));
+    }
+    return found;
+}
+
+ResultsFolder::ResultsFolder(fs::path path) : path_(std::move(path)) {
+    // Level by level, so that those made here, and no others, are removed again.
+    std::vector<fs::path> missing;
+    std::error_code error;
+    for (fs::path level = fs::absolute(path_); !fs::exists(level, error) && level.has_relative_path();
+         level = level.parent_path())
+        if (level.has_filename()) missing.push_back(level);
+    for (auto level = missing.rbegin(); level != missing.rend() && !error; ++level) {
+        made_.emplace_front(*level);
+        if (!fs::create_directory(*level, error)) made_.front().keep();
+    }
+    std::error_code unknown;
+    if (!fs::is_directory(path_, unknown)) {
+        throw std::runtime_error("cannot create the directory '" + path_.string() +
+                                 "': " + (error ? error.message() : "a file of that name is in the way"));
+    }
+}
+
+PendingFile& ResultsFolder::add(const std::string& name) {
+    PendingFile& file = files_.emplace_back(path_ / name);
+    names_.push_back(name);
+    return file;
+}
+
+std::vector<fs::path> ResultsFolder::commit() {
+    std::vector<fs::path> written;
+    for (const std::string& name : names_)
+        written.push_back(path_ / name);
+    const bool listed = std::find(names_.begin(), names_.end(), kResultsJson) != names_.end();
+    if (!listed) {
+        OutputFile list(files_.emplace_back(path_ / kFileList));
+        writeFileList(names_, list.stream());
+        list.close();
+    }
+    std::vector<std::string> leftOver = filesOfRun(path_);
+    std::erase_if(leftOver, [&](const std::string& name) {
+        return std::find(names_.begin(), names_.end(), name) != names_.end() ||
+               (!listed && name == kFileList);
+    });
+
+    const HeldSignals untilDone;
+    for (PendingFile& file : files_)
+        file.commit();
+    for (Unfinished& directory : made_)
+        directory.keep();
+    for (const std::string& name : leftOver)
+        ::unlink((path_ / name).c_str());
+    return written;
+}
+
+} // namespace korvana

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <deque>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/results/OutputFile.h"
+
+namespace korvana {
+
+inline constexpr std::string_view kResultsJson = "results.json";
+/// Lists the files of a run that writes no results.json.
+inline constexpr std::string_view kFileList = ".korvana-files.json";
+
+/// A directory that holds the files of one run. All of them appear together in `commit`, which also removes
+/// the files that an earlier run left there and this one does not have; until then that run stays whole.
+/// Failures are `std::runtime_error`s that name the file.
+class ResultsFolder {
+public:
+    /// Makes the directory if there is none; it goes again if nothing is committed.
+    explicit ResultsFolder(std::filesystem::path path);
+
+    /// A file to be filled before `commit`. It holds as long as the folder.
+    PendingFile& add(const std::string& name);
+    /// The names added so far, in their order.
+    [[nodiscard]] const std::vector<std::string>& names() const { return names_; }
+    [[nodiscard]] std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+
+    /// Answers the files added, in their order.
+    std::vector<std::filesystem::path> commit();
+
+private:
+    std::filesystem::path path_;
+    std::deque<Unfinished> made_; // the deepest first: it is the first to go
+    std::deque<PendingFile> files_;
+    std::vector<std::string> names_;
+};
+
+/// The files that the run in a directory says it wrote, as far as they are there, plain files in that very
+/// directory, and of a kind that is written there. Nothing when no run left its list.
+[[nodiscard]] std::vector<std::string> filesOfRun(const std::filesystem::path& directory);
+
+} // namespace korvana

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "host/results/Spreadsheet.h"
+
+namespace korvana {
+
+/// Widths in characters, as a workbook's columns should have them: that of the cells (the first 500 from a
+/// row on) and of the heading once it is broken into lines; 8 to 60.
+[[nodiscard]] std::size_t columnWidth(const Spreadsheet& sheet, std::size_t column, std::size_t firstRow);
+[[nodiscard]] std::size_t rowHeadingWidth(const Spreadsheet& sheet, std::size_t firstRow);
+
+/// How many lines a text takes that is broken between words.
+[[nodiscard]] std::size_t brokenLines(std::string_view text, std::size_t width);
+
+} // namespace korvana

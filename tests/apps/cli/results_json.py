@@ -1,0 +1,89 @@
+"""Holds the results.json of real runs of every analysis against docs/results.schema.json.
+
+usage: results_json.py KORVANA SOURCE_FOLDER"""
+import copy
+import json
+import os
+import subprocess
+import sys
+import tempfile
+
+import jsonschema
+
+korvana, source = sys.argv[1:3]
+environment = dict(os.environ, QT_QPA_PLATFORM="offscreen")
+data = os.path.join(source, "examples", "data")
+aml = [os.path.join(data, "aml.csv"), "--time", "time", "--censor", "status", "--complete", "1", "--censored", "0"]
+
+# Every command that makes outputs, with arguments that use what a run can be told.
+runs = {
+    "kaplan-meier": [aml, aml + ["--select", "time > 5", "--weight", "time", "--missing", "time=9", "--level", "0.9"]],
+    "two-sample": [aml + ["--group", "group", "--group1", "Maintained", "--group2", "Nonmaintained"]],
+}
+
+
+def run(*arguments):
+    return subprocess.run([korvana, *arguments], env=environment, check=True, capture_output=True, text=True)
+
+
+listed = run("--help").stdout.split("Commands:")[1].split("Options:")[0]
+commands = [line.split()[0] for line in listed.splitlines() if line.startswith("  ") and line[2] != " "]
+making = {name for name in commands if "--outputs" in run(name, "--help").stdout}
+assert making == set(runs), f"commands that make outputs: {making}; tried here: {set(runs)}"
+
+with open(os.path.join(source, "docs", "results.schema.json"), encoding="utf-8") as file:
+    schema = json.load(file)
+jsonschema.Draft7Validator.check_schema(schema)
+validator = jsonschema.Draft7Validator(schema)
+
+
+def hold(results, what):
+    for error in validator.iter_errors(results):
+        raise SystemExit(f"{what}: {'/'.join(map(str, error.absolute_path))}: {error.message[:300]}")
+    for kind in ["reports", "spreadsheets", "charts"]:
+        ids = [output["id"] for output in results[kind]]
+        assert all(ids) and len(ids) == len(set(ids)), f"{what}: {kind} are called {ids}"
+        for output in results[kind]:
+            assert output["origin"]["run"] < len(results["runs"]), f"{what}: {output['id']}"
+    for sheet in results["spreadsheets"]:
+        ids = sheet["columnIds"]
+        named = [name for name in ids if name]
+        assert len(ids) == len(sheet["columns"]) and len(named) == len(set(named)), f"{what}: {sheet['title']}: {ids}"
+        assert all(len(row["cells"]) == len(ids) for row in sheet["rows"]), f"{what}: {sheet['title']}"
+
+
+with tempfile.TemporaryDirectory() as scratch:
+    for name, lines in runs.items():
+        for place, arguments in enumerate(lines):
+            folder = os.path.join(scratch, f"{name}-{place}")
+            run(name, *arguments, "-o", folder, "--format", "json,csv,svg")
+            with open(os.path.join(folder, "results.json"), encoding="utf-8") as file:
+                text = file.read()
+            results = json.loads(text)
+            hold(results, name)
+            assert sorted(results["files"]) == sorted(os.listdir(folder)), results["files"]
+            run(name, *arguments, "-o", folder, "--format", "json,csv,svg")
+            with open(os.path.join(folder, "results.json"), encoding="utf-8") as file:
+                assert file.read() == text, f"{name}: the same run gave another results.json"
+            on_screen = json.loads(run(name, *arguments, "--format", "json").stdout)
+            hold(on_screen, name)
+            assert on_screen["files"] == []
+
+    # What was asked for can be read off: by names that stay.
+    with open(os.path.join(scratch, "kaplan-meier-1", "results.json"), encoding="utf-8") as file:
+        results = json.load(file)
+    state = results["runs"][0]["data"]
+    assert (state["condition"], state["weightVariable"]) == ("time > 5", "time"), state
+    assert state["missingCodes"] == [{"variable": "time", "code": 9}], state
+    assert 0 < state["selectedCases"] < state["cases"], state
+    specification = results["runs"][0]["dialogs"][-1]["settings"]
+    assert [role["variables"] for role in specification["Variables"]] == [["time"], ["status"]], specification
+    assert specification["CodeForCompleteResponses"]["code"] == 1, specification
+    assert results["spreadsheets"][0]["origin"]["settings"]["ConfidenceLevel"] == 0.9, results["spreadsheets"][0]
+
+# The schema notices what it should.
+for spoil in [lambda r: r.pop("program"), lambda r: r.update(extra=1), lambda r: r["charts"][0].pop("id"),
+              lambda r: r["runs"][0]["data"].update(cases=-1), lambda r: r["spreadsheets"][0].update(columnIds="x")]:
+    spoilt = copy.deepcopy(results)
+    spoil(spoilt)
+    assert list(validator.iter_errors(spoilt)), "a spoilt file was accepted"

@@ -1,0 +1,82 @@
+#include <nlohmann/json.hpp>
+#include <set>
+
+#include "host/results/ResultsFolder.h"
+#include "host/results/WriteBook.h"
+#include "tests/host/results/Books.h"
+#include "tests/host/results/FilesFixture.h"
+
+namespace korvana {
+namespace {
+
+/// A folder holds one run: what an earlier one listed goes, what anybody else has there stays.
+TEST_F(Files, AFolderHoldsOneRun) {
+    const auto names = [this] {
+        std::set<std::string> found;
+        for (const auto& entry : fs::directory_iterator(directory_))
+            found.insert(entry.path().filename().string());
+        return found;
+    };
+    const std::string list(kFileList);
+    for (const char* formats : {"json,csv,svg", "csv,svg"}) {
+        writeFile(directory_ / "mine.csv", "mine");
+        writeBook(test::smallBook(), directory_, parseFormats(formats));
+        EXPECT_TRUE(names().contains("estimate-bounds-group-1-1.svg")) << formats;
+        writeBook(bigBook(3), directory_, parseFormats("csv"));
+        EXPECT_EQ(names(), (std::set<std::string>{"mine.csv", "big.csv", list})) << "after " << formats;
+        writeBook(bigBook(3), directory_, parseFormats("json,txt"));
+        EXPECT_EQ(names(), (std::set<std::string>{"mine.csv", "results.json", "report.txt"}));
+        const auto json = nlohmann::json::parse(read(directory_ / "results.json"));
+        EXPECT_EQ(json["files"], nlohmann::json({"report.txt", "results.json"}));
+    }
+}
+
+/// A list of files may say anything: nothing but plain files beside it, of the kinds written there, is
+/// removed.
+TEST_F(Files, AListOfFilesIsNotTrusted) {
+    const fs::path inside = directory_ / "in";
+    fs::create_directories(inside / "folder.csv");
+    writeFile(directory_ / "out.csv", "out");
+    writeFile(inside / "thesis.odt", "thesis");
+    writeFile(inside / "old.csv", "old");
+    fs::create_symlink(directory_ / "out.csv", inside / "link.csv");
+    const nlohmann::json files{
+        "../out.csv", (directory_ / "out.csv").string(), "folder.csv", "link.csv", "..",
+        "thesis.odt", std::string("old.csv\0x.csv", 13), "",           "old.csv"};
+    nlohmann::ordered_json head{{"format", "korvana-results"}, {"files", files}, {"notes", {"ends"}}};
+    writeFile(inside / "results.json", head.dump());
+    EXPECT_EQ(filesOfRun(inside), (std::vector<std::string>{"old.csv", "results.json"}));
+    writeBook(bigBook(1), inside, parseFormats("txt"));
+    for (const char* kept : {"folder.csv", "thesis.odt", "link.csv", "../out.csv"})
+        EXPECT_TRUE(fs::exists(inside / kept)) << kept;
+    EXPECT_FALSE(fs::exists(inside / "old.csv"));
+    fs::remove(inside / kFileList);
+
+    // Somebody else's file of that name says nothing to us.
+    for (const char* other :
+         {"", "[]", "7", "{\"files\": [\"x.csv\"]}", "{\"format\": \"x\", \"files\": [\"x.csv\"]}",
+          "{\"format\": \"korvana-results\", \"files\": \"x.csv\"}", "{\"format\": \"korvana-res"}) {
+        writeFile(inside / "x.csv", "x");
+        writeFile(inside / "results.json", other);
+        EXPECT_TRUE(filesOfRun(inside).empty()) << other;
+    }
+}
+
+/// A run that fails leaves the folder as it was, and none that it made.
+TEST_F(Files, ARunThatFailsChangesNothing) {
+    writeBook(test::smallBook(), directory_, parseFormats("json,csv"));
+    const std::string before = read(directory_ / "results.json");
+    const std::size_t count = entries();
+    {
+        const SmallDisk disk(50000);
+        EXPECT_NE(failureOf([&] { writeBook(bigBook(9000), directory_, parseFormats("txt,json,csv")); }), "");
+        EXPECT_NE(
+            failureOf([&] { writeBook(bigBook(9000), directory_ / "a" / "b", parseFormats("txt,csv")); }),
+            "");
+    }
+    EXPECT_EQ(read(directory_ / "results.json"), before);
+    EXPECT_EQ(entries(), count);
+}
+
+} // namespace
+} // namespace korvana

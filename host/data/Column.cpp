@@ -1,25 +1,84 @@
 #include "host/data/Column.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <new>
+#include <utility>
 
 #include <sys/mman.h>
 
 namespace korvana {
+namespace {
+
+constexpr std::size_t bigPage = std::size_t{2} << 20;
+
+bool isBig(std::size_t bytes) {
+    return bytes >= 2 * bigPage;
+}
+
+std::size_t bytesFor(std::size_t cells) {
+    if (cells > std::numeric_limits<std::size_t>::max() / sizeof(double) - bigPage) throw std::bad_alloc();
+    const std::size_t bytes = std::max<std::size_t>(cells, 1) * sizeof(double);
+    return isBig(bytes) ? (bytes + bigPage - 1) / bigPage * bigPage : bytes;
+}
+
+/** Memory that begins with a big page. A big column asks for such pages: fewer faults while it is filled. It
+   need not get them. */
+void* mapBig(std::size_t bytes) {
+    void* const memory =
+        mmap(nullptr, bytes + bigPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (memory == MAP_FAILED) throw std::bad_alloc();
+    char* const begin = static_cast<char*>(memory);
+    const std::size_t over = reinterpret_cast<std::uintptr_t>(begin) % bigPage; // NOLINT: an alignment
+    const std::size_t head = over == 0 ? 0 : bigPage - over;
+    if (head > 0) munmap(begin, head);
+    munmap(begin + head + bytes, bigPage - head);
+    madvise(begin + head, bytes, MADV_HUGEPAGE);
+    return begin + head;
+}
+
+} // namespace
 
 Column::Column(std::size_t cells) {
-    // A big column asks for big pages: fewer faults while it is filled. It need not get them.
-    constexpr std::size_t bigPage = std::size_t{2} << 20;
-    if (cells > std::numeric_limits<std::size_t>::max() / sizeof(double) - bigPage) throw std::bad_alloc();
-    std::size_t bytes = std::max<std::size_t>(cells, 1) * sizeof(double);
-    const bool big = bytes >= 2 * bigPage;
-    const std::size_t alignment = big ? bigPage : 64;
-    bytes = (bytes + alignment - 1) / alignment * alignment;
-    void* memory = std::aligned_alloc(alignment, bytes);
+    const std::size_t bytes = bytesFor(cells);
+    void* const memory = isBig(bytes) ? mapBig(bytes) : std::malloc(bytes);
     if (memory == nullptr) throw std::bad_alloc();
-    if (big) madvise(memory, bytes, MADV_HUGEPAGE);
-    cells_.reset(static_cast<double*>(memory));
+    cells_ = static_cast<double*>(memory);
+    bytes_ = bytes;
+}
+
+Column::Column(Column&& other) noexcept
+    : cells_(std::exchange(other.cells_, nullptr)), bytes_(std::exchange(other.bytes_, 0)) {}
+
+Column& Column::operator=(Column&& other) noexcept {
+    std::swap(cells_, other.cells_);
+    std::swap(bytes_, other.bytes_);
+    return *this;
+}
+
+Column::~Column() {
+    if (isBig(bytes_))
+        munmap(cells_, bytes_);
+    else
+        std::free(cells_);
+}
+
+void Column::resize(std::size_t cells) {
+    const std::size_t bytes = bytesFor(cells);
+    if (bytes == bytes_) return;
+    if (isBig(bytes) && isBig(bytes_)) {
+        void* const memory = mremap(cells_, bytes_, bytes, MREMAP_MAYMOVE);
+        if (memory == MAP_FAILED) throw std::bad_alloc();
+        cells_ = static_cast<double*>(memory);
+        bytes_ = bytes;
+        return;
+    }
+    Column other(cells);
+    if (cells_ != nullptr) std::memcpy(other.cells_, cells_, std::min(bytes, bytes_));
+    *this = std::move(other);
 }
 
 } // namespace korvana

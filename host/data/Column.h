@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdlib>
-#include <memory>
 #include <span>
 
 namespace korvana {
@@ -13,15 +11,22 @@ class Column {
 public:
     Column() = default;
     explicit Column(std::size_t cells);
+    Column(Column&& other) noexcept;
+    Column& operator=(Column&& other) noexcept;
+    Column(const Column&) = delete;
+    Column& operator=(const Column&) = delete;
+    ~Column();
 
-    double* data() { return cells_.get(); }
-    std::span<const double> cells(std::size_t count) const { return {cells_.get(), count}; }
+    /** Makes room for more cells or fewer. The cells keep their values, and big columns their memory: they
+       are not copied. They may move. When this throws, nothing has changed. */
+    void resize(std::size_t cells);
+
+    double* data() { return cells_; }
+    std::span<const double> cells(std::size_t count) const { return {cells_, count}; }
 
 private:
-    struct Release {
-        void operator()(double* cells) const { std::free(cells); }
-    };
-    std::unique_ptr<double[], Release> cells_;
+    double* cells_ = nullptr;
+    std::size_t bytes_ = 0;
 };
 
 } // namespace korvana

@@ -1,30 +1,39 @@
 #pragma once
 
+#include "host/data/TextEncoding.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
 
 namespace korvana {
 
-/** Counts of the cells of one column by what they hold, with the offset of the first cell of each sort. */
+/** Where a cell stands, and what stands there, for messages. */
+struct CellPlace {
+    std::int64_t line = std::numeric_limits<std::int64_t>::max(); ///< none: the greatest
+    std::string text;
+};
+
+/** Counts of the cells of one column by what they hold, with the first cell of each sort. */
 struct ColumnTally {
     enum Sort { Number, Date, BadDate, TooBig, Text, Comma, Point, sortCount };
-    static constexpr std::size_t nowhere = static_cast<std::size_t>(-1);
 
     std::array<std::int64_t, sortCount> count{};
-    std::array<std::size_t, sortCount> first;
+    std::array<CellPlace, sortCount> first;
 
-    ColumnTally() { first.fill(nowhere); }
-
-    void add(Sort sort, std::size_t offset) {
-        if (count[sort]++ == 0) first[sort] = offset;
+    /** Cells are to be added in the order of their lines. */
+    void add(Sort sort, std::int64_t line, std::string_view text) {
+        if (count[sort]++ == 0) first[sort] = {line, brief(text)};
     }
 
-    /** Adds the counts of a later piece of the column. */
-    void append(const ColumnTally& later) {
+    /** Adds the counts of other cells of the column. */
+    void merge(const ColumnTally& other) {
         for (std::size_t sort = 0; sort < sortCount; ++sort) {
-            if (count[sort] == 0) first[sort] = later.first[sort];
-            count[sort] += later.count[sort];
+            count[sort] += other.count[sort];
+            if (other.first[sort].line < first[sort].line) first[sort] = other.first[sort];
         }
     }
 

@@ -1,7 +1,7 @@
 #include "host/data/DelimitedFormat.h"
 
 #include "host/data/DataError.h"
-#include "host/data/RowIndex.h"
+#include "host/data/RowCutter.h"
 
 #include <algorithm>
 #include <array>
@@ -82,43 +82,35 @@ Dialect findDialect(std::string_view text, const ReadOptions& options, const std
     return dialect;
 }
 
-std::size_t endOfRows(std::string_view text, char separator) {
-    std::size_t end = text.size();
-    while (end > 0) {
-        const char c = text[end - 1];
-        if (c != '\n' && c != '\r' && c != ' ' && (c != '\t' || separator == '\t')) break;
-        --end;
+/** Skips lines without any character but blanks; false when there is nothing behind them. */
+bool skipBlankLines(std::string_view text, DelimitedFormat& format) {
+    for (std::size_t i = format.begin; i < text.size(); ++i) {
+        if (!isBlankCharacter(text[i], format.dialect.separator)) return true;
+        if (text[i] != '\n') continue;
+        format.begin = i + 1;
+        ++format.firstLine;
     }
-    return end;
-}
-
-/** Skips lines without any character but blanks. */
-void skipBlankLines(std::string_view text, DelimitedFormat& format) {
-    for (std::size_t i = format.begin; i < format.end; ++i) {
-        if (text[i] == '\n') {
-            format.begin = i + 1;
-            ++format.firstLine;
-        } else if (text[i] != ' ' && text[i] != '\r' &&
-                   (text[i] != '\t' || format.dialect.separator == '\t')) {
-            return;
-        }
-    }
+    return false;
 }
 
 struct FirstRow {
+    bool ends = false; ///< not with the text
     std::vector<std::string> cells;
     bool anyText = false;
     bool anyValue = false; ///< a number, a date, NA or a lone point
     std::size_t next = 0;  ///< offset of the row that follows
 };
 
-FirstRow readFirstRow(std::string_view text, const DelimitedFormat& format, const std::string& file) {
+/** @param whole  the text ends here; otherwise a row that does not end in it may be half a row */
+FirstRow readFirstRow(std::string_view text, bool whole, const DelimitedFormat& format,
+                      const std::string& file) {
     FirstRow row;
     std::string scratch;
     const char* p = text.data() + format.begin;
-    const char* const end = text.data() + format.end;
+    const char* const end = text.data() + text.size();
     for (;;) {
         const RawCell cell = readCell(p, end, format.dialect.separator, scratch);
+        if (cell.next == end && !whole) return row;
         const auto number = static_cast<std::int64_t>(row.cells.size()) + 1;
         if (cell.fault == CellFault::OpenQuote) {
             throw DataError(file, format.firstLine, number,
@@ -143,48 +135,44 @@ FirstRow readFirstRow(std::string_view text, const DelimitedFormat& format, cons
         ++p;
     }
     row.next = static_cast<std::size_t>(p - text.data()) + (p < end ? 1 : 0);
+    row.ends = true;
     return row;
 }
 
 } // namespace
 
-void refuseNul(std::string_view text, std::size_t offset, const std::string& file) {
-    if (offset >= text.size()) return;
-    throw DataError(
-        file, 1 + countLineFeeds(text.substr(0, offset)), 0,
-        "the file contains NUL bytes, so it is not text (or not UTF-8); save the data as text with "
-        "commas, semicolons or tabs (.csv) in UTF-8");
-}
-
-DelimitedFormat findFormat(std::string_view text, const ReadOptions& options, const std::string& file) {
+std::optional<DelimitedFormat> findFormat(std::string_view text, bool whole, const ReadOptions& options,
+                                          const std::string& file) {
     if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
         throw DataError(file, 1, 0, "the text is coded in UTF-16; save the file as UTF-8");
     constexpr std::size_t beginning = std::size_t{64} << 10;
-    refuseNul(text, text.substr(0, beginning).find('\0'), file); // the other bytes are looked at later
+    refuseNul(text.substr(0, beginning), 1, file); // the other bytes are looked at later
     DelimitedFormat format;
     if (text.starts_with("\xEF\xBB\xBF")) format.begin = 3;
     format.dialect = findDialect(text.substr(format.begin), options, file);
-    format.end = std::max(endOfRows(text, format.dialect.separator), format.begin);
-    skipBlankLines(text, format);
-    if (format.begin == format.end)
+    if (!skipBlankLines(text, format)) {
+        if (!whole) return std::nullopt;
         throw DataError(file, 0, 0, "the file has no text but blanks; give it a line of names and the cases");
-
-    FirstRow first = readFirstRow(text, format, file);
+    }
+    FirstRow first = readFirstRow(text, whole, format, file);
+    if (!first.ends) return std::nullopt;
     format.columns = first.cells.size();
     const bool header = options.header == HeaderLine::Yes ||
                         (options.header == HeaderLine::Automatic && first.anyText && !first.anyValue);
     if (!header) return format;
+    const std::int64_t headerLine = format.firstLine;
     format.firstLine += countLineFeeds(text.substr(format.begin, first.next - format.begin));
     format.begin = first.next;
     format.header = std::move(first.cells);
     format.caseNames = format.columns > 1 && format.header.front().empty();
-    if (format.columns > 1) skipBlankLines(text, format);
-    if (format.begin >= format.end) {
-        throw DataError(file, format.firstLine, 0,
+    DelimitedFormat rows = format;
+    if (!skipBlankLines(text, rows)) {
+        if (!whole) return std::nullopt;
+        throw DataError(file, headerLine, 0,
                         "there are no cases below the line of variable names; add them, or read the file "
                         "without a header");
     }
-    return format;
+    return format.columns > 1 ? rows : format;
 }
 
 } // namespace korvana

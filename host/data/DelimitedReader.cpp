@@ -1,13 +1,15 @@
 #include "host/data/DelimitedReader.h"
 
+#include "host/data/ColumnKinds.h"
 #include "host/data/DelimitedTable.h"
+#include "host/data/GrowingColumns.h"
 #include "host/data/TextColumns.h"
-#include "host/data/TextEncoding.h"
 #include "host/data/VariableNames.h"
 #include "host/data/Workers.h"
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <thread>
 #include <utility>
 
@@ -16,45 +18,118 @@ namespace {
 
 constexpr auto mostVariables = static_cast<std::size_t>(maxVariables);
 
+/** The beginning of a text, as much of it as its format takes to be known. */
+struct Head {
+    std::string text;
+    bool whole = false; ///< there is no more
+
+    void grow(ByteSource& source, std::size_t bytes) {
+        const std::size_t before = text.size();
+        text.resize(bytes);
+        const std::size_t count = source.readFully({text.data() + before, bytes - before});
+        whole = before + count < bytes;
+        text.resize(before + count);
+    }
+};
+
+DelimitedFormat findFormat(Head& head, ByteSource& source, const ReadOptions& options) {
+    constexpr std::size_t beginning = std::size_t{1} << 20;
+    const std::size_t known = source.size();
+    for (std::size_t bytes = known > 0 && known < beginning ? known + 1 : beginning;; bytes *= 2) {
+        if (bytes > mostRowBytes) {
+            throw DataError(source.name(), 1, 0,
+                            "no row ends within 256 MB; check whether a quotation mark is never closed, and "
+                            "the line ends");
+        }
+        head.grow(source, bytes);
+        if (auto format = findFormat(head.text, head.whole, options, source.name())) return *format;
+    }
+}
+
 unsigned threadsFor(const ReaderTuning& tuning, std::size_t bytes) {
     if (tuning.threads > 0) return tuning.threads;
     constexpr std::size_t bigFile = 4 << 20; // below, starting a thread does not pay
     return bytes < bigFile ? 1 : std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
 }
 
+/** What those who read the numbers share. */
+struct NumberPass {
+    ByteSource& source;
+    DelimitedTable& table;
+    RowCutter cutter;
+    GrowingColumns columns;
+    std::int64_t maxCases;
+    std::size_t bytesCut = 0;
+
+    void makeRoom(const RowChunk& chunk) {
+        bytesCut += chunk.bytes;
+        const std::int64_t rows = chunk.firstRow + chunk.rowCount;
+        if (rows > maxCases) {
+            throw DataError(source.name(), 0, 0,
+                            "the file has more than " + std::to_string(maxCases) +
+                                " cases, which is the limit; split the file");
+        }
+        // As many rows as the file has when all of it is like what was seen; of a pipe, half as many again.
+        const double seen = static_cast<double>(table.format.begin + bytesCut);
+        const double all = 1.02 * std::max(static_cast<double>(source.size()), 1.5 * seen);
+        const double expected = static_cast<double>(rows) * (all / seen);
+        columns.require(static_cast<std::size_t>(rows),
+                        static_cast<std::size_t>(std::min(expected, static_cast<double>(maxCases))));
+    }
+};
+
+class NumberWorker final : public Worker {
+public:
+    explicit NumberWorker(NumberPass& pass) : tallies(pass.table.format.columns), pass_(pass) {}
+
+    bool take() override {
+        pass_.table.checkStop();
+        if (!pass_.cutter.next(chunk_)) return false;
+        pass_.makeRoom(chunk_.rows);
+        place_ = &pass_.table.chunks.emplace_back(chunk_.rows);
+        return true;
+    }
+
+    void work() override {
+        const auto hold = pass_.columns.hold();
+        // From now on the rows without blank lines; the first row does not tell of those yet.
+        place_->rowCount = readChunk(pass_.table, chunk_, pass_.columns.cells(), tallies);
+    }
+
+    std::vector<ColumnTally> tallies;
+
+private:
+    NumberPass& pass_;
+    ChunkText chunk_;
+    RowChunk* place_ = nullptr;
+};
+
 class Reading {
 public:
-    Reading(const FileBytes& file, const std::string& name, const ReadOptions& options,
-            const ReaderTuning& tuning)
-        : file_(file) {
-        table_.file = name;
+    Reading(ByteSource& source, const ReadOptions& options, const ReaderTuning& tuning)
+        : source_(source), tuning_(tuning) {
+        table_.file = source.name();
         table_.stop = options.stop;
-        table_.format = findFormat(file.view(), options, name);
+        table_.format = findFormat(head_, source, options);
         const DelimitedFormat& format = table_.format;
-        table_.text = file.view().substr(0, format.end);
-        threads_ = threadsFor(tuning, format.end);
+        threads_ = threadsFor(tuning, head_.whole          ? head_.text.size()
+                                      : source.size() == 0 ? static_cast<std::size_t>(-1)
+                                                           : source.size());
+        // No more room than a small text takes.
+        if (head_.whole) tuning_.chunkBytes = std::min(tuning_.chunkBytes, head_.text.size() + 1);
         first_ = format.caseNames ? 1 : 0;
         if (format.columns - first_ > mostVariables) {
-            throw DataError(name, 1, 0,
+            throw DataError(table_.file, 1, 0,
                             "the file has " + std::to_string(format.columns - first_) +
                                 " variables; the limit is " + std::to_string(mostVariables) +
                                 ", leave out those that are not needed");
         }
         table_.names = variableNames(format.header, format.columns, first_, notes_);
-        table_.index = indexRows(table_.text, format.begin, format.firstLine, format.dialect.separator,
-                                 std::max<std::size_t>(tuning.chunkBytes, 1), file);
-        refuseNul(table_.text, table_.index.nul, name);
-        if (table_.index.rowCount > tuning.maxCases) {
-            throw DataError(name, 0, 0,
-                            "the file has " + std::to_string(table_.index.rowCount) +
-                                " cases; the limit is " + std::to_string(tuning.maxCases) +
-                                ", split the file");
-        }
     }
 
     DataSet run() {
         readNumbers();
-        DataSet data(table_.file, static_cast<int>(table_.index.rowCount));
+        DataSet data(table_.file, static_cast<int>(table_.rowCount()));
         std::vector<Variable> variables(columns_.size());
         std::vector<TextColumn> texts;
         for (std::size_t i = first_; i < columns_.size(); ++i) {
@@ -64,56 +139,56 @@ public:
             noteMixture(i);
             texts.push_back({i, columns_[i].data(), {}});
         }
-        readTextColumns(table_, file_, threads_, texts);
+        CaseNames names;
+        const bool named = table_.format.caseNames && !namesAreNumbers();
+        readTextColumns(table_, source_, threads_, texts, named ? &names : nullptr);
         for (TextColumn& text : texts)
             variables[text.column0].valueLabels = std::move(text.labels);
-        if (table_.format.caseNames && !namesAreNumbers())
-            data.setCaseNames(readCaseNames(table_, file_, threads_));
+        if (named) data.setCaseNames(std::move(names));
         noteBlankSeparators();
         for (std::size_t i = first_; i < columns_.size(); ++i)
             data.addVariable(std::move(variables[i]), std::move(columns_[i]));
         for (std::string& note : notes_)
             data.addNote(std::move(note));
+        source_.checkUnchanged();
         return data;
     }
 
 private:
     void readNumbers() {
-        std::vector<double*> cells;
-        for (std::size_t i = 0; i < table_.format.columns; ++i) {
-            columns_.emplace_back(static_cast<std::size_t>(table_.index.rowCount));
-            cells.push_back(columns_.back().data());
+        const DelimitedFormat& format = table_.format;
+        NumberPass pass{source_, table_,
+                        RowCutter(source_, std::move(head_.text), format.begin, format.firstLine,
+                                  format.dialect.separator, tuning_.chunkBytes),
+                        GrowingColumns(format.columns), tuning_.maxCases};
+        std::vector<std::unique_ptr<Worker>> workers;
+        std::vector<NumberWorker*> readers;
+        for (unsigned i = 0; i < threads_; ++i) {
+            auto worker = std::make_unique<NumberWorker>(pass);
+            readers.push_back(worker.get());
+            workers.push_back(std::move(worker));
         }
-        std::vector<ChunkCells> chunks(table_.index.chunks.size());
-        forEachInOrder(chunks.size(), threads_, [&](std::size_t i) {
-            table_.checkStop();
-            const RowChunk& chunk = table_.index.chunks[i];
-            chunks[i] = readChunk(table_, chunk, cells);
-            file_.release(chunk.begin, chunk.end);
-        });
-        tallies_.resize(columns_.size());
-        for (const ChunkCells& chunk : chunks) {
+        runWorkers(workers);
+        tallies_ = std::move(readers.front()->tallies);
+        for (std::size_t k = 1; k < readers.size(); ++k)
             for (std::size_t i = 0; i < tallies_.size(); ++i)
-                tallies_[i].append(chunk.tallies[i]);
-        }
-        closeGaps(chunks);
+                tallies_[i].merge(readers[k]->tallies[i]);
+        closeGaps(pass.columns.cells());
+        columns_ = pass.columns.take(static_cast<std::size_t>(table_.rowCount()));
     }
 
     /** Blank lines were counted as rows: moves the cells behind them up. */
-    void closeGaps(const std::vector<ChunkCells>& chunks) {
+    void closeGaps(std::span<double* const> cells) {
         std::int64_t rows = 0;
-        for (std::size_t i = 0; i < chunks.size(); ++i) {
-            RowChunk& chunk = table_.index.chunks[i];
-            const auto bytes = static_cast<std::size_t>(chunks[i].rows) * sizeof(double);
+        for (RowChunk& chunk : table_.chunks) {
+            const auto bytes = static_cast<std::size_t>(chunk.rowCount) * sizeof(double);
             if (rows != chunk.firstRow) {
-                for (Column& column : columns_)
-                    std::memmove(column.data() + rows, column.data() + chunk.firstRow, bytes);
+                for (double* const column : cells)
+                    std::memmove(column + rows, column + chunk.firstRow, bytes);
             }
             chunk.firstRow = rows;
-            chunk.rowCount = chunks[i].rows;
-            rows += chunks[i].rows;
+            rows += chunk.rowCount;
         }
-        table_.index.rowCount = rows;
     }
 
     void noteMixture(std::size_t column) {
@@ -121,24 +196,25 @@ private:
         const bool numbers = tally.count[ColumnTally::Number] > 0;
         const auto regular = tally.count[numbers ? ColumnTally::Number : ColumnTally::Date];
         if (regular == 0) return;
-        std::size_t first = ColumnTally::nowhere;
+        const CellPlace* first = nullptr;
         for (const auto sort :
-             {ColumnTally::Text, ColumnTally::TooBig, ColumnTally::BadDate, ColumnTally::Date})
-            if (numbers || sort != ColumnTally::Date) first = std::min(first, tally.first[sort]);
-        std::string scratch;
-        const std::string cell = brief(table_.cellAt(first, scratch));
+             {ColumnTally::Text, ColumnTally::TooBig, ColumnTally::BadDate, ColumnTally::Date}) {
+            const CellPlace& place = tally.first[sort];
+            if ((numbers || sort != ColumnTally::Date) && (first == nullptr || place.line < first->line))
+                first = &place;
+        }
         const std::int64_t other = tally.filled() - regular;
-        notes_.push_back(
-            "variable '" + table_.names[column] + "': " + std::to_string(other) + " of " +
-            std::to_string(tally.filled()) + (other == 1 ? " cells is not a " : " cells are not ") +
-            (numbers ? "number" : "date") + (other == 1 ? "" : "s") + " (first: '" + cell + "', line " +
-            std::to_string(table_.index.lineOf(table_.text, first)) + "); read as text codes");
+        notes_.push_back("variable '" + table_.names[column] + "': " + std::to_string(other) + " of " +
+                         std::to_string(tally.filled()) +
+                         (other == 1 ? " cells is not a " : " cells are not ") +
+                         (numbers ? "number" : "date") + (other == 1 ? "" : "s") + " (first: '" +
+                         first->text + "', line " + std::to_string(first->line) + "); read as text codes");
     }
 
     /** A single column of texts with blanks inside is likely a table separated by blanks. */
     void noteBlankSeparators() {
         const bool suspect = table_.format.columns == 1 && !table_.format.header.empty() &&
-                             tallies_[0].count[ColumnTally::Text] == table_.index.rowCount &&
+                             tallies_[0].count[ColumnTally::Text] == table_.rowCount() &&
                              table_.format.header.front().find_first_of(" \t") != std::string::npos;
         if (suspect) {
             notes_.push_back("the file has a single column, '" + table_.names[0] +
@@ -148,7 +224,7 @@ private:
 
     /** Names that only repeat the number of the case are not worth their memory. */
     bool namesAreNumbers() {
-        const std::int64_t rows = table_.index.rowCount;
+        const std::int64_t rows = table_.rowCount();
         if (tallies_[0].count[ColumnTally::Number] != rows) return false;
         const double* const cells = columns_[0].data();
         for (std::int64_t i = 0; i < rows; ++i)
@@ -156,7 +232,9 @@ private:
         return true;
     }
 
-    const FileBytes& file_;
+    ByteSource& source_;
+    ReaderTuning tuning_;
+    Head head_;
     DelimitedTable table_;
     unsigned threads_ = 1;
     std::size_t first_ = 0; ///< the first column that is a variable
@@ -167,9 +245,13 @@ private:
 
 } // namespace
 
-DataSet readDelimited(const FileBytes& file, const std::string& name, const ReadOptions& options,
-                      const ReaderTuning& tuning) {
-    return Reading(file, name, options, tuning).run();
+DataSet readDelimited(ByteSource& source, const ReadOptions& options, const ReaderTuning& tuning) {
+    try {
+        return Reading(source, options, tuning).run();
+    } catch (const DataError&) {
+        source.checkUnchanged(); // what is wrong may be what changed
+        throw;
+    }
 }
 
 } // namespace korvana

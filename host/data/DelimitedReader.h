@@ -1,13 +1,12 @@
 #pragma once
 
+#include "host/data/ByteSource.h"
 #include "host/data/DataSet.h"
-#include "host/data/FileBytes.h"
 #include "host/data/ReadData.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <string>
 
 namespace korvana {
 
@@ -18,9 +17,10 @@ struct ReaderTuning {
     std::int64_t maxCases = std::numeric_limits<std::int32_t>::max();
 };
 
-/** Reads a text of cells separated by comma, semicolon or tab. Throws DataError; std::bad_alloc when memory
-   does not suffice. */
-DataSet readDelimited(const FileBytes& file, const std::string& name, const ReadOptions& options = {},
-                      const ReaderTuning& tuning = {});
+/** Reads a text of cells separated by comma, semicolon or tab, from the source's first byte on: all of it
+   once, and a second time when there are texts in it. A file that changes meanwhile is refused. Throws
+   DataError, ReadingStopped; std::bad_alloc when
+   memory does not suffice. */
+DataSet readDelimited(ByteSource& source, const ReadOptions& options = {}, const ReaderTuning& tuning = {});
 
 } // namespace korvana

@@ -24,7 +24,7 @@ struct ReadingStopped : std::exception {
     const char* what() const noexcept override { return "reading was stopped"; }
 };
 
-/** Reads a data file; the format is chosen from its content and ending. Throws DataError (also when memory
+/** Reads a data file, a pipe, or standard input for "-", also packed by gzip; the format is chosen from its content and ending. Throws DataError (also when memory
    does not suffice) or ReadingStopped, nothing else. */
 DataSet readData(const std::filesystem::path& path, const ReadOptions& options = {});
 

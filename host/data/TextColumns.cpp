@@ -5,8 +5,10 @@
 #include "host/data/Workers.h"
 
 #include <algorithm>
-#include <deque>
+#include <array>
+#include <functional>
 #include <limits>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -15,13 +17,13 @@
 namespace korvana {
 namespace {
 
-/** Calls take(column, text, text may vanish) for the first cells of every row of a chunk, up to a column. */
+/** Calls take(column, text) for the first cells of every row of a chunk, up to a column. */
 template <typename Take, typename RowEnd>
-void walkCells(const DelimitedTable& table, const RowChunk& chunk, std::size_t lastColumn, const Take& take,
+void walkCells(const DelimitedTable& table, std::string_view text, std::size_t lastColumn, const Take& take,
                const RowEnd& rowEnd) {
     const char separator = table.format.dialect.separator;
-    const char* p = table.text.data() + chunk.begin;
-    const char* const end = table.text.data() + chunk.end;
+    const char* p = text.data();
+    const char* const end = p + text.size();
     std::string scratch;
     while (p < end) {
         bool blankLine = false;
@@ -30,8 +32,7 @@ void walkCells(const DelimitedTable& table, const RowChunk& chunk, std::size_t l
             p = cell.next;
             const bool lineEnds = p == end || *p == '\n';
             blankLine = lineEnds && column == 0 && table.format.columns > 1;
-            if (!blankLine && column <= lastColumn)
-                take(column, cell.text, cell.text.data() == scratch.data());
+            if (!blankLine && column <= lastColumn) take(column, cell.text);
             if (lineEnds) break;
         }
         if (!blankLine) rowEnd();
@@ -39,27 +40,26 @@ void walkCells(const DelimitedTable& table, const RowChunk& chunk, std::size_t l
     }
 }
 
-/** The texts of one column in one chunk, numbered by first appearance. */
+/** The texts of one column that one thread has seen, numbered by first appearance. */
 class LocalTexts {
 public:
-    std::size_t codeOf(std::string_view text, bool vanishes) {
+    std::size_t codeOf(std::string_view text) {
         if (!texts.empty() && text == texts[last_]) return last_;
-        const auto known = codes_.find(text);
-        if (known != codes_.end()) return last_ = known->second;
-        if (vanishes) text = kept_.emplace_back(text);
-        last_ = texts.size();
-        codes_.emplace(text, last_);
-        texts.push_back(text);
-        return last_;
+        auto known = codes_.find(text);
+        if (known == codes_.end()) {
+            known = codes_.emplace(text, texts.size()).first;
+            texts.push_back(known->first);
+        }
+        return last_ = known->second;
     }
 
     std::vector<std::string_view> texts;
 
-    void forgetCodes() { codes_ = {}; }
-
 private:
-    std::unordered_map<std::string_view, std::size_t> codes_;
-    std::deque<std::string> kept_;
+    struct Hash : std::hash<std::string_view> {
+        using is_transparent = void;
+    };
+    std::unordered_map<std::string, std::size_t, Hash, std::equal_to<>> codes_;
     std::size_t last_ = 0;
 };
 
@@ -73,17 +73,13 @@ bool before(const std::string& a, const std::string& b) {
     return a < b;
 }
 
-/** Numbers the texts of all chunks and gives, per chunk, the final code of each local one. */
-std::vector<std::vector<double>> mergeTexts(const std::vector<LocalTexts*>& chunks,
+/** Numbers the texts of all threads and gives, per thread, the final code of each of its own. */
+std::vector<std::vector<double>> mergeTexts(const std::vector<const LocalTexts*>& parts,
                                             std::vector<ValueLabel>& labels) {
     std::vector<std::string> all;
-    {
-        std::unordered_map<std::string_view, bool> seen;
-        for (const LocalTexts* chunk : chunks) {
-            for (const std::string_view text : chunk->texts)
-                if (seen.emplace(text, true).second) all.push_back(toUtf8(text));
-        }
-    }
+    for (const LocalTexts* part : parts)
+        for (const std::string_view text : part->texts)
+            all.push_back(toUtf8(text));
     std::sort(all.begin(), all.end(), before);
     all.erase(std::unique(all.begin(), all.end()), all.end());
     labels.clear();
@@ -93,10 +89,10 @@ std::vector<std::vector<double>> mergeTexts(const std::vector<LocalTexts*>& chun
         labels.push_back({static_cast<double>(labels.size() + 1), std::move(text)});
     for (const ValueLabel& label : labels)
         codes.emplace(label.text, label.value);
-    std::vector<std::vector<double>> final(chunks.size());
-    for (std::size_t i = 0; i < chunks.size(); ++i) {
-        final[i].reserve(chunks[i]->texts.size());
-        for (const std::string_view text : chunks[i]->texts) {
+    std::vector<std::vector<double>> final(parts.size());
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        final[i].reserve(parts[i]->texts.size());
+        for (const std::string_view text : parts[i]->texts) {
             const auto known = codes.find(text);
             final[i].push_back(known != codes.end() ? known->second : codes.at(toUtf8(text)));
         }
@@ -104,71 +100,76 @@ std::vector<std::vector<double>> mergeTexts(const std::vector<LocalTexts*>& chun
     return final;
 }
 
-} // namespace
-
-void readTextColumns(const DelimitedTable& table, const FileBytes& file, unsigned threads,
-                     std::span<TextColumn> columns) {
-    if (columns.empty()) return;
-    const std::vector<RowChunk>& chunks = table.index.chunks;
-    std::vector<TextColumn*> wanted(table.format.columns, nullptr);
-    for (TextColumn& column : columns)
-        wanted[column.column0] = &column;
+/** What those who read the texts share. */
+struct TextPass {
+    const DelimitedTable& table;
+    ByteSource& source;
+    std::span<TextColumn> columns;
+    std::vector<TextColumn*> wanted; ///< by the number of the column
     std::size_t lastColumn = 0;
-    for (const TextColumn& column : columns)
-        lastColumn = std::max(lastColumn, column.column0);
+    std::vector<CaseNames> names;     ///< by chunk; empty when they are not wanted
+    std::vector<std::size_t> readers; ///< by chunk: the number of the thread
+    std::size_t next = 0;
+};
 
-    std::vector<std::vector<LocalTexts>> locals(chunks.size());
-    forEachInOrder(chunks.size(), threads, [&](std::size_t i) {
-        table.checkStop();
-        std::vector<LocalTexts> texts(columns.size());
-        auto row = static_cast<std::size_t>(chunks[i].firstRow);
+class TextWorker final : public Worker {
+public:
+    TextWorker(TextPass& pass, std::size_t number)
+        : texts(pass.columns.size()), pass_(pass), number_(number) {}
+
+    bool take() override {
+        pass_.table.checkStop();
+        if (pass_.next == pass_.table.chunks.size()) return false;
+        chunk_ = pass_.next++;
+        text_.resize(pass_.table.chunks[chunk_].bytes);
+        if (pass_.source.readFully(text_) < text_.size()) pass_.source.refuseChanged();
+        pass_.readers[chunk_] = number_;
+        return true;
+    }
+
+    void work() override {
+        const RowChunk& chunk = pass_.table.chunks[chunk_];
+        auto row = static_cast<std::size_t>(chunk.firstRow);
+        const auto rowsEnd = static_cast<std::size_t>(chunk.firstRow + chunk.rowCount);
+        CaseNames names;
         walkCells(
-            table, chunks[i], lastColumn,
-            [&](std::size_t column, std::string_view text, bool vanishes) {
-                TextColumn* const target = wanted[column];
+            pass_.table, {text_.data(), text_.size()}, pass_.lastColumn,
+            [&](std::size_t column, std::string_view text) {
+                if (row == rowsEnd) pass_.source.refuseChanged();
+                if (column == 0 && !pass_.names.empty()) {
+                    names.text += toUtf8(text);
+                    names.ends.push_back(names.text.size());
+                }
+                TextColumn* const target = pass_.wanted[column];
                 if (target == nullptr) return;
-                const auto place = static_cast<std::size_t>(target - columns.data());
-                target->cells[row] = isMissingText(text)
-                                         ? std::numeric_limits<double>::quiet_NaN()
-                                         : static_cast<double>(texts[place].codeOf(text, vanishes));
+                const auto place = static_cast<std::size_t>(target - pass_.columns.data());
+                target->cells[row] = isMissingText(text) ? std::numeric_limits<double>::quiet_NaN()
+                                                         : static_cast<double>(texts[place].codeOf(text));
             },
             [&] { ++row; });
-        for (LocalTexts& each : texts)
-            each.forgetCodes();
-        locals[i] = std::move(texts);
-        file.release(chunks[i].begin, chunks[i].end);
-    });
+        if (row != rowsEnd) pass_.source.refuseChanged();
+        if (!pass_.names.empty()) pass_.names[chunk_] = std::move(names);
+    }
 
-    for (std::size_t place = 0; place < columns.size(); ++place) {
-        std::vector<LocalTexts*> texts;
-        texts.reserve(locals.size());
-        for (std::vector<LocalTexts>& local : locals)
-            texts.push_back(&local[place]);
-        const auto codes = mergeTexts(texts, columns[place].labels);
-        forEachInOrder(chunks.size(), threads, [&](std::size_t i) {
-            double* const cells = columns[place].cells + chunks[i].firstRow;
-            for (std::int64_t row = 0; row < chunks[i].rowCount; ++row)
-                if (cells[row] >= 0) cells[row] = codes[i][static_cast<std::size_t>(cells[row])];
-        });
+    std::vector<LocalTexts> texts; ///< by text column
+
+private:
+    TextPass& pass_;
+    std::size_t number_;
+    std::size_t chunk_ = 0;
+    std::vector<char> text_;
+};
+
+void skip(ByteSource& source, std::size_t bytes) {
+    std::array<char, 4096> room; // NOLINT: filled by reading
+    while (bytes > 0) {
+        const std::size_t count = source.readFully({room.data(), std::min(bytes, room.size())});
+        if (count == 0) source.refuseChanged();
+        bytes -= count;
     }
 }
 
-CaseNames readCaseNames(const DelimitedTable& table, const FileBytes& file, unsigned threads) {
-    const std::vector<RowChunk>& chunks = table.index.chunks;
-    std::vector<CaseNames> parts(chunks.size());
-    forEachInOrder(chunks.size(), threads, [&](std::size_t i) {
-        table.checkStop();
-        CaseNames names;
-        walkCells(
-            table, chunks[i], 0,
-            [&](std::size_t, std::string_view text, bool) {
-                names.text += toUtf8(text);
-                names.ends.push_back(names.text.size());
-            },
-            [] {});
-        parts[i] = std::move(names);
-        file.release(chunks[i].begin, chunks[i].end);
-    });
+CaseNames joined(std::vector<CaseNames> parts) {
     CaseNames all;
     for (CaseNames& part : parts) {
         const std::uint64_t begin = all.text.size();
@@ -178,6 +179,47 @@ CaseNames readCaseNames(const DelimitedTable& table, const FileBytes& file, unsi
         part = {};
     }
     return all;
+}
+
+} // namespace
+
+void readTextColumns(const DelimitedTable& table, ByteSource& source, unsigned threads,
+                     std::span<TextColumn> columns, CaseNames* names) {
+    if (columns.empty() && names == nullptr) return;
+    const std::size_t chunks = table.chunks.size();
+    TextPass pass{table, source, columns, {}, 0, {}, std::vector<std::size_t>(chunks), 0};
+    pass.wanted.resize(table.format.columns);
+    for (TextColumn& column : columns) {
+        pass.wanted[column.column0] = &column;
+        pass.lastColumn = std::max(pass.lastColumn, column.column0);
+    }
+    if (names != nullptr) pass.names.resize(chunks);
+    source.rewind();
+    skip(source, table.format.begin);
+
+    std::vector<std::unique_ptr<Worker>> workers;
+    std::vector<TextWorker*> readers;
+    for (unsigned i = 0; i < threads; ++i) {
+        auto worker = std::make_unique<TextWorker>(pass, i);
+        readers.push_back(worker.get());
+        workers.push_back(std::move(worker));
+    }
+    runWorkers(workers);
+
+    for (std::size_t place = 0; place < columns.size(); ++place) {
+        std::vector<const LocalTexts*> texts;
+        for (const TextWorker* reader : readers)
+            texts.push_back(&reader->texts[place]);
+        const auto codes = mergeTexts(texts, columns[place].labels);
+        forEachInOrder(chunks, threads, [&](std::size_t i) {
+            const RowChunk& chunk = table.chunks[i];
+            const std::vector<double>& own = codes[pass.readers[i]];
+            double* const cells = columns[place].cells + chunk.firstRow;
+            for (std::int64_t row = 0; row < chunk.rowCount; ++row)
+                if (cells[row] >= 0) cells[row] = own[static_cast<std::size_t>(cells[row])];
+        });
+    }
+    if (names != nullptr) *names = joined(std::move(pass.names));
 }
 
 } // namespace korvana

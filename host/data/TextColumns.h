@@ -1,8 +1,8 @@
 #pragma once
 
+#include "host/data/ByteSource.h"
 #include "host/data/DataSet.h"
 #include "host/data/DelimitedTable.h"
-#include "host/data/FileBytes.h"
 
 #include <cstddef>
 #include <span>
@@ -17,13 +17,12 @@ struct TextColumn {
     std::vector<ValueLabel> labels; ///< gets the texts of the codes 1..k
 };
 
-/** Reads text columns in a second pass over a table that readChunk has found sound. The texts are numbered in
-   order: numbers by value, then texts by their UTF-8 bytes, so that the codes do not depend on the order of
-   the rows. The index's chunks must count rows without blank lines. */
-void readTextColumns(const DelimitedTable& table, const FileBytes& file, unsigned threads,
-                     std::span<TextColumn> columns);
-
-/** Reads the first column as names of the cases. */
-CaseNames readCaseNames(const DelimitedTable& table, const FileBytes& file, unsigned threads);
+/** Reads text columns, and the first column as names of the cases, in a second pass over a table that
+   readChunk has found sound. The texts are numbered in order: numbers by value, then texts by their UTF-8
+   bytes, so that the codes do not depend on the order of the rows. The table's chunks must count rows without
+   blank lines. Throws DataError when the rows are not those of the first pass.
+    @param names  gets the names; none: they are not wanted */
+void readTextColumns(const DelimitedTable& table, ByteSource& source, unsigned threads,
+                     std::span<TextColumn> columns, CaseNames* names);
 
 } // namespace korvana

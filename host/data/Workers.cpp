@@ -1,6 +1,6 @@
 #include "host/data/Workers.h"
 
-#include <atomic>
+#include <algorithm>
 #include <exception>
 #include <limits>
 #include <mutex>
@@ -9,39 +9,89 @@
 #include <vector>
 
 namespace korvana {
+namespace {
 
-void forEachInOrder(std::size_t count, unsigned threads, const std::function<void(std::size_t)>& work) {
-    std::atomic<std::size_t> next{0};
-    std::atomic<bool> failed{false};
-    std::mutex guard;
-    std::size_t failedAt = std::numeric_limits<std::size_t>::max();
-    std::exception_ptr failure;
-    const auto run = [&] {
-        while (!failed) {
-            const std::size_t i = next++;
-            if (i >= count) return;
-            try {
-                work(i);
-            } catch (...) {
-                failed = true;
-                const std::lock_guard<std::mutex> lock(guard);
-                if (i < failedAt) {
-                    failedAt = i;
-                    failure = std::current_exception();
+/** Who has which piece, and what went wrong first. */
+class Desk {
+public:
+    void serve(Worker& worker) {
+        for (;;) {
+            std::size_t piece = 0;
+            {
+                const std::lock_guard<std::mutex> lock(guard_);
+                if (ended_) return;
+                piece = next_++;
+                try {
+                    ended_ = !worker.take();
+                } catch (...) {
+                    fail(piece);
                 }
+                if (ended_) return;
+            }
+            try {
+                worker.work();
+            } catch (...) {
+                const std::lock_guard<std::mutex> lock(guard_);
+                fail(piece);
             }
         }
-    };
+    }
+
+    void rethrow() const {
+        if (failure_) std::rethrow_exception(failure_);
+    }
+
+private:
+    void fail(std::size_t piece) {
+        ended_ = true;
+        if (piece >= failedAt_) return;
+        failedAt_ = piece;
+        failure_ = std::current_exception();
+    }
+
+    std::mutex guard_;
+    std::size_t next_ = 0;
+    bool ended_ = false;
+    std::size_t failedAt_ = std::numeric_limits<std::size_t>::max();
+    std::exception_ptr failure_;
+};
+
+} // namespace
+
+void runWorkers(std::span<const std::unique_ptr<Worker>> workers) {
+    Desk desk;
     {
         std::vector<std::jthread> helpers;
         try {
-            for (unsigned i = 1; i < threads && i < count; ++i)
-                helpers.emplace_back(run);
-        } catch (const std::system_error&) { // no further thread to be had: this one does the work
+            for (std::size_t i = 1; i < workers.size(); ++i)
+                helpers.emplace_back([&desk, &worker = *workers[i]] { desk.serve(worker); });
+        } catch (const std::system_error&) { // no further thread to be had: the others do the work
         }
-        run();
+        if (!workers.empty()) desk.serve(*workers.front());
     }
-    if (failure) std::rethrow_exception(failure);
+    desk.rethrow();
+}
+
+void forEachInOrder(std::size_t count, unsigned threads, const std::function<void(std::size_t)>& work) {
+    struct Counter final : Worker {
+        Counter(std::size_t& next, std::size_t count, const std::function<void(std::size_t)>& work)
+            : next_(next), count_(count), work_(work) {}
+        bool take() override {
+            mine_ = next_++;
+            return mine_ < count_;
+        }
+        void work() override { work_(mine_); }
+
+        std::size_t& next_;
+        std::size_t count_;
+        const std::function<void(std::size_t)>& work_;
+        std::size_t mine_ = 0;
+    };
+    std::size_t next = 0;
+    std::vector<std::unique_ptr<Worker>> workers;
+    for (std::size_t i = 0; i < std::max<std::size_t>(1, std::min<std::size_t>(threads, count)); ++i)
+        workers.push_back(std::make_unique<Counter>(next, count, work));
+    runWorkers(workers);
 }
 
 } // namespace korvana

@@ -5,6 +5,7 @@
 #include "host/data/NumberText.h"
 #include "host/data/ReadData.h"
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -40,10 +41,34 @@ inline DataSet readText(std::string_view content, const ReadOptions& options = {
     return readData(file.path(), options);
 }
 
+/** A text that comes a few bytes at a time, as from a slow pipe. */
+class TextSource final : public ByteSource {
+public:
+    /** @param most  bytes at a time */
+    explicit TextSource(std::string_view text, std::size_t most = std::string_view::npos)
+        : text_(text), most_(most) {}
+
+    std::size_t read(std::span<char> room) override {
+        const std::string_view part = text_.substr(at_, std::min(room.size(), most_));
+        std::copy(part.begin(), part.end(), room.begin());
+        at_ += part.size();
+        return part.size();
+    }
+    void rewind() override { at_ = 0; }
+    void checkUnchanged() const override {}
+    std::size_t size() const override { return most_ < text_.size() ? 0 : text_.size(); }
+    const std::string& name() const override { return name_; }
+
+private:
+    std::string name_ = "data.csv";
+    std::string_view text_;
+    std::size_t most_;
+    std::size_t at_ = 0;
+};
+
 inline DataSet readTuned(std::string_view content, const ReaderTuning& tuning) {
-    const TemporaryFile file(content);
-    const FileBytes bytes(file.path());
-    return readDelimited(bytes, "data.csv", {}, tuning);
+    TextSource source(content);
+    return readDelimited(source, {}, tuning);
 }
 
 /** A data set as one text: "name kind: cell cell ... | name kind: ..."; texts and dates as such, a missing

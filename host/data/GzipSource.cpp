@@ -1,0 +1,90 @@
+#include "host/data/GzipSource.h"
+
+#include "host/data/DataError.h"
+
+#include <algorithm>
+#include <limits>
+#include <new>
+#include <string>
+#include <utility>
+
+namespace korvana {
+namespace {
+
+constexpr std::size_t inputBytes = std::size_t{64} << 10;
+
+Bytef* bytesOf(char* data) {
+    return reinterpret_cast<Bytef*>(data); // NOLINT: what the library works on
+}
+
+} // namespace
+
+GzipSource::GzipSource(std::unique_ptr<ByteSource> packed) : packed_(std::move(packed)), input_(inputBytes) {
+    constexpr int gzipAlone = 15 + 16; // the greatest window; gzip's frame and no other
+    if (inflateInit2(&stream_, gzipAlone) != Z_OK) throw std::bad_alloc();
+}
+
+GzipSource::~GzipSource() {
+    inflateEnd(&stream_);
+}
+
+void GzipSource::rewind() {
+    packed_->rewind();
+    stream_.avail_in = 0;
+    inflateReset(&stream_);
+    inPiece_ = true;
+}
+
+/** Sees to it that there is packed input; false at its end. */
+bool GzipSource::fill() {
+    if (stream_.avail_in > 0) return true;
+    const std::size_t count = packed_->read(input_);
+    stream_.next_in = bytesOf(input_.data());
+    stream_.avail_in = static_cast<uInt>(count);
+    return count > 0;
+}
+
+/** Between two pieces: zeros that fill a tape's block are skipped. */
+void GzipSource::beginPiece() {
+    while (fill() && *stream_.next_in == 0) {
+        ++stream_.next_in;
+        --stream_.avail_in;
+    }
+    if (stream_.avail_in == 0) return;
+    inflateReset(&stream_);
+    inPiece_ = true;
+}
+
+std::size_t GzipSource::read(std::span<char> room) {
+    const std::size_t wanted = std::min<std::size_t>(room.size(), std::numeric_limits<uInt>::max());
+    stream_.next_out = bytesOf(room.data());
+    stream_.avail_out = static_cast<uInt>(wanted);
+    while (stream_.avail_out == wanted && wanted > 0) {
+        if (!inPiece_) beginPiece();
+        if (!inPiece_) return 0;
+        if (!fill())
+            throw DataError(name(), 0, 0,
+                            "the compressed file (gzip) ends too early, a part of it is missing; fetch or "
+                            "pack it again");
+        switch (inflate(&stream_, Z_NO_FLUSH)) {
+        case Z_OK:
+        case Z_BUF_ERROR:
+            break;
+        case Z_STREAM_END:
+            inPiece_ = false;
+            break;
+        case Z_MEM_ERROR:
+            throw std::bad_alloc();
+        default:
+            refuseDamaged(stream_.msg != nullptr ? stream_.msg : "unknown");
+        }
+    }
+    return wanted - stream_.avail_out;
+}
+
+void GzipSource::refuseDamaged(std::string_view why) const {
+    std::string text("the compressed file (gzip) is damaged: ");
+    throw DataError(name(), 0, 0, text.append(why).append("; fetch or pack it again"));
+}
+
+} // namespace korvana

@@ -1,0 +1,197 @@
+#include "tests/host/data/DataTestSupport.h"
+#include "tests/host/data/RandomTable.h"
+
+#include "host/data/DataError.h"
+#include "tests/support/Refusal.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <stop_token>
+#include <string>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <zlib.h>
+
+namespace korvana::test {
+namespace {
+
+/** The text as gzip packs it. */
+std::string packed(std::string_view text) {
+    z_stream stream{};
+    EXPECT_EQ(deflateInit2(&stream, 6, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY), Z_OK);
+    std::string out(deflateBound(&stream, text.size()) + 32, '\0');
+    std::string in(text);
+    stream.next_in = reinterpret_cast<Bytef*>(in.data());
+    stream.avail_in = static_cast<uInt>(in.size());
+    stream.next_out = reinterpret_cast<Bytef*>(out.data());
+    stream.avail_out = static_cast<uInt>(out.size());
+    EXPECT_EQ(deflate(&stream, Z_FINISH), Z_STREAM_END);
+    out.resize(stream.total_out);
+    deflateEnd(&stream);
+    return out;
+}
+
+/** A pipe with a name, into which a thread writes a text in pieces. */
+class Pipe {
+public:
+    Pipe(std::string text, std::size_t pieces) {
+        std::filesystem::remove(name_.path());
+        EXPECT_EQ(mkfifo(name_.path().c_str(), 0600), 0);
+        writer_ = std::thread([path = name_.path(), text = std::move(text), pieces] {
+            const int end = open(path.c_str(), O_WRONLY | O_CLOEXEC);
+            std::string_view rest = text;
+            for (std::size_t i = 0; i < pieces && !rest.empty(); ++i) {
+                const std::string_view part =
+                    rest.substr(0, i + 1 < pieces ? rest.size() / 3 + 1 : rest.size());
+                if (write(end, part.data(), part.size()) != static_cast<ssize_t>(part.size())) break;
+                rest.remove_prefix(part.size());
+            }
+            close(end);
+        });
+    }
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+    ~Pipe() { writer_.join(); }
+
+    const std::filesystem::path& path() const { return name_.path(); }
+
+private:
+    TemporaryFile name_{""};
+    std::thread writer_;
+};
+
+TEST(ReadSources, WhereTheBytesComeFromDoesNotShow) {
+    for (unsigned seed = 1; seed <= 12; ++seed) {
+        const RandomTable table(seed, 150);
+        const auto read = [](const std::filesystem::path& path) { return dump(readData(path)); };
+        EXPECT_EQ(read(TemporaryFile(table.text).path()), table.expected);
+        EXPECT_EQ(read(Pipe(table.text, seed).path()), table.expected);
+        const std::string whole = packed(table.text);
+        EXPECT_EQ(read(TemporaryFile(whole, ".csv.gz").path()), table.expected);
+        EXPECT_EQ(read(TemporaryFile(whole, ".dat").path()), table.expected) << "known by its content";
+        EXPECT_EQ(read(Pipe(whole, seed).path()), table.expected);
+        const std::size_t cut = table.text.size() / seed;
+        const std::string pieces = packed(table.text.substr(0, cut)) + packed("") +
+                                   packed(table.text.substr(cut)) + std::string(seed % 3 * 100, '\0');
+        EXPECT_EQ(read(TemporaryFile(pieces, ".gz").path()), table.expected);
+        for (const std::size_t bytes : {1U, 2U, 7U, 64U, 1000U})
+            for (const std::size_t chunk : {1U, 50U, 100'000U}) {
+                TextSource slow(table.text, bytes);
+                ASSERT_EQ(dump(readDelimited(slow, {}, {1 + seed % 3, chunk})), table.expected)
+                    << "seed " << seed << ", " << bytes << " bytes at a time, chunks of " << chunk;
+            }
+    }
+}
+
+TEST(ReadSources, BigTextsGrowTheirColumns) {
+    const RandomTable table(5, 120'000); // several chunks, and more rows than a pipe promises
+    EXPECT_EQ(dump(readData(Pipe(table.text, 1).path())), table.expected);
+    EXPECT_EQ(dump(readData(TemporaryFile(packed(table.text), ".gz").path())), table.expected);
+    std::string longer =
+        "x\n" + std::string(1 << 20, '0') + "1\n"; // the first row does not tell of the others
+    std::string expected = "x N: 1";
+    for (int i = 0; i < 700'000; ++i) {
+        longer += "2\n";
+        expected += " 2";
+    }
+    EXPECT_EQ(dump(readData(TemporaryFile(longer).path())), expected);
+}
+
+TEST(ReadSources, WhatGzipLeftIncompleteOrDamagedIsNamed) {
+    const auto refusal = [](const std::string& bytes) {
+        const TemporaryFile file(bytes, ".gz");
+        return refusalOf<DataError>([&] { readData(file.path()); });
+    };
+    const RandomTable table(3, 300);
+    const std::string whole = packed(table.text);
+    for (std::size_t length = 3; length < whole.size(); length += 1 + length / 8)
+        EXPECT_NE(refusal(whole.substr(0, length)).find("ends too early"), std::string::npos) << length;
+    for (std::size_t at = 3; at < whole.size(); at += 97) {
+        std::string damaged = whole;
+        damaged[at] = static_cast<char>(damaged[at] ^ 0x55);
+        const std::string said = refusal(damaged);
+        if (at < 10) continue; // there stand the time and the system that packed it
+        EXPECT_TRUE(said.find("damaged") != std::string::npos || said.find("too early") != std::string::npos)
+            << at << said;
+    }
+    EXPECT_NE(refusal(whole + "and more").find("damaged"), std::string::npos);
+    EXPECT_NE(refusal(packed("")).find("empty"), std::string::npos);
+}
+
+/** Stops a reader that waits for a pipe, before or after somebody has begun to write. */
+TEST(ReadSources, AStopIsSeenWhileAPipeKeepsOneWaiting) {
+    for (const bool begun : {false, true}) {
+        const TemporaryFile name("");
+        std::filesystem::remove(name.path());
+        ASSERT_EQ(mkfifo(name.path().c_str(), 0600), 0);
+        const int end = begun ? open(name.path().c_str(), O_RDWR | O_CLOEXEC) : -1;
+        if (begun) {
+            ASSERT_EQ(write(end, "a,b\n1,2\n", 8), 8);
+        }
+        std::stop_source stop;
+        ReadOptions options;
+        options.stop = stop.get_token();
+        std::jthread later([&] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            stop.request_stop();
+        });
+        EXPECT_THROW(readData(name.path(), options), ReadingStopped);
+        if (begun) close(end);
+    }
+}
+
+/** A file that changes at any moment of its reading: all of it, or the word that it changed. */
+TEST(ReadSources, AFileThatChangesWhileItIsReadIsReadWholeOrRefused) {
+    std::string text = "time,status,group\n";
+    for (int i = 0; i < 60'000; ++i)
+        text += std::to_string(i) + (i % 3 == 0 ? ".5,1,placebo\n" : ",0,drug\n");
+    const std::string whole = dump(readText(text));
+    int changed = 0;
+    int complete = 0;
+    for (int moment = 0; moment < 40; ++moment) {
+        const TemporaryFile file(text);
+        std::filesystem::last_write_time(file.path(), std::filesystem::file_time_type::clock::now() -
+                                                          std::chrono::hours(1));
+        const auto change = [&] {
+            if (moment % 4 == 0) {
+                EXPECT_EQ(truncate(file.path().c_str(), static_cast<off_t>(text.size() / 40) * moment), 0);
+            } else {
+                std::ofstream out(file.path(),
+                                  std::ios::binary | (moment % 4 == 1 ? std::ios::app : std::ios::in));
+                out.seekp(moment % 4 == 1 ? 0 : static_cast<std::streamoff>(text.size() / 2));
+                out << (moment % 4 == 2 ? "\"\n,,,\n" : "7,7,7\n");
+            }
+        };
+        std::atomic<bool> go{false};
+        std::jthread other([&] {
+            while (!go)
+                std::this_thread::yield();
+            std::this_thread::sleep_for(std::chrono::microseconds(moment * moment * 20));
+            change();
+        });
+        try {
+            const auto source = openSource(file.path());
+            go = true;
+            if (moment < 8) other.join(); // surely after it was opened, surely before it was read
+            const std::string read = dump(readDelimited(*source, {}, {2, 40'000}));
+            EXPECT_EQ(read, whole) << "moment " << moment;
+            ++complete;
+        } catch (const DataError& error) {
+            EXPECT_NE(std::string_view(error.what()).find("the file changed while it was read"),
+                      std::string_view::npos)
+                << error.what();
+            ++changed;
+        }
+    }
+    EXPECT_GE(changed, 8);
+    EXPECT_EQ(changed + complete, 40);
+}
+
+} // namespace
+} // namespace korvana::test

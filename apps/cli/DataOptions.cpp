@@ -6,6 +6,7 @@
 #include "host/data/NumberText.h"
 #include "host/data/ReadData.h"
 
+#include <cctype>
 #include <set>
 
 namespace korvana::cli {
@@ -15,7 +16,12 @@ char separatorOf(const std::string& text) {
     if (text == "tab" || text == "\t" || text == "\\t") return '\t';
     if (text == "," || text == "comma") return ',';
     if (text == ";" || text == "semicolon") return ';';
-    throw UsageError("--separator is comma, semicolon or tab, not '" + text + "'");
+    if (text == "pipe" || text == "bar") return '|';
+    if (text.size() == 1 && std::ispunct(static_cast<unsigned char>(text.front())) != 0) return text.front();
+    throw UsageError("--separator is comma, semicolon, tab, pipe or another sign, not '" + text + "'" +
+                     (text == " " || text == "blank" || text == "space"
+                          ? "; save a file whose cells are separated by blanks with commas or tabs"
+                          : ""));
 }
 
 char decimalMarkOf(const std::string& text) {
@@ -85,7 +91,9 @@ int variableOf(const DataSet& data, const std::string& option, const std::string
 }
 
 void DataOptions::declare(CLI::App& app) {
-    app.add_option("DATA", path_, "the data file (CSV, or text separated by tabs or semicolons)")
+    app.add_option("DATA", path_,
+                   "the data file (CSV, or text separated by tabs, semicolons or |; also packed: .gz); - for "
+                   "standard input")
         ->type_name("");
     const std::string group = "Data";
     define_.declare(app, group);
@@ -102,7 +110,8 @@ void DataOptions::declare(CLI::App& app) {
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->group(group);
-    app.add_option("--separator", separator_, "between cells: comma, semicolon or tab [found out]")
+    app.add_option("--separator", separator_,
+                   "between cells: comma, semicolon, tab, pipe or another sign [found out]")
         ->type_name("S")
         ->group(group);
     app.add_option("--decimal", decimal_, "decimal mark: point or comma [found out]")

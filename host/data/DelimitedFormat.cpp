@@ -1,16 +1,19 @@
 #include "host/data/DelimitedFormat.h"
 
 #include "host/data/DataError.h"
+#include "host/data/NameMatch.h"
 #include "host/data/RowCutter.h"
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <optional>
 
 namespace korvana {
 namespace {
 
-constexpr std::array<char, 3> separators{'\t', ';', ','}; // a comma may also be a decimal mark: it comes last
+// A comma may also be a decimal mark: it comes last.
+constexpr std::array<char, 4> separators{'\t', ';', '|', ','};
 
 using Counts = std::array<int, separators.size()>;
 
@@ -64,10 +67,34 @@ char findSeparator(std::string_view text) {
     return *most > 0 ? separators[static_cast<std::size_t>(most - total.begin())] : ',';
 }
 
+bool canSeparate(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    const bool letterOrDigit = std::isalnum(byte) != 0 || byte >= 0x80;
+    return !letterOrDigit && c != '\0' && std::string_view("\"'\r\n .-+_").find(c) == std::string_view::npos;
+}
+
+/** A first line "sep=;", as spreadsheet programs write it for one another: the separator, and the line is
+   skipped. */
+std::optional<char> readSeparatorLine(std::string_view text, DelimitedFormat& format) {
+    const std::size_t feed = text.find('\n', format.begin);
+    if (feed == std::string_view::npos) return std::nullopt;
+    std::string_view line = text.substr(format.begin, feed - format.begin);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    if (line.size() > 2 && line.front() == '"' && line.back() == '"') line = line.substr(1, line.size() - 2);
+    constexpr std::string_view key = "sep=";
+    if (line.size() != key.size() + 1 || !equalIgnoringCase(line.substr(0, key.size()), key))
+        return std::nullopt;
+    format.begin = feed + 1;
+    ++format.firstLine;
+    return line.back();
+}
+
 Dialect findDialect(std::string_view text, const ReadOptions& options, const std::string& file) {
-    if (options.separator &&
-        std::string_view("\"\r\n .-+0123456789").find(*options.separator) != std::string_view::npos)
-        throw DataError(file, 0, 0, "this character cannot separate cells; choose comma, semicolon or tab");
+    if (options.separator && !canSeparate(*options.separator)) {
+        throw DataError(file, 0, 0,
+                        "this character cannot separate cells; choose comma, semicolon, tab or another "
+                        "sign such as |");
+    }
     if (options.decimalMark && *options.decimalMark != '.' && *options.decimalMark != ',')
         throw DataError(file, 0, 0, "the decimal mark is neither a point nor a comma; choose one of them");
     Dialect dialect;
@@ -143,13 +170,14 @@ FirstRow readFirstRow(std::string_view text, bool whole, const DelimitedFormat& 
 
 std::optional<DelimitedFormat> findFormat(std::string_view text, bool whole, const ReadOptions& options,
                                           const std::string& file) {
-    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
-        throw DataError(file, 1, 0, "the text is coded in UTF-16; save the file as UTF-8");
     constexpr std::size_t beginning = std::size_t{64} << 10;
     refuseNul(text.substr(0, beginning), 1, file); // the other bytes are looked at later
     DelimitedFormat format;
     if (text.starts_with("\xEF\xBB\xBF")) format.begin = 3;
-    format.dialect = findDialect(text.substr(format.begin), options, file);
+    ReadOptions known = options;
+    if (const auto named = readSeparatorLine(text, format); named && !known.separator)
+        known.separator = named;
+    format.dialect = findDialect(text.substr(format.begin), known, file);
     if (!skipBlankLines(text, format)) {
         if (!whole) return std::nullopt;
         throw DataError(file, 0, 0, "the file has no text but blanks; give it a line of names and the cases");

@@ -145,7 +145,7 @@ public:
         for (TextColumn& text : texts)
             variables[text.column0].valueLabels = std::move(text.labels);
         if (named) data.setCaseNames(std::move(names));
-        noteBlankSeparators();
+        noteSingleColumn();
         for (std::size_t i = first_; i < columns_.size(); ++i)
             data.addVariable(std::move(variables[i]), std::move(columns_[i]));
         for (std::string& note : notes_)
@@ -211,14 +211,22 @@ private:
                          first->text + "', line " + std::to_string(first->line) + "); read as text codes");
     }
 
-    /** A single column of texts with blanks inside is likely a table separated by blanks. */
-    void noteBlankSeparators() {
-        const bool suspect = table_.format.columns == 1 && !table_.format.header.empty() &&
-                             tallies_[0].count[ColumnTally::Text] == table_.rowCount() &&
-                             table_.format.header.front().find_first_of(" \t") != std::string::npos;
-        if (suspect) {
-            notes_.push_back("the file has a single column, '" + table_.names[0] +
-                             "'; if blanks separate its cells, save it with commas, semicolons or tabs");
+    /** A single column of texts is likely a table with another separator. */
+    void noteSingleColumn() {
+        if (table_.format.columns > 1 || table_.format.header.empty() ||
+            tallies_[0].count[ColumnTally::Text] < table_.rowCount())
+            return;
+        const std::string& header = table_.format.header.front();
+        const std::string& cell = tallies_[0].first[ColumnTally::Text].text;
+        for (const char c : {';', '|', '\t', ',', ':', '^', '~', '!', '#', '/', '\\', '&', '*', ' '}) {
+            const auto count = std::count(header.begin(), header.end(), c);
+            if (count == 0 || (c != ' ' && std::count(cell.begin(), cell.end(), c) != count)) continue;
+            const std::string sign = c == '\t' ? "tab" : std::string(1, c);
+            notes_.push_back("the file has a single column, '" + table_.names[0] + "'; if " +
+                             (c == ' ' ? "blanks separate its cells, save it with commas, semicolons or tabs"
+                                       : "'" + sign + "' separates its cells, say so (--separator '" + sign +
+                                             "'), or save it with commas, semicolons or tabs"));
+            return;
         }
     }
 

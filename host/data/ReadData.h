@@ -14,9 +14,9 @@ enum class HeaderLine { Automatic, Yes, No };
 /** How to read a file; what is left automatic is found out from the file. */
 struct ReadOptions {
     HeaderLine header = HeaderLine::Automatic;
-    std::optional<char> separator;   ///< between cells: , ; or tab
+    std::optional<char> separator;   ///< between cells: , ; tab | or another sign
     std::optional<char> decimalMark; ///< . or ,
-    std::stop_token stop{}; ///< asks from another thread to give up
+    std::stop_token stop{};          ///< asks from another thread to give up
 };
 
 /** Thrown by a reader that was asked to stop. */
@@ -24,8 +24,9 @@ struct ReadingStopped : std::exception {
     const char* what() const noexcept override { return "reading was stopped"; }
 };
 
-/** Reads a data file, a pipe, or standard input for "-", also packed by gzip; the format is chosen from its content and ending. Throws DataError (also when memory
-   does not suffice) or ReadingStopped, nothing else. */
+/** Reads a data file, a pipe, or standard input for "-", also packed by gzip; the format is chosen from its
+   content and ending. Throws DataError (also when memory does not suffice) or ReadingStopped, nothing else.
+ */
 DataSet readData(const std::filesystem::path& path, const ReadOptions& options = {});
 
 } // namespace korvana

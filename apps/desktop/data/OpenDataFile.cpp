@@ -52,7 +52,7 @@ bool openDataFile(ActiveData& data, const QString& path, QString* error, QWidget
 }
 
 QString dataFileFilter() {
-    return QObject::tr("Data files (*.csv *.tsv *.tab *.txt *.dat);;All files (*)");
+    return QObject::tr("Data files (*.csv *.tsv *.tab *.txt *.dat *.gz);;All files (*)");
 }
 
 QString droppedFile(const QMimeData* mime) {

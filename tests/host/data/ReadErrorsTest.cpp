@@ -43,8 +43,6 @@ TEST(ReadErrors, NameThePlaceAndTheRemedy) {
         {"text behind a quote", "a,b\n\"x\"y,2\n", 2, 1, {"variable 'a'", "behind the closing"}},
         {"NUL", "a,b\n1,\0\n"s, 2, 0, {"NUL", "UTF-8"}},
         {"NUL far down", "a\n" + std::string(200'000, '1') + "\n2\0\n"s, 3, 0, {"NUL", "UTF-8"}},
-        {"UTF-16, little end first", "\xFF\xFE"s + "a\0,\0b\0"s, 1, 0, {"UTF-16", "save the file as UTF-8"}},
-        {"UTF-16, big end first", "\xFE\xFF"s + "\0a\0,\0b"s, 1, 0, {"UTF-16", "save the file as UTF-8"}},
         {"old Macintosh", "a,b\r1,2\r3,4\r", 1, 2, {"carriage returns"}},
         {"infinite", "a,b\n1,2\n1,Inf\n", 3, 2, {"variable 'b'", "'Inf'", "infinite"}},
         {"too big", "a,b\n1e999,2\n5,6\n", 2, 1, {"'1e999'", "greatest number"}},
@@ -58,7 +56,6 @@ TEST(ReadErrors, NameThePlaceAndTheRemedy) {
          4,
          1,
          {"'1.234'", "'1,5' in line 2", "same mark"}},
-        {"a workbook", "PK\x03\x04 and so on", 0, 0, {".xlsx", "save the data as text"}},
         {"impossible separator", "a\n1\n", 0, 0, {"cannot separate"}, {HeaderLine::Automatic, '"', {}}},
         {"two meanings of the comma", "a,b\n1,2\n", 0, 0, {"semicolons"}, {HeaderLine::Automatic, ',', ','}},
     };
@@ -91,14 +88,64 @@ TEST(ReadErrors, FilesThatCannotBeOpened) {
               std::string::npos);
     EXPECT_NE(refusal(std::filesystem::temp_directory_path()).find("this is a folder"), std::string::npos);
     EXPECT_NE(refusal("/dev/null").find("device"), std::string::npos);
-    EXPECT_NE(refusal(TemporaryFile("text", ".SAV").path()).find("SPSS"), std::string::npos);
-    const TemporaryFile spss("$FL2 binary", ".dat");
-    EXPECT_NE(refusal(spss.path()).find("SPSS"), std::string::npos);
     const TemporaryFile locked("a,b\n1,2\n");
     chmod(locked.path().c_str(), 0);
     if (geteuid() != 0) { // the superuser may read everything
         EXPECT_NE(refusal(locked.path()).find("permissions"), std::string::npos);
     }
+}
+
+/** By their first bytes, whatever they are called, and by their ending. */
+TEST(ReadErrors, OtherFormatsAreNamedForWhatTheyAre) {
+    using namespace std::string_literals;
+    struct Format {
+        std::string bytes;
+        const char* ending;
+        const char* said;
+    };
+    const std::string zip = "PK\x03\x04\x14\0\x06\0"s;
+    const std::vector<Format> table{
+        {zip + "[Content_Types].xml...xl/workbook.xml", ".csv", "a workbook (.xlsx)"},
+        {zip + "[Content_Types].xml", ".XLSX", "a workbook (.xlsx)"},
+        {zip + "mimetypeapplication/vnd.oasis.opendocument.spreadsheet", "", "a workbook (.ods)"},
+        {zip + "data.csv", ".csv", "an archive (.zip)"},
+        {"\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1\0"s, ".csv", "an old workbook (.xls)"},
+        {"$FL2@(#) and so on", ".dat", "an SPSS file (.sav)"},
+        {"text", ".SAV", "an SPSS file (.sav)"},
+        {"text", ".dta", "a Stata file (.dta)"},
+        {std::string(12, '\0') + "\xC2\xEA\x81\x60", "", "a SAS file (.sas7bdat)"},
+        {"HEADER RECORD*******LIBV8", "", "SAS transport"},
+        {"RDX3\nX\n\0\0\0"s, "", "R's objects"},
+        {"X\n\0\0\0\x03"s, ".csv", "an object of R (.rds)"},
+        {"PAR1\x15\x04", "", "a Parquet file"},
+        {"ARROW1\0\0"s, "", "an Arrow file"},
+        {"text", ".feather", "a Feather file"},
+        {"BZh91AY&SY\x01", ".csv", "bzip2 (.bz2), which cannot be read; unpack it first"},
+        {"\x28\xB5\x2F\xFD\x04", "", "Zstandard (.zst)"},
+        {"\xFD"
+         "7zXZ\0"s,
+         "", "packed with xz"},
+        {"7z\xBC\xAF\x27\x1C", "", "a 7-Zip archive"},
+        {"\xFF\xFE"
+         "a\0,\0b\0"s,
+         "", "coded in UTF-16; save the file as UTF-8"},
+        {"\xFE\xFF\0a\0,\0b"s, "", "coded in UTF-16"},
+        {"a\0,\0b\0\n\0"
+         "1\0,\0"
+         "2\0"s,
+         "", "coded in UTF-16"},
+        {"\0a\0,\0b\0\n\0"
+         "1\0,\0"
+         "2"s,
+         "", "coded in UTF-16"},
+        {"\xFF\xFE\0\0a\0\0\0"s, "", "coded in UTF-32"},
+    };
+    for (const Format& each : table) {
+        const TemporaryFile file(each.bytes, each.ending);
+        EXPECT_NE(refusal(file.path()).find(each.said), std::string::npos)
+            << each.said << ": " << refusal(file.path());
+    }
+    EXPECT_EQ(dump(readText("PAR1,BZh\n1,2\n")), "PAR1 N: 1 | BZh N: 2") << "names of variables";
 }
 
 TEST(ReadErrors, LimitsOfSize) {

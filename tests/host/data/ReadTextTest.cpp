@@ -43,6 +43,14 @@ TEST(ReadText, AcceptsWhatPeopleSave) {
         {"a separator inside quotes does not count", "a,b\n\"1;2;3\",4\n\"5;6;7\",8\n",
          "a T: 1;2;3 5;6;7 | b N: 4 8"},
         {"chosen separator", "a|b\n1|2\n", "a N: 1 | b N: 2", {HeaderLine::Automatic, '|', {}}},
+        {"found pipe", "a|b\n1,5|2\n", "a N: 1.5 | b N: 2"},
+        {"the separator named in the first line", "sep=;\r\na;b,c\n1;2\n", "a N: 1 | b,c N: 2"},
+        {"named in quotes, behind a byte order mark", "\xEF\xBB\xBF\"SEP=^\"\na^b\n1^2\n", "a N: 1 | b N: 2"},
+        {"a tab named", "sep=\t\na\tb;c\n1\t2\n", "a N: 1 | b;c N: 2"},
+        {"named otherwise by an option",
+         "sep=;\na,b\n1,2\n",
+         "a N: 1 | b N: 2",
+         {HeaderLine::Automatic, ',', {}}},
         {"chosen decimal mark",
          "a;b\n1,234;1.5\n",
          "a N: 1.234 | b T: 1.5",
@@ -106,6 +114,9 @@ TEST(ReadText, NotesWhatItChanged) {
     EXPECT_EQ(note("a,a\n1,2\n"), "the name 'a' stands twice in the header; variable 2 is called 'a_2'");
     EXPECT_EQ(note("a,\n1,2\n"), "variable 2 has no name in the header; it is called 'Var2'");
     EXPECT_NE(note("time dead\n1 0\n2 1\n").find("if blanks separate its cells"), std::string::npos);
+    EXPECT_NE(note("time:dead\n1:0\n2:1\n").find("if ':' separates its cells, say so (--separator ':')"),
+              std::string::npos);
+    EXPECT_EQ(note("name/title\nDr\n"), "") << "its cells have none";
 }
 
 TEST(ReadText, TheDivisionOfTheWorkDoesNotShow) {

@@ -30,6 +30,13 @@ char decimalMarkOf(const std::string& text) {
     throw UsageError("--decimal is point or comma, not '" + text + "'");
 }
 
+DateOrder dateOrderOf(const std::string& text) {
+    if (text == "dmy") return DateOrder::DayMonthYear;
+    if (text == "mdy") return DateOrder::MonthDayYear;
+    if (text == "ymd") return DateOrder::YearMonthDay;
+    throw UsageError("--dates is dmy (day, month, year), mdy or ymd, not '" + text + "'");
+}
+
 /// Sets the codes of --missing, as soon as their variables are there: some are computed only later.
 class MissingCodes {
 public:
@@ -117,6 +124,10 @@ void DataOptions::declare(CLI::App& app) {
     app.add_option("--decimal", decimal_, "decimal mark: point or comma [found out]")
         ->type_name("MARK")
         ->group(group);
+    app.add_option("--dates", dates_,
+                   "order of day, month and year in dates such as 01/02/1995: dmy, mdy or ymd [found out]")
+        ->type_name("ORDER")
+        ->group(group);
     app.add_flag("--header", header_, "the first line holds the names [found out]")->group(group);
     app.add_flag("--no-header", noHeader_, "there is no line of names: variables are Var1, Var2, ...")
         ->group(group);
@@ -129,6 +140,7 @@ void DataOptions::open(ActiveData& data) const {
     if (header_ || noHeader_) options.header = header_ ? HeaderLine::Yes : HeaderLine::No;
     if (!separator_.empty()) options.separator = separatorOf(separator_);
     if (!decimal_.empty()) options.decimalMark = decimalMarkOf(decimal_);
+    if (!dates_.empty()) options.dates = dateOrderOf(dates_);
     const std::vector<Definition> definitions = define_.read();
     MissingCodes missing(missing_);
     DataSet read = readData(path_, options);

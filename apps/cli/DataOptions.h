@@ -27,6 +27,7 @@ private:
     std::vector<std::string> missing_;
     std::string separator_;
     std::string decimal_;
+    std::string dates_;
     bool header_ = false;
     bool noHeader_ = false;
 };

@@ -1,41 +1,292 @@
 #include "host/data/ColumnKinds.h"
 
-namespace korvana {
+#include "host/data/DateText.h"
+#include "host/data/DayNumber.h"
+#include "host/data/Thousands.h"
 
-VariableKind decideKind(const DelimitedTable& table, std::size_t column0, const ColumnTally& tally) {
-    const auto& count = tally.count;
-    const auto& first = tally.first;
-    const auto cell = [](const CellPlace& place) { return "'" + place.text + "'"; };
-    if (count[ColumnTally::Text] > 0) return VariableKind::Text;
-    if (count[ColumnTally::Number] == 0) {
-        if (count[ColumnTally::TooBig] > 0) return VariableKind::Text;
-        if (count[ColumnTally::Date] == 0)
-            return count[ColumnTally::BadDate] > 0 ? VariableKind::Text : VariableKind::Number;
-        if (count[ColumnTally::BadDate] > 0) {
-            throw table.cellError(first[ColumnTally::BadDate].line, column0,
-                                  cell(first[ColumnTally::BadDate]) +
-                                      " is no day of the calendar; correct the date or leave the cell empty");
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+namespace korvana {
+namespace {
+
+using Sort = ColumnTally::Sort;
+
+/** An order of dates with what speaks against it. */
+struct Order {
+    DateOrder order;
+    Sort against;
+    const char* option;
+    const char* name;
+};
+
+constexpr std::array<Order, 3> orders{{
+    {DateOrder::DayMonthYear, ColumnTally::NotDayFirst, "dmy", "day, month, year"},
+    {DateOrder::MonthDayYear, ColumnTally::NotMonthFirst, "mdy", "month, day, year"},
+    {DateOrder::YearMonthDay, ColumnTally::NotYearFirst, "ymd", "year, month, day"},
+}};
+
+std::string quoted(const CellPlace& place) {
+    return "'" + place.text + "'";
+}
+
+std::string inLine(const CellPlace& place) {
+    return quoted(place) + " in line " + std::to_string(place.line);
+}
+
+std::string cellsAre(std::int64_t count, const char* what) {
+    return std::to_string(count) + (count == 1 ? " cell is " : " cells are ") + what;
+}
+
+class Kinds {
+public:
+    Kinds(const DelimitedTable& table, std::span<const ColumnTally> tallies, std::size_t first,
+          std::vector<std::string>& notes)
+        : table_(table), tallies_(tallies), first_(first), notes_(notes), kinds_(tallies.size()) {}
+
+    std::vector<ColumnKind> decide() {
+        for (std::size_t i = first_; i < tallies_.size(); ++i)
+            kinds_[i].kind = kindOf(i);
+        decideMark();
+        decideOrders();
+        for (std::size_t i = first_; i < tallies_.size(); ++i)
+            note(i);
+        return std::move(kinds_);
+    }
+
+private:
+    [[noreturn]] void fail(std::size_t column, const CellPlace& place, const std::string& what) const {
+        throw table_.cellError(place.line, column, what);
+    }
+
+    VariableKind kindOf(std::size_t column) const {
+        const auto& count = tallies_[column].count;
+        const auto& first = tallies_[column].first;
+        if (count[Sort::Text] > 0) return VariableKind::Text;
+        const bool numbers = count[Sort::Number] + count[Sort::TooBig] + count[Sort::Thousands] > 0;
+        const bool dates = tallies_[column].dates() > 0;
+        if (dates || count[Sort::BadDate] > 0) {
+            if (numbers || !dates) return VariableKind::Text;
+            if (count[Sort::BadDate] > 0) failBadDate(column);
+            return VariableKind::Date;
         }
-        return VariableKind::Date;
+        if (count[Sort::Number] == 0 && count[Sort::TooBig] > 0) return VariableKind::Text;
+        if (count[Sort::TooBig] > 0) {
+            fail(column, first[Sort::TooBig],
+                 quoted(first[Sort::TooBig]) +
+                     " is infinite or above the greatest number (about 1.8e308); correct it or leave the "
+                     "cell empty");
+        }
+        if (count[Sort::Thousands] > 0) {
+            const CellPlace& place = first[Sort::Thousands];
+            const bool certain = thousandsOf(place.text) == Thousands::Certain;
+            if (count[Sort::Number] == 0 && !certain) return VariableKind::Text;
+            fail(column, place,
+                 quoted(place) + " has separated thousands; write " + withoutThousands(place.text) +
+                     ", and so in the whole file");
+        }
+        return VariableKind::Number;
     }
-    if (count[ColumnTally::Date] + count[ColumnTally::BadDate] > 0) return VariableKind::Text;
-    if (count[ColumnTally::TooBig] > 0) {
-        throw table.cellError(
-            first[ColumnTally::TooBig].line, column0,
-            cell(first[ColumnTally::TooBig]) +
-                " is infinite or above the greatest number (about 1.8e308); correct it or leave the "
-                "cell empty");
+
+    [[noreturn]] void failBadDate(std::size_t column) const {
+        const CellPlace& place = tallies_[column].first[Sort::BadDate];
+        std::string what = quoted(place) + " is no day of the calendar";
+        for (const Order& each : orders)
+            if (table_.format.dialect.dates == each.order) what.append(" when read as ").append(each.name);
+        fail(column, place, what + "; correct the date or leave the cell empty");
     }
-    if (count[ColumnTally::Comma] > 0 && count[ColumnTally::Point] > 0) {
-        const bool pointLater = first[ColumnTally::Point].line > first[ColumnTally::Comma].line;
-        const CellPlace& later = first[pointLater ? ColumnTally::Point : ColumnTally::Comma];
-        const CellPlace& earlier = first[pointLater ? ColumnTally::Comma : ColumnTally::Point];
-        throw table.cellError(later.line, column0,
-                              cell(later) + " has another decimal mark than " + cell(earlier) + " in line " +
-                                  std::to_string(earlier.line) +
-                                  "; use the same mark in the whole column and no thousands separators");
+
+    struct Found {
+        std::size_t column = 0;
+        const CellPlace* place = nullptr;
+        std::int64_t count = 0;
+        std::int64_t sure = 0;
+
+        void add(std::size_t at, const ColumnTally& tally, Sort mark, Sort sureMark) {
+            count += tally.count[mark];
+            sure += tally.count[sureMark];
+            if (tally.count[mark] == 0 || (place != nullptr && place->line <= tally.first[mark].line)) return;
+            column = at;
+            place = &tally.first[mark];
+        }
+    };
+
+    /** One mark for the file: that which cannot be anything else, then that of more cells. */
+    void decideMark() {
+        if (!table_.format.dialect.comma) return;
+        Found comma;
+        Found point;
+        for (std::size_t i = first_; i < tallies_.size(); ++i) {
+            if (kinds_[i].kind != VariableKind::Number) continue;
+            comma.add(i, tallies_[i], Sort::Comma, Sort::SureComma);
+            point.add(i, tallies_[i], Sort::Point, Sort::SurePoint);
+        }
+        if (table_.format.dialect.separator == ',' && comma.count == 0) {
+            throw DataError(table_.file, 0, 0,
+                            "the comma separates the cells; it can be the decimal mark in quoted cells only, "
+                            "and there are none with one: separate the cells with semicolons");
+        }
+        if (comma.count == 0 || point.count == 0) {
+            if (table_.format.dialect.point) noteLikelyThousands(comma.sure + point.sure);
+            return;
+        }
+        const bool commas =
+            (comma.sure > 0) != (point.sure > 0) ? comma.sure > 0 : comma.count >= point.count;
+        const Found& other = commas ? point : comma;
+        const Found& usual = commas ? comma : point;
+        const std::string sign = commas ? "point" : "comma";
+        const bool thousands = other.sure == 0;
+        fail(other.column, *other.place,
+             quoted(*other.place) + " has a decimal " + sign + ", but the file has decimal " +
+                 (commas ? "commas" : "points") + " (" + inLine(*usual.place) + ", variable '" +
+                 table_.names[usual.column] + "'); " +
+                 (thousands ? "if the " + sign + " separates thousands, leave it out; " : "") +
+                 "use one mark in the whole file, or say which it is (--decimal " +
+                 (commas ? "comma" : "point") + "): numbers with the other are texts then");
     }
-    return VariableKind::Number;
+
+    /** 850 and 1.200 in a file without other decimals: whole numbers or not? */
+    void noteLikelyThousands(std::int64_t sure) {
+        for (std::size_t i = first_; i < tallies_.size() && sure == 0; ++i) {
+            const ColumnTally& tally = tallies_[i];
+            const std::int64_t marked = tally.count[Sort::Comma] + tally.count[Sort::Point];
+            if (kinds_[i].kind != VariableKind::Number || marked == 0 || marked == tally.count[Sort::Number])
+                continue;
+            const bool comma = tally.count[Sort::Comma] > 0;
+            const CellPlace& place = tally.first[comma ? Sort::Comma : Sort::Point];
+            notes_.push_back("variable '" + table_.names[i] + "': " + inLine(place) +
+                             " is read with a decimal " + (comma ? "comma" : "point") + "; if the " +
+                             (comma ? "comma" : "point") + " separates thousands, write " +
+                             withoutThousands(place.text));
+        }
+    }
+
+    std::vector<const Order*> fitting(const ColumnTally& tally) const {
+        std::vector<const Order*> fit;
+        for (const Order& each : orders)
+            if (tally.count[each.against] == 0) fit.push_back(&each);
+        return fit;
+    }
+
+    /** Columns that leave one order are read in it; those that leave several follow them, when they agree. */
+    void decideOrders() {
+        std::vector<std::size_t> open;
+        std::vector<DateOrder> decided;
+        for (std::size_t i = first_; i < tallies_.size(); ++i) {
+            const ColumnTally& tally = tallies_[i];
+            if (kinds_[i].kind != VariableKind::Date || tally.count[Sort::OpenDate] == 0) continue;
+            const auto fit = fitting(tally);
+            if (fit.empty()) {
+                contradict(i);
+            } else if (fit.size() == 1 || tally.count[Sort::Ambiguous] == 0) {
+                kinds_[i].order = fit.front()->order;
+                if (fit.size() == 1) decided.push_back(fit.front()->order);
+            } else {
+                open.push_back(i);
+            }
+        }
+        const bool agreed = !decided.empty() && std::count(decided.begin(), decided.end(), decided.front()) ==
+                                                    static_cast<std::ptrdiff_t>(decided.size());
+        for (const std::size_t column : open) {
+            const auto fit = fitting(tallies_[column]);
+            const bool follows = agreed && std::any_of(fit.begin(), fit.end(), [&](const Order* each) {
+                                     return each->order == decided.front();
+                                 });
+            if (!follows) failAmbiguous(column, fit);
+            kinds_[column].order = decided.front();
+        }
+    }
+
+    /** No order fits all dates. Short numbers may be something else than dates. */
+    void contradict(std::size_t column) {
+        const ColumnTally& tally = tallies_[column];
+        if (tally.count[Sort::ShortYear] > 0) {
+            kinds_[column].kind = VariableKind::Text;
+            return;
+        }
+        const CellPlace& day = tally.first[Sort::NotMonthFirst];
+        const CellPlace& month = tally.first[Sort::NotDayFirst];
+        const bool dayLater = day.line > month.line;
+        fail(column, dayLater ? day : month,
+             quoted(dayLater ? day : month) + " can only be read as " + orders[dayLater ? 0 : 1].name +
+                 ", but " + inLine(dayLater ? month : day) + " only as " + orders[dayLater ? 1 : 0].name +
+                 "; write the dates alike, best as year-month-day (1995-06-05)");
+    }
+
+    [[noreturn]] void failAmbiguous(std::size_t column, const std::vector<const Order*>& fit) const {
+        const CellPlace& place = tallies_[column].first[Sort::Ambiguous];
+        const DateText date = readDateText(place.text).value_or(DateText{});
+        std::string readings;
+        std::string options;
+        for (std::size_t i = 0; i < fit.size(); ++i) {
+            const char* const link = i == 0 ? "" : i + 1 < fit.size() ? ", " : " or ";
+            const auto day = dayNumberOf(date, fit[i]->order);
+            readings.append(link).append(isoDateText(day.value_or(0)));
+            readings.append(" (").append(fit[i]->name).append(")");
+            options.append(link).append("--dates ").append(fit[i]->option);
+        }
+        fail(column, place,
+             quoted(place) + " may be " + readings + ", and no other date decides; say which (" + options +
+                 "), or write dates as year-month-day");
+    }
+
+    void note(std::size_t column) {
+        const ColumnTally& tally = tallies_[column];
+        const std::string begin = "variable '" + table_.names[column] + "': ";
+        if (kinds_[column].kind == VariableKind::Date && tally.count[Sort::TimeOfDay] > 0) {
+            notes_.push_back(begin + "dates count whole days; the time of day is left out of " +
+                             std::to_string(tally.count[Sort::TimeOfDay]) +
+                             (tally.count[Sort::TimeOfDay] == 1 ? " cell" : " cells") +
+                             " (first: " + inLine(tally.first[Sort::TimeOfDay]) + ")");
+        }
+        if (kinds_[column].kind != VariableKind::Text) return;
+        noteMixture(column);
+        const std::int64_t commas = tally.count[Sort::CommaText];
+        if (commas > 0 && commas == tally.count[Sort::Text] && table_.format.dialect.separator == ',') {
+            notes_.push_back(begin + cellsAre(commas, "read as text") + ", such as " +
+                             inLine(tally.first[Sort::CommaText]) +
+                             "; if the comma is the decimal mark, say so (--decimal comma)");
+        }
+        if (tally.count[Sort::Thousands] == tally.filled()) {
+            notes_.push_back(begin + cellsAre(tally.filled(), "read as text") + ", such as " +
+                             inLine(tally.first[Sort::Thousands]) + "; numbers have no separated thousands");
+        }
+    }
+
+    void noteMixture(std::size_t column) {
+        const ColumnTally& tally = tallies_[column];
+        const bool numbers = tally.count[Sort::Number] > 0;
+        const std::int64_t regular = numbers ? tally.count[Sort::Number] : tally.dates();
+        const std::int64_t other = tally.filled() - regular;
+        if (regular == 0 || other == 0) return;
+        if (!numbers && other > regular) return; // texts of which some look like dates
+        const CellPlace* first = nullptr;
+        for (const auto sort :
+             {Sort::Text, Sort::TooBig, Sort::Thousands, Sort::BadDate, Sort::Date, Sort::OpenDate}) {
+            const CellPlace& place = tally.first[sort];
+            if (!numbers && (sort == Sort::Date || sort == Sort::OpenDate)) continue;
+            if (first == nullptr || place.line < first->line) first = &place;
+        }
+        notes_.push_back("variable '" + table_.names[column] + "': " + std::to_string(other) + " of " +
+                         std::to_string(tally.filled()) +
+                         (other == 1 ? " cells is not a " : " cells are not ") +
+                         (numbers ? "number" : "date") + (other == 1 ? "" : "s") + " (first: '" +
+                         first->text + "', line " + std::to_string(first->line) + "); read as text codes");
+    }
+
+    const DelimitedTable& table_;
+    std::span<const ColumnTally> tallies_;
+    std::size_t first_;
+    std::vector<std::string>& notes_;
+    std::vector<ColumnKind> kinds_;
+};
+
+} // namespace
+
+std::vector<ColumnKind> decideKinds(const DelimitedTable& table, std::span<const ColumnTally> tallies,
+                                    std::size_t first, std::vector<std::string>& notes) {
+    return Kinds(table, tallies, first, notes).decide();
 }
 
 } // namespace korvana

@@ -19,7 +19,30 @@ struct CellPlace {
 
 /** Counts of the cells of one column by what they hold, with the first cell of each sort. */
 struct ColumnTally {
-    enum Sort { Number, Date, BadDate, TooBig, Text, Comma, Point, sortCount };
+    enum Sort {
+        Number,
+        TooBig,
+        Thousands,
+        Date,
+        OpenDate,
+        BadDate,
+        Text,
+        // Of the numbers:
+        Comma,     ///< with a decimal comma
+        Point,     ///< with a decimal point
+        SureComma, ///< where the comma cannot separate thousands
+        SurePoint,
+        // Of the texts:
+        CommaText, ///< 1,5 where the comma separates the cells
+        // Of the dates:
+        NotDayFirst, ///< no day of the calendar when read as day, month, year
+        NotMonthFirst,
+        NotYearFirst,
+        Ambiguous, ///< whose readings differ
+        ShortYear,
+        TimeOfDay,
+        sortCount
+    };
 
     std::array<std::int64_t, sortCount> count{};
     std::array<CellPlace, sortCount> first;
@@ -37,8 +60,10 @@ struct ColumnTally {
         }
     }
 
+    std::int64_t dates() const { return count[Date] + count[OpenDate]; }
+
     std::int64_t filled() const {
-        return count[Number] + count[Date] + count[BadDate] + count[TooBig] + count[Text];
+        return count[Number] + count[TooBig] + count[Thousands] + dates() + count[BadDate] + count[Text];
     }
 };
 

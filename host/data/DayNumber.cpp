@@ -20,6 +20,15 @@ int number(std::string_view digits) {
 
 } // namespace
 
+std::optional<int> dayNumberOf(int year, int month, int day) {
+    if (year < 0 || year > 9999 || month < 1 || month > 12 || day < 1) return std::nullopt;
+    const std::chrono::year_month_day date{std::chrono::year{year},
+                                           std::chrono::month{static_cast<unsigned>(month)},
+                                           std::chrono::day{static_cast<unsigned>(day)}};
+    if (!date.ok()) return std::nullopt;
+    return static_cast<int>(std::chrono::sys_days{date}.time_since_epoch().count()) + julianDayOfEpoch;
+}
+
 IsoDate readIsoDate(std::string_view text) {
     constexpr std::string_view form = "dddd-dd-dd";
     if (text.size() != form.size()) return {};
@@ -29,14 +38,8 @@ IsoDate readIsoDate(std::string_view text) {
     }
     IsoDate date;
     date.hasForm = true;
-    const std::chrono::year_month_day day{
-        std::chrono::year{number(text.substr(0, 4))},
-        std::chrono::month{static_cast<unsigned>(number(text.substr(5, 2)))},
-        std::chrono::day{static_cast<unsigned>(number(text.substr(8, 2)))}};
-    if (day.ok()) {
-        const auto sinceEpoch = std::chrono::sys_days{day}.time_since_epoch();
-        date.dayNumber = static_cast<int>(sinceEpoch.count()) + julianDayOfEpoch;
-    }
+    date.dayNumber =
+        dayNumberOf(number(text.substr(0, 4)), number(text.substr(5, 2)), number(text.substr(8, 2)));
     return date;
 }
 

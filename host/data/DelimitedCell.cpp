@@ -1,9 +1,11 @@
 #include "host/data/DelimitedCell.h"
 
-#include "host/data/DayNumber.h"
 #include "host/data/NameMatch.h"
 #include "host/data/NumberText.h"
+#include "host/data/Thousands.h"
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstring>
 
@@ -74,10 +76,36 @@ bool isMissingText(std::string_view text) {
            (text.size() == 3 && equalIgnoringCase(text, "nan"));
 }
 
+namespace {
+
+constexpr std::array<DateOrder, 3> orders{DateOrder::DayMonthYear, DateOrder::MonthDayYear,
+                                          DateOrder::YearMonthDay};
+
+/** What has the form of a date. Three short numbers that are no date may mean something else. */
+void classifyDate(CellValue& cell, const Dialect& dialect) {
+    const DateText& date = cell.date;
+    cell.kind = date.shortYear ? CellKind::Text : CellKind::BadDate;
+    if (date.yearFirst || dialect.dates) {
+        const auto day = dayNumberOf(date, dialect.dates.value_or(DateOrder::YearMonthDay));
+        if (!day) return;
+        cell.kind = CellKind::Date;
+        cell.value = *day;
+        return;
+    }
+    const bool fits = std::any_of(orders.begin(), orders.end(),
+                                  [&](DateOrder order) { return dayNumberOf(date, order).has_value(); });
+    if (!fits) return;
+    cell.kind = CellKind::OpenDate;
+    cell.value = packedDate(date);
+}
+
+} // namespace
+
 CellValue classifyCell(std::string_view text, const Dialect& dialect) {
     CellValue cell;
     if (isMissingText(text)) return cell;
-    const bool hasComma = dialect.comma && text.find(',') != std::string_view::npos;
+    const bool comma = text.find(',') != std::string_view::npos;
+    const bool hasComma = dialect.comma && comma;
     const bool hasPoint = !hasComma && text.find('.') != std::string_view::npos;
     NumberText number;
     if (!hasPoint || dialect.point) number = readNumber(text, hasComma ? ',' : '.');
@@ -87,9 +115,17 @@ CellValue classifyCell(std::string_view text, const Dialect& dialect) {
         cell.mark = hasComma ? ',' : hasPoint ? '.' : '\0';
         return cell;
     }
-    const IsoDate date = readIsoDate(text);
-    cell.kind = date.dayNumber ? CellKind::Date : date.hasForm ? CellKind::BadDate : CellKind::Text;
-    cell.value = date.dayNumber.value_or(0);
+    cell.kind = CellKind::Text;
+    const char front = text.front();
+    if ((front < '0' || front > '9') && front != '-' && front != '+' && front != ',') return cell;
+    if (const auto date = readDateText(text)) {
+        cell.date = *date;
+        classifyDate(cell, dialect);
+    } else if (thousandsOf(text) != Thousands::None) {
+        cell.kind = CellKind::Thousands;
+    } else if (comma && readNumber(text, ',').form == NumberForm::Finite) {
+        cell.mark = ',';
+    }
     return cell;
 }
 

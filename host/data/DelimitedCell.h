@@ -1,5 +1,8 @@
 #pragma once
 
+#include "host/data/DateText.h"
+
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -8,8 +11,9 @@ namespace korvana {
 /** How the cells of a delimited text are written. */
 struct Dialect {
     char separator = ',';
-    bool point = true;  ///< 1.5 is a number
-    bool comma = false; ///< 1,5 is a number
+    bool point = true;                ///< 1.5 is a number
+    bool comma = false;               ///< 1,5 is a number
+    std::optional<DateOrder> dates{}; ///< none: to be found out
 };
 
 enum class CellFault { None, OpenQuote, TextAfterQuote };
@@ -30,16 +34,19 @@ RawCell readCell(const char* p, const char* end, char separator, std::string& sc
 enum class CellKind {
     Missing, ///< empty, NA, a lone point, NaN
     Number,
-    TooBig,  ///< infinite or beyond the range of a double
-    Date,    ///< an ISO date; the value is its day number
-    BadDate, ///< has the form of a date, but there is no such day
+    TooBig,    ///< infinite or beyond the range of a double
+    Thousands, ///< a number, were its thousands not separated
+    Date,      ///< the value is its day number
+    OpenDate,  ///< a date whose order is not known: the value is packed (DateText.h)
+    BadDate,   ///< has the form of a date, but there is no such day
     Text
 };
 
 struct CellValue {
     CellKind kind = CellKind::Missing;
     double value = 0;
-    char mark = 0; ///< the decimal mark that the number has, 0 = none
+    char mark = 0;   ///< the decimal mark that the number has, 0 = none; of a text: that it would have
+    DateText date{}; ///< of the three kinds of dates
 };
 
 /** Whether a cell without quotes and surrounding blanks stands for a missing value. */

@@ -101,11 +101,7 @@ Dialect findDialect(std::string_view text, const ReadOptions& options, const std
     dialect.separator = options.separator ? *options.separator : findSeparator(text);
     dialect.point = options.decimalMark != ',';
     dialect.comma = options.decimalMark ? *options.decimalMark == ',' : dialect.separator != ',';
-    if (dialect.comma && dialect.separator == ',') {
-        throw DataError(
-            file, 0, 0,
-            "a comma cannot be the decimal mark and separate cells; separate the cells with semicolons");
-    }
+    dialect.dates = options.dates;
     return dialect;
 }
 

@@ -131,13 +131,13 @@ public:
         readNumbers();
         DataSet data(table_.file, static_cast<int>(table_.rowCount()));
         std::vector<Variable> variables(columns_.size());
+        const std::vector<ColumnKind> kinds = decideKinds(table_, tallies_, first_, notes_);
         std::vector<TextColumn> texts;
         for (std::size_t i = first_; i < columns_.size(); ++i) {
             variables[i].name = table_.names[i];
-            variables[i].kind = decideKind(table_, i, tallies_[i]);
-            if (variables[i].kind != VariableKind::Text) continue;
-            noteMixture(i);
-            texts.push_back({i, columns_[i].data(), {}});
+            variables[i].kind = kinds[i].kind;
+            if (variables[i].kind == VariableKind::Text) texts.push_back({i, columns_[i].data(), {}});
+            if (kinds[i].order) unpackDates(columns_[i].data(), *kinds[i].order);
         }
         CaseNames names;
         const bool named = table_.format.caseNames && !namesAreNumbers();
@@ -191,24 +191,9 @@ private:
         }
     }
 
-    void noteMixture(std::size_t column) {
-        const ColumnTally& tally = tallies_[column];
-        const bool numbers = tally.count[ColumnTally::Number] > 0;
-        const auto regular = tally.count[numbers ? ColumnTally::Number : ColumnTally::Date];
-        if (regular == 0) return;
-        const CellPlace* first = nullptr;
-        for (const auto sort :
-             {ColumnTally::Text, ColumnTally::TooBig, ColumnTally::BadDate, ColumnTally::Date}) {
-            const CellPlace& place = tally.first[sort];
-            if ((numbers || sort != ColumnTally::Date) && (first == nullptr || place.line < first->line))
-                first = &place;
-        }
-        const std::int64_t other = tally.filled() - regular;
-        notes_.push_back("variable '" + table_.names[column] + "': " + std::to_string(other) + " of " +
-                         std::to_string(tally.filled()) +
-                         (other == 1 ? " cells is not a " : " cells are not ") +
-                         (numbers ? "number" : "date") + (other == 1 ? "" : "s") + " (first: '" +
-                         first->text + "', line " + std::to_string(first->line) + "); read as text codes");
+    void unpackDates(double* cells, DateOrder order) const {
+        for (std::int64_t row = 0; row < table_.rowCount(); ++row)
+            if (cells[row] < 0) cells[row] = dayNumberOf(unpackedDate(cells[row]), order).value_or(0);
     }
 
     /** A single column of texts is likely a table with another separator. */

@@ -1,6 +1,7 @@
 #include "host/data/DelimitedTable.h"
 
 #include "host/data/PlainNumber.h"
+#include "host/data/Thousands.h"
 
 #include <algorithm>
 #include <limits>
@@ -18,8 +19,12 @@ ColumnTally::Sort sortOf(CellKind kind) {
         return ColumnTally::Date;
     case CellKind::BadDate:
         return ColumnTally::BadDate;
+    case CellKind::OpenDate:
+        return ColumnTally::OpenDate;
     case CellKind::TooBig:
         return ColumnTally::TooBig;
+    case CellKind::Thousands:
+        return ColumnTally::Thousands;
     default:
         return ColumnTally::Text;
     }
@@ -31,8 +36,8 @@ public:
                 std::span<ColumnTally> tallies)
         : table_(table), chunk_(chunk.rows), columns_(columns), tallies_(tallies), begin_(chunk.text.data()),
           end_(begin_ + chunk.text.size()), separator_(table.format.dialect.separator),
-          watchMarks_(table.format.dialect.point && table.format.dialect.comma),
-          plain_(table.format.dialect, end_), line_(chunk.rows.firstLine) {}
+          watchMarks_(table.format.dialect.comma), plain_(table.format.dialect, end_),
+          line_(chunk.rows.firstLine) {}
 
     std::int64_t run() {
         for (const char* p = begin_; p < end_;)
@@ -53,7 +58,8 @@ private:
             if (next != nullptr) {
                 value = number.value;
                 tallies_[column].add(ColumnTally::Number, line_, {});
-                if (number.mark != 0) countMark(column, number.mark, {p, static_cast<std::size_t>(next - p)});
+                if (number.mark != 0)
+                    countMark(column, number.mark, number.sure, {p, static_cast<std::size_t>(next - p)});
             } else {
                 const RawCell cell = readCell(p, end_, separator_, scratch_);
                 checkQuotes(cell, column);
@@ -82,13 +88,43 @@ private:
         const CellValue cell = classifyCell(text, table_.format.dialect);
         if (cell.kind == CellKind::Missing) return notANumber;
         tallies_[column].add(sortOf(cell.kind), line_, text);
-        if (cell.mark != 0) countMark(column, cell.mark, text);
-        return cell.kind == CellKind::Number || cell.kind == CellKind::Date ? cell.value : notANumber;
+        switch (cell.kind) {
+        case CellKind::Number:
+            if (cell.mark != 0) countMark(column, cell.mark, thousandsOf(text) == Thousands::None, text);
+            return cell.value;
+        case CellKind::Text:
+            if (cell.mark != 0) tallies_[column].add(ColumnTally::CommaText, line_, text);
+            return notANumber;
+        case CellKind::OpenDate:
+            countOrders(tallies_[column], cell.date, text);
+            [[fallthrough]];
+        case CellKind::Date:
+            if (cell.date.timeOfDay) tallies_[column].add(ColumnTally::TimeOfDay, line_, text);
+            return cell.value;
+        default:
+            return notANumber;
+        }
     }
 
-    void countMark(std::size_t column, char mark, std::string_view text) {
-        if (watchMarks_)
-            tallies_[column].add(mark == ',' ? ColumnTally::Comma : ColumnTally::Point, line_, text);
+    void countMark(std::size_t column, char mark, bool sure, std::string_view text) {
+        if (!watchMarks_) return;
+        ColumnTally& tally = tallies_[column];
+        tally.add(mark == ',' ? ColumnTally::Comma : ColumnTally::Point, line_, text);
+        if (sure) tally.add(mark == ',' ? ColumnTally::SureComma : ColumnTally::SurePoint, line_, text);
+    }
+
+    void countOrders(ColumnTally& tally, const DateText& date, std::string_view text) const {
+        const auto dayFirst = dayNumberOf(date, DateOrder::DayMonthYear);
+        const auto monthFirst = dayNumberOf(date, DateOrder::MonthDayYear);
+        const auto yearFirst = dayNumberOf(date, DateOrder::YearMonthDay);
+        if (!dayFirst) tally.add(ColumnTally::NotDayFirst, line_, text);
+        if (!monthFirst) tally.add(ColumnTally::NotMonthFirst, line_, text);
+        if (!yearFirst) tally.add(ColumnTally::NotYearFirst, line_, text);
+        const auto any = dayFirst ? dayFirst : monthFirst ? monthFirst : yearFirst;
+        if ((dayFirst && dayFirst != any) || (monthFirst && monthFirst != any) ||
+            (yearFirst && yearFirst != any))
+            tally.add(ColumnTally::Ambiguous, line_, text);
+        if (date.shortYear) tally.add(ColumnTally::ShortYear, line_, text);
     }
 
     void checkQuotes(const RawCell& cell, std::size_t column) const {

@@ -36,9 +36,10 @@ struct DelimitedTable {
     DataError cellError(std::int64_t line, std::size_t column0, const std::string& what) const;
 };
 
-/** Reads the cells of a chunk as numbers (dates as day numbers) into the columns, from the chunk's first row
-   on; other cells and missing ones become NaN. Blank lines are skipped, unless the table has only one column:
-   there they are missing cells. Throws DataError for rows with another number of cells and for faulty quotes.
+/** Reads the cells of a chunk as numbers (dates as day numbers, or packed when their order is not known) into
+   the columns, from the chunk's first row on; other cells and missing ones become NaN. Blank lines are
+   skipped, unless the table has only one column: there they are missing cells. Throws DataError for rows with
+   another number of cells and for faulty quotes.
     @param tallies  one per column, get the chunk's cells; whoever keeps them reads its chunks in order
     @return the number of rows without blank lines, at most as many as the chunk counts */
 std::int64_t readChunk(const DelimitedTable& table, const ChunkText& chunk, std::span<double* const> columns,

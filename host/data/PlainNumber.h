@@ -18,6 +18,7 @@ struct PlainNumber {
     const char* next = nullptr; ///< at the separator, line feed or end; none: not a plain number
     double value = 0;
     char mark = 0;
+    bool sure = true; ///< the mark cannot separate thousands
 };
 
 /** Reads a number that fills its cell without quotes or blanks. */
@@ -43,6 +44,7 @@ public:
             for (; p < end_ && digit(*p); ++p)
                 mantissa = 10 * mantissa + static_cast<unsigned>(*p - '0');
             decimals = p - after;
+            sure(number, *digits, after - 1 - digits, decimals);
             length += decimals;
         }
         if (length == 0) return number;
@@ -62,6 +64,9 @@ public:
     }
 
 private:
+    static void sure(PlainNumber& number, char first, std::ptrdiff_t before, std::ptrdiff_t behind) {
+        number.sure = before < 1 || before > 3 || behind != 3 || first == '0';
+    }
     static bool digit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 
     bool endsCell(const char* p) const {

@@ -11,12 +11,16 @@ namespace korvana {
 
 enum class HeaderLine { Automatic, Yes, No };
 
+/** The order of the parts of a date. */
+enum class DateOrder { DayMonthYear, MonthDayYear, YearMonthDay };
+
 /** How to read a file; what is left automatic is found out from the file. */
 struct ReadOptions {
     HeaderLine header = HeaderLine::Automatic;
-    std::optional<char> separator;   ///< between cells: , ; tab | or another sign
-    std::optional<char> decimalMark; ///< . or ,
-    std::stop_token stop{};          ///< asks from another thread to give up
+    std::optional<char> separator;    ///< between cells: , ; tab | or another sign
+    std::optional<char> decimalMark;  ///< . or ,
+    std::optional<DateOrder> dates{}; ///< of 01/02/1995; a year of four digits in front needs none
+    std::stop_token stop{};           ///< asks from another thread to give up
 };
 
 /** Thrown by a reader that was asked to stop. */

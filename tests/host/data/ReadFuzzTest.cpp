@@ -66,10 +66,13 @@ std::string outcome(const std::string& text, const ReaderTuning& tuning) {
 TEST(ReadFuzz, AnyBytesAreReadOrRefusedAlikeByOneThreadAndSeveral) {
     const std::string valid = "\"\",time,\"group \"\"g\"\"\",entry;x\r\nAnn,1.5,\"a\nb\",1995-01-15\r\n"
                               "Bob,-2e3,'c',1996-02-29\nCid,NA,\"d,e\",.\n\nDan,1234567890123456789.5,f,\n";
+    const std::string dates = "d;e;x\n01/02/1995;30.1.95;1,5\n12/11/1994;1.2.95 12:30;1.200\n"
+                              "1995-01-02T10:00Z;31-12-1999;850\n";
     const std::string_view alphabet = "\",;\t\r\n .-+e019ANa\xC3\xA9";
     std::mt19937 random(20240117);
     for (int i = 0; i < 6000; ++i) {
         const std::string text = i % 3 == 0   ? randomText(random, alphabet, 60)
+                                 : i % 6 == 1 ? mutated(dates, random, "0123456789./-,; :TZ\n")
                                  : i % 3 == 1 ? mutated(valid, random, alphabet)
                                               : randomText(random, "", 40);
         if (text.empty()) continue;

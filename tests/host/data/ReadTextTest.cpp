@@ -37,8 +37,15 @@ TEST(ReadText, AcceptsWhatPeopleSave) {
         {"tab", "a\tb c\n1\t2\n\t3\n4\t\n", "a N: 1 - 4 | b c N: 2 3 -"},
         {"semicolon with decimal comma", "a;b\n1,5;2\n-0,25;1e3\n", "a N: 1.5 -0.25 | b N: 2 1000"},
         {"semicolon with decimal point", "a;b\n1.5;x,y\n", "a N: 1.5 | b T: x,y"},
-        {"semicolon: marks may differ between columns", "a;b\n1,5;1.5\n", "a N: 1.5 | b N: 1.5"},
-        {"thousands separators are texts", "a;b\n1.234,5;1\n", "a T: 1.234,5 | b N: 1"},
+        {"numbers of texts decide no mark", "a;b\n1,5;1.5\n2;x\n", "a N: 1.5 2 | b T: 1.5 x"},
+        {"a point before three digits is a point", "a;b\n1.200;0.5\n", "a N: 1.2 | b N: 0.5"},
+        {"versions, addresses, codes", "a;b;c\n1.2.3;10.1.2.3;12 345\n1.10.12x;1.2.3.4;99 111\n",
+         "a T: 1.2.3 1.10.12x | b T: 10.1.2.3 1.2.3.4 | c T: 12 345 99 111"},
+        {"decimal commas in quotes",
+         "a,b\n\"1,5\",1\n2,\"-0,25\"\n",
+         "a N: 1.5 2 | b N: 1 -0.25",
+         {HeaderLine::Automatic, {}, ','}},
+        {"answers in quotes", "a,b\n\"1,2\",1\n3,2\n", "a T: 1,2 3 | b N: 1 2"},
         {"tab with decimal comma", "a\tb\n1,5\t2\n", "a N: 1.5 | b N: 2"},
         {"a separator inside quotes does not count", "a,b\n\"1;2;3\",4\n\"5;6;7\",8\n",
          "a T: 1;2;3 5;6;7 | b N: 4 8"},
@@ -70,6 +77,24 @@ TEST(ReadText, AcceptsWhatPeopleSave) {
         {"texts in order, whatever the order of rows", "g,h\nb,10\na,9\nB,x\nb,2\n",
          "g T: b a B b | h T: 10 9 x 2"},
         {"dates", "d\n1970-01-01\n\n2000-02-29\n", "d D: 2440588 - 2451604"},
+        {"a day above 12 decides", "d\n01.02.1995\n\n30.01.1995\n", "d D: 2449750 - 2449748"},
+        {"a month in front", "d\n1/2/1995\n12/31/1994\n", "d D: 2449720 2449718"},
+        {"one column decides for another", "d,e\n1-2-1995,30-1-1995\n", "d D: 2449750 | e D: 2449748"},
+        {"a year in front decides nothing for others", "d,e\n1995/2/1,30.1.1995\n1995-02-01,30.1.1995\n",
+         "d D: 2449750 2449750 | e D: 2449748 2449748"},
+        {"the same whichever way", "d\n05.05.1995\n", "d D: 2449843"},
+        {"short years", "d,e,f\n30.1.95,1/30/95,95-01-30\n", "d D: 2449748 | e D: 2449748 | f D: 2449748"},
+        {"an order given",
+         "d,e\n01/02/95,1995-02-01\n",
+         "d D: 2449750 | e D: 2449750",
+         {HeaderLine::Automatic, {}, {}, DateOrder::DayMonthYear}},
+        {"times of day",
+         "d,e\n1995-01-30 12:34,30.01.1995 1:00:00 PM\n1995-01-30T23:59:59.5+01:00,31.01.1995\n",
+         "d D: 2449748 2449748 | e D: 2449748 2449749"},
+        {"no dates: codes, times, versions", "a,b,c,d\n40-20-30,12:34,1.2.3,1/2\n01-02-03,13:00,1.2.10,3/4\n",
+         "a T: 40-20-30 01-02-03 | b T: 12:34 13:00 | c T: 1.2.3 1.2.10 | d T: 1/2 3/4"},
+        {"texts with some dates", "a\nsoon\n01/02/1995\n30/40/1995\n", "a T: soon 01/02/1995 30/40/1995"},
+        {"dates among numbers", "a\n7\n30/01/1995\n", "a T: 7 30/01/1995"},
         {"a date of no day among texts", "d,e\n1995-02-30,1\nsoon,2\n", "d T: 1995-02-30 soon | e N: 1 2"},
         {"names of cases", "\"\",\"t\"\n\"Ann\",1\n\"Bob \"\"B\"\"\",2\n", "t N: 1 2 | names: Ann Bob \"B\""},
         {"names that only count the cases", "\"\",\"t\"\n\"1\",5\n\"2\",6\n", "t N: 5 6"},
@@ -111,6 +136,18 @@ TEST(ReadText, NotesWhatItChanged) {
               "variable 'a': 1 of 3 cells is not a number (first: 'x y', line 2); read as text codes");
     EXPECT_EQ(note("d\n1995-01-15\nsoon\n"),
               "variable 'd': 1 of 2 cells is not a date (first: 'soon', line 3); read as text codes");
+    EXPECT_EQ(
+        note("a;b\n850;1\n1.200;2\n"),
+        "variable 'a': '1.200' in line 3 is read with a decimal point; if the point separates thousands, "
+        "write 1200");
+    EXPECT_EQ(note("a;b\n850;1\n1.200;2\n3.4;1\n"), "");
+    EXPECT_EQ(note("a,b\n\"1,5\",1\n"),
+              "variable 'a': 1 cell is read as text, such as '1,5' in line 2; if the "
+              "comma is the decimal mark, say so (--decimal comma)");
+    EXPECT_EQ(note("d\n1995-01-30 00:00:00\n1995-01-31\n"), "");
+    EXPECT_EQ(note("d\n1995-01-30\n1995-01-31 08:00\n"),
+              "variable 'd': dates count whole days; the time of day is left out of 1 cell (first: "
+              "'1995-01-31 08:00' in line 3)");
     EXPECT_EQ(note("a,a\n1,2\n"), "the name 'a' stands twice in the header; variable 2 is called 'a_2'");
     EXPECT_EQ(note("a,\n1,2\n"), "variable 2 has no name in the header; it is called 'Var2'");
     EXPECT_NE(note("time dead\n1 0\n2 1\n").find("if blanks separate its cells"), std::string::npos);

@@ -26,11 +26,15 @@ struct ChartSeries {
     Marker marker = Marker::None;
     /// Series of one group share a colour: an estimate, its bounds and its censored observations.
     int group = 0;
-    /// Of an estimate over time: when observations leave its sample, complete or censored, ascending, each time
-    /// as often as observations leave. From these the numbers at risk under the curve are counted; empty
+    /// Of an estimate over time: when observations leave its sample, complete or censored, ascending, each
+    /// time as often as observations leave. From these the numbers at risk under the curve are counted; empty
     /// where there are none to show.
     std::vector<double> leaving;
-    double staying = 0.0; ///< observations that leave after the last of these times (those not plotted)
+    /// Of a long sample, gathered: how many leave at each of these times, which are multiples of a step and
+    /// stand for all that leave before the next multiple. Empty: one observation leaves at each time.
+    std::vector<double> leavingCounts;
+    double leavingStep = 0.0; ///< of gathered times: numbers at risk are known at its multiples
+    double staying = 0.0;     ///< observations that leave after the last of these times (those not plotted)
 };
 
 /// Axis: title, and a range where the caller wants one (min < max), else chosen from the data.

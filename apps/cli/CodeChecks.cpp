@@ -48,10 +48,6 @@ std::string codesOf(const ActiveData& data, int variable0) {
     return "'" + data.dataSet().variable(variable0).name + "' has " + codesText(codes, mostCodesListed);
 }
 
-std::string casesText(int count) {
-    return std::to_string(count) + (count == 1 ? " case" : " cases");
-}
-
 std::array<double, 2> resolveCodes(const ActiveData& data, int variable0, const CodePair& pair) {
     std::string missing;
     for (const CodePair::Option& option : {pair.first, pair.second})

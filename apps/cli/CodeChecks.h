@@ -22,9 +22,6 @@ struct CodePair {
 /// codes that there are.
 std::array<double, 2> resolveCodes(const ActiveData& data, int variable0, const CodePair& pair);
 
-/// "1 case", "2 cases".
-std::string casesText(int count);
-
 /// How many selected cases have one code, the other, or neither; missing values count nowhere.
 struct CodeCounts {
     int first = 0;

@@ -44,8 +44,8 @@ void OutputOptions::check() {
 
 int OutputOptions::write(const ResultsBook& book, Console& console) const {
     const bool textOut = !toFiles() && formats_.has(OutputFormat::Txt);
-    // A report on standard output shows the notes itself.
-    if (!quiet_ && !textOut)
+    // Also where the report shows them: it may be on its way to a file.
+    if (!quiet_)
         for (const std::string& note : book.notes)
             console.say("note: " + note);
     if (textOut) {

@@ -12,8 +12,8 @@ namespace korvana::cli {
 namespace {
 
 constexpr const char* timeForms =
-    "one (survival times), two (start and end dates) or six (month, day and year "
-    "of start, then of end)";
+    "one (survival times), two (start and end, dates or numbers: the survival time is the second minus the "
+    "first) or six (month, day and year of start, then of end)";
 
 /// The variables that --time names: a name may itself hold a comma.
 std::vector<int> timeVariables(const DataSet& data, const std::vector<std::string>& options) {
@@ -49,8 +49,6 @@ void checkCodes(const ActiveData& data, int censor, TimesAndCodes& result) {
     };
     check("--complete", result.complete, counts.first);
     check("--censored", result.censored, counts.second);
-    if (counts.neither > 0)
-        result.notes.push_back(casesText(counts.neither) + " with another code of '" + name + "' left out.");
 }
 
 } // namespace

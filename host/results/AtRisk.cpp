@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <qcustomplot.h>
 #include <utility>
 
@@ -23,9 +24,9 @@ public:
     [[nodiscard]] int roomForLabels() const {
         double room = 0.0;
         for (const AtRiskRow& row : rows_) {
-            const double most = static_cast<double>(row.leaving.size()) + row.staying;
-            room = std::max(room, metrics_.horizontalAdvance(row.label) +
-                                      metrics_.horizontalAdvance(QString::number(most, 'f', 0)) / 2);
+            room = std::max(room,
+                            metrics_.horizontalAdvance(row.label) +
+                                metrics_.horizontalAdvance(QString::number(row.leaving.all(), 'f', 0)) / 2);
         }
         return static_cast<int>(std::ceil(room + 2 * kGap));
     }
@@ -75,7 +76,7 @@ private:
 
     [[nodiscard]] static QString text(const AtRiskRow& row, double time) {
         if (time < row.from) return {};
-        const double number = numberAtRisk(row.leaving, row.staying, time);
+        const double number = row.leaving.atRisk(time);
         return std::isnan(number) ? QString() : QString::number(number, 'f', 0);
     }
 
@@ -105,12 +106,25 @@ bool tellsNumbersAtRisk(const ozm::CChartInfo& info) {
                        [](const ozm::ChartSeries& series) { return !series.leaving.empty(); });
 }
 
-double numberAtRisk(std::span<const double> leaving, double staying, double time) {
+Leaving Leaving::of(const ozm::ChartSeries& series) {
+    return {series.leaving, series.leavingCounts, series.leavingStep, series.staying};
+}
+
+double Leaving::atRisk(double time) const {
+    constexpr double unknown = std::numeric_limits<double>::quiet_NaN();
+    const double steps = step > 0.0 ? time / step : 0.0;
+    if (std::fabs(steps - std::round(steps)) > 1e-6) return unknown;
     // A tick is a multiple of the tick step and may lie a rounding error above the time that it stands for.
     const double just = time - 1e-12 * std::fabs(time);
-    const auto first = std::lower_bound(leaving.begin(), leaving.end(), just);
-    if (first == leaving.end() && staying > 0.0) return std::numeric_limits<double>::quiet_NaN();
-    return static_cast<double>(leaving.end() - first) + staying;
+    const auto first = std::lower_bound(times.begin(), times.end(), just);
+    if (first == times.end() && staying > 0.0) return unknown;
+    if (counts.empty()) return static_cast<double>(times.end() - first) + staying;
+    return std::accumulate(counts.begin() + (first - times.begin()), counts.end(), staying);
+}
+
+double Leaving::all() const {
+    return counts.empty() ? static_cast<double>(times.size()) + staying
+                          : std::accumulate(counts.begin(), counts.end(), staying);
 }
 
 void addAtRiskRows(QCustomPlot& plot, std::vector<AtRiskRow> rows, const QFont& font, const QColor& ink) {

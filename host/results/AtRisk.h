@@ -17,16 +17,25 @@ namespace korvana {
 /// Whether any of the chart's series tells them.
 [[nodiscard]] bool tellsNumbersAtRisk(const ozm::CChartInfo& info);
 
-/// How many of the observations are under observation just before `time`: those that leave then or later.
-/// `leaving` ascends. NaN where it is not known, beyond the last of these times while others stay.
-[[nodiscard]] double numberAtRisk(std::span<const double> leaving, double staying, double time);
+/// When observations leave a sample: as the series of a chart tells it.
+struct Leaving {
+    std::vector<double> times;  ///< ascending
+    std::vector<double> counts; ///< how many leave at each, empty: one
+    double step = 0.0;          ///< 0: the times are not gathered
+    double staying = 0.0;       ///< leave after the last of the times
+
+    [[nodiscard]] static Leaving of(const ozm::ChartSeries& series);
+    /// How many are under observation just before a time: those that leave then or later. NaN where it is not
+    /// known: beyond the last time while others stay, and between the multiples of the step.
+    [[nodiscard]] double atRisk(double time) const;
+    [[nodiscard]] double all() const;
+};
 
 struct AtRiskRow {
     QString label;
     QColor colour;
     double from = 0.0; ///< the curve begins here; nothing is shown before
-    std::vector<double> leaving;
-    double staying = 0.0;
+    Leaving leaving;
 };
 
 /// Appends the rows to the plot's layout, below the axes; each number stands under its tick of the x axis and

@@ -342,7 +342,7 @@ private:
         for (const ChartSeries& series : info_.series)
             if (!series.leaving.empty())
                 rows.push_back({elidedLine(series.legend, font(13), options_.width / 4), colour(series),
-                                series.x.empty() ? 0.0 : series.x.front(), series.leaving, series.staying});
+                                series.x.empty() ? 0.0 : series.x.front(), Leaving::of(series)});
         addAtRiskRows(plot_, std::move(rows), font(13), tones_.ink);
     }
 

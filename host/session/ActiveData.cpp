@@ -14,10 +14,10 @@ std::string cases(int count) {
 } // namespace
 
 void ActiveData::open(DataSet data) {
-    std::vector<const double*> columns;
+    std::vector<Cells> columns;
     columns.reserve(static_cast<std::size_t>(data.variableCount()));
     for (int i = 0; i < data.variableCount(); ++i)
-        columns.push_back(data.column(i).data());
+        columns.push_back({data.column(i).data(), data.variable(i).missingCode});
     data_ = std::move(data);
     columns_ = std::move(columns);
     selection_ = {};
@@ -44,6 +44,7 @@ void ActiveData::describe(int variable0, std::string label, double missingCode,
         variable.label.swap(label);
         std::swap(variable.missingCode, missingCode);
         variable.valueLabels.swap(valueLabels);
+        columns_[static_cast<std::size_t>(variable0)].missingCode = variable.missingCode;
     };
     exchange();
     try {
@@ -97,14 +98,8 @@ std::vector<std::string> ActiveData::notes() const {
         notes.push_back(std::move(note));
     }
     if (weightVariable_ > 0) {
-        const Variable& variable = data_.variable(weightVariable_ - 1);
-        const CaseWeights weights = resolveWeights(data_, variable.name, mask());
-        std::string note = "Cases weighted by '" + variable.name + "'.";
-        // Weights below 2 count a case once, whatever they are: worth knowing where they look like mistakes.
-        if (weights.missingCount > 0) note += " " + cases(weights.missingCount) + " without a weight.";
-        if (weights.notPositiveCount > 0)
-            note += " " + cases(weights.notPositiveCount) + " with a weight of zero or less.";
-        notes.push_back(std::move(note));
+        // What odd weights do is the analysis' business, which says so.
+        notes.push_back("Cases weighted by '" + data_.variable(weightVariable_ - 1).name + "'.");
     }
     return notes;
 }

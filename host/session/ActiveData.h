@@ -5,7 +5,9 @@
 #include "host/data/DataSet.h"
 #include "host/results/OutputOrigin.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <string>
 #include <string_view>
@@ -62,12 +64,22 @@ public:
     /// What a reader of results should know about the data: the reader's notes, the selection, the weights.
     [[nodiscard]] std::vector<std::string> notes() const;
 
-    /// The first cell of each variable's column, for reading passes.
-    [[nodiscard]] std::span<const double* const> columns() const { return columns_; }
+    /// A variable's cells, for reading passes: a cell that equals the missing code has no value.
+    struct Cells {
+        const double* first = nullptr;
+        double missingCode = 0.0; ///< NaN, which equals nothing, when there is none
+        /// The value of a case (from 0), NaN for a missing one.
+        [[nodiscard]] double value(std::size_t place) const {
+            const double cell = first[place];
+            return cell == missingCode ? std::numeric_limits<double>::quiet_NaN() : cell;
+        }
+    };
+    /// Of each variable.
+    [[nodiscard]] std::span<const Cells> columns() const { return columns_; }
 
 private:
     DataSet data_{std::string{}, 0};
-    std::vector<const double*> columns_;
+    std::vector<Cells> columns_;
     CaseSelection selection_;
     std::string condition_;
     int weightVariable_ = 0;

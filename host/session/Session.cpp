@@ -53,6 +53,7 @@ void Session::start() {
     services_.dialogs().release();
     parts_.origins.restart();
     parts_.book = std::make_shared<ResultsBook>();
+    parts_.remarks.clear();
     parts_.describeData();
     step_ = 0;
     stepsWithoutDialog_ = 0;

@@ -7,6 +7,7 @@ namespace korvana {
 namespace {
 
 bool isWellFormed(const ozm::ChartSeries& series) {
+    if (!series.leavingCounts.empty() && series.leavingCounts.size() != series.leaving.size()) return false;
     return series.style == ozm::ChartSeries::Style::Histogram ? series.x.empty()
                                                               : series.x.size() == series.y.size();
 }

@@ -22,7 +22,7 @@ short SessionData::cstart(int caseNumber, std::span<double> values, std::span<co
     for (std::size_t k = 0; k < variables.size(); ++k) {
         const std::size_t variable = index(variables[k]);
         if (variable >= columns.size()) return ozm::StopReading;
-        values[k] = columns[variable][place];
+        values[k] = columns[variable].value(place);
     }
     return ozm::UseCase;
 }

@@ -13,6 +13,7 @@ ResultMessage::Severity severityOf(ozm::MessageStyle style) {
         return ResultMessage::Severity::Error;
     case ozm::MessageStyle::Information:
     case ozm::MessageStyle::YesNo:
+    case ozm::MessageStyle::Note:
         break;
     }
     return ResultMessage::Severity::Note;
@@ -26,6 +27,10 @@ std::string SessionMessages::GetResourceString(ozm::ModuleHandle module, int id)
 
 int SessionMessages::DspMessageBox(ozm::MessageStyle style, ozm::CAnalysisDialog* window, int id,
                                    std::string_view text, std::string_view detail) {
+    if (style == ozm::MessageStyle::Note) {
+        parts_.remark(detail.empty() ? std::string{text} : std::string{text}.append(" ").append(detail));
+        return ozm::ButtonOk;
+    }
     ResultMessage message{id, std::string{text}, std::string{detail}, severityOf(style)};
     if (style == ozm::MessageStyle::YesNo)
         return parts_.frontEnd->ask(message, window) ? ozm::ButtonYes : ozm::ButtonNo;

@@ -6,7 +6,7 @@
 namespace korvana {
 
 /// Messages are recorded in the book, told to the observers and shown by the front end; questions only reach
-/// the front end.
+/// the front end, and notes only the book.
 class SessionMessages : public ozm::MessageService {
 public:
     explicit SessionMessages(SessionParts& parts) : parts_(parts) {}

@@ -6,8 +6,11 @@
 #include "host/session/SessionObserver.h"
 #include "host/session/StopSignals.h"
 
+#include <algorithm>
 #include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace korvana {
 
@@ -22,7 +25,8 @@ struct SessionParts {
     StopSignals* stops = &ownSignals; ///< a program may have its own, for its signal handler
     FrontEnd* frontEnd = &scriptAnswers();
     ozm::CAnalysisSupport* analysis = nullptr;
-    bool automation = true; ///< a script drives the analysis
+    bool automation = true;           ///< a script drives the analysis
+    std::vector<std::string> remarks; ///< of the analysis, about its runs in this book
 
     /// Records a message and tells the observers.
     void note(ResultMessage message) {
@@ -43,6 +47,14 @@ struct SessionParts {
     void describeData() {
         book->source = data.dataSet().fileName();
         book->notes = data.notes();
+        book->notes.insert(book->notes.end(), remarks.begin(), remarks.end());
+    }
+    /// What the analysis remarks about a run stands among the book's notes, below those about the data. A run
+    /// that is repeated repeats no remark.
+    void remark(std::string text) {
+        if (std::find(remarks.begin(), remarks.end(), text) != remarks.end()) return;
+        book->notes.push_back(text);
+        remarks.push_back(std::move(text));
     }
 
     static FrontEnd& scriptAnswers() {

@@ -2,7 +2,7 @@
 
 #include "module/resources/Resources.h"
 #include "module/resources/StringIds.h"
-#include "module/survdata/SelectionChecks.h"
+#include "module/survdata/ReadingNotes.h"
 #include "module/survdata/StatusMessages.h"
 
 #include <algorithm>
@@ -122,6 +122,7 @@ Status ComputeRun(CAnalysisSupport& host, SharedSettings& shared, KaplanResults&
     results.percentiles = ComputeSurvivalPercentiles(results.UncensoredTimes(), results.Survival());
     std::copy(results.percentiles.times.begin(), results.percentiles.times.end(),
               shared.work.statistics.begin());
+    TellReading(host, shared, results.counts);
     return Status::Success;
 }
 

@@ -44,6 +44,25 @@ enum StringId : int {
     StrDataFile = 20007,
     StrNoGroupingVariable = 20008,
 
+    // Notes about a reading pass. %1, %2 ... are filled in
+    StrNoteStartAndEnd = 20020,
+    StrNoteLeftOut = 20021,
+    StrNoteSelectedLeftOut = 20022,
+    StrWhyNoValue = 20023,
+    StrWhyOtherCode = 20024,
+    StrWhyTooLarge = 20025,
+    StrWhyInvalidDate = 20026,
+    StrWhyNegative = 20027,
+    StrWhyEndFirst = 20028,
+    StrWeightMissingOne = 20030,
+    StrWeightMissing = 20031,
+    StrWeightZeroOne = 20032,
+    StrWeightZero = 20033,
+    StrWeightSmallOne = 20034,
+    StrWeightSmall = 20035,
+    StrWeightRoundedOne = 20036,
+    StrWeightRounded = 20037,
+
     // Input header
     StrTimesVariable = 20100,
     StrTimesFromDates = 20101,

@@ -55,6 +55,26 @@ constexpr StringResource strings[] = {
     {StrDataFile, "Data file:  "},
     {StrNoGroupingVariable, "Select one variable with the group codes."},
 
+    {StrNoteStartAndEnd, "Two time variables are start and end: the survival time is %1 - %2."},
+    {StrNoteLeftOut, "%1 of %2 cases left out: %3."},
+    {StrNoteSelectedLeftOut, "%1 of %2 selected cases left out: %3."},
+    {StrWhyNoValue, "with no value of %1"},
+    {StrWhyOtherCode, "with another code of %1 than %2 or %3"},
+    {StrWhyTooLarge, "with a value of %1 beyond 1e15"},
+    {StrWhyInvalidDate, "with an invalid date"},
+    {StrWhyNegative, "with a negative survival time"},
+    {StrWhyEndFirst, "with %1 before %2"},
+    {StrWeightMissingOne, "%1 case without a weight in %2 counts once."},
+    {StrWeightMissing, "%1 cases without a weight in %2 count once each."},
+    {StrWeightZeroOne, "%1 case with a weight of 0 or less in %2 counts once."},
+    {StrWeightZero, "%1 cases with a weight of 0 or less in %2 count once each."},
+    {StrWeightSmallOne, "%1 case with a weight below 2 in %2 that is not 1 counts once."},
+    {StrWeightSmall, "%1 cases with a weight below 2 in %2 that is not 1 count once each."},
+    {StrWeightRoundedOne, "%1 case with a weight in %2 that is no whole number counts as often as the next "
+                          "one says: 2.1 three times."},
+    {StrWeightRounded, "%1 cases with weights in %2 that are no whole numbers count as often as the next one "
+                       "says: 2.1 three times."},
+
     {StrTimesVariable, "Variable with survival times:"},
     {StrTimesFromDates, "Survival times computed from dates (MM-DD-YY)"},
     {StrVariables, "Variables:"},

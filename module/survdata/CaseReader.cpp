@@ -10,7 +10,7 @@
 namespace ozm::survival {
 namespace {
 
-/// Values of larger magnitude are taken for missing.
+/// Times of larger magnitude are left out.
 constexpr double largestValue = 1e15;
 
 /// Missing-data codes are compared as single-precision numbers; one beyond their range equals no value.
@@ -62,39 +62,55 @@ CaseReader::CaseReader(CAnalysisSupport& host, SharedSettings& settings, Groups 
     missing_ = std::span<const double>{work.missing}.first(count);
 }
 
-double CaseReader::Copies() {
+bool CaseReader::IsMissing(std::size_t place) const {
+    return std::isnan(values_[place]) || values_[place] == missing_[place];
+}
+
+double CaseReader::Copies() const {
     if (weightPlace_ < 0) return 1.0;
     const auto place = static_cast<std::size_t>(weightPlace_);
     const double weight = values_[place];
-    if (std::isnan(weight) || weight == missing_[place]) {
+    return weight >= 2.0 && !IsMissing(place) ? std::ceil(weight) : 1.0;
+}
+
+void CaseReader::CountWeight() {
+    const auto place = static_cast<std::size_t>(weightPlace_);
+    const double weight = values_[place];
+    if (IsMissing(place)) {
         ++counts_.missingWeight;
-        return 1.0;
+    } else if (weight <= 0.0) {
+        ++counts_.zeroWeight;
+    } else if (weight < 2.0) {
+        counts_.smallWeight += weight == 1.0 ? 0 : 1;
+    } else if (weight != std::trunc(weight)) {
+        ++counts_.roundedWeight;
     }
-    return weight >= 2.0 ? std::ceil(weight) : 1.0;
 }
 
 void CaseReader::ShareCounts() {
-    settings_.work.counts = {
-        counts_.casesRead,    counts_.valid,       counts_.otherCode + counts_.otherGroup,
-        counts_.missing,      counts_.invalidDate, counts_.negativeTime,
-        counts_.missingWeight};
+    settings_.work.counts = {counts_.casesRead,    counts_.valid,         counts_.missingCode,
+                             counts_.otherCode,    counts_.missingGroup,  counts_.otherGroup,
+                             counts_.missingTime,  counts_.tooLarge,      counts_.invalidDate,
+                             counts_.negativeTime, counts_.missingWeight, counts_.zeroWeight,
+                             counts_.smallWeight,  counts_.roundedWeight};
 }
 
 bool CaseReader::Examine(Observation& observation) {
     const double censoring = values_[0];
     observation.complete = CodesEqual(censoring, settings_.completeCode);
     if (!observation.complete && !CodesEqual(censoring, settings_.censoredCode)) {
-        ++counts_.otherCode;
+        ++(IsMissing(0) ? counts_.missingCode : counts_.otherCode);
         return false;
     }
     if (groupPlace_ >= 0) {
-        const double group = values_[static_cast<std::size_t>(groupPlace_)];
+        const auto place = static_cast<std::size_t>(groupPlace_);
+        const double group = values_[place];
         if (CodesEqual(group, settings_.groupCodes[0])) {
             observation.group = 1;
         } else if (CodesEqual(group, settings_.groupCodes[1])) {
             observation.group = 2;
         } else {
-            ++counts_.otherGroup;
+            ++(IsMissing(place) ? counts_.missingGroup : counts_.otherGroup);
             return false;
         }
     }
@@ -103,13 +119,10 @@ bool CaseReader::Examine(Observation& observation) {
 
 bool CaseReader::SurvivalTime(double& time) {
     const auto times = values_.subspan(1, static_cast<std::size_t>(times_));
-    const auto codes = missing_.subspan(1, static_cast<std::size_t>(times_));
     for (std::size_t k = 0; k < times.size(); ++k) {
-        // Written so that a NaN fails it.
-        if (times[k] == codes[k] || !(std::abs(times[k]) <= largestValue)) {
-            ++counts_.missing;
-            return false;
-        }
+        if (!IsMissing(1 + k) && std::abs(times[k]) <= largestValue) continue;
+        ++(IsMissing(1 + k) ? counts_.missingTime : counts_.tooLarge);
+        return false;
     }
     switch (times_) {
     case 1:
@@ -122,7 +135,7 @@ bool CaseReader::SurvivalTime(double& time) {
         if (!DateTime(time)) return false;
         break;
     default:
-        ++counts_.missing;
+        ++counts_.missingTime;
         return false;
     }
     if (time < 0.0) {

@@ -19,13 +19,25 @@ struct ReadingCounts {
     double distinctCasesRead = 0.0; ///< selected cases, each once
     std::int32_t valid = 0;         ///< valid observations, every weighted copy
     double distinctValid = 0.0;     ///< valid cases, each once
-    // Why selected cases were left out, each once.
-    std::int32_t otherCode = 0;  ///< neither of the censoring codes
-    std::int32_t otherGroup = 0; ///< neither of the group codes
-    std::int32_t missing = 0;    ///< a time variable missing or beyond 1e15
+    // Why selected cases were left out: each counts once, by the first reason that holds in this order.
+    std::int32_t missingCode = 0;  ///< no value of the censoring variable
+    std::int32_t otherCode = 0;    ///< neither of the censoring codes
+    std::int32_t missingGroup = 0; ///< no value of the grouping variable
+    std::int32_t otherGroup = 0;   ///< neither of the group codes
+    std::int32_t missingTime = 0;  ///< no value of a time variable
+    std::int32_t tooLarge = 0;     ///< a time variable beyond 1e15
     std::int32_t invalidDate = 0;
     std::int32_t negativeTime = 0;
-    std::int32_t missingWeight = 0; ///< not left out: read once, as any weight below 2
+    // Weights of valid cases that do something else than one would think, each case once.
+    std::int32_t missingWeight = 0; ///< counts once, as any weight below 2
+    std::int32_t zeroWeight = 0;    ///< 0 or less: counts once
+    std::int32_t smallWeight = 0;   ///< between 0 and 2 but not 1: counts once
+    std::int32_t roundedWeight = 0; ///< above 2 and no whole number: counts as the next one
+
+    [[nodiscard]] std::int64_t LeftOut() const {
+        return std::int64_t{missingCode} + otherCode + missingGroup + otherGroup + missingTime + tooLarge +
+               invalidDate + negativeTime;
+    }
 };
 
 /// One observation, as a reading pass hands it to its analysis.
@@ -83,7 +95,10 @@ private:
     }
     bool SurvivalTime(double& time);
     bool DateTime(double& time);
-    [[nodiscard]] double Copies();
+    /// Whether a variable, by its place, has no value for the case in hand.
+    [[nodiscard]] bool IsMissing(std::size_t place) const;
+    [[nodiscard]] double Copies() const;
+    void CountWeight();
     /// Leaves the counts in the work area that the host shares.
     void ShareCounts();
 
@@ -126,6 +141,7 @@ Status CaseReader::Read(std::int32_t capacity, Append&& append) {
         }
         if (!Appended(append, observation)) return Status::TooManyCases;
         counts_.distinctValid += 1.0;
+        if (weightPlace_ >= 0) CountWeight();
         ++counts_.valid;
         if (counts_.casesRead < most) ++counts_.casesRead;
         // More copies than any capacity need not be told apart.

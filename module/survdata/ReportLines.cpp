@@ -46,6 +46,20 @@ std::string CodeWithLabel(CAnalysisSupport& host, int variable, double code) {
     return text;
 }
 
+std::string Filled(int id, std::initializer_list<std::string> values) {
+    std::string text;
+    const std::string_view pattern = Text(id);
+    for (std::size_t i = 0; i < pattern.size(); ++i) {
+        const bool place = pattern[i] == '%' && i + 1 < pattern.size() && pattern[i + 1] >= '1' &&
+                           pattern[i + 1] < '1' + static_cast<int>(values.size());
+        if (place)
+            text += std::data(values)[pattern[++i] - '1'];
+        else
+            text += pattern[i];
+    }
+    return text;
+}
+
 std::string Trimmed(int id) {
     std::string text{Text(id)};
     text.erase(text.find_last_not_of(' ') + 1);
@@ -64,6 +78,10 @@ std::string VariableName(CAnalysisSupport& host, int variable) {
     std::string name;
     if (variable == 0 || host.getvn5(variable, name) != 0) return std::string{Text(StrUnsetCode)};
     return name;
+}
+
+std::string QuotedName(CAnalysisSupport& host, int variable) {
+    return "'" + VariableName(host, variable) + "'";
 }
 
 } // namespace ozm::survival

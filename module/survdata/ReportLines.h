@@ -2,6 +2,7 @@
 
 #include "support/CAnalysisSupport.h"
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -31,10 +32,15 @@ std::string FormatCode(double code);
 /// (6-MP)".
 std::string CodeWithLabel(CAnalysisSupport& host, int variable, double code);
 
+/// A text of the string table with values in the places of its %1, %2 ...
+std::string Filled(int id, std::initializer_list<std::string> values);
+
 /// A text of the string table without the blanks at its end.
 std::string Trimmed(int id);
 
 /// A variable's name; "--" for variable 0.
 std::string VariableName(CAnalysisSupport& host, int variable);
+/// The same in quotation marks, for sentences.
+std::string QuotedName(CAnalysisSupport& host, int variable);
 
 } // namespace ozm::survival

@@ -4,18 +4,9 @@
 #include "module/survdata/CodeComparison.h"
 #include "module/survdata/ReportLines.h"
 
-#include <cmath>
 #include <vector>
 
 namespace ozm::survival {
-namespace {
-
-std::string CodeText(double code) {
-    return std::isfinite(code) ? FormatNumber(code) : std::string{"not set"};
-}
-
-} // namespace
-
 std::string DescribeCodes(CAnalysisSupport& host, int variable) {
     constexpr int codesShown = 12;
     std::vector<CodeCount> codes;
@@ -39,30 +30,6 @@ int CheckSelections(const SharedSettings& settings) {
     if (settings.lists[ListCensoring].size() != 1) return StrNoCensoringVariable;
     if (CodesEqual(settings.completeCode, settings.censoredCode)) return StrIdenticalCensoringCodes;
     return 0;
-}
-
-std::string DescribeReading(CAnalysisSupport& host, const SharedSettings& settings,
-                            const ReadingCounts& counts) {
-    std::string text = FormatCount(host.ss_nb()) + " cases in the data, " +
-                       FormatNumber(counts.distinctCasesRead, 10) + " selected, " +
-                       FormatNumber(counts.distinctValid, 10) + " valid";
-    const auto reason = [&](std::int32_t count, std::string_view why) {
-        if (count > 0) text += "; " + FormatCount(count) + " " + std::string{why};
-    };
-    reason(counts.otherCode, "with another code than complete (" + CodeText(settings.completeCode) +
-                                 ") or censored (" + CodeText(settings.censoredCode) + ")");
-    reason(counts.otherGroup, "with another group code than " + CodeText(settings.groupCodes[0]) + " or " +
-                                  CodeText(settings.groupCodes[1]));
-    reason(counts.missing, "without a survival time");
-    reason(counts.invalidDate, "with an invalid date");
-    reason(counts.negativeTime, "with a negative survival time");
-    text += ".";
-    if (const std::string codes = DescribeCodes(host, settings.First(ListCensoring)); !codes.empty())
-        text += "\n" + codes;
-    if (counts.otherGroup == 0) return text;
-    if (const std::string codes = DescribeCodes(host, settings.First(ListGrouping)); !codes.empty())
-        text += "\n" + codes;
-    return text;
 }
 
 } // namespace ozm::survival

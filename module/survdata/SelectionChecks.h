@@ -1,6 +1,5 @@
 #pragma once
 
-#include "module/survdata/CaseReader.h"
 #include "module/survdata/SharedSettings.h"
 #include "support/CAnalysisSupport.h"
 
@@ -16,11 +15,5 @@ int CheckSelections(const SharedSettings& settings);
 /// The codes that a variable has among the selected cases, the first twelve with their labels and counts;
 /// empty when the host does not tell.
 std::string DescribeCodes(CAnalysisSupport& host, int variable);
-
-/// What only this run knows, for the message of a pass that found too few observations: how many cases were
-/// read, why they were left out, and which codes the censoring variable has. When cases of other groups were
-/// left out, the codes of the grouping variable too.
-std::string DescribeReading(CAnalysisSupport& host, const SharedSettings& settings,
-                            const ReadingCounts& counts);
 
 } // namespace ozm::survival

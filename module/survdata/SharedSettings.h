@@ -23,9 +23,9 @@ struct WorkAreas {
     std::array<double, 76> values{};  ///< values of the case in hand, in the order of `variables`
     std::array<double, 76> missing{}; ///< missing-data codes of the same variables
     std::array<std::int32_t, 76> variables{};
-    /// Of the last complete reading pass: cases read, valid, other code, missing, invalid date, negative, no
-    /// weight.
-    std::array<std::int32_t, 7> counts{};
+    /// Of the last complete reading pass: observations read, valid, then the counts of `ReadingCounts` from
+    /// `missingCode` on in their order.
+    std::array<std::int32_t, 14> counts{};
     std::array<double, 8> statistics{}; ///< of the last computation; an analysis says which
 };
 

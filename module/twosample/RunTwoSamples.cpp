@@ -2,8 +2,8 @@
 
 #include "module/resources/Resources.h"
 #include "module/resources/StringIds.h"
+#include "module/survdata/ReadingNotes.h"
 #include "module/survdata/ReportLines.h"
-#include "module/survdata/SelectionChecks.h"
 #include "module/survdata/StatusMessages.h"
 
 #include <limits>
@@ -47,6 +47,7 @@ void Compute(CAnalysisSupport& host, SharedSettings& shared, TwoState& state, Ru
         run.status = obtained ? Read(host, shared, state.lists, run) : Status::NoMemory;
         if (run.status == Status::Success) run.status = CheckGroups(run.groups);
         if (run.status == Status::Success) run.status = Prepare(host, state.lists, state.results);
+        if (run.status == Status::Success) TellReading(host, shared, run.reading);
     } catch (const std::bad_alloc&) {
         run.status = Status::NoMemory;
     } catch (...) {

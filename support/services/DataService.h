@@ -18,8 +18,9 @@ public:
     virtual ~DataService() = default;
 
     /// Fetches one case with the selection conditions applied: values[k] becomes the value of variables[k]
-    /// (both spans equally long; a cell without a value gives a NaN). Called once per case of a reading pass,
-    /// so an implementation must neither allocate nor look names up.
+    /// (both spans equally long; a cell without a value, or with the variable's missing-data code, gives a
+    /// NaN). Called once per case of a reading pass, so an implementation must neither allocate nor look
+    /// names up.
     virtual short cstart(int caseNumber, std::span<double> values, std::span<const int> variables) = 0;
 
     /// Number of cases of the data set, selected or not.

@@ -12,7 +12,13 @@ class CAnalysisDialog;
 /// The module's resources, as its `GetLibInstance` hands them over.
 using ModuleHandle = const ModuleResources*;
 
-enum class MessageStyle : std::uint8_t { Information, Warning, Error, YesNo };
+enum class MessageStyle : std::uint8_t {
+    Information,
+    Warning,
+    Error,
+    YesNo,
+    Note, ///< a remark that stands with the results of the run; no box, and nobody is waited for
+};
 
 enum MessageButton : int { ButtonNone = 0, ButtonOk = 1, ButtonCancel = 2, ButtonYes = 6, ButtonNo = 7 };
 

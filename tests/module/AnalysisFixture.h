@@ -8,8 +8,10 @@
 #include "tests/module/FailingNew.h"
 #include "tests/module/FakeHost.h"
 
+#include <cctype>
 #include <functional>
 #include <gtest/gtest.h>
+#include <set>
 
 namespace ozm::test {
 
@@ -37,6 +39,29 @@ protected:
         script.Put("CodeForCompleteResponses", 1);
         script.Put("CodeForCensoredResponses", 0);
         return step;
+    }
+
+    /// Presses every button of the results dialog that scripts know.
+    void MakeEveryOutput() {
+        for (const AutomationMember& member : host.Dialog().Interface()->members)
+            if (member.kind == MemberKind::Action) {
+                EXPECT_TRUE(host.Script().Call(member.name).ok) << member.name;
+            }
+    }
+    /// Every column of every spreadsheet made has a name for programs, a word in lowerCamelCase that no other
+    /// column of its spreadsheet has.
+    void ColumnsAreNamed() const {
+        EXPECT_FALSE(host.sheets.empty());
+        for (const Sheet& sheet : host.sheets) {
+            for (const std::string& id : sheet.ids) {
+                const auto isOf = [](unsigned char c) { return std::isalnum(c) != 0; };
+                EXPECT_TRUE(!id.empty() && std::islower(static_cast<unsigned char>(id[0])) != 0 &&
+                            std::all_of(id.begin(), id.end(), isOf))
+                    << sheet.title << ": '" << id << "'";
+            }
+            const std::set<std::string> different(sheet.ids.begin(), sheet.ids.end());
+            EXPECT_EQ(different.size(), sheet.ids.size()) << sheet.title;
+        }
     }
 
     /// What spoils a run, and the message that it then shows; 0: none.

@@ -40,6 +40,7 @@ struct Sheet {
     std::vector<std::string> notes;
     std::vector<std::string> rowHeadings;
     std::vector<std::pair<std::string, std::string>> headings;
+    std::vector<std::string> ids;                ///< per column
     std::vector<std::vector<double>> numbers;    ///< per column; empty for texts
     std::vector<std::vector<std::string>> texts; ///< per column; empty for numbers
 };
@@ -66,6 +67,7 @@ public:
 
     // What came out
     std::vector<Shown> messages;
+    std::vector<std::string> notes;
     std::vector<std::string> statusTexts;
     std::vector<Sheet> sheets;
     std::vector<CChartInfo> charts;
@@ -201,9 +203,10 @@ public:
     short table4(const SheetSpec& sheet) override { return looka4(sheet); }
     short looka4(const SheetSpec& spec) override {
         if (failSheets) return 1;
-        Sheet sheet{spec.title, spec.notes, spec.rowHeadings, {}, {}, {}};
+        Sheet sheet{spec.title, spec.notes, spec.rowHeadings, {}, {}, {}, {}};
         for (const SheetColumn& column : spec.columns) {
             sheet.headings.emplace_back(column.heading1, column.heading2);
+            sheet.ids.push_back(column.id);
             auto& numbers = sheet.numbers.emplace_back();
             auto& texts = sheet.texts.emplace_back();
             if (const auto* doubles = std::get_if<std::span<const double>>(&column.cells))
@@ -250,9 +253,12 @@ public:
     std::string GetResourceString(ModuleHandle module, int id) override {
         return std::string{module->String(id)};
     }
-    int DspMessageBox(MessageStyle, CAnalysisDialog*, int id, std::string_view text,
+    int DspMessageBox(MessageStyle style, CAnalysisDialog*, int id, std::string_view text,
                       std::string_view detail) override {
-        messages.push_back({id, std::string{text}, std::string{detail}});
+        if (style == MessageStyle::Note)
+            notes.emplace_back(text);
+        else
+            messages.push_back({id, std::string{text}, std::string{detail}});
         return ButtonOk;
     }
     int DisplayInstQuestion(ModuleHandle, CAnalysisDialog*, int) override { return ButtonNo; }

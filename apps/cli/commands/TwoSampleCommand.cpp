@@ -72,9 +72,6 @@ class TwoSampleCommand final : public AnalysisCommand {
         };
         present("--group1", groups_[0], counts.first);
         present("--group2", groups_[1], counts.second);
-        if (counts.neither > 0)
-            wanted_.notes.push_back(casesText(counts.neither) + " of other groups of '" +
-                                    data.dataSet().variable(group).name + "' left out.");
     }
 
     bool compute(Script& script) override {

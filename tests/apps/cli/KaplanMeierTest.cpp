@@ -128,7 +128,7 @@ TEST_F(KaplanMeierTest, SelectionWeightsMissingCodesAndLabels) {
     const std::string weighted = file("w.csv", "time,status,w\n1,1,3\n2,0,1\n3,1,0.5\n4,1,2\n");
     EXPECT_EQ(column(results(weighted, {"--weight", "w"}), "Time").size(), 7U);
     const json book = results(weighted, {"--weight", "w", "--select", "time < 4"});
-    EXPECT_EQ(book["notes"].size(), 2U) << book["notes"];
+    EXPECT_EQ(book["notes"].size(), 3U) << book["notes"]; // weights, selection, and that 0.5 counts once
 
     const std::string labels = file("l.csv", "time,status\n1,dead\n2,alive\n3,dead\n");
     const std::vector<std::string> base{"kaplan-meier", labels, "--time", "time", "--censor", "status"};
@@ -138,6 +138,38 @@ TEST_F(KaplanMeierTest, SelectionWeightsMissingCodesAndLabels) {
     byCode.insert(byCode.end(), {"--complete", "2", "--censored", "1"});
     EXPECT_EQ(run(byLabel).code, ExitResults);
     EXPECT_EQ(run(byLabel).out, run(byCode).out);
+}
+
+TEST_F(KaplanMeierTest, WhatIsLeftOutIsToldOnStandardErrorAndInEveryReport) {
+    const std::string data =
+        file("odd.csv", "time,status,w\n1,1,1\n2,0,0\n,1,1\n-4,1,1\n2e15,1,1\n6,2,1\n7,,1\n8,1,1\n9,0,2.1\n");
+    const std::vector<std::string> notes{
+        "Cases weighted by 'w'.",
+        "5 of 9 cases left out: 2 with no value of 'status', 1 with no value of 'time', 1 with a value of "
+        "'time' "
+        "beyond 1e15, 1 with a negative survival time.",
+        "1 case with a weight of 0 or less in 'w' counts once.",
+        "1 case with a weight in 'w' that is no whole number counts as often as the next one says: 2.1 three "
+        "times."};
+    const std::vector<std::string> options{"--weight", "w", "--missing", "status=2"};
+    const auto with = [&](std::vector<std::string> more) {
+        more.insert(more.end(), options.begin(), options.end());
+        return analyse(data, more);
+    };
+    const Outcome asJson = with({"--format", "json"});
+    EXPECT_EQ(json::parse(asJson.out)["notes"], json(notes));
+    const Outcome asText = with({"--outputs", "summary"});
+    const Outcome quiet = with({"-q"});
+    for (const std::string& note : notes) {
+        EXPECT_TRUE(has(asJson.err, "korvana: note: " + note + "\n")) << asJson.err;
+        EXPECT_TRUE(has(asText.err, "korvana: note: " + note + "\n")) << asText.err;
+        EXPECT_TRUE(has(asText.out, note)) << asText.out;
+        EXPECT_TRUE(has(quiet.out, note)) << quiet.out;
+    }
+    EXPECT_EQ(quiet.err, "");
+    const Outcome none = analyse(data, {"--select", "time < 0"});
+    EXPECT_EQ(none.code, ExitRefused);
+    EXPECT_TRUE(has(none.err, "1 with a negative survival time")) << none.err;
 }
 
 TEST_F(KaplanMeierTest, DatesAndCommasInNames) {
@@ -151,6 +183,9 @@ TEST_F(KaplanMeierTest, DatesAndCommasInNames) {
     const Outcome outcome = run(two);
     ASSERT_EQ(outcome.code, ExitResults) << outcome.err;
     EXPECT_EQ(column(json::parse(outcome.out), "Time"), (std::vector<double>{7, 10, 31}));
+    EXPECT_TRUE(has(outcome.err,
+                    "note: Two time variables are start and end: the survival time is 'end' - 'begin'.\n"))
+        << outcome.err;
     std::vector<std::string> comma{"kaplan-meier", dates, "--time", "a,b"};
     comma.insert(comma.end(), rest.begin(), rest.end());
     EXPECT_EQ(column(json::parse(run(comma).out), "Time"), (std::vector<double>{5, 6, 7}));

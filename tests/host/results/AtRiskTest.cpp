@@ -11,14 +11,25 @@ namespace korvana {
 namespace {
 
 TEST(AtRisk, WhoLeavesAtATimeIsStillAtRiskThen) {
-    const std::vector<double> leaving{0.3, 2, 2, 5};
-    EXPECT_EQ(numberAtRisk(leaving, 0, 0), 4);
-    EXPECT_EQ(numberAtRisk(leaving, 0, 2), 3);
-    EXPECT_EQ(numberAtRisk(leaving, 0, 2.5), 1);
-    EXPECT_EQ(numberAtRisk(leaving, 0, 6), 0);
-    EXPECT_EQ(numberAtRisk(leaving, 0, 0.1 + 0.2), 4); // a tick of 0.1 by 0.1, a bit above 0.3
-    EXPECT_EQ(numberAtRisk(leaving, 10, 5), 11);
-    EXPECT_TRUE(std::isnan(numberAtRisk(leaving, 10, 6))); // some of the ten may have left by then
+    Leaving leaving{.times = {0.3, 2, 2, 5}};
+    EXPECT_EQ(leaving.atRisk(0), 4);
+    EXPECT_EQ(leaving.atRisk(2), 3);
+    EXPECT_EQ(leaving.atRisk(2.5), 1);
+    EXPECT_EQ(leaving.atRisk(6), 0);
+    EXPECT_EQ(leaving.atRisk(0.1 + 0.2), 4); // a tick of 0.1 by 0.1, a bit above 0.3
+    leaving.staying = 10;
+    EXPECT_EQ(leaving.atRisk(5), 11);
+    EXPECT_TRUE(std::isnan(leaving.atRisk(6))); // some of the ten may have left by then
+}
+
+TEST(AtRisk, OfGatheredTimesTheNumbersAtTheirStepAreKnown) {
+    const Leaving leaving{.times = {0, 0.1, 0.3, 0.7}, .counts = {1000, 1, 20, 3}, .step = 0.1, .staying = 7};
+    EXPECT_EQ(leaving.all(), 1031);
+    EXPECT_EQ(leaving.atRisk(0), 1031);
+    EXPECT_EQ(leaving.atRisk(0.2), 30);
+    EXPECT_EQ(leaving.atRisk(0.1 + 0.2), 30);
+    EXPECT_EQ(leaving.atRisk(0.5), 10);
+    EXPECT_TRUE(std::isnan(leaving.atRisk(0.25))); // some of the twenty may have left
 }
 
 /// x of the middle of each text that is a number, line by line from the top.

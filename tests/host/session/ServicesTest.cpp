@@ -28,7 +28,11 @@ TEST_F(ServicesTest, CasesComeSelectedAndBounded) {
     host.Data().cstart(2, values, both);
     EXPECT_TRUE(std::isnan(values[1]));
     host.Data().cstart(3, values, both);
-    EXPECT_EQ(values[0], -9.0) << "the missing code is the reader's to judge";
+    EXPECT_TRUE(std::isnan(values[0])) << "the missing code is no value";
+    parts.data.describe(1, "Second", NAN, {});
+    host.Data().cstart(3, values, both);
+    EXPECT_EQ(values[0], -9.0) << "the code was taken back";
+    parts.data.describe(1, "Second", -9, {});
 
     for (const int wrong : {0, -1, 5, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()})
         EXPECT_EQ(host.Data().cstart(wrong, values, both), ozm::StopReading) << wrong;

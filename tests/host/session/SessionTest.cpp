@@ -223,6 +223,30 @@ TEST(SessionFrontEnd, AnswersWhatTheAnalysisAsks) {
     EXPECT_EQ(session.book().messages.size(), 1U) << "questions are no messages";
 }
 
+TEST(SessionFrontEnd, NotesStandInTheBookAndAskNobody) {
+    Answers answers;
+    Session session(std::make_shared<tiny::Sums>(), {.frontEnd = &answers});
+    session.data().open(tiny::DataOf({{1, 2}}));
+    session.data().weightBy("x1");
+    session.start();
+    auto& host = const_cast<ozm::CAnalysisSupport&>(*session.analysis());
+    const auto note = [&](const char* text, const char* detail) {
+        return host.DspMessageBox(ozm::MessageStyle::Note, nullptr, 0, text, detail);
+    };
+    EXPECT_EQ(note("1 case left out.", ""), ozm::ButtonOk);
+    note("1 case left out.", ""); // the same run again
+    note("2 cases left out.", "Look.");
+    const std::vector<std::string> remarks{"1 case left out.", "2 cases left out. Look."};
+    EXPECT_EQ(session.book().notes,
+              (std::vector<std::string>{"Cases weighted by 'x1'.", remarks[0], remarks[1]}));
+    EXPECT_EQ(answers.shown, 0);
+    EXPECT_TRUE(session.book().messages.empty());
+    session.openData(tiny::DataOf({{5}}));
+    EXPECT_EQ(session.book().notes, remarks) << "results of the run still stand in the book";
+    session.start();
+    EXPECT_TRUE(session.book().notes.empty());
+}
+
 TEST(SessionOverrides, AServiceCanBeReplaced) {
     test::RefusingMemory memory;
     SessionOptions options;

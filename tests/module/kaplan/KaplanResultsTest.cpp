@@ -49,6 +49,15 @@ TEST_F(KaplanFixture, CaseNamesStandInTheTableWhereThereAreSome) {
     EXPECT_EQ(host.sheets[1].texts[5][3], "patient 4");
 }
 
+TEST_F(KaplanFixture, ColumnsHaveNamesForPrograms) {
+    host.caseNames.assign(21, "patient");
+    Run();
+    MakeEveryOutput();
+    ColumnsAreNamed();
+    EXPECT_EQ(host.sheets[1].ids, (std::vector<std::string>{"time", "censored", "survival", "standardError",
+                                                            "caseNumber", "caseName"}));
+}
+
 TEST_F(KaplanFixture, PercentilesCarryTheirLevelInTheHeadings) {
     Run();
     AutomationObject results = host.Script();

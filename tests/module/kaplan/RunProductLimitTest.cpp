@@ -96,9 +96,24 @@ TEST_F(KaplanFixture, AnEmptyReadingSaysWhichCodesThereAre) {
     ASSERT_EQ(host.messages.size(), 1U);
     EXPECT_EQ(host.messages[0].text, "Fewer than two valid cases.");
     EXPECT_EQ(host.messages[0].detail,
-              "21 cases in the data, 21 selected, 0 valid; 21 with another code than complete (5) or "
-              "censored (6).\n"
+              "21 cases in the data, 21 selected, 0 valid.\n"
+              "21 of 21 cases left out: 21 with another code of 'relapse' than 5 or 6.\n"
               "Codes of 'relapse' among the selected cases: 0 (12 cases), 1 (9 cases).");
+}
+
+TEST_F(KaplanFixture, WhatARunLeavesOutIsOneNoteOfTheRun) {
+    host.columns[0].values[0] = -3;
+    ASSERT_EQ(Run(), StepKaplanResults);
+    MakeEveryOutput();
+    EXPECT_EQ(host.notes,
+              std::vector<std::string>{"1 of 21 cases left out: 1 with a negative survival time."});
+    EXPECT_TRUE(host.messages.empty());
+    host.notes.clear();
+    host.Press(analysis, ControlCancel);
+    host.columns[0].values.assign(21, -3);
+    EXPECT_EQ(host.Press(analysis, ControlOk), StepSpecifyKaplan);
+    EXPECT_TRUE(host.notes.empty()) << "a refusal says it itself";
+    EXPECT_NE(host.messages.back().detail.find("21 with a negative survival time"), std::string::npos);
 }
 
 TEST_F(KaplanFixture, CaseNumbersOfManyTiesAreMadeExactOnDemand) {

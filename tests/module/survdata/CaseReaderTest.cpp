@@ -1,4 +1,5 @@
 #include "module/survdata/CaseReader.h"
+#include "module/survdata/ReadingNotes.h"
 #include "tests/module/FakeHost.h"
 
 #include <gtest/gtest.h>
@@ -42,19 +43,22 @@ protected:
 };
 
 TEST_F(CaseReaderTest, SkipsWhatIsNoObservationAndSaysWhy) {
-    host.columns = {{"t", {5, -9, none, 2e15, -1, 0, 7, 8, -1e15, 3}, -9},
-                    {"d", {1, 1, 1, 1, 1, 0, 2, none, 0, 0}}};
-    host.selected = {true, true, true, true, true, true, true, true, true, false};
+    host.columns = {{"t", {5, -9, none, 2e15, -1, 0, 7, 8, -1e15, 3, none}, -9},
+                    {"d", {1, 1, 1, 1, 1, 0, 2, none, 0, 0, 7}, 7}};
+    host.selected = {true, true, true, true, true, true, true, true, true, false, true};
     Times({1}, 2);
     const Reading r = Read();
     EXPECT_EQ(r.status, Status::TooFewValid); // two valid ones are refused
     EXPECT_EQ(r.complete, std::vector<double>{5});
     EXPECT_EQ(r.censored, std::vector<double>{0}); // a time of zero counts
     EXPECT_EQ(r.cases, (std::vector<int>{1, 6}));
-    EXPECT_EQ(r.counts.missing, 3);
-    EXPECT_EQ(r.counts.negativeTime, 2);
-    EXPECT_EQ(r.counts.otherCode, 2);
-    EXPECT_EQ(r.counts.casesRead, 9);
+    EXPECT_EQ(r.counts.casesRead, 10);
+    EXPECT_EQ(r.counts.LeftOut(), 8);
+    EXPECT_EQ(
+        ReadingNotes(analysis, settings, r.counts),
+        std::vector<std::string>{"8 of 10 selected cases left out: 2 with no value of 'd', 1 with another "
+                                 "code of 'd' than 1 or 0, 2 with no value of 't', 1 with a value of 't' "
+                                 "beyond 1e15, 2 with a negative survival time."});
 }
 
 TEST_F(CaseReaderTest, MissingCodesAreComparedInSinglePrecision) {
@@ -79,7 +83,29 @@ TEST_F(CaseReaderTest, WeightsOfTwoAndMoreRepeatACase) {
     EXPECT_EQ(r.counts.distinctCasesRead, 6);
     EXPECT_EQ(r.counts.casesRead,
               std::numeric_limits<std::int32_t>::max()); // 1e18 copies are counted, not walked
-    EXPECT_EQ(r.counts.missingWeight, 1);
+    EXPECT_EQ(r.counts.distinctValid + static_cast<double>(r.counts.LeftOut()), 6);
+    host.columns[2].values = {0, -1, 1, 2, 2.0000001, 1e18}; // the last on a case that is left out
+    EXPECT_EQ(Read().cases, (std::vector<int>{1, 2, 3, 4, 4, 5, 5, 5}));
+}
+
+TEST_F(CaseReaderTest, WeightsThatDoSomethingElseAreTold) {
+    host.columns = {{"t", {1, 2, 3, 4, 5, 6, 7}}, {"d", {1, 0, 1, 1, 1, 1, 9}}, {"w", {}}};
+    host.weight = 3;
+    Times({1}, 2);
+    const auto notes = [&](std::vector<double> weights) {
+        host.columns[2].values = std::move(weights);
+        return ReadingNotes(analysis, settings, Read().counts);
+    };
+    const std::string leftOut = "1 of 7 cases left out: 1 with another code of 'd' than 1 or 0.";
+    EXPECT_EQ(notes({1, 2, 3, 1, 2, 1, none}), std::vector<std::string>{leftOut});
+    EXPECT_EQ(notes({0, none, 2.0000001, 0.5, 1, 1, 0}),
+              (std::vector<std::string>{leftOut, "1 case without a weight in 'w' counts once.",
+                                        "1 case with a weight of 0 or less in 'w' counts once.",
+                                        "1 case with a weight below 2 in 'w' that is not 1 counts once.",
+                                        "1 case with a weight in 'w' that is no whole number counts as often "
+                                        "as the next one says: 2.1 three times."}));
+    EXPECT_EQ(notes({0, -1, 0, none, none, 1, 1})[2],
+              "3 cases with a weight of 0 or less in 'w' count once each.");
 }
 
 TEST_F(CaseReaderTest, CapacityIsAskedBeforeACaseOrCopyIsExamined) {
@@ -98,7 +124,11 @@ TEST_F(CaseReaderTest, TwoVariablesAreStartAndEnd) {
     Times({1, 2}, 3);
     const Reading r = Read();
     EXPECT_EQ(r.complete, (std::vector<double>{5, 0}));
-    EXPECT_EQ(r.counts.negativeTime, 1);
+    EXPECT_EQ(ReadingNotes(analysis, settings, r.counts),
+              (std::vector<std::string>{
+                  "Two time variables are start and end: the survival time is 'end' - 'start'.",
+                  "2 of 4 cases left out: 1 with no value of 'start' or 'end', 1 with 'end' "
+                  "before 'start'."}));
 }
 
 TEST_F(CaseReaderTest, SixVariablesAreTwoDates) {
@@ -115,7 +145,8 @@ TEST_F(CaseReaderTest, SixVariablesAreTwoDates) {
 }
 
 TEST_F(CaseReaderTest, GroupsOfTwoCodesAndOverlappingCensoringCodes) {
-    host.columns = {{"t", {1, 2, 3, 4}}, {"d", {1, 1, 1, 1}}, {"g", {7, 8, 9, 7}}};
+    host.columns = {{"t", {1, 2, 3, 4, 5}}, {"d", {1, 1, 1, 1, 1}}, {"g", {7, 8, 9, 7, none}}};
+    host.columns[2].labels = {{7, "treated"}};
     Times({1}, 2);
     settings.censoredCode = 1; // both codes match: complete wins
     settings.List(ListGrouping) = {3};
@@ -129,6 +160,10 @@ TEST_F(CaseReaderTest, GroupsOfTwoCodesAndOverlappingCensoringCodes) {
                           }),
               Status::Success);
     EXPECT_EQ(groups, (std::vector<int>{1, 2, 1}));
+    EXPECT_EQ(
+        ReadingNotes(analysis, settings, reader.Counts()),
+        std::vector<std::string>{"2 of 5 cases left out: 1 with no value of 'g', 1 with another code of 'g' "
+                                 "than 7 (treated) or 8."});
 }
 
 TEST_F(CaseReaderTest, EndsWhenTheHostCannotGoOnOrTheUserStops) {

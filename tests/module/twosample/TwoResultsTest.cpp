@@ -29,6 +29,14 @@ std::size_t Occurrences(const std::string& text, const std::string& part) {
     return count;
 }
 
+TEST_F(TwoFixture, ColumnsHaveNamesForPrograms) {
+    Run();
+    MakeEveryOutput();
+    ColumnsAreNamed();
+    EXPECT_EQ(SheetOf("Summary of the Two-Sample Tests").ids,
+              (std::vector<std::string>{"statistic", "df1", "df2", "p", "sum", "variance", "varianceForm"}));
+}
+
 TEST_F(TwoFixture, TheHeaderStandsOnceAboveTheFirstOutput) {
     Run();
     EXPECT_EQ(std::get<std::string>(host.Dialog().Value(TwoSummaryBox)),

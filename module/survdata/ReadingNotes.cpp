@@ -1,0 +1,105 @@
+#include "module/survdata/ReadingNotes.h"
+
+#include "module/resources/StringIds.h"
+#include "module/survdata/ReportLines.h"
+#include "module/survdata/SelectionChecks.h"
+
+#include <cmath>
+#include <cstddef>
+#include <utility>
+
+namespace ozm::survival {
+namespace {
+
+/// "'a'", "'a' or 'b'", "'a', 'b' or 'c'".
+std::string OneOf(CAnalysisSupport& host, std::span<const int> variables) {
+    std::string text;
+    for (std::size_t k = 0; k < variables.size(); ++k) {
+        if (k > 0) text += k + 1 < variables.size() ? ", " : " or ";
+        text += QuotedName(host, variables[k]);
+    }
+    return text;
+}
+
+std::string CodeText(CAnalysisSupport& host, int variable, double code) {
+    return std::isfinite(code) ? CodeWithLabel(host, variable, code) : std::string{"not set"};
+}
+
+/// "2 with no value of 'time', 1 with a negative survival time".
+std::string Reasons(CAnalysisSupport& host, const SharedSettings& settings, const ReadingCounts& counts) {
+    std::string text;
+    const auto reason = [&](std::int32_t count, int id, std::initializer_list<std::string> values) {
+        if (count == 0) return;
+        text += (text.empty() ? "" : ", ") + FormatCount(count) + " " + Filled(id, values);
+    };
+    const auto codes = [&](std::int32_t missing, std::int32_t other, int variable, double one, double two) {
+        if (missing == 0 && other == 0) return;
+        const std::string name = QuotedName(host, variable);
+        reason(missing, StrWhyNoValue, {name});
+        reason(other, StrWhyOtherCode, {name, CodeText(host, variable, one), CodeText(host, variable, two)});
+    };
+    codes(counts.missingCode, counts.otherCode, settings.First(ListCensoring), settings.completeCode,
+          settings.censoredCode);
+    codes(counts.missingGroup, counts.otherGroup, settings.First(ListGrouping), settings.groupCodes[0],
+          settings.groupCodes[1]);
+    const auto times = settings.Times();
+    reason(counts.missingTime, StrWhyNoValue, {OneOf(host, times)});
+    reason(counts.tooLarge, StrWhyTooLarge, {OneOf(host, times)});
+    reason(counts.invalidDate, StrWhyInvalidDate, {});
+    if (times.size() == 2)
+        reason(counts.negativeTime, StrWhyEndFirst, {QuotedName(host, times[1]), QuotedName(host, times[0])});
+    else
+        reason(counts.negativeTime, StrWhyNegative, {});
+    return text;
+}
+
+void AddWeights(std::vector<std::string>& notes, CAnalysisSupport& host, const ReadingCounts& counts) {
+    const auto note = [&](std::int32_t count, int one, int many) {
+        if (count > 0)
+            notes.push_back(Filled(count == 1 ? one : many,
+                                   {FormatCount(count), QuotedName(host, host.WeightVariable())}));
+    };
+    note(counts.missingWeight, StrWeightMissingOne, StrWeightMissing);
+    note(counts.zeroWeight, StrWeightZeroOne, StrWeightZero);
+    note(counts.smallWeight, StrWeightSmallOne, StrWeightSmall);
+    note(counts.roundedWeight, StrWeightRoundedOne, StrWeightRounded);
+}
+
+} // namespace
+
+std::vector<std::string> ReadingNotes(CAnalysisSupport& host, const SharedSettings& settings,
+                                      const ReadingCounts& counts) {
+    std::vector<std::string> notes;
+    if (const auto times = settings.Times(); times.size() == 2)
+        notes.push_back(Filled(StrNoteStartAndEnd, {QuotedName(host, times[1]), QuotedName(host, times[0])}));
+    if (counts.LeftOut() > 0) {
+        const bool all = counts.distinctCasesRead == static_cast<double>(host.ss_nb());
+        notes.push_back(Filled(all ? StrNoteLeftOut : StrNoteSelectedLeftOut,
+                               {FormatCount(counts.LeftOut()), FormatNumber(counts.distinctCasesRead, 10),
+                                Reasons(host, settings, counts)}));
+    }
+    AddWeights(notes, host, counts);
+    return notes;
+}
+
+void TellReading(CAnalysisSupport& host, const SharedSettings& settings, const ReadingCounts& counts) {
+    for (const std::string& note : ReadingNotes(host, settings, counts))
+        host.DspMessageBox(MessageStyle::Note, nullptr, 0, note, {});
+}
+
+std::string DescribeReading(CAnalysisSupport& host, const SharedSettings& settings,
+                            const ReadingCounts& counts) {
+    std::string text = FormatCount(host.ss_nb()) + (host.ss_nb() == 1 ? " case" : " cases") +
+                       " in the data, " + FormatNumber(counts.distinctCasesRead, 10) + " selected, " +
+                       FormatNumber(counts.distinctValid, 10) + " valid.";
+    for (const std::string& note : ReadingNotes(host, settings, counts))
+        text += "\n" + note;
+    if (const std::string codes = DescribeCodes(host, settings.First(ListCensoring)); !codes.empty())
+        text += "\n" + codes;
+    if (counts.otherGroup == 0) return text;
+    if (const std::string codes = DescribeCodes(host, settings.First(ListGrouping)); !codes.empty())
+        text += "\n" + codes;
+    return text;
+}
+
+} // namespace ozm::survival

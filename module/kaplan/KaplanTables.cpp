@@ -41,7 +41,7 @@ short WriteCounts(CAnalysisSupport& host, const KaplanResults& results) {
     sheet.repeatsReport = true;
     for (const int id : {StrKmValid, StrKmUncensored, StrKmCensored})
         sheet.rowHeadings.emplace_back(Text(id));
-    sheet.columns.push_back(HeadedColumn(StrKmColCount, 0, CellFormat::integer()));
+    sheet.columns.push_back(HeadedColumn("number", StrKmColCount, 0, CellFormat::integer()));
     sheet.columns.back().cells = std::span<const std::int32_t>{counts};
     return host.looka4(sheet);
 }
@@ -96,18 +96,18 @@ int WriteTable(CAnalysisSupport& host, KaplanResults& results) {
     sheet.title = Text(StrKmTableTitle);
     sheet.notes = {std::string{Text(StrKmCensoredNote)}, CasesLine(host.ss_nb())};
     auto& list = sheet.columns;
-    list.push_back(HeadedColumn(StrKmColTime, 0, CellFormat::general(8)));
+    list.push_back(HeadedColumn("time", StrKmColTime, 0, CellFormat::general(8)));
     list.back().cells = std::span<const double>{columns.time.Span()};
-    list.push_back(HeadedColumn(StrKmColMark, 0, CellFormat::general()));
+    list.push_back(HeadedColumn("censored", StrKmColMark, 0, CellFormat::general()));
     list.back().cells = DictionaryCells{columns.mark.Span(), marks};
-    list.push_back(HeadedColumn(StrKmColCumulative1, StrKmColCumulative2, CellFormat::fixed(6)));
+    list.push_back(HeadedColumn("survival", StrKmColCumulative1, StrKmColCumulative2, CellFormat::fixed(6)));
     list.back().cells = std::span<const double>{columns.survival.Span()};
-    list.push_back(HeadedColumn(StrKmColError1, StrKmColError2, CellFormat::fixed(6)));
+    list.push_back(HeadedColumn("standardError", StrKmColError1, StrKmColError2, CellFormat::fixed(6)));
     list.back().cells = std::span<const double>{columns.standardError.Span()};
-    list.push_back(HeadedColumn(StrKmColCase1, StrKmColNumber, CellFormat::integer()));
+    list.push_back(HeadedColumn("caseNumber", StrKmColCase1, StrKmColNumber, CellFormat::integer()));
     list.back().cells = std::span<const std::int32_t>{columns.caseNumber.Span()};
     if (!columns.caseName.empty()) {
-        list.push_back(HeadedColumn(StrKmColCase1, StrKmColName, CellFormat::general()));
+        list.push_back(HeadedColumn("caseName", StrKmColCase1, StrKmColName, CellFormat::general()));
         list.back().cells = std::span<const std::string>{columns.caseName};
     }
     return host.looka4(sheet) == 0 ? 0 : StrSpreadsheetFailed;
@@ -139,9 +139,10 @@ int WritePercentiles(CAnalysisSupport& host, const KaplanResults& results, doubl
     sheet.title.append(" ").append(Text(StrKmPercentiles2));
     for (const int id : {StrKmLowerQuartile, StrKmMedian, StrKmUpperQuartile})
         sheet.rowHeadings.emplace_back(Text(id));
-    sheet.columns.push_back(HeadedColumn(StrKmColSurvival, StrKmColSurvivalTime, CellFormat::general(8)));
-    sheet.columns.push_back(HeadedColumn(StrKmColPercentile, 0, CellFormat::general(8)));
-    sheet.columns.push_back(HeadedColumn(StrKmColPercentile, 0, CellFormat::general(8)));
+    sheet.columns.push_back(
+        HeadedColumn("time", StrKmColSurvival, StrKmColSurvivalTime, CellFormat::general(8)));
+    sheet.columns.push_back(HeadedColumn("lowerLimit", StrKmColPercentile, 0, CellFormat::general(8)));
+    sheet.columns.push_back(HeadedColumn("upperLimit", StrKmColPercentile, 0, CellFormat::general(8)));
     for (std::size_t k = 0; k < cells.size(); ++k)
         sheet.columns[k].cells = std::span<const double>{cells[k]};
     const short outcome = host.looka4(sheet);

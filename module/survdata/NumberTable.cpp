@@ -8,8 +8,9 @@
 
 namespace ozm::survival {
 
-SheetColumn HeadedColumn(int heading1, int heading2, CellFormat format) {
-    return {std::string{Text(heading1)}, std::string{Text(heading2)}, format, std::span<const double>{}};
+SheetColumn HeadedColumn(std::string_view id, int heading1, int heading2, CellFormat format) {
+    return {std::string{Text(heading1)}, std::string{Text(heading2)}, format, std::span<const double>{},
+            std::string{id}};
 }
 
 NumberTable::NumberTable(std::string title) {
@@ -20,8 +21,8 @@ void NumberTable::AddNote(std::string note) {
     sheet_.notes.push_back(std::move(note));
 }
 
-void NumberTable::AddColumn(int heading1, int heading2, CellFormat format) {
-    sheet_.columns.push_back(HeadedColumn(heading1, heading2, format));
+void NumberTable::AddColumn(std::string_view id, int heading1, int heading2, CellFormat format) {
+    sheet_.columns.push_back(HeadedColumn(id, heading1, heading2, format));
 }
 
 bool NumberTable::AddRows(CAnalysisSupport& host, std::size_t rows) {
@@ -32,8 +33,9 @@ bool NumberTable::AddRows(CAnalysisSupport& host, std::size_t rows) {
     return true;
 }
 
-void NumberTable::AddTexts(int heading1, int heading2, std::span<const std::string> texts) {
-    sheet_.columns.push_back(HeadedColumn(heading1, heading2, CellFormat::general()));
+void NumberTable::AddTexts(std::string_view id, int heading1, int heading2,
+                           std::span<const std::string> texts) {
+    sheet_.columns.push_back(HeadedColumn(id, heading1, heading2, CellFormat::general()));
     sheet_.columns.back().cells = texts;
 }
 

@@ -21,31 +21,31 @@ Line LineOf(const NotComputed& /*none*/) {
 }
 
 Line LineOf(const ScoreStatistic& s) {
-    return {{"WW", StrTwoColScoreSum1, StrTwoColScoreSum2, Wide(s.scoreSum)},
-            {"Sum", StrTwoColScoreSum1, StrTwoColSquares2, Wide(s.sumOfSquares)},
-            {"Var", StrTwoColVariance, 0, Wide(s.variance)},
-            {"z", StrTwoColStatistic1, StrTwoColStatistic2, Wide(s.z)}};
+    return {{"WW", "sum", StrTwoColScoreSum1, StrTwoColScoreSum2, Wide(s.scoreSum)},
+            {"Sum", "sumOfSquares", StrTwoColScoreSum1, StrTwoColSquares2, Wide(s.sumOfSquares)},
+            {"Var", "variance", StrTwoColVariance, 0, Wide(s.variance)},
+            {"z", "statistic", StrTwoColStatistic1, StrTwoColStatistic2, Wide(s.z)}};
 }
 
 Line LineOf(const GehanStatistic& s) {
     Line line = LineOf(s.corrected);
-    line.push_back(
-        {"z without correction", StrTwoColUncorrected1, StrTwoColUncorrected2, Wide(s.uncorrected)});
+    line.push_back({"z without correction", "uncorrected", StrTwoColUncorrected1, StrTwoColUncorrected2,
+                    Wide(s.uncorrected)});
     return line;
 }
 
 Line LineOf(const CoxFStatistic& s) {
-    return {{"T1", StrTwoColT1, 0, Wide(s.scoreSum1)},
-            {"T2", StrTwoColT2, 0, Wide(s.scoreSum2)},
-            {"F", StrTwoColF, 0, Wide(s.f)},
-            {"df 1", StrTwoColDf1, 0, Wide(s.numeratorDf)},
-            {"df 2", StrTwoColDf2, 0, Wide(s.denominatorDf)}};
+    return {{"T1", "t1", StrTwoColT1, 0, Wide(s.scoreSum1)},
+            {"T2", "t2", StrTwoColT2, 0, Wide(s.scoreSum2)},
+            {"F", "statistic", StrTwoColF, 0, Wide(s.f)},
+            {"df 1", "df1", StrTwoColDf1, 0, Wide(s.numeratorDf)},
+            {"df 2", "df2", StrTwoColDf2, 0, Wide(s.denominatorDf)}};
 }
 
 Line LineOf(const CoxMantelStatistic& s) {
-    return {{"I", StrTwoColI, 0, Wide(s.information)},
-            {"U", StrTwoColU, 0, Wide(s.excess)},
-            {"C", StrTwoColC, 0, Wide(s.c)}};
+    return {{"I", "variance", StrTwoColI, 0, Wide(s.information)},
+            {"U", "sum", StrTwoColU, 0, Wide(s.excess)},
+            {"C", "statistic", StrTwoColC, 0, Wide(s.c)}};
 }
 
 SummaryRow RowOf(const NotComputed& /*none*/) {
@@ -90,7 +90,7 @@ std::string TitleOf(TwoTest test) {
 
 std::vector<Statistic> StatisticsOf(const TestResult& result) {
     Line line = std::visit([](const auto& numbers) { return LineOf(numbers); }, result.numbers);
-    if (result.Computed()) line.push_back({"p", StrTwoColP, 0, result.p});
+    if (result.Computed()) line.push_back({"p", "p", StrTwoColP, 0, result.p});
     return line;
 }
 

@@ -8,9 +8,11 @@
 
 namespace ozm::survival {
 
-/// One number of a test's line of statistics: how a formula names it, how a column does.
+/// One number of a test's line of statistics: how a formula names it, how programs and people find its
+/// column.
 struct Statistic {
     const char* symbol;
+    const char* id;
     int heading1;
     int heading2;
     double value;

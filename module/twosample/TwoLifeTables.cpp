@@ -37,6 +37,7 @@ std::string CodesLine(CAnalysisSupport& host, const SharedSettings& shared) {
 }
 
 struct Measure {
+    const char* id;
     int heading;
     CellFormat format;
     double factor;
@@ -44,11 +45,12 @@ struct Measure {
 };
 
 constexpr Measure measures[] = {
-    {StrLtEntering, CellFormat::integer(), 1.0, &LifeTable::entering},
-    {StrLtCensored, CellFormat::integer(), 1.0, &LifeTable::withdrawn},
-    {StrLtDying, CellFormat::integer(), 1.0, &LifeTable::dying},
-    {StrLtSurviving, CellFormat::fixed(4), 100.0, &LifeTable::proportionSurviving},
-    {StrLtCumulative, CellFormat::fixed(4), 100.0, &LifeTable::cumulativeSurviving},
+    {"entering", StrLtEntering, CellFormat::integer(), 1.0, &LifeTable::entering},
+    {"censored", StrLtCensored, CellFormat::integer(), 1.0, &LifeTable::withdrawn},
+    {"dying", StrLtDying, CellFormat::integer(), 1.0, &LifeTable::dying},
+    {"percentSurviving", StrLtSurviving, CellFormat::fixed(4), 100.0, &LifeTable::proportionSurviving},
+    {"cumulativePercentSurviving", StrLtCumulative, CellFormat::fixed(4), 100.0,
+     &LifeTable::cumulativeSurviving},
 };
 
 int WriteTable(CAnalysisSupport& host, const SharedSettings& shared, const GroupLifeTables& result) {
@@ -59,10 +61,11 @@ int WriteTable(CAnalysisSupport& host, const SharedSettings& shared, const Group
         if (result.tables[g].rows == 0)
             sheet.AddNote(std::string{Text(g == 0 ? StrTwoGroup1 : StrTwoGroup2)} +
                           std::string{Text(StrLtFewerThan3Cases)});
-    sheet.AddColumn(StrLtLower1, StrLtLower2, CellFormat::general(7));
+    sheet.AddColumn("lowerLimit", StrLtLower1, StrLtLower2, CellFormat::general(7));
     for (const Measure& measure : measures)
-        for (const int group : {StrTwoGroup1, StrTwoGroup2})
-            sheet.AddColumn(group, measure.heading, measure.format);
+        for (const auto& [suffix, group] :
+             {std::pair{"Group1", StrTwoGroup1}, std::pair{"Group2", StrTwoGroup2}})
+            sheet.AddColumn(std::string{measure.id} + suffix, group, measure.heading, measure.format);
     if (!sheet.AddRows(host, static_cast<std::size_t>(result.Rows()))) return StrTwoNoMemory;
     for (std::size_t g = 0; g < groups; ++g) {
         const LifeTable& table = result.tables[g];

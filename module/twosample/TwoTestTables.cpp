@@ -22,9 +22,9 @@ double Stored(double value) {
 }
 
 void AddObservationColumns(NumberTable& table) {
-    table.AddColumn(StrTwoColTime1, StrTwoColTime2, single);
-    table.AddColumn(StrTwoColStatus, 0, whole);
-    table.AddColumn(StrTwoColGroup, 0, whole);
+    table.AddColumn("time", StrTwoColTime1, StrTwoColTime2, single);
+    table.AddColumn("status", StrTwoColStatus, 0, whole);
+    table.AddColumn("group", StrTwoColGroup, 0, whole);
 }
 
 void FillObservation(NumberTable& table, std::size_t row, const PooledObservation& o) {
@@ -40,11 +40,11 @@ int WriteScores(CAnalysisSupport& host, const PooledSample& sample, const TestRe
     AddObservationColumns(table);
     std::size_t score = 3;
     if (result.ByGehan()) {
-        table.AddColumn(StrTwoColR1, 0, whole);
-        table.AddColumn(StrTwoColR2, 0, whole);
+        table.AddColumn("r1", StrTwoColR1, 0, whole);
+        table.AddColumn("r2", StrTwoColR2, 0, whole);
         score = 5;
     }
-    table.AddColumn(StrTwoColScore, 0, result.ByGehan() ? whole : single);
+    table.AddColumn("score", StrTwoColScore, 0, result.ByGehan() ? whole : single);
     if (!table.AddRows(host, sample.observations.size())) return StrTwoNoMemory;
     for (std::size_t i = 0; i < sample.observations.size(); ++i) {
         FillObservation(table, i, sample.observations[i]);
@@ -62,14 +62,14 @@ int WriteScores(CAnalysisSupport& host, const PooledSample& sample, const TestRe
 int WriteFailures(CAnalysisSupport& host, const TestResult& result) {
     const bool group2 = result.test == TwoTest::CoxMantel;
     NumberTable table(TitleOf(result.test) + std::string{Text(StrTwoFailures)});
-    table.AddColumn(StrTwoColTime1, StrTwoColTime2, single);
-    table.AddColumn(StrTwoColAtRisk, 0, whole);
-    table.AddColumn(StrTwoColFailures, 0, whole);
-    table.AddColumn(StrTwoColHazard, 0, single);
-    table.AddColumn(StrTwoColCumulative1, StrTwoColCumulative2, single);
+    table.AddColumn("time", StrTwoColTime1, StrTwoColTime2, single);
+    table.AddColumn("atRisk", StrTwoColAtRisk, 0, whole);
+    table.AddColumn("failures", StrTwoColFailures, 0, whole);
+    table.AddColumn("hazard", StrTwoColHazard, 0, single);
+    table.AddColumn("survival", StrTwoColCumulative1, StrTwoColCumulative2, single);
     if (group2) {
-        table.AddColumn(StrTwoColAtRisk2, StrTwoColAtRisk, whole);
-        table.AddColumn(StrTwoColAtRisk2, StrTwoColShare, single);
+        table.AddColumn("atRiskGroup2", StrTwoColAtRisk2, StrTwoColAtRisk, whole);
+        table.AddColumn("shareGroup2", StrTwoColAtRisk2, StrTwoColShare, single);
     }
     const auto times = result.failures.times;
     if (!table.AddRows(host, times.size() + 1)) return StrTwoNoMemory;
@@ -94,7 +94,7 @@ int WriteStatistics(CAnalysisSupport& host, const PooledSample& sample, const Te
     for (std::string& note : NotesOf(result, sample.counts))
         table.AddNote(std::move(note));
     for (const Statistic& s : statistics)
-        table.AddColumn(s.heading1, s.heading2,
+        table.AddColumn(s.id, s.heading1, s.heading2,
                         s.heading1 == StrTwoColP ? CellFormat::probability() : single);
     if (!table.AddRows(host, 1)) return StrTwoNoMemory;
     for (std::size_t k = 0; k < statistics.size(); ++k)
@@ -121,12 +121,12 @@ int WriteIntermediate(CAnalysisSupport& host, const PooledSample& sample, const 
 
 int WriteSummaryTable(CAnalysisSupport& host, const PooledSample& sample) {
     NumberTable table{std::string{Text(StrTwoSummary)}};
-    table.AddColumn(StrTwoColStatistic1, StrTwoColStatistic2, single);
-    table.AddColumn(StrTwoColDf1, 0, whole);
-    table.AddColumn(StrTwoColDf2, 0, whole);
-    table.AddColumn(StrTwoColP, 0, CellFormat::probability());
-    table.AddColumn(StrTwoColScoreSum1, StrTwoColScoreSum2, single);
-    table.AddColumn(StrTwoColVariance, 0, single);
+    table.AddColumn("statistic", StrTwoColStatistic1, StrTwoColStatistic2, single);
+    table.AddColumn("df1", StrTwoColDf1, 0, whole);
+    table.AddColumn("df2", StrTwoColDf2, 0, whole);
+    table.AddColumn("p", StrTwoColP, 0, CellFormat::probability());
+    table.AddColumn("sum", StrTwoColScoreSum1, StrTwoColScoreSum2, single);
+    table.AddColumn("variance", StrTwoColVariance, 0, single);
     for (const int note : {StrTwoNoteSigns, StrTwoNoteSums, StrTwoNoteCoxFOrder, StrTwoNoteOneSided})
         table.AddNote(std::string{Text(note)});
     if (!table.AddRows(host, twoTests.size())) return StrTwoNoMemory;
@@ -148,7 +148,7 @@ int WriteSummaryTable(CAnalysisSupport& host, const PooledSample& sample) {
         if (result.test == TwoTest::PetoPeto && result.ByGehan())
             table.AddNote(std::string{Text(StrTwoNoteGehanInstead)});
     }
-    table.AddTexts(StrTwoColVariance, StrTwoColForm, varianceForms);
+    table.AddTexts("varianceForm", StrTwoColVariance, StrTwoColForm, varianceForms);
     return table.Write(host);
 }
 

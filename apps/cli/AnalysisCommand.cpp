@@ -20,7 +20,7 @@ void AnalysisCommand::declare(CLI::App& app) {
         help += ",";
         if (output.onScreen) onScreen += std::string{onScreen.empty() ? "" : ","} + output.name;
     }
-    app.add_option("--outputs", list_, help + " or all [" + onScreen + "; with -o: all]")
+    app.add_option("--outputs", list_, help + " or all [" + onScreen + "; with -o: " + unasked() + "]")
         ->type_name("O[,O...]")
         ->group("Output");
     output_.declare(app);
@@ -79,13 +79,15 @@ int AnalysisCommand::run(Console& console) {
         const bool computed = compute(script);
         if (computed) {
             prepareOutputs(script);
-            for (const std::size_t place : chosen)
+            for (const std::size_t place : chosen) {
+                if (list_.empty() && !isMadeUnasked(outputs()[place], script)) continue;
                 for (const char* const action : outputs()[place].actions) {
                     if (action == nullptr) continue;
                     const std::size_t errors = errorsIn(session.book());
                     script.press(action);
                     ++(errorsIn(session.book()) == errors ? made : failed);
                 }
+            }
         }
         progress.clear();
         if (!computed) {

@@ -41,6 +41,12 @@ protected:
     virtual std::vector<std::string> check(const ActiveData& data) = 0;
     /// Leads a started session to its results dialog. False when the analysis did not go there.
     virtual bool compute(Script& script) = 0;
+    /// Whether an output is made when --outputs does not say which; asked at the results dialog.
+    [[nodiscard]] virtual bool isMadeUnasked(const Output& /*output*/, const Script& /*script*/) const {
+        return true;
+    }
+    /// What of that is made with -o, for the help text.
+    [[nodiscard]] virtual std::string unasked() const { return "all"; }
     /// Sets what the results dialog wants before its outputs are made.
     virtual void prepareOutputs(Script& /*script*/) {}
 

@@ -1,5 +1,7 @@
 #include "apps/cli/Script.h"
 
+#include <utility>
+
 namespace korvana::cli {
 namespace {
 
@@ -18,6 +20,12 @@ ozm::AutomationObject Script::dialog() const {
 
 void Script::put(const std::string& member, const ozm::AutomationValue& value) {
     require(dialog().Put(member, value));
+}
+
+ozm::AutomationValue Script::get(const std::string& member) const {
+    ozm::AutomationResult result = dialog().Get(member);
+    require(result);
+    return std::move(result.value);
 }
 
 void Script::press(const std::string& action) {

@@ -20,6 +20,7 @@ public:
     explicit Script(Session& session) : session_(session) {}
 
     void put(const std::string& member, const ozm::AutomationValue& value);
+    [[nodiscard]] ozm::AutomationValue get(const std::string& member) const;
     /// Performs an action and follows the analysis to its next dialog.
     void press(const std::string& action);
     [[nodiscard]] bool isAt(const std::string& interfaceName) const {

@@ -19,7 +19,10 @@ void CKaplanResultsDlg::OnOpen() {
     std::string summary{Text(StrKmResultsTitle)};
     for (const std::string& line : KaplanSummaryLines(Analysis(), Shared(), state_.results))
         summary += "\n" + line;
+    const bool all = AllPlotted(state_.results);
+    if (!all) summary += "\n" + Filled(StrKmPlotsHint, {FormatCount(mostPlotted)});
     SetValue(KaplanSummaryBox, std::move(summary));
+    PutSetting("DefaultPlot", all ? "PlotOfSurvivalTimesVsCumProportionSurviving" : "SurvivalCurve");
 }
 
 void CKaplanResultsDlg::OnValueChanged(int control) {
@@ -35,6 +38,8 @@ int CKaplanResultsDlg::Output(int control) {
     case KaplanPlot1:
     case KaplanPlot1Again:
         return LevelIsValid() ? Plot(KaplanPlot::Survival) : 0;
+    case KaplanCurve:
+        return LevelIsValid() ? PlotSurvivalCurve(Analysis(), state_.results, Level()) : 0;
     case KaplanPlot2:
         return Plot(KaplanPlot::LogTime);
     case KaplanPlot3:
@@ -61,8 +66,9 @@ double CKaplanResultsDlg::Level() const {
 }
 
 int CKaplanResultsDlg::Plot(KaplanPlot plot) {
-    if (static_cast<std::size_t>(state_.results.Valid()) > mostPlotted)
-        Analysis().DspMessageBox(MessageStyle::Information, this, StrOnly32000Plotted);
+    if (!AllPlotted(state_.results))
+        Analysis().DspMessageBox(MessageStyle::Information, this, StrOnly32000Plotted,
+                                 Filled(StrKmPlotsHint, {FormatCount(mostPlotted)}));
     return PlotKaplan(Analysis(), state_.results, plot, Level());
 }
 

@@ -1,10 +1,13 @@
 #include "module/kaplan/ConfidenceLimits.h"
+#include "module/kaplan/CurveThinning.h"
 #include "module/kaplan/KaplanOutput.h"
 #include "module/resources/Resources.h"
 #include "module/resources/StringIds.h"
 #include "module/survdata/NormalQuantile.h"
 #include "module/survdata/ReportLines.h"
+#include "module/survdata/StopTest.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <utility>
@@ -25,50 +28,124 @@ void Add(ChartSeries& series, double x, double y) {
     series.y.push_back(y);
 }
 
-/// Plot 1: the estimate as a step function that begins at 1, its band, and the censored observations on it.
-std::size_t FillSurvival(const KaplanResults& results, double level, CChartInfo& chart) {
-    using Style = ChartSeries::Style;
-    using Role = ChartSeries::Role;
-    const std::string percent = LevelInPercent(level);
-    ChartSeries estimate = Series(std::string{Text(StrKmLegendEstimate)}, Style::Step, Role::Estimate);
-    ChartSeries lower = Series(percent + std::string{Text(StrKmLevelLower)}, Style::Step, Role::LowerBound);
-    ChartSeries upper = Series(percent + std::string{Text(StrKmLevelUpper)}, Style::Step, Role::UpperBound);
-    ChartSeries censored = Series(std::string{Text(StrKmLegendCensored)}, Style::Markers, Role::Censored);
-    censored.marker = ChartSeries::Marker::Plus;
+/// The four series of a survival curve: the estimate as a step function, its band, and the censored
+/// observations on it.
+struct SurvivalSeries {
+    ChartSeries estimate;
+    ChartSeries lower;
+    ChartSeries upper;
+    ChartSeries censored;
 
+    explicit SurvivalSeries(double level) {
+        using Style = ChartSeries::Style;
+        using Role = ChartSeries::Role;
+        const std::string percent = LevelInPercent(level);
+        estimate = Series(std::string{Text(StrKmLegendEstimate)}, Style::Step, Role::Estimate);
+        lower = Series(percent + std::string{Text(StrKmLevelLower)}, Style::Step, Role::LowerBound);
+        upper = Series(percent + std::string{Text(StrKmLevelUpper)}, Style::Step, Role::UpperBound);
+        censored = Series(std::string{Text(StrKmLegendCensored)}, Style::Markers, Role::Censored);
+        censored.marker = ChartSeries::Marker::Plus;
+    }
+
+    /// Into a chart. The curve goes on to the last observation when that one is censored.
+    void Move(double last, CChartInfo& chart) {
+        if (estimate.x.back() < last)
+            for (ChartSeries* series : {&estimate, &lower, &upper})
+                Add(*series, last, series->y.back());
+        chart.kind = CChartInfo::Kind::Step;
+        chart.yAxis.min = 0.0;
+        chart.yAxis.max = 1.0;
+        chart.series = {std::move(estimate), std::move(lower), std::move(upper)};
+        if (!censored.x.empty()) chart.series.push_back(std::move(censored));
+    }
+};
+
+/// Plot 1, which begins at 1: every observation that is plotted.
+std::size_t FillSurvival(const KaplanResults& results, double level, CChartInfo& chart) {
+    SurvivalSeries series(level);
     const double z = ConfidenceZ(level);
     std::size_t values = 0;
-    Add(estimate, 0.0, 1.0);
-    Add(lower, 0.0, 1.0);
-    Add(upper, 0.0, 1.0);
+    for (ChartSeries* each : {&series.estimate, &series.lower, &series.upper})
+        Add(*each, 0.0, 1.0);
     double last = 0.0;
     ForEachObservation(results, mostPlotted, [&](const KaplanRow& row) {
         ++values;
         last = row.time;
-        estimate.leaving.push_back(row.time);
+        series.estimate.leaving.push_back(row.time);
         if (row.censored) {
-            Add(censored, row.time, row.survival);
+            Add(series.censored, row.time, row.survival);
             return;
         }
-        Add(estimate, row.time, row.survival);
+        Add(series.estimate, row.time, row.survival);
         const ConfidenceLimits limits = LogMinusLogLimits(row.survival, row.standardError, z);
         if (std::isnan(limits.lower)) return;
-        Add(lower, row.time, limits.lower);
-        Add(upper, row.time, limits.upper);
+        Add(series.lower, row.time, limits.lower);
+        Add(series.upper, row.time, limits.upper);
     });
-    estimate.staying = static_cast<double>(results.Valid()) - static_cast<double>(values);
-    // The curve goes on to the last observation when that one is censored.
-    if (estimate.x.back() < last) {
-        Add(estimate, last, estimate.y.back());
-        Add(lower, last, lower.y.back());
-        Add(upper, last, upper.y.back());
-    }
-    chart.kind = CChartInfo::Kind::Step;
-    chart.yAxis.min = 0.0;
-    chart.yAxis.max = 1.0;
-    chart.series = {std::move(estimate), std::move(lower), std::move(upper)};
-    if (!censored.x.empty()) chart.series.push_back(std::move(censored));
+    series.estimate.staying = static_cast<double>(results.Valid()) - static_cast<double>(values);
+    series.Move(last, chart);
     return values;
+}
+
+double LastTime(const KaplanResults& results) {
+    const double complete = results.UncensoredTimes().back();
+    return results.censored == 0 ? complete : std::max(complete, results.CensoredTimes().back());
+}
+
+/// The survival curve of all observations, thinned as they come: no copy of them is made. Of tied complete
+/// observations the last has the estimate at their time. False when the user stopped it.
+bool FillWholeCurve(CAnalysisSupport& host, const KaplanResults& results, double level, CChartInfo& chart) {
+    constexpr std::size_t rowsPerPoll = std::size_t{1} << 14;
+    const CurvePage page{.end = LastTime(results)};
+    const double z = ConfidenceZ(level);
+    ThinnedSteps estimate(page);
+    ThinnedSteps lower(page);
+    ThinnedSteps upper(page);
+    ThinnedMarks censored(page);
+    GatheredTimes leaving(page.end);
+    for (ThinnedSteps* each : {&estimate, &lower, &upper})
+        each->Add(0.0, 1.0);
+    const auto place = [&](const KaplanRow& row) {
+        estimate.Add(row.time, row.survival);
+        const ConfidenceLimits limits = LogMinusLogLimits(row.survival, row.standardError, z);
+        if (std::isnan(limits.lower)) return;
+        lower.Add(row.time, limits.lower);
+        upper.Add(row.time, limits.upper);
+    };
+    KaplanRow tied;
+    bool any = false;
+    bool stopped = false;
+    std::size_t rows = 0;
+    ForEachObservation(results, static_cast<std::size_t>(results.Valid()), [&](const KaplanRow& row) {
+        if (rows++ % rowsPerPoll == 0 && StopRequested(host)) stopped = true;
+        if (stopped) return;
+        leaving.Add(row.time);
+        if (row.censored) {
+            censored.Add(row.time, row.survival);
+            return;
+        }
+        if (any && tied.time < row.time) place(tied);
+        any = true;
+        tied = row;
+    });
+    if (stopped) return false;
+    place(tied);
+    for (ThinnedSteps* each : {&estimate, &lower, &upper})
+        each->Close();
+    SurvivalSeries series(level);
+    const auto take = [](ChartSeries& to, auto& from) {
+        to.x = std::move(from.x);
+        to.y = std::move(from.y);
+    };
+    take(series.estimate, estimate);
+    take(series.lower, lower);
+    take(series.upper, upper);
+    take(series.censored, censored);
+    series.estimate.leaving = std::move(leaving.times);
+    series.estimate.leavingCounts = std::move(leaving.counts);
+    series.estimate.leavingStep = leaving.Step();
+    series.Move(page.end, chart);
+    return true;
 }
 
 /// Plots 2 and 3: the uncensored observations, those left out whose logarithm does not exist.
@@ -104,6 +181,12 @@ PlotTexts TextsOf(KaplanPlot plot) {
     return {StrKmPlot3, StrKmAxisLogTime, StrKmAxisLogSurviving};
 }
 
+int Show(CAnalysisSupport& host, CChartInfo& chart) {
+    const short outcome = host.NewGeneralMultipleChartLongEx(chart);
+    host.c_gr0(chart);
+    return outcome == 0 ? 0 : StrGraphicsError;
+}
+
 } // namespace
 
 int PlotKaplan(CAnalysisSupport& host, const KaplanResults& results, KaplanPlot plot, double level) {
@@ -116,9 +199,24 @@ int PlotKaplan(CAnalysisSupport& host, const KaplanResults& results, KaplanPlot 
                                    ? FillSurvival(results, level, chart)
                                    : FillLogarithmic(results, plot == KaplanPlot::LogLog, chart);
     if (values < 3) return StrFewerThan3Values;
-    const short outcome = host.NewGeneralMultipleChartLongEx(chart);
-    host.c_gr0(chart);
-    return outcome == 0 ? 0 : StrGraphicsError;
+    if (!AllPlotted(results))
+        chart.notes.push_back(
+            Filled(StrKmNoteOnlyFirst, {FormatCount(mostPlotted), FormatCount(results.Valid())}));
+    return Show(host, chart);
+}
+
+int PlotSurvivalCurve(CAnalysisSupport& host, const KaplanResults& results, double level) {
+    host.d_stat(Text(StrPrinting));
+    CChartInfo chart;
+    chart.title = Trimmed(StrKmCurve);
+    chart.xAxis.title = Trimmed(StrKmAxisTime);
+    chart.yAxis.title = Trimmed(StrKmAxisSurviving);
+    const bool filled = FillWholeCurve(host, results, level, chart);
+    if (filled && !AllPlotted(results))
+        chart.notes.push_back(Filled(StrKmNoteThinned, {FormatCount(results.Valid())}));
+    const int message = filled ? Show(host, chart) : 0;
+    host.d_stat({});
+    return message;
 }
 
 } // namespace ozm::survival

@@ -14,8 +14,11 @@
 
 namespace ozm::survival {
 
-/// Plots show at most this many observations.
+/// Plots 1 to 3 show at most this many observations, the first in order of time.
 inline constexpr std::size_t mostPlotted = 32000;
+[[nodiscard]] inline bool AllPlotted(const KaplanResults& results) {
+    return static_cast<std::size_t>(results.Valid()) <= mostPlotted;
+}
 
 /// The lines of the summary after its title: variables and counts of observations.
 std::vector<std::string> KaplanSummaryLines(CAnalysisSupport& host, const SharedSettings& shared,
@@ -34,6 +37,8 @@ void NameLimitColumns(CAnalysisSupport& host, double level);
 /// Which of the three plots.
 enum class KaplanPlot : std::uint8_t { Survival = 1, LogTime = 2, LogLog = 3 };
 int PlotKaplan(CAnalysisSupport& host, const KaplanResults& results, KaplanPlot plot, double level);
+/// The survival curve of all observations, however many.
+int PlotSurvivalCurve(CAnalysisSupport& host, const KaplanResults& results, double level);
 
 /// One observation in time order; at a tie the uncensored ones come first.
 struct KaplanRow {

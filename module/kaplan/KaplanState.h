@@ -28,6 +28,9 @@ public:
     /// host refused one: all that were obtained are then released.
     [[nodiscard]] bool Obtain(CAnalysisSupport& host, std::int32_t cases, bool weighted);
     void Release();
+    static std::int32_t CapacityFor(std::int32_t cases, bool weighted);
+    /// What an observation takes of the host's memory.
+    static constexpr std::size_t bytesPerObservation = 4 * sizeof(double) + 3 * sizeof(std::int32_t);
     [[nodiscard]] std::int32_t Capacity() const { return capacity_; }
 
     std::span<double> uncensoredTimes;
@@ -40,6 +43,7 @@ public:
 
 private:
     bool ObtainFromHost(CAnalysisSupport& host, std::size_t capacity);
+    static bool FitsFixed(std::int32_t cases, bool weighted) { return cases <= fixedCapacity && !weighted; }
 
     std::int32_t capacity_ = 0;
     std::array<HostArray<double>, 4> hostDoubles_;

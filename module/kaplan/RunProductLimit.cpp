@@ -3,9 +3,11 @@
 #include "module/resources/Resources.h"
 #include "module/resources/StringIds.h"
 #include "module/survdata/ReadingNotes.h"
+#include "module/survdata/ReportLines.h"
 #include "module/survdata/StatusMessages.h"
 
 #include <algorithm>
+#include <cmath>
 #include <new>
 #include <string>
 
@@ -29,15 +31,14 @@ bool KaplanArrays::Obtain(CAnalysisSupport& host, std::int32_t cases, bool weigh
         censoredCases = integers(1);
         ranks = integers(2);
     };
-    if (cases <= fixedCapacity && !weighted) {
-        capacity_ = fixedCapacity;
+    const std::int32_t capacity = CapacityFor(cases, weighted);
+    if (FitsFixed(cases, weighted)) {
+        capacity_ = capacity;
         const auto doubles = [this](std::size_t k) { return std::span<double>{fixedDoubles_[k]}; };
         const auto integers = [this](std::size_t k) { return std::span<std::int32_t>{fixedIntegers_[k]}; };
         use(doubles, integers);
         return true;
     }
-    const bool atMost = weighted || cases > largestCapacity / 2;
-    const std::int32_t capacity = atMost ? largestCapacity : 2 * cases;
     if (!ObtainFromHost(host, static_cast<std::size_t>(capacity))) {
         Release();
         return false;
@@ -47,6 +48,11 @@ bool KaplanArrays::Obtain(CAnalysisSupport& host, std::int32_t cases, bool weigh
     const auto integers = [this](std::size_t k) { return hostIntegers_[k].Span(); };
     use(doubles, integers);
     return true;
+}
+
+std::int32_t KaplanArrays::CapacityFor(std::int32_t cases, bool weighted) {
+    if (FitsFixed(cases, weighted)) return fixedCapacity;
+    return weighted || cases > largestCapacity / 2 ? largestCapacity : 2 * cases;
 }
 
 void KaplanArrays::Release() {
@@ -126,6 +132,28 @@ Status ComputeRun(CAnalysisSupport& host, SharedSettings& shared, KaplanResults&
     return Status::Success;
 }
 
+/// What the message of a status does not know.
+std::string Describe(CAnalysisSupport& host, const SharedSettings& shared, const ReadingCounts& counts,
+                     Status status) {
+    const std::int32_t capacity = KaplanArrays::CapacityFor(host.ss_nb(), host.WeightVariable() != 0);
+    switch (status) {
+    case Status::TooFewValid:
+        return std::string{Text(StrNeedThreeValid)} + "\n" + DescribeReading(host, shared, counts);
+    case Status::NoUncensored:
+        return std::string{Text(StrAllCensored)} + "\n" + DescribeReading(host, shared, counts);
+    case Status::TooManyCases:
+        return Filled(StrKmCapacity, {FormatCount(capacity)});
+    case Status::NoMemory:
+        if (capacity <= KaplanArrays::fixedCapacity) return {};
+        return Filled(StrKmMemory, {FormatCount(capacity),
+                                    FormatNumber(std::ceil(static_cast<double>(capacity) *
+                                                           KaplanArrays::bytesPerObservation / 1e6)),
+                                    FormatCount(KaplanArrays::largestCapacity)});
+    default:
+        return {};
+    }
+}
+
 } // namespace
 
 int KaplanMessage(Status status) {
@@ -150,11 +178,9 @@ int RunProductLimit(CAnalysisSupport& host, SharedSettings& shared, KaplanState&
     if (status == Status::Success) return 0;
 
     results.Release();
-    if (const int message = KaplanMessage(status); message != 0) {
-        const bool tooFew = status == Status::TooFewValid || status == Status::NoUncensored;
+    if (const int message = KaplanMessage(status); message != 0)
         host.DspMessageBox(MessageStyle::Error, window, message,
-                           tooFew ? DescribeReading(host, shared, results.counts) : std::string{});
-    }
+                           Describe(host, shared, results.counts, status));
     return 1;
 }
 

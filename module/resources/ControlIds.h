@@ -30,6 +30,7 @@ enum KaplanResultsControl : int {
     KaplanPlot2 = 1104,
     KaplanPlot3 = 1105,
     KaplanLevel = 1106,
+    KaplanCurve = 1107,
     KaplanPlot1Again = 1113, ///< the same output on the plots' tab
 };
 

@@ -12,6 +12,7 @@ constexpr std::uint8_t quick[] = {0};
 constexpr std::uint8_t advanced[] = {1};
 constexpr std::uint8_t plots[] = {2};
 constexpr std::uint8_t quickAndAdvanced[] = {0, 1};
+constexpr std::uint8_t quickAndPlots[] = {0, 2};
 
 constexpr ControlTemplate okButton{.id = ControlOk, .text = "OK"};
 constexpr ControlTemplate cancelButton{.id = ControlCancel, .text = "Cancel"};
@@ -82,6 +83,7 @@ constexpr ControlTemplate kaplanResultsControls[] = {
     {.id = KaplanSummary,
      .text = "!249S&ummary:  Product-limit survival analysis",
      .pages = quickAndAdvanced},
+    {.id = KaplanCurve, .text = "!228Survival cur&ve of all observations", .pages = quickAndPlots},
     {.id = KaplanPlot1, .text = "!228Survival &times vs. cum. proportion surviving", .pages = quick},
     {.id = KaplanLevel, .kind = ControlKind::Real, .text = "&Conf. Level:", .pages = quick, .decimals = 6},
     {.id = KaplanPercentiles, .text = "ePercentiles of &survival function", .pages = advanced},

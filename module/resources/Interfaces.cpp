@@ -48,6 +48,10 @@ constexpr AutomationMember kaplanResultsMembers[] = {
      "Plot of log-survival times vs. log-cumulative proportion surviving"},
     {"ConfidenceLevel", MemberKind::Property, MemberType::Real, KaplanLevel,
      "Confidence level of the limits, between 0 and 1"},
+    {"SurvivalCurve", MemberKind::Action, MemberType::None, KaplanCurve,
+     "Survival curve of all observations"},
+    {"DefaultPlot", MemberKind::Property, MemberType::Text, 0,
+     "The action that plots survival best for these data (read only)"},
 };
 
 constexpr AutomationMember twoMembers[] = {

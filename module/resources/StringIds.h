@@ -63,6 +63,11 @@ enum StringId : int {
     StrWeightRoundedOne = 20036,
     StrWeightRounded = 20037,
 
+    // Details of messages
+    StrNeedThreeValid = 20040,
+    StrAllCensored = 20041,
+    StrOutputName = 20042,
+
     // Input header
     StrTimesVariable = 20100,
     StrTimesFromDates = 20101,
@@ -129,6 +134,12 @@ enum StringId : int {
     StrGraphicsError = 20251,
     StrFewerThan3Values = 20252,
     StrInvalidLevel = 20253,
+    StrKmCurve = 20254,
+    StrKmNoteOnlyFirst = 20255,
+    StrKmNoteThinned = 20256,
+    StrKmPlotsHint = 20257,
+    StrKmCapacity = 20258,
+    StrKmMemory = 20259,
 
     // Life tables by group
     StrComputingSurvival = 20260,
@@ -222,6 +233,9 @@ enum StringId : int {
     StrTwoNoteSums = 20379,
     StrTwoNoteCoxFOrder = 20380,
     StrTwoNoteOneSided = 20381,
+    StrTwoListFull = 20390,
+    StrTwoCapacity = 20391,
+    StrTwoNeeded = 20392,
 };
 
 } // namespace ozm::survival

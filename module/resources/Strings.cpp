@@ -75,6 +75,10 @@ constexpr StringResource strings[] = {
     {StrWeightRounded, "%1 cases with weights in %2 that are no whole numbers count as often as the next one "
                        "says: 2.1 three times."},
 
+    {StrNeedThreeValid, "Three valid observations are needed."},
+    {StrAllCensored, "Every valid observation has the code of censored ones: are the two codes exchanged?"},
+    {StrOutputName, "Output: %1."},
+
     {StrTimesVariable, "Variable with survival times:"},
     {StrTimesFromDates, "Survival times computed from dates (MM-DD-YY)"},
     {StrVariables, "Variables:"},
@@ -140,6 +144,15 @@ constexpr StringResource strings[] = {
     {StrFewerThan3Values, " Fewer than 3 valid values."},
     {StrInvalidLevel,
      "Invalid confidence interval (CI) was specified (Correct range is 0<CI<1);reset to default 0.95"},
+    {StrKmCurve, "Survival Curve"},
+    {StrKmNoteOnlyFirst,
+     "Only the first %1 of %2 observations in order of time are drawn; the survival curve draws all."},
+    {StrKmNoteThinned, "All %1 observations are drawn, those that a page cannot tell apart as one."},
+    {StrKmPlotsHint, "Plots 1 to 3 draw the first %1 observations, the survival curve all of them."},
+    {StrKmCapacity, "This run has room for %1 valid observations, copies of weighted cases counted: select "
+                    "fewer cases or use smaller weights."},
+    {StrKmMemory,
+     "The run asked for room for %1 observations, %2 MB; with case weights it always asks for %3."},
 
     {StrComputingSurvival, " Computing survival... "},
     {StrComputingCumulative, " Computing cumulative survival..."},
@@ -239,6 +252,11 @@ constexpr StringResource strings[] = {
     {StrTwoNoteCoxFOrder, "Cox's F has no sign: df 1 is twice the uncensored observations of the group that "
                           "lives longer. Where df 1 = df 2, it is the group with the greater of T1 and T2."},
     {StrTwoNoteOneSided, "The p of Cox's F is one-sided, the others are two-sided."},
+    {StrTwoListFull, "Group %1 has more than %2 %3 observations."},
+    {StrTwoCapacity, "This analysis takes at most %1 uncensored and %1 censored observations of each group, "
+                     "copies of weighted cases counted: select fewer cases. The comparison of multiple "
+                     "samples is not part of this version yet."},
+    {StrTwoNeeded, "Two uncensored observations in all are needed, and an observation in each group."},
 };
 
 static_assert(std::is_sorted(std::begin(strings), std::end(strings),

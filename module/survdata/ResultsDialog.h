@@ -2,6 +2,8 @@
 
 #include "module/survdata/ModuleDialog.h"
 
+#include <string>
+
 namespace ozm::survival {
 
 /// What the results dialogs have in common: one button, one output, and the message of what went wrong;
@@ -17,6 +19,9 @@ protected:
     virtual int Output(int control) = 0;
     virtual void ReleaseResults() = 0;
     [[nodiscard]] virtual int SpecificationStep() const = 0;
+
+    /// The output of a button as messages name it.
+    [[nodiscard]] std::string OutputName(int control) const;
 };
 
 } // namespace ozm::survival

@@ -16,6 +16,7 @@ namespace {
 struct Run {
     Status status = Status::Success;
     std::int32_t capacity = 0; ///< of each list
+    Observation refused;       ///< the one that its list had no room for
     ReadingCounts reading;
     GroupCounts groups;
 };
@@ -24,7 +25,11 @@ Status Read(CAnalysisSupport& host, SharedSettings& shared, GroupLists& lists, R
     CaseReader reader(host, shared, CaseReader::Groups::TwoCodes);
     // The lists are full one by one, not all together.
     constexpr auto anyNumber = std::numeric_limits<std::int32_t>::max();
-    const Status status = reader.Read(anyNumber, [&](const Observation& o) { return lists.Append(o); });
+    const Status status = reader.Read(anyNumber, [&](const Observation& o) {
+        if (lists.Append(o)) return true;
+        run.refused = o;
+        return false;
+    });
     run.reading = reader.Counts();
     run.groups = lists.Counts();
     return status;
@@ -64,18 +69,26 @@ std::string GroupLine(std::string_view title, int uncensored, int censored) {
            " censored.";
 }
 
+/// The list that had no room for one more, and what to do.
+std::string DescribeFull(const Run& run) {
+    const std::string capacity = FormatCount(run.capacity);
+    return Filled(StrTwoListFull, {FormatCount(run.refused.group), capacity,
+                                   run.refused.complete ? "uncensored" : "censored"}) +
+           " " + Filled(StrTwoCapacity, {capacity});
+}
+
 /// What the message of a status does not know: the counts of this run.
 std::string Describe(CAnalysisSupport& host, const SharedSettings& shared, const Run& run) {
     const GroupCounts& n = run.groups;
     switch (run.status) {
     case Status::TooFewValid:
     case Status::NoUncensored:
-        return GroupLine(Text(StrTwoGroup1), n.uncensored1, n.censored1) + " " +
+        return std::string{Text(run.status == Status::TooFewValid ? StrNeedThreeValid : StrTwoNeeded)} +
+               "\n" + GroupLine(Text(StrTwoGroup1), n.uncensored1, n.censored1) + " " +
                GroupLine(Text(StrTwoGroup2), n.uncensored2, n.censored2) + "\n" +
                DescribeReading(host, shared, run.reading);
     case Status::TooManyCases:
-        return "There is room for " + FormatCount(run.capacity) +
-               " uncensored and as many censored observations of each group.";
+        return DescribeFull(run);
     default:
         return {};
     }

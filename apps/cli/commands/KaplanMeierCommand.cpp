@@ -16,7 +16,11 @@ class KaplanMeierCommand final : public AnalysisCommand {
         static constexpr Output known[] = {
             {"summary", {"Summary"}, "", true},
             {"percentiles", {"PercentilesOfSurvivalFunction"}, "", true},
-            {"plot-1", {"PlotOfSurvivalTimesVsCumProportionSurviving"}, "survival against time", false},
+            {"curve", {"SurvivalCurve"}, "survival against time, of all observations", false},
+            {"plot-1",
+             {"PlotOfSurvivalTimesVsCumProportionSurviving"},
+             "the same of the first 32,000",
+             false},
             {"plot-2", {"PlotOfLogSurvivalTimesVsCumProportionSurviving"}, "against log time", false},
             {"plot-3",
              {"PlotOfLogSurvivalTimesVsLogCumProportionSurviving"},
@@ -24,6 +28,17 @@ class KaplanMeierCommand final : public AnalysisCommand {
              false},
         };
         return known;
+    }
+
+    /// Plots of the first observations would mislead where there are more: then the curve is made for them.
+    [[nodiscard]] bool isMadeUnasked(const Output& output, const Script& script) const override {
+        const std::string_view name = output.name;
+        if (name != "curve" && !name.starts_with("plot")) return true;
+        const bool curve = script.get("DefaultPlot") == ozm::AutomationValue{"SurvivalCurve"};
+        return curve == (name == "curve");
+    }
+    [[nodiscard]] std::string unasked() const override {
+        return "all but curve; above 32,000 observations all but the plots";
     }
 
     [[nodiscard]] std::string example() const override {

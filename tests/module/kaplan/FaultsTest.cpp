@@ -27,8 +27,8 @@ protected:
             codes.push_back(i % 2);
         }
     }
-    static constexpr int outputs[] = {KaplanSummary, KaplanPercentiles, KaplanPlot1, KaplanPlot2,
-                                      KaplanPlot3};
+    static constexpr int outputs[] = {KaplanSummary, KaplanPercentiles, KaplanPlot1,
+                                      KaplanPlot2,   KaplanPlot3,       KaplanCurve};
     /// From the specification's OK through every output and back; true when it reached the results.
     bool Whole() {
         if (host.Press(analysis, ControlOk) != StepKaplanResults) return false;

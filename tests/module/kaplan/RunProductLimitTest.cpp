@@ -96,6 +96,7 @@ TEST_F(KaplanFixture, AnEmptyReadingSaysWhichCodesThereAre) {
     ASSERT_EQ(host.messages.size(), 1U);
     EXPECT_EQ(host.messages[0].text, "Fewer than two valid cases.");
     EXPECT_EQ(host.messages[0].detail,
+              "Three valid observations are needed.\n"
               "21 cases in the data, 21 selected, 0 valid.\n"
               "21 of 21 cases left out: 21 with another code of 'relapse' than 5 or 6.\n"
               "Codes of 'relapse' among the selected cases: 0 (12 cases), 1 (9 cases).");

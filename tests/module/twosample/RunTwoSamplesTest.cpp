@@ -74,6 +74,11 @@ TEST_F(TwoFixture, ListsHoldTwoThousandEach) {
     host.columns[3].values[0] = 2000;
     EXPECT_EQ(Run(), StepSpecifyTwoSamples);
     EXPECT_EQ(host.messages.back().id, StrTwoTooManyCases);
+    EXPECT_EQ(
+        host.messages.back().detail,
+        "Group 1 has more than 2000 uncensored observations. This analysis takes at most 2000 uncensored and "
+        "2000 censored observations of each group, copies of weighted cases counted: select fewer cases. The "
+        "comparison of multiple samples is not part of this version yet.");
 }
 
 TEST_F(TwoFixture, ChecksLeaveTheDialogOpen) {
@@ -150,6 +155,7 @@ TEST_F(TwoFixture, AMessageTellsTheCountsOfThisRun) {
     EXPECT_EQ(host.messages.back().text, "Fewer than 2 uncensored cases; cannot perform analysis.          ");
     EXPECT_EQ(
         host.messages.back().detail,
+        "Two uncensored observations in all are needed, and an observation in each group.\n"
         "Group 1: 1 uncensored, 1 censored. Group 2: 0 uncensored, 1 censored.\n"
         "5 cases in the data, 5 selected, 3 valid.\n"
         "2 of 5 cases left out: 1 with another code of 'died' than 1 or 0, 1 with another code of 'arm' than "

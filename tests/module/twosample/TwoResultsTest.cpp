@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <set>
 
 namespace ozm::survival {
 namespace {
@@ -218,8 +219,16 @@ TEST_F(TwoFixture, GroupsTooSmallForALifeTable) {
     host.Press(analysis, ControlCancel);
     Data({1, 2, 3, 4}, {1, 1, 1, 0}, {1, 2, 1, 2});
     Run();
-    host.Script().Call("ProportionSurvivingByGroup");
+    host.messages.clear();
+    for (const char* output : {"ProportionSurvivingByGroup", "PlotOfProportionSurvivingByGroup",
+                               "CumulativeProportionSurvivingByGroup"})
+        host.Script().Call(output);
     EXPECT_EQ(host.messages.back().id, StrLtFewerThan3Cases);
+    std::set<std::string> details; // each message names its output
+    for (const test::Shown& message : host.messages)
+        details.insert(message.detail);
+    EXPECT_EQ(details.size(), 3U);
+    EXPECT_TRUE(details.contains("Output: Plot of proportion surviving by group."));
     host.Press(analysis, ControlCancel);
     Data({0, 0, 0, 0, 0, 0}, {1, 1, 1, 0, 1, 1}, {1, 2, 1, 1, 2, 2});
     Run();

@@ -19,10 +19,10 @@ namespace korvana {
 
 /// When observations leave a sample: as the series of a chart tells it.
 struct Leaving {
-    std::vector<double> times;  ///< ascending
-    std::vector<double> counts; ///< how many leave at each, empty: one
-    double step = 0.0;          ///< 0: the times are not gathered
-    double staying = 0.0;       ///< leave after the last of the times
+    std::vector<double> times;    ///< ascending
+    std::vector<double> counts{}; ///< how many leave at each, empty: one
+    double step = 0.0;            ///< 0: the times are not gathered
+    double staying = 0.0;         ///< leave after the last of the times
 
     [[nodiscard]] static Leaving of(const ozm::ChartSeries& series);
     /// How many are under observation just before a time: those that leave then or later. NaN where it is not

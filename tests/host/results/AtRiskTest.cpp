@@ -11,7 +11,7 @@ namespace korvana {
 namespace {
 
 TEST(AtRisk, WhoLeavesAtATimeIsStillAtRiskThen) {
-    Leaving leaving{.times = {0.3, 2, 2, 5}};
+    Leaving leaving{.times = {0.3, 2, 2, 5}, .counts = {}};
     EXPECT_EQ(leaving.atRisk(0), 4);
     EXPECT_EQ(leaving.atRisk(2), 3);
     EXPECT_EQ(leaving.atRisk(2.5), 1);

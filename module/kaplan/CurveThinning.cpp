@@ -27,7 +27,7 @@ void ThinnedSteps::Add(double newX, double newY) {
     if (column != column_) {
         Close();
         column_ = column;
-        first_ = lowest_ = highest_ = last_ = point;
+        lowest_ = highest_ = last_ = point;
         return;
     }
     if (newY < lowest_.y) lowest_ = point;
@@ -38,7 +38,7 @@ void ThinnedSteps::Add(double newX, double newY) {
 void ThinnedSteps::Close() {
     if (column_ < 0) return;
     column_ = -1;
-    std::array points{first_, lowest_, highest_, last_};
+    std::array points{lowest_, highest_, last_};
     const auto earlier = [](const Point& a, const Point& b) { return a.place < b.place; };
     const auto same = [](const Point& a, const Point& b) { return a.place == b.place; };
     std::sort(points.begin(), points.end(), earlier);

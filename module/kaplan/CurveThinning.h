@@ -17,9 +17,9 @@ struct CurvePage {
 };
 
 /// A step function of any length, thinned to what a page can show. Of the points in one column of the page it
-/// keeps the first, the lowest, the highest and the last: drawn as steps they cover the same fields as all of
-/// them, for between its first and its last a step function covers every row from its lowest to its highest,
-/// and from column to column it stays at its last.
+/// keeps the lowest, the highest and the last: drawn as steps they cover the same fields as all of them, for
+/// in a column a step function covers every row from where it comes in to its lowest and its highest, and it
+/// goes on to the next column from its last.
 class ThinnedSteps {
 public:
     explicit ThinnedSteps(CurvePage page) : page_(page) {}
@@ -42,7 +42,6 @@ private:
     CurvePage page_;
     int column_ = -1; ///< of the points in hand; -1: none are
     std::size_t added_ = 0;
-    Point first_;
     Point lowest_;
     Point highest_;
     Point last_;

@@ -73,7 +73,7 @@ TEST(CurveThinning, StepsCoverTheSameFieldsOfThePage) {
         for (std::size_t i = 0; i < count; ++i)
             thinned.Add(all.x[i], all.y[i]);
         thinned.Close();
-        ASSERT_LE(thinned.x.size(), static_cast<std::size_t>(4 * page.columns));
+        ASSERT_LE(thinned.x.size(), static_cast<std::size_t>(3 * page.columns));
         ASSERT_TRUE(std::is_sorted(thinned.x.begin(), thinned.x.end()));
         EXPECT_EQ(thinned.x.back(), all.x.back());
         EXPECT_EQ(thinned.y.back(), all.y.back());

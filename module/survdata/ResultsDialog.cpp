@@ -3,8 +3,6 @@
 #include "module/resources/StringIds.h"
 #include "module/survdata/ReportLines.h"
 
-#include <algorithm>
-
 namespace ozm::survival {
 
 void ResultsDialog::OnCommand(int control) {
@@ -19,11 +17,11 @@ void ResultsDialog::OnCommand(int control) {
 }
 
 std::string ResultsDialog::OutputName(int control) const {
+    const int repeated = Template().Find(control)->repeats;
+    const int known = repeated != 0 ? repeated : control;
     for (const AutomationMember& member : Interface()->members)
-        if (member.kind == MemberKind::Action && member.control == control) return std::string{member.help};
-    std::string text{ParseControlText(Template().Find(control)->text).text};
-    std::erase(text, '&');
-    return text;
+        if (member.kind == MemberKind::Action && member.control == known) return std::string{member.help};
+    return {};
 }
 
 } // namespace ozm::survival

@@ -64,6 +64,7 @@ struct RunOrigin {
     DataState data;
     std::vector<MissingCode> missingCodes; ///< of the variables that take part, also in condition and weights
     std::vector<DialogSettings> dialogs;
+    std::vector<std::string> remarks; ///< of the analysis about this run: what it left out, for example
 };
 
 /// What an output was made from. One press of a button may make several outputs, which share this.

@@ -39,6 +39,7 @@ std::vector<MissingCode> missingCodes(const ActiveData& active, const std::vecto
 void OriginRecorder::restart() {
     pressed_.reset();
     run_.reset();
+    remarks_.clear();
 }
 
 void OriginRecorder::accepted(const ozm::CAnalysisDialog& dialog) {
@@ -53,6 +54,8 @@ void OriginRecorder::accepted(const ozm::CAnalysisDialog& dialog) {
     run->dialogs.push_back(std::move(settings));
     run->data = pressed_ != nullptr ? stateAtPress_ : data_.state();
     run->missingCodes = missingCodes(data_, run->dialogs);
+    run->remarks = std::move(remarks_);
+    remarks_.clear();
     run_ = std::move(run);
 }
 
@@ -74,6 +77,7 @@ void OriginRecorder::CommandBegins(ozm::CAnalysisDialog& dialog, int control) {
     origin->settings = settingsOf(dialog, data_.dataSet()).settings;
     pressed_ = std::move(origin);
     stateAtPress_ = data_.state();
+    remarks_.clear();
 }
 
 void OriginRecorder::CommandEnded(ozm::CAnalysisDialog& /*dialog*/, int /*control*/) {

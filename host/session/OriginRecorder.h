@@ -5,6 +5,8 @@
 #include "support/dialogs/CAnalysisDialog.h"
 
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace korvana {
@@ -21,6 +23,9 @@ public:
     /// its button was pressed.
     void accepted(const ozm::CAnalysisDialog& dialog);
 
+    /// The analysis remarks something about the run that its dialog is about to start.
+    void remark(std::string text) { remarks_.push_back(std::move(text)); }
+
     /// What outputs made at this moment come from.
     [[nodiscard]] std::shared_ptr<const OutputOrigin> current() const;
     /// What the results at hand are of; nullptr before a dialog was accepted.
@@ -32,6 +37,7 @@ public:
 private:
     const ActiveData& data_;
     DataState stateAtPress_;
+    std::vector<std::string> remarks_;            ///< since a button was pressed
     std::shared_ptr<const OutputOrigin> pressed_; ///< nullptr while no command runs
     std::shared_ptr<const RunOrigin> run_;
 };

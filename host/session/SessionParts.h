@@ -52,6 +52,7 @@ struct SessionParts {
     /// What the analysis remarks about a run stands among the book's notes, below those about the data. A run
     /// that is repeated repeats no remark.
     void remark(std::string text) {
+        origins.remark(text);
         if (std::find(remarks.begin(), remarks.end(), text) != remarks.end()) return;
         book->notes.push_back(text);
         remarks.push_back(std::move(text));

@@ -88,6 +88,7 @@ TEST_F(OriginTest, ResultsKeepTheStateOfTheirRun) {
     EXPECT_FALSE(ofThese());
     call("Write");
     EXPECT_EQ(origin(0).run->data.selectedCases, 3);
+    EXPECT_EQ(origin(0).run->remarks, std::vector<std::string>{"1 left out."});
     session.data().select("");
     EXPECT_TRUE(ofThese()) << "as it was";
     session.data().weightBy("x2");
@@ -104,6 +105,7 @@ TEST_F(OriginTest, ResultsKeepTheStateOfTheirRun) {
     ASSERT_EQ(second.dialogs.size(), 1U) << "the specification of the first run is replaced";
     EXPECT_EQ(std::get<std::vector<Setting::Role>>(second.dialogs[0].settings[0].value).at(0).variables,
               std::vector<std::string>{"x2"});
+    EXPECT_TRUE(second.remarks.empty()) << "those of the first run are not its own";
     EXPECT_NE(origin(0).run, origin(3).run);
     session.openData(data());
     EXPECT_FALSE(ofThese());

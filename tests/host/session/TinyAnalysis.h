@@ -18,7 +18,16 @@ namespace tiny {
 using namespace ozm;
 
 enum Step { Prepare = 10, Specify = 20, Results = 30 };
-enum Control { Variables = 101, Number = 102, Write = 103, Throw = 104, Ask = 105, Leave = 106, Code = 107, Digits = 108 };
+enum Control {
+    Variables = 101,
+    Number = 102,
+    Write = 103,
+    Throw = 104,
+    Ask = 105,
+    Leave = 106,
+    Code = 107,
+    Digits = 108
+};
 
 inline constexpr RoleTemplate roles[] = {{"Summed", 0, 1, 1}};
 inline constexpr ControlTemplate specifyControls[] = {
@@ -102,12 +111,17 @@ public:
         double value[1] = {};
         double total = 0.0;
         int taken = 0;
+        missing = 0;
         dstart(static_cast<unsigned>(ss_nb()));
         for (int i = 1;; ++i) {
             if (pcancel() || IsExternallyCancelled() || Iterations().WasCanceled()) return INFINITY;
             const short answer = cstart(i, value, list);
             if (answer == StopReading) break;
-            if (answer == SkipCase || std::isnan(value[0])) continue;
+            if (answer == SkipCase) continue;
+            if (std::isnan(value[0])) {
+                ++missing;
+                continue;
+            }
             total += value[0];
             ++taken;
         }
@@ -124,6 +138,7 @@ public:
     bool failInStep = false;
     void* held = nullptr;
     double sum = 0.0;
+    int missing = 0; ///< cases without a value in the last sum
 
 private:
     static Sums& Of(CAnalysisSupport& analysis) { return static_cast<Sums&>(analysis); }
@@ -167,6 +182,9 @@ inline void SpecifyDlg::OnCommand(int control) {
         Analysis().DspMessageBox(MessageStyle::Error, this, 8, "Variable 1.");
         return;
     }
+    if (tiny_.missing > 0)
+        Analysis().DspMessageBox(MessageStyle::Note, nullptr, 0, std::to_string(tiny_.missing) + " left out.",
+                                 "");
     ExitDialog(Results, ExitMode::Forward);
 }
 

@@ -108,6 +108,29 @@ TEST_F(KaplanMeierTest, WritesFilesIntoADirectory) {
     EXPECT_TRUE(has(inTheWay.err, "taken")) << inTheWay.err;
 }
 
+TEST_F(KaplanMeierTest, OfManyObservationsTheCurveIsThePictureUnlessAskedOtherwise) {
+    std::string rows = "time,status\n";
+    for (int i = 1; i <= 32000; ++i)
+        rows += std::to_string(i) + ",1\n";
+    const auto charts = [&](const std::string& data, std::vector<std::string> more) {
+        more.insert(more.end(), {"-o", folder / "charts", "--format", "json"});
+        const Outcome outcome = analyse(data, more);
+        EXPECT_EQ(outcome.code, ExitResults) << outcome.err;
+        EXPECT_EQ(has(outcome.err, "message 20250"), more[0] == "--outputs" && more[1] == "plot-1");
+        std::vector<std::string> titles;
+        for (const json& chart : json::parse(read(folder / "charts" / "results.json"))["charts"])
+            titles.push_back(chart["title"]);
+        return titles;
+    };
+    const std::vector<std::string> plots = charts(file("few.csv", rows), {});
+    ASSERT_EQ(plots.size(), 3U);
+    EXPECT_EQ(plots[0], "Survival Function");
+    const std::string many = file("many.csv", rows + "32001,0\n");
+    EXPECT_EQ(charts(many, {}), std::vector<std::string>{"Survival Curve"});
+    EXPECT_EQ(charts(many, {"--outputs", "plot-1"}), std::vector<std::string>{"Survival Function"});
+    EXPECT_EQ(charts(example("aml.csv"), {"--outputs", "all"}).size(), 4U);
+}
+
 TEST_F(KaplanMeierTest, TheLevelNamesTheColumns) {
     const auto headings = [&](const char* level) {
         return results(example("aml.csv"), {"--outputs", "percentiles", "--level", level})["spreadsheets"]

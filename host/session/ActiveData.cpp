@@ -77,7 +77,8 @@ void ActiveData::define(ComputedVariable computed) {
     columns_.reserve(columns_.size() + 1);
     data_.addNote(std::move(computed.note));
     data_.addVariable(std::move(computed.variable), std::move(computed.cells));
-    columns_.push_back(data_.column(data_.variableCount() - 1).data());
+    const int last = data_.variableCount() - 1;
+    columns_.push_back({data_.column(last).data(), data_.variable(last).missingCode});
 }
 
 int ActiveData::selectedCount() const {

@@ -58,6 +58,7 @@ int SessionVariables::ReadDataToGetDefaultCodes(int variable, const ozm::Default
     for (const DistinctValue& value : few.values)
         codes.push_back({value.value, value.label, value.count});
     if (!few.moreThanLimit) return static_cast<int>(codes.size());
+    if (!options.countAll) return most + 1;
 
     const std::vector<double> cells = sortedCells(data_, variable - 1);
     int distinct = 0;

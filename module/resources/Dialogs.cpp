@@ -22,14 +22,23 @@ constexpr ControlTemplate cancelButton{.id = ControlCancel, .text = "Cancel"};
 constexpr std::string_view quickPage[] = {"Quick"};
 constexpr RoleTemplate timesRole{"Survival times or dates (1, 2 or 6 variables)", ListSurvivalTimes, 1, 6};
 constexpr RoleTemplate censoringRole{"Censoring indicator", ListCensoring, 1, 1};
+constexpr std::string_view completeWords[] = {
+    "complete", "completed", "uncensored", "event",    "dead",       "death",    "died",        "deceased",
+    "failed",   "failure",   "relapse",    "relapsed", "recurrence", "recurred", "progression", "progressed"};
+constexpr std::string_view censoredWords[] = {"censored", "alive",     "living",   "survived",
+                                              "survivor", "withdrawn", "withdrew", "lost"};
 constexpr ControlTemplate completeCode{.id = SpecifyCompleteCode,
                                        .kind = ControlKind::CodeField,
                                        .text = "Code for c&omplete responses:",
-                                       .codesOfRole = RoleCensoring};
+                                       .codesOfRole = RoleCensoring,
+                                       .usualCode = 1,
+                                       .codeWords = completeWords};
 constexpr ControlTemplate censoredCode{.id = SpecifyCensoredCode,
                                        .kind = ControlKind::CodeField,
                                        .text = "Code for &censored responses:",
-                                       .codesOfRole = RoleCensoring};
+                                       .codesOfRole = RoleCensoring,
+                                       .usualCode = 0,
+                                       .codeWords = censoredWords};
 constexpr ControlTemplate selectCases{.id = TaskSelectCases, .text = "&Select Cases"};
 constexpr ControlTemplate caseWeights{.id = TaskCaseWeights, .text = "Case &Weights"};
 
@@ -85,7 +94,12 @@ constexpr ControlTemplate kaplanResultsControls[] = {
      .pages = quickAndAdvanced},
     {.id = KaplanCurve, .text = "!228Survival cur&ve of all observations", .pages = quickAndPlots},
     {.id = KaplanPlot1, .text = "!228Survival &times vs. cum. proportion surviving", .pages = quick},
-    {.id = KaplanLevel, .kind = ControlKind::Real, .text = "&Conf. Level:", .pages = quick, .decimals = 6},
+    {.id = KaplanLevel,
+     .kind = ControlKind::Real,
+     .text = "&Conf. Level:",
+     .pages = quick,
+     .decimals = 6,
+     .isShare = true},
     {.id = KaplanPercentiles, .text = "ePercentiles of &survival function", .pages = advanced},
     {.id = KaplanPlot1Again, .text = "Plot &1", .pages = plots, .repeats = KaplanPlot1},
     {.id = KaplanPlot2, .text = "Plot &2", .pages = plots},

@@ -3,6 +3,7 @@
 #include "support/Export.h"
 
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <string_view>
 
@@ -52,6 +53,13 @@ struct ControlTemplate {
     std::span<const RoleTemplate> roles{};
     std::span<const ChoiceTemplate> choices{};
     int repeats = 0; ///< the button that does the same, where the dialog has two; 0: none
+    /// A code field: the code that means it where the data do not say which does; NaN: none in particular.
+    double usualCode = std::numeric_limits<double>::quiet_NaN();
+    /// A code field: words (lower case) by which a value label, or the variable's name, says that it is
+    /// meant.
+    std::span<const std::string_view> codeWords{};
+    /// A real number: a share of 1, which people also write in percent.
+    bool isShare = false;
 };
 
 /// A dialog: its number, title, tab pages and controls in tabbing order.

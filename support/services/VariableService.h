@@ -22,6 +22,7 @@ struct CodeCount {
 /// Which cases `ReadDataToGetDefaultCodes` looks at, and how many codes it gathers.
 struct DefaultCodeOptions {
     int most = 100;
+    bool countAll = true; ///< false: a variable of more is answered as having one more, which takes less time
 };
 
 /// The variables of the active data set, numbered from 1.

@@ -51,6 +51,7 @@ DataView::DataView(QWidget* parent)
     table_->setAccessibleName(tr("Cases"));
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table_->horizontalHeader()->setResizeContentsPrecision(100);
+    table_->horizontalHeader()->setTextElideMode(Qt::ElideRight);
     table_->setContextMenuPolicy(Qt::ActionsContextMenu);
 
     auto* copyCells = new QAction(tr("&Copy"), this);

@@ -44,6 +44,8 @@ SelectionDialog::SelectionDialog(ActiveData& active, QWidget* parent)
     codesLabel->setBuddy(codes_);
     codes_->setAccessibleName(tr("Values of the variable"));
     codes_->setUniformItemSizes(true);
+    codes_->setTextElideMode(Qt::ElideRight);
+    codes_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // so that a long label ends in an ellipsis
     codes_->installEventFilter(this);
     auto* hint =
         new QLabel(tr("Double-click or Enter inserts. Signs: = <> < <= > >= + - * / ^ and or not ( ); "
@@ -197,6 +199,7 @@ void SelectionDialog::showCounted() {
         auto* item =
             new QListWidgetItem(text + QStringLiteral("   (") + countText(each.count) + QLatin1Char(')'));
         item->setData(Qt::UserRole, each.value);
+        item->setToolTip(item->text());
         codes_->addItem(item);
     }
     QString note;

@@ -38,6 +38,8 @@ VariableChooser::VariableChooser(const DataSet& dataSet, bool numbersOnly, QWidg
     found_->setFilterCaseSensitivity(Qt::CaseInsensitive);
     list_->setModel(found_);
     list_->setUniformItemSizes(true);
+    list_->setTextElideMode(Qt::ElideRight);
+    list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // so that a long name ends in an ellipsis
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list_->setAccessibleName(tr("Variables"));
     search_->setPlaceholderText(tr("Search"));

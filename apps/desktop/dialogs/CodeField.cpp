@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <QStandardItemModel>
+#include <QToolButton>
 
 #include <cmath>
 #include <limits>
@@ -78,14 +79,43 @@ CodeField::CodeField(const ozm::ControlTemplate& control, FieldHost& host, QWidg
 void CodeField::showValue(const ozm::ControlValue& value) {
     if (const double* code = std::get_if<double>(&value)) code_ = *code;
     edited_ = false;
+    filled_ = false;
     showText();
+}
+
+void CodeField::showAsFilled() {
+    filled_ = !std::isnan(code_);
+    showText();
+}
+
+void CodeField::offerSwapWith(CodeField& other) {
+    swap_ = new QToolButton(this);
+    swap_->setObjectName(QStringLiteral("swap"));
+    swap_->setText(QStringLiteral("Swap"));
+    swap_->setToolTip(QStringLiteral("Exchange this code with the one above"));
+    swap_->setAccessibleName(QStringLiteral("Swap the two codes"));
+    swap_->setFocusPolicy(Qt::StrongFocus);
+    static_cast<QHBoxLayout*>(layout())->insertWidget(1, swap_);
+    QObject::connect(swap_, &QToolButton::clicked, this, [this, &other] { swapWith(other); });
+}
+
+void CodeField::swapWith(CodeField& other) {
+    if (!other.commit() || !commit()) return;
+    const double mine = code_;
+    const double others = other.code_;
+    if (host().put(other, mine) && host().put(*this, others)) settled();
 }
 
 void CodeField::showText() {
     const QSignalBlocker quiet(combo_);
     combo_->setCurrentIndex(std::isnan(code_) ? -1 : combo_->findData(code_));
     combo_->setEditText(codeText(code_));
-    label_->setText(labelOf(code_));
+    QString text = labelOf(code_);
+    if (filled_) text += text.isEmpty() ? QStringLiteral("(filled in)") : QStringLiteral(" (filled in)");
+    label_->setText(text);
+    label_->setToolTip(filled_ ? QStringLiteral("The variable has just two codes; change or swap them if the "
+                                                "other one is meant.")
+                               : QString{});
 }
 
 bool CodeField::commit() {

@@ -4,6 +4,7 @@
 
 class QComboBox;
 class QLabel;
+class QToolButton;
 
 namespace korvana::desktop {
 
@@ -16,6 +17,10 @@ public:
     [[nodiscard]] bool hasPendingEdit() const override { return edited_; }
     bool commit() override;
     void dataChanged() override;
+    /// Says that the code that is shown was filled in, until another is.
+    void showAsFilled();
+    /// Offers to exchange the code with that of another field.
+    void offerSwapWith(CodeField& other);
     /// Fills the list, if it does not hold the variable's codes already.
     void offer();
 
@@ -23,10 +28,13 @@ private:
     void clearOffer();
     void say(const QString& line);
     void showText();
+    void swapWith(CodeField& other);
 
     QComboBox* combo_;
     QLabel* label_; ///< the value label of the code
+    QToolButton* swap_ = nullptr;
     double code_;
+    bool filled_ = false;
     bool offered_ = false;
     bool edited_ = false;
 };

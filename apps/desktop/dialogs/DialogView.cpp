@@ -1,10 +1,12 @@
 #include "apps/desktop/dialogs/DialogView.h"
 
 #include "apps/desktop/dialogs/Callout.h"
+#include "apps/desktop/dialogs/CodeField.h"
 #include "apps/desktop/dialogs/DialogLayout.h"
 #include "apps/desktop/dialogs/EditFields.h"
 #include "apps/desktop/dialogs/MakeField.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -42,16 +44,20 @@ int pagesTurned(const QKeyEvent& event) {
 
 } // namespace
 
-DialogView::DialogView(ozm::CAnalysisDialog& dialog, QWidget* parent) : QDialog(parent), dialog_(&dialog) {
+DialogView::DialogView(ozm::CAnalysisDialog& dialog, QWidget* parent)
+    : QDialog(parent), dialog_(&dialog), number_(dialog.Template().number), pairs_(dialog.Template()) {
     setWindowTitle(fromView(dialog.Template().title));
     setSizeGripEnabled(true);
     build();
+    offerSwaps();
     callout_ = new Callout(this);
     chooseDefaults();
     for (const ozm::ControlTemplate& control : dialog.Template().controls)
         showValue(control.id);
     offerCodes();
     dialog.AddObserver(*this);
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](QWidget*, QWidget* focused) { rememberFocus(focused); });
     focusFirst();
 }
 
@@ -164,6 +170,25 @@ void DialogView::focusFirst() {
     }
 }
 
+void DialogView::rememberFocus(QWidget* focused) {
+    for (const Placed& placed : placed_) {
+        if (focused == nullptr || !placed.field->isAncestorOf(focused)) continue;
+        const bool shutsIt = placed.control->id == ozm::ControlOk || placed.control->id == ozm::ControlCancel;
+        if (!shutsIt) lastFocus_ = {placed.page, placed.control->id, focused->objectName()};
+        return;
+    }
+}
+
+void DialogView::focusOn(const FocusPlace& place) {
+    for (const Placed& placed : placed_) {
+        if (placed.page != place.page || placed.control->id != place.control) continue;
+        if (tabs_ != nullptr && place.page >= 0) tabs_->setCurrentIndex(place.page);
+        auto* part = place.part.isEmpty() ? nullptr : placed.field->findChild<QWidget*>(place.part);
+        (part != nullptr ? part : placed.field)->setFocus(Qt::OtherFocusReason);
+        return;
+    }
+}
+
 void DialogView::showPage(int page) {
     if (tabs_ == nullptr || page < 0 || page >= tabs_->count() || page == tabs_->currentIndex()) return;
     tabs_->setCurrentIndex(page);
@@ -203,6 +228,36 @@ void DialogView::offerCodes() {
         const bool chosen = role < selection->size() && !(*selection)[role].empty();
         placed.field->offerCodesOf(chosen ? (*selection)[role].front() : 0,
                                    fromView(chooser->roles[role].prompt));
+    }
+}
+
+void DialogView::offerSwaps() {
+    for (const Placed& placed : placed_)
+        for (const Placed& before : placed_) {
+            if (&before == &placed) break;
+            if (before.page != placed.page || pairs_.partnerOf(placed.control->id) != before.control->id)
+                continue;
+            auto* field = dynamic_cast<CodeField*>(placed.field);
+            auto* other = dynamic_cast<CodeField*>(before.field);
+            if (field != nullptr && other != nullptr) field->offerSwapWith(*other);
+        }
+}
+
+void DialogView::fillCodes(int changed) {
+    if (dialog_ == nullptr) return;
+    const auto untouched = [this](int control) {
+        return std::none_of(placed_.begin(), placed_.end(), [control](const Placed& placed) {
+            return placed.control->id == control && placed.field->hasPendingEdit();
+        });
+    };
+    for (const CodePairs::Fill& fill : pairs_.after(*dialog_, changed, untouched)) {
+        const auto result =
+            operate([&](ozm::CAnalysisDialog& dialog) { return dialog.PutValue(fill.control, fill.code); });
+        if (!result || dialog_ == nullptr) return;
+        for (const Placed& placed : placed_)
+            if (auto* field = dynamic_cast<CodeField*>(placed.field);
+                field != nullptr && placed.control->id == fill.control)
+                field->showAsFilled();
     }
 }
 
@@ -267,6 +322,7 @@ bool DialogView::put(ControlField& field, ozm::ControlValue value, QWidget* wher
         // A box that was ticked, a choice made: back to what holds. Typed text stays, to be mended.
         if (!field.hasPendingEdit()) field.showValue(dialog_->Value(id));
     }
+    if (result->done) fillCodes(id);
     return result->done;
 }
 

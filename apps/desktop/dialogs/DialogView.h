@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/desktop/dialogs/CodePairs.h"
 #include "apps/desktop/dialogs/FieldHost.h"
 #include "support/dialogs/CAnalysisDialog.h"
 
@@ -30,6 +31,17 @@ public:
 
     /// Shows a tab page (0-based); one that the template has not is ignored.
     void showPage(int page);
+    /// Where the keyboard is, or was before a button took it.
+    struct FocusPlace {
+        int page = -1;
+        int control = 0;
+        QString part; ///< which part of the field
+    };
+    [[nodiscard]] const FocusPlace& focusPlace() const { return lastFocus_; }
+    /// Puts the keyboard there; a place that is not in the dialog is ignored.
+    void focusOn(const FocusPlace& place);
+    /// The number of the dialog's template, also after the model was closed.
+    [[nodiscard]] int number() const { return number_; }
     /// The data changed (another file, weights, selection): variables and codes are asked for anew. Done by
     /// itself after each operation.
     void refreshData();
@@ -76,7 +88,11 @@ private:
     void chooseDefaults();
     void showValue(int control);
     void offerCodes();
+    void offerSwaps();
+    /// Puts the codes that follow from what the user has just changed.
+    void fillCodes(int changed);
     void focusFirst();
+    void rememberFocus(QWidget* focused);
     bool commitEdits();
     ControlField* fieldOf(int control);
     /// Runs an operation of the model. Nothing when it did not run, or when the view went while it did.
@@ -85,9 +101,12 @@ private:
     void tell();
 
     ozm::CAnalysisDialog* dialog_;
+    int number_;
+    FocusPlace lastFocus_;
     QTabWidget* tabs_ = nullptr;
     Callout* callout_ = nullptr;
     std::vector<Placed> placed_;
+    CodePairs pairs_;
     bool busy_ = false;
     bool outOfStep_ = false; ///< a field shows what the model did not take
     bool closedUntold_ = false;

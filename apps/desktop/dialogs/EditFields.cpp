@@ -1,5 +1,6 @@
 #include "apps/desktop/dialogs/EditFields.h"
 
+#include "apps/desktop/dialogs/Codes.h"
 #include "apps/desktop/dialogs/NeutralIcon.h"
 #include "support/CAnalysisSupport.h"
 
@@ -8,6 +9,8 @@
 #include <QEvent>
 #include <QFontDatabase>
 #include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QPlainTextEdit>
@@ -29,6 +32,24 @@ QString numberText(double value, int decimals) {
     if (std::isnan(value)) return {};
     return std::abs(value) < 1e15 ? QLocale::c().toString(value, 'f', decimals).remove(QLatin1Char(','))
                                   : QString::number(value, 'g', 17);
+}
+
+/// A share of 1 out of what was written: 95 and "95 %" are meant in percent. Other numbers stay as they are;
+/// whether they will do is for the dialog to say.
+struct Share {
+    double value = 0.0;
+    bool isNumber = false;
+    bool inPercent = false;
+};
+
+Share shareOf(QString text) {
+    Share share;
+    share.inPercent = text.endsWith(QLatin1Char('%'));
+    if (share.inPercent) text.chop(1);
+    share.value = text.trimmed().toDouble(&share.isNumber);
+    share.inPercent = share.inPercent || (share.value > 1.0 && share.value < 100.0);
+    if (share.inPercent) share.value /= 100.0;
+    return share;
 }
 
 /// Room for a number of lines and columns of text, whatever the font.
@@ -124,9 +145,23 @@ LineField::LineField(const ozm::ControlTemplate& control, FieldHost& host, QWidg
     const int columns = isNumber ? 12 : 28;
     line_->setMinimumWidth(line_->fontMetrics().horizontalAdvance(QLatin1Char('0')) * columns);
     if (isNumber) line_->setMaximumWidth(line_->minimumWidth());
-    fillWith(line_);
+    if (control.isShare) {
+        note_ = new QLabel(this);
+        note_->setObjectName(QStringLiteral("note"));
+        auto* row = new QHBoxLayout(this);
+        row->setContentsMargins(0, 0, 0, 0);
+        row->addWidget(line_);
+        row->addWidget(note_, 1);
+        line_->setAccessibleName(plainCaptionOf(control));
+        setFocusProxy(line_);
+    } else {
+        fillWith(line_);
+    }
     QObject::connect(line_, &QLineEdit::editingFinished, this, [this] { commit(); });
-    QObject::connect(line_, &QLineEdit::textEdited, this, [this] { settled(); });
+    QObject::connect(line_, &QLineEdit::textEdited, this, [this] {
+        if (note_ != nullptr) note_->clear();
+        settled();
+    });
 }
 
 void LineField::showValue(const ozm::ControlValue& value) {
@@ -150,13 +185,19 @@ bool LineField::commit() {
 
 bool LineField::commitNumber() {
     const QString text = line_->text().trimmed();
-    bool isNumber = false;
-    const double number = text.toDouble(&isNumber);
+    Share number;
+    if (control().isShare)
+        number = shareOf(text);
+    else
+        number.value = text.toDouble(&number.isNumber);
     if (text.isEmpty()) return complain(QStringLiteral("A number is wanted here."));
-    if (!isNumber || !std::isfinite(number))
+    if (!number.isNumber || !std::isfinite(number.value))
         return complain(
             QStringLiteral("\"%1\" is not a number; write it with a decimal point, as in 0.95.").arg(text));
-    return host().put(*this, number) && settled();
+    if (!host().put(*this, number.value)) return false;
+    if (number.inPercent)
+        note_->setText(QStringLiteral("%1 was taken for %2.").arg(text, codeText(number.value)));
+    return settled();
 }
 
 TextListField::TextListField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)

@@ -4,6 +4,7 @@
 
 class QButtonGroup;
 class QCheckBox;
+class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
 class QPushButton;
@@ -55,7 +56,8 @@ private:
 };
 
 /// A line of text: a text, or a number with decimals (a decimal point, whatever the language, as in every
-/// file and on the command line).
+/// file and on the command line). A share of 1 may be written in percent, and a note then says how it was
+/// taken.
 class LineField : public ControlField {
 public:
     LineField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent);
@@ -63,11 +65,14 @@ public:
     [[nodiscard]] bool hasPendingEdit() const override;
     bool commit() override;
     [[nodiscard]] bool wantsCaption() const override { return true; }
-    [[nodiscard]] bool growsInWidth() const override { return control().kind == ozm::ControlKind::Text; }
+    [[nodiscard]] bool growsInWidth() const override {
+        return control().kind == ozm::ControlKind::Text || control().isShare;
+    }
 
 private:
     bool commitNumber();
     QLineEdit* line_;
+    QLabel* note_ = nullptr; ///< of a share
 };
 
 /// Several texts, one per line. Blank lines count for nothing.

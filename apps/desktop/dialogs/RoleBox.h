@@ -29,6 +29,7 @@ public:
     /// Whether what is chosen next comes here.
     void setNext(bool next);
 
+    [[nodiscard]] const QString& prompt() const { return prompt_; }
     [[nodiscard]] DragList& list() const { return *list_; }
     [[nodiscard]] QToolButton& arrow() const { return *arrow_; }
 

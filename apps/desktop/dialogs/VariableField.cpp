@@ -184,6 +184,10 @@ void VariableField::add(int role, const std::vector<int>& numbers, int row, int 
         host().complain(list, QStringLiteral("Select the variables in the list at the left first."));
         return;
     }
+    if (const QString reason = standsAlready(role, numbers, origin); !reason.isEmpty()) {
+        host().complain(list, reason);
+        return;
+    }
     ozm::VariableSelection lists = selection();
     std::vector<int>& target = lists[static_cast<std::size_t>(role)];
     auto before = target.begin() + std::min(row, static_cast<int>(target.size()));
@@ -192,12 +196,6 @@ void VariableField::add(int role, const std::vector<int>& numbers, int row, int 
     if (origin == role) { // moved within the box
         std::erase_if(changed, [&](int number) { return holds(numbers, number); });
         std::erase_if(after, [&](int number) { return holds(numbers, number); });
-    } else if (std::any_of(numbers.begin(), numbers.end(),
-                           [&](int number) { return holds(target, number); })) {
-        host().complain(list, numbers.size() == 1
-                                  ? QStringLiteral("This variable is in the box already.")
-                                  : QStringLiteral("Some of these variables are in the box already."));
-        return;
     }
     changed.insert(changed.end(), numbers.begin(), numbers.end());
     changed.insert(changed.end(), after.begin(), after.end());
@@ -206,6 +204,22 @@ void VariableField::add(int role, const std::vector<int>& numbers, int row, int 
         std::erase_if(lists[static_cast<std::size_t>(origin)],
                       [&](int number) { return holds(numbers, number); });
     if (host().put(*this, std::move(lists), &list)) host().complaintSettled(list);
+}
+
+QString VariableField::standsAlready(int role, const std::vector<int>& numbers, int origin) const {
+    for (int other = 0; other < static_cast<int>(boxes_.size()); ++other) {
+        if (other == origin) continue; // they leave it
+        for (const int number : numbers) {
+            if (!holds(box(other).numbers(), number)) continue;
+            const auto place = static_cast<std::size_t>(number - 1);
+            const QString name = place < known_.size() ? known_[place].name : QString::number(number);
+            if (other == role) return QStringLiteral("\"%1\" is in this box already.").arg(name);
+            return QStringLiteral("\"%1\" is in \"%2\" already, and a variable has one role; drag it from "
+                                  "there, or take it away there first.")
+                .arg(name, box(other).prompt());
+        }
+    }
+    return {};
 }
 
 void VariableField::remove(int role, const std::vector<int>& numbers) {

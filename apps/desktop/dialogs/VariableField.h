@@ -12,8 +12,8 @@ namespace korvana::desktop {
 class RoleBox;
 class DragList;
 
-/// The variables of the data at the left, with a search, and one box per role at the right. A variable may
-/// stand in several boxes, but in each only once; the order within a box is the user's.
+/// The variables of the data at the left, with a search, and one box per role at the right. A variable has
+/// one role: it stands in one box, and there only once. The order within a box is the user's.
 ///
 /// Double-click, Enter or Right put the selected variables into the box whose prompt is bold: the one used
 /// last, or else the first that still lacks variables. Ctrl+1, Ctrl+2, ... name a box; arrows and dragging do
@@ -43,6 +43,8 @@ private:
     bool boxKey(int role, const QKeyEvent& event);
     /// Puts variables into a box before a row, out of the one that they come from (-1: the data's list).
     void add(int role, const std::vector<int>& numbers, int row, int origin = -1);
+    /// Why variables from `origin` cannot go into a box, because they stand in one already; else empty.
+    [[nodiscard]] QString standsAlready(int role, const std::vector<int>& numbers, int origin) const;
     void remove(int role, const std::vector<int>& numbers);
     void move(int role, int by);
 

@@ -54,7 +54,7 @@ QVariant SheetModel::headerData(int section, Qt::Orientation orientation, int ro
         if (role == Qt::TextAlignmentRole)
             return QVariant::fromValue((sheet_.rowHeadings.empty() ? Qt::AlignRight : Qt::AlignLeft) |
                                        Qt::AlignVCenter);
-        if (role != Qt::DisplayRole) return {};
+        if (role != Qt::DisplayRole && (role != Qt::ToolTipRole || sheet_.rowHeadings.empty())) return {};
         return sheet_.rowHeadings.empty() ? QString::number(section + 1) : shown(sheet_.rowHeading(place));
     }
     if (place >= sheet_.columns.size()) return {};

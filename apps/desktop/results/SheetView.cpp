@@ -48,6 +48,8 @@ SheetView::SheetView(const Spreadsheet& sheet, QWidget* parent)
     table_->setCornerButtonEnabled(true);
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table_->horizontalHeader()->setHighlightSections(false);
+    table_->horizontalHeader()->setTextElideMode(Qt::ElideRight);
+    table_->verticalHeader()->setTextElideMode(Qt::ElideRight);
     table_->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(table_, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& place) { emit menuWanted(table_->viewport()->mapToGlobal(place)); });

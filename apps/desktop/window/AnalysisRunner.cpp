@@ -87,6 +87,8 @@ void AnalysisRunner::showView(ozm::CAnalysisDialog& dialog, int page) {
     connect(view_, &DialogView::stopRequested, this, &AnalysisRunner::stop);
     view_->showPage(page);
     places_.place(*view_, *window_);
+    // Back in a dialog, the user goes on where the keyboard was.
+    if (const auto last = focus_.find(view_->number()); last != focus_.end()) view_->focusOn(last->second);
     view_->show();
     if (first) emit activeChanged(true);
 }
@@ -95,6 +97,7 @@ void AnalysisRunner::dropView() {
     if (view_ == nullptr) return;
     DialogView* view = std::exchange(view_, nullptr);
     places_.remember(*view);
+    focus_[view->number()] = view->focusPlace();
     view->detach();
     view->hide();
     view->deleteLater();

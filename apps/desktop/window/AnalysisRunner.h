@@ -106,6 +106,7 @@ private:
     BreathTimer breathTimer_{signals_};
     QPointer<DialogView> view_;
     DialogPlaces places_;
+    std::map<int, DialogView::FocusPlace> focus_; ///< of dialogs that were left, by the template's number
     QElapsedTimer computing_;
     int progressDelay_ = 250;
     bool busy_ = false;

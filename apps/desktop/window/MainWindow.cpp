@@ -4,10 +4,12 @@
 #include "apps/desktop/data/DataLoader.h"
 #include "apps/desktop/data/DataView.h"
 #include "apps/desktop/data/SelectionDialog.h"
+#include "apps/desktop/data/StartPage.h"
 #include "apps/desktop/data/VariablesView.h"
 #include "apps/desktop/data/WeightsDialog.h"
 #include "apps/desktop/results/Workbook.h"
 #include "apps/desktop/window/AnalysisRunner.h"
+#include "apps/desktop/window/FocusRing.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -19,7 +21,9 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPushButton>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QTabWidget>
 
@@ -31,12 +35,15 @@ MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QStri
                        const ServiceOverrides& services)
     : recent_(settingsFile), runner_(std::make_unique<AnalysisRunner>(std::move(analysis), this, services)),
       dataView_(new DataView), variablesView_(new VariablesView), dataTabs_(new QTabWidget),
-      workbook_(new Workbook), state_(new QLabel) {
+      startPage_(new StartPage(recent_)), left_(new QStackedWidget), workbook_(new Workbook),
+      ring_(new FocusRing(this)), state_(new QLabel) {
     dataTabs_->addTab(dataView_, tr("Data"));
     dataTabs_->addTab(variablesView_, tr("Variables"));
     dataTabs_->setDocumentMode(true);
+    left_->addWidget(startPage_);
+    left_->addWidget(dataTabs_);
     auto* splitter = new QSplitter(Qt::Horizontal);
-    splitter->addWidget(dataTabs_);
+    splitter->addWidget(left_);
     splitter->addWidget(workbook_);
     splitter->setStretchFactor(0, 1);
     splitter->setStretchFactor(1, 2);
@@ -47,11 +54,14 @@ MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QStri
     statusBar()->addPermanentWidget(state_);
     buildMenus(noAnalysis);
     connectRunner();
+    connect(startPage_, &StartPage::openRequested, this, &MainWindow::askForFile);
+    connect(startPage_, &StartPage::fileRequested, this, &MainWindow::openFile);
     connect(variablesView_, &VariablesView::variablesChanged, this, &MainWindow::showData);
     connect(workbook_, &Workbook::statusText, this,
             [this](const QString& text) { statusBar()->showMessage(text); });
     resize(fontMetrics().averageCharWidth() * 210, fontMetrics().height() * 50);
     showData();
+    startPage_->setFocus();
 }
 
 MainWindow::~MainWindow() {
@@ -146,6 +156,11 @@ void MainWindow::showData() {
     dataView_->setData(&runner_->data());
     variablesView_->setData(&runner_->data());
     if (DialogView* view = runner_->currentView(); view != nullptr && !view->isBusy()) view->refreshData();
+    const bool leavesStartPage = active.dataSet().variableCount() > 0 && left_->currentWidget() == startPage_;
+    if (leavesStartPage) {
+        left_->setCurrentWidget(dataTabs_);
+        dataView_->setFocus();
+    }
     const QString name = QString::fromStdString(active.dataSet().fileName());
     setWindowTitle(name.isEmpty() ? tr("Korvana") : tr("%1 - Korvana").arg(name));
     QStringList parts;
@@ -186,7 +201,7 @@ bool MainWindow::loadFile(const QString& path) {
         return true;
     }
     if (!error.isEmpty()) {
-        QMessageBox box(QMessageBox::Warning, tr("Open Data File"), error, QMessageBox::Ok, this);
+        QMessageBox box(QMessageBox::Warning, tr("Open Data File"), error, QMessageBox::Ok, front());
         box.setTextFormat(Qt::PlainText);
         box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
         box.exec();
@@ -204,33 +219,40 @@ bool MainWindow::openFile(const QString& path) {
     return true;
 }
 
-QString MainWindow::chooseFile() {
-    return QFileDialog::getOpenFileName(this, tr("Open Data File"), {}, dataFileFilter());
+QWidget* MainWindow::front() {
+    DialogView* view = runner_->currentView();
+    return view != nullptr && view->isVisible() ? static_cast<QWidget*>(view) : this;
 }
 
-void MainWindow::askForFile() {
+QString MainWindow::chooseFile() {
+    return QFileDialog::getOpenFileName(front(), tr("Open Data File"), {}, dataFileFilter());
+}
+
+bool MainWindow::askForFile() {
     const QString path = chooseFile();
-    if (!path.isEmpty()) openFile(path);
+    return !path.isEmpty() && openFile(path);
 }
 
 void MainWindow::defineWeights() {
-    WeightsDialog dialog(runner_->data(), this);
+    WeightsDialog dialog(runner_->data(), front());
     if (dialog.exec() == QDialog::Accepted) showData();
 }
 
 void MainWindow::defineSelection() {
-    SelectionDialog dialog(runner_->data(), this);
+    SelectionDialog dialog(runner_->data(), front());
     if (dialog.exec() == QDialog::Accepted) showData();
 }
 
 void MainWindow::startAnalysis() {
     if (runner_->isBusy()) return;
     if (runner_->data().dataSet().caseCount() == 0) {
-        QMessageBox::information(
-            this, tr("No Data"),
-            tr("There are no data to analyse yet; open a data file first (File, Open, or drop one "
-               "onto the window)."));
-        return;
+        QMessageBox box(QMessageBox::Information, tr("No Data"),
+                        tr("There are no data to analyse yet; open a data file first."), QMessageBox::Cancel,
+                        this);
+        QPushButton* open = box.addButton(tr("&Open a Data File..."), QMessageBox::AcceptRole);
+        box.setDefaultButton(open);
+        box.exec();
+        if (box.clickedButton() != open || !askForFile()) return;
     }
     runner_->start();
 }

@@ -14,12 +14,15 @@
 class QAction;
 class QLabel;
 class QMenu;
+class QStackedWidget;
 class QTabWidget;
 
 namespace korvana::desktop {
 
 class AnalysisRunner;
 class DataView;
+class FocusRing;
+class StartPage;
 class VariablesView;
 class Workbook;
 
@@ -45,9 +48,11 @@ public:
     [[nodiscard]] AnalysisRunner& runner() { return *runner_; }
     [[nodiscard]] Workbook& workbook() { return *workbook_; }
     [[nodiscard]] DataView& dataView() { return *dataView_; }
+    [[nodiscard]] const FocusRing& focusRing() const { return *ring_; }
 
 public slots:
-    void askForFile();
+    /// False when none was chosen, or it was not opened.
+    bool askForFile();
     void defineWeights();
     void defineSelection();
     void startAnalysis();
@@ -63,6 +68,9 @@ private:
     /// Views and titles after data, selection or weights changed.
     void showData();
     void showOutputs(const std::shared_ptr<ResultsBook>& book, bool changed);
+    /// What a dialog stands over, so that the keyboard returns there: the analysis's own dialog if one is
+    /// open.
+    QWidget* front();
     QString chooseFile();
     bool loadFile(const QString& path);
     void about();
@@ -72,7 +80,10 @@ private:
     DataView* dataView_;
     VariablesView* variablesView_;
     QTabWidget* dataTabs_;
+    StartPage* startPage_;
+    QStackedWidget* left_; ///< start page or data
     Workbook* workbook_;
+    FocusRing* ring_;
     QLabel* state_; ///< selected cases and weights, in the status line
     QMenu* recentMenu_ = nullptr;
     QAction* startAction_ = nullptr;

@@ -1,6 +1,8 @@
 #include "apps/desktop/data/DataView.h"
 
 #include "apps/desktop/data/CaseTableModel.h"
+#include "apps/desktop/data/VariableChooser.h"
+#include "tests/apps/desktop/Ellipsis.h"
 #include "tests/apps/desktop/data/Trial.h"
 
 #include <QAbstractItemModelTester>
@@ -162,6 +164,26 @@ TEST(DataView, StandsOtherDataAndNone) {
     EXPECT_EQ(cell(view, 1, 3), "");
     view.setData(&data);
     EXPECT_EQ(cell(view, 1, 0), "1");
+}
+
+TEST(LongNames, EndInAnEllipsisAndAreWholeInTheirTooltips) {
+    ActiveData data;
+    open(data, "a," + tooLong().toUtf8() + "\n1,2\n3,4\n");
+    DataView view;
+    view.setData(&data);
+    view.resize(900, 300);
+    view.show();
+    const QHeaderView& header = *view.table()->horizontalHeader();
+    EXPECT_TRUE(endsInEllipsis(header, 1));
+    EXPECT_TRUE(
+        header.model()->headerData(1, Qt::Horizontal, Qt::ToolTipRole).toString().contains(tooLong()));
+    view.table()->setColumnWidth(0, 200);
+    EXPECT_FALSE(endsInEllipsis(header, 0));
+
+    VariableChooser chooser(data.dataSet(), false);
+    chooser.show();
+    EXPECT_TRUE(endsInEllipsis(*chooser.list(), 1));
+    EXPECT_EQ(chooser.list()->model()->index(1, 0).data(Qt::ToolTipRole).toString(), tooLong());
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include "apps/desktop/dialogs/DragList.h"
 
+#include "tests/apps/desktop/Ellipsis.h"
+
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -99,7 +101,10 @@ TEST_F(VariableBoxes, WhatDoesNotFitIsNotTakenAndSaid) {
     available()->setFocus(Qt::TabFocusReason);
     available()->selectAll();
     QTest::keyClick(available(), Qt::Key_2, Qt::ControlModifier);
-    EXPECT_EQ(complaint(), "Some of these variables are in the box already.");
+    EXPECT_TRUE(complaint().startsWith("\"time\" is in \"Times\" already")) << complaint().toStdString();
+    available()->selectNumbers({3});
+    QTest::keyClick(available(), Qt::Key_2, Qt::ControlModifier);
+    EXPECT_EQ(complaint(), "\"status\" is in this box already.");
     available()->selectNumbers({2});
     QTest::keyClick(available(), Qt::Key_2, Qt::ControlModifier);
     EXPECT_EQ(complaint(), "'Indicator' takes at most 1 variable, not 2.");
@@ -111,6 +116,29 @@ TEST_F(VariableBoxes, WhatDoesNotFitIsNotTakenAndSaid) {
     QTest::keyClick(list("role1"), Qt::Key_Delete);
     list("role1")->selectNumbers({3});
     QTest::keyClick(list("role1"), Qt::Key_Delete);
+    EXPECT_EQ(complaint(), "");
+}
+
+TEST_F(VariableBoxes, AVariableHasOneRoleHoweverItIsPutThere) {
+    select({{1}, {}});
+    const VariableSelection before = chosen();
+    const auto refused = [&](const char* how) {
+        EXPECT_EQ(chosen(), before) << how;
+        EXPECT_EQ(complainedAt(), list("role1")) << how;
+        EXPECT_TRUE(complaint().startsWith("\"time\" is in \"Times\" already")) << complaint().toStdString();
+        view->findChild<QFrame*>("callout")->hide();
+    };
+    doubleClick(available(), 0);
+    refused("double-click");
+    available()->selectNumbers({1});
+    QTest::keyClick(available(), Qt::Key_2, Qt::ControlModifier);
+    refused("key");
+    QTest::mouseClick(view->findChild<QToolButton*>("arrow1"), Qt::LeftButton);
+    refused("arrow");
+    drop(available(), 0, list("role1"), 0);
+    refused("drag");
+    drop(list("role0"), 0, list("role1"), 0);
+    EXPECT_EQ(chosen(), (VariableSelection{{}, {1}})) << "but it can change its role";
     EXPECT_EQ(complaint(), "");
 }
 
@@ -139,12 +167,19 @@ TEST_F(VariableBoxes, FollowOtherData) {
     select({{1}, {4}});
     korvana::DataSet other("other.csv", 1);
     korvana::Variable variable;
-    variable.name = "only";
+    variable.name = korvana::desktop::tooLong().toStdString();
     korvana::test::addVariable(other, variable, [](int) { return 0; });
     session.data().open(std::move(other));
     view->refreshData();
     ASSERT_EQ(available()->model()->rowCount(), 1);
-    EXPECT_EQ(available()->model()->index(0, 0).data().toString(), "only");
+    EXPECT_EQ(available()->model()->index(0, 0).data().toString(), korvana::desktop::tooLong());
+    EXPECT_TRUE(korvana::desktop::endsInEllipsis(*available(), 0));
+    EXPECT_TRUE(available()
+                    ->model()
+                    ->index(0, 0)
+                    .data(Qt::ToolTipRole)
+                    .toString()
+                    .contains(korvana::desktop::tooLong()));
     EXPECT_EQ(list("role1")->model()->index(0, 0).data().toString(), "(no variable 4)");
 }
 

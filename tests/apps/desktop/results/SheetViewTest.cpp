@@ -8,6 +8,7 @@
 
 #include "apps/desktop/results/ReportView.h"
 #include "apps/desktop/results/SheetView.h"
+#include "tests/apps/desktop/Ellipsis.h"
 #include "tests/host/results/Books.h"
 
 namespace korvana::desktop {
@@ -122,6 +123,19 @@ TEST(ReportView, OfALongReportTheRestIsShownAtWish) {
     // A key presses a button for a moment before it is clicked.
     EXPECT_TRUE(
         QTest::qWaitFor([&] { return view.text().count('\n') + 1 == static_cast<qsizetype>(lines.size()); }));
+}
+
+TEST(SheetView, LongHeadingsEndInAnEllipsisAndAreWholeInTheirTooltips) {
+    Spreadsheet sheet;
+    sheet.columns.push_back({tooLong().toStdString(), "", {}, std::vector<double>{1.0, 2.0}});
+    sheet.rowHeadings = {"short", tooLong().toStdString()};
+    SheetView view(sheet);
+    view.resize(1200, 300);
+    view.show();
+    auto* table = dynamic_cast<QTableView*>(view.content());
+    EXPECT_TRUE(endsInEllipsis(*table->horizontalHeader(), 0));
+    EXPECT_EQ(table->model()->headerData(0, Qt::Horizontal, Qt::ToolTipRole).toString(), tooLong());
+    EXPECT_EQ(table->model()->headerData(1, Qt::Vertical, Qt::ToolTipRole).toString(), tooLong());
 }
 
 } // namespace

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QWidget>
+
+class QVBoxLayout;
+
+namespace korvana::desktop {
+
+class RecentFiles;
+
+/// What stands where the data will, while there are none: a button that opens a file, and the files opened
+/// last.
+class StartPage : public QWidget {
+    Q_OBJECT
+
+public:
+    /// @param recent  stays while the page does
+    explicit StartPage(const RecentFiles& recent, QWidget* parent = nullptr);
+
+signals:
+    void openRequested();
+    void fileRequested(const QString& path);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void listFiles();
+
+    const RecentFiles& recent_;
+    QWidget* list_;
+    QVBoxLayout* files_;
+};
+
+} // namespace korvana::desktop

@@ -1,0 +1,182 @@
+// What a dialog fills in or understands by itself: the codes of a variable that has just two, percent.
+
+#include "tests/apps/desktop/dialogs/EveryKind.h"
+
+#include "apps/desktop/dialogs/CodeGuess.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QListView>
+#include <QToolButton>
+
+#include <cmath>
+
+namespace everykind {
+namespace {
+
+using korvana::desktop::guessCodes;
+
+constexpr std::string_view overWords[] = {"dead", "event"};
+constexpr std::string_view openWords[] = {"alive", "censored"};
+constexpr ControlTemplate over{.id = 21,
+                               .kind = ControlKind::CodeField,
+                               .text = "&Over:",
+                               .codesOfRole = 1,
+                               .usualCode = 1,
+                               .codeWords = overWords};
+constexpr ControlTemplate open{.id = 22,
+                               .kind = ControlKind::CodeField,
+                               .text = "O&pen:",
+                               .codesOfRole = 1,
+                               .usualCode = 0,
+                               .codeWords = openWords};
+constexpr ControlTemplate pairControls[] = {
+    controls[1], // the variables
+    over,
+    open,
+    {.id = Level, .kind = ControlKind::Real, .text = "&Level:", .decimals = 6, .isShare = true},
+    {.id = ControlOk, .text = "OK"},
+};
+constexpr DialogTemplate pairDialog{3, "A pair of codes", std::span(pages).first(1), pairControls};
+
+TEST(CodeGuess, GoesByWordsThenByTheVariablesNameThenByWhatIsUsual) {
+    struct Trial {
+        const char* lowerLabel;
+        const char* upperLabel;
+        const char* variable;
+        double lower;
+        double upper;
+        double over; ///< the code that the first field is to have
+    };
+    const Trial trials[] = {
+        {"Alive", "DEAD", "status", 1, 2, 2},
+        {"dead", "alive", "status", 1, 2, 1},
+        {"event", "censored", "x", 0, 1, 0},
+        {"no event", "event", "x", 1, 2, 2},
+        {"event", "event-free", "x", 1, 2, 1},
+        {"dead", "still in study", "x", 3, 4, 3},
+        {"still in study", "censored", "x", 3, 4, 3},
+        {"dead of disease", "dead of other causes", "x", 0, 1, 1}, // says nothing
+        {"alive after event", "alive", "x", 0, 1, 0},
+        {"", "", "status", 0, 1, 1},
+        {"", "", "censored", 0, 1, 0}, // 1 says yes to the name
+        {"", "", "dead", 0, 1, 1},
+        {"no", "yes", "censored", 1, 2, 1},
+        {"yes", "no", "event", 1, 2, 1},
+        {"", "", "status", 1, 2, 1},
+        {"", "", "status", 0, 2, 2},
+        {"", "", "status", 5, 9, 5}, // ascending
+        {"deadline", "allive", "x", 5, 9, 5},
+    };
+    for (const Trial& trial : trials) {
+        const auto guessed = guessCodes(
+            {&over, &open}, {CodeCount{trial.lower, trial.lowerLabel, 1}, {trial.upper, trial.upperLabel, 1}},
+            trial.variable);
+        EXPECT_EQ(guessed[0], trial.over)
+            << trial.lowerLabel << '/' << trial.upperLabel << ' ' << trial.variable;
+        EXPECT_EQ(guessed[0] + guessed[1], trial.lower + trial.upper);
+    }
+}
+
+struct Pair : Window {
+    Pair() : Window(pairDialog) {}
+    QComboBox* combo(int control) { return editor<QComboBox>(control); }
+    double code(int control) { return value<double>(control); }
+    void choose(int row) {
+        auto* available = view->findChild<QListView*>("available");
+        available->setCurrentIndex(available->model()->index(row, 0));
+        QTest::keyClick(available, Qt::Key_2, Qt::ControlModifier);
+    }
+    void empty() {
+        auto* box = view->findChild<QListView*>("role1");
+        box->setCurrentIndex(box->model()->index(0, 0));
+        QTest::keyClick(box, Qt::Key_Delete);
+    }
+    void type(int control, const char* text) {
+        combo(control)->setFocus();
+        combo(control)->lineEdit()->selectAll();
+        QTest::keyClick(combo(control), Qt::Key_Delete);
+        QTest::keyClicks(combo(control), text);
+        QTest::keyClick(combo(control), Qt::Key_Tab);
+    }
+    QString besides(int control) {
+        return view->findChild<QWidget*>(QStringLiteral("control%1").arg(control))
+            ->findChild<QLabel*>()
+            ->text();
+    }
+};
+
+TEST_F(Pair, IsFilledInForAVariableOfTwoCodesAndCanBeSwapped) {
+    choose(3);
+    EXPECT_TRUE(std::isnan(code(21))) << "of many values none is chosen";
+    empty();
+    choose(2);
+    EXPECT_EQ(code(21), 1.0);
+    EXPECT_EQ(code(22), 0.0);
+    EXPECT_EQ(combo(21)->currentText(), "1");
+    EXPECT_EQ(besides(21), "dead (filled in)");
+    QTest::mouseClick(view->findChild<QToolButton*>("swap"), Qt::LeftButton);
+    EXPECT_EQ(code(21), 0.0);
+    EXPECT_EQ(code(22), 1.0);
+    EXPECT_EQ(besides(21), "alive");
+    empty();
+    choose(3);
+    EXPECT_EQ(code(21), 0.0) << "what the user chose stays";
+}
+
+TEST_F(Pair, ThatWasFilledInGoesWithItsVariable) {
+    choose(2);
+    EXPECT_EQ(code(22), 0.0);
+    empty();
+    choose(3);
+    EXPECT_TRUE(std::isnan(code(21)));
+    EXPECT_TRUE(std::isnan(code(22)));
+}
+
+TEST_F(Pair, NeverReplacesWhatWasTyped) {
+    type(21, "7");
+    choose(2);
+    EXPECT_EQ(code(21), 7.0);
+    EXPECT_TRUE(std::isnan(code(22))) << "and nothing follows from a code that the variable has not";
+    empty();
+    type(21, "0");
+    choose(2);
+    EXPECT_EQ(code(21), 0.0);
+    EXPECT_EQ(code(22), 1.0) << "the other one is for the other field";
+    type(21, "1");
+    EXPECT_EQ(code(22), 0.0) << "still";
+    type(22, "5");
+    type(21, "0");
+    EXPECT_EQ(code(22), 5.0) << "now it is the user's";
+    empty();
+    choose(3);
+    empty();
+    combo(21)->setFocus();
+    combo(21)->lineEdit()->selectAll();
+    QTest::keyClicks(combo(21), "nonsense");
+    choose(2);
+    EXPECT_EQ(combo(21)->currentText(), "nonsense") << "not even what cannot be read";
+}
+
+TEST_F(Pair, OfPercentIsTakenForAShareWithAWord) {
+    auto* level = editor<QLineEdit>(Level);
+    auto* note = level->parentWidget()->findChild<QLabel*>("note");
+    const auto taken = [&](const char* text) {
+        retype(level, text);
+        EXPECT_EQ(note->text(), "") << "a note goes with what it was about";
+        QTest::keyClick(level, Qt::Key_Tab);
+        return value<double>(Level);
+    };
+    for (const char* percent : {"95", "95 %", "95.0%"}) {
+        EXPECT_EQ(taken(percent), 0.95) << percent;
+        EXPECT_EQ(note->text(), QStringLiteral("%1 was taken for 0.95.").arg(percent));
+        EXPECT_EQ(level->text(), "0.950000");
+    }
+    for (const double own : {0.9, 1.0, 0.0, -2.0, 150.0}) { // these are for the dialog to judge
+        EXPECT_EQ(taken(std::to_string(own).c_str()), own);
+        EXPECT_EQ(note->text(), "");
+    }
+}
+
+} // namespace
+} // namespace everykind

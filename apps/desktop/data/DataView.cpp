@@ -1,5 +1,6 @@
 #include "apps/desktop/data/DataView.h"
 
+#include "apps/desktop/EllipsisHeader.h"
 #include "apps/desktop/data/CaseTableModel.h"
 #include "apps/desktop/data/GridCopy.h"
 #include "apps/desktop/data/GridText.h"
@@ -41,6 +42,7 @@ DataView::DataView(QWidget* parent)
     : QWidget(parent), model_(new CaseTableModel(this)), table_(new QTableView(this)),
       nothing_(new QLabel(this)), state_(new QLabel(this)), caseLabel_(new QLabel(tr("&Go to case"), this)),
       case_(new QSpinBox(this)) {
+    table_->setHorizontalHeader(new EllipsisHeader(Qt::Horizontal, table_));
     table_->setModel(model_);
     noSelection_ = new QItemSelectionModel(model_, this);
     table_->setItemDelegate(new CellDelegate(table_));
@@ -51,7 +53,6 @@ DataView::DataView(QWidget* parent)
     table_->setAccessibleName(tr("Cases"));
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table_->horizontalHeader()->setResizeContentsPrecision(100);
-    table_->horizontalHeader()->setTextElideMode(Qt::ElideRight);
     table_->setContextMenuPolicy(Qt::ActionsContextMenu);
 
     auto* copyCells = new QAction(tr("&Copy"), this);

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <new>
 
+#include "apps/desktop/EllipsisHeader.h"
 #include "apps/desktop/WaitCursor.h"
 #include "host/results/Utf8.h"
 
@@ -39,6 +40,8 @@ SheetView::SheetView(const Spreadsheet& sheet, QWidget* parent)
     bold.setBold(true);
     title_->setFont(bold);
 
+    table_->setHorizontalHeader(new EllipsisHeader(Qt::Horizontal, table_));
+    table_->setVerticalHeader(new EllipsisHeader(Qt::Vertical, table_));
     table_->setModel(model_);
     table_->setFrameShape(QFrame::NoFrame);
     table_->setAlternatingRowColors(true);
@@ -48,8 +51,6 @@ SheetView::SheetView(const Spreadsheet& sheet, QWidget* parent)
     table_->setCornerButtonEnabled(true);
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table_->horizontalHeader()->setHighlightSections(false);
-    table_->horizontalHeader()->setTextElideMode(Qt::ElideRight);
-    table_->verticalHeader()->setTextElideMode(Qt::ElideRight);
     table_->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(table_, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& place) { emit menuWanted(table_->viewport()->mapToGlobal(place)); });

@@ -19,7 +19,7 @@ inline QString tooLong() {
 /// that the ink of the lower half reaches farther to the right than that of the upper half. A text that is
 /// cut off, or runs on beyond the place, ends in an H.
 inline bool endsInEllipsis(QWidget& on, const QRect& place) {
-    const QImage image = on.grab(place.adjusted(2, 0, -2, 0)).toImage();
+    const QImage image = on.grab(place.intersected(on.rect()).adjusted(2, 0, -2, 0)).toImage();
     const auto inkEnds = [&image](int from, int to) {
         int last = -1;
         for (int y = from; y < to; ++y)

@@ -3,6 +3,7 @@
 #include "tests/apps/desktop/dialogs/EveryKind.h"
 
 #include "apps/desktop/dialogs/CodeGuess.h"
+#include "apps/desktop/dialogs/DragList.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -83,13 +84,13 @@ struct Pair : Window {
     QComboBox* combo(int control) { return editor<QComboBox>(control); }
     double code(int control) { return value<double>(control); }
     void choose(int row) {
-        auto* available = view->findChild<QListView*>("available");
-        available->setCurrentIndex(available->model()->index(row, 0));
+        auto* available = dynamic_cast<korvana::desktop::DragList*>(view->findChild<QListView*>("available"));
+        available->selectNumbers({row + 1});
         QTest::keyClick(available, Qt::Key_2, Qt::ControlModifier);
     }
     void empty() {
-        auto* box = view->findChild<QListView*>("role1");
-        box->setCurrentIndex(box->model()->index(0, 0));
+        auto* box = dynamic_cast<korvana::desktop::DragList*>(view->findChild<QListView*>("role1"));
+        box->selectNumbers(value<VariableSelection>(Variables).at(1));
         QTest::keyClick(box, Qt::Key_Delete);
     }
     void type(int control, const char* text) {
@@ -126,6 +127,7 @@ TEST_F(Pair, IsFilledInForAVariableOfTwoCodesAndCanBeSwapped) {
 
 TEST_F(Pair, ThatWasFilledInGoesWithItsVariable) {
     choose(2);
+    EXPECT_EQ(code(21), 1.0);
     EXPECT_EQ(code(22), 0.0);
     empty();
     choose(3);

@@ -44,7 +44,7 @@ void Session::close() {
 
 void Session::openData(DataSet data) {
     parts_.data.open(std::move(data));
-    parts_.describeData();
+    parts_.dataChanged();
     if (analysis_ != nullptr && step_ != 0) analysis_->InitializeAfterFileChanged();
 }
 

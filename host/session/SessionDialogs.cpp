@@ -13,6 +13,7 @@ bool SessionDialogs::CreateAnalysisDialog(std::unique_ptr<ozm::CAnalysisModeless
     // Owned before it opens: it may name the next step while it opens.
     current_ = dialogs_.emplace_back(std::move(dialog)).get();
     current_->AddObserver(parts_.origins);
+    current_->AddObserver(*this);
     const int page = std::exchange(page_, 0);
     const ozm::DialogResult opened = current_->Open();
     if (opened.done) {
@@ -38,7 +39,9 @@ int SessionDialogs::RunModal(ozm::CAnalysisModalDialog& dialog) {
 void SessionDialogs::DialogExits(ozm::CAnalysisDialog& dialog, int nextStep, ozm::ExitMode mode, int page) {
     if (&dialog != current_ || exit_) return;
     exit_ = Exit{nextStep, mode, page};
-    if (mode == ozm::ExitMode::Forward) parts_.origins.accepted(dialog);
+    if (mode != ozm::ExitMode::Forward) return;
+    parts_.origins.accepted(dialog);
+    parts_.beginRun();
 }
 
 std::optional<SessionDialogs::Exit> SessionDialogs::takeExit() {
@@ -51,19 +54,19 @@ std::optional<SessionDialogs::Exit> SessionDialogs::takeExit() {
 
 bool SessionDialogs::OpenDataFile() {
     if (!parts_.frontEnd->openData(parts_.data)) return false;
-    parts_.describeData();
+    parts_.dataChanged();
     if (parts_.analysis != nullptr) parts_.analysis->InitializeAfterFileChanged();
     return true;
 }
 
 void SessionDialogs::DefineWeight() {
     parts_.frontEnd->defineWeights(parts_.data);
-    parts_.describeData();
+    parts_.dataChanged();
 }
 
 void SessionDialogs::DefineSelCond() {
     parts_.frontEnd->defineSelection(parts_.data);
-    parts_.describeData();
+    parts_.dataChanged();
 }
 
 void SessionDialogs::release() {

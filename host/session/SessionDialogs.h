@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/session/SessionParts.h"
+#include "support/dialogs/CAnalysisDialog.h"
 #include "support/services/DialogService.h"
 
 #include <memory>
@@ -11,7 +12,7 @@ namespace korvana {
 
 /// Owns the dialogs of a session. A closed dialog lives on until `release`, since one of its operations may
 /// still run and a script may still hold it; its exit is noted for the session to follow.
-class SessionDialogs : public ozm::DialogService {
+class SessionDialogs : public ozm::DialogService, private ozm::DialogObserver {
 public:
     /// How a dialog wants the analysis to go on.
     struct Exit {
@@ -44,6 +45,8 @@ public:
     void release();
 
 private:
+    void CommandBegins(ozm::CAnalysisDialog& /*dialog*/, int /*control*/) override { parts_.commandBegins(); }
+
     SessionParts& parts_;
     std::vector<std::unique_ptr<ozm::CAnalysisModelessDialog>> dialogs_;
     ozm::CAnalysisModelessDialog* current_ = nullptr;

@@ -7,6 +7,7 @@
 #include "host/session/StopSignals.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <utility>
@@ -43,6 +44,31 @@ struct SessionParts {
         observers.outputAdded(book->outputs.back());
     }
 
+    /// A button was pressed.
+    void commandBegins() {
+        messagesBefore_ = book->messages.size();
+        notesBefore_ = book->notes.size();
+    }
+    /// A dialog was accepted: what follows are results of its settings, and of the data as they are. Results
+    /// that stand keep a book of their own, with what was said of them; what was said since the button was
+    /// pressed is about those that follow.
+    void beginRun() {
+        if (!book->outputs.empty()) {
+            auto next = std::make_shared<ResultsBook>();
+            next->analysis = book->analysis;
+            next->messages = takeFrom(book->messages, messagesBefore_);
+            (void)takeFrom(book->notes, notesBefore_);
+            book = std::move(next);
+        }
+        remarks = origins.run()->remarks;
+        describeData();
+    }
+
+    /// Data, selection or weights changed: the book of a run that was made keeps what it says of them.
+    void dataChanged() {
+        if (origins.run() == nullptr) describeData();
+    }
+
     /// Puts what there is to know about the data into the book.
     void describeData() {
         book->source = data.dataSet().fileName();
@@ -62,6 +88,19 @@ struct SessionParts {
         static FrontEnd answers;
         return answers;
     }
+
+private:
+    /// What stands in a list from a place on, which then leaves it.
+    template <class T>
+    static std::vector<T> takeFrom(std::vector<T>& list, std::size_t place) {
+        const auto first = list.begin() + static_cast<std::ptrdiff_t>(std::min(place, list.size()));
+        std::vector<T> taken(first, list.end());
+        list.erase(first, list.end());
+        return taken;
+    }
+
+    std::size_t messagesBefore_ = 0;
+    std::size_t notesBefore_ = 0;
 };
 
 } // namespace korvana

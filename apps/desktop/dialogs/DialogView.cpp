@@ -6,10 +6,12 @@
 #include "apps/desktop/dialogs/EditFields.h"
 #include "apps/desktop/dialogs/MakeField.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPointer>
 #include <QPushButton>
 #include <QTabWidget>
@@ -90,6 +92,17 @@ void DialogView::build() {
     across->addLayout(left, 1);
     across->addLayout(right);
 
+    notice_ = new QLabel(this);
+    notice_->setObjectName(QStringLiteral("notice"));
+    notice_->setTextFormat(Qt::PlainText);
+    notice_->setWordWrap(true);
+    notice_->setFrameShape(QFrame::StyledPanel);
+    notice_->setMargin(fontMetrics().height() / 3);
+    notice_->setAutoFillBackground(true);
+    notice_->setBackgroundRole(QPalette::ToolTipBase);
+    notice_->setForegroundRole(QPalette::ToolTipText);
+    notice_->hide();
+    left->addWidget(notice_);
     auto* above = new QWidget(this);
     std::vector<QWidget*> sheets;
     if (pages > 0) {
@@ -193,6 +206,15 @@ void DialogView::showPage(int page) {
     if (tabs_ == nullptr || page < 0 || page >= tabs_->count() || page == tabs_->currentIndex()) return;
     tabs_->setCurrentIndex(page);
     focusFirst();
+}
+
+void DialogView::setNotice(const QString& text) {
+    if (notice_->text() == text) return;
+    notice_->setText(text);
+    notice_->setVisible(!text.isEmpty());
+    if (text.isEmpty()) return;
+    QAccessibleEvent alert(notice_, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void DialogView::refreshData() {

@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+class QLabel;
 class QTabWidget;
 
 namespace korvana::desktop {
@@ -45,6 +46,8 @@ public:
     /// The data changed (another file, weights, selection): variables and codes are asked for anew. Done by
     /// itself after each operation.
     void refreshData();
+    /// What is to be known about the whole dialog, at its top; empty: nothing.
+    void setNotice(const QString& text);
     /// Lets go of the model, as if it had been closed, without a signal.
     void detach();
     /// The model, nullptr after it was closed.
@@ -103,6 +106,7 @@ private:
     ozm::CAnalysisDialog* dialog_;
     int number_;
     FocusPlace lastFocus_;
+    QLabel* notice_ = nullptr;
     QTabWidget* tabs_ = nullptr;
     Callout* callout_ = nullptr;
     std::vector<Placed> placed_;

@@ -7,6 +7,7 @@
 #include "host/results/CsvWriter.h"
 #include "host/results/HtmlWriter.h"
 #include "host/results/JsonWriter.h"
+#include "host/results/OriginText.h"
 #include "host/results/OutputFile.h"
 #include "host/results/TextWriter.h"
 #include "host/results/XlsxWriter.h"
@@ -24,6 +25,10 @@ ResultsBook alone(const ResultsBook& book, std::size_t place, const Chart* chart
         one.append(*chart);
     } else {
         one.outputs.push_back(book.outputs[place]);
+    }
+    if (const auto& origin = ResultsBook::originOf(book.outputs[place]); origin != nullptr) {
+        one.notes = originLines(*origin);
+        std::visit([&origin](auto& output) { output.origin = origin; }, one.outputs.front());
     }
     // It was asked for, wherever else its values stand.
     if (auto* sheet = std::get_if<Spreadsheet>(&one.outputs.front())) sheet->repeatsReport = false;

@@ -6,6 +6,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "host/results/OriginText.h"
 #include "host/results/TextWriter.h"
 #include "host/results/Utf8.h"
 
@@ -52,6 +53,25 @@ Spreadsheet firstRows(const Spreadsheet& sheet, std::size_t count) {
     return first;
 }
 
+/// The output by name and, where it is known, the time of day.
+std::string outputLine(const ResultsBook& book, std::size_t place) {
+    const std::string name = outputName(book, place).toStdString();
+    const auto& origin = ResultsBook::originOf(book.outputs[place]);
+    return origin == nullptr ? name : timeOfDay(*origin) + "  " + name;
+}
+
+/// The settings of the run: of the first output that tells them, for they are the same for all.
+void addSettings(std::vector<std::string>& lines, const ResultsBook& book) {
+    for (const ResultsBook::Output& output : book.outputs) {
+        const auto& origin = ResultsBook::originOf(output);
+        if (origin == nullptr || origin->run == nullptr) continue;
+        addHeading(lines, "Settings");
+        for (std::string& line : originLines(*origin->run))
+            lines.push_back(std::move(line));
+        return;
+    }
+}
+
 } // namespace
 
 QString outputName(const ResultsBook& book, std::size_t place) {
@@ -71,6 +91,23 @@ QString outputName(const ResultsBook& book, std::size_t place) {
     return name.isEmpty() ? QStringLiteral("%1 %2").arg(translated(kind)).arg(place + 1) : name;
 }
 
+QString originText(const ResultsBook::Output& output) {
+    const auto& origin = ResultsBook::originOf(output);
+    if (origin == nullptr) return {};
+    std::string line = timeOfDay(*origin);
+    if (origin->run != nullptr) line += " | " + originLine(*origin->run);
+    return QString::fromStdString(oneLine(line));
+}
+
+QString originDetails(const ResultsBook::Output& output) {
+    const auto& origin = ResultsBook::originOf(output);
+    if (origin == nullptr) return {};
+    QStringList lines;
+    for (const std::string& line : originLines(*origin))
+        lines += QString::fromStdString(oneLine(line));
+    return lines.join(QLatin1Char('\n'));
+}
+
 std::vector<std::string> runLines(const ResultsBook& book) {
     std::vector<std::string> lines;
     lines.push_back(book.analysis.empty() ? translated("Results").toStdString() : book.analysis);
@@ -82,6 +119,7 @@ std::vector<std::string> runLines(const ResultsBook& book) {
         lines.push_back(
             translated("The analysis ended without results (status %1).").arg(book.status).toStdString());
     lines.insert(lines.end(), book.notes.begin(), book.notes.end());
+    addSettings(lines, book);
     if (!book.messages.empty()) addHeading(lines, "Messages");
     for (const ResultMessage& message : book.messages) {
         lines.push_back(messageText(message));
@@ -89,7 +127,7 @@ std::vector<std::string> runLines(const ResultsBook& book) {
     }
     if (!book.outputs.empty()) addHeading(lines, "Outputs");
     for (std::size_t place = 0; place < book.outputs.size(); ++place)
-        lines.push_back(outputName(book, place).toStdString());
+        lines.push_back(outputLine(book, place));
     if (!book.iterations.empty()) addHeading(lines, "Iterations");
     lines.insert(lines.end(), book.iterations.begin(), book.iterations.end());
     return lines;

@@ -12,6 +12,11 @@ namespace korvana::desktop {
 /// What the tree calls an output: its title, or its kind and place where it has none.
 [[nodiscard]] QString outputName(const ResultsBook& book, std::size_t place);
 
+/// What an output came from, in one line with the time of day; empty where nothing is known.
+[[nodiscard]] QString originText(const ResultsBook::Output& output);
+/// The same with all settings, a line each.
+[[nodiscard]] QString originDetails(const ResultsBook::Output& output);
+
 /// What a run has to say besides its outputs, as lines of text: analysis, data, how it ended, messages with
 /// their number and detail, notes, the outputs by name, the protocol of an iterative fit.
 [[nodiscard]] std::vector<std::string> runLines(const ResultsBook& book);

@@ -8,6 +8,7 @@
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTreeWidget>
+#include <QVBoxLayout>
 #include <utility>
 
 #include "apps/desktop/results/ChartView.h"
@@ -32,8 +33,8 @@ OutputIcon iconOf(const ResultsBook::Output& output) {
 } // namespace
 
 Workbook::Workbook(QWidget* parent)
-    : QWidget(parent), splitter_(new QSplitter), tree_(new QTreeWidget), pages_(new QStackedWidget),
-      nothing_(new QWidget) {
+    : QWidget(parent), splitter_(new QSplitter), tree_(new QTreeWidget), origin_(new QLabel),
+      pages_(new QStackedWidget), nothing_(new QWidget) {
     tree_->setHeaderHidden(true);
     tree_->setFrameShape(QFrame::NoFrame);
     tree_->setUniformRowHeights(true);
@@ -57,8 +58,21 @@ Workbook::Workbook(QWidget* parent)
     nothing_->setBackgroundRole(QPalette::Base);
     pages_->addWidget(nothing_);
 
+    origin_->setObjectName(QStringLiteral("origin"));
+    origin_->setTextFormat(Qt::PlainText); // a condition has < and >
+    origin_->setWordWrap(true);
+    origin_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    origin_->setContentsMargins(8, 4, 8, 0);
+    QFont small = origin_->font();
+    small.setPointSizeF(small.pointSizeF() * 0.9);
+    origin_->setFont(small);
+    auto* shown = new QWidget;
+    auto* column = new QVBoxLayout(shown);
+    column->setContentsMargins({});
+    column->addWidget(origin_);
+    column->addWidget(pages_, 1);
     splitter_->addWidget(tree_);
-    splitter_->addWidget(pages_);
+    splitter_->addWidget(shown);
     splitter_->setChildrenCollapsible(false);
     splitter_->setStretchFactor(1, 1);
     const int letter = fontMetrics().averageCharWidth();
@@ -139,8 +153,9 @@ void Workbook::listOutputs(Run& run) {
     }
     for (int place = 0; place < run.item->childCount(); ++place) {
         const QString name = outputName(*run.book, static_cast<std::size_t>(place));
+        const QString details = originDetails(run.book->outputs[static_cast<std::size_t>(place)]);
         run.item->child(place)->setText(0, name);
-        run.item->child(place)->setToolTip(0, name);
+        run.item->child(place)->setToolTip(0, details.isEmpty() ? name : name + QLatin1Char('\n') + details);
     }
     run.views.resize(run.book->outputs.size());
 }
@@ -265,6 +280,11 @@ OutputView* Workbook::view(Run& run, int place) {
 void Workbook::showCurrent() {
     Run* run = runOf(currentRun());
     pages_->setCurrentWidget(run == nullptr ? nothing_ : view(*run, currentOutput()));
+    const bool output = run != nullptr && currentOutput() != kNoPlace;
+    const auto place = static_cast<std::size_t>(output ? currentOutput() : 0);
+    origin_->setText(output ? originText(run->book->outputs.at(place)) : QString{});
+    origin_->setToolTip(output ? originDetails(run->book->outputs.at(place)) : QString{});
+    origin_->setVisible(!origin_->text().isEmpty());
     for (QAction* action : {copy_, exportRun_, print_, preview_, remove_})
         action->setEnabled(run != nullptr);
     exportOutput_->setEnabled(run != nullptr && currentOutput() != kNoPlace);

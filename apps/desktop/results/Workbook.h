@@ -14,6 +14,7 @@
 #include "host/results/WriteBook.h"
 
 class QAction;
+class QLabel;
 class QPrinter;
 class QSplitter;
 class QStackedWidget;
@@ -112,6 +113,7 @@ private:
     int next_ = 0;
     QSplitter* splitter_;
     QTreeWidget* tree_;
+    QLabel* origin_; ///< above the output that is shown: what it came from
     QStackedWidget* pages_;
     QWidget* nothing_;
     QAction* copy_;

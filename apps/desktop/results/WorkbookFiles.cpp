@@ -163,6 +163,12 @@ void Workbook::printOn(QPrinter& printer) {
     if (run == nullptr) return;
     const QString problem = problemOf([&] {
         std::vector<PrintItem> items;
+        // What an output came from stands above it, on paper, too.
+        const auto addOrigin = [&items](const ResultsBook::Output& output) {
+            if (const QString text = originText(output); !text.isEmpty())
+                items.emplace_back(std::vector<std::string>{text.toStdString()});
+        };
+        if (currentOutput() >= 0) addOrigin(run->book->outputs.at(static_cast<std::size_t>(currentOutput())));
         if (const auto chart = shownChart()) {
             items.emplace_back(*chart);
         } else if (currentOutput() >= 0) {
@@ -174,6 +180,7 @@ void Workbook::printOn(QPrinter& printer) {
                 const ResultsBook::Output& output = run->book->outputs[place];
                 const auto edit = edits.find(place);
                 if (ResultsBook::repeatsReport(output)) continue;
+                addOrigin(output);
                 if (edit == edits.end()) {
                     items.push_back(printItem(output));
                 } else {

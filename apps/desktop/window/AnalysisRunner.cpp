@@ -25,6 +25,21 @@ QString filterOf(std::string_view extension) {
     return ending.isEmpty() ? QString{} : AnalysisRunner::tr("Files (*%1);;All files (*)").arg(ending);
 }
 
+/// What to know about results when the data have changed since; empty when they have not.
+QString changesText(const DataState& then, const DataState& now) {
+    if (then == now) return {};
+    QStringList changes;
+    if (then.generation != now.generation) changes += AnalysisRunner::tr("other data were opened");
+    if (then.condition != now.condition) changes += AnalysisRunner::tr("the selection of cases was changed");
+    if (then.weightVariable != now.weightVariable)
+        changes += AnalysisRunner::tr("the case weights were changed");
+    if (changes.isEmpty()) changes += AnalysisRunner::tr("labels or missing codes were changed");
+    return AnalysisRunner::tr(
+               "These results are of the earlier state of the data: %1 since. Cancel leads back, "
+               "and OK there computes them anew.")
+        .arg(changes.join(AnalysisRunner::tr(" and ")));
+}
+
 } // namespace
 
 AnalysisRunner::AnalysisRunner(Analysis analysis, QWidget* window, const ServiceOverrides& services)
@@ -65,6 +80,15 @@ void AnalysisRunner::dataReplaced() {
     start();
 }
 
+void AnalysisRunner::dataChanged() {
+    if (view_ == nullptr || view_->dialog() == nullptr) return;
+    if (!view_->isBusy()) view_->refreshData();
+    // A dialog without an OK has nothing to run: it shows the results of the run before it.
+    const bool showsResults = view_->dialog()->Template().Find(ozm::ControlOk) == nullptr;
+    const auto& run = session_.run();
+    view_->setNotice(showsResults && run != nullptr ? changesText(run->data, data().state()) : QString{});
+}
+
 void AnalysisRunner::pump() {
     if (pumping_) return;
     pumping_ = true;
@@ -89,6 +113,7 @@ void AnalysisRunner::showView(ozm::CAnalysisDialog& dialog, int page) {
     places_.place(*view_, *window_);
     // Back in a dialog, the user goes on where the keyboard was.
     if (const auto last = focus_.find(view_->number()); last != focus_.end()) view_->focusOn(last->second);
+    dataChanged();
     view_->show();
     if (first) emit activeChanged(true);
 }

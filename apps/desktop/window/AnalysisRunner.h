@@ -49,6 +49,8 @@ public:
 
     /// Other data were opened: a running analysis begins anew, for its selections belong to the data before.
     void dataReplaced();
+    /// Data, selection or weights changed, or may have: a dialog with results of the state before says so.
+    void dataChanged();
 
 signals:
     /// A run has its first output, or further ones.

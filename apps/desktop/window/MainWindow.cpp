@@ -10,6 +10,7 @@
 #include "apps/desktop/results/Workbook.h"
 #include "apps/desktop/window/AnalysisRunner.h"
 #include "apps/desktop/window/FocusRing.h"
+#include "host/results/OriginText.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -30,6 +31,21 @@
 #include <utility>
 
 namespace korvana::desktop {
+namespace {
+
+/// A run by the title of the dialog that specified it and the time of day; without such, by what is known.
+QString runTitle(const ResultsBook& book) {
+    for (const ResultsBook::Output& output : book.outputs) {
+        const auto& origin = ResultsBook::originOf(output);
+        if (origin == nullptr || origin->run == nullptr || origin->run->dialogs.empty()) continue;
+        return QStringLiteral("%1, %2").arg(QString::fromStdString(origin->run->dialogs.back().title),
+                                            QString::fromStdString(timeOfDay(*origin)));
+    }
+    return QStringLiteral("%1: %2").arg(QString::fromStdString(book.analysis),
+                                        QString::fromStdString(book.source));
+}
+
+} // namespace
 
 MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QString& settingsFile,
                        const ServiceOverrides& services)
@@ -155,7 +171,7 @@ void MainWindow::showData() {
     const ActiveData& active = runner_->data();
     dataView_->setData(&runner_->data());
     variablesView_->setData(&runner_->data());
-    if (DialogView* view = runner_->currentView(); view != nullptr && !view->isBusy()) view->refreshData();
+    runner_->dataChanged();
     const bool leavesStartPage = active.dataSet().variableCount() > 0 && left_->currentWidget() == startPage_;
     if (leavesStartPage) {
         left_->setCurrentWidget(dataTabs_);
@@ -181,9 +197,7 @@ void MainWindow::showOutputs(const std::shared_ptr<ResultsBook>& book, bool chan
     // A run that was removed from the workbook comes back with its next output. Its book may be gone and its
     // address another's by now, so the workbook is asked.
     if (run == runs_.end() || workbook_->book(run->second) != book) {
-        const QString title =
-            tr("%1: %2").arg(QString::fromStdString(book->analysis), QString::fromStdString(book->source));
-        const int added = workbook_->addRun(book, title);
+        const int added = workbook_->addRun(book, runTitle(*book));
         runs_[book.get()] = added;
         workbook_->showOutput(added, static_cast<int>(book->outputs.size()) - 1);
     } else if (changed) {

@@ -29,8 +29,9 @@ struct OriginTest : ::testing::Test {
         ASSERT_TRUE(dialog().Put("Variables", List(1, List{variable})).ok);
         call("OK");
     }
-    const OutputOrigin& origin(std::size_t place) {
-        return *ResultsBook::originOf(session.book().outputs.at(place));
+    const OutputOrigin& origin(std::size_t place) { return origin(session.book(), place); }
+    static const OutputOrigin& origin(const ResultsBook& book, std::size_t place) {
+        return *ResultsBook::originOf(book.outputs.at(place));
     }
 
     Session session;
@@ -97,16 +98,25 @@ TEST_F(OriginTest, ResultsKeepTheStateOfTheirRun) {
     session.data().describe(0, "", 4, {{2, "deux"}});
     EXPECT_FALSE(ofThese());
 
+    const std::shared_ptr<const ResultsBook> first = session.sharedBook();
+    const std::vector<std::string> notes = first->notes;
+    session.data().select("x1 < 4");
     call("Cancel"); // and again, of the data as they are now
     specify(2);
     EXPECT_TRUE(ofThese());
     call("Write");
-    const RunOrigin& second = *origin(3).run;
+    ASSERT_NE(session.sharedBook(), first) << "results of other settings stand in a book of their own";
+    EXPECT_EQ(first->outputs.size(), 3U);
+    EXPECT_EQ(first->notes, notes) << "and say of the data what held for them";
+    EXPECT_NE(session.book().notes, notes);
+    EXPECT_EQ(session.book().analysis, first->analysis);
+    const RunOrigin& second = *origin(0).run;
     ASSERT_EQ(second.dialogs.size(), 1U) << "the specification of the first run is replaced";
     EXPECT_EQ(std::get<std::vector<Setting::Role>>(second.dialogs[0].settings[0].value).at(0).variables,
               std::vector<std::string>{"x2"});
     EXPECT_TRUE(second.remarks.empty()) << "those of the first run are not its own";
-    EXPECT_NE(origin(0).run, origin(3).run);
+    EXPECT_EQ(session.book().notes.size(), 1U) << "nor do they stand in its book";
+    EXPECT_NE(origin(*first, 0).run, origin(0).run);
     session.openData(data());
     EXPECT_FALSE(ofThese());
     session.start();

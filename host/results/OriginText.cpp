@@ -1,0 +1,137 @@
+#include "host/results/OriginText.h"
+
+#include <cmath>
+#include <ctime>
+#include <filesystem>
+#include <string_view>
+
+#include "host/results/FormatNumber.h"
+
+namespace korvana {
+namespace {
+
+std::tm localTime(std::chrono::system_clock::time_point time) {
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
+    std::tm local{};
+    (void)::localtime_r(&seconds, &local);
+    return local;
+}
+
+std::string codeText(const Setting::Code& code) {
+    if (std::isnan(code.value)) return "not set";
+    const std::string number = formatNumber(code.value);
+    return code.label.empty() || code.label == number ? number : number + " = " + code.label;
+}
+
+template <class List, class Text>
+std::string joined(const List& list, Text text) {
+    std::string line;
+    for (const auto& one : list)
+        line += (line.empty() ? "" : ", ") + text(one);
+    return line;
+}
+
+std::string roleText(const Setting::Role& role) {
+    return joined(role.variables, [](const std::string& name) { return name; });
+}
+
+/// What a setting holds; empty for one that holds nothing.
+struct ValueText {
+    std::string operator()(bool on) const { return on ? "yes" : "no"; }
+    std::string operator()(int number) const { return std::to_string(number); }
+    std::string operator()(double number) const { return std::isnan(number) ? "" : formatNumber(number); }
+    std::string operator()(const std::string& text) const { return text; }
+    std::string operator()(const Setting::Choice& choice) const { return choice.text; }
+    std::string operator()(const Setting::Code& code) const { return codeText(code); }
+    std::string operator()(const std::vector<Setting::Role>& roles) const { return joined(roles, roleText); }
+    std::string operator()(const std::vector<Setting::Code>& codes) const { return joined(codes, codeText); }
+    std::string operator()(const std::vector<std::string>& texts) const {
+        return joined(texts, [](const std::string& text) { return text; });
+    }
+};
+
+/// "Code for complete responses: 1 = dead".
+std::string settingText(const Setting& setting) {
+    const std::string value = std::visit(ValueText{}, setting.value);
+    if (value.empty()) return {};
+    std::string label = setting.label;
+    while (!label.empty() && (label.back() == ':' || label.back() == ' '))
+        label.pop_back();
+    return label.empty() ? value : label + ": " + value;
+}
+
+std::string count(int number) {
+    return std::to_string(number) + (number == 1 ? " case" : " cases");
+}
+
+std::string casesText(const DataState& data) {
+    if (data.condition.empty()) return count(data.cases);
+    return std::to_string(data.selectedCases) + " of " + count(data.cases) + ": " + data.condition;
+}
+
+void addSettings(std::vector<std::string>& lines, const std::vector<Setting>& settings) {
+    for (const Setting& setting : settings) {
+        if (const auto* roles = std::get_if<std::vector<Setting::Role>>(&setting.value)) {
+            for (const Setting::Role& role : *roles)
+                if (!role.variables.empty()) lines.push_back(role.prompt + ": " + roleText(role));
+        } else if (std::string text = settingText(setting); !text.empty()) {
+            lines.push_back(std::move(text));
+        }
+    }
+}
+
+void add(std::string& line, const std::string& part) {
+    if (!part.empty()) line += (line.empty() ? "" : " | ") + part;
+}
+
+} // namespace
+
+std::string originLine(const RunOrigin& run) {
+    std::string line = std::filesystem::path(run.data.file).filename().string();
+    add(line, casesText(run.data));
+    if (!run.data.weightVariable.empty()) add(line, "weighted by " + run.data.weightVariable);
+    if (run.dialogs.empty()) return line;
+    for (const Setting& setting : run.dialogs.back().settings) {
+        if (const auto* roles = std::get_if<std::vector<Setting::Role>>(&setting.value))
+            add(line, joined(*roles, roleText));
+        else
+            add(line, settingText(setting));
+    }
+    return line;
+}
+
+std::string timeOfDay(const OutputOrigin& origin) {
+    const std::tm time = localTime(origin.made);
+    char text[32];
+    return {text, std::strftime(text, sizeof text, "%H:%M:%S", &time)};
+}
+
+std::string dateAndTime(const OutputOrigin& origin) {
+    const std::tm time = localTime(origin.made);
+    char text[32];
+    return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &time)};
+}
+
+std::vector<std::string> originLines(const RunOrigin& run) {
+    std::vector<std::string> lines;
+    const DataState& data = run.data;
+    lines.push_back("Data: " + data.file);
+    lines.push_back("Cases: " + casesText(data));
+    lines.push_back("Weights: " + (data.weightVariable.empty() ? "none" : data.weightVariable));
+    for (const MissingCode& missing : run.missingCodes)
+        lines.push_back("Missing code of " + missing.variable + ": " + formatNumber(missing.code));
+    for (const DialogSettings& dialog : run.dialogs)
+        addSettings(lines, dialog.settings);
+    return lines;
+}
+
+std::vector<std::string> originLines(const OutputOrigin& origin) {
+    std::vector<std::string> lines{"Made: " + dateAndTime(origin)};
+    if (origin.run != nullptr)
+        for (std::string& line : originLines(*origin.run))
+            lines.push_back(std::move(line));
+    addSettings(lines, origin.settings);
+    return lines;
+}
+
+} // namespace korvana

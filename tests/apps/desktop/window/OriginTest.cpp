@@ -1,0 +1,117 @@
+// Results tell what they came from, in the window and on their way out of it.
+
+#include "tests/apps/desktop/window/OpenWindow.h"
+
+#include "apps/desktop/results/OutputExport.h"
+#include "apps/desktop/results/OutputText.h"
+
+#include <QFile>
+#include <QLabel>
+#include <QTreeWidget>
+
+namespace korvana::desktop {
+namespace {
+
+struct Origin : WindowTest {
+    Workbook& workbook() { return window->workbook(); }
+    QString line() { return workbook().findChild<QLabel*>("origin")->text(); }
+    /// What the dialog says of itself; empty when it says nothing.
+    QString notice() {
+        auto* label = view()->findChild<QLabel*>("notice");
+        return label->isVisible() ? label->text() : QString{};
+    }
+    /// Selects cases and weights them as the menus do.
+    void change(const char* condition, const char* weights) {
+        runner().data().select(condition);
+        runner().data().weightBy(weights);
+        runner().dataChanged();
+    }
+    void compute() {
+        ASSERT_TRUE(window->openFile(example("veteran.csv")));
+        change("trt = 1", "prior");
+        specify({{3}, {4}}, 1, 0);
+        click("OK");
+        ASSERT_EQ(title(), "Product-Limit (Kaplan-Meier) Analysis Results");
+    }
+    static QString header(const ResultsBook& book) {
+        QString text;
+        for (const std::string& line : runLines(book))
+            text += QString::fromStdString(line) + QLatin1Char('\n');
+        return text;
+    }
+};
+
+TEST_F(Origin, EveryOutputShowsTheStateThatItsRunWasMadeFrom) {
+    compute();
+    const auto isOfTheRun = [this] {
+        return line().contains("veteran.csv | 69 of 137 cases: trt = 1 | weighted by prior | time, status | "
+                               "Code for complete responses: 1 | Code for censored responses: 0");
+    };
+    click("Summary: Product-limit survival analysis");
+    EXPECT_TRUE(isOfTheRun()) << line().toStdString();
+    change("", "");
+    EXPECT_TRUE(isOfTheRun()) << "results do not change with the data";
+    click("Survival times vs. cum. proportion surviving");
+    for (int place = 0; place < static_cast<int>(book()->outputs.size()); ++place) {
+        ASSERT_TRUE(workbook().showOutput(workbook().currentRun(), place));
+        EXPECT_TRUE(isOfTheRun()) << place << ": " << line().toStdString();
+    }
+    EXPECT_TRUE(header(*book()).contains("Selected 69 of 137 cases: trt = 1."))
+        << header(*book()).toStdString();
+    EXPECT_TRUE(header(*book()).contains("Cases weighted by 'prior'."));
+
+    // A run of other settings is another one, and leaves this one alone.
+    const std::shared_ptr<const ResultsBook> first = book();
+    click("Cancel");
+    click("OK");
+    click("Survival times vs. cum. proportion surviving");
+    EXPECT_EQ(workbook().runCount(), 2);
+    EXPECT_FALSE(isOfTheRun());
+    EXPECT_TRUE(line().contains("veteran.csv | 137 cases | time, status")) << line().toStdString();
+    EXPECT_FALSE(header(*book()).contains("trt = 1"));
+    EXPECT_TRUE(header(*first).contains("trt = 1"));
+    const auto* tree = workbook().findChild<QTreeWidget*>();
+    for (int run : {0, 1}) {
+        const QTreeWidgetItem* item = tree->topLevelItem(run);
+        EXPECT_TRUE(item->text(0).startsWith("Product-Limit (Kaplan & Meier) Analysis, "))
+            << item->text(0).toStdString();
+        EXPECT_EQ(item->child(0)->toolTip(0).contains("trt = 1"), run == 0);
+    }
+}
+
+TEST_F(Origin, AResultsDialogSaysWhenItsResultsAreOfAnEarlierState) {
+    compute();
+    EXPECT_EQ(notice(), "");
+    change("trt = 2", "prior");
+    EXPECT_TRUE(notice().contains("the selection of cases was changed since")) << notice().toStdString();
+    change("trt = 2", "");
+    EXPECT_TRUE(
+        notice().contains("the selection of cases was changed and the case weights were changed since"));
+    change("trt = 1", "prior");
+    EXPECT_EQ(notice(), "") << "as it was";
+    runner().data().describe(3, "", 9, {});
+    runner().dataChanged();
+    EXPECT_TRUE(notice().contains("labels or missing codes were changed"));
+    click("Cancel");
+    EXPECT_EQ(notice(), "") << "a specification has no results";
+    click("OK");
+    ASSERT_EQ(title(), "Product-Limit (Kaplan-Meier) Analysis Results");
+    EXPECT_EQ(notice(), "");
+}
+
+TEST_F(Origin, GoesAlongWhenAnOutputIsExported) {
+    compute();
+    click("Survival times vs. cum. proportion surviving");
+    for (const auto format : {OutputFormat::Html, OutputFormat::Json}) {
+        const QString path = folder.path(QLatin1String(endingOf(format)));
+        exportOutput(*book(), 0, nullptr, format, path.toStdString());
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray text = file.readAll();
+        EXPECT_TRUE(text.contains("trt = 1")) << path.toStdString();
+        EXPECT_TRUE(text.contains("prior")) << path.toStdString();
+    }
+}
+
+} // namespace
+} // namespace korvana::desktop

@@ -30,6 +30,14 @@ void DataSet::addVariable(Variable variable, Column column) {
     columns_.push_back(std::move(column));
 }
 
+void DataSet::removeVariable(int index0, std::string_view noteBeginning) {
+    (void)variable(index0); // throws when there is none
+    variables_.erase(variables_.begin() + index0);
+    columns_.erase(columns_.begin() + index0);
+    std::erase_if(notes_,
+                  [noteBeginning](const std::string& note) { return note.starts_with(noteBeginning); });
+}
+
 std::optional<int> DataSet::find(std::string_view nameOrNumber1) const {
     std::optional<int> found;
     bool unique = true;

@@ -54,6 +54,9 @@ public:
     /** Appends a variable; the column holds at least caseCount() cells. */
     void addVariable(Variable variable, Column column);
 
+    /** Takes a variable out, with the notes that begin with a text; those behind it move up. */
+    void removeVariable(int index0, std::string_view noteBeginning);
+
     /** Finds a variable by its exact name, else by its name without regard to letter case if that is unique,
        else by its 1-based number such as "3". */
     std::optional<int> find(std::string_view nameOrNumber1) const;

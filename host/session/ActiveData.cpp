@@ -1,7 +1,10 @@
 #include "host/session/ActiveData.h"
 
 #include "host/data/CaseWeights.h"
+#include "host/data/DataError.h"
+#include "host/data/Expression.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace korvana {
@@ -79,6 +82,27 @@ void ActiveData::define(ComputedVariable computed) {
     data_.addVariable(std::move(computed.variable), std::move(computed.cells));
     const int last = data_.variableCount() - 1;
     columns_.push_back({data_.column(last).data(), data_.variable(last).missingCode});
+}
+
+void ActiveData::undefine(int variable0) {
+    const Variable& variable = data_.variable(variable0);
+    const std::string name = variable.name;
+    const auto refuse = [&name](const std::string& why) { throw DataError("'" + name + "' stays: " + why); };
+    const auto uses = [this, variable0](const std::string& expression) {
+        if (expression.empty()) return false;
+        const std::vector<int>& used = Expression(expression, data_).referencedVariables();
+        return std::find(used.begin(), used.end(), variable0 + 1) != used.end();
+    };
+    if (variable.expression.empty()) refuse("it was read from the file, not computed");
+    if (weightVariable_ == variable0 + 1) refuse("it weights the cases; choose other case weights first");
+    if (uses(condition_)) refuse("the selection of cases uses it; change that first");
+    for (int other = 0; other < data_.variableCount(); ++other)
+        if (other != variable0 && uses(data_.variable(other).expression))
+            refuse("'" + data_.variable(other).name + "' is computed from it; remove that first");
+
+    data_.removeVariable(variable0, "Computed: " + definitionText({name, variable.expression}) + ".");
+    columns_.erase(columns_.begin() + variable0);
+    if (weightVariable_ > variable0 + 1) --weightVariable_;
 }
 
 int ActiveData::selectedCount() const {

@@ -38,6 +38,10 @@ public:
     void define(const Definition& definition);
     /// Appends a variable that was already computed over this data set.
     void define(ComputedVariable computed);
+    /// Takes a computed variable (counted from 0) out again, with its note; those behind it are numbered
+    /// anew. Throws DataError for one that was read, and for one that selection, weights or another computed
+    /// variable use; everything then stays as it was.
+    void undefine(int variable0);
 
     /// Counts the data sets opened: tells whether what was derived from one still belongs to it.
     [[nodiscard]] int generation() const { return generation_; }

@@ -9,7 +9,9 @@
 namespace korvana::desktop {
 
 void CaseTableModel::show(const ActiveData* data) {
-    if (data != nullptr && data == data_ && current()) { // the same cases: the view keeps its place
+    const int variables = data != nullptr ? data->dataSet().variableCount() : 0;
+    if (data != nullptr && data == data_ && current() &&
+        variables == variables_) { // the same cases: the view keeps its place
         if (rowCount() == 0 || columnCount() == 0) return;
         emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
         emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
@@ -17,6 +19,7 @@ void CaseTableModel::show(const ActiveData* data) {
         return;
     }
     beginResetModel();
+    variables_ = variables;
     data_ = data;
     generation_ = data != nullptr ? data->generation() : 0;
     first_ = 0;

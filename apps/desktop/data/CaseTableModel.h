@@ -51,6 +51,7 @@ private:
 
     const ActiveData* data_ = nullptr;
     int generation_ = 0;
+    int variables_ = 0; ///< as many as were told of
     int first_ = 0;
     bool labels_ = true;
 };

@@ -104,15 +104,20 @@ DataView::DataView(QWidget* parent)
 void DataView::setData(const ActiveData* active) {
     const bool another =
         active == nullptr || active != model_->active() || active->generation() != generation_;
+    const int row = table_->currentIndex().row(); // a new table has none
+    const int column = table_->currentIndex().column();
+    const int columns = table_->horizontalHeader()->count();
     model_->show(active);
+    const bool reshaped = !another && columns != model_->columnCount(); // a variable came or went
     generation_ = active != nullptr ? active->generation() : 0;
     // To show which columns are selected, the header asks its selection at each repaint, and that walks
     // through all rows. With many of them it gets a selection of its own, which stays empty.
     constexpr int mostHighlighted = 200'000;
     table_->horizontalHeader()->setSelectionModel(
         model_->rowCount() > mostHighlighted ? noSelection_ : table_->selectionModel());
-    if (another) fitColumns();
+    if (another || reshaped) fitColumns();
     showState();
+    if (reshaped) table_->setCurrentIndex(model_->index(row, std::min(column, model_->columnCount() - 1)));
     if (another && model_->rowCount() > 0) table_->setCurrentIndex(model_->index(0, 0));
 }
 
@@ -136,6 +141,12 @@ void DataView::goToCase(int case1) {
     table_->setCurrentIndex(index);
     table_->scrollTo(index, QAbstractItemView::PositionAtCenter);
     showState();
+}
+
+void DataView::showLastVariable() {
+    if (model_->rowCount() == 0 || model_->columnCount() == 0) return;
+    const int row = std::max(table_->currentIndex().row(), 0);
+    table_->setCurrentIndex(model_->index(row, model_->columnCount() - 1));
 }
 
 void DataView::askForCase() {

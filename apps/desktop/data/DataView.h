@@ -31,6 +31,8 @@ public:
 
     /// Makes a case, counted from 1, the current one and scrolls to it. Beyond the data: the last one.
     void goToCase(int case1);
+    /// Brings the variable that was added last into sight.
+    void showLastVariable();
     /// Puts the keyboard into the field that asks for a case. The key for it belongs to the window.
     void askForCase();
 

@@ -1,18 +1,14 @@
 #include "apps/desktop/data/SelectionDialog.h"
 
 #include "apps/desktop/data/ConditionEdit.h"
-#include "apps/desktop/data/ExpressionPieces.h"
+#include "apps/desktop/data/ExpressionPane.h"
 #include "apps/desktop/data/GridText.h"
-#include "apps/desktop/data/VariableChooser.h"
 #include "host/data/NumberText.h"
 
 #include <QDialogButtonBox>
 #include <QElapsedTimer>
 #include <QGridLayout>
-#include <QKeyEvent>
 #include <QLabel>
-#include <QListView>
-#include <QListWidget>
 #include <QPushButton>
 #include <exception>
 
@@ -20,7 +16,6 @@ namespace korvana::desktop {
 namespace {
 
 constexpr std::size_t piece = 2'000; // cases between two looks at the clock
-constexpr int codesLimit = 200;
 
 bool isBlank(std::string_view text) {
     return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
@@ -29,34 +24,19 @@ bool isBlank(std::string_view text) {
 } // namespace
 
 SelectionDialog::SelectionDialog(ActiveData& active, QWidget* parent)
-    : QDialog(parent), data_(active), condition_(new ConditionEdit(this)),
-      variables_(new VariableChooser(active.dataSet(), false, this)), codes_(new QListWidget(this)),
-      outcome_(new QLabel(this)) {
+    : QDialog(parent), data_(active), condition_(new ConditionEdit(this)), outcome_(new QLabel(this)) {
     setWindowTitle(tr("Select Cases"));
     auto* prompt = new QLabel(tr("&Cases take part that satisfy this condition (empty: all cases)"), this);
     prompt->setBuddy(condition_);
     prompt->setWordWrap(true);
     condition_->setAccessibleName(tr("Condition"));
     condition_->setPlaceholderText(tr("for example: age >= 60 and not missing(stage)"));
-    auto* variablesLabel = new QLabel(tr("&Variables"), this);
-    variablesLabel->setBuddy(variables_);
-    auto* codesLabel = new QLabel(tr("Va&lues of the variable"), this);
-    codesLabel->setBuddy(codes_);
-    codes_->setAccessibleName(tr("Values of the variable"));
-    codes_->setUniformItemSizes(true);
-    codes_->setTextElideMode(Qt::ElideRight);
-    codes_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // so that a long label ends in an ellipsis
-    codes_->installEventFilter(this);
-    auto* hint =
-        new QLabel(tr("Double-click or Enter inserts. Signs: = <> < <= > >= + - * / ^ and or not ( ); "
-                      "texts in quotation marks; dates as 1995-01-15; missing(variable)."),
-                   this);
-    hint->setWordWrap(true);
     outcome_->setWordWrap(true);
     outcome_->setTextFormat(Qt::PlainText);
     outcome_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     outcome_->setMinimumHeight(fontMetrics().lineSpacing() * 3);
 
+    auto* pane = new ExpressionPane(active.dataSet(), *condition_, this);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     QPushButton* all = buttons->addButton(tr("&All Cases"), QDialogButtonBox::ResetRole);
     all->setAutoDefault(false);
@@ -67,9 +47,6 @@ SelectionDialog::SelectionDialog(ActiveData& active, QWidget* parent)
     });
     connect(buttons, &QDialogButtonBox::accepted, this, &SelectionDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &SelectionDialog::reject);
-    connect(variables_, &VariableChooser::currentChanged, this, &SelectionDialog::showCodes);
-    connect(variables_, &VariableChooser::chosen, this, &SelectionDialog::insertVariable);
-    connect(codes_, &QListWidget::itemDoubleClicked, this, &SelectionDialog::insertCode);
     connect(condition_, &ConditionEdit::textChanged, this, &SelectionDialog::conditionChanged);
     pause_.setSingleShot(true);
     pause_.setInterval(250);
@@ -80,20 +57,13 @@ SelectionDialog::SelectionDialog(ActiveData& active, QWidget* parent)
     layout->addWidget(prompt, 0, 0, 1, 2);
     layout->addWidget(condition_, 1, 0, 1, 2);
     layout->addWidget(outcome_, 2, 0, 1, 2);
-    layout->addWidget(variablesLabel, 3, 0);
-    layout->addWidget(codesLabel, 3, 1);
-    layout->addWidget(variables_, 4, 0);
-    layout->addWidget(codes_, 4, 1);
-    layout->addWidget(hint, 5, 0, 1, 2);
-    layout->addWidget(buttons, 6, 0, 1, 2);
-    layout->setRowStretch(4, 1);
-    layout->setColumnStretch(0, 3);
-    layout->setColumnStretch(1, 2);
+    layout->addWidget(pane, 3, 0, 1, 2);
+    layout->addWidget(buttons, 4, 0, 1, 2);
+    layout->setRowStretch(3, 1);
     resize(fontMetrics().averageCharWidth() * 84, fontMetrics().height() * 30);
 
     condition_->setPlainText(QString::fromStdString(data_.condition()));
     condition_->moveCursor(QTextCursor::End);
-    variables_->setCurrent(0);
     condition_->setFocus();
     startCounting();
 }
@@ -142,10 +112,8 @@ void SelectionDialog::countSome() {
         pass_.reset();
         showError(shown(error.what()));
     }
-    while (describer_ && clock.elapsed() < milliseconds)
-        if (!describer_->advance(piece)) showCounted();
     const bool counting = pass_ && !pass_->atEnd();
-    if (!counting && !describer_) idle_.stop();
+    if (!counting) idle_.stop();
     if (!counting && pass_ && applyWhenCounted_) accept();
 }
 
@@ -175,69 +143,6 @@ void SelectionDialog::showError(const QString& text) {
     applyWhenCounted_ = false;
     outcome_->setText(text);
     showAsError(*outcome_, true);
-}
-
-void SelectionDialog::showCodes() {
-    codes_->clear();
-    describer_.reset();
-    described_ = variables_->current();
-    if (described_ < 0) return;
-    describer_.emplace(data_.dataSet(), described_, std::span<const std::uint8_t>{}, codesLimit);
-    idle_.start(0);
-}
-
-void SelectionDialog::showCounted() {
-    const VariableSummary summary = describer_->take();
-    describer_.reset();
-    const Variable& variable = data_.dataSet().variable(described_);
-    for (const DistinctValue& each : summary.distinct.values) {
-        const QString code = valueText(variable, each.value, false);
-        const QString label = shown(each.label);
-        QString text = variable.kind == VariableKind::Text ? label : code;
-        if (variable.kind != VariableKind::Text && !label.isEmpty() && label != code)
-            text += QStringLiteral(" = ") + label;
-        auto* item =
-            new QListWidgetItem(text + QStringLiteral("   (") + countText(each.count) + QLatin1Char(')'));
-        item->setData(Qt::UserRole, each.value);
-        item->setToolTip(item->text());
-        codes_->addItem(item);
-    }
-    QString note;
-    if (summary.distinct.moreThanLimit) note = tr("more than %1 values").arg(codesLimit);
-    if (summary.distinct.moreThanLimit && variable.kind != VariableKind::Text)
-        note += tr(", %1 to %2")
-                    .arg(valueText(variable, summary.min, false), valueText(variable, summary.max, false));
-    if (summary.validCount == 0) note = tr("no values");
-    if (!note.isEmpty()) (new QListWidgetItem(note, codes_))->setFlags(Qt::NoItemFlags);
-    if (summary.missingCount > 0)
-        (new QListWidgetItem(tr("%1 missing").arg(casesText(summary.missingCount)), codes_))
-            ->setFlags(Qt::NoItemFlags);
-    if (!summary.distinct.values.empty()) codes_->setCurrentRow(0);
-}
-
-void SelectionDialog::insertVariable(int variable0) {
-    condition_->insertPiece(expressionName(data_.dataSet().variable(variable0).name));
-    condition_->setFocus();
-}
-
-void SelectionDialog::insertCode() {
-    const QListWidgetItem* const item = codes_->currentItem();
-    if (item == nullptr || !(item->flags() & Qt::ItemIsSelectable) || described_ < 0) return;
-    const Variable& variable = data_.dataSet().variable(described_);
-    condition_->insertPiece(
-        comparisonPiece(variable, item->data(Qt::UserRole).toDouble(), condition_->before()));
-    condition_->setFocus();
-}
-
-bool SelectionDialog::eventFilter(QObject* object, QEvent* event) {
-    if (object == codes_ && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-            insertCode();
-            return true;
-        }
-    }
-    return QDialog::eventFilter(object, event);
 }
 
 void SelectionDialog::accept() {

@@ -43,12 +43,14 @@ VariableTableModel::VariableTableModel(QObject* parent) : QAbstractTableModel(pa
 }
 
 void VariableTableModel::show(ActiveData* data) {
-    if (data != nullptr && data == data_ && current()) {
+    const int variables = data != nullptr ? data->dataSet().variableCount() : 0;
+    if (data != nullptr && data == data_ && current() && variables == variables_) {
         counts_.start(data);
         if (rowCount() > 0) emit dataChanged(index(0, 0), index(rowCount() - 1, columns - 1));
         return;
     }
     beginResetModel();
+    variables_ = variables;
     data_ = data;
     generation_ = data != nullptr ? data->generation() : 0;
     counts_.start(data);

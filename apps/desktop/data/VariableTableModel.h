@@ -44,6 +44,7 @@ private:
 
     ActiveData* data_ = nullptr;
     int generation_ = 0;
+    int variables_ = 0; ///< as many as were told of
     bool editable_ = true;
     VariableCounts counts_;
 };

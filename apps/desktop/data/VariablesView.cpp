@@ -11,6 +11,7 @@
 #include <QTableView>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <exception>
 
 namespace korvana::desktop {
 
@@ -35,6 +36,12 @@ VariablesView::VariablesView(QWidget* parent)
     labels->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_L));
     labels->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     table_->addAction(labels);
+    auto* remove = new QAction(tr("&Remove Computed Variable"), this);
+    remove->setObjectName(QStringLiteral("remove"));
+    remove->setShortcut(QKeySequence::Delete);
+    remove->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    table_->addAction(remove);
+    connect(remove, &QAction::triggered, this, [this] { removeVariable(table_->currentIndex().row()); });
     connect(labels, &QAction::triggered, this, [this] { editValueLabels(table_->currentIndex().row()); });
     connect(table_, &QTableView::activated, this, [this](const QModelIndex& index) { // Enter or double-click
         if (index.column() == VariableTableModel::ValueLabels) editValueLabels(index.row());
@@ -59,7 +66,14 @@ VariablesView::VariablesView(QWidget* parent)
 void VariablesView::setData(ActiveData* active) {
     const bool another =
         active == nullptr || active != model_->active() || active->generation() != generation_;
+    const int row = table_->currentIndex().row(); // a new table has none
+    const int rows = table_->verticalHeader()->count();
     model_->show(active);
+    if (!another && rows != model_->rowCount()) { // a variable came or went
+        fitColumns();
+        table_->setCurrentIndex(
+            model_->index(std::min(row, model_->rowCount() - 1), VariableTableModel::Label));
+    }
     generation_ = active != nullptr ? active->generation() : 0;
     if (!another) return;
     say({});
@@ -86,6 +100,22 @@ void VariablesView::editValueLabels(int variable0) {
     ValueLabelsDialog dialog(variable, model_->counts().of(variable0), this);
     if (dialog.exec() == QDialog::Accepted)
         model_->describe(variable0, variable.label, variable.missingCode, dialog.valueLabels());
+}
+
+void VariablesView::removeVariable(int variable0) {
+    if (variable0 < 0 || variable0 >= model_->rowCount()) return;
+    if (!model_->editable()) {
+        say(tr("Variables cannot be removed while an analysis runs."));
+        return;
+    }
+    try {
+        model_->active()->undefine(variable0);
+    } catch (const std::exception& error) {
+        say(shown(error.what()));
+        return;
+    }
+    say({});
+    emit variablesChanged();
 }
 
 void VariablesView::showEvent(QShowEvent* event) {

@@ -28,10 +28,14 @@ public:
     /// Opens the value labels of a variable, counted from 0, for editing.
     void editValueLabels(int variable0);
 
+    /// Takes a computed variable out of the data; what stands against it is said.
+    void removeVariable(int variable0);
+
     [[nodiscard]] QTableView* table() const { return table_; }
 
 signals:
-    /// A label, a missing code or value labels were edited. A selection that depends on them was made anew.
+    /// A label, a missing code or value labels were edited, or a variable was removed. A selection that
+    /// depends on them was made anew.
     void variablesChanged();
 
 protected:

@@ -1,6 +1,7 @@
 #include "apps/desktop/window/MainWindow.h"
 
 #include "apps/desktop/InputGate.h"
+#include "apps/desktop/data/ComputeDialog.h"
 #include "apps/desktop/data/DataLoader.h"
 #include "apps/desktop/data/DataView.h"
 #include "apps/desktop/data/SelectionDialog.h"
@@ -101,6 +102,7 @@ void MainWindow::buildMenus(const QString& noAnalysis) {
     QMenu* cases = menuBar()->addMenu(tr("&Data"));
     cases->addAction(tr("&Select Cases ..."), this, &MainWindow::defineSelection);
     cases->addAction(tr("Case &Weights ..."), this, &MainWindow::defineWeights);
+    cases->addAction(tr("&Compute Variable ..."), this, &MainWindow::computeVariable);
     cases->addAction(tr("&Go to Case"), QKeySequence(Qt::CTRL | Qt::Key_G), this, [this] {
         dataTabs_->setCurrentWidget(dataView_);
         dataView_->askForCase();
@@ -257,17 +259,28 @@ void MainWindow::defineSelection() {
     if (dialog.exec() == QDialog::Accepted) showData();
 }
 
+void MainWindow::computeVariable() {
+    if (runner_->isBusy()) return;
+    if (runner_->data().dataSet().caseCount() == 0 && !openFirst()) return;
+    ComputeDialog dialog(runner_->data(), front());
+    if (dialog.exec() != QDialog::Accepted) return;
+    showData();
+    dataView_->showLastVariable();
+    statusBar()->showMessage(QString::fromStdString(runner_->data().dataSet().notes().back()));
+}
+
+bool MainWindow::openFirst() {
+    QMessageBox box(QMessageBox::Information, tr("No Data"),
+                    tr("There are no data yet; open a data file first."), QMessageBox::Cancel, this);
+    QPushButton* open = box.addButton(tr("&Open a Data File..."), QMessageBox::AcceptRole);
+    box.setDefaultButton(open);
+    box.exec();
+    return box.clickedButton() == open && askForFile();
+}
+
 void MainWindow::startAnalysis() {
     if (runner_->isBusy()) return;
-    if (runner_->data().dataSet().caseCount() == 0) {
-        QMessageBox box(QMessageBox::Information, tr("No Data"),
-                        tr("There are no data to analyse yet; open a data file first."), QMessageBox::Cancel,
-                        this);
-        QPushButton* open = box.addButton(tr("&Open a Data File..."), QMessageBox::AcceptRole);
-        box.setDefaultButton(open);
-        box.exec();
-        if (box.clickedButton() != open || !askForFile()) return;
-    }
+    if (runner_->data().dataSet().caseCount() == 0 && !openFirst()) return;
     runner_->start();
 }
 

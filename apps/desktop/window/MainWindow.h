@@ -55,6 +55,7 @@ public slots:
     bool askForFile();
     void defineWeights();
     void defineSelection();
+    void computeVariable();
     void startAnalysis();
 
 protected:
@@ -71,6 +72,8 @@ private:
     /// What a dialog stands over, so that the keyboard returns there: the analysis's own dialog if one is
     /// open.
     QWidget* front();
+    /// Offers to open data where there are none; whether there are some now.
+    bool openFirst();
     QString chooseFile();
     bool loadFile(const QString& path);
     void about();

@@ -1,0 +1,146 @@
+// Computed variables in the window: made, seen, and taken away again.
+
+#include "apps/desktop/data/ComputeDialog.h"
+
+#include "apps/desktop/data/ConditionEdit.h"
+#include "apps/desktop/data/DataView.h"
+#include "apps/desktop/data/VariableChooser.h"
+#include "apps/desktop/data/VariablesView.h"
+#include "tests/apps/desktop/Labels.h"
+#include "tests/apps/desktop/data/Trial.h"
+
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QLineEdit>
+#include <QListView>
+#include <QTableView>
+
+namespace korvana::desktop {
+namespace {
+
+struct Compute : testing::Test {
+    ActiveData data;
+    ComputeDialog* dialog = nullptr;
+    std::unique_ptr<ComputeDialog> owner;
+
+    void SetUp() override {
+        openTrial(data);
+        renew();
+    }
+    void renew() {
+        owner = std::make_unique<ComputeDialog>(data);
+        dialog = owner.get();
+        dialog->show();
+    }
+    QLineEdit* name() { return dialog->findChild<QLineEdit*>("name"); }
+    ConditionEdit* expression() { return dialog->findChild<ConditionEdit*>(); }
+    void write(const char* named, const char* as) {
+        name()->setText(named);
+        expression()->setPlainText(as);
+    }
+    bool shows(const char* text) {
+        return QTest::qWaitFor([&] { return says(*dialog, text); });
+    }
+    bool accepted() {
+        dialog->accept();
+        return dialog->result() == QDialog::Accepted;
+    }
+};
+
+TEST_F(Compute, ShowsWhatTheFirstCasesGetAndAddsTheVariable) {
+    QTest::keyClicks(name(), "old");
+    auto* variables = dialog->findChild<VariableChooser*>();
+    variables->setCurrent(0);
+    QTest::keyClick(variables->list(), Qt::Key_Return);
+    EXPECT_EQ(expression()->toPlainText(), "age") << "pieces are inserted";
+    QTest::keyClicks(expression(), " >= 62");
+    EXPECT_TRUE(shows("The first cases: 0, 1, 1, 0"));
+    write("pay", "`white cells` / (age - 62)");
+    EXPECT_TRUE(shows("The first cases: -0.136364, ., 0.40625, -0.285714"));
+    write("old", "age >= 62");
+    QTest::keyClick(expression(), Qt::Key_Return);
+    ASSERT_EQ(dialog->result(), QDialog::Accepted);
+    ASSERT_EQ(data.dataSet().variableCount(), 6);
+    EXPECT_EQ(data.dataSet().variable(5).name, "old");
+    EXPECT_EQ(data.dataSet().column(5)[1], 1.0);
+}
+
+TEST_F(Compute, SaysWhatIsWrongAndWhereAndAddsNothing) {
+    write("x", "age + ages");
+    EXPECT_TRUE(shows("ages"));
+    EXPECT_EQ(expression()->markedAt(), 6);
+    EXPECT_FALSE(accepted());
+    write("x", "age +");
+    EXPECT_FALSE(accepted());
+    EXPECT_TRUE(shows("age +"));
+    write("AGE", "age + 1");
+    EXPECT_TRUE(shows("there is already a variable 'age'"));
+    EXPECT_FALSE(accepted());
+    write("", "age + 1");
+    EXPECT_FALSE(accepted());
+    EXPECT_TRUE(shows("needs a name"));
+    write("x", " ");
+    EXPECT_FALSE(accepted());
+    EXPECT_TRUE(shows("write an expression"));
+    EXPECT_EQ(data.dataSet().variableCount(), 5);
+}
+
+TEST_F(Compute, ViewsFollowAVariableThatComesAndGoes) {
+    DataView cases;
+    VariablesView variables;
+    const QAbstractItemModelTester casesTester(cases.table()->model(),
+                                               QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const QAbstractItemModelTester variablesTester(variables.table()->model(),
+                                                   QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const auto show = [&] {
+        cases.setData(&data);
+        variables.setData(&data);
+    };
+    show();
+    cases.goToCase(3);
+    data.define({"older", "age + 1"});
+    data.define({"oldest", "older + 1"});
+    show();
+    cases.showLastVariable();
+    EXPECT_EQ(cases.table()->currentIndex().row(), 2) << "the place among the cases stays";
+    EXPECT_EQ(cases.table()->currentIndex().data().toString(), "72");
+    EXPECT_EQ(variables.table()->model()->rowCount(), 7);
+
+    // By key, when nothing uses it.
+    variables.show();
+    const auto remove = [&](int row) {
+        variables.table()->setCurrentIndex(variables.table()->model()->index(row, 0));
+        for (QAction* action : variables.table()->actions())
+            if (action->objectName() == "remove") action->trigger();
+        show();
+        return variables.table()->model()->rowCount();
+    };
+    EXPECT_EQ(remove(0), 7);
+    EXPECT_TRUE(says(variables, "'age' stays: it was read"));
+    EXPECT_EQ(remove(5), 7);
+    EXPECT_TRUE(says(variables, "'oldest' is computed from it"));
+    data.select("oldest > 60");
+    EXPECT_EQ(remove(6), 7);
+    EXPECT_TRUE(says(variables, "the selection of cases uses it"));
+    data.select("");
+    data.weightBy("oldest");
+    EXPECT_EQ(remove(6), 7);
+    EXPECT_TRUE(says(variables, "it weights the cases"));
+    data.define({"last", "age"});
+    show();
+    data.weightBy("last");
+    EXPECT_EQ(remove(6), 7);
+    EXPECT_EQ(data.weightVariable(), 7) << "the weights are still those of 'last'";
+    EXPECT_EQ(data.dataSet().variable(6).name, "last");
+    EXPECT_EQ(data.columns().size(), 7U);
+    EXPECT_EQ(data.columns()[6], data.dataSet().column(6).data());
+    variables.setEditable(false);
+    data.weightBy("");
+    EXPECT_EQ(remove(6), 7);
+    EXPECT_TRUE(says(variables, "while an analysis runs"));
+    for (const std::string& note : data.notes())
+        EXPECT_EQ(note.find("oldest"), std::string::npos) << note;
+}
+
+} // namespace
+} // namespace korvana::desktop

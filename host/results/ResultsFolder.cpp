@@ -92,7 +92,7 @@ std::vector<std::string> filesOfRun(const fs::path& directory) {
     return found;
 }
 
-ResultsFolder::ResultsFolder(fs::path path) : path_(std::move(path)) {
+ResultsFolder::ResultsFolder(fs::path path, FolderUse use) : path_(std::move(path)), use_(use) {
     // Level by level, so that those made here, and no others, are removed again.
     std::vector<fs::path> missing;
     std::error_code error;
@@ -116,21 +116,28 @@ PendingFile& ResultsFolder::add(const std::string& name) {
     return file;
 }
 
+/// Sees to it that the next run finds the files of this one listed; answers what the one before leaves over.
+std::vector<std::string> ResultsFolder::prepareList() {
+    std::vector<std::string> kept = names_;
+    if (std::find(names_.begin(), names_.end(), kResultsJson) == names_.end()) {
+        OutputFile list(files_.emplace_back(path_ / kFileList));
+        writeFileList(names_, list.stream());
+        list.close();
+        kept.emplace_back(kFileList);
+    }
+    std::vector<std::string> leftOver = filesOfRun(path_);
+    std::erase_if(leftOver, [&kept](const std::string& name) {
+        return std::find(kept.begin(), kept.end(), name) != kept.end();
+    });
+    return leftOver;
+}
+
 std::vector<fs::path> ResultsFolder::commit() {
     std::vector<fs::path> written;
     for (const std::string& name : names_)
         written.push_back(path_ / name);
-    const bool listed = std::find(names_.begin(), names_.end(), kResultsJson) != names_.end();
-    if (!listed) {
-        OutputFile list(files_.emplace_back(path_ / kFileList));
-        writeFileList(names_, list.stream());
-        list.close();
-    }
-    std::vector<std::string> leftOver = filesOfRun(path_);
-    std::erase_if(leftOver, [&](const std::string& name) {
-        return std::find(names_.begin(), names_.end(), name) != names_.end() ||
-               (!listed && name == kFileList);
-    });
+    const std::vector<std::string> leftOver =
+        use_ == FolderUse::OneRun ? prepareList() : std::vector<std::string>{};
 
     const HeldSignals untilDone;
     for (PendingFile& file : files_)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <deque>
 #include <filesystem>
 #include <string>
@@ -14,13 +15,19 @@ inline constexpr std::string_view kResultsJson = "results.json";
 /// Lists the files of a run that writes no results.json.
 inline constexpr std::string_view kFileList = ".korvana-files.json";
 
+enum class FolderUse : std::uint8_t {
+    OneRun, ///< the folder holds one run: the files of an earlier one go
+    Shared, ///< nothing is removed that is not replaced
+};
+
 /// A directory that holds the files of one run. All of them appear together in `commit`, which also removes
-/// the files that an earlier run left there and this one does not have; until then that run stays whole.
+/// the files that an earlier run left there and this one does not have
+/// (unless the folder is shared); until then that run stays whole.
 /// Failures are `std::runtime_error`s that name the file.
 class ResultsFolder {
 public:
     /// Makes the directory if there is none; it goes again if nothing is committed.
-    explicit ResultsFolder(std::filesystem::path path);
+    ResultsFolder(std::filesystem::path path, FolderUse use);
 
     /// A file to be filled before `commit`. It holds as long as the folder.
     PendingFile& add(const std::string& name);
@@ -32,7 +39,10 @@ public:
     std::vector<std::filesystem::path> commit();
 
 private:
+    std::vector<std::string> prepareList();
+
     std::filesystem::path path_;
+    FolderUse use_;
     std::deque<Unfinished> made_; // the deepest first: it is the first to go
     std::deque<PendingFile> files_;
     std::vector<std::string> names_;

@@ -31,39 +31,6 @@ Cells copyCells(const decltype(ozm::SheetColumn::cells)& from) {
                       from);
 }
 
-bool isUpper(char c) {
-    return c >= 'A' && c <= 'Z';
-}
-
-char lower(char c) {
-    return isUpper(c) ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-/// "standardError": "Standard error"
-std::string wordsOf(std::string_view id) {
-    std::string words;
-    for (const char c : id) {
-        if (isUpper(c) && !words.empty()) words += ' ';
-        words += words.empty() && c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : lower(c);
-    }
-    return words;
-}
-
-/// Whether a heading is the id with letters left out, the first one kept.
-bool abbreviates(std::string_view heading, std::string_view id) {
-    std::size_t at = 0;
-    bool first = true;
-    for (const char c : heading) {
-        if (c == ' ' || c == '.') continue;
-        while (at < id.size() && lower(id[at]) != lower(c) && !first)
-            ++at;
-        if (at == id.size() || lower(id[at]) != lower(c)) return false;
-        ++at;
-        first = false;
-    }
-    return !first;
-}
-
 } // namespace
 
 std::size_t Spreadsheet::Column::size() const {
@@ -85,9 +52,9 @@ std::string Spreadsheet::Column::heading() const {
 
 std::string Spreadsheet::Column::readableHeading() const {
     std::string plain;
-    for (const char c : heading())
+    for (const char c : title.empty() ? heading() : title)
         if (c != ' ' || (!plain.empty() && plain.back() != ' ')) plain += c;
-    return abbreviates(plain, id) ? wordsOf(id) : plain;
+    return plain;
 }
 
 Spreadsheet Spreadsheet::fromSpec(const ozm::SheetSpec& spec) {
@@ -98,8 +65,8 @@ Spreadsheet Spreadsheet::fromSpec(const ozm::SheetSpec& spec) {
     sheet.rowHeadings = spec.rowHeadings;
     sheet.columns.reserve(spec.columns.size());
     for (const ozm::SheetColumn& column : spec.columns)
-        sheet.columns.push_back(
-            {column.heading1, column.heading2, column.format, copyCells(column.cells), column.id});
+        sheet.columns.push_back({column.heading1, column.heading2, column.format, copyCells(column.cells),
+                                 column.id, column.title});
     return sheet;
 }
 

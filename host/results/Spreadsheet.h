@@ -31,13 +31,13 @@ struct Spreadsheet {
         std::variant<std::vector<double>, std::vector<std::int32_t>, Dictionary, std::vector<std::string>>
             cells;
         std::string id{}; ///< name for programs, the same in every run; may be empty
+        std::string title{}; ///< heading in full, where the two lines abbreviate it
 
         [[nodiscard]] std::size_t size() const;
         [[nodiscard]] bool isText() const { return cells.index() >= 2; }
         /// Both lines of the heading joined by a blank, trimmed.
         [[nodiscard]] std::string heading() const;
-        /// The heading as people write it: where it abbreviates the id ("Cumulatv Survival" of
-        /// "cumulativeSurvival"), the words of the id.
+        /// The heading as people write it: in full, in one line, without double blanks.
         [[nodiscard]] std::string readableHeading() const;
     };
 

@@ -141,8 +141,9 @@ std::vector<std::string> fileNames(const ResultsBook& book) {
 }
 
 std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std::filesystem::path& path,
-                                             FormatSet formats, std::vector<std::string>* problems) {
-    ResultsFolder folder(path);
+                                             FormatSet formats, std::vector<std::string>* problems,
+                                             FolderUse use) {
+    ResultsFolder folder(path, use);
     const std::vector<std::string> names = fileNames(book);
     std::vector<std::string> tableFiles;
     if (formats.has(OutputFormat::Txt))

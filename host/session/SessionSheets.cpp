@@ -57,6 +57,7 @@ short SessionSheets::RenameColumn(int column, std::string_view heading1, std::st
     if (place >= columns.size()) return 1;
     columns[place].heading1 = heading1;
     columns[place].heading2 = heading2;
+    columns[place].title.clear();
     parts_.observers.outputChanged(*last);
     return 0;
 }

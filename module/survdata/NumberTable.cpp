@@ -2,6 +2,7 @@
 
 #include "module/resources/Resources.h"
 #include "module/resources/StringIds.h"
+#include "module/survdata/Headings.h"
 
 #include <algorithm>
 #include <limits>
@@ -9,8 +10,12 @@
 namespace ozm::survival {
 
 SheetColumn HeadedColumn(std::string_view id, int heading1, int heading2, CellFormat format) {
-    return {std::string{Text(heading1)}, std::string{Text(heading2)}, format, std::span<const double>{},
-            std::string{id}};
+    return {std::string{Text(heading1)},
+            std::string{Text(heading2)},
+            format,
+            std::span<const double>{},
+            std::string{id},
+            HeadingInFull(heading1, heading2)};
 }
 
 NumberTable::NumberTable(std::string title) {

@@ -46,6 +46,8 @@ struct SheetColumn {
     /// Name by which programs find the column whatever its heading says ("standardError"): unique in its
     /// spreadsheet, the same in every run. Empty where there is none.
     std::string id{};
+    /// Heading in full, for who has more room than two short lines; empty where the lines say it already.
+    std::string title{};
 };
 
 /// A results spreadsheet as a results routine hands it over.

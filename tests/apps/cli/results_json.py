@@ -47,8 +47,7 @@ def hold(results, what):
             assert output["origin"]["run"] < len(results["runs"]), f"{what}: {output['id']}"
     for sheet in results["spreadsheets"]:
         ids = sheet["columnIds"]
-        named = [name for name in ids if name]
-        assert len(ids) == len(sheet["columns"]) and len(named) == len(set(named)), f"{what}: {sheet['title']}: {ids}"
+        assert all(ids) and len(ids) == len(set(ids)) == len(sheet["columns"]), f"{what}: {sheet['title']}: {ids}"
         assert all(len(row["cells"]) == len(ids) for row in sheet["rows"]), f"{what}: {sheet['title']}"
 
 

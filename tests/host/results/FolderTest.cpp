@@ -20,15 +20,19 @@ TEST_F(Files, AFolderHoldsOneRun) {
     const std::string list(kFileList);
     for (const char* formats : {"json,csv,svg", "csv,svg"}) {
         writeFile(directory_ / "mine.csv", "mine");
-        writeBook(test::smallBook(), directory_, parseFormats(formats));
+        writeBook(test::smallBook(), directory_, parseFormats(formats), nullptr, FolderUse::OneRun);
         EXPECT_TRUE(names().contains("estimate-bounds-group-1-1.svg")) << formats;
-        writeBook(bigBook(3), directory_, parseFormats("csv"));
+        writeBook(bigBook(3), directory_, parseFormats("csv"), nullptr, FolderUse::OneRun);
         EXPECT_EQ(names(), (std::set<std::string>{"mine.csv", "big.csv", list})) << "after " << formats;
-        writeBook(bigBook(3), directory_, parseFormats("json,txt"));
+        writeBook(bigBook(3), directory_, parseFormats("json,txt"), nullptr, FolderUse::OneRun);
         EXPECT_EQ(names(), (std::set<std::string>{"mine.csv", "results.json", "report.txt"}));
         const auto json = nlohmann::json::parse(read(directory_ / "results.json"));
         EXPECT_EQ(json["files"], nlohmann::json({"report.txt", "results.json"}));
     }
+    // Who exports into a folder with other things in it loses none of them.
+    writeBook(test::smallBook(), directory_, parseFormats("csv"));
+    EXPECT_EQ(names(),
+              (std::set<std::string>{"mine.csv", "results.json", "report.txt", "survival-function.csv"}));
 }
 
 /// A list of files may say anything: nothing but plain files beside it, of the kinds written there, is
@@ -46,7 +50,7 @@ TEST_F(Files, AListOfFilesIsNotTrusted) {
     nlohmann::ordered_json head{{"format", "korvana-results"}, {"files", files}, {"notes", {"ends"}}};
     writeFile(inside / "results.json", head.dump());
     EXPECT_EQ(filesOfRun(inside), (std::vector<std::string>{"old.csv", "results.json"}));
-    writeBook(bigBook(1), inside, parseFormats("txt"));
+    writeBook(bigBook(1), inside, parseFormats("txt"), nullptr, FolderUse::OneRun);
     for (const char* kept : {"folder.csv", "thesis.odt", "link.csv", "../out.csv"})
         EXPECT_TRUE(fs::exists(inside / kept)) << kept;
     EXPECT_FALSE(fs::exists(inside / "old.csv"));

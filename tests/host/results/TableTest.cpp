@@ -75,19 +75,6 @@ TEST(ResultsBook, TheLastSpreadsheetIsNotTheLastOutput) {
     EXPECT_EQ(book.lastSpreadsheet()->title, "second");
 }
 
-TEST(Spreadsheet, HeadingsAreWrittenOutWhereTheyAbbreviateTheId) {
-    const auto readable = [](const char* upper, const char* lower, const char* id) {
-        return Spreadsheet::Column{upper, lower, {}, {}, id}.readableHeading();
-    };
-    EXPECT_EQ(readable("Cumulatv", "Survival", "cumulativeSurvival"), "Cumulative survival");
-    EXPECT_EQ(readable("Stand.  ", " Error  ", "standardError"), "Standard error");
-    EXPECT_EQ(readable(" Time   ", "", "time"), "Time");
-    EXPECT_EQ(readable(" 95%    ", "lower  limit", "lowerLimit"), "95% lower limit") << "says more than the id";
-    EXPECT_EQ(readable("Time", "", "survivalTime"), "Time");
-    EXPECT_EQ(readable("Cases", "", ""), "Cases");
-    EXPECT_EQ(readable("", "", "cases"), "");
-}
-
 TEST(ResultsBook, OutputsHaveNamesForPrograms) {
     ResultsBook book;
     const auto made = [](const char* id) {

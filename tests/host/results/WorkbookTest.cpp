@@ -53,12 +53,11 @@ TEST_F(Files, WorkbookHeadsItsTablesAsPeopleWrite) {
         GTEST_SKIP() << "needs python3 to unpack the workbook";
     ResultsBook book;
     Spreadsheet& sheet = book.append(test::smallSheet());
-    sheet.columns[0].id = "timeOfDeath"; // the heading is no abbreviation of it
-    sheet.columns[1].id = "numberAtRisk";
-    sheet.columns[3].id = "cumulativeSurvival";
+    sheet.columns[1].heading1 = " Number ";
+    sheet.columns[3].title = "Cumulative survival";
     writeXlsx(book, directory_ / "results.xlsx");
     const std::string cells = partOf(directory_ / "results.xlsx", "xl/worksheets/sheet2.xml");
-    for (const char* heading : {">Survival Time<", ">Number at risk<", ">Status<", ">Cumulative survival<"})
+    for (const char* heading : {">Survival Time<", ">Number at Risk<", ">Status<", ">Cumulative survival<"})
         EXPECT_NE(cells.find(heading), std::string::npos) << heading << " in " << cells;
     EXPECT_NE(cells.find(">Greenwood's standard error.<"), std::string::npos);
     // Title, note, an empty line and the headings, in two lines, stay in sight.

@@ -1,6 +1,8 @@
+#include "module/resources/StringIds.h"
 #include "module/survdata/CodeComparison.h"
 #include "module/survdata/CodeDecimals.h"
 #include "module/survdata/DayNumber.h"
+#include "module/survdata/Headings.h"
 #include "module/survdata/NormalQuantile.h"
 #include "module/survdata/ReportLines.h"
 
@@ -87,6 +89,13 @@ TEST(ReportLines, CodesStandInTheirField) {
     EXPECT_EQ(FormatCode(0.5), "      0.5");
     EXPECT_EQ(FormatCode(-3), "        -3");
     EXPECT_EQ(FormatCode(std::numeric_limits<double>::quiet_NaN()), "        --");
+}
+
+TEST(Headings, AreWrittenOutWhereTheirLinesAreShortened) {
+    EXPECT_EQ(HeadingInFull(StrKmColCumulative1, StrKmColCumulative2), "Cumulative Survival");
+    EXPECT_EQ(HeadingInFull(StrTwoColCumulative1, StrTwoColCumulative2), "Cumulative proportion surviving");
+    EXPECT_EQ(HeadingInFull(StrTwoGroup1, StrLtEntering), "Group 1: number entering");
+    EXPECT_EQ(HeadingInFull(StrKmColError1, StrKmColError2), "") << "says it already";
 }
 
 } // namespace

@@ -37,13 +37,17 @@ std::string FormatProbability(double p) {
     return p < CellFormat::leastProbability ? "< 1e-30" : FormatNumber(p, 5);
 }
 
-std::string CodeWithLabel(CAnalysisSupport& host, int variable, double code) {
-    std::string text = FormatNumber(code);
+std::optional<std::string> LabelOfCode(CAnalysisSupport& host, int variable, double code) {
     std::string label;
     double value = code;
-    if (variable != 0 && host.vvlcod8(variable, LabelLookup::TextOfCode, label, value) != 0)
-        text += " (" + label + ")";
-    return text;
+    if (variable == 0 || host.vvlcod8(variable, LabelLookup::TextOfCode, label, value) == 0)
+        return std::nullopt;
+    return label;
+}
+
+std::string CodeWithLabel(CAnalysisSupport& host, int variable, double code) {
+    const std::optional<std::string> label = LabelOfCode(host, variable, code);
+    return FormatNumber(code) + (label ? " (" + *label + ")" : std::string());
 }
 
 std::string Filled(int id, std::initializer_list<std::string> values) {

@@ -3,6 +3,7 @@
 #include "support/CAnalysisSupport.h"
 
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -27,6 +28,9 @@ std::string FormatProbability(double p);
 /// A code in a field of 10 characters, one less when its magnitude is at least 0.001 and below 1; "--" when
 /// unset.
 std::string FormatCode(double code);
+
+/// The value label of a code, where the variable has one.
+std::optional<std::string> LabelOfCode(CAnalysisSupport& host, int variable, double code);
 
 /// A code as people know it: its number, and the value label behind it where the variable has one, "1
 /// (6-MP)".

@@ -26,6 +26,15 @@ std::string GroupCode(CAnalysisSupport& host, const SharedSettings& shared, std:
     return CodeWithLabel(host, shared.First(ListGrouping), shared.groupCodes[group]);
 }
 
+/// "Group  1 (treatment = placebo)": the code, and in the data's own words what it stands for.
+std::string Legend(CAnalysisSupport& host, const SharedSettings& shared, std::size_t group) {
+    const int variable = shared.First(ListGrouping);
+    const double code = shared.groupCodes[group];
+    const std::string number = FormatNumber(code);
+    return std::string{Text(StrLtLegendGroup)} + number + " (" + VariableName(host, variable) + " = " +
+           LabelOfCode(host, variable, code).value_or(number) + ")";
+}
+
 /// "Group 1: Code         Group 2: Code      " with the codes where the blanks are.
 std::string CodesLine(CAnalysisSupport& host, const SharedSettings& shared) {
     const std::string line = Trimmed(StrTwoLifeTableCodes);
@@ -128,8 +137,7 @@ int PlotGroupSurvival(CAnalysisSupport& host, const SharedSettings& shared, cons
         chart.title = std::string{Text(StrLtSurvivorship)} + ": " + chart.yAxis.title;
         for (std::size_t g = 0; g < groups; ++g) {
             if (result.tables[g].rows == 0) continue;
-            std::string legend = std::string{Text(StrLtLegendGroup)} + GroupCode(host, shared, g);
-            chart.series.push_back(Series(std::move(legend), g, result.tables[g], plot));
+            chart.series.push_back(Series(Legend(host, shared, g), g, result.tables[g], plot));
             if (cumulative) AddLeaving(chart.series.back(), sample);
         }
         message = host.NewGeneralMultipleChartLongEx(chart) == 0 ? 0 : StrGraphicsError;

@@ -199,12 +199,16 @@ TEST_F(TwoFixture, PlotsShowALinePerGroup) {
     EXPECT_EQ(host.charts[0].xAxis.title, "Interval Start");
     const auto& series = host.charts[1].series;
     ASSERT_EQ(series.size(), 2U);
-    EXPECT_EQ(series[1].legend, "Group  2 (control)");
+    EXPECT_EQ(series[1].legend, "Group  2 (arm = control)");
     EXPECT_EQ(series[0].x.size(), 12U);
     EXPECT_EQ(series[1].x.size(), 11U); // to the row that nobody enters
     EXPECT_EQ(host.charts[0].series[1].x.size(), 10U);
     EXPECT_EQ(series[1].leaving, (std::vector<double>{15, 18, 19, 19, 20}));
     EXPECT_EQ(host.statusTexts[host.statusTexts.size() - 2], " Computing cumulative survival...");
+    // Codes without labels still belong to a variable.
+    host.columns[2].labels = {};
+    host.Script().Call("PlotOfProportionSurvivingByGroup");
+    EXPECT_EQ(host.charts[2].series[0].legend, "Group  1 (arm = 1)");
 }
 
 TEST_F(TwoFixture, GroupsTooSmallForALifeTable) {

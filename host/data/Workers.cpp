@@ -4,7 +4,6 @@
 #include <exception>
 #include <limits>
 #include <mutex>
-#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -65,7 +64,7 @@ void runWorkers(std::span<const std::unique_ptr<Worker>> workers) {
         try {
             for (std::size_t i = 1; i < workers.size(); ++i)
                 helpers.emplace_back([&desk, &worker = *workers[i]] { desk.serve(worker); });
-        } catch (const std::system_error&) { // no further thread to be had: the others do the work
+        } catch (const std::exception&) { // no further thread to be had: the others do the work
         }
         if (!workers.empty()) desk.serve(*workers.front());
     }

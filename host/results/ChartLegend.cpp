@@ -26,6 +26,16 @@ std::size_t columnsFor(const std::vector<LegendEntry>& entries, std::size_t grou
 
 } // namespace
 
+std::string bandText(std::string_view lower, std::string_view upper) {
+    if (lower == upper || upper.empty()) return std::string(lower);
+    const auto differ = std::mismatch(lower.begin(), lower.end(), upper.begin(), upper.end()).first;
+    const std::string_view head = lower.substr(0, static_cast<std::size_t>(differ - lower.begin()));
+    const std::size_t word = head.rfind(' '); // the last word that both share whole ends here
+    if (word == std::string_view::npos || word == 0)
+        return std::string(lower) + (lower.empty() ? "" : ", ") + std::string(upper);
+    return std::string(head.substr(0, word)) + " limits";
+}
+
 void addLegend(QCustomPlot& plot, std::vector<LegendEntry> entries, std::size_t groups, int width,
                const QFont& font, const QColor& ink) {
     if (entries.size() < 2) return;

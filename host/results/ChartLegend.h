@@ -4,6 +4,8 @@
 #include <QFont>
 #include <QString>
 #include <cstddef>
+#include <string>
+#include <string_view>
 #include <vector>
 
 class QCPAbstractPlottable;
@@ -15,6 +17,9 @@ struct LegendEntry {
     QString text;
     QCPAbstractPlottable* plottable; ///< lends its icon and takes the text as its name
 };
+
+/// One text for the two bounds of a band: "95% limits" for "95% lower" and "95% upper".
+[[nodiscard]] std::string bandText(std::string_view lower, std::string_view upper);
 
 /// Adds the legend below what the plot has so far, when there is more than one entry; of very many the last
 /// ones are counted only.

@@ -12,8 +12,12 @@
 #include <vector>
 
 #include "host/results/AtRisk.h"
+#include "host/results/ChartCurve.h"
+#include "host/results/ChartFonts.h"
 #include "host/results/ChartGeometry.h"
 #include "host/results/ChartLegend.h"
+#include "host/results/ChartRanges.h"
+#include "host/results/ChartStyle.h"
 #include "host/results/ChartText.h"
 #include "host/results/Utf8.h"
 
@@ -22,42 +26,11 @@ namespace {
 
 using ozm::ChartSeries;
 
-/// Okabe and Ito (2008), told apart with any colour vision; without its yellow, which is lost on white.
-constexpr std::array<QRgb, 7> kPalette{0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7,
-                                       0xFFE69F00, 0xFF56B4E9, 0xFF000000};
-/// The same hues, lightened to stand out from a dark ground; white in black's place.
-constexpr std::array<QRgb, 7> kDarkPalette{0xFF5AB0F0, 0xFFF28446, 0xFF2EC79B, 0xFFE59CC8,
-                                           0xFFFFC247, 0xFFA6DEFF, 0xFFFFFFFF};
-constexpr int kMostReversals = 300;
+constexpr double kBandTint = 0.11;
+constexpr double kBarTint = 0.59;
 constexpr std::size_t kMostBands = 3; // more shades than that hide each other
-
-struct Tones {
-    QColor ink;
-    QColor grid;
-    QColor ground;
-};
-const Tones kLight{{0x22, 0x22, 0x22}, {0xE4, 0xE4, 0xE4}, Qt::white};
-const Tones kDark{{0xE6, 0xE6, 0xE6}, {0x46, 0x46, 0x46}, {0x1C, 0x1C, 0x1C}};
-
-bool isBound(const ChartSeries& series) {
-    return series.role == ChartSeries::Role::LowerBound || series.role == ChartSeries::Role::UpperBound;
-}
-
-bool hasMarkers(const ChartSeries& series) {
-    return series.marker != ChartSeries::Marker::None || series.style == ChartSeries::Style::Markers;
-}
-
-/// How often a path turns from rising to falling or back.
-int reversals(const ChartPath& path) {
-    int count = 0;
-    double last = 0.0;
-    for (std::size_t i = 1; i < path.size(); ++i) {
-        const double change = path[i].y - path[i - 1].y;
-        if (change * last < 0.0) ++count;
-        if (change != 0.0) last = change > 0.0 ? 1.0 : -1.0;
-    }
-    return count;
-}
+constexpr double kMarksApart = 7.0;   // pixels, of the marks of censored observations
+constexpr int kMostNoteLines = 4;
 
 /// Qt's rasteriser takes time by the square of the edges that one outline has in a scan line, so a path that
 /// goes up and down often is painted in short pieces. Their square caps fill the corners.
@@ -74,93 +47,48 @@ ChartPath inPieces(const ChartPath& path) {
     return pieces;
 }
 
+/// The bounds of a group that has exactly one of each.
+struct Band {
+    const ChartSeries* lower = nullptr;
+    const ChartSeries* upper = nullptr;
+};
+
+std::map<int, Band> bandsOf(const ozm::CChartInfo& info) {
+    std::map<int, Band> bands;
+    std::set<int> others;
+    for (const ChartSeries& series : info.series) {
+        if (!isBound(series) || !isPath(series)) continue;
+        Band& band = bands[series.group];
+        auto& bound = series.role == ChartSeries::Role::LowerBound ? band.lower : band.upper;
+        if (bound != nullptr) others.insert(series.group);
+        bound = &series;
+    }
+    std::erase_if(bands, [&others](const auto& one) {
+        return one.second.lower == nullptr || one.second.upper == nullptr || others.contains(one.first);
+    });
+    return bands;
+}
+
 class Painter {
 public:
     Painter(QCustomPlot& plot, const ozm::CChartInfo& info, const PlotOptions& options)
-        : plot_(plot), info_(info), options_(options), tones_(options.dark ? kDark : kLight) {}
+        : plot_(plot), info_(info), options_(options), tones_(chartTones(options.dark)),
+          style_(info, options.dark), ranges_(rangesOf(info)), bands_(bandsOf(info)) {}
 
     void paint() {
-        for (const ChartSeries& series : info_.series)
-            groups_.try_emplace(series.group, groups_.size());
-        chooseRanges();
         styleAxes();
         paintBands();
         for (const ChartSeries& series : info_.series)
             paintSeries(series);
         addTitle();
         addNumbersAtRisk();
-        addLegend(plot_, std::move(legend_), groups_.size(), options_.width, font(13), tones_.ink);
+        addLegend(plot_, std::move(legend_), style_.groupCount(), options_.width, font(13), tones_.ink);
+        addNotes();
     }
 
 private:
-    [[nodiscard]] std::size_t groupIndex(const ChartSeries& series) const { return groups_.at(series.group); }
-
-    [[nodiscard]] QColor colour(const ChartSeries& series) const {
-        const auto& palette = options_.dark ? kDarkPalette : kPalette;
-        return QColor::fromRgb(palette[groupIndex(series) % palette.size()]);
-    }
-
     [[nodiscard]] QFont font(int pixels, bool bold = false) const {
         return chartFont(std::max(1, static_cast<int>(std::lround(pixels * options_.textScale))), bold);
-    }
-
-    [[nodiscard]] QPen pen(const ChartSeries& series) const {
-        QPen pen(colour(series), isBound(series) ? 1.0 : 2.0);
-        pen.setCapStyle(isBound(series) ? Qt::FlatCap : Qt::SquareCap);
-        pen.setJoinStyle(Qt::MiterJoin);
-        if (isBound(series)) {
-            pen.setDashPattern({5.0, 3.0});
-        } else if (groupIndex(series) >= kPalette.size()) {
-            pen.setStyle(Qt::DashDotLine); // colours come round again
-        }
-        return pen;
-    }
-
-    void chooseRanges() {
-        std::vector<double> pooled;
-        Extent x = extentOf({});
-        Extent y = x;
-        const auto include = [](Extent& extent, const Extent& more) {
-            extent = {std::min(extent.low, more.low), std::max(extent.high, more.high)};
-        };
-        bool counts = false;
-        for (const ChartSeries& series : info_.series) {
-            if (series.style == ChartSeries::Style::Histogram) {
-                pooled.insert(pooled.end(), series.y.begin(), series.y.end());
-                counts = true;
-                continue;
-            }
-            include(x, extentOf(series.x));
-            include(y, extentOf(series.y));
-        }
-        if (counts) {
-            classes_ = histogramClasses(pooled);
-            include(x, {classes_.start, classes_.end()});
-            for (const ChartSeries& series : info_.series) {
-                if (series.style != ChartSeries::Style::Histogram) continue;
-                include(y, extentOf(countInto(classes_, series.y)));
-            }
-            include(y, {0.0, 1.0});
-        }
-        x_ = axisExtent(info_.xAxis, x, 0.02);
-        y_ = axisExtent(info_.yAxis, y, 0.03);
-        if (counts && !info_.yAxis.hasRange()) y_.low = std::min(0.0, y.low); // bars stand on the axis
-        for (const ChartSeries& series : info_.series) {
-            if (series.style == ChartSeries::Style::Histogram || !hasMarkers(series)) continue;
-            makeRoom(x_, info_.xAxis, series.x);
-            makeRoom(y_, info_.yAxis, series.y);
-        }
-    }
-
-    /// A marker on an end of a given range is drawn whole.
-    static void makeRoom(Extent& shown, const ozm::ChartAxis& axis, const std::vector<double>& markers) {
-        if (!axis.hasRange()) return;
-        const auto marked = [&markers](double end) {
-            return std::find(markers.begin(), markers.end(), end) != markers.end();
-        };
-        const double room = 0.012 * (axis.max - axis.min);
-        if (shown.low == axis.min && marked(axis.min)) shown.low -= room;
-        if (shown.high == axis.max && marked(axis.max)) shown.high += room;
     }
 
     void styleAxis(QCPAxis& axis, const Extent& range, const std::string& title, int length) {
@@ -188,25 +116,15 @@ private:
         plot_.setBackground(QBrush(tones_.ground));
         plot_.setAutoAddPlottableToLegend(false);
         plot_.axisRect()->setMinimumMargins(QMargins(20, 12, 24, 10));
-        styleAxis(*plot_.xAxis, x_, info_.xAxis.title, options_.width - 120);
-        styleAxis(*plot_.yAxis, y_, info_.yAxis.title, options_.height - 240);
+        styleAxis(*plot_.xAxis, ranges_.x, info_.xAxis.title, options_.width - 120);
+        styleAxis(*plot_.yAxis, ranges_.y, info_.yAxis.title, options_.height - 240);
     }
 
-    QCPCurve* addCurve(const ChartPath& path) {
-        auto* curve = new QCPCurve(plot_.xAxis, plot_.yAxis); // the plot owns it
-        QVector<QCPCurveData> data;
-        data.reserve(static_cast<qsizetype>(path.size()));
-        double t = 0.0;
-        for (const ChartPoint& point : path)
-            data.append(QCPCurveData(t++, point.x, point.y));
-        curve->data()->set(data, true);
-        curve->setScatterSkip(0);
-        return curve;
-    }
+    ChartCurve* addCurve(const ChartPath& path) { return new ChartCurve(plot_, path); } // the plot owns it
 
     [[nodiscard]] ChartPath visible(ChartPath path) const {
         if (!options_.thin) return path;
-        return thinned(clipped(path, x_, y_), x_, 2 * options_.width);
+        return thinned(clipped(path, ranges_.x, ranges_.y), ranges_.x, 2 * options_.width);
     }
 
     void paintSeries(const ChartSeries& series) {
@@ -222,94 +140,62 @@ private:
             break;
         }
         const ChartPath path = visible(pathOf(series));
-        QCPCurve* curve = addCurve(inPieces(path));
-        QPen line = pen(series);
-        if (reversals(path) > kMostReversals)
-            line.setWidthF(1.0); // else one block of colour, and slow to paint
+        ChartCurve* curve = addCurve(inPieces(path));
+        QPen line = style_.pen(series);
+        if (reversals(path) > kMostReversals) line.setWidthF(1.0);
         curve->setPen(line);
         if (!hasMarkers(series)) return addLegendEntry(series, curve);
         paintMarkers(series);
-        QCPCurve* icon = addCurve({}); // line and marker in one
+        ChartCurve* icon = addCurve({}); // line and marker in one
         icon->setPen(line);
-        icon->setScatterStyle(scatter(series));
+        icon->setScatterStyle(style_.scatter(series));
         addLegendEntry(series, icon);
     }
 
-    QCPCurve* paintMarkers(const ChartSeries& series) {
-        const bool thin = options_.thin;
-        QCPCurve* curve =
-            addCurve(thin ? markersOf(series, x_, y_, options_.width, options_.height) : pathOf(series));
+    ChartCurve* paintMarkers(const ChartSeries& series) {
+        ChartCurve* curve =
+            addCurve(options_.thin ? markersOf(series, ranges_.x, ranges_.y, options_.width, options_.height)
+                                   : pathOf(series));
         curve->setLineStyle(QCPCurve::lsNone);
-        curve->setPen(pen(series)); // the legend's icon
-        curve->setScatterStyle(scatter(series));
+        curve->setPen(style_.pen(series)); // the legend's icon
+        curve->setScatterStyle(style_.scatter(series));
+        if (series.role == ChartSeries::Role::Censored) curve->keepMarkersApart(kMarksApart);
         return curve;
-    }
-
-    [[nodiscard]] QCPScatterStyle scatter(const ChartSeries& series) const {
-        using Marker = ChartSeries::Marker;
-        Marker marker = series.marker;
-        if (marker == Marker::None)
-            marker = series.role == ChartSeries::Role::Censored ? Marker::Plus : Marker::Circle;
-        QColor fill = colour(series);
-        fill.setAlpha(110);
-        const QPen outline(colour(series), 1.0);
-        const QPen stroke(colour(series), 1.5);
-        switch (marker) {
-        case Marker::Plus:
-            return {QCPScatterStyle::ssPlus, stroke, Qt::NoBrush, 9};
-        case Marker::Cross:
-            return {QCPScatterStyle::ssCross, stroke, Qt::NoBrush, 8};
-        case Marker::Square:
-            return {QCPScatterStyle::ssSquare, outline, fill, 7};
-        case Marker::Triangle:
-            return {QCPScatterStyle::ssTriangle, outline, fill, 8};
-        case Marker::Circle:
-        case Marker::None:
-            break;
-        }
-        return {QCPScatterStyle::ssCircle, outline, fill, 7};
     }
 
     void paintHistogram(const ChartSeries& series) {
         auto* bars = new QCPBars(plot_.xAxis, plot_.yAxis);
-        const std::vector<double> counts = countInto(classes_, series.y);
+        const HistogramClasses& classes = ranges_.classes;
+        const std::vector<double> counts = countInto(classes, series.y);
         QVector<QCPBarsData> data;
         for (std::size_t k = 0; k < counts.size(); ++k) {
-            const double left = classes_.start + classes_.width * static_cast<double>(k);
-            if (left + classes_.width <= x_.low || left >= x_.high) continue;
-            data.append(QCPBarsData(left + classes_.width / 2, std::min(counts[k], y_.high)));
+            const double left = classes.start + classes.width * static_cast<double>(k);
+            if (left + classes.width <= ranges_.x.low || left >= ranges_.x.high) continue;
+            data.append(QCPBarsData(left + classes.width / 2, std::min(counts[k], ranges_.y.high)));
         }
         bars->data()->set(data, true);
-        bars->setWidth(classes_.width);
-        QColor fill = colour(series);
-        fill.setAlpha(groups_.size() > 1 ? 90 : 150);
-        bars->setBrush(fill);
-        bars->setPen(QPen(colour(series).darker(130), 1));
+        bars->setWidth(classes.width);
+        // Bars of several groups are outlines, so that none hides another.
+        const bool alone = style_.groupCount() == 1;
+        bars->setBrush(alone ? QBrush(style_.tint(series, kBarTint)) : QBrush(Qt::NoBrush));
+        bars->setPen(QPen(style_.colour(series).darker(alone ? 130 : 100), alone ? 1 : 2));
         addLegendEntry(series, bars);
     }
 
-    /// A light fill between the bounds of a group that has exactly one of each.
+    /// A light fill between the bounds of a band, below the grid.
     void paintBands() {
-        std::map<int, std::array<std::vector<const ChartSeries*>, 2>> bounds;
-        for (const ChartSeries& series : info_.series) {
-            const bool path =
-                series.style == ChartSeries::Style::Line || series.style == ChartSeries::Style::Step;
-            if (!isBound(series) || !path) continue;
-            bounds[series.group][series.role == ChartSeries::Role::UpperBound ? 1 : 0].push_back(&series);
-        }
-        if (bounds.size() > kMostBands) return;
-        for (const auto& [group, pair] : bounds) {
-            if (pair[0].size() != 1 || pair[1].size() != 1) continue;
-            ChartPath outline = inside(*pair[0][0]);
-            ChartPath back = inside(*pair[1][0]);
+        if (bands_.empty() || bands_.size() > kMostBands) return;
+        plot_.addLayer("bands", plot_.layer("grid"), QCustomPlot::limBelow);
+        for (const auto& [group, band] : bands_) {
+            ChartPath outline = inside(*band.lower);
+            ChartPath back = inside(*band.upper);
             if (outline.size() < 2 || back.size() < 2) continue;
             outline.insert(outline.end(), back.rbegin(), back.rend());
             outline.push_back(outline.front());
-            QColor shade = colour(*pair[0][0]);
-            shade.setAlpha(28);
-            QCPCurve* fill = addCurve(outline);
+            ChartCurve* fill = addCurve(outline);
+            fill->setLayer("bands");
             fill->setPen(Qt::NoPen);
-            fill->setBrush(shade);
+            fill->setBrush(style_.tint(*band.lower, kBandTint));
         }
     }
 
@@ -319,9 +205,10 @@ private:
         ChartPath path = pathOf(series);
         for (ChartPoint& point : path) {
             if (!isDrawable(point)) return {};
-            point = {std::clamp(point.x, x_.low, x_.high), std::clamp(point.y, y_.low, y_.high)};
+            point = {std::clamp(point.x, ranges_.x.low, ranges_.x.high),
+                     std::clamp(point.y, ranges_.y.low, ranges_.y.high)};
         }
-        path = thinned(path, x_, options_.width);
+        path = thinned(path, ranges_.x, options_.width);
         return reversals(path) <= kMostReversals ? path : ChartPath{};
     }
 
@@ -341,23 +228,49 @@ private:
         std::vector<AtRiskRow> rows;
         for (const ChartSeries& series : info_.series)
             if (!series.leaving.empty())
-                rows.push_back({elidedLine(series.legend, font(13), options_.width / 4), colour(series),
-                                series.x.empty() ? 0.0 : series.x.front(), Leaving::of(series)});
+                rows.push_back({elidedLine(series.legend, font(13), options_.width / 4),
+                                style_.colour(series), series.x.empty() ? 0.0 : series.x.front(),
+                                Leaving::of(series)});
         addAtRiskRows(plot_, std::move(rows), font(13), tones_.ink);
     }
 
-    /// Series with the same text in the same group (a pair of bounds) share one entry.
+    /// What must be known to read the chart, in full width below everything else.
+    void addNotes() {
+        QStringList lines;
+        for (const std::string& note : info_.notes)
+            lines += wrappedLines(note, font(12), options_.width - 60, kMostNoteLines);
+        if (lines.isEmpty()) return;
+        auto* notes = new QCPTextElement(&plot_, lines.join('\n'), font(12));
+        notes->setTextFlags(Qt::AlignLeft | Qt::AlignVCenter);
+        notes->setTextColor(tones_.ink);
+        notes->setMargins(QMargins(30, 0, 30, 12));
+        plot_.plotLayout()->addElement(plot_.plotLayout()->rowCount(), 0, notes);
+        plot_.plotLayout()->setRowStretchFactor(plot_.plotLayout()->rowCount() - 1, 0.001);
+    }
+
+    /// Series with the same text in the same group share one entry, and so do the bounds of a band.
     void addLegendEntry(const ChartSeries& series, QCPAbstractPlottable* plottable) {
-        if (series.legend.empty()) return;
-        if (!named_.insert({series.group, series.legend}).second) return;
-        legend_.push_back({elidedLine(series.legend, font(13), options_.width / 2), plottable});
+        std::string text = series.legend;
+        if (const auto band = bands_.find(series.group); isBound(series) && band != bands_.end()) {
+            text = bandText(band->second.lower->legend, band->second.upper->legend);
+            if (bands_.size() <= kMostBands) {
+                ChartCurve* icon = addCurve({}); // line and fill in one
+                icon->setPen(style_.pen(series));
+                icon->setBrush(style_.tint(series, kBandTint));
+                plottable = icon;
+            }
+        }
+        if (text.empty() || !named_.insert({series.group, text}).second) return;
+        legend_.push_back({elidedLine(text, font(13), options_.width / 2), plottable});
     }
 
     QCustomPlot& plot_;
     const ozm::CChartInfo& info_;
     const PlotOptions& options_;
-    const Tones& tones_;
-    std::map<int, std::size_t> groups_; // group -> place in order of appearance
+    const ChartTones& tones_;
+    ChartStyle style_;
+    ChartRanges ranges_;
+    std::map<int, Band> bands_; // by group
     std::set<std::pair<int, std::string>> named_;
     std::vector<LegendEntry> legend_;
     HistogramClasses classes_;

@@ -9,10 +9,14 @@
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 #include <exception>
+#include <new>
+#include <optional>
 #include <qcustomplot.h>
+#include <utility>
 
 #include "host/results/ChartApplication.h"
 #include "host/results/ChartPlot.h"
+#include "host/results/DrawingProcess.h"
 #include "host/results/Utf8.h"
 
 namespace korvana {
@@ -70,9 +74,7 @@ bool drawPdf(QCustomPlot& plot, const ozm::CChartInfo& info, QBuffer& out) {
     return paintOn(plot, writer, kPdfScale, true);
 }
 
-} // namespace
-
-Picture drawChart(const ozm::CChartInfo& info, PictureFormat format, bool numbersAtRisk) {
+Picture drawHere(const ozm::CChartInfo& info, PictureFormat format, bool numbersAtRisk) {
     Picture picture;
     try {
         picture.error = ensureChartApplication();
@@ -91,12 +93,23 @@ Picture drawChart(const ozm::CChartInfo& info, PictureFormat format, bool number
         if (drawn && !bytes.isEmpty()) {
             picture.bytes = bytes.toStdString();
         } else {
-            picture.error = "the chart could not be painted";
+            picture.error = kNoMemoryToDraw; // there is no other reason
         }
+    } catch (const std::bad_alloc&) {
+        picture.error = kNoMemoryToDraw;
     } catch (const std::exception& problem) {
         picture.error = problem.what();
     }
     return picture;
+}
+
+} // namespace
+
+Picture drawChart(const ozm::CChartInfo& info, PictureFormat format, bool numbersAtRisk) {
+    const auto draw = [&] { return drawHere(info, format, numbersAtRisk); };
+    if (QCoreApplication::instance() == nullptr)
+        if (std::optional<Picture> picture = drawApart(draw)) return std::move(*picture);
+    return draw();
 }
 
 std::string svgForPage(std::string_view svg, std::string_view prefix, std::string_view name) {

@@ -10,6 +10,8 @@ namespace korvana {
 
 enum class PictureFormat : std::uint8_t { Svg, Png, Pdf };
 
+inline constexpr const char* kNoMemoryToDraw = "not enough memory to draw";
+
 /// A drawn chart, or why there is none.
 struct Picture {
     std::string bytes;
@@ -19,7 +21,8 @@ struct Picture {
 
 /// Draws a chart without a window, 960 by 640 pixels (PNG at twice that; SVG and PDF at 96 per inch), the
 /// same layout in every format. Any numbers will do; a series without points leaves its place in the legend.
-/// A failure is an answer, never an exception. Call it from one thread (see ChartApplication.h).
+/// A failure is an answer, never an exception, nor the end of the program: a program without windows draws in
+/// a process of its own (DrawingProcess.h); one with windows has to call it in their thread.
 /// With `numbersAtRisk` they stand under the time axis, where the chart tells them.
 [[nodiscard]] Picture drawChart(const ozm::CChartInfo& info, PictureFormat format,
                                 bool numbersAtRisk = false);

@@ -17,14 +17,6 @@ QString plain(std::string_view text) {
 
 } // namespace
 
-QFont chartFont(int pixels, bool bold) {
-    QFont font("DejaVu Sans");
-    font.setPixelSize(pixels);
-    font.setBold(bold);
-    font.setHintingPreference(QFont::PreferNoHinting); // same widths at every resolution
-    return font;
-}
-
 QLocale plainLocale() {
     QLocale locale = QLocale::c();
     locale.setNumberOptions(QLocale::OmitGroupSeparator);

@@ -8,9 +8,6 @@
 
 namespace korvana {
 
-/// The one font of charts, sized in pixels so that a picture, a page and a window share one layout.
-[[nodiscard]] QFont chartFont(int pixels, bool bold = false);
-
 /// Decimal points, no grouping, whatever the user's locale.
 [[nodiscard]] QLocale plainLocale();
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "host/results/ChartRenderer.h"
 #include "host/results/FormatNumber.h"
@@ -82,6 +83,9 @@ public:
         out_ << "</main>\n</body>\n</html>\n";
     }
 
+    /// Why charts could not be drawn.
+    [[nodiscard]] std::vector<std::string> failures() { return std::move(failures_); }
+
 private:
     [[nodiscard]] static std::string titleOf(const ResultsBook::Output& output) {
         if (const auto* report = std::get_if<Report>(&output))
@@ -154,6 +158,7 @@ private:
             out_ << "<figure>" << svgForPage(picture.bytes, prefix, chart.info.title) << "</figure>\n";
         } else {
             paragraph("This chart could not be drawn: " + picture.error, "more");
+            failures_.push_back(picture.error);
         }
     }
 
@@ -203,12 +208,15 @@ private:
     const HtmlOptions& options_;
     std::size_t charts_ = 0;
     std::size_t tables_ = 0;
+    std::vector<std::string> failures_;
 };
 
 } // namespace
 
-void writeHtml(const ResultsBook& book, std::ostream& out, const HtmlOptions& options) {
-    Page(book, out, options).write();
+std::vector<std::string> writeHtml(const ResultsBook& book, std::ostream& out, const HtmlOptions& options) {
+    Page page(book, out, options);
+    page.write();
+    return page.failures();
 }
 
 } // namespace korvana

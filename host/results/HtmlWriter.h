@@ -17,7 +17,8 @@ struct HtmlOptions {
 
 /// The whole book as one self-contained page (UTF-8, no scripts, nothing loaded from elsewhere), which is
 /// also well formed XML: reports, tables, charts as SVG, messages; light and dark, and printable. A chart
-/// that cannot be drawn is replaced by the reason; the page itself does not fail for it.
-void writeHtml(const ResultsBook& book, std::ostream& out, const HtmlOptions& options = {});
+/// that cannot be drawn is replaced by the reason; the page itself does not fail for it. Answers the reasons.
+std::vector<std::string> writeHtml(const ResultsBook& book, std::ostream& out,
+                                   const HtmlOptions& options = {});
 
 } // namespace korvana

@@ -161,12 +161,14 @@ std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std:
         tableFiles.assign(book.outputs.size(),
                           formats.has(OutputFormat::Xlsx) ? "results.xlsx" : "results.json");
     }
-    if (formats.has(OutputFormat::Html)) {
-        const HtmlOptions options{HtmlOptions{}.mostRows, tableFiles};
-        fill(folder.add("report.html"), [&](std::ostream& out) { writeHtml(book, out, options); });
-    }
     if (formats.has(OutputFormat::Xlsx)) writeXlsx(book, folder.add("results.xlsx"));
     std::vector<std::string> failures;
+    if (formats.has(OutputFormat::Html)) {
+        const HtmlOptions options{HtmlOptions{}.mostRows, tableFiles};
+        std::vector<std::string> reasons;
+        fill(folder.add("report.html"), [&](std::ostream& out) { reasons = writeHtml(book, out, options); });
+        if (!reasons.empty()) failures.push_back("cannot draw all charts of 'report.html': " + reasons.front());
+    }
     writeCharts(book, names, formats, folder, failures);
     // Last, when it is known which pictures there are.
     if (json != nullptr) fill(*json, [&](std::ostream& out) { writeJson(book, out, folder.names()); });

@@ -6,6 +6,7 @@
 #include <limits>
 #include <qcustomplot.h>
 
+#include "host/results/ChartFonts.h"
 #include "host/results/ChartGeometry.h"
 #include "host/results/ChartText.h"
 #include "host/results/FormatNumber.h"

@@ -2,17 +2,21 @@
 #include <QImage>
 #include <QXmlStreamReader>
 #include <algorithm>
+#include <array>
 #include <cfloat>
 #include <clocale>
 #include <cmath>
+#include <csignal>
 #include <gtest/gtest.h>
 #include <numeric>
 #include <set>
 #include <thread>
+#include <unistd.h>
 
 #include "host/results/ChartApplication.h"
 #include "host/results/ChartGeometry.h"
 #include "host/results/ChartRenderer.h"
+#include "host/results/DrawingProcess.h"
 #include "tests/host/results/Books.h"
 
 namespace korvana {
@@ -55,6 +59,11 @@ Svg readSvg(const std::string& bytes) {
                     svg.farthest = std::max(svg.farthest, std::fabs(coordinate.toDouble()));
                 }
         }
+        // Translucent colours are mixed in threads, of which there may be none.
+        for (const char* opacity : {"fill-opacity", "stroke-opacity", "opacity"})
+            if (attributes.hasAttribute(opacity)) {
+                EXPECT_EQ(attributes.value(opacity), QStringLiteral("1"));
+            }
         if (reader.name() == QStringLiteral("circle")) ++svg.circles;
         if (reader.name() == QStringLiteral("text"))
             svg.texts += reader.readElementText(QXmlStreamReader::IncludeChildElements).trimmed();
@@ -200,25 +209,86 @@ TEST(ChartRenderer, NothingIsPaintedOutsideAGivenRange) {
     EXPECT_LE(svg.farthest, 960.0);
 }
 
-TEST(ChartRenderer, MarkersAreWholeAtTheEndsOfAGivenRangeAndStandInTheLegend) {
-    const auto blueOf = [](double y) {
-        ozm::CChartInfo info = chartOf({series("", {0, 1}, {y, y}, ChartSeries::Style::Markers)});
+/// How many pixels of each column are blue, as the first group is, or drawn in a tint of it.
+std::vector<int> blueByColumn(const ozm::CChartInfo& info) {
+    const QImage image =
+        QImage::fromData(QByteArray::fromStdString(drawChart(info, PictureFormat::Png).bytes));
+    std::vector<int> blue(static_cast<std::size_t>(image.width()), 0);
+    for (int row = 0; row < image.height(); ++row)
+        for (int column = 0; column < image.width(); ++column)
+            if (QColor(image.pixel(column, row)).blue() > QColor(image.pixel(column, row)).red() + 30)
+                ++blue[static_cast<std::size_t>(column)];
+    return blue;
+}
+
+TEST(ChartRenderer, LinesAndMarkersAreWholeAtTheEndsOfAGivenRange) {
+    const auto blueOf = [](double y, ChartSeries::Style style) {
+        ozm::CChartInfo info = chartOf({series("", {0, 1}, {y, y}, style)});
         info.xAxis = {"x", 0, 1};
         info.yAxis = {"y", 0, 1};
-        const QImage image =
-            QImage::fromData(QByteArray::fromStdString(drawChart(info, PictureFormat::Png).bytes));
-        int blue = 0;
-        for (int row = 0; row < image.height(); ++row)
-            for (int column = 0; column < image.width(); ++column)
-                if (QColor(image.pixel(column, row)).blue() > QColor(image.pixel(column, row)).red() + 30)
-                    ++blue;
-        return blue;
+        const std::vector<int> blue = blueByColumn(info);
+        return std::accumulate(blue.begin(), blue.end(), 0);
     };
-    const int whole = blueOf(0.5);
-    EXPECT_GT(whole, 200);
-    EXPECT_NEAR(blueOf(1), whole, 20);
-    EXPECT_NEAR(blueOf(0), whole, 20);
+    for (const auto style :
+         {ChartSeries::Style::Line, ChartSeries::Style::Step, ChartSeries::Style::Markers}) {
+        const int whole = blueOf(0.5, style);
+        EXPECT_GT(whole, 200);
+        EXPECT_NEAR(blueOf(1, style), whole, 0.3 * whole); // halved, when the frame cuts it
+        EXPECT_NEAR(blueOf(0, style), whole, 0.3 * whole);
+    }
+}
 
+TEST(ChartRenderer, ACurveIsSeenHoweverManyMarksItCarries) {
+    for (const int marks : {0, 10, 100, 4000, 100000}) {
+        std::vector<double> x(static_cast<std::size_t>(marks));
+        for (std::size_t i = 0; i < x.size(); ++i)
+            x[i] = (static_cast<double>(i) + 0.5) / marks;
+        ChartSeries censored = series("", x, std::vector<double>(x.size(), 0.5), ChartSeries::Style::Markers);
+        censored.role = ChartSeries::Role::Censored;
+        const std::vector<int> blue = blueByColumn(chartOf({series("", {0, 1}, {0.5, 0.5}), censored}));
+        const auto curve = std::count_if(blue.begin(), blue.end(), [](int n) { return n >= 3 && n <= 5; });
+        const auto marked = std::count_if(blue.begin(), blue.end(), [](int n) { return n > 8; });
+        EXPECT_GT(curve, 1100) << marks; // of some 1,700 columns
+        EXPECT_GE(marked, 2 * std::min(marks, 100)) << marks;
+    }
+}
+
+TEST(ChartRenderer, NotesStandBelowWhateverTheirLength) {
+    ozm::CChartInfo info = test::stepChart();
+    const auto before = drawSvg(info).texts.size();
+    info.notes = {"The first 32,000 of 10,000,000 observations are shown.", "", test::kAwkward,
+                  std::string(300, 'w') + " " + std::string(20000, 'v')};
+    for (int word = 0; word < 60; ++word)
+        info.notes[1] += "word" + std::to_string(word) + " ";
+    const Svg svg = drawSvg(info);
+    EXPECT_EQ(svg.texts.count(QString::fromStdString(info.notes[0])), 1);
+    const QString all = svg.texts.join(' ');
+    for (int word = 0; word < 60; ++word)
+        EXPECT_TRUE(all.contains("word" + QString::number(word))) << word;
+    EXPECT_GT(svg.texts.size(), before + 4);
+    EXPECT_LE(svg.farthest, 960.0);
+}
+
+TEST(ChartRenderer, BoundsOfABandShareAnEntry) {
+    ozm::CChartInfo info = test::stepChart();
+    for (const auto& [lower, upper, shown] : {std::array{"95% lower", "95% upper", "95% limits"},
+                                              {"97.5% lower", "97.5% upper", "97.5% limits"},
+                                              {"Bounds", "Bounds", "Bounds"},
+                                              {"95% low", "95% lower", "95% limits"},
+                                              {"low", "high", "low, high"},
+                                              {"", "high", "high"}}) {
+        info.series[1].legend = lower;
+        info.series[2].legend = upper;
+        const QStringList texts = drawSvg(info).texts;
+        EXPECT_EQ(texts.count(shown), 1) << shown;
+        EXPECT_EQ(texts.count("Censored"), 1);
+        if (QString(lower) != shown) {
+            EXPECT_EQ(texts.count(lower), 0) << lower;
+        }
+    }
+}
+
+TEST(ChartRenderer, MarkersStandInTheLegend) {
     ozm::CChartInfo info =
         chartOf({series("one", {0, 1, 2}, {0, 1, 0}), series("two", {0, 1, 2}, {1, 0, 1})});
     info.series[0].marker = ChartSeries::Marker::Circle;
@@ -288,6 +358,46 @@ TEST(ChartRenderer, DrawsWhateverItIsGiven) {
         const auto format = i % 2 == 0 ? PictureFormat::Png : PictureFormat::Pdf;
         EXPECT_TRUE(drawChart(charts[i], format).drawn());
     }
+}
+
+TEST(ChartRenderer, APictureIsTheSameWhateverFontsAreInstalled) {
+    // Read when a process first draws, so this tells only where each picture has a process of its own.
+    ASSERT_EQ(QCoreApplication::instance(), nullptr);
+    for (const auto format : {PictureFormat::Svg, PictureFormat::Png}) {
+        const Picture picture = drawChart(test::stepChart(), format);
+        setenv("FONTCONFIG_FILE", "/dev/null", 1); // no fonts
+        const Picture without = drawChart(test::stepChart(), format);
+        unsetenv("FONTCONFIG_FILE");
+        ASSERT_TRUE(picture.drawn() && without.drawn());
+        EXPECT_TRUE(picture.bytes == without.bytes);
+    }
+}
+
+TEST(DrawingProcess, WhateverItsEndThereIsAnAnswer) {
+    const auto drawing = [](auto how) { return drawApart(how).value_or(Picture{"", "no process"}); };
+    EXPECT_EQ(drawing([] { return Picture{"bytes", ""}; }).bytes, "bytes");
+    const std::string large(std::size_t{5} << 20U, 'x'); // more than a pipe holds
+    EXPECT_EQ(drawing([&] { return Picture{large, ""}; }).bytes, large);
+    EXPECT_EQ(drawing([] { return Picture{"", "why"}; }).error, "why");
+    EXPECT_EQ(drawing([]() -> Picture { throw std::bad_alloc(); }).error, kNoMemoryToDraw);
+    EXPECT_EQ(drawing([]() -> Picture { throw 1; }).error, "the drawing library failed");
+    EXPECT_EQ(drawing([]() -> Picture { _exit(0); }).error, kNoMemoryToDraw);
+    for (const int signal : {SIGABRT, SIGSEGV, SIGKILL, SIGBUS}) {
+        const Picture picture = drawing([signal]() -> Picture {
+            std::raise(signal);
+            return {"bytes", ""};
+        });
+        EXPECT_FALSE(picture.drawn());
+        EXPECT_TRUE(picture.error.starts_with(kNoMemoryToDraw)) << picture.error;
+    }
+    // A stop ends the drawing even where the program has handlers for it.
+    const auto before = std::signal(SIGTERM, SIG_IGN);
+    EXPECT_EQ(drawing([]() -> Picture {
+                  std::raise(SIGTERM);
+                  return {"bytes", ""};
+              }).error,
+              "drawing was stopped");
+    std::signal(SIGTERM, before);
 }
 
 TEST(ChartApplication, LeavesTheProgramAsItWas) {

@@ -160,7 +160,7 @@ TEST_F(Files, ABookBecomesItsFiles) {
         EXPECT_GT(fs::file_size(file), 100U) << file;
     }
     EXPECT_EQ(names, (std::vector<std::string>{
-                         "report.txt", "results.json", "survival-function.csv", "report.html", "results.xlsx",
+                         "report.txt", "results.json", "survival-function.csv", "results.xlsx", "report.html",
                          "estimate-bounds-group-1-1.svg", "estimate-bounds-group-1-1.png",
                          "estimate-bounds-group-1-1.pdf", "estimate-bounds-group-1-2.svg",
                          "estimate-bounds-group-1-2.png", "estimate-bounds-group-1-2.pdf"}));

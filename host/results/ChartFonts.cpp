@@ -1,0 +1,46 @@
+#include "host/results/ChartFonts.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QResource>
+
+namespace korvana {
+namespace {
+
+constexpr const char* kFamily = "DejaVu Sans";
+
+/// Makes the fonts known to the application. The font database goes with it, so once for each.
+void addFonts() {
+    static const QCoreApplication* done = nullptr;
+    if (done == QCoreApplication::instance()) return;
+    done = QCoreApplication::instance();
+    for (const char* path : {":/korvana/DejaVuSans.ttf", ":/korvana/DejaVuSans-Bold.ttf"}) {
+        const QResource font{QString(path)};
+        // The bytes live as long as the program.
+        QFontDatabase::addApplicationFontFromData(
+            QByteArray::fromRawData(reinterpret_cast<const char*>(font.data()), font.size()));
+    }
+}
+
+} // namespace
+
+QFont chartFont(int pixels, bool bold) {
+    addFonts();
+    QFont font(kFamily);
+    font.setPixelSize(pixels);
+    font.setBold(bold);
+    font.setHintingPreference(QFont::PreferNoHinting); // same widths at every resolution
+    // Whatever the desktop's settings are.
+    font.setStyleStrategy(QFont::StyleStrategy(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
+    return font;
+}
+
+void useChartFontWhereThereIsNone() {
+    if (!QFontDatabase::families().isEmpty()) return;
+    addFonts();
+    QFont font = QApplication::font();
+    font.setFamily(kFamily);
+    QApplication::setFont(font);
+}
+
+} // namespace korvana

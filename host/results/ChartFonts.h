@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QFont>
+
+namespace korvana {
+
+/// The one font of charts, sized in pixels so that a picture, a page and a window share one layout. It comes
+/// with the program. Needs a QGuiApplication.
+[[nodiscard]] QFont chartFont(int pixels, bool bold = false);
+
+/// For a window on a system without any font: lets the charts' font stand in for the desktop's.
+void useChartFontWhereThereIsNone();
+
+} // namespace korvana

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "host/results/ChartGeometry.h"
+
+namespace korvana {
+
+struct ChartRanges {
+    Extent x;
+    Extent y;
+    HistogramClasses classes; ///< of all histograms of the chart together
+};
+
+/// What the axes show: the given ranges, else the data's. Where something is drawn on an end of a given
+/// range, the axis goes a little further, so that the line or the marker is drawn whole.
+[[nodiscard]] ChartRanges rangesOf(const ozm::CChartInfo& info);
+
+} // namespace korvana

@@ -1,0 +1,126 @@
+"""The program where the system gives it less than it asks for: memory limits of every size, and no further thread.
+
+usage: limits.py PROGRAM DATA [NO_THREADS_LIBRARY]
+
+Whatever the limit, a run ends within its time, with results or with exit 2 and a message, never by a signal; what it
+says names no C++ exception; and numbers are written whenever the same limit lets a run without pictures write them.
+"""
+import json
+import os
+import resource
+import subprocess
+import sys
+import tempfile
+
+KIB = 1024
+SECONDS = 60
+LARGE_FILE = 4 * KIB * KIB
+PICTURES = ["svg", "png", "pdf", "html"]
+
+
+def run(program, data, formats, memory=None, preload=None):
+    """Exit status (negative: a signal), standard error, and the files that were written with what is in them."""
+    with tempfile.TemporaryDirectory() as folder:
+        command = [program, "kaplan-meier", data, "--time", "weeks", "--censor", "relapse", "--complete", "1",
+                   "--censored", "0", "--quiet", "-o", os.path.join(folder, "out"), "--format", formats]
+
+        def limit():
+            resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+            if memory is not None:
+                resource.setrlimit(resource.RLIMIT_AS, (memory, memory))
+
+        environment = dict(os.environ)
+        if preload is not None:
+            environment["LD_PRELOAD"] = preload
+        try:
+            done = subprocess.run(command, capture_output=True, text=True, errors="replace", timeout=SECONDS,
+                                  preexec_fn=limit, env=environment)
+        except subprocess.TimeoutExpired:
+            return "hangs", "", {}
+        out = os.path.join(folder, "out")
+        files = {name: content(os.path.join(out, name)) for name in os.listdir(out)} if os.path.isdir(out) else {}
+        return done.returncode, done.stderr, files
+
+
+def content(path):
+    """The tables of results.json, which also lists the pictures; of other files their size."""
+    if os.path.basename(path) != "results.json":
+        return f"{os.path.getsize(path)} bytes"
+    with open(path, encoding="utf-8") as file:
+        return json.load(file)["spreadsheets"]
+
+
+def least_memory(program, data):
+    """Where a run that draws nothing succeeds; below, the system may not even load the program."""
+    low, high = 0, 4 * KIB * KIB
+    while high - low > 256:
+        middle = (low + high) // 2
+        if run(program, data, "json", middle * KIB)[0] == 0:
+            high = middle
+        else:
+            low = middle
+    return high
+
+
+def main():
+    program, data = sys.argv[1:3]
+    faults = []
+
+    def check(what, outcome, wanted):
+        status, said, files = outcome
+        if status not in (0, 2):
+            faults.append(f"{what}: ended with {status}: {said}")
+        if status == 2 and not said.startswith("korvana: "):
+            faults.append(f"{what}: failed without a message: {said!r}")
+        if "bad_alloc" in said or "terminate" in said:
+            faults.append(f"{what}: {said}")
+        for name, holds in wanted.items():
+            if files.get(name) != holds:
+                faults.append(f"{what}: {name} has {files.get(name)} instead of {holds}")
+        if any(name.endswith(".part") for name in files):
+            faults.append(f"{what}: left {sorted(files)}")
+
+    status, said, whole = run(program, data, "json,csv,txt")
+    assert status == 0 and len(whole) > 3, said
+    for formats in PICTURES:
+        status, said, files = run(program, data, formats)
+        assert status == 0 and files, (formats, said)
+
+    least = least_memory(program, data)
+    assert least < 2 * KIB * KIB
+    complete = dict.fromkeys(PICTURES, 0)
+    refused = 0
+    # Most libraries fail in the first few MiB above the least memory; a picture wants some 40.
+    steps = [*range(0, 8 * KIB, KIB), *range(8 * KIB, 56 * KIB, 8 * KIB), 128 * KIB]
+    for step in steps:
+        for formats in PICTURES:
+            outcome = run(program, data, "json,csv,txt," + formats, (least + 512 + step) * KIB)
+            check(f"{formats} at {least + 512 + step} KiB", outcome, whole)
+            complete[formats] += outcome[0] == 0
+            refused += outcome[0] == 2
+    # Else the sweep went past everything that can fail, or never reached what can succeed.
+    assert refused > 0 and all(complete.values()), (least, complete, refused)
+
+    for library in sys.argv[3:]:
+        for formats in PICTURES:
+            what = f"{formats} without threads"
+            outcome = run(program, data, "json,csv,txt," + formats, preload=library)
+            check(what, outcome, whole)
+            if outcome[0] != 0 or len(outcome[2]) <= len(whole):
+                faults.append(f"{what}: {outcome}")
+        # Large files are read by several threads where there are some.
+        with tempfile.NamedTemporaryFile("w", suffix=".csv") as large:
+            large.write("weeks,relapse\n" + "".join(f"{i},{i % 2}\n" for i in range(1, 600_001)))
+            large.flush()
+            assert os.path.getsize(large.name) > LARGE_FILE
+            outcome = run(program, large.name, "txt", preload=library)
+            check("a large file without threads", outcome, {})
+            if outcome[0] != 0:
+                faults.append(f"a large file without threads: {outcome}")
+
+    print("\n".join(faults) or f"least memory {least} KiB; {refused} pictures refused, {complete} drawn")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

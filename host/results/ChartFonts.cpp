@@ -14,15 +14,17 @@ void addFonts() {
     static const QCoreApplication* done = nullptr;
     if (done == QCoreApplication::instance()) return;
     done = QCoreApplication::instance();
-    for (const char* path : {":/korvana/DejaVuSans.ttf", ":/korvana/DejaVuSans-Bold.ttf"}) {
-        const QResource font{QString(path)};
-        // The bytes live as long as the program.
-        QFontDatabase::addApplicationFontFromData(
-            QByteArray::fromRawData(reinterpret_cast<const char*>(font.data()), font.size()));
-    }
+    for (const bool bold : {false, true})
+        QFontDatabase::addApplicationFontFromData(chartFontData(bold));
 }
 
 } // namespace
+
+QByteArray chartFontData(bool bold) {
+    const QResource font{QString(bold ? ":/korvana/DejaVuSans-Bold.ttf" : ":/korvana/DejaVuSans.ttf")};
+    // The bytes live as long as the program.
+    return QByteArray::fromRawData(reinterpret_cast<const char*>(font.data()), font.size());
+}
 
 QFont chartFont(int pixels, bool bold) {
     addFonts();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QFont>
 
 namespace korvana {
@@ -7,6 +8,9 @@ namespace korvana {
 /// The one font of charts, sized in pixels so that a picture, a page and a window share one layout. It comes
 /// with the program. Needs a QGuiApplication.
 [[nodiscard]] QFont chartFont(int pixels, bool bold = false);
+
+/// The file of that font.
+[[nodiscard]] QByteArray chartFontData(bool bold);
 
 /// For a window on a system without any font: lets the charts' font stand in for the desktop's.
 void useChartFontWhereThereIsNone();

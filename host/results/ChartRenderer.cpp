@@ -17,6 +17,7 @@
 #include "host/results/ChartApplication.h"
 #include "host/results/ChartPlot.h"
 #include "host/results/DrawingProcess.h"
+#include "host/results/SvgFont.h"
 #include "host/results/Utf8.h"
 
 namespace korvana {
@@ -90,6 +91,7 @@ Picture drawHere(const ozm::CChartInfo& info, PictureFormat format, bool numbers
         const bool drawn = format == PictureFormat::Svg   ? drawSvg(plot, info, out)
                            : format == PictureFormat::Png ? drawPng(plot, out)
                                                           : drawPdf(plot, info, out);
+        if (drawn && format == PictureFormat::Svg) bytes = withItsFont(bytes);
         if (drawn && !bytes.isEmpty()) {
             picture.bytes = bytes.toStdString();
         } else {

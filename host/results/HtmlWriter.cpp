@@ -39,13 +39,18 @@ th, td { padding: .2rem .7rem; text-align: right; white-space: nowrap; }
 thead th { vertical-align: bottom; border-bottom: 2px solid var(--line); }
 tbody th, .text { text-align: left; } tbody th { font-weight: 600; }
 tbody tr:nth-child(even) { background: var(--card); }
+details > summary { cursor: pointer; color: var(--accent); margin: .5rem 0; }
 figure { margin: .75rem 0; padding: .5rem; background: #fff; border: 1px solid var(--line); border-radius: 6px; }
 figure svg { display: block; width: 100%; max-width: 960px; height: auto; margin: 0 auto; }
 @media print { :root { color-scheme: light; --ink: #000; --soft: #444; --page: #fff; --card: #f6f7f9; --line: #bbb; }
   body { max-width: none; padding: 0; font-size: 11pt; } nav { display: none; } pre { white-space: pre-wrap; }
   h2 { break-after: avoid; } figure { break-inside: avoid; } tr { break-inside: avoid; } thead { display: table-header-group; }
+  details::details-content { content-visibility: visible; block-size: auto; } summary { display: none; }
   .table { overflow: visible; } table { font-size: 9pt; } th, td { padding: .1rem .4rem; } }
 )css";
+
+constexpr std::size_t kMostOpenRows = 12;
+constexpr std::size_t kMostOpenLines = 40;
 
 std::string grouped(std::size_t number) {
     std::string text = std::to_string(number);
@@ -57,7 +62,7 @@ std::string grouped(std::size_t number) {
 class Page {
 public:
     Page(const ResultsBook& book, std::ostream& out, const HtmlOptions& options)
-        : book_(book), out_(out), options_(options) {}
+        : book_(book), out_(out), options_(options), order_(readingOrder(book)) {}
 
     void write() {
         const std::string title = escaped(oneLine(book_.analysis.empty() ? "Results" : book_.analysis));
@@ -73,7 +78,7 @@ public:
         writeContents();
         out_ << "<main>\n";
         writeMessages();
-        for (std::size_t place = 0; place < book_.outputs.size(); ++place)
+        for (const std::size_t place : order_)
             writeOutput(place);
         if (!book_.iterations.empty()) {
             out_ << "<section>\n<h2>Iterations</h2>\n";
@@ -87,6 +92,23 @@ public:
     [[nodiscard]] std::vector<std::string> failures() { return std::move(failures_); }
 
 private:
+    /// The first report, which sums up, and the charts stand first, then everything else; what a report
+    /// repeats is left out.
+    static std::vector<std::size_t> readingOrder(const ResultsBook& book) {
+        std::vector<std::size_t> order;
+        for (std::size_t place = 0; place < book.outputs.size(); ++place)
+            if (!ResultsBook::repeatsReport(book.outputs[place])) order.push_back(place);
+        const auto isReport = [&book](std::size_t place) {
+            return std::holds_alternative<Report>(book.outputs[place]);
+        };
+        const auto report = std::find_if(order.begin(), order.end(), isReport);
+        if (report != order.end()) std::rotate(order.begin(), report, report + 1);
+        std::stable_partition(
+            order.begin() + (report != order.end() ? 1 : 0), order.end(),
+            [&book](std::size_t place) { return std::holds_alternative<Chart>(book.outputs[place]); });
+        return order;
+    }
+
     [[nodiscard]] static std::string titleOf(const ResultsBook::Output& output) {
         if (const auto* report = std::get_if<Report>(&output))
             return report->title.empty() ? "Report" : report->title;
@@ -103,10 +125,9 @@ private:
     }
 
     void writeContents() {
-        if (book_.outputs.size() < 3) return;
+        if (order_.size() < 3) return;
         out_ << "<nav aria-label=\"Contents\">\n<ul>\n";
-        for (std::size_t place = 0; place < book_.outputs.size(); ++place) {
-            if (ResultsBook::repeatsReport(book_.outputs[place])) continue;
+        for (const std::size_t place : order_) {
             out_ << "<li><a href=\"#output-" << place + 1 << "\">"
                  << escaped(oneLine(titleOf(book_.outputs[place]))) << "</a></li>\n";
         }
@@ -135,20 +156,29 @@ private:
 
     void writeOutput(std::size_t place) {
         const ResultsBook::Output& output = book_.outputs[place];
-        if (ResultsBook::repeatsReport(output)) return;
         out_ << "<section id=\"output-" << place + 1 << "\">\n<h2>" << escaped(oneLine(titleOf(output)))
              << "</h2>\n";
         if (const auto* report = std::get_if<Report>(&output)) writeLines(report->lines);
-        if (const auto* sheet = std::get_if<Spreadsheet>(&output)) writeTable(*sheet);
+        if (const auto* sheet = std::get_if<Spreadsheet>(&output)) writeTable(*sheet, place);
         if (const auto* chart = std::get_if<Chart>(&output)) writeChart(*chart);
         out_ << "</section>\n";
     }
 
+    /// What `write` writes, folded when it is long.
+    template <class Write>
+    void folded(bool fold, const std::string& summary, Write write) {
+        if (fold) out_ << "<details>\n<summary>" << escaped(summary) << "</summary>\n";
+        write();
+        if (fold) out_ << "</details>\n";
+    }
+
     void writeLines(const std::vector<std::string>& lines) {
-        out_ << "<pre>";
-        for (const std::string& line : lines)
-            out_ << escaped(oneLine(line)) << '\n';
-        out_ << "</pre>\n";
+        folded(lines.size() > kMostOpenLines, grouped(lines.size()) + " lines", [&] {
+            out_ << "<pre>";
+            for (const std::string& line : lines)
+                out_ << escaped(oneLine(line)) << '\n';
+            out_ << "</pre>\n";
+        });
     }
 
     void writeChart(const Chart& chart) {
@@ -174,28 +204,43 @@ private:
         out_ << "</tr></thead>\n";
     }
 
-    void writeTable(const Spreadsheet& sheet) {
-        const std::size_t table = tables_++;
+    void writeTable(const Spreadsheet& sheet, std::size_t place) {
         for (const std::string& note : sheet.notes)
             paragraph(note, "note");
         const std::size_t rows = sheet.rowCount();
-        const std::size_t shown = std::min(rows, options_.mostRows);
-        out_ << R"(<div class="table"><table aria-label=")" << escaped(oneLine(sheet.title)) << "\">\n";
-        if (!sheet.columns.empty()) writeHeadings(sheet);
-        out_ << "<tbody>\n";
-        if (rows == 0) out_ << "<tr><td class=\"text\">no rows</td></tr>\n";
-        for (std::size_t row = 0; row < shown; ++row) {
-            out_ << "<tr>";
-            if (!sheet.rowHeadings.empty())
-                out_ << "<th scope=\"row\">" << escaped(sheet.rowHeading(row)) << "</th>";
-            for (std::size_t column = 0; column < sheet.columns.size(); ++column) {
-                out_ << (sheet.columns[column].isText() ? "<td class=\"text\">" : "<td>")
-                     << escaped(sheet.cellText(row, column)) << "</td>";
-            }
-            out_ << "</tr>\n";
+        folded(rows > kMostOpenRows, grouped(rows) + " rows", [&] {
+            const std::size_t shown = std::min(rows, options_.mostRows);
+            out_ << R"(<div class="table"><table aria-label=")" << escaped(oneLine(sheet.title)) << "\">\n";
+            if (!sheet.columns.empty()) writeHeadings(sheet);
+            out_ << "<tbody>\n";
+            if (rows == 0) out_ << "<tr><td class=\"text\">no rows</td></tr>\n";
+            for (std::size_t row = 0; row < shown; ++row)
+                writeRow(sheet, row);
+            out_ << "</tbody>\n</table></div>\n";
+            if (shown < rows) tellWhereTheRestIs(shown, rows, tableNumber(place));
+        });
+    }
+
+    void writeRow(const Spreadsheet& sheet, std::size_t row) {
+        out_ << "<tr>";
+        if (!sheet.rowHeadings.empty())
+            out_ << "<th scope=\"row\">" << escaped(sheet.rowHeading(row)) << "</th>";
+        for (std::size_t column = 0; column < sheet.columns.size(); ++column) {
+            out_ << (sheet.columns[column].isText() ? "<td class=\"text\">" : "<td>")
+                 << escaped(sheet.cellText(row, column)) << "</td>";
         }
-        out_ << "</tbody>\n</table></div>\n";
-        if (shown == rows) return;
+        out_ << "</tr>\n";
+    }
+
+    /// Of an output, among the book's tables.
+    [[nodiscard]] std::size_t tableNumber(std::size_t place) const {
+        const auto begin = book_.outputs.begin();
+        return static_cast<std::size_t>(
+            std::count_if(begin, begin + static_cast<std::ptrdiff_t>(place),
+                          [](const auto& output) { return std::holds_alternative<Spreadsheet>(output); }));
+    }
+
+    void tellWhereTheRestIs(std::size_t shown, std::size_t rows, std::size_t table) {
         const bool named = table < options_.tableFiles.size() && !options_.tableFiles[table].empty();
         paragraph("The first " + grouped(shown) + " of " + grouped(rows) + " rows are shown; " +
                       (named ? "all of them are in " + options_.tableFiles[table] + "."
@@ -206,8 +251,8 @@ private:
     const ResultsBook& book_;
     std::ostream& out_;
     const HtmlOptions& options_;
+    std::vector<std::size_t> order_; ///< of the outputs on the page
     std::size_t charts_ = 0;
-    std::size_t tables_ = 0;
     std::vector<std::string> failures_;
 };
 

@@ -373,6 +373,26 @@ TEST(ChartRenderer, APictureIsTheSameWhateverFontsAreInstalled) {
     }
 }
 
+TEST(ChartRenderer, AnSvgBringsTheLettersOfItsTexts) {
+    ozm::CChartInfo info = test::stepChart();
+    const auto sizeOf = [&info] { return drawChart(info, PictureFormat::Svg).bytes.size(); };
+    const std::string svg = drawChart(info, PictureFormat::Svg).bytes;
+    const auto count = [&svg](const std::string& text) {
+        int found = 0;
+        for (std::size_t at = svg.find(text); at != std::string::npos; at = svg.find(text, at + 1))
+            ++found;
+        return found;
+    };
+    EXPECT_EQ(count("@font-face{font-family:'DejaVu Sans';"), 2); // plain and bold
+    EXPECT_EQ(count("src:url(data:font/ttf;base64,AAEAAA"), 2);
+    EXPECT_EQ(count("\"DejaVu Sans\""), 0); // always with others behind
+    const std::size_t before = sizeOf();
+    EXPECT_LT(before, 50'000U);
+    info.xAxis.title += " abcdefghijklmnopqrstuvwxyz \xCE\xB1\xCE\xB2\xCE\xB3";
+    EXPECT_GT(sizeOf(), before + 1000);
+    EXPECT_LT(sizeOf(), before + 20'000);
+}
+
 TEST(DrawingProcess, WhateverItsEndThereIsAnAnswer) {
     const auto drawing = [](auto how) { return drawApart(how).value_or(Picture{"", "no process"}); };
     EXPECT_EQ(drawing([] { return Picture{"bytes", ""}; }).bytes, "bytes");

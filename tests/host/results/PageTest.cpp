@@ -3,12 +3,17 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <sstream>
+#include <string_view>
 
 #include "host/results/HtmlWriter.h"
 #include "tests/host/results/Books.h"
 
 namespace korvana {
 namespace {
+
+bool has(const std::string& page, std::string_view text) {
+    return page.find(text) != std::string::npos;
+}
 
 struct Page {
     std::map<std::string, int> elements;
@@ -66,11 +71,40 @@ TEST(HtmlWriter, IsOneWellFormedPage) {
     }
 }
 
+TEST(HtmlWriter, TheFirstReportAndTheChartsStandFirstAndWhatIsLongIsFolded) {
+    ResultsBook book;
+    const auto table = [](const std::string& title, std::size_t rows) {
+        return Spreadsheet{title, {}, {}, {{"x", "", {}, std::vector<double>(rows, 1.0)}}};
+    };
+    book.append(table("short", 12));
+    book.append(Report{"summary", {"line"}});
+    book.append(table("long", 13));
+    book.append(Report{"long report", std::vector<std::string>(1000, "line")});
+    book.append(Chart{test::stepChart()}).info.title = "one";
+    book.append(Report{"more", {"line"}});
+    book.append(Chart{test::stepChart()}).info.title = "two";
+    std::ostringstream out;
+    EXPECT_TRUE(writeHtml(book, out).empty());
+    const std::string page = out.str();
+    std::size_t last = 0;
+    for (const char* title : {"summary", "one", "two", "short", "long", "long report", "more"}) {
+        const std::size_t place = page.find("<h2>" + std::string(title) + "</h2>");
+        ASSERT_NE(place, std::string::npos) << title;
+        EXPECT_GT(place, last) << title;
+        last = place;
+    }
+    EXPECT_TRUE(has(page, "<summary>13 rows</summary>") && has(page, "<summary>1,000 lines</summary>"));
+    EXPECT_EQ(readPage(book).elements.at("details"), 2);
+}
+
 TEST(HtmlWriter, LongTablesSayWhereTheRestIs) {
     ResultsBook book;
+    Spreadsheet repeated{"Repeated", {}, {}, {{"x", "", {}, std::vector<double>(30, 1.0)}}};
+    repeated.repeatsReport = true; // not on the page, but among the files
+    book.append(repeated);
     book.append(Spreadsheet{"Short", {}, {}, {{"x", "", {}, std::vector<double>(20, 1.0)}}});
     book.append(Spreadsheet{"Long", {}, {}, {{"x", "", {}, std::vector<double>(1234567, 1.0)}}});
-    const Page page = readPage(book, {20, {"short.csv", "long.csv"}});
+    const Page page = readPage(book, {20, {"repeated.csv", "short.csv", "long.csv"}});
     EXPECT_EQ(page.elements.at("td"), 40);
     EXPECT_TRUE(page.text.contains("The first 20 of 1,234,567 rows are shown; all of them are in long.csv."));
     EXPECT_FALSE(page.text.contains("short.csv"));

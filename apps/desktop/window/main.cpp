@@ -1,5 +1,6 @@
 #include "apps/desktop/window/MainWindow.h"
 #include "apps/desktop/window/TerminationSignals.h"
+#include "host/results/ChartFonts.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -24,6 +25,7 @@ bool asksForText(int argc, char* argv[]) {
 int main(int argc, char* argv[]) {
     if (asksForText(argc, argv)) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
+    korvana::useChartFontWhereThereIsNone();
     // Numbers in files are written with a point, whatever the user's locale.
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setOrganizationName(QStringLiteral("Korvana"));

@@ -90,7 +90,8 @@ void ActiveData::undefine(int variable0) {
     const auto refuse = [&name](const std::string& why) { throw DataError("'" + name + "' stays: " + why); };
     const auto uses = [this, variable0](const std::string& expression) {
         if (expression.empty()) return false;
-        const std::vector<int>& used = Expression(expression, data_).referencedVariables();
+        const Expression compiled(expression, data_);
+        const std::vector<int>& used = compiled.referencedVariables();
         return std::find(used.begin(), used.end(), variable0 + 1) != used.end();
     };
     if (variable.expression.empty()) refuse("it was read from the file, not computed");

@@ -98,8 +98,8 @@ TEST_F(Compute, ViewsFollowAVariableThatComesAndGoes) {
     };
     show();
     cases.goToCase(3);
-    data.define({"older", "age + 1"});
-    data.define({"oldest", "older + 1"});
+    data.define(Definition{"older", "age + 1"});
+    data.define(Definition{"oldest", "older + 1"});
     show();
     cases.showLastVariable();
     EXPECT_EQ(cases.table()->currentIndex().row(), 2) << "the place among the cases stays";
@@ -126,14 +126,14 @@ TEST_F(Compute, ViewsFollowAVariableThatComesAndGoes) {
     data.weightBy("oldest");
     EXPECT_EQ(remove(6), 7);
     EXPECT_TRUE(says(variables, "it weights the cases"));
-    data.define({"last", "age"});
+    data.define(Definition{"last", "age"});
     show();
     data.weightBy("last");
     EXPECT_EQ(remove(6), 7);
     EXPECT_EQ(data.weightVariable(), 7) << "the weights are still those of 'last'";
     EXPECT_EQ(data.dataSet().variable(6).name, "last");
     EXPECT_EQ(data.columns().size(), 7U);
-    EXPECT_EQ(data.columns()[6], data.dataSet().column(6).data());
+    EXPECT_EQ(data.columns()[6].first, data.dataSet().column(6).data());
     variables.setEditable(false);
     data.weightBy("");
     EXPECT_EQ(remove(6), 7);

@@ -68,7 +68,7 @@ Column::~Column() {
 
 void Column::resize(std::size_t cells) {
     const std::size_t bytes = bytesFor(cells);
-    if (bytes == bytes_) return;
+    if (bytes == bytes_ || (bytes < bytes_ && !isBig(bytes_))) return; // a small one is not worth a copy
     if (isBig(bytes) && isBig(bytes_)) {
         void* const memory = mremap(cells_, bytes_, bytes, MREMAP_MAYMOVE);
         if (memory == MAP_FAILED) throw std::bad_alloc();

@@ -31,6 +31,19 @@ TEST_F(InfoTest, DescribesEveryVariable) {
                            "  left   3 (1), missing-data code -9\n");
 }
 
+TEST_F(InfoTest, ReadsAsItIsTold) {
+    const std::string odd = file("odd.txt", "day|size\n1/2/1995|1,5\n3/2/1995|2.5\n");
+    const Outcome open = run({"info", odd, "--decimal", "comma"});
+    EXPECT_EQ(open.code, ExitUsage);
+    EXPECT_TRUE(has(open.err, "odd.txt:2:1: variable 'day': '1/2/1995' may be")) << open.err;
+    EXPECT_TRUE(has(open.err, "--dates dmy or --dates mdy")) << open.err;
+    const Outcome told = run({"info", odd, "--decimal", "comma", "--dates", "dmy", "--separator", "pipe"});
+    EXPECT_TRUE(has(told.out, "1995-02-01 to 1995-02-03")) << told.out << told.err;
+    EXPECT_TRUE(has(told.out, "(first: '2.5', line 3); read as text codes")) << told.out;
+    EXPECT_TRUE(has(run({"info", odd, "--dates", "dym"}).err, "--dates is dmy")) << "no order of dates";
+    EXPECT_TRUE(has(run({"info", odd, "--separator", "blank"}).err, "with commas or tabs"));
+}
+
 TEST_F(InfoTest, CountsTheSelectedCases) {
     const std::string out = run({"info", data, "--select", "sex = 'm'", "--weight", "id"}).out;
     EXPECT_TRUE(has(out, "Selected 2 of 3 cases: sex = 'm'.\nCases weighted by 'id'.\n")) << out;

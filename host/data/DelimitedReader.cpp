@@ -70,9 +70,9 @@ struct NumberPass {
                                 " cases, which is the limit; split the file");
         }
         // As many rows as the file has when all of it is like what was seen; of a pipe, half as many again.
-        const double seen = static_cast<double>(table.format.begin + bytesCut);
-        const double all = 1.02 * std::max(static_cast<double>(source.size()), 1.5 * seen);
-        const double expected = static_cast<double>(rows) * (all / seen);
+        const auto seen = static_cast<double>(bytesCut);
+        const double known = static_cast<double>(source.size()) - static_cast<double>(table.format.begin);
+        const double expected = static_cast<double>(rows) * (1.02 * std::max(known, 1.5 * seen) / seen);
         columns.require(static_cast<std::size_t>(rows),
                         static_cast<std::size_t>(std::min(expected, static_cast<double>(maxCases))));
     }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Everything that must hold: all tests optimised (g++), all tests under address and undefined-behaviour sanitizers, and
-# a build by clang++. Warnings are errors in each. Exits 0 only when all of it succeeded.
+# a build by clang++ (warnings are errors in each), and two minutes of fuzzing. Exits 0 only when all of it succeeded.
 set -uo pipefail
 cd -- "$(dirname -- "$(readlink -f -- "$0")")"
 
@@ -29,6 +29,7 @@ scripts/setup.sh || exit 1
 build_and_test release
 build_and_test asan+ubsan
 if scripts/build.sh clang; then note clang 0 "builds without a warning"; else note clang 1 "build failed"; fi
+if scripts/fuzz.sh 120; then note fuzz 0 "two minutes, nothing broke"; else note fuzz 1 "broke something, or did not build"; fi
 
 printf '\n%s\n' "----------"
 printf '%s\n' "${results[@]}"

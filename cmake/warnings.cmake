@@ -14,3 +14,8 @@ if(KORVANA_SANITIZE)
     -fno-omit-frame-pointer)
   target_link_options(korvana-flags INTERFACE -fsanitize=address,undefined)
 endif()
+if(KORVANA_FUZZ)
+  target_compile_options(korvana-flags INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+    -fno-sanitize=vptr,function -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(korvana-flags INTERFACE -fsanitize=address,undefined)
+endif()

@@ -33,6 +33,15 @@ void AnalysisCommand::declare(CLI::App& app) {
                "be written; 130 stopped by Ctrl-C, 143 and 129 by SIGTERM and SIGHUP.");
 }
 
+std::vector<std::string> AnalysisCommand::choices(const std::string& option) const {
+    std::vector<std::string> names;
+    if (option != "outputs") return names;
+    for (const Output& output : outputs())
+        names.emplace_back(output.name);
+    names.emplace_back("all");
+    return names;
+}
+
 std::vector<std::size_t> AnalysisCommand::chosenOutputs() const {
     std::vector<std::string_view> names;
     std::vector<std::size_t> onScreen;

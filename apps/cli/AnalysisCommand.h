@@ -18,6 +18,7 @@ namespace korvana::cli {
 class AnalysisCommand : public Command {
 public:
     void declare(CLI::App& app) final;
+    [[nodiscard]] std::vector<std::string> choices(const std::string& option) const final;
     int run(Console& console) final;
 
 protected:

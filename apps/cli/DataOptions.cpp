@@ -118,17 +118,17 @@ void DataOptions::declare(CLI::App& app) {
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->group(group);
     app.add_option("--separator", separator_,
-                   "between cells: comma, semicolon, tab, pipe or another sign [found out]")
+                   "between cells: comma, semicolon, tab, pipe or another sign [detected]")
         ->type_name("S")
         ->group(group);
-    app.add_option("--decimal", decimal_, "decimal mark: point or comma [found out]")
+    app.add_option("--decimal", decimal_, "decimal mark: point or comma [detected]")
         ->type_name("MARK")
         ->group(group);
     app.add_option("--dates", dates_,
-                   "order of day, month and year in dates such as 01/02/1995: dmy, mdy or ymd [found out]")
+                   "order of day, month and year in dates such as 01/02/1995: dmy, mdy or ymd [detected]")
         ->type_name("ORDER")
         ->group(group);
-    app.add_flag("--header", header_, "the first line holds the names [found out]")->group(group);
+    app.add_flag("--header", header_, "the first line holds the names [detected]")->group(group);
     app.add_flag("--no-header", noHeader_, "there is no line of names: variables are Var1, Var2, ...")
         ->group(group);
 }

@@ -1,15 +1,19 @@
 #include "apps/cli/Run.h"
 
-#include "apps/cli/Command.h"
-#include "apps/cli/Help.h"
-#include "apps/cli/Lists.h"
+#include "apps/cli/Arguments.h"
+#include "apps/cli/CommandApp.h"
 #include "apps/cli/UsageError.h"
 #include "apps/cli/commands/Commands.h"
 #include "host/data/DataError.h"
 #include "host/data/NameMatch.h"
+#include "host/data/NumberText.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <iomanip>
 #include <new>
+#include <system_error>
+#include <utility>
 
 namespace korvana::cli {
 namespace {
@@ -28,49 +32,39 @@ void overview(std::ostream& out) {
 
 const CommandEntry& find(const std::string& name) {
     std::vector<std::string_view> names;
+    if (trimmed(name).empty())
+        throw UsageError("the command is empty (a variable of the shell may be without a value); 'korvana --help' "
+                         "lists the commands");
     for (const CommandEntry& entry : commands()) {
         if (name == entry.name) return entry;
         names.emplace_back(entry.name);
     }
+    std::error_code ignored;
+    if (name.starts_with('-'))
+        throw UsageError("the command comes first, then its options: korvana COMMAND " + name +
+                         " ...; 'korvana --help' lists the commands");
+    if (std::filesystem::exists(name, ignored))
+        throw UsageError("the command comes first, then the data file: 'korvana info " + name +
+                         "' shows what is in it; 'korvana --help' lists the commands");
     throw UsageError("there is no command '" + name + "'" + didYouMean(nearestOf(name, names, 3)) +
                      "; 'korvana --help' lists them");
 }
 
-void refuseUnknown(const CLI::App& app) {
-    for (const std::string& rest : app.remaining()) {
-        if (!rest.starts_with("-"))
-            throw UsageError("'" + rest +
-                             "' is one argument too many; several names are separated by commas "
-                             "without blanks");
-        std::vector<std::string> names;
-        for (const CLI::Option* option : app.get_options())
-            for (const std::string& name : option->get_lnames())
-                names.push_back("--" + name);
-        const std::string asked = rest.substr(0, rest.find('='));
-        throw UsageError("there is no option " + asked +
-                             didYouMean(nearestOf(asked, {names.begin(), names.end()}, 1)),
-                         true);
-    }
-}
-
-int runCommand(const CommandEntry& entry, const std::vector<std::string>& arguments, Console& console) {
-    CLI::App app(entry.summary, std::string{"korvana "} + entry.name);
-    app.formatter(std::make_shared<HelpFormatter>());
-    app.set_help_flag("-h,--help", "this text")->group("Other");
-    // Unknown options are looked at here, where the nearest known ones can be named.
-    app.allow_extras();
-    const auto command = entry.make();
-    command->declare(app);
-    try {
-        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend() - 1));
-    } catch (const CLI::CallForHelp&) {
-        console.out << app.help();
+/// Whatever the options' library reports besides is a fault of the declarations; it is told as it stands.
+int runCommand(const CommandEntry& entry, const std::vector<std::string>& given, Console& console) {
+    const CommandApp made = makeApp(entry);
+    Arguments arguments = readArguments(*made.app, given);
+    if (arguments.help) {
+        console.out << made.app->help();
         return ExitResults;
+    }
+    std::reverse(arguments.uniform.begin(), arguments.uniform.end());
+    try {
+        made.app->parse(std::move(arguments.uniform));
     } catch (const CLI::ParseError& error) {
         throw UsageError(error.what(), true);
     }
-    refuseUnknown(app);
-    return command->run(console);
+    return made.command->run(console);
 }
 
 int dispatch(const std::vector<std::string>& arguments, Console& console) {
@@ -87,8 +81,8 @@ int dispatch(const std::vector<std::string>& arguments, Console& console) {
         overview(console.out);
         return ExitResults;
     }
-    if (first == "help") return runCommand(find(arguments[1]), {arguments[1], "--help"}, console);
-    return runCommand(find(first), arguments, console);
+    if (first == "help") return runCommand(find(arguments[1]), {"--help"}, console);
+    return runCommand(find(first), {arguments.begin() + 1, arguments.end()}, console);
 }
 
 } // namespace

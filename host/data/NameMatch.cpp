@@ -32,6 +32,19 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
     return last[b.size()];
 }
 
+/** One slip in three letters, and one in a word of two. */
+bool isMisspelt(std::string_view name, std::string_view candidate, std::size_t distance) {
+    const std::size_t length = std::max(name.size(), candidate.size());
+    return distance <= std::max<std::size_t>(length / 3, 1) && distance < candidate.size();
+}
+
+/** Whether one is the beginning of the other, and long enough to tell. */
+bool isAbbreviation(std::string_view name, std::string_view candidate) {
+    constexpr std::size_t fewest = 3;
+    const std::size_t length = std::min(name.size(), candidate.size());
+    return length >= fewest && equalIgnoringCase(name.substr(0, length), candidate.substr(0, length));
+}
+
 } // namespace
 
 bool equalIgnoringCase(std::string_view a, std::string_view b) {
@@ -47,9 +60,13 @@ std::vector<std::string> nearestOf(std::string_view name, const std::vector<std:
     for (const std::string_view candidate : candidates) {
         if (candidate.empty() || candidate.size() > longest) continue;
         const std::size_t distance = editDistance(name, candidate);
-        if (distance <= (std::max(name.size(), candidate.size()) + 1) / 2 && distance < candidate.size())
-            near.emplace_back(distance, candidate);
+        if (isMisspelt(name, candidate, distance)) near.emplace_back(distance, candidate);
     }
+    // What is short for something counts less than a slip.
+    for (const std::string_view candidate : candidates)
+        if (isAbbreviation(name, candidate) &&
+            std::none_of(near.begin(), near.end(), [&](const auto& each) { return each.second == candidate; }))
+            near.emplace_back(longest, candidate);
     std::stable_sort(near.begin(), near.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
     std::vector<std::string> names;

@@ -10,9 +10,9 @@ namespace korvana {
 /** Without regard to the case of ASCII letters. */
 bool equalIgnoringCase(std::string_view a, std::string_view b);
 
-/** The candidates nearest to a misspelt name by edit distance (letter case counts nothing, swapped neighbours
-   count one), nearest first, at most the given number. Candidates that share too little with the name are
-   left out. */
+/** The candidates for which a name may be misspelt, by edit distance (letter case counts nothing, swapped
+   neighbours count one; one slip in three letters), nearest first, then those that begin with the name or with
+   which it begins; at most the given number. */
 std::vector<std::string> nearestOf(std::string_view name, const std::vector<std::string_view>& candidates,
                                    std::size_t most);
 

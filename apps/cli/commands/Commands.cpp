@@ -9,6 +9,7 @@ constexpr CommandEntry table[] = {
     {"two-sample", "Comparing two samples: five tests, life tables by group", &makeTwoSampleCommand},
     {"info", "What a data file holds: variables, ranges, codes", &makeInfoCommand},
     {"typelib", "The names by which scripts reach the analyses", &makeTypelibCommand},
+    {"completion", "Completion for bash, zsh and fish; the manual page", &makeCompletionCommand},
 };
 
 } // namespace

@@ -14,5 +14,6 @@ std::unique_ptr<Command> makeKaplanMeierCommand();
 std::unique_ptr<Command> makeTwoSampleCommand();
 std::unique_ptr<Command> makeInfoCommand();
 std::unique_ptr<Command> makeTypelibCommand();
+std::unique_ptr<Command> makeCompletionCommand();
 
 } // namespace korvana::cli

@@ -1,3 +1,4 @@
+#include "apps/cli/CommandApp.h"
 #include "tests/apps/cli/Cli.h"
 
 namespace korvana::cli {
@@ -48,6 +49,104 @@ TEST_F(UsageTest, WhatIsUnknownIsNamedWithTheNearest) {
     EXPECT_TRUE(has(refused({"--format", "csv"}), "needs -o DIR"));
     EXPECT_TRUE(has(refused({"--complete"}), "--complete"));
     EXPECT_TRUE(has(usageError({"kaplan-meier", "--time", "weeks"}), "Name a data file"));
+}
+
+/// An empty shell variable must not analyse everyone: whatever option and command it stands in.
+TEST_F(UsageTest, EveryOptionRefusesAnEmptyValue) {
+    int tried = 0;
+    for (const CommandApp& command : makeApps()) {
+        for (const CLI::Option* option : command.app->get_options()) {
+            if (option->get_positional()) {
+                EXPECT_TRUE(has(usageError({command.name, ""}), "an argument is empty")) << command.name;
+                continue;
+            }
+            if (option->get_items_expected_max() == 0) continue;
+            const std::string name = "--" + option->get_lnames().front();
+            const std::vector<std::vector<std::string>> ways{
+                {name, ""}, {name + "="}, {name, "  "}, {name + "= "}};
+            for (const auto& way : ways) {
+                if (name == "--separator" && has(way.back(), " ")) continue;
+                std::vector<std::string> call{command.name, data};
+                call.insert(call.end(), way.begin(), way.end());
+                EXPECT_TRUE(has(usageError(call), name + " has an empty value")) << command.name << way[0];
+                ++tried;
+            }
+        }
+    }
+    EXPECT_GT(tried, 50);
+}
+
+/// What goes wrong with options in general, tried with every option.
+TEST_F(UsageTest, EveryOptionSaysWhatItLacksOrHasTooMuch) {
+    for (const CommandApp& command : makeApps()) {
+        for (const CLI::Option* option : command.app->get_options()) {
+            if (option->get_positional()) continue;
+            const std::string name = "--" + option->get_lnames().front();
+            if (option->get_items_expected_max() == 0) {
+                EXPECT_TRUE(has(usageError({command.name, name + "=maybe"}),
+                                name + " takes no value; leave out '=maybe'"));
+                continue;
+            }
+            EXPECT_TRUE(has(usageError({command.name, name}), name + " needs a value: " + name + " "));
+            EXPECT_TRUE(has(usageError({command.name, name, "--help", "x"}), "--help, is no value"));
+            if (option->get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll) continue;
+            EXPECT_TRUE(has(usageError({command.name, name, "a", name + "=b"}),
+                            name + " is given twice, with 'a' and with 'b'"));
+        }
+    }
+}
+
+TEST_F(UsageTest, WordsThatTheShellTookApartArePutTogether) {
+    EXPECT_TRUE(
+        has(refused({"--time", "start,", "stop", "--censor", "status"}),
+            "--time start, stop: a list has no blanks, or stands in quotes; write --time start,stop"));
+    EXPECT_TRUE(
+        has(usageError({"kaplan-meier", "--time", "start", ",stop", data}), "write --time start,stop"));
+    EXPECT_TRUE(has(usageError({"kaplan-meier", "--time", "weeks", "status", data}),
+                    "'status' behind --time weeks belongs to nothing"));
+    EXPECT_TRUE(has(refused({"--select", "weeks", "=", "3", "--quiet"}), "--select \"weeks = 3\""));
+    EXPECT_TRUE(has(usageError({"info", data, data}), "is one argument too many besides"));
+    EXPECT_TRUE(has(usageError({"typelib", data}), "it takes none"));
+    EXPECT_TRUE(has(refused({"\u2014time", "weeks"}), "begins with two hyphens: --time"));
+}
+
+TEST_F(UsageTest, WhatFollowsTwoHyphensIsAFile) {
+    const auto before = std::filesystem::current_path();
+    file("-x.csv", "a\n1\n");
+    std::filesystem::current_path(folder);
+    EXPECT_TRUE(has(usageError({"info", "-x.csv"}), "for the file of this name write ./-x.csv"));
+    EXPECT_TRUE(has(run({"info", "--", "-x.csv"}).out, "-x.csv: 1 case"));
+    EXPECT_TRUE(has(run({"info", "--json", "--", "-x.csv"}).out, "\"cases\": 1"));
+    EXPECT_TRUE(has(usageError({"info", "--", "--json"}), "--json: there is no such file"));
+    std::filesystem::current_path(before);
+}
+
+TEST_F(UsageTest, OnlyNearNamesAreSuggested) {
+    for (const char* strange : {"--strata", "--foo", "--x", "--covariates", "--json-lines"})
+        EXPECT_FALSE(has(refused({strange, "x"}), "did you mean")) << refused({strange, "x"});
+    EXPECT_TRUE(has(refused({"--sel", "x"}), "did you mean '--select'?"));
+    EXPECT_TRUE(has(refused({"-time", "x"}), "did you mean '--time'?"));
+    EXPECT_TRUE(has(refused({"--Censr=x"}), "did you mean '--censor'?"));
+    EXPECT_TRUE(has(usageError({data}), "'korvana info " + data + "' shows what is in it"));
+    EXPECT_TRUE(has(usageError({"--time", "x"}), "the command comes first"));
+    EXPECT_TRUE(has(usageError({" "}), "the command is empty"));
+}
+
+TEST_F(UsageTest, ValuesStandBehindABlankOrASign) {
+    const std::string expected = run({"info", data, "--select", "weeks>=7", "--json"}).out;
+    EXPECT_TRUE(has(expected, "\"selected\": 3"));
+    EXPECT_EQ(run({"info", "--select=weeks>=7", "--json", "--json", data}).out, expected);
+    EXPECT_EQ(run({"info", "--select", "weeks>=7", "--json", "--", data}).out, expected);
+    const std::string out = folder / "o";
+    for (const auto& way : std::vector<std::vector<std::string>>{
+             {"-o", out}, {"-o" + out}, {"-qo", out}, {"-q", "-o=" + out}, {"--output=" + out}}) {
+        std::vector<std::string> call{"kaplan-meier", data, "--time",     "weeks", "--censor", "status",
+                                      "--complete",   "1",  "--censored", "0",     "--format", "json"};
+        call.insert(call.end(), way.begin(), way.end());
+        EXPECT_EQ(run(call).code, ExitResults) << way[0];
+        EXPECT_TRUE(std::filesystem::exists(out + "/results.json")) << way[0];
+        std::filesystem::remove_all(out);
+    }
 }
 
 TEST_F(UsageTest, VariablesAndLevel) {

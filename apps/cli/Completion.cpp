@@ -1,0 +1,301 @@
+#include "apps/cli/Completion.h"
+
+#include "host/data/DataError.h"
+#include "host/data/ReadData.h"
+#include "host/results/Utf8.h"
+
+#include <fstream>
+#include <string_view>
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace korvana::cli {
+namespace {
+
+/// A text as one word of a shell.
+std::string quoted(std::string_view text) {
+    std::string word = "'";
+    for (const char c : text)
+        word += c == '\'' ? std::string{"'\\''"} : std::string(1, c);
+    return word + "'";
+}
+
+std::string joinedBy(const std::vector<std::string>& words, std::string_view between) {
+    std::string text;
+    for (const std::string& word : words)
+        text.append(text.empty() ? "" : between).append(word);
+    return text;
+}
+
+/// "-o" and "--output"
+std::vector<std::string> namesOf(const CLI::Option& option) {
+    std::vector<std::string> names;
+    for (const std::string& name : option.get_snames())
+        names.push_back("-" + name);
+    for (const std::string& name : option.get_lnames())
+        names.push_back("--" + name);
+    return names;
+}
+
+std::string commandNames(const std::vector<CommandApp>& commands) {
+    std::vector<std::string> names;
+    for (const CommandApp& command : commands)
+        names.emplace_back(command.name);
+    return joinedBy(names, " ");
+}
+
+std::vector<const CLI::Option*> optionsOf(const CommandApp& command, bool positional) {
+    const CLI::App& app = *command.app;
+    return app.get_options([&](const CLI::Option* o) { return o->get_positional() == positional; });
+}
+
+/// The call of a function of the script below that offers the values.
+std::string bashOffer(const Values& values) {
+    const std::string list = values.list ? " ," : " ''";
+    switch (values.kind) {
+    case Values::Kind::Choice:
+        return "_korvana_offer" + list + " " + joinedBy(values.choices, " ");
+    case Values::Kind::Variable:
+        return "_korvana_variables" + list;
+    case Values::Kind::Folder:
+        return "_korvana_files -d";
+    case Values::Kind::File:
+        return "_korvana_files -f";
+    default:
+        return ":";
+    }
+}
+
+// Names of variables come out of files: nothing here expands them, and what is put into the line is quoted.
+constexpr const char* bashFunctions = R"bash(# bash completion of korvana; 'korvana completion bash' writes it
+_korvana_offer() { # SEPARATOR WORD...: the words that continue what is typed, behind the last separator
+  local separator=$1 before= last=$current word
+  shift
+  if [[ -n $separator && $current == *"$separator"* ]]; then
+    before=${current%"$separator"*}$separator
+    last=${current##*"$separator"}
+  fi
+  for word; do
+    [[ $word == "$last"* ]] || continue
+    word=$(printf %q "$before$word")
+    COMPREPLY+=("${word//\\,/,}")
+  done
+}
+_korvana_files() { # -f or -d
+  local word
+  while IFS= read -r word; do COMPREPLY+=("$word"); done < <(compgen "$1" -- "$current")
+  compopt -o filenames 2>/dev/null
+}
+_korvana_variables() { # SEPARATOR
+  local word file= names=()
+  for word in "${COMP_WORDS[@]:2}"; do
+    word=${word/#\~\//$HOME/}
+    if [[ -f $word ]]; then file=$word; break; fi
+  done
+  [[ -n $file ]] || return 0
+  while IFS= read -r word; do names+=("$word"); done < <("${COMP_WORDS[0]}" completion variables "$file" 2>/dev/null)
+  _korvana_offer "$1" "${names[@]}"
+}
+)bash";
+
+/// A file that is in memory only and has a name as long as this lives.
+class MemoryFile {
+public:
+    explicit MemoryFile(const std::string& bytes) : descriptor_(memfd_create("beginning", MFD_CLOEXEC)) {
+        for (std::size_t at = 0; descriptor_ >= 0 && at < bytes.size();) {
+            const ssize_t written = ::write(descriptor_, bytes.data() + at, bytes.size() - at);
+            if (written <= 0) break;
+            at += static_cast<std::size_t>(written);
+        }
+    }
+    ~MemoryFile() {
+        if (descriptor_ >= 0) close(descriptor_);
+    }
+    MemoryFile(const MemoryFile&) = delete;
+    MemoryFile& operator=(const MemoryFile&) = delete;
+
+    [[nodiscard]] std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
+
+private:
+    int descriptor_;
+};
+
+void writeBashCommand(const CommandApp& command, std::ostream& out) {
+    std::vector<std::string> names;
+    out << "    " << command.name << ")\n      case $previous in\n";
+    for (const CLI::Option* option : optionsOf(command, false)) {
+        const Values values = valuesOf(command, *option);
+        const std::vector<std::string> own = namesOf(*option);
+        names.insert(names.end(), own.begin(), own.end());
+        if (values.kind != Values::Kind::None)
+            out << "        " << joinedBy(own, "|") << ") " << bashOffer(values) << "; return ;;\n";
+    }
+    out << "      esac\n      if [[ $current == -* ]]; then _korvana_offer '' " << joinedBy(names, " ")
+        << "\n";
+    const auto places = optionsOf(command, true);
+    out << "      else "
+        << (places.empty() ? std::string{":"} : bashOffer(valuesOf(command, *places.front()))) << "; fi ;;\n";
+}
+
+std::string zshAction(const Values& values) {
+    switch (values.kind) {
+    case Values::Kind::Choice:
+        return values.list ? "{_values -s , value " + joinedBy(values.choices, " ") + "}"
+                           : "(" + joinedBy(values.choices, " ") + ")";
+    case Values::Kind::Variable:
+        return "_korvana_variables";
+    case Values::Kind::Folder:
+        return "_directories";
+    case Values::Kind::File:
+        return "_files";
+    default:
+        return "";
+    }
+}
+
+/// A text inside a specification of _arguments.
+std::string zshText(std::string_view text) {
+    std::string escaped;
+    for (const char c : text) {
+        if (std::string_view("[]:\\").find(c) != std::string_view::npos) escaped += '\\';
+        escaped += c;
+    }
+    return escaped;
+}
+
+void writeZshCommand(const CommandApp& command, std::ostream& out) {
+    out << "    " << command.name << ")\n      _arguments -s";
+    for (const CLI::Option* option : optionsOf(command, false)) {
+        const Values values = valuesOf(command, *option);
+        const bool many = option->get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll;
+        const std::vector<std::string> names = namesOf(*option);
+        for (const std::string& name : names) {
+            std::string spec = many ? "*" : "(" + joinedBy(names, " ") + ")";
+            spec += name;
+            if (values.kind != Values::Kind::None) spec += name.starts_with("--") ? "=" : "+";
+            spec += "[" + zshText(shortHelp(*option)) + "]";
+            if (values.kind != Values::Kind::None)
+                spec += ":" + zshText(option->get_type_name()) + ":" + zshAction(values);
+            out << " \\\n        " << quoted(spec);
+        }
+    }
+    for (const CLI::Option* option : optionsOf(command, true))
+        out << " \\\n        "
+            << quoted(":" + option->get_name(true) + ":" + zshAction(valuesOf(command, *option)));
+    out << "\n      ;;\n";
+}
+
+} // namespace
+
+void writeVariableNames(const std::string& path, std::ostream& out) {
+    // Nobody waits for a big file while typing: its beginning, up to a line's end, has the names.
+    constexpr std::size_t most = 64 << 10;
+    std::string beginning(most, ' ');
+    std::ifstream in(path, std::ios::binary);
+    in.read(beginning.data(), static_cast<std::streamsize>(most));
+    beginning.resize(static_cast<std::size_t>(in.gcount()));
+    if (beginning.size() == most) beginning.resize(beginning.rfind('\n') + 1);
+    const MemoryFile file(beginning);
+    try {
+        const DataSet data = readData(file.path());
+        for (int i = 0; i < data.variableCount(); ++i)
+            out << oneLine(data.variable(i).name) << '\n';
+    } catch (const DataError&) { // nothing to offer
+    }
+}
+
+void writeBashCompletion(const std::vector<CommandApp>& commands, std::ostream& out) {
+    out << bashFunctions
+        << "_korvana() {\n"
+           "  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}\n"
+           "  COMPREPLY=()\n"
+           "  # bash takes --name=value for three words\n"
+           "  if [[ $current == = ]]; then current=\n"
+           "  elif [[ $previous == = ]]; then previous=${COMP_WORDS[COMP_CWORD-2]}; fi\n"
+           "  if ((COMP_CWORD == 1)); then _korvana_offer '' "
+        << commandNames(commands)
+        << " help --help --version; return; fi\n"
+           "  case ${COMP_WORDS[1]} in\n    help) _korvana_offer '' "
+        << commandNames(commands) << " ;;\n";
+    for (const CommandApp& command : commands)
+        writeBashCommand(command, out);
+    out << "  esac\n}\ncomplete -F _korvana korvana\n";
+}
+
+void writeZshCompletion(const std::vector<CommandApp>& commands, std::ostream& out) {
+    out << "#compdef korvana\n# zsh completion of korvana; 'korvana completion zsh' writes it\n"
+           "_korvana_variables() {\n"
+           "  local word\n  local -a names\n"
+           "  for word in ${words[2,-1]}; do\n"
+           "    word=${(Q)word}\n    word=${word/#\\~\\//$HOME/}\n"
+           "    if [[ -f $word ]]; then\n"
+           "      names=(${(f)\"$(_call_program variables ${(q)korvana} completion variables ${(q)word} "
+           "2>/dev/null)\"})\n"
+           "      break\n    fi\n  done\n"
+           "  compset -P '*,'\n"
+           "  compadd -S '' -a names\n"
+           "}\n"
+           "_korvana() {\n"
+           "  local korvana=$words[1]\n"
+           "  if ((CURRENT == 2)); then\n"
+           "    local -a commands=(";
+    for (const CommandApp& command : commands)
+        out << "\n      " << quoted(std::string{command.name} + ":" + zshText(command.summary));
+    out << ")\n    _describe command commands\n    return\n  fi\n"
+           "  shift words\n  ((CURRENT--))\n"
+           "  case $words[1] in\n";
+    for (const CommandApp& command : commands)
+        writeZshCommand(command, out);
+    out << "  esac\n}\n"
+           "if [[ $funcstack[1] == _korvana ]]; then _korvana \"$@\"; else compdef _korvana korvana; fi\n";
+}
+
+void writeFishCompletion(const std::vector<CommandApp>& commands, std::ostream& out) {
+    out << "# fish completion of korvana; 'korvana completion fish' writes it\n"
+           "function __korvana_variables\n"
+           "  set -l words (commandline -opc)\n"
+           "  for word in $words[3..-1]\n"
+           "    if test -f $word\n"
+           "      $words[1] completion variables $word 2>/dev/null\n"
+           "      return\n    end\n  end\nend\n"
+           "function __korvana_list\n"
+           "  set -l before (string match -r '^.*,' -- (commandline -ct | string replace -r '^--[^=]*=' "
+           "''))\n"
+           "  for word in $argv\n    echo -- \"$before$word\"\n  end\nend\n"
+           "complete -c korvana -f\n";
+    for (const CommandApp& command : commands)
+        out << "complete -c korvana -n __fish_use_subcommand -a " << command.name << " -d "
+            << quoted(command.summary) << '\n';
+    for (const CommandApp& command : commands) {
+        const std::string here =
+            std::string{"complete -c korvana -n '__fish_seen_subcommand_from "} + command.name + "'";
+        for (const bool positional : {false, true}) {
+            for (const CLI::Option* option : optionsOf(command, positional)) {
+                const Values values = valuesOf(command, *option);
+                out << here;
+                if (!positional) {
+                    for (const std::string& name : option->get_snames())
+                        out << " -s " << name;
+                    for (const std::string& name : option->get_lnames())
+                        out << " -l " << name;
+                    out << " -d " << quoted(shortHelp(*option));
+                }
+                if (values.kind == Values::Kind::Choice)
+                    out << (positional ? " -a " : " -x -a ")
+                        << quoted(values.list ? "(__korvana_list " + joinedBy(values.choices, " ") + ")"
+                                              : joinedBy(values.choices, " "));
+                else if (values.kind == Values::Kind::Variable)
+                    out << " -x -a '(__korvana_list (__korvana_variables))'";
+                else if (values.kind == Values::Kind::Folder)
+                    out << " -x -a '(__fish_complete_directories)'";
+                else if (values.kind == Values::Kind::File)
+                    out << " -F";
+                else if (values.kind == Values::Kind::Any)
+                    out << (positional ? "" : " -x");
+                out << '\n';
+            }
+        }
+    }
+}
+
+} // namespace korvana::cli

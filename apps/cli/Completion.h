@@ -1,0 +1,21 @@
+#pragma once
+
+#include "apps/cli/CommandApp.h"
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace korvana::cli {
+
+/// Scripts that make a shell complete commands, options, files, fixed values, and variables by the header of
+/// the data file that stands in the line (`korvana completion variables FILE` tells them).
+void writeBashCompletion(const std::vector<CommandApp>& commands, std::ostream& out);
+void writeZshCompletion(const std::vector<CommandApp>& commands, std::ostream& out);
+void writeFishCompletion(const std::vector<CommandApp>& commands, std::ostream& out);
+
+/// The names of a file's variables, one a line, from the beginning of the file alone. None when it cannot be
+/// read.
+void writeVariableNames(const std::string& path, std::ostream& out);
+
+} // namespace korvana::cli

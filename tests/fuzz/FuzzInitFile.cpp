@@ -1,0 +1,32 @@
+// Initialisation files: any text is kept as it stands, and what is put in is found again.
+
+#include "host/session/InitFile.h"
+#include "tests/fuzz/Scratch.h"
+
+#include <cstdint>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    using korvana::InitFile;
+    using korvana::fuzz::require;
+    // Three lines of names and a value, then the file.
+    std::string_view text(reinterpret_cast<const char*>(bytes), size);
+    std::string_view words[3];
+    for (std::string_view& word : words) {
+        word = text.substr(0, text.find('\n'));
+        text.remove_prefix(std::min(word.size() + 1, text.size()));
+    }
+    InitFile file = InitFile::parse(text);
+    const std::string once = file.text();
+    require(InitFile::parse(once).text() == once, "a file that was written reads back as itself", once);
+    for (const std::string& keyword : file.keywords(words[0]))
+        require(file.value(words[0], keyword).has_value(), "a keyword that is listed has a value", keyword);
+    if (!file.put(words[0], words[1], words[2])) {
+        require(file.text() == once, "what is refused changes nothing", once);
+        return 0;
+    }
+    const auto value = file.value(words[0], words[1]);
+    const InitFile back = InitFile::parse(file.text());
+    require(back.hasSection(words[0]), "the section is there again", file.text());
+    require(value.has_value() && back.value(words[0], words[1]) == value, "the value is found again", file.text());
+    return 0;
+}

@@ -1,13 +1,15 @@
 #include "apps/cli/Completion.h"
 
+#include "host/data/ByteSource.h"
 #include "host/data/DataError.h"
-#include "host/data/ReadData.h"
+#include "host/data/DelimitedReader.h"
 #include "host/results/Utf8.h"
 
-#include <fstream>
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <span>
 #include <string_view>
-#include <sys/mman.h>
-#include <unistd.h>
 
 namespace korvana::cli {
 namespace {
@@ -98,26 +100,30 @@ _korvana_variables() { # SEPARATOR
 }
 )bash";
 
-/// A file that is in memory only and has a name as long as this lives.
-class MemoryFile {
+/// The beginning of a file, up to the end of a line: nobody waits for a big file while typing.
+class Beginning final : public ByteSource {
 public:
-    explicit MemoryFile(const std::string& bytes) : descriptor_(memfd_create("beginning", MFD_CLOEXEC)) {
-        for (std::size_t at = 0; descriptor_ >= 0 && at < bytes.size();) {
-            const ssize_t written = ::write(descriptor_, bytes.data() + at, bytes.size() - at);
-            if (written <= 0) break;
-            at += static_cast<std::size_t>(written);
-        }
+    explicit Beginning(ByteSource& whole) : name_(whole.name()), text_(64 << 10, ' ') {
+        const std::size_t room = text_.size();
+        text_.resize(whole.readFully(text_));
+        if (text_.size() == room) text_.resize(text_.rfind('\n') + 1);
     }
-    ~MemoryFile() {
-        if (descriptor_ >= 0) close(descriptor_);
-    }
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
 
-    [[nodiscard]] std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
+    std::size_t read(std::span<char> room) override {
+        const std::size_t count = std::min(room.size(), text_.size() - at_);
+        std::copy_n(text_.begin() + static_cast<std::ptrdiff_t>(at_), count, room.begin());
+        at_ += count;
+        return count;
+    }
+    void rewind() override { at_ = 0; }
+    void checkUnchanged() const override {}
+    [[nodiscard]] std::size_t size() const override { return text_.size(); }
+    [[nodiscard]] const std::string& name() const override { return name_; }
 
 private:
-    int descriptor_;
+    std::string name_;
+    std::string text_;
+    std::size_t at_ = 0;
 };
 
 void writeBashCommand(const CommandApp& command, std::ostream& out) {
@@ -188,16 +194,11 @@ void writeZshCommand(const CommandApp& command, std::ostream& out) {
 } // namespace
 
 void writeVariableNames(const std::string& path, std::ostream& out) {
-    // Nobody waits for a big file while typing: its beginning, up to a line's end, has the names.
-    constexpr std::size_t most = 64 << 10;
-    std::string beginning(most, ' ');
-    std::ifstream in(path, std::ios::binary);
-    in.read(beginning.data(), static_cast<std::streamsize>(most));
-    beginning.resize(static_cast<std::size_t>(in.gcount()));
-    if (beginning.size() == most) beginning.resize(beginning.rfind('\n') + 1);
-    const MemoryFile file(beginning);
+    if (path == "-") return; // who types has no data to give
     try {
-        const DataSet data = readData(file.path());
+        const std::unique_ptr<ByteSource> whole = openSource(path);
+        Beginning beginning(*whole);
+        const DataSet data = readDelimited(beginning);
         for (int i = 0; i < data.variableCount(); ++i)
             out << oneLine(data.variable(i).name) << '\n';
     } catch (const DataError&) { // nothing to offer

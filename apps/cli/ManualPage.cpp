@@ -77,6 +77,7 @@ void writeManualPage(const std::vector<CommandApp>& commands, std::ostream& out)
            ".TP\n1\nthe analysis refused the data; standard error has its message\n"
            ".TP\n2\nwrong usage, data that cannot be read, or results that cannot be written\n"
            ".TP\n130\nstopped by Ctrl\\-C; nothing is written\n"
+           ".TP\n143, 129\nstopped by SIGTERM or SIGHUP\n"
            ".SH ENVIRONMENT\n"
            ".TP\n\\fBKORVANA_MODULE\\fR\nthe file of the module with the analyses, or its folder\n"
            ".SH EXAMPLES\n.nf\n";

@@ -197,7 +197,7 @@ TEST_F(UsageTest, DataThatCannotBeUsedAreNamedByPlace) {
         has(usageError({"info", data, "--missing", "sex=x"}), "neither a number nor a value label of 'sex'"));
     EXPECT_TRUE(
         has(usageError({"info", data, "--missing", "1=9", "--missing", "weeks=8"}), "one missing-data code"));
-    EXPECT_TRUE(has(usageError({"info", data, "--separator", "|"}), "comma, semicolon or tab"));
+    EXPECT_TRUE(has(usageError({"info", data, "--separator", "word"}), "comma, semicolon, tab, pipe"));
     EXPECT_TRUE(has(usageError({"info", data, "--header", "--no-header"}), "contradict"));
 }
 

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFontDatabase>
+#include <QFontMetrics>
 #include <QResource>
 
 namespace korvana {
@@ -38,7 +39,8 @@ QFont chartFont(int pixels, bool bold) {
 }
 
 void useChartFontWhereThereIsNone() {
-    if (!QFontDatabase::families().isEmpty()) return;
+    // Names of families are listed even then.
+    if (QFontMetrics(QApplication::font()).inFont('a')) return;
     addFonts();
     QFont font = QApplication::font();
     font.setFamily(kFamily);

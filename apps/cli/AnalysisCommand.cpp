@@ -24,6 +24,7 @@ void AnalysisCommand::declare(CLI::App& app) {
         ->type_name("O[,O...]")
         ->group("Output");
     output_.declare(app);
+    log_.declare(app);
     app.add_flag("--timing", timing_, "tell on standard error how long each phase took")->group("Output");
     app.footer("Example: " + app.get_name() + " " + example() +
                "\n\n"
@@ -73,9 +74,13 @@ int AnalysisCommand::run(Console& console) {
     Session session(load());
     session.addObserver(progress);
     session.addObserver(times);
+    session.addObserver(log_);
+    log_.begin(console);
+    log_.tell("Reading " + data_.path());
     progress.status("Reading " + data_.path() + " ...");
     times.status("Opening the file");
     data_.open(session.data());
+    log_.tellData(session.data());
     times.status("Checking codes");
     const std::vector<std::string> notes = check(session.data());
     times.status({});
@@ -94,6 +99,7 @@ int AnalysisCommand::run(Console& console) {
                     if (action == nullptr) continue;
                     const std::size_t errors = errorsIn(session.book());
                     script.press(action);
+                    log_.tell(std::string{"Made "} + action);
                     ++(errorsIn(session.book()) == errors ? made : failed);
                 }
             }
@@ -115,7 +121,9 @@ int AnalysisCommand::run(Console& console) {
     book.analysis = title();
     book.notes.insert(book.notes.end(), notes.begin(), notes.end());
     times.status("Writing");
+    log_.tell("Writing results");
     const int exit = output_.write(book, console);
+    log_.tell("Done");
     if (timing_) times.write(console.err);
     return exit;
 }

@@ -4,6 +4,7 @@
 #include "apps/cli/DataOptions.h"
 #include "apps/cli/OutputOptions.h"
 #include "apps/cli/Script.h"
+#include "apps/cli/VerboseLog.h"
 #include "host/session/ModuleLibrary.h"
 
 #include <array>
@@ -57,6 +58,7 @@ private:
     DataOptions data_;
     OutputOptions output_;
     std::string list_;
+    VerboseLog log_;
     bool timing_ = false;
 };
 

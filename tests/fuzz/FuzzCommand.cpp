@@ -115,8 +115,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 
     std::ostringstream out;
     std::ostringstream err;
-    StopSignals signals;
-    cli::Console console{out, err, false, signals};
+    cli::Console console{out, err, false};
     const int exit = cli::run(argumentsOf(line), console);
     require(exit >= 0 && exit <= 2, "the exit code is one of the manual's", call);
     require(exit == 0 || !err.str().empty(), "who refuses says why", call);

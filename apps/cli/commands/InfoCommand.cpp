@@ -1,5 +1,6 @@
 #include "apps/cli/DataOptions.h"
 #include "apps/cli/InfoText.h"
+#include "apps/cli/VerboseLog.h"
 #include "apps/cli/commands/Commands.h"
 
 namespace korvana::cli {
@@ -10,11 +11,15 @@ public:
     void declare(CLI::App& app) override {
         data_.declare(app);
         app.add_flag("--json", json_, "as JSON");
+        log_.declare(app);
     }
 
     int run(Console& console) override {
         ActiveData data;
+        log_.begin(console);
+        log_.tell("Reading " + data_.path());
         data_.open(data);
+        log_.tellData(data);
         if (json_)
             writeInfoJson(data, console.out);
         else
@@ -24,6 +29,7 @@ public:
 
 private:
     DataOptions data_;
+    VerboseLog log_;
     bool json_ = false;
 };
 

@@ -118,7 +118,8 @@ TEST_F(KaplanMeierTest, OfManyObservationsTheCurveIsThePictureUnlessAskedOtherwi
         EXPECT_EQ(outcome.code, ExitResults) << outcome.err;
         EXPECT_EQ(has(outcome.err, "message 20250"), more[0] == "--outputs" && more[1] == "plot-1");
         std::vector<std::string> titles;
-        for (const json& chart : json::parse(read(folder / "charts" / "results.json"))["charts"])
+        const json results = json::parse(read(folder / "charts" / "results.json"));
+        for (const json& chart : results["charts"])
             titles.push_back(chart["title"]);
         return titles;
     };

@@ -201,6 +201,22 @@ TEST_F(UsageTest, DataThatCannotBeUsedAreNamedByPlace) {
     EXPECT_TRUE(has(usageError({"info", data, "--header", "--no-header"}), "contradict"));
 }
 
+/// --verbose adds to standard error alone, and tells what was read and made.
+TEST_F(UsageTest, VerboseTellsWhatIsReadAndDone) {
+    const std::vector<std::string> call{"kaplan-meier", data,         "--time",   "weeks",        "--censor",
+                                        "status",       "--complete", "1",        "--censored",   "0",
+                                        "--format",     "json",       "--define", "m = weeks / 4"};
+    std::vector<std::string> verbose = call;
+    verbose.emplace_back("--verbose");
+    const Outcome told = run(verbose);
+    EXPECT_EQ(told.code, ExitResults);
+    EXPECT_EQ(told.out, run(call).out);
+    for (const char* part : {"Read ", "4 cases, 5 variables (3 of numbers, 1 of texts, 1 of dates)",
+                             "Computed: m = weeks / 4", "Made Summary", "Done"})
+        EXPECT_TRUE(has(told.err, part)) << part << told.err;
+    EXPECT_FALSE(has(run(call).err, "Made Summary"));
+}
+
 TEST_F(UsageTest, NothingFromAFileReachesTheTerminalRaw) {
     const std::string evil = file("evil.csv", "t,\x1b[31mstatus\n1,2\n3,4\n");
     const Outcome outcome = run({"kaplan-meier", evil, "--time", "t", "--censor", "2"});

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "apps/cli/Console.h"
+#include "host/session/ActiveData.h"
+#include "host/session/SessionObserver.h"
+
+#include <CLI/App.hpp>
+#include <chrono>
+#include <string>
+#include <string_view>
+
+namespace korvana::cli {
+
+/// --verbose: tells on standard error what the program does, each line with the seconds since it began.
+class VerboseLog final : public SessionObserver {
+public:
+    void declare(CLI::App& app);
+    /// To be called before anything is told; nothing is told without --verbose.
+    void begin(Console& console);
+
+    void tell(const std::string& text);
+    /// What was read: cases, variables by kind, and what the reader, conditions and definitions note.
+    void tellData(const ActiveData& data);
+    void status(std::string_view text) override;
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    bool wanted_ = false;
+    Console* console_ = nullptr;
+    Clock::time_point since_;
+    std::string last_;
+};
+
+} // namespace korvana::cli

@@ -38,7 +38,7 @@ run() { # run TARGET SECONDS
   local target=$1 corpus=$work/corpus/$1 seeds=$work/seeds/$1 log=$work/fuzz-$1.log status=0 dictionary=()
   mkdir -p "$corpus" "$seeds"
   seed_corpus "$target" "$seeds"
-  [[ -f tests/fuzz/$target.dict ]] && dictionary=("-dict=tests/fuzz/$target.dict")
+  [[ -f tests/fuzz/$target.dict ]] && dictionary=("-dict=$PWD/tests/fuzz/$target.dict")
   "$work/bin/fuzz-$target" -seed="$seed" -max_total_time="$2" -timeout=30 -rss_limit_mb=3000 -max_len=4096 \
     -print_final_stats=1 -artifact_prefix="$work/found/$target-" "${dictionary[@]}" "$corpus" "$seeds" \
     >"$log" 2>&1 || status=$?

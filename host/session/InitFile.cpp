@@ -55,13 +55,15 @@ InitFile InitFile::parse(std::string_view text) {
         const auto end = text.find('\n');
         std::string_view line = text.substr(0, end);
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-        if (line.ends_with('\r')) line.remove_suffix(1);
+        while (line.ends_with('\r'))
+            line.remove_suffix(1); // more than one stands for nothing
         file.lines_.push_back(classify(line));
     }
     return file;
 }
 
 std::pair<std::size_t, std::size_t> InitFile::range(std::string_view section) const {
+    section = trimmed(section);
     std::size_t first = 0;
     while (first < lines_.size() &&
            !(lines_[first].kind == Line::Kind::Section && equalIgnoringCase(lines_[first].name, section)))
@@ -75,7 +77,7 @@ std::pair<std::size_t, std::size_t> InitFile::range(std::string_view section) co
 
 bool InitFile::hasSection(std::string_view section) const {
     for (const Line& line : lines_)
-        if (line.kind == Line::Kind::Section && equalIgnoringCase(line.name, section)) return true;
+        if (line.kind == Line::Kind::Section && equalIgnoringCase(line.name, trimmed(section))) return true;
     return false;
 }
 

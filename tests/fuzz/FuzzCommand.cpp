@@ -4,10 +4,12 @@
 
 #include "apps/cli/Run.h"
 #include "host/data/TextEncoding.h"
+#include "host/session/ModuleLibrary.h"
 #include "tests/fuzz/CsvGrid.h"
 #include "tests/fuzz/Scratch.h"
 
 #include <cstdint>
+#include <dlfcn.h>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -100,6 +102,9 @@ void checkFiles(const fs::path& folder, const std::string& call) {
 
 extern "C" int LLVMFuzzerInitialize(int* /*count*/, char*** /*arguments*/) {
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    // A module that is unloaded would take the fuzzer's counts of it along.
+    for (const auto& module : korvana::findModules())
+        if (dlopen(module.c_str(), RTLD_NOW | RTLD_NODELETE) == nullptr) return 1;
     std::filesystem::current_path(korvana::fuzz::scratch().folder());
     return std::freopen("/dev/null", "r", stdin) == nullptr ? 1 : 0;
 }

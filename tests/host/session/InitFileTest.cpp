@@ -29,7 +29,11 @@ TEST(InitFileTest, WritingKeepsTheOtherLines) {
     EXPECT_EQ(file.text(), before);
     EXPECT_TRUE(file.put("A", "X", "new"));
     EXPECT_TRUE(file.put("a", "z", "ä = b"));
-    EXPECT_TRUE(file.put("c", "k", "v"));
+    EXPECT_TRUE(file.put(" c ", "k", "v"));
+    EXPECT_TRUE(file.hasSection(" c")) << "blanks around names count for nothing";
+    EXPECT_EQ(file.value("c ", " k"), "v");
+    const std::string stray = InitFile::parse("[a]\nb=c\r\r").text();
+    EXPECT_EQ(InitFile::parse(stray).text(), stray);
     EXPECT_EQ(file.text(), "; mine\n[a]\nX=new\nz=ä = b\n\n[b]\ny=2\n[c]\nk=v\n");
     EXPECT_EQ(InitFile::parse(file.text()).value("a", "z"), "ä = b");
 

@@ -2,11 +2,13 @@
 
 #include "host/data/DateText.h"
 #include "host/data/DayNumber.h"
+#include "host/data/ReadData.h"
 #include "host/data/Thousands.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <utility>
 
 namespace korvana {
 namespace {
@@ -220,16 +222,20 @@ private:
         const DateText date = readDateText(place.text).value_or(DateText{});
         std::string readings;
         std::string options;
+        std::vector<DateOrder> choices;
         for (std::size_t i = 0; i < fit.size(); ++i) {
             const char* const link = i == 0 ? "" : i + 1 < fit.size() ? ", " : " or ";
             const auto day = dayNumberOf(date, fit[i]->order);
             readings.append(link).append(isoDateText(day.value_or(0)));
             readings.append(" (").append(fit[i]->name).append(")");
             options.append(link).append("--dates ").append(fit[i]->option);
+            choices.push_back(fit[i]->order);
         }
-        fail(column, place,
-             quoted(place) + " may be " + readings + ", and no other date decides; say which (" + options +
-                 "), or write dates as year-month-day");
+        throw AmbiguousDates(table_.cellError(place.line, column,
+                                              quoted(place) + " may be " + readings +
+                                                  ", and no other date decides; say which (" + options +
+                                                  "), or write dates as year-month-day"),
+                             std::move(choices));
     }
 
     void note(std::size_t column) {

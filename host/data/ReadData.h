@@ -1,11 +1,14 @@
 #pragma once
 
+#include "host/data/DataError.h"
 #include "host/data/DataSet.h"
 
 #include <exception>
 #include <filesystem>
 #include <optional>
 #include <stop_token>
+#include <utility>
+#include <vector>
 
 namespace korvana {
 
@@ -21,6 +24,19 @@ struct ReadOptions {
     std::optional<char> decimalMark;  ///< . or ,
     std::optional<DateOrder> dates{}; ///< of 01/02/1995; a year of four digits in front needs none
     std::stop_token stop{};           ///< asks from another thread to give up
+};
+
+/** Dates that can be read in several orders, which nothing in the file decides: `ReadOptions::dates` does. */
+class AmbiguousDates : public DataError {
+public:
+    AmbiguousDates(const DataError& error, std::vector<DateOrder> orders)
+        : DataError(error), orders_(std::move(orders)) {}
+
+    /** In which orders they can be read, two or more. */
+    const std::vector<DateOrder>& orders() const { return orders_; }
+
+private:
+    std::vector<DateOrder> orders_;
 };
 
 /** Thrown by a reader that was asked to stop. */

@@ -17,6 +17,7 @@ namespace korvana::desktop {
 struct DataLoader::Outcome {
     std::optional<DataSet> data;
     QString error;
+    std::vector<DateOrder> dateOrders;
     bool stopped = false;
     std::promise<void> promise;
     std::future<void> done = promise.get_future();
@@ -26,13 +27,6 @@ namespace {
 
 std::filesystem::path toPath(const QString& path) {
     return QFile::encodeName(path).toStdString();
-}
-
-/// Reading a pipe could wait for its other end for ever, and nothing could stop it.
-void refusePipe(const std::filesystem::path& path) {
-    std::error_code ignored;
-    if (std::filesystem::is_fifo(path, ignored))
-        throw DataError(path.string(), 0, 0, "this is a pipe; save what comes through it as a file first");
 }
 
 } // namespace
@@ -51,10 +45,12 @@ void DataLoader::load(const QString& path, const ReadOptions& options) {
                  outcome = outcome_](std::stop_token stop) mutable {
         try {
             options.stop = std::move(stop);
-            refusePipe(file);
             outcome->data = readData(file, options);
         } catch (const ReadingStopped&) {
             outcome->stopped = true;
+        } catch (const AmbiguousDates& error) {
+            outcome->error = shown(error.what());
+            outcome->dateOrders = error.orders();
         } catch (const std::exception& error) {
             outcome->error = shown(error.what());
         }
@@ -87,6 +83,7 @@ void DataLoader::finish(quint64 load) {
     loading_ = false;
     const std::shared_ptr<Outcome> outcome = std::move(outcome_);
     data_ = std::move(outcome->data);
+    dateOrders_ = std::move(outcome->dateOrders);
     if (outcome->stopped)
         emit cancelled();
     else if (data_)

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <thread>
+#include <vector>
 
 class QMimeData;
 class QWidget;
@@ -34,6 +35,8 @@ public:
 
     /// The data read, once, after loaded().
     [[nodiscard]] std::optional<DataSet> take();
+    /// After failed(): the orders in which the file's dates can be read, where that alone stands in the way.
+    [[nodiscard]] const std::vector<DateOrder>& dateOrders() const { return dateOrders_; }
 
 signals:
     void loaded();
@@ -48,6 +51,7 @@ private:
     std::jthread worker_;
     std::shared_ptr<Outcome> outcome_;
     std::optional<DataSet> data_;
+    std::vector<DateOrder> dateOrders_;
     quint64 load_ = 0;
     bool loading_ = false;
 };
@@ -55,7 +59,7 @@ private:
 /// Reads a file and makes it the active data; selection and weights of the data before are forgotten. A file
 /// that takes longer shows a busy sign with a Cancel button over the parent, and the program stays alive; not
 /// to be called again before it answers. False when it was cancelled (the error is then empty) or could not
-/// be read; the data before then stays.
+/// be read; the data before then stays. Where the order of the parts of its dates is open, the user is asked.
 bool openDataFile(ActiveData& data, const QString& path, QString* error, QWidget* parent = nullptr);
 
 /// The filter of a file dialog that asks for data.

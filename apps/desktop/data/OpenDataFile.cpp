@@ -3,26 +3,58 @@
 
 #include <QEventLoop>
 #include <QFileInfo>
+#include <QLabel>
 #include <QLocale>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QProgressDialog>
+#include <QPushButton>
 #include <QUrl>
+#include <utility>
 
 namespace korvana::desktop {
 
-bool openDataFile(ActiveData& data, const QString& path, QString* error, QWidget* parent) {
-    constexpr int patience = 150; // milliseconds: shorter than that, a busy sign only flickers
-    QString problem;
+namespace {
+
+/// Asks how a date such as 02/03/1995 is meant; nothing when cancelled.
+std::optional<DateOrder> askDateOrder(const QString& why, const std::vector<DateOrder>& orders,
+                                      QWidget* parent) {
+    QMessageBox box(QMessageBox::Question, QObject::tr("Open"), why, QMessageBox::Cancel, parent);
+    for (QLabel* label : box.findChildren<QLabel*>())
+        label->setTextFormat(Qt::PlainText); // names of the data may look like markup
+    box.setInformativeText(QObject::tr("In which order do the parts of the dates stand?"));
+    std::vector<std::pair<QAbstractButton*, DateOrder>> choices;
+    for (const DateOrder order : orders) {
+        const QString text = order == DateOrder::DayMonthYear   ? QObject::tr("&Day, month, year")
+                             : order == DateOrder::MonthDayYear ? QObject::tr("&Month, day, year")
+                                                                : QObject::tr("&Year, month, day");
+        choices.emplace_back(box.addButton(text, QMessageBox::AcceptRole), order);
+    }
+    box.exec();
+    for (const auto& [button, order] : choices)
+        if (box.clickedButton() == button) return order;
+    return std::nullopt;
+}
+
+struct Read {
+    std::optional<DataSet> data;
+    QString error; ///< empty when there are data, or reading was cancelled
+    std::vector<DateOrder> dateOrders;
     bool close = false; ///< the window that waits for the data is to go
+};
+
+Read readFile(const QString& path, const ReadOptions& options, QWidget* parent) {
+    constexpr int patience = 150; // milliseconds: shorter than that, a busy sign only flickers
+    Read read;
     DataLoader loader;
     QEventLoop loop;
     QObject::connect(&loader, &DataLoader::loaded, &loop, &QEventLoop::quit);
     QObject::connect(&loader, &DataLoader::cancelled, &loop, &QEventLoop::quit);
     QObject::connect(&loader, &DataLoader::failed, &loop, [&](const QString& text) {
-        problem = text;
+        read.error = text;
         loop.quit();
     });
-    loader.load(path);
+    loader.load(path, options);
     if (loader.wait(patience)) {
         loop.exec(QEventLoop::ExcludeUserInputEvents);
     } else {
@@ -34,20 +66,33 @@ bool openDataFile(ActiveData& data, const QString& path, QString* error, QWidget
         busy.setMinimumDuration(0);
         QObject::connect(&busy, &QProgressDialog::canceled, &loader, &DataLoader::cancel);
         const InputGate gate(busy, parent, [&] {
-            close = true;
+            read.close = true;
             loader.cancel();
         });
         busy.show();
         loop.exec();
     }
-    if (error != nullptr) *error = problem;
-    if (close && parent != nullptr) {
+    read.data = loader.take();
+    read.dateOrders = loader.dateOrders();
+    return read;
+}
+
+} // namespace
+
+bool openDataFile(ActiveData& data, const QString& path, QString* error, QWidget* parent) {
+    Read read = readFile(path, {}, parent);
+    if (!read.dateOrders.empty() && !read.close) {
+        ReadOptions options;
+        options.dates = askDateOrder(read.error, read.dateOrders, parent);
+        read = options.dates ? readFile(path, options, parent) : Read{};
+    }
+    if (error != nullptr) *error = read.error;
+    if (read.close && parent != nullptr) {
         QMetaObject::invokeMethod(parent, &QWidget::close, Qt::QueuedConnection);
         return false;
     }
-    std::optional<DataSet> read = loader.take();
-    if (!read) return false;
-    data.open(std::move(*read));
+    if (!read.data) return false;
+    data.open(std::move(*read.data));
     return true;
 }
 

@@ -3,7 +3,9 @@
 #include "apps/desktop/data/RecentFiles.h"
 #include "tests/apps/desktop/data/Trial.h"
 
+#include <QAbstractButton>
 #include <QMenu>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QProgressDialog>
 #include <QSignalSpy>
@@ -60,6 +62,12 @@ TEST(DataLoader, TellsOnceHowALoadEnded) {
     EXPECT_EQ(loader.take()->caseCount(), 2);
     QTest::qWait(20);
     EXPECT_EQ(told.count(), 4);
+    const QString pipe = folder.path("pipe"); // nobody writes into it
+    ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    loader.load(pipe);
+    EXPECT_FALSE(loader.wait(20));
+    loader.cancel();
+    EXPECT_TRUE(loader.wait(5000));
     loader.load(folder.path("big.csv")); // and goes away
 }
 
@@ -73,10 +81,6 @@ TEST(OpenDataFile, KeepsTheDataBeforeWhenItFails) {
     EXPECT_TRUE(error.contains("gone.csv: there is no such file")) << error.toStdString();
     EXPECT_FALSE(openDataFile(data, QDir::tempPath(), &error));
     EXPECT_TRUE(error.contains("folder")) << error.toStdString();
-    const QString pipe = folder.path("pipe");
-    ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
-    EXPECT_FALSE(openDataFile(data, pipe, &error));
-    EXPECT_TRUE(error.contains("pipe")) << error.toStdString();
     EXPECT_EQ(data.selectedCount(), 2);
 
     EXPECT_TRUE(openDataFile(data, folder.write(QStringLiteral("\u00e4 b.csv"), "a\n1\n"), &error));
@@ -107,6 +111,35 @@ TEST(OpenDataFile, ABigFileLeavesTheProgramAliveAndCanBeCancelled) {
     // A machine may read it before anyone can look or cancel; what is there is then all of it.
     EXPECT_TRUE(read || seen);
     EXPECT_EQ(data.dataSet().caseCount(), read ? 1'000'000 : 4);
+}
+
+TEST(OpenDataFile, TheOrderOfDatesIsAskedForWhereNothingDecidesIt) {
+    const Folder folder;
+    const QString file = folder.write("dates.csv", "id,begin\n1,02/03/1995\n2,04/05/1995\n");
+    const auto opened = [&](const QString& answer) {
+        ActiveData data;
+        bool asked = false;
+        QTimer pulse;
+        QObject::connect(&pulse, &QTimer::timeout, [&] {
+            for (QWidget* widget : QApplication::topLevelWidgets()) {
+                auto* const box = qobject_cast<QMessageBox*>(widget);
+                if (box == nullptr || !box->isVisible()) continue;
+                asked = true;
+                EXPECT_TRUE(box->text().contains("begin")) << box->text().toStdString();
+                for (QAbstractButton* button : box->buttons())
+                    if (button->text().remove('&').startsWith(answer)) button->click();
+            }
+        });
+        pulse.start(1);
+        QString error("as before");
+        const bool read = openDataFile(data, file, &error);
+        EXPECT_TRUE(asked);
+        EXPECT_EQ(error, "");
+        return read ? data.dataSet().column(1)[1] - data.dataSet().column(1)[0] : -1.0;
+    };
+    EXPECT_EQ(opened("Day"), 63.0);   // 2 March to 4 May
+    EXPECT_EQ(opened("Month"), 61.0); // 3 February to 5 April
+    EXPECT_EQ(opened("Cancel"), -1.0);
 }
 
 TEST(OpenDataFile, TheWindowCanBeClosedMeanwhile) {

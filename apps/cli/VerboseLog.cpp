@@ -40,6 +40,7 @@ void VerboseLog::tellData(const ActiveData& active) {
          counted(data.variableCount(), "variable") + " (" + std::to_string(kinds[0]) + " of numbers, " +
          std::to_string(kinds[1]) + " of texts, " + std::to_string(kinds[2]) + " of dates)" +
          (data.hasCaseNames() ? ", with names of cases" : ""));
+    if (!data.layout().empty()) tell("Layout: " + data.layout());
     for (const std::string& note : active.notes())
         tell(note);
 }

@@ -75,6 +75,10 @@ public:
     const std::vector<std::string>& notes() const { return notes_; }
     void addNote(std::string note) { notes_.push_back(std::move(note)); }
 
+    /** How the file was laid out, as the reader found or was told, in a few words; empty when unknown. */
+    const std::string& layout() const { return layout_; }
+    void setLayout(std::string layout) { layout_ = std::move(layout); }
+
 private:
     std::string path_;
     int caseCount_;
@@ -82,6 +86,7 @@ private:
     std::vector<Column> columns_;
     CaseNames caseNames_;
     std::vector<std::string> notes_;
+    std::string layout_;
 };
 
 } // namespace korvana

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <set>
 #include <thread>
 #include <utility>
 
@@ -150,11 +151,40 @@ public:
             data.addVariable(std::move(variables[i]), std::move(columns_[i]));
         for (std::string& note : notes_)
             data.addNote(std::move(note));
+        data.setLayout(layout(kinds));
         source_.checkUnchanged();
         return data;
     }
 
 private:
+    std::string layout(const std::vector<ColumnKind>& kinds) const {
+        const DelimitedFormat& format = table_.format;
+        std::int64_t commas = 0;
+        std::int64_t points = 0;
+        std::set<DateOrder> orders;
+        for (std::size_t i = first_; i < kinds.size(); ++i) {
+            if (kinds[i].kind == VariableKind::Number) {
+                commas += tallies_[i].count[ColumnTally::Comma];
+                points += tallies_[i].count[ColumnTally::Point];
+            }
+            if (kinds[i].order) orders.insert(*kinds[i].order);
+        }
+        std::string text = std::to_string(format.columns) + (format.columns == 1 ? " column" : " columns");
+        if (format.columns > 1) {
+            const char separator = format.dialect.separator;
+            text += " separated by ";
+            text += separator == '\t' ? "tabs" : std::string{'\'', separator, '\''};
+        }
+        text += format.header.empty() ? ", no line of names" : ", a line of names";
+        if (commas > 0) text += ", decimal commas";
+        if (points > 0) text += ", decimal points";
+        for (const DateOrder order : orders)
+            text += order == DateOrder::DayMonthYear   ? ", dates as day, month, year"
+                    : order == DateOrder::MonthDayYear ? ", dates as month, day, year"
+                                                       : ", dates as year, month, day";
+        return text + "; read by " + std::to_string(threads_) + (threads_ == 1 ? " thread" : " threads");
+    }
+
     void readNumbers() {
         const DelimitedFormat& format = table_.format;
         NumberPass pass{source_, table_,

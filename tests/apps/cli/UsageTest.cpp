@@ -212,7 +212,8 @@ TEST_F(UsageTest, VerboseTellsWhatIsReadAndDone) {
     EXPECT_EQ(told.code, ExitResults);
     EXPECT_EQ(told.out, run(call).out);
     for (const char* part : {"Read ", "4 cases, 5 variables (3 of numbers, 1 of texts, 1 of dates)",
-                             "Computed: m = weeks / 4", "Made Summary", "Done"})
+                             "Layout: 4 columns separated by ',', a line of names", "Computed: m = weeks / 4",
+                             "Made Summary", "Done"})
         EXPECT_TRUE(has(told.err, part)) << part << told.err;
     EXPECT_FALSE(has(run(call).err, "Made Summary"));
 }

@@ -113,6 +113,15 @@ TEST(ReadText, AcceptsWhatPeopleSave) {
     }
 }
 
+TEST(ReadText, TellsTheLayoutThatItFound) {
+    EXPECT_EQ(
+        readText("t;d\n1,5;30.01.1995\n2;1.2.1995\n").layout(),
+        "2 columns separated by ';', a line of names, decimal commas, dates as day, month, year; read by 1 "
+        "thread");
+    EXPECT_EQ(readText("1\t2.5\n3\t4\n").layout(),
+              "2 columns separated by tabs, no line of names, decimal points; read by 1 thread");
+}
+
 TEST(ReadText, CodesFollowTheOrderOfTexts) {
     const DataSet data = readText("g,h\nb,10\na,9\nB,x\nb,2\n");
     const auto codes = [&](int v) {

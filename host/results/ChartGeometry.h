@@ -13,6 +13,7 @@ namespace korvana {
 struct Extent {
     double low = 0.0;
     double high = 0.0;
+    bool operator==(const Extent&) const = default;
     [[nodiscard]] double span() const { return high - low; }
     [[nodiscard]] bool contains(double value) const { return value >= low && value <= high; }
 };

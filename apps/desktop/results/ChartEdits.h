@@ -16,6 +16,7 @@ struct ChartEdits {
     std::optional<Extent> x; ///< low < high
     std::optional<Extent> y;
     bool numbersAtRisk = false;
+    bool operator==(const ChartEdits&) const = default;
 
     [[nodiscard]] bool changesChart() const { return title || xTitle || yTitle || x || y; }
 };

@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSettings>
@@ -81,7 +82,8 @@ ExportDialog::ExportDialog(const QString& runTitle, int runs, QWidget* parent)
     row->addWidget(directory_, 1);
     row->addWidget(browse);
     column->addLayout(row);
-    auto* note = new QLabel(tr("The folder is made if there is none. Files of the same names are replaced."));
+    auto* note =
+        new QLabel(tr("The folder is made if there is none. Before files are replaced you are asked."));
     note->setWordWrap(true);
     column->addWidget(note);
     problem_->setWordWrap(true);
@@ -100,6 +102,30 @@ ExportDialog::ExportDialog(const QString& runTitle, int runs, QWidget* parent)
             QFileDialog::getExistingDirectory(this, tr("Folder for the Results"), directory_->text());
         if (!chosen.isEmpty()) directory_->setText(chosen);
     });
+}
+
+void ExportDialog::chooseAllRuns() {
+    allRuns_->setChecked(true);
+}
+
+bool ExportDialog::mayReplace() {
+    const QStringList files = replaced_ ? replaced_(*this) : QStringList{};
+    if (files.isEmpty()) return true;
+    constexpr qsizetype most = 10;
+    QString list = files.mid(0, most).join(QLatin1Char('\n'));
+    if (files.size() > most) list += tr("\nand %1 more").arg(files.size() - most);
+    QMessageBox box(QMessageBox::Warning, windowTitle(),
+                    files.size() == 1
+                        ? tr("One file is there already and would be replaced.")
+                        : tr("%1 files are there already and would be replaced.").arg(files.size()),
+                    QMessageBox::Cancel, this);
+    box.setInformativeText(list);
+    for (QLabel* label : box.findChildren<QLabel*>())
+        label->setTextFormat(Qt::PlainText);
+    QPushButton* replace = box.addButton(tr("&Replace"), QMessageBox::AcceptRole);
+    box.setDefaultButton(QMessageBox::Cancel);
+    box.exec();
+    return box.clickedButton() == replace;
 }
 
 bool ExportDialog::allRuns() const {
@@ -133,6 +159,7 @@ void ExportDialog::accept() {
         showProblem(tr("No folder is given; type its path or browse to it."));
         return;
     }
+    if (!mayReplace()) return;
     QSettings settings;
     for (std::size_t i = 0; i < formats_.size(); ++i)
         settings.setValue(settingsKey(static_cast<OutputFormat>(i)), formats_[i]->isChecked());

@@ -2,6 +2,8 @@
 
 #include <QDialog>
 #include <array>
+#include <functional>
+#include <utility>
 
 #include "host/results/WriteBook.h"
 
@@ -13,12 +15,19 @@ class QRadioButton;
 
 namespace korvana::desktop {
 
-/// Where to write a run or all runs, and in which formats. The choice is remembered.
+/// Where to write a run or all runs, and in which formats. The choice is remembered. Before files are
+/// replaced it asks.
 class ExportDialog : public QDialog {
     Q_OBJECT
 
 public:
     ExportDialog(const QString& runTitle, int runs, QWidget* parent = nullptr);
+
+    void chooseAllRuns();
+    /// Who knows what the present choice would replace: the files, for people.
+    void askBeforeReplacing(std::function<QStringList(const ExportDialog&)> replaced) {
+        replaced_ = std::move(replaced);
+    }
 
     [[nodiscard]] bool allRuns() const;
     [[nodiscard]] FormatSet formats() const;
@@ -28,12 +37,14 @@ public:
 
 private:
     void showProblem(const QString& problem);
+    bool mayReplace();
 
     QRadioButton* thisRun_;
     QRadioButton* allRuns_;
     std::array<QCheckBox*, kOutputFormats> formats_{};
     QLineEdit* directory_;
     QLabel* problem_;
+    std::function<QStringList(const ExportDialog&)> replaced_;
 };
 
 } // namespace korvana::desktop

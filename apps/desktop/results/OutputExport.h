@@ -23,7 +23,15 @@ namespace korvana::desktop {
 void exportOutput(const ResultsBook& book, std::size_t place, const Chart* chart, OutputFormat format,
                   const std::filesystem::path& target);
 
-/// The book with its charts as the user has edited them (by their place). Copies everything.
-[[nodiscard]] ResultsBook withEdits(const ResultsBook& book, const std::map<std::size_t, ChartEdits>& edits);
+/// The book with its charts as the user has edited them, and without the outputs that were removed (both by
+/// their place, the latter ascending). Copies everything.
+[[nodiscard]] ResultsBook withEdits(const ResultsBook& book, const std::map<std::size_t, ChartEdits>& edits,
+                                    const std::vector<std::size_t>& removed = {});
+
+/// The names of the files that `writeBook` writes for what `withEdits` answers, without making it.
+[[nodiscard]] std::vector<std::string> filesToWrite(const ResultsBook& book,
+                                                    const std::map<std::size_t, ChartEdits>& edits,
+                                                    const std::vector<std::size_t>& removed,
+                                                    FormatSet formats);
 
 } // namespace korvana::desktop

@@ -108,7 +108,7 @@ QString originDetails(const ResultsBook::Output& output) {
     return lines.join(QLatin1Char('\n'));
 }
 
-std::vector<std::string> runLines(const ResultsBook& book) {
+std::vector<std::string> runLines(const ResultsBook& book, const std::vector<std::size_t>& leftOut) {
     std::vector<std::string> lines;
     lines.push_back(book.analysis.empty() ? translated("Results").toStdString() : book.analysis);
     lines.emplace_back(textWidth(lines.front()), '=');
@@ -125,9 +125,10 @@ std::vector<std::string> runLines(const ResultsBook& book) {
         lines.push_back(messageText(message));
         if (!message.detail.empty()) lines.push_back("  " + message.detail);
     }
-    if (!book.outputs.empty()) addHeading(lines, "Outputs");
+    if (book.outputs.size() > leftOut.size()) addHeading(lines, "Outputs");
     for (std::size_t place = 0; place < book.outputs.size(); ++place)
-        lines.push_back(outputLine(book, place));
+        if (std::find(leftOut.begin(), leftOut.end(), place) == leftOut.end())
+            lines.push_back(outputLine(book, place));
     if (!book.iterations.empty()) addHeading(lines, "Iterations");
     lines.insert(lines.end(), book.iterations.begin(), book.iterations.end());
     return lines;

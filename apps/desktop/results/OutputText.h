@@ -18,8 +18,10 @@ namespace korvana::desktop {
 [[nodiscard]] QString originDetails(const ResultsBook::Output& output);
 
 /// What a run has to say besides its outputs, as lines of text: analysis, data, how it ended, messages with
-/// their number and detail, notes, the outputs by name, the protocol of an iterative fit.
-[[nodiscard]] std::vector<std::string> runLines(const ResultsBook& book);
+/// their number and detail, notes, the outputs by name but for those at the places left out, the protocol of
+/// an iterative fit.
+[[nodiscard]] std::vector<std::string> runLines(const ResultsBook& book,
+                                                const std::vector<std::size_t>& leftOut = {});
 
 /// A table in aligned lines with title, notes and headings; of a long one the first `mostRows`, with a line
 /// that says so.

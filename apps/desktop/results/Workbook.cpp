@@ -9,6 +9,7 @@
 #include <QStackedWidget>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 #include "apps/desktop/results/ChartView.h"
@@ -112,7 +113,17 @@ void Workbook::makeActions() {
         separator = new QAction(this);
         separator->setSeparator(true);
     }
-    remove_ = make(tr("&Remove This Run"), {}, Qt::WindowShortcut, [this] { removeRun(currentRun()); });
+    // Delete is the tree's: elsewhere it may mean another thing.
+    removeOutput_ = new QAction(tr("Remo&ve This Output"), this);
+    removeRun_ = new QAction(tr("&Remove This Run"), this);
+    for (QAction* action : {removeOutput_, removeRun_}) {
+        action->setShortcutContext(Qt::WidgetShortcut);
+        tree_->addAction(action);
+    }
+    connect(removeOutput_, &QAction::triggered, this,
+            [this] { removeOutput(currentRun(), currentOutput()); });
+    connect(removeRun_, &QAction::triggered, this, [this] { removeRun(currentRun()); });
+    undo_ = make(tr("&Undo Remove"), QKeySequence::Undo, Qt::WidgetWithChildrenShortcut, [this] { undo(); });
 }
 
 Workbook::Run* Workbook::runOf(int run) {
@@ -143,30 +154,43 @@ int Workbook::addRun(std::shared_ptr<const ResultsBook> book, const QString& tit
 }
 
 void Workbook::listOutputs(Run& run) {
-    const auto count = static_cast<int>(run.book->outputs.size());
-    for (int place = run.item->childCount(); place < count; ++place) {
-        const auto at = static_cast<std::size_t>(place);
-        auto* item = new QTreeWidgetItem(run.item);
-        item->setData(0, RunRole, run.item->data(0, RunRole));
-        item->setData(0, PlaceRole, place);
-        item->setIcon(0, outputIcon(iconOf(run.book->outputs[at]), *tree_));
+    run.outputs.resize(run.book->outputs.size());
+    int row = 0;
+    for (std::size_t at = 0; at < run.outputs.size(); ++at) {
+        if (run.outputs[at].removed) continue;
+        const auto place = static_cast<int>(at);
+        QTreeWidgetItem* item = run.item->child(row);
+        if (item == nullptr || item->data(0, PlaceRole).toInt() != place) {
+            item = new QTreeWidgetItem;
+            item->setData(0, RunRole, run.item->data(0, RunRole));
+            item->setData(0, PlaceRole, place);
+            item->setIcon(0, outputIcon(iconOf(run.book->outputs[at]), *tree_));
+            run.item->insertChild(row, item);
+        }
+        ++row;
+        const QString name = outputName(*run.book, at);
+        const QString details = originDetails(run.book->outputs[at]);
+        item->setText(0, name);
+        item->setToolTip(0, details.isEmpty() ? name : name + QLatin1Char('\n') + details);
     }
-    for (int place = 0; place < run.item->childCount(); ++place) {
-        const QString name = outputName(*run.book, static_cast<std::size_t>(place));
-        const QString details = originDetails(run.book->outputs[static_cast<std::size_t>(place)]);
-        run.item->child(place)->setText(0, name);
-        run.item->child(place)->setToolTip(0, details.isEmpty() ? name : name + QLatin1Char('\n') + details);
-    }
-    run.views.resize(run.book->outputs.size());
+    if (row > 0) run.removed = false; // it goes on
+    run.item->setHidden(run.removed);
+    tree_->setVisible(!isEmpty());
+}
+
+QTreeWidgetItem* Workbook::itemOf(const Run& run, int place) {
+    for (int row = 0; row < run.item->childCount(); ++row)
+        if (run.item->child(row)->data(0, PlaceRole).toInt() == place) return run.item->child(row);
+    return nullptr;
 }
 
 void Workbook::outputAdded(int number) {
     Run* run = runOf(number);
     if (run == nullptr) return;
-    const int before = run->item->childCount();
+    const auto before = static_cast<int>(run->outputs.size());
     listOutputs(*run);
     if (run->overview != nullptr) run->overview->refresh();
-    for (int place = run->item->childCount() - 1; place >= before; --place) {
+    for (int place = static_cast<int>(run->outputs.size()) - 1; place >= before; --place) {
         if (ResultsBook::repeatsReport(run->book->outputs[static_cast<std::size_t>(place)])) continue;
         showOutput(number, place);
         return;
@@ -178,48 +202,31 @@ void Workbook::outputChanged(int number) {
     if (run == nullptr) return;
     listOutputs(*run);
     if (run->overview != nullptr) run->overview->refresh();
-    for (OutputView* one : run->views)
-        if (one != nullptr) one->refresh();
+    for (const Shown& one : run->outputs)
+        if (one.view != nullptr) one.view->refresh();
 }
 
 void Workbook::showRun(int number) {
     const Run* run = runOf(number);
-    if (run == nullptr) return;
+    if (run == nullptr || run->removed) return;
     tree_->setCurrentItem(run->item->childCount() > 0 ? run->item->child(0) : run->item);
 }
 
 bool Workbook::showOutput(int number, int place) {
     const Run* run = runOf(number);
-    if (run == nullptr || place < 0 || place >= run->item->childCount()) return false;
-    tree_->setCurrentItem(run->item->child(place));
+    QTreeWidgetItem* item = run == nullptr || place < 0 ? nullptr : itemOf(*run, place);
+    if (item == nullptr) return false;
+    tree_->setCurrentItem(item);
     return true;
 }
 
-void Workbook::removeRun(int number) {
-    const auto found = runs_.find(number);
-    if (found == runs_.end()) return;
-    Run run = std::move(found->second);
-    runs_.erase(found);
-    delete run.item;
-    delete run.overview;
-    for (OutputView* one : run.views)
-        delete one;
-    tree_->setVisible(!isEmpty());
-    if (currentRun() < 0 && !isEmpty()) showRun(runs_.rbegin()->first);
-    showCurrent();
-}
-
-void Workbook::clear() {
-    while (!runs_.empty())
-        removeRun(runs_.begin()->first);
-}
-
 bool Workbook::isEmpty() const {
-    return runs_.empty();
+    return runCount() == 0;
 }
 
 int Workbook::runCount() const {
-    return static_cast<int>(runs_.size());
+    return static_cast<int>(
+        std::count_if(runs_.begin(), runs_.end(), [](const auto& run) { return !run.second.removed; }));
 }
 
 int Workbook::currentRun() const {
@@ -250,12 +257,12 @@ void Workbook::adopt(OutputView* one) {
 OutputView* Workbook::view(Run& run, int place) {
     if (place == kNoPlace) {
         if (run.overview == nullptr) {
-            run.overview = new ReportView([book = run.book] { return runLines(*book); }, run.title);
+            run.overview = new ReportView([&run] { return runLines(*run.book, removedOf(run)); }, run.title);
             adopt(run.overview);
         }
         return run.overview;
     }
-    OutputView*& one = run.views.at(static_cast<std::size_t>(place));
+    OutputView*& one = run.outputs.at(static_cast<std::size_t>(place)).view;
     if (one != nullptr) return one;
     const ResultsBook::Output& output = run.book->outputs.at(static_cast<std::size_t>(place));
     if (const auto* sheet = std::get_if<Spreadsheet>(&output)) {
@@ -285,9 +292,13 @@ void Workbook::showCurrent() {
     origin_->setText(output ? originText(run->book->outputs.at(place)) : QString{});
     origin_->setToolTip(output ? originDetails(run->book->outputs.at(place)) : QString{});
     origin_->setVisible(!origin_->text().isEmpty());
-    for (QAction* action : {copy_, exportRun_, print_, preview_, remove_})
+    for (QAction* action : {copy_, exportRun_, print_, preview_, removeRun_})
         action->setEnabled(run != nullptr);
-    exportOutput_->setEnabled(run != nullptr && currentOutput() != kNoPlace);
+    for (QAction* action : {exportOutput_, removeOutput_})
+        action->setEnabled(output);
+    removeOutput_->setShortcut(output ? QKeySequence(QKeySequence::Delete) : QKeySequence());
+    removeRun_->setShortcut(output ? QKeySequence() : QKeySequence(QKeySequence::Delete));
+    undo_->setEnabled(!removals_.empty());
 }
 
 void Workbook::showMenu(const QPoint& place) {
@@ -301,7 +312,8 @@ void Workbook::showMenu(const QPoint& place) {
 QList<QAction*> Workbook::menuActions() const {
     QList<QAction*> actions{copy_};
     if (OutputView* shown = currentView()) actions += shown->viewActions();
-    actions += {separators_[0], exportOutput_, exportRun_, print_, preview_, separators_[1], remove_};
+    actions += {separators_[0], exportOutput_, exportRun_, print_, preview_,
+                separators_[1], removeOutput_, removeRun_, undo_};
     return actions;
 }
 
@@ -324,9 +336,11 @@ QAction* Workbook::printPreviewAction() const {
 void Workbook::setIcons() {
     for (const auto& [number, run] : runs_) {
         run.item->setIcon(0, outputIcon(OutputIcon::Run, *tree_));
-        for (int place = 0; place < run.item->childCount(); ++place)
-            run.item->child(place)->setIcon(
-                0, outputIcon(iconOf(run.book->outputs[static_cast<std::size_t>(place)]), *tree_));
+        for (int row = 0; row < run.item->childCount(); ++row) {
+            QTreeWidgetItem* item = run.item->child(row);
+            const auto place = static_cast<std::size_t>(item->data(0, PlaceRole).toInt());
+            item->setIcon(0, outputIcon(iconOf(run.book->outputs[place]), *tree_));
+        }
     }
 }
 

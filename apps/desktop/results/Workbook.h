@@ -23,6 +23,7 @@ class QTreeWidgetItem;
 
 namespace korvana::desktop {
 
+class ExportDialog;
 class OutputView;
 class ReportView;
 
@@ -50,8 +51,18 @@ public:
     void showRun(int run);
     /// Chooses an output of a run by its place in the book; false when there is none such.
     bool showOutput(int run, int place);
+    /// What is removed stays removed, also when its run goes on: only what comes later is then listed. `undo`
+    /// brings back what was removed last.
     void removeRun(int run);
+    void removeOutput(int run, int place);
+    void undo();
     void clear();
+    /// How many outputs were not exported since they came or, charts, were edited. What repeats a report does
+    /// not count.
+    [[nodiscard]] int unsaved() const;
+    /// Asks where to, and exports the run that is chosen or (to begin with) all runs. False when the user
+    /// does not want to, or something was not written.
+    bool exportRuns(bool all = false);
 
     [[nodiscard]] bool isEmpty() const;
     [[nodiscard]] int runCount() const;      ///< runs that stand
@@ -65,13 +76,13 @@ public:
     [[nodiscard]] QAction* exportRunAction() const;
     [[nodiscard]] QAction* printAction() const;
     [[nodiscard]] QAction* printPreviewAction() const;
-    /// All of them and what else there is (remove the run, ...), in the order of a menu.
+    /// All of them and what else there is (remove, undo, ...), in the order of a menu.
     [[nodiscard]] QList<QAction*> menuActions() const;
 
     /// Writes a run into a directory, its charts as the user has edited them. Answers how many files were
     /// written; what cannot be written or drawn is put into `problems`, one text each.
     std::size_t writeRun(int run, const std::filesystem::path& directory, FormatSet formats,
-                         QStringList& problems) const;
+                         QStringList& problems);
 
 signals:
     /// Something about the results to be said in the status line ("4 files were written to ...").
@@ -81,12 +92,24 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    struct Shown {
+        OutputView* view = nullptr; ///< nullptr until looked at
+        bool removed = false;
+        bool exported = false;
+        ChartEdits exportedAs;
+    };
     struct Run {
         std::shared_ptr<const ResultsBook> book;
         QString title;
         QTreeWidgetItem* item = nullptr;
         ReportView* overview = nullptr;
-        std::vector<OutputView*> views; ///< by place; nullptr until looked at
+        std::vector<Shown> outputs; ///< by place in the book
+        bool removed = false;
+    };
+    struct Removal {
+        int run;
+        std::vector<std::size_t> places;
+        bool whole; ///< and the run itself
     };
 
     [[nodiscard]] Run* runOf(int run);
@@ -95,6 +118,16 @@ private:
     OutputView* view(Run& run, int place);
     void adopt(OutputView* view);
     void listOutputs(Run& run);
+    [[nodiscard]] static QTreeWidgetItem* itemOf(const Run& run, int place);
+    /// Lets go of the results of removed runs; not of those that go on, nor of the one given.
+    void forgetRemovedRuns(int but);
+    static void markExported(Run& run, std::size_t place);
+    static void markExported(Run& run, const FormatSet& formats);
+    [[nodiscard]] static ChartEdits editsOf(const Run& run, std::size_t place);
+    [[nodiscard]] static std::vector<std::size_t> removedOf(const Run& run);
+    [[nodiscard]] QStringList wouldReplace(const ExportDialog& dialog) const;
+    [[nodiscard]] static std::filesystem::path folderOf(const std::filesystem::path& directory,
+                                                        std::size_t number);
     void showCurrent();
     void setIcons();
     void showMenu(const QPoint& place);
@@ -103,7 +136,6 @@ private:
     [[nodiscard]] std::unique_ptr<Chart> shownChart() const;
 
     void exportOutput();
-    void exportRuns();
     void printOutput();
     void previewOutput();
     void printOn(QPrinter& printer);
@@ -111,6 +143,7 @@ private:
 
     std::map<int, Run> runs_;
     int next_ = 0;
+    std::vector<Removal> removals_;
     QSplitter* splitter_;
     QTreeWidget* tree_;
     QLabel* origin_; ///< above the output that is shown: what it came from
@@ -121,7 +154,9 @@ private:
     QAction* exportRun_;
     QAction* print_;
     QAction* preview_;
-    QAction* remove_;
+    QAction* removeOutput_;
+    QAction* removeRun_;
+    QAction* undo_;
     std::array<QAction*, 2> separators_{};
 };
 

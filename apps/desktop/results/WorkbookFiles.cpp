@@ -12,7 +12,9 @@
 #include <QStackedWidget>
 #include <exception>
 #include <new>
+#include <optional>
 #include <stdexcept>
+#include <system_error>
 
 #include "apps/desktop/WaitCursor.h"
 #include "apps/desktop/results/ChartView.h"
@@ -33,6 +35,22 @@ QString filterOf(OutputFormat format) {
 
 std::filesystem::path pathOf(const QString& path) {
     return QDir::toNativeSeparators(path).toStdString();
+}
+
+/// The format that the ending of a name says, among those given.
+std::optional<OutputFormat> formatOfName(const QString& name, const std::vector<OutputFormat>& formats) {
+    for (const OutputFormat one : formats)
+        if (name.endsWith(QLatin1Char('.') + QLatin1String(endingOf(one)), Qt::CaseInsensitive)) return one;
+    return std::nullopt;
+}
+
+QString unknownEnding(const QString& target, const std::vector<OutputFormat>& formats) {
+    QStringList endings;
+    for (const OutputFormat one : formats)
+        endings += QLatin1Char('.') + QLatin1String(endingOf(one));
+    return QObject::tr("'%1' does not say in which format this output is to be written. Give the name one of "
+                       "these endings: %2.")
+        .arg(QFileInfo(target).fileName(), endings.join(QStringLiteral(", ")));
 }
 
 /// Runs `work`; what goes wrong is put into words.
@@ -63,12 +81,19 @@ void Workbook::showProblem(const QString& text) {
 
 std::map<std::size_t, ChartEdits> Workbook::editsOf(const Run& run) const {
     std::map<std::size_t, ChartEdits> edits;
-    for (std::size_t place = 0; place < run.views.size(); ++place) {
-        const auto* chart = qobject_cast<const ChartView*>(run.views[place]);
+    for (std::size_t place = 0; place < run.outputs.size(); ++place) {
+        const auto* chart = qobject_cast<const ChartView*>(run.outputs[place].view);
         if (chart != nullptr && (chart->edits().changesChart() || chart->edits().numbersAtRisk))
             edits[place] = chart->edits();
     }
     return edits;
+}
+
+std::vector<std::size_t> Workbook::removedOf(const Run& run) {
+    std::vector<std::size_t> removed;
+    for (std::size_t place = 0; place < run.outputs.size(); ++place)
+        if (run.outputs[place].removed) removed.push_back(place);
+    return removed;
 }
 
 std::unique_ptr<Chart> Workbook::shownChart() const {
@@ -78,7 +103,7 @@ std::unique_ptr<Chart> Workbook::shownChart() const {
 }
 
 void Workbook::exportOutput() {
-    const Run* run = runOf(currentRun());
+    Run* run = runOf(currentRun());
     if (run == nullptr || currentOutput() < 0) return;
     const std::shared_ptr<const ResultsBook> book = run->book;
     const auto place = static_cast<std::size_t>(currentOutput());
@@ -100,62 +125,98 @@ void Workbook::exportOutput() {
         if (chosen >= 0)
             dialog.setDefaultSuffix(QLatin1String(endingOf(formats[static_cast<std::size_t>(chosen)])));
     });
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return;
-    const QString target = dialog.selectedFiles().constFirst();
+    QString target;
+    std::optional<OutputFormat> named;
+    while (!named) {
+        if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return;
+        target = dialog.selectedFiles().constFirst();
+        named = formatOfName(target, formats);
+        if (!named) showProblem(unknownEnding(target, formats));
+    }
+    const OutputFormat format = *named;
     settings.setValue("export/folder", QFileInfo(target).absolutePath());
-
-    // The ending says the format; where it says nothing, the filter does.
-    const qsizetype chosen = std::max<qsizetype>(filters.indexOf(dialog.selectedNameFilter()), 0);
-    OutputFormat format = formats[static_cast<std::size_t>(chosen)];
-    for (const OutputFormat one : formats)
-        if (target.endsWith(QLatin1Char('.') + QLatin1String(endingOf(one)), Qt::CaseInsensitive))
-            format = one;
     const QString problem = problemOf(
         [&] { korvana::desktop::exportOutput(*book, place, shownChart().get(), format, pathOf(target)); });
     if (!problem.isEmpty()) {
         showProblem(problem);
         return;
     }
+    markExported(*run, place);
     emit statusText(tr("%1 was written.").arg(QDir::toNativeSeparators(target)));
 }
 
 std::size_t Workbook::writeRun(int number, const std::filesystem::path& directory, FormatSet formats,
-                               QStringList& problems) const {
-    const Run* run = runOf(number);
+                               QStringList& problems) {
+    Run* run = runOf(number);
     if (run == nullptr) return 0;
     std::size_t files = 0;
     const QString problem = problemOf([&] {
         std::vector<std::string> undrawn;
         const auto edits = editsOf(*run);
+        const auto removed = removedOf(*run);
         // Only what was edited is worth a copy.
-        files = edits.empty() ? writeBook(*run->book, directory, formats, &undrawn).size()
-                              : writeBook(withEdits(*run->book, edits), directory, formats, &undrawn).size();
+        files = edits.empty() && removed.empty()
+                    ? writeBook(*run->book, directory, formats, &undrawn).size()
+                    : writeBook(withEdits(*run->book, edits, removed), directory, formats, &undrawn).size();
         for (const std::string& one : undrawn)
             problems += QString::fromStdString(one);
     });
-    if (!problem.isEmpty()) problems += problem;
+    if (problem.isEmpty())
+        markExported(*run, formats);
+    else
+        problems += problem;
     return files;
 }
 
-void Workbook::exportRuns() {
+std::filesystem::path Workbook::folderOf(const std::filesystem::path& directory, std::size_t number) {
+    return directory / ("run-" + std::to_string(number));
+}
+
+QStringList Workbook::wouldReplace(const ExportDialog& dialog) const {
+    QStringList there;
+    const std::filesystem::path directory = pathOf(dialog.directory());
+    const auto look = [&](const Run& run, const std::filesystem::path& folder) {
+        std::error_code ignored;
+        std::vector<std::string> files =
+            filesToWrite(*run.book, editsOf(run), removedOf(run), dialog.formats());
+        // By this file a folder is known as that of an earlier run, whose other files then go.
+        if (!dialog.formats().has(OutputFormat::Json)) files.emplace_back("results.json");
+        for (const std::string& file : files)
+            if (std::filesystem::exists(folder / file, ignored))
+                there += QString::fromStdString((folder / file).string());
+    };
+    if (!dialog.allRuns()) {
+        if (const Run* run = runOf(currentRun())) look(*run, directory);
+        return there;
+    }
+    std::size_t number = 0;
+    for (const auto& one : runs_)
+        if (!one.second.removed) look(one.second, folderOf(directory, ++number));
+    return there;
+}
+
+bool Workbook::exportRuns(bool all) {
+    if (currentRun() < 0 && !isEmpty()) showRun(runs_.rbegin()->first);
     const Run* run = runOf(currentRun());
-    if (run == nullptr) return;
+    if (run == nullptr) return true;
     ExportDialog dialog(run->title, runCount(), this);
-    if (dialog.exec() != QDialog::Accepted) return;
+    if (all && runCount() > 1) dialog.chooseAllRuns();
+    dialog.askBeforeReplacing([this](const ExportDialog& chosen) { return wouldReplace(chosen); });
+    if (dialog.exec() != QDialog::Accepted) return false;
     const std::filesystem::path directory = pathOf(dialog.directory());
     QStringList problems;
     std::size_t files = 0;
     if (dialog.allRuns()) {
-        int place = 0;
-        for (const auto& one : runs_) {
-            const std::string folder = "run-" + std::to_string(++place);
-            files += writeRun(one.first, directory / folder, dialog.formats(), problems);
-        }
+        std::size_t number = 0;
+        for (const auto& one : runs_)
+            if (!one.second.removed)
+                files += writeRun(one.first, folderOf(directory, ++number), dialog.formats(), problems);
     } else {
         files = writeRun(currentRun(), directory, dialog.formats(), problems);
     }
     emit statusText(tr("%1 files were written to %2.").arg(files).arg(dialog.directory()));
     if (!problems.isEmpty()) showProblem(problems.join(QStringLiteral("\n\n")));
+    return problems.isEmpty();
 }
 
 void Workbook::printOn(QPrinter& printer) {
@@ -175,11 +236,11 @@ void Workbook::printOn(QPrinter& printer) {
             items.push_back(printItem(run->book->outputs.at(static_cast<std::size_t>(currentOutput()))));
         } else { // the run: everything
             const std::map<std::size_t, ChartEdits> edits = editsOf(*run);
-            items.emplace_back(runLines(*run->book));
+            items.emplace_back(runLines(*run->book, removedOf(*run)));
             for (std::size_t place = 0; place < run->book->outputs.size(); ++place) {
                 const ResultsBook::Output& output = run->book->outputs[place];
                 const auto edit = edits.find(place);
-                if (ResultsBook::repeatsReport(output)) continue;
+                if (run->outputs[place].removed || ResultsBook::repeatsReport(output)) continue;
                 addOrigin(output);
                 if (edit == edits.end()) {
                     items.push_back(printItem(output));

@@ -11,6 +11,7 @@
 #include "apps/desktop/results/Workbook.h"
 #include "apps/desktop/window/AnalysisRunner.h"
 #include "apps/desktop/window/FocusRing.h"
+#include "apps/desktop/window/Leaving.h"
 #include "host/results/OriginText.h"
 
 #include <QApplication>
@@ -73,7 +74,10 @@ MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QStri
     connectRunner();
     connect(startPage_, &StartPage::openRequested, this, &MainWindow::askForFile);
     connect(startPage_, &StartPage::fileRequested, this, &MainWindow::openFile);
-    connect(variablesView_, &VariablesView::variablesChanged, this, &MainWindow::showData);
+    connect(variablesView_, &VariablesView::variablesChanged, this, [this] {
+        labelsEdited_ = true;
+        showData();
+    });
     connect(workbook_, &Workbook::statusText, this,
             [this](const QString& text) { statusBar()->showMessage(text); });
     resize(fontMetrics().averageCharWidth() * 210, fontMetrics().height() * 50);
@@ -196,8 +200,7 @@ void MainWindow::showData() {
 
 void MainWindow::showOutputs(const std::shared_ptr<ResultsBook>& book, bool changed) {
     const auto run = runs_.find(book.get());
-    // A run that was removed from the workbook comes back with its next output. Its book may be gone and its
-    // address another's by now, so the workbook is asked.
+    // The book may be gone and its address another's by now, so the workbook is asked.
     if (run == runs_.end() || workbook_->book(run->second) != book) {
         const int added = workbook_->addRun(book, runTitle(*book));
         runs_[book.get()] = added;
@@ -210,8 +213,11 @@ void MainWindow::showOutputs(const std::shared_ptr<ResultsBook>& book, bool chan
 }
 
 bool MainWindow::loadFile(const QString& path) {
+    const QString name = QString::fromStdString(runner_->data().dataSet().fileName());
+    if (!mayReplaceData(*this, name, labelsEdited_)) return false;
     QString error;
     if (openDataFile(runner_->data(), path, &error, this)) {
+        labelsEdited_ = false;
         recent_.add(path);
         showData();
         return true;
@@ -286,8 +292,9 @@ void MainWindow::startAnalysis() {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     if (!runner_->isBusy()) {
-        runner_->abandon();
-        event->accept();
+        const bool closes = mayClose(*this, *workbook_, labelsEdited_);
+        if (closes) runner_->abandon();
+        event->setAccepted(closes);
         return;
     }
     // The module computes on this thread, below this call: it is asked to stop, and the window closes when it

@@ -91,6 +91,7 @@ private:
     QMenu* recentMenu_ = nullptr;
     QAction* startAction_ = nullptr;
     std::map<const ResultsBook*, int> runs_;
+    bool labelsEdited_ = false;
     bool closeWhenFinished_ = false;
 };
 

@@ -12,6 +12,7 @@
 #include <QTreeWidget>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <set>
 #include <sstream>
 
 #include "apps/desktop/results/ChartView.h"
@@ -119,8 +120,130 @@ TEST_F(WorkbookTest, RunsAreRemovedWithWhatTheyShow) {
     workbook_.outputAdded(first); // gone
     workbook_.clear();
     EXPECT_TRUE(workbook_.isEmpty());
-    EXPECT_EQ(workbook_.book(second), nullptr);
     EXPECT_FALSE(workbook_.copyAction()->isEnabled());
+}
+
+TEST_F(WorkbookTest, WhatIsRemovedStaysAwayWhileItsRunGoesOnAndComesBackOnUndo) {
+    const auto book = std::make_shared<ResultsBook>(test::smallBook());
+    const int run = workbook_.addRun(book, "Run");
+    workbook_.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&workbook_));
+    auto* tree = workbook_.findChild<QTreeWidget*>();
+    const auto listed = [tree] {
+        QStringList names;
+        for (int at = 0; at < tree->topLevelItemCount(); ++at)
+            for (int row = 0; row < tree->topLevelItem(at)->childCount(); ++row)
+                names += tree->topLevelItem(at)->child(row)->text(0);
+        return names;
+    };
+    const QStringList all = listed();
+    const auto without = [&all](const QList<qsizetype>& places) {
+        QStringList rest;
+        for (qsizetype place = 0; place < all.size(); ++place)
+            if (!places.contains(place)) rest += all[place];
+        return rest;
+    };
+    tree->setFocus();
+    workbook_.showOutput(run, 1);
+    QTest::keyClick(tree, Qt::Key_Delete);
+    EXPECT_EQ(listed(), without({1}));
+    EXPECT_EQ(workbook_.currentOutput(), 2); // Delete goes on from here
+    EXPECT_FALSE(workbook_.showOutput(run, 1));
+    QTest::keyClick(tree, Qt::Key_Delete);
+    EXPECT_EQ(listed(), without({1, 2}));
+    book->append(Report{"Later", {"more"}});
+    workbook_.outputAdded(run);
+    workbook_.outputChanged(run);
+    EXPECT_EQ(listed(), without({1, 2}) << "Later");
+    tree->setCurrentItem(tree->topLevelItem(0));
+    const QString overview = shown<ReportView>()->text();
+    EXPECT_FALSE(overview.contains(all[1])) << overview.toStdString();
+    EXPECT_TRUE(overview.contains(all[0]));
+    QStringList problems;
+    EXPECT_EQ(workbook_.writeRun(run, folder() / "left", FormatSet{}.add(OutputFormat::Svg), problems), 1U);
+    QTest::keyClick(tree, Qt::Key_Delete); // the run
+    EXPECT_TRUE(workbook_.isEmpty());
+    book->append(Report{"Last", {"more"}});
+    workbook_.outputAdded(run);
+    EXPECT_EQ(listed(), QStringList{"Last"});
+    EXPECT_EQ(shown<ReportView>()->text(), "more");
+    for (int back = 0; back < 4; ++back) // one more than there is
+        QTest::keyClick(tree, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(listed(), QStringList(all) << "Later"
+                                         << "Last");
+}
+
+TEST_F(WorkbookTest, RunsRemovedLongAgoLeaveTheMemory) {
+    std::vector<std::weak_ptr<const ResultsBook>> books;
+    const auto live = std::make_shared<ResultsBook>(test::smallBook());
+    std::vector<int> runs{workbook_.addRun(live, "Live")};
+    for (int i = 0; i < 3; ++i) {
+        auto book = std::make_shared<const ResultsBook>(test::smallBook());
+        books.push_back(book);
+        runs.push_back(workbook_.addRun(std::move(book), "Run"));
+    }
+    for (const int run : runs)
+        workbook_.removeRun(run);
+    EXPECT_TRUE(books[0].expired());
+    EXPECT_TRUE(books[1].expired());
+    workbook_.undo();
+    EXPECT_EQ(workbook_.runCount(), 1);
+    EXPECT_EQ(workbook_.book(runs[3]), books[2].lock());
+    workbook_.removeRun(runs[3]);
+    live->append(Report{"Later", {}}); // that of a run that goes on is not taken for a new one
+    workbook_.outputAdded(runs[0]);
+    EXPECT_EQ(workbook_.runCount(), 1);
+    EXPECT_EQ(workbook_.currentOutput(), 5);
+}
+
+TEST_F(WorkbookTest, WhatWasNotExportedIsKnown) {
+    const auto book = std::make_shared<ResultsBook>(test::smallBook());
+    std::get<Spreadsheet>(book->outputs[1]).repeatsReport = true;
+    const int run = workbook_.addRun(book, "Run");
+    EXPECT_EQ(workbook_.unsaved(), 4);
+    QStringList problems;
+    workbook_.writeRun(run, folder() / "charts", FormatSet{}.add(OutputFormat::Svg), problems);
+    EXPECT_EQ(workbook_.unsaved(), 2); // the reports
+    std::ofstream(folder() / "in-the-way") << "a file";
+    workbook_.writeRun(run, folder() / "in-the-way", FormatSet::all(), problems);
+    EXPECT_EQ(workbook_.unsaved(), 2);
+    workbook_.removeOutput(run, 0);
+    EXPECT_EQ(workbook_.unsaved(), 1);
+    workbook_.undo();
+    workbook_.writeRun(run, folder() / "all", FormatSet{}.add(OutputFormat::Html), problems);
+    EXPECT_EQ(workbook_.unsaved(), 0);
+    workbook_.showOutput(run, 2);
+    EXPECT_EQ(workbook_.unsaved(), 0);
+    ChartEdits edits = shown<ChartView>()->edits();
+    edits.title = "Edited title";
+    shown<ChartView>()->setEdits(edits);
+    EXPECT_EQ(workbook_.unsaved(), 1);
+    book->append(Report{"Later", {}});
+    workbook_.outputAdded(run);
+    EXPECT_EQ(workbook_.unsaved(), 2);
+}
+
+TEST_F(WorkbookTest, TheFilesThatWouldBeReplacedAreThoseThatAreWritten) {
+    ResultsBook book = test::smallBook();
+    book.append(Chart{test::stepChart()});
+    book.append(Spreadsheet{test::smallSheet()});
+    ChartEdits edits;
+    edits.title = "Another title";
+    int number = 0;
+    for (const std::vector<std::size_t>& removed : {std::vector<std::size_t>{}, {0}, {1, 2}, {2, 5}}) {
+        // Pictures are named alike in every format; one of them is enough to draw.
+        for (const std::string_view list :
+             {"json", "txt", "csv", "html", "xlsx", "svg", "csv,xlsx,svg,txt"}) {
+            const FormatSet formats = parseFormats(list);
+            const auto target = folder() / std::to_string(++number);
+            const std::map<std::size_t, ChartEdits> charts{{5, edits}};
+            std::set<std::string> written;
+            for (const auto& file : writeBook(withEdits(book, charts, removed), target, formats))
+                written.insert(file.filename().string());
+            const std::vector<std::string> told = filesToWrite(book, charts, removed, formats);
+            EXPECT_EQ(std::set<std::string>(told.begin(), told.end()), written) << number;
+        }
+    }
 }
 
 TEST_F(WorkbookTest, CopyTakesWhatIsShownFromTheKeyboard) {
@@ -184,6 +307,63 @@ TEST_F(WorkbookTest, OneOutputIsExportedThroughTheFileDialog) {
     });
     workbook_.exportOutputAction()->trigger();
     EXPECT_EQ(contents(target.toStdString()).substr(0, 18), "Row,Survival Time,");
+}
+
+TEST_F(WorkbookTest, ANameWithAnotherEndingIsRefusedAndAsksAgain) {
+    const int run = workbook_.addRun(std::make_shared<ResultsBook>(test::smallBook()), "Run");
+    workbook_.showOutput(run, 1);
+    QString said;
+    whenOpen<QFileDialog>([&](QFileDialog& dialog) {
+        dialog.findChild<QLineEdit*>()->setText(folder_.filePath("mine.dat"));
+        whenOpen<QMessageBox>([&](QMessageBox& box) {
+            said = box.text();
+            whenOpen<QFileDialog>([&](QFileDialog& again) {
+                again.findChild<QLineEdit*>()->setText(folder_.filePath("mine.xlsx"));
+                QMetaObject::invokeMethod(&again, "accept");
+            });
+            QTest::keyClick(&box, Qt::Key_Enter);
+        });
+        QMetaObject::invokeMethod(&dialog, "accept");
+    });
+    workbook_.exportOutputAction()->trigger();
+    EXPECT_TRUE(said.contains("'mine.dat'") && said.contains(".csv, .xlsx")) << said.toStdString();
+    EXPECT_FALSE(std::filesystem::exists(folder() / "mine.dat"));
+    EXPECT_EQ(contents(folder() / "mine.xlsx").substr(0, 2), "PK");
+}
+
+TEST_F(WorkbookTest, NothingIsReplacedUnasked) {
+    const int run = workbook_.addRun(std::make_shared<ResultsBook>(test::smallBook()), "Run");
+    workbook_.showOutput(run, 1);
+    const auto mine = folder() / "mine.csv";
+    std::ofstream(mine) << "keep";
+    whenOpen<QFileDialog>([&](QFileDialog& dialog) {
+        dialog.findChild<QLineEdit*>()->setText(folder_.filePath("mine"));
+        whenOpen<QMessageBox>([&](QMessageBox& box) {
+            QTest::keyClick(&box, Qt::Key_Escape);
+            dialog.reject();
+        });
+        QMetaObject::invokeMethod(&dialog, "accept");
+    });
+    workbook_.exportOutputAction()->trigger();
+    EXPECT_EQ(contents(mine), "keep");
+
+    std::ofstream(folder() / "report.html") << "keep";
+    for (const bool replace : {false, true}) {
+        QString said;
+        whenOpen<ExportDialog>([&](ExportDialog& dialog) {
+            dialog.findChild<QLineEdit*>()->setText(folder_.path());
+            whenOpen<QMessageBox>([&](QMessageBox& box) {
+                said = box.text() + box.informativeText();
+                QTest::keyClick(&box, replace ? Qt::Key_R : Qt::Key_Escape,
+                                replace ? Qt::AltModifier : Qt::NoModifier);
+                if (!replace) dialog.reject();
+            });
+            QTest::keyClick(&dialog, Qt::Key_Enter);
+        });
+        workbook_.exportRunAction()->trigger();
+        EXPECT_TRUE(said.contains("One file") && said.contains("report.html")) << said.toStdString();
+        EXPECT_EQ(contents(folder() / "report.html") == "keep", !replace);
+    }
 }
 
 TEST_F(WorkbookTest, AFileThatCannotBeWrittenIsSaidWithItsNameAndWhatToDo) {

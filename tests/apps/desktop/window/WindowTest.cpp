@@ -1,10 +1,13 @@
 // The whole window, offscreen, with the survival module in it: from the startup dialog to the results with
 // mouse and keyboard, and what happens when something goes wrong on the way.
 
+#include "apps/desktop/data/VariableTableModel.h"
+#include "apps/desktop/results/ExportDialog.h"
 #include "host/session/SessionCharts.h"
 #include "tests/apps/desktop/window/OpenWindow.h"
 #include "tests/host/session/RefusingMemory.h"
 
+#include <QLineEdit>
 #include <QProcess>
 #include <QSignalSpy>
 
@@ -28,11 +31,11 @@ TEST_F(WindowTest, FromStartupToResultsAndBack) {
     click("Survival times vs. cum. proportion surviving");
     ASSERT_EQ(book()->all<Chart>().size(), 1U);
     EXPECT_EQ(window->workbook().currentOutput(), 3); // what was asked for is what is shown
-    window->workbook().clear();                       // the next output brings the run back
+    window->workbook().clear();
     click("Survival times vs. cum. proportion surviving");
     ASSERT_NE(book(), nullptr);
-    EXPECT_EQ(book()->all<Chart>().size(), 2U);
     EXPECT_EQ(window->workbook().currentOutput(), 4);
+    EXPECT_FALSE(window->workbook().showOutput(window->workbook().currentRun(), 3)); // stays removed
     // Cancel, step by step, with the selections in place.
     click("Cancel");
     ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
@@ -81,6 +84,72 @@ TEST_F(WindowTest, WithoutDataOrModuleItSaysSo) {
     EXPECT_TRUE(boxOf([this] { window->startAnalysis(); }).contains("open a data file"));
     MainWindow alone(nullptr, "the module is not there", folder.path("other.ini"));
     EXPECT_TRUE(alone.openFile(example("aml.csv")));
+}
+
+/// Presses the button of this role in the next message box.
+void answer(QMessageBox::StandardButton with, const std::function<void()>& action, int& asked) {
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (box == nullptr || box->button(with) == nullptr) return;
+        ++asked;
+        QTest::mouseClick(box->button(with), Qt::LeftButton);
+    });
+    timer.start(10);
+    action();
+}
+
+TEST_F(WindowTest, ClosingAsksWhatWouldBeLost) {
+    ASSERT_TRUE(window->openFile(example("veteran.csv")));
+    specify({{3}, {4}}, 1, 0);
+    click("OK");
+    click("Survival times vs. cum. proportion surviving");
+    int asked = 0;
+    answer(
+        QMessageBox::Cancel, [this] { EXPECT_FALSE(window->close()); }, asked);
+    EXPECT_EQ(asked, 1);
+    EXPECT_TRUE(runner().isActive()); // as if nothing had been asked
+    // Save leads to the export.
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        auto* dialog = qobject_cast<ExportDialog*>(QApplication::activeModalWidget());
+        if (dialog == nullptr) return;
+        dialog->findChild<QLineEdit*>()->setText(folder.path("saved"));
+        QTest::keyClick(dialog, Qt::Key_Enter);
+    });
+    timer.start(10);
+    answer(
+        QMessageBox::Save, [this] { EXPECT_TRUE(window->close()); }, asked);
+    EXPECT_EQ(asked, 2);
+    EXPECT_TRUE(QFile::exists(folder.path("saved/report.html")));
+    window->show();
+    EXPECT_TRUE(window->close()); // nothing to lose any more
+    window->show();
+    window->startAnalysis();
+    specify({{3}, {4}}, 1, 0);
+    click("OK");
+    click("Survival times vs. cum. proportion surviving");
+    answer(
+        QMessageBox::Discard, [this] { EXPECT_TRUE(window->close()); }, asked);
+    EXPECT_EQ(asked, 3);
+}
+
+TEST_F(WindowTest, EditsOfLabelsAreNotLostUnasked) {
+    ASSERT_TRUE(window->openFile(example("veteran.csv")));
+    auto* model = window->findChild<VariableTableModel*>();
+    ASSERT_TRUE(model->setData(model->index(3, VariableTableModel::Label), "how it ended", Qt::EditRole));
+    int asked = 0;
+    answer(
+        QMessageBox::Cancel, [this] { EXPECT_FALSE(window->openFile(example("aml.csv"))); }, asked);
+    EXPECT_EQ(window->windowTitle(), "veteran.csv - Korvana");
+    answer(
+        QMessageBox::Cancel, [this] { EXPECT_FALSE(window->close()); }, asked);
+    answer(
+        QMessageBox::Discard, [this] { EXPECT_TRUE(window->openFile(example("aml.csv"))); }, asked);
+    EXPECT_EQ(asked, 3);
+    EXPECT_TRUE(window->openFile(example("veteran.csv"))); // nothing was edited since
+    EXPECT_TRUE(window->close());
+    EXPECT_EQ(asked, 3);
 }
 
 struct NoCharts final : SessionCharts {

@@ -1,0 +1,59 @@
+#include "apps/desktop/window/Leaving.h"
+
+#include "apps/desktop/results/Workbook.h"
+
+#include <QCoreApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStringList>
+
+namespace korvana::desktop {
+namespace {
+
+QString say(const char* text) {
+    return QCoreApplication::translate("Leaving", text);
+}
+
+const char* const kLabels = QT_TRANSLATE_NOOP(
+    "Leaving", "The labels and codes that you edited hold for this session; no file keeps them.");
+
+QMessageBox::StandardButton ask(QWidget& window, const QString& question, const QString& why,
+                                QMessageBox::StandardButtons buttons, const QString& discard) {
+    QMessageBox box(QMessageBox::Warning, say("Korvana"), question, buttons, &window);
+    box.setInformativeText(why);
+    for (QLabel* label : box.findChildren<QLabel*>())
+        label->setTextFormat(Qt::PlainText);
+    if (auto* save = box.button(QMessageBox::Save)) save->setText(say("&Export Results..."));
+    box.button(QMessageBox::Discard)->setText(discard);
+    box.setDefaultButton(buttons.testFlag(QMessageBox::Save) ? QMessageBox::Save : QMessageBox::Cancel);
+    return static_cast<QMessageBox::StandardButton>(box.exec());
+}
+
+} // namespace
+
+bool mayClose(QWidget& window, Workbook& workbook, bool labelsEdited) {
+    for (;;) {
+        const int unsaved = workbook.unsaved();
+        if (unsaved == 0 && !labelsEdited) return true;
+        QStringList why;
+        if (unsaved == 1) why += say("One output was not exported yet.");
+        if (unsaved > 1) why += say("%1 outputs were not exported yet.").arg(unsaved);
+        if (labelsEdited) why += say(kLabels);
+        QMessageBox::StandardButtons buttons = QMessageBox::Discard | QMessageBox::Cancel;
+        if (unsaved > 0) buttons |= QMessageBox::Save;
+        const auto answer = ask(window, say("Close, and lose what is not saved?"),
+                                why.join(QLatin1Char('\n')), buttons, say("&Close without Saving"));
+        if (answer == QMessageBox::Discard) return true;
+        if (answer != QMessageBox::Save || !workbook.exportRuns(true)) return false;
+        if (workbook.unsaved() == 0) return true;
+    }
+}
+
+bool mayReplaceData(QWidget& window, const QString& dataName, bool labelsEdited) {
+    return !labelsEdited ||
+           ask(window, say("Open other data, and lose the edits of %1?").arg(dataName), say(kLabels),
+               QMessageBox::Discard | QMessageBox::Cancel, say("&Open without Them")) == QMessageBox::Discard;
+}
+
+} // namespace korvana::desktop

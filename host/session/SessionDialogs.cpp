@@ -39,6 +39,7 @@ int SessionDialogs::RunModal(ozm::CAnalysisModalDialog& dialog) {
 void SessionDialogs::DialogExits(ozm::CAnalysisDialog& dialog, int nextStep, ozm::ExitMode mode, int page) {
     if (&dialog != current_ || exit_) return;
     exit_ = Exit{nextStep, mode, page};
+    if (mode == ozm::ExitMode::Back) parts_.goesBack();
     if (mode != ozm::ExitMode::Forward) return;
     parts_.origins.accepted(dialog);
     parts_.beginRun();

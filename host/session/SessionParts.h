@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -51,17 +52,28 @@ struct SessionParts {
     }
     /// A dialog was accepted: what follows are results of its settings, and of the data as they are. Results
     /// that stand keep a book of their own, with what was said of them; what was said since the button was
-    /// pressed is about those that follow.
+    /// pressed is about those that follow. What was said in between, by an OK that was refused or failed, was
+    /// mended and is dropped.
     void beginRun() {
-        if (!book->outputs.empty()) {
+        std::vector<ResultMessage> messages = takeFrom(book->messages, messagesBefore_);
+        if (book->outputs.empty()) {
+            book->messages.clear();
+        } else {
+            if (resultsLeft_) (void)takeFrom(book->messages, *resultsLeft_);
+            (void)takeFrom(book->notes, notesBefore_);
             auto next = std::make_shared<ResultsBook>();
             next->analysis = book->analysis;
-            next->messages = takeFrom(book->messages, messagesBefore_);
-            (void)takeFrom(book->notes, notesBefore_);
             book = std::move(next);
         }
+        book->messages = std::move(messages);
+        resultsLeft_.reset();
         remarks = origins.run()->remarks;
         describeData();
+    }
+
+    /// A dialog led back. What is said from the first time on is not about the results that stand.
+    void goesBack() {
+        if (!resultsLeft_) resultsLeft_ = book->messages.size();
     }
 
     /// Data, selection or weights changed: the book of a run that was made keeps what it says of them.
@@ -101,6 +113,7 @@ private:
 
     std::size_t messagesBefore_ = 0;
     std::size_t notesBefore_ = 0;
+    std::optional<std::size_t> resultsLeft_; ///< how many messages there were then
 };
 
 } // namespace korvana

@@ -222,6 +222,7 @@ void DialogView::refreshData() {
     for (const Placed& placed : placed_)
         placed.field->dataChanged();
     offerCodes();
+    reconsiderComplaint(nullptr);
 }
 
 ControlField* DialogView::fieldOf(int control) {
@@ -339,6 +340,7 @@ bool DialogView::put(ControlField& field, ozm::ControlValue value, QWidget* wher
     const auto result =
         operate([&](ozm::CAnalysisDialog& dialog) { return dialog.PutValue(id, std::move(value)); });
     if (!result) return false;
+    if (result->done) reconsiderComplaint(&field);
     if (!result->done && dialog_ != nullptr) {
         complain(where != nullptr ? *where : field, sentence(result->reason));
         // A box that was ticked, a choice made: back to what holds. Typed text stays, to be mended.
@@ -372,6 +374,29 @@ bool DialogView::commitEdits() {
         if (dialog_ == nullptr) return false;
     }
     return true;
+}
+
+void DialogView::reconsiderComplaint(const ControlField* done) {
+    const QWidget* subject = callout_->subject();
+    if (subject == nullptr || dialog_ == nullptr) return;
+    for (const Placed& placed : placed_) {
+        if (placed.field == done || !(placed.field == subject || placed.field->isAncestorOf(subject)))
+            continue;
+        // What was typed may be right now; a choice that was refused is not there any more.
+        if (placed.field->hasPendingEdit()) {
+            const QPointer<ControlField> field(placed.field);
+            QMetaObject::invokeMethod(
+                this,
+                [this, field] {
+                    if (!field.isNull() && dialog_ != nullptr && !busy_ && callout_->subject() != nullptr)
+                        field->commit();
+                },
+                Qt::QueuedConnection);
+            return;
+        }
+        callout_->hide();
+        return;
+    }
 }
 
 void DialogView::complain(QWidget& where, const QString& reason) {

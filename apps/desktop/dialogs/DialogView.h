@@ -97,6 +97,8 @@ private:
     void focusFirst();
     void rememberFocus(QWidget* focused);
     bool commitEdits();
+    /// After something was done, by the field given or otherwise: a complaint whose cause is gone goes too.
+    void reconsiderComplaint(const ControlField* done);
     ControlField* fieldOf(int control);
     /// Runs an operation of the model. Nothing when it did not run, or when the view went while it did.
     template <class Operation>

@@ -16,7 +16,8 @@ QString say(const char* text) {
 }
 
 const char* const kLabels = QT_TRANSLATE_NOOP(
-    "Leaving", "The labels and codes that you edited hold for this session; no file keeps them.");
+    "Leaving", "Labels and codes that you edited, and variables that you computed, hold for this session; no "
+               "file keeps them.");
 
 QMessageBox::StandardButton ask(QWidget& window, const QString& question, const QString& why,
                                 QMessageBox::StandardButtons buttons, const QString& discard) {

@@ -270,6 +270,7 @@ void MainWindow::computeVariable() {
     if (runner_->data().dataSet().caseCount() == 0 && !openFirst()) return;
     ComputeDialog dialog(runner_->data(), front());
     if (dialog.exec() != QDialog::Accepted) return;
+    labelsEdited_ = true;
     showData();
     dataView_->showLastVariable();
     statusBar()->showMessage(QString::fromStdString(runner_->data().dataSet().notes().back()));

@@ -91,7 +91,7 @@ private:
     QMenu* recentMenu_ = nullptr;
     QAction* startAction_ = nullptr;
     std::map<const ResultsBook*, int> runs_;
-    bool labelsEdited_ = false;
+    bool labelsEdited_ = false; ///< or variables computed
     bool closeWhenFinished_ = false;
 };
 

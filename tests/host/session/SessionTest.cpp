@@ -101,6 +101,27 @@ TEST_F(SessionTest, ARefusalStaysInItsDialogAndTellsWhy) {
     EXPECT_EQ(thrown.detail, "broken");
 }
 
+TEST_F(SessionTest, WhatWasMendedIsForgottenOnceAnOkSucceeds) {
+    session.start();
+    for (int again = 0; again < 3; ++again) {
+        specify(2); // no case has a value
+        EXPECT_EQ(session.book().messages.size(), 1U + static_cast<std::size_t>(again));
+    }
+    specify(1);
+    EXPECT_EQ(session.currentInterface(), "TinyResults");
+    EXPECT_TRUE(session.book().messages.empty()) << lastMessage();
+    // What is said beside results stays with them, whatever fails before the next ones.
+    call("Write");
+    session.book().messages.push_back({1, "of an output", {}, {}});
+    const auto results = session.sharedBook();
+    call("Cancel");
+    specify(2);
+    specify(1);
+    EXPECT_TRUE(session.book().messages.empty()) << lastMessage();
+    ASSERT_EQ(results->messages.size(), 1U);
+    EXPECT_EQ(results->messages[0].text, "of an output");
+}
+
 TEST_F(SessionTest, AClosedDialogCanStillBeHeld) {
     session.start();
     ozm::AutomationObject held = *session.currentDialog();

@@ -1,7 +1,10 @@
 #include "tests/apps/desktop/dialogs/EveryKind.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLineEdit>
+#include <QListView>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTabWidget>
@@ -104,6 +107,56 @@ TEST_F(View, ShowsARefusalBesideItsButton) {
     analysis->onCommand = [](EveryKindDlg&, int) { throw 1; };
     QTest::mouseClick(editor<QPushButton>(Go), Qt::LeftButton);
     EXPECT_TRUE(complaint().contains("no reason"));
+}
+
+TEST_F(View, AComplaintGoesWithItsCauseWhoeverTookItAway) {
+    auto* code = editor<QComboBox>(Code)->lineEdit();
+    retype(code, "dead"); // no variable has codes yet
+    QTest::keyClick(code, Qt::Key_Tab);
+    ASSERT_FALSE(complaint().isEmpty());
+    auto* level = editor<QLineEdit>(Level);
+    retype(level, "0.5"); // has nothing to do with it
+    QTest::keyClick(level, Qt::Key_Return);
+    settle();
+    EXPECT_FALSE(complaint().isEmpty());
+    auto* available = view->findChild<QListView*>("available");
+    doubleClick(available, 0);
+    doubleClick(available, 2); // status, which has the label
+    settle();
+    EXPECT_EQ(complaint(), "");
+    EXPECT_EQ(value<double>(Code), 1.0);
+}
+
+TEST_F(View, AComplaintCoversNothing) {
+    auto* callout = view->findChild<QFrame*>("callout");
+    for (const int page : {0, 1}) {
+        view->showPage(page);
+        settle(); // the first layout
+        const QSize before = view->size();
+        for (const auto& [control, wrong] :
+             {std::pair{int{Level}, "x"},
+              std::pair{int{Level}, "a text that goes on for so long that it takes several lines of the "
+                                    "callout to say that it is no number at all"}}) {
+            auto* line = editor<QLineEdit>(control);
+            retype(line, wrong);
+            QTest::keyClick(line, Qt::Key_Return);
+            ASSERT_FALSE(complaint().isEmpty());
+            EXPECT_TRUE(view->rect().contains(callout->geometry()));
+            for (QWidget* one : view->findChildren<QWidget*>()) {
+                const bool shows = qobject_cast<QLineEdit*>(one) || qobject_cast<QAbstractButton*>(one) ||
+                                   qobject_cast<QAbstractItemView*>(one) ||
+                                   qobject_cast<QPlainTextEdit*>(one) || qobject_cast<QComboBox*>(one);
+                if (!shows || !one->isVisible() || callout->isAncestorOf(one)) continue;
+                EXPECT_FALSE(
+                    QRect(one->mapTo(view.get(), QPoint()), one->size()).intersects(callout->geometry()))
+                    << page << " " << one->parentWidget()->objectName().toStdString();
+            }
+            QTest::keyClick(line, Qt::Key_A, Qt::ControlModifier);
+            QTest::keyClicks(line, "1");
+            EXPECT_EQ(complaint(), "");
+            EXPECT_EQ(view->size(), before);
+        }
+    }
 }
 
 TEST_F(View, EnterTakesWhatWasTypedAndPressesOk) {

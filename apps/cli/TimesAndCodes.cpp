@@ -28,11 +28,20 @@ std::vector<int> timeVariables(const DataSet& data, const std::vector<std::strin
     return times;
 }
 
+/// What the reader has to say on a variable (the cell that is no number, and its line), without its name.
+std::string noteOn(const DataSet& data, const std::string& name) {
+    const std::string begin = "variable '" + name + "': ";
+    for (const std::string& note : data.notes())
+        if (note.starts_with(begin)) return "\n" + data.path() + ": " + note;
+    return {};
+}
+
 void refuseTexts(const DataSet& data, const std::vector<int>& times) {
     for (const int time : times)
-        if (data.variable(time).kind == VariableKind::Text)
-            throw UsageError("--time: '" + data.variable(time).name +
-                             "' holds texts, times are numbers or dates (YYYY-MM-DD)");
+        if (const std::string& name = data.variable(time).name;
+            data.variable(time).kind == VariableKind::Text)
+            throw UsageError("--time: '" + name + "' holds texts, times are numbers or dates (YYYY-MM-DD)" +
+                             noteOn(data, name));
 }
 
 /// A code that no case has is a mistake when other cases have neither code; when all cases have the other one

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <set>
 #include <utility>
 
 namespace korvana {
@@ -54,6 +55,7 @@ public:
         decideOrders();
         for (std::size_t i = first_; i < tallies_.size(); ++i)
             note(i);
+        noteTwoOrders();
         return std::move(kinds_);
     }
 
@@ -249,6 +251,7 @@ private:
         }
         if (kinds_[column].kind != VariableKind::Text) return;
         noteMixture(column);
+        noteOtherOrder(column, begin);
         const std::int64_t commas = tally.count[Sort::CommaText];
         if (commas > 0 && commas == tally.count[Sort::Text] && table_.format.dialect.separator == ',') {
             notes_.push_back(begin + cellsAre(commas, "read as text") + ", such as " +
@@ -259,6 +262,32 @@ private:
             notes_.push_back(begin + cellsAre(tally.filled(), "read as text") + ", such as " +
                              inLine(tally.first[Sort::Thousands]) + "; numbers have no separated thousands");
         }
+    }
+
+    /** Texts of which the first would be a date in another order than that asked for. */
+    void noteOtherOrder(std::size_t column, const std::string& begin) {
+        const CellPlace& place = tallies_[column].first[Sort::Text];
+        const auto& asked = table_.format.dialect.dates;
+        if (!asked || tallies_[column].count[Sort::Text] == 0) return;
+        const auto date = readDateText(place.text);
+        if (!date || date->yearFirst) return;
+        for (const Order& each : orders)
+            if (each.order == *asked)
+                notes_.push_back(begin + "read as text, as " + inLine(place) + " is no date in the order " +
+                                 each.name + " (--dates " + each.option + ")");
+    }
+
+    /** Dates of one file are mostly written alike; where they are not, who reads them should know. */
+    void noteTwoOrders() {
+        std::string text;
+        std::set<DateOrder> seen;
+        for (std::size_t i = first_; i < kinds_.size(); ++i)
+            for (const Order& each : orders)
+                if (kinds_[i].order == each.order && seen.insert(each.order).second)
+                    text.append(text.empty() ? "" : ", ")
+                        .append("those of '" + table_.names[i] + "' as ")
+                        .append(each.name);
+        if (seen.size() > 1) notes_.push_back("dates are read in different orders: " + text);
     }
 
     void noteMixture(std::size_t column) {

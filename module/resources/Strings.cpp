@@ -71,9 +71,9 @@ constexpr StringResource strings[] = {
     {StrWeightSmallOne, "%1 case with a weight below 2 in %2 that is not 1 counts once."},
     {StrWeightSmall, "%1 cases with a weight below 2 in %2 that is not 1 count once each."},
     {StrWeightRoundedOne, "%1 case with a weight in %2 that is no whole number counts as often as the next "
-                          "one says: 2.1 three times."},
+                          "one says (2.1 would count three times)."},
     {StrWeightRounded, "%1 cases with weights in %2 that are no whole numbers count as often as the next one "
-                       "says: 2.1 three times."},
+                       "says (2.1 would count three times)."},
 
     {StrNeedThreeValid, "Three valid observations are needed."},
     {StrAllCensored, "Every valid observation has the code of censored ones: are the two codes exchanged?"},

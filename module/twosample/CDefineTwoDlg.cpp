@@ -43,7 +43,7 @@ bool CDefineTwoDlg::SelectionsAreValid() {
         return false;
     }
     if (CodesEqual(CodeForGroup(1), CodeForGroup(2))) {
-        ShowMessage(StrIdenticalGroupCodes);
+        ShowMessage(StrIdenticalGroupCodes, DescribeCodes(Analysis(), Shared().First(ListGrouping)));
         return false;
     }
     if (!GroupCodesAreValid()) {

@@ -173,8 +173,8 @@ TEST_F(KaplanMeierTest, WhatIsLeftOutIsToldOnStandardErrorAndInEveryReport) {
         "'time' "
         "beyond 1e15, 1 with a negative survival time.",
         "1 case with a weight of 0 or less in 'w' counts once.",
-        "1 case with a weight in 'w' that is no whole number counts as often as the next one says: 2.1 three "
-        "times."};
+        "1 case with a weight in 'w' that is no whole number counts as often as the next one says (2.1 would "
+        "count three times)."};
     const std::vector<std::string> options{"--weight", "w", "--missing", "status=2"};
     const auto with = [&](std::vector<std::string> more) {
         more.insert(more.end(), options.begin(), options.end());

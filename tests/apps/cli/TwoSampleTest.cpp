@@ -138,7 +138,7 @@ TEST_F(TwoSampleTest, ARefusalCarriesItsNumber) {
     refused(compare({"--select", "pair = 1"}), "14245: Fewer than two valid cases.\n",
             "Group 1: 1 uncensored, 0 censored. Group 2: 1 uncensored, 0 censored.\n");
     refused(compare(leukaemia, {"--group", "group", "--group1", "6-MP", "--group2", "1"}),
-            "12336: Codes for first", "");
+            "12336: Codes for first", "1 = 6-MP (21 cases), 2 = placebo");
     const auto compareFile = [&](const std::string& cases, const char* outputs = "summary,life-tables") {
         return compare(
             {file("data.csv", "time,status,arm\n" + cases), "--time", "time", "--censor", "status"},

@@ -201,6 +201,14 @@ TEST_F(UsageTest, DataThatCannotBeUsedAreNamedByPlace) {
     EXPECT_TRUE(has(usageError({"info", data, "--header", "--no-header"}), "contradict"));
 }
 
+TEST_F(UsageTest, TimesThatAreTextsAreToldWithTheCellThatMakesThemSo) {
+    const std::string typo = file("typo.csv", "t,s\n1,1\n2,0\n3l,1\n4,1\n");
+    const std::string error = usageError({"kaplan-meier", typo, "--time", "t", "--censor", "s"});
+    EXPECT_TRUE(has(error, "'t' holds texts")) << error;
+    EXPECT_TRUE(has(error, "typo.csv: variable 't': 1 of 4 cells is not a number (first: '3l', line 4)"))
+        << error;
+}
+
 /// --verbose adds to standard error alone, and tells what was read and made.
 TEST_F(UsageTest, VerboseTellsWhatIsReadAndDone) {
     const std::vector<std::string> call{"kaplan-meier", data,         "--time",   "weeks",        "--censor",

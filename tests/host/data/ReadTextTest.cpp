@@ -122,6 +122,24 @@ TEST(ReadText, TellsTheLayoutThatItFound) {
               "2 columns separated by tabs, no line of names, decimal points; read by 1 thread");
 }
 
+TEST(ReadText, NotesOrdersOfDatesThatNobodyMeant) {
+    const auto notes = [](const char* text, std::optional<DateOrder> order) {
+        ReadOptions options;
+        options.dates = order;
+        const DataSet data = readText(text, options);
+        return data.notes();
+    };
+    EXPECT_EQ(
+        notes("a,b\n13/02/1995,03/14/1995\n", {}),
+        std::vector<std::string>{"dates are read in different orders: those of 'a' as day, month, year, "
+                                 "those of 'b' as month, day, year"});
+    EXPECT_EQ(notes("a,b\n13/02/1995,14/03/1995\n", {}), std::vector<std::string>{});
+    EXPECT_EQ(
+        notes("a,b\n13/02/95,x\n", DateOrder::YearMonthDay),
+        std::vector<std::string>{"variable 'a': read as text, as '13/02/95' in line 2 is no date in the "
+                                 "order year, month, day (--dates ymd)"});
+}
+
 TEST(ReadText, CodesFollowTheOrderOfTexts) {
     const DataSet data = readText("g,h\nb,10\na,9\nB,x\nb,2\n");
     const auto codes = [&](int v) {

@@ -103,7 +103,7 @@ TEST_F(CaseReaderTest, WeightsThatDoSomethingElseAreTold) {
                                         "1 case with a weight of 0 or less in 'w' counts once.",
                                         "1 case with a weight below 2 in 'w' that is not 1 counts once.",
                                         "1 case with a weight in 'w' that is no whole number counts as often "
-                                        "as the next one says: 2.1 three times."}));
+                                        "as the next one says (2.1 would count three times)."}));
     EXPECT_EQ(notes({0, -1, 0, none, none, 1, 1})[2],
               "3 cases with a weight of 0 or less in 'w' count once each.");
 }

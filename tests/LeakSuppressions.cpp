@@ -3,5 +3,5 @@
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
 
 extern "C" const char* __lsan_default_suppressions() {
-    return "leak:libfontconfig\nleak:libQt6\nleak:libQCustomPlot\n";
+    return "leak:libdbus-1\nleak:libfontconfig\nleak:libQt6\nleak:libQCustomPlot\n";
 }

@@ -68,6 +68,8 @@ DialogView::~DialogView() {
     // ask, and to a model that is let go: closing a window takes nothing.
     detach();
     if (QWidget* focused = focusWidget()) focused->clearFocus();
+    // The focus moves once more while the fields go, when this is no dialog view any longer.
+    disconnect(qApp, &QApplication::focusChanged, this, nullptr);
 }
 
 void DialogView::detach() {

@@ -1,6 +1,7 @@
 // Pictures of the window and of each dialog, for the manual: Screenshots FOLDER. Offscreen, so that they look
 // the same on every machine with the same fonts.
 
+#include "apps/desktop/data/OpenOptionsDialog.h"
 #include "apps/desktop/data/SelectionDialog.h"
 #include "apps/desktop/data/VariablesView.h"
 #include "apps/desktop/data/WeightsDialog.h"
@@ -90,6 +91,10 @@ void oneSample() {
     WeightsDialog weights(window->runner().data(), window.get());
     weights.show();
     take(weights, QStringLiteral("dialog-case-weights"));
+    OpenOptionsDialog options(QStringLiteral(KORVANA_SOURCE_DIR "/examples/data/veteran.csv"), {},
+                              window.get());
+    options.show();
+    take(options, QStringLiteral("dialog-open-options"));
 }
 
 void twoSamples() {

@@ -3,7 +3,7 @@
 #include <functional>
 #include <optional>
 
-#include "host/results/ChartDrawing.h"
+#include "host/results/ChartRenderer.h"
 
 namespace korvana {
 

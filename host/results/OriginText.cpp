@@ -131,6 +131,8 @@ std::vector<std::string> originLines(const OutputOrigin& origin) {
         for (std::string& line : originLines(*origin.run))
             lines.push_back(std::move(line));
     addSettings(lines, origin.settings);
+    if (origin.run != nullptr)
+        lines.insert(lines.end(), origin.run->remarks.begin(), origin.run->remarks.end());
     return lines;
 }
 

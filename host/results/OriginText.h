@@ -17,7 +17,8 @@ namespace korvana {
 
 /// What a run was made from, one item a line.
 [[nodiscard]] std::vector<std::string> originLines(const RunOrigin& run);
-/// The same for an output, with the time and the settings of the dialog that made it.
+/// The same for an output, with the time, the settings of the dialog that made it, and what the analysis
+/// remarks about the run.
 [[nodiscard]] std::vector<std::string> originLines(const OutputOrigin& origin);
 
 } // namespace korvana

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "host/results/ChartDrawing.h"
+#include "host/results/ChartRenderer.h"
 #include "host/results/CsvWriter.h"
 #include "host/results/HtmlWriter.h"
 #include "host/results/JsonWriter.h"
@@ -71,7 +71,7 @@ void writeCharts(const ResultsBook& book, const std::vector<std::string>& names,
         for (const auto& [format, picture] : kPictures) {
             if (!formats.has(format)) continue;
             const std::string name = names[place] + "." + std::string(ending(format));
-            const Picture drawn = drawChart(chart->info, picture, {.numbersAtRisk = chart->numbersAtRisk});
+            const Picture drawn = drawChart(chart->info, picture, chart->numbersAtRisk);
             if (drawn.drawn()) {
                 fill(folder.add(name), [&drawn](std::ostream& out) { out << drawn.bytes; });
             } else {
@@ -167,8 +167,7 @@ std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std:
         const HtmlOptions options{HtmlOptions{}.mostRows, tableFiles};
         std::vector<std::string> reasons;
         fill(folder.add("report.html"), [&](std::ostream& out) { reasons = writeHtml(book, out, options); });
-        if (!reasons.empty())
-            failures.push_back("cannot draw all charts of 'report.html': " + reasons.front());
+        if (!reasons.empty()) failures.push_back("cannot draw all charts of 'report.html': " + reasons.front());
     }
     writeCharts(book, names, formats, folder, failures);
     // Last, when it is known which pictures there are.

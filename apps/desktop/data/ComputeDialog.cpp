@@ -2,17 +2,11 @@
 
 #include "apps/desktop/WaitCursor.h"
 #include "apps/desktop/data/ConditionEdit.h"
-#include "apps/desktop/data/ExpressionPane.h"
-#include "apps/desktop/data/GridText.h"
 #include "host/data/Expression.h"
 
-#include <QDialogButtonBox>
 #include <QFormLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
-#include <QPushButton>
-#include <QVBoxLayout>
 
 #include <algorithm>
 #include <exception>
@@ -36,42 +30,17 @@ QString firstValues(const Expression& expression, const DataSet& data) {
 } // namespace
 
 ComputeDialog::ComputeDialog(ActiveData& active, QWidget* parent)
-    : QDialog(parent), data_(active), name_(new QLineEdit(this)), expression_(new ConditionEdit(this)),
-      outcome_(new QLabel(this)) {
-    setWindowTitle(tr("Compute Variable"));
+    : ExpressionDialog(active, tr("Compute Variable"), parent), name_(new QLineEdit(this)) {
     name_->setObjectName(QStringLiteral("name"));
     name_->setPlaceholderText(tr("for example: months"));
     expression_->setAccessibleName(tr("Expression"));
     expression_->setPlaceholderText(tr("for example: days / 30.4375, or: status = 2 or status = 3"));
-    outcome_->setObjectName(QStringLiteral("outcome"));
-    outcome_->setWordWrap(true);
-    outcome_->setTextFormat(Qt::PlainText);
-    outcome_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    outcome_->setMinimumHeight(fontMetrics().lineSpacing() * 3);
     auto* fields = new QFormLayout;
     fields->addRow(tr("&Name of the new variable"), name_);
     fields->addRow(tr("&Expression"), expression_);
-    auto* pane = new ExpressionPane(active.dataSet(), *expression_, this);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)->setDefault(true);
-    connect(buttons, &QDialogButtonBox::accepted, this, &ComputeDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &ComputeDialog::reject);
-    const auto changed = [this] {
-        expression_->clearMark();
-        pause_.start();
-    };
-    connect(name_, &QLineEdit::textChanged, this, changed);
-    connect(expression_, &ConditionEdit::textChanged, this, changed);
-    pause_.setSingleShot(true);
-    pause_.setInterval(250);
-    connect(&pause_, &QTimer::timeout, this, &ComputeDialog::look);
-
-    auto* layout = new QVBoxLayout(this);
-    layout->addLayout(fields);
-    layout->addWidget(outcome_);
-    layout->addWidget(pane, 1);
-    layout->addWidget(buttons);
-    resize(fontMetrics().averageCharWidth() * 84, fontMetrics().height() * 32);
+    connect(name_, &QLineEdit::textChanged, this, &ComputeDialog::lookSoon);
+    layOut(fields);
+    QWidget::setTabOrder(name_, expression_);
     name_->setFocus();
     look();
 }
@@ -80,26 +49,17 @@ Definition ComputeDialog::definition() const {
     return {name_->text().trimmed().toStdString(), expression_->toPlainText().trimmed().toStdString()};
 }
 
-void ComputeDialog::showFault(const QString& text) {
-    outcome_->setText(text);
-    showAsError(*outcome_, true);
-}
-
 void ComputeDialog::look() {
-    pause_.stop();
-    showAsError(*outcome_, false);
-    outcome_->setText(tr("True counts as 1, false as 0; what cannot be computed is missing."));
+    lookedAt();
+    say(tr("True counts as 1, false as 0; what cannot be computed is missing."));
     const Definition wanted = definition();
     try {
         if (!wanted.name.empty()) requireNewName(data_.dataSet(), wanted.name);
         if (wanted.expression.empty()) return;
         const Expression expression(expression_->expression(), data_.dataSet());
-        outcome_->setText(tr("The first cases: %1").arg(firstValues(expression, data_.dataSet())));
-    } catch (const ExpressionError& error) {
-        expression_->mark(error.position());
-        showFault(shown(error.what()));
+        say(tr("The first cases: %1").arg(firstValues(expression, data_.dataSet())));
     } catch (const std::exception& error) {
-        showFault(shown(error.what()));
+        sayFault(error);
     }
 }
 
@@ -107,12 +67,12 @@ void ComputeDialog::accept() {
     look();
     const Definition wanted = definition();
     if (wanted.name.empty()) {
-        showFault(tr("The new variable needs a name."));
+        say(tr("The new variable needs a name."), true);
         name_->setFocus();
         return;
     }
     if (wanted.expression.empty()) {
-        showFault(tr("What the variable is to be is missing; write an expression."));
+        say(tr("What the variable is to be is missing; write an expression."), true);
         expression_->setFocus();
         return;
     }
@@ -120,11 +80,10 @@ void ComputeDialog::accept() {
         const WaitCursor cursor;
         data_.define(wanted);
     } catch (const ExpressionError&) { // shown already
-        expression_->goToMark();
-        expression_->setFocus();
+        goToFault();
         return;
     } catch (const std::exception& error) {
-        showFault(shown(error.what()));
+        sayFault(error);
         name_->setFocus();
         return;
     }

@@ -1,20 +1,14 @@
 #pragma once
 
-#include "host/session/ActiveData.h"
+#include "apps/desktop/data/ExpressionDialog.h"
 
-#include <QDialog>
-#include <QTimer>
-
-class QLabel;
 class QLineEdit;
 
 namespace korvana::desktop {
 
-class ConditionEdit;
-
 /// Computes a new variable from others: a name, an expression and, while one types, what it gives for the
 /// first cases, or what is wrong and where. OK adds the variable to the data (exec() answers Accepted).
-class ComputeDialog : public QDialog {
+class ComputeDialog final : public ExpressionDialog {
     Q_OBJECT
 
 public:
@@ -24,15 +18,10 @@ public:
     void accept() override;
 
 private:
-    void look();
-    void showFault(const QString& text);
+    void look() override;
     [[nodiscard]] Definition definition() const;
 
-    ActiveData& data_;
     QLineEdit* name_;
-    ConditionEdit* expression_;
-    QLabel* outcome_;
-    QTimer pause_; ///< between the last key and the look at it
 };
 
 } // namespace korvana::desktop

@@ -18,6 +18,7 @@ struct DataLoader::Outcome {
     std::optional<DataSet> data;
     QString error;
     std::vector<DateOrder> dateOrders;
+    bool faultInText = false;
     bool stopped = false;
     std::promise<void> promise;
     std::future<void> done = promise.get_future();
@@ -51,6 +52,9 @@ void DataLoader::load(const QString& path, const ReadOptions& options) {
         } catch (const AmbiguousDates& error) {
             outcome->error = shown(error.what());
             outcome->dateOrders = error.orders();
+        } catch (const DataError& error) {
+            outcome->error = shown(error.what());
+            outcome->faultInText = error.line() > 0;
         } catch (const std::exception& error) {
             outcome->error = shown(error.what());
         }
@@ -84,6 +88,7 @@ void DataLoader::finish(quint64 load) {
     const std::shared_ptr<Outcome> outcome = std::move(outcome_);
     data_ = std::move(outcome->data);
     dateOrders_ = std::move(outcome->dateOrders);
+    faultInText_ = outcome->faultInText;
     if (outcome->stopped)
         emit cancelled();
     else if (data_)

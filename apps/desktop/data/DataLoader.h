@@ -35,8 +35,10 @@ public:
 
     /// The data read, once, after loaded().
     [[nodiscard]] std::optional<DataSet> take();
-    /// After failed(): the orders in which the file's dates can be read, where that alone stands in the way.
+    /// After failed(): the orders in which the file's dates can be read, where that alone stands in the way;
+    /// and whether the fault lies in the file's text, which other options may read otherwise.
     [[nodiscard]] const std::vector<DateOrder>& dateOrders() const { return dateOrders_; }
+    [[nodiscard]] bool faultInText() const { return faultInText_; }
 
 signals:
     void loaded();
@@ -52,15 +54,23 @@ private:
     std::shared_ptr<Outcome> outcome_;
     std::optional<DataSet> data_;
     std::vector<DateOrder> dateOrders_;
+    bool faultInText_ = false;
     quint64 load_ = 0;
     bool loading_ = false;
 };
 
+/// Why a file was not read.
+struct ReadFault {
+    QString text;        ///< empty: it was read, or the user did not want to
+    bool inText = false; ///< other options may read it
+};
+
 /// Reads a file and makes it the active data; selection and weights of the data before are forgotten. A file
 /// that takes longer shows a busy sign with a Cancel button over the parent, and the program stays alive; not
-/// to be called again before it answers. False when it was cancelled (the error is then empty) or could not
+/// to be called again before it answers. False when it was cancelled (the fault is then empty) or could not
 /// be read; the data before then stays. Where the order of the parts of its dates is open, the user is asked.
-bool openDataFile(ActiveData& data, const QString& path, QString* error, QWidget* parent = nullptr);
+bool openDataFile(ActiveData& data, const QString& path, ReadFault* fault, QWidget* parent = nullptr,
+                  ReadOptions options = {});
 
 /// The filter of a file dialog that asks for data.
 QString dataFileFilter();

@@ -145,6 +145,8 @@ void DataView::goToCase(int case1) {
 
 void DataView::showLastVariable() {
     if (model_->rowCount() == 0 || model_->columnCount() == 0) return;
+    // The scroll bar learns of a new column only with the next events, and ends before it until then.
+    QMetaObject::invokeMethod(table_, "updateGeometries", Qt::DirectConnection);
     const int row = std::max(table_->currentIndex().row(), 0);
     table_->setCurrentIndex(model_->index(row, model_->columnCount() - 1));
 }

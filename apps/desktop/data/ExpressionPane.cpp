@@ -31,10 +31,11 @@ ExpressionPane::ExpressionPane(const DataSet& dataSet, ConditionEdit& field, QWi
     codes_->setTextElideMode(Qt::ElideRight);
     codes_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // so that a long label ends in an ellipsis
     codes_->installEventFilter(this);
-    auto* hint =
-        new QLabel(tr("Double-click or Enter inserts. Signs: = <> < <= > >= + - * / ^ and or not ( ); "
-                      "texts in quotation marks; dates as 1995-01-15; missing(variable)."),
-                   this);
+    variables_->list()->installEventFilter(this);
+    auto* hint = new QLabel(
+        tr("Double-click or the space bar inserts. Signs: = <> < <= > >= + - * / ^ and or not ( ); "
+           "texts in quotation marks; dates as 1995-01-15; missing(variable)."),
+        this);
     hint->setWordWrap(true);
     connect(variables_, &VariableChooser::currentChanged, this, &ExpressionPane::showCodes);
     connect(variables_, &VariableChooser::chosen, this, &ExpressionPane::insertVariable);
@@ -116,14 +117,14 @@ void ExpressionPane::insertCode() {
 }
 
 bool ExpressionPane::eventFilter(QObject* object, QEvent* event) {
-    if (object == codes_ && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-            insertCode();
-            return true;
-        }
-    }
-    return QWidget::eventFilter(object, event);
+    const bool inserts =
+        event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space;
+    if (!inserts) return QWidget::eventFilter(object, event);
+    if (object == codes_)
+        insertCode();
+    else if (variables_->current() >= 0)
+        insertVariable(variables_->current());
+    return true;
 }
 
 } // namespace korvana::desktop

@@ -14,7 +14,7 @@ class ConditionEdit;
 class VariableChooser;
 
 /// What an expression is made of: the variables of the data and the values of the one that is chosen, which
-/// double-click and Enter insert into the field of the expression.
+/// double-click and the space bar insert into the field of the expression.
 class ExpressionPane : public QWidget {
     Q_OBJECT
 

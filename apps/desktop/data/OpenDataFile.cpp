@@ -38,10 +38,18 @@ std::optional<DateOrder> askDateOrder(const QString& why, const std::vector<Date
 
 struct Read {
     std::optional<DataSet> data;
-    QString error; ///< empty when there are data, or reading was cancelled
+    ReadFault fault; ///< empty when there are data, or reading was cancelled
     std::vector<DateOrder> dateOrders;
     bool close = false; ///< the window that waits for the data is to go
 };
+
+/// What is read, and how much of it, as far as that is known before.
+QString sourceText(const QString& path) {
+    if (path == QLatin1String("-")) return QObject::tr("standard input");
+    const QFileInfo file(path);
+    if (!file.isFile()) return file.fileName(); // a pipe has no size
+    return QObject::tr("%1 (%2)").arg(file.fileName(), QLocale::c().formattedDataSize(file.size()));
+}
 
 Read readFile(const QString& path, const ReadOptions& options, QWidget* parent) {
     constexpr int patience = 150; // milliseconds: shorter than that, a busy sign only flickers
@@ -51,17 +59,15 @@ Read readFile(const QString& path, const ReadOptions& options, QWidget* parent) 
     QObject::connect(&loader, &DataLoader::loaded, &loop, &QEventLoop::quit);
     QObject::connect(&loader, &DataLoader::cancelled, &loop, &QEventLoop::quit);
     QObject::connect(&loader, &DataLoader::failed, &loop, [&](const QString& text) {
-        read.error = text;
+        read.fault = {text, loader.faultInText()};
         loop.quit();
     });
     loader.load(path, options);
     if (loader.wait(patience)) {
         loop.exec(QEventLoop::ExcludeUserInputEvents);
     } else {
-        const QFileInfo file(path);
-        QProgressDialog busy(QObject::tr("Reading %1 (%2) ...")
-                                 .arg(file.fileName(), QLocale::c().formattedDataSize(file.size())),
-                             QObject::tr("Cancel"), 0, 0, parent);
+        QProgressDialog busy(QObject::tr("Reading %1 ...").arg(sourceText(path)), QObject::tr("Cancel"), 0, 0,
+                             parent);
         busy.setWindowTitle(QObject::tr("Open"));
         busy.setMinimumDuration(0);
         QObject::connect(&busy, &QProgressDialog::canceled, &loader, &DataLoader::cancel);
@@ -79,14 +85,14 @@ Read readFile(const QString& path, const ReadOptions& options, QWidget* parent) 
 
 } // namespace
 
-bool openDataFile(ActiveData& data, const QString& path, QString* error, QWidget* parent) {
-    Read read = readFile(path, {}, parent);
+bool openDataFile(ActiveData& data, const QString& path, ReadFault* fault, QWidget* parent,
+                  ReadOptions options) {
+    Read read = readFile(path, options, parent);
     if (!read.dateOrders.empty() && !read.close) {
-        ReadOptions options;
-        options.dates = askDateOrder(read.error, read.dateOrders, parent);
+        options.dates = askDateOrder(read.fault.text, read.dateOrders, parent);
         read = options.dates ? readFile(path, options, parent) : Read{};
     }
-    if (error != nullptr) *error = read.error;
+    if (fault != nullptr) *fault = read.fault;
     if (read.close && parent != nullptr) {
         QMetaObject::invokeMethod(parent, &QWidget::close, Qt::QueuedConnection);
         return false;

@@ -29,6 +29,7 @@ QStringList RecentFiles::files() const {
 }
 
 void RecentFiles::add(const QString& path) {
+    if (path == QLatin1String("-")) return; // standard input is read once
     const QString file = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
     QStringList list = files();
     list.removeAll(file);

@@ -1,22 +1,16 @@
 #pragma once
 
-#include "host/session/ActiveData.h"
+#include "apps/desktop/data/ExpressionDialog.h"
 
-#include <QDialog>
-#include <QTimer>
 #include <memory>
 
-class QLabel;
-
 namespace korvana::desktop {
-
-class ConditionEdit;
 
 /// Edits the condition that cases must satisfy to take part; an empty one takes all cases. The number of
 /// cases that it selects is counted while one types, in small pieces, so that the dialog stays alive on any
 /// number of cases. OK applies the condition (exec() answers Accepted) once it is counted; a fault is shown
 /// and marked where it stands.
-class SelectionDialog : public QDialog {
+class SelectionDialog final : public ExpressionDialog {
     Q_OBJECT
 
 public:
@@ -27,16 +21,12 @@ public:
     void accept() override;
 
 private:
-    void conditionChanged();
-    void startCounting();
+    void look() override;
+    void forgetCount();
     void countSome();
     void showCount();
-    void showError(const QString& text);
+    void fail(const std::exception& error);
 
-    ActiveData& data_;
-    ConditionEdit* condition_;
-    QLabel* outcome_;
-    QTimer pause_; ///< between the last key and the counting
     QTimer idle_;
     std::unique_ptr<SelectionPass> pass_; ///< over the condition as it stands in the field
     bool failed_ = false;

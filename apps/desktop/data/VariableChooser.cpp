@@ -90,10 +90,6 @@ bool VariableChooser::eventFilter(QObject* object, QEvent* event) {
             if (!list_->currentIndex().isValid()) list_->setCurrentIndex(found_->index(0, 0));
             return true;
         }
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) { // not the dialog's default button
-            if (current() >= 0) emit chosen(current());
-            return true;
-        }
     }
     return QWidget::eventFilter(object, event);
 }

@@ -29,7 +29,7 @@ public:
 
 signals:
     void currentChanged(int variable0);
-    /// Double-clicked, or Enter was pressed on it.
+    /// Double-clicked.
     void chosen(int variable0);
 
 protected:

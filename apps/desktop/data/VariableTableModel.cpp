@@ -3,6 +3,7 @@
 #include "apps/desktop/data/GridText.h"
 #include "host/data/Codes.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <exception>
@@ -153,6 +154,13 @@ bool VariableTableModel::setMissingCode(int variable0, const QString& text) {
 
 bool VariableTableModel::describe(int variable0, const std::string& label, double missingCode,
                                   const std::vector<ValueLabel>& valueLabels) {
+    const Variable& before = data_->dataSet().variable(variable0);
+    const bool sameCode =
+        missingCode == before.missingCode || (std::isnan(missingCode) && std::isnan(before.missingCode));
+    const bool sameLabels = std::equal(
+        valueLabels.begin(), valueLabels.end(), before.valueLabels.begin(), before.valueLabels.end(),
+        [](const ValueLabel& a, const ValueLabel& b) { return a.value == b.value && a.text == b.text; });
+    if (label == before.label && sameCode && sameLabels) return true; // no edit
     try {
         data_->describe(variable0, label, missingCode, valueLabels);
     } catch (const std::exception& error) {

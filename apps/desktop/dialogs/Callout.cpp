@@ -117,6 +117,7 @@ void Callout::growWindow(int by) {
     QMargins margins = layout->contentsMargins();
     margins.setBottom(margins.bottom() + by);
     layout->setContentsMargins(margins);
+    layout->activate(); // tells the window how small it may be now
     window.resize(window.width(), window.height() + by);
     layout->activate();
 }

@@ -45,7 +45,7 @@ bool same(double a, double b) {
 
 CodeField::CodeField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
     : CodesOfVariable(control, host, parent), combo_(new OfferCombo(*this)), label_(new QLabel(this)),
-      code_(std::numeric_limits<double>::quiet_NaN()) {
+      code_(std::numeric_limits<double>::quiet_NaN()), filled_(code_) {
     label_->setTextFormat(Qt::PlainText);
     combo_->setEditable(true);
     combo_->setInsertPolicy(QComboBox::NoInsert);
@@ -79,13 +79,13 @@ CodeField::CodeField(const ozm::ControlTemplate& control, FieldHost& host, QWidg
 void CodeField::showValue(const ozm::ControlValue& value) {
     if (const double* code = std::get_if<double>(&value)) code_ = *code;
     edited_ = false;
-    filled_ = false;
     showText();
 }
 
-void CodeField::showAsFilled() {
-    filled_ = !std::isnan(code_);
-    showText();
+void CodeField::remarkFilled(double code) {
+    if (same(code, filled_)) return;
+    filled_ = code;
+    if (!edited_) showText();
 }
 
 void CodeField::offerSwapWith(CodeField& other) {
@@ -111,11 +111,12 @@ void CodeField::showText() {
     combo_->setCurrentIndex(std::isnan(code_) ? -1 : combo_->findData(code_));
     combo_->setEditText(codeText(code_));
     QString text = labelOf(code_);
-    if (filled_) text += text.isEmpty() ? QStringLiteral("(filled in)") : QStringLiteral(" (filled in)");
+    const bool filled = code_ == filled_;
+    if (filled) text += text.isEmpty() ? QStringLiteral("(filled in)") : QStringLiteral(" (filled in)");
     label_->setText(text);
-    label_->setToolTip(filled_ ? QStringLiteral("The variable has just two codes; change or swap them if the "
-                                                "other one is meant.")
-                               : QString{});
+    label_->setToolTip(filled ? QStringLiteral("The variable has just two codes; change or swap them if the "
+                                               "other one is meant.")
+                              : QString{});
 }
 
 bool CodeField::commit() {

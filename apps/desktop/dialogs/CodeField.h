@@ -17,8 +17,8 @@ public:
     [[nodiscard]] bool hasPendingEdit() const override { return edited_; }
     bool commit() override;
     void dataChanged() override;
-    /// Says that the code that is shown was filled in, until another is.
-    void showAsFilled();
+    /// Says beside this code, when it is shown, that it was filled in; NaN: beside none.
+    void remarkFilled(double code);
     /// Offers to exchange the code with that of another field.
     void offerSwapWith(CodeField& other);
     /// Fills the list, if it does not hold the variable's codes already.
@@ -34,7 +34,7 @@ private:
     QLabel* label_; ///< the value label of the code
     QToolButton* swap_ = nullptr;
     double code_;
-    bool filled_ = false;
+    double filled_;
     bool offered_ = false;
     bool edited_ = false;
 };

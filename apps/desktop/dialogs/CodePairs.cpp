@@ -3,6 +3,7 @@
 #include "apps/desktop/WaitCursor.h"
 #include "apps/desktop/dialogs/CodeGuess.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace korvana::desktop {
@@ -33,8 +34,14 @@ CodePairs::CodePairs(const ozm::DialogTemplate& shape) {
         for (const ozm::ControlTemplate& control : shape.controls)
             if (control.kind == ozm::ControlKind::CodeField && control.codesOfRole == role)
                 fields.push_back(&control);
-        if (fields.size() == 2) pairs_.push_back({.role = role, .fields = {fields[0], fields[1]}});
+        if (fields.size() == 2) pairs_.push_back({{}, role, {fields[0], fields[1]}});
     }
+}
+
+int CodePairs::variableOf(const Pair& pair, const ozm::CAnalysisDialog& dialog) const {
+    const auto* lists = std::get_if<ozm::VariableSelection>(&dialog.Value(chooser_->id));
+    const auto role = static_cast<std::size_t>(pair.role);
+    return lists == nullptr || role >= lists->size() || (*lists)[role].empty() ? 0 : (*lists)[role].front();
 }
 
 int CodePairs::partnerOf(int control) const {
@@ -44,16 +51,35 @@ int CodePairs::partnerOf(int control) const {
     return 0;
 }
 
+double CodePairs::filledIn(int control) const {
+    for (const Pair& pair : pairs_)
+        for (const std::size_t place : {0U, 1U})
+            if (pair.fields[place]->id == control) return pair.filled[place];
+    return std::numeric_limits<double>::quiet_NaN();
+}
+
+std::vector<CodePairs::Known> CodePairs::known() const {
+    return {pairs_.begin(), pairs_.end()};
+}
+
+void CodePairs::recall(const std::vector<Known>& known, const ozm::CAnalysisDialog& dialog) {
+    for (std::size_t i = 0; i < std::min(known.size(), pairs_.size()); ++i) {
+        Pair& pair = pairs_[i];
+        if (known[i].variable == 0 || known[i].variable != variableOf(pair, dialog)) continue;
+        static_cast<Known&>(pair) = known[i];
+        for (const std::size_t place : {0U, 1U})
+            if (codeOf(dialog, *pair.fields[place]) != pair.filled[place])
+                pair.filled[place] = std::numeric_limits<double>::quiet_NaN();
+    }
+}
+
 std::vector<CodePairs::Fill> CodePairs::after(ozm::CAnalysisDialog& dialog, int changed,
                                               const std::function<bool(int control)>& untouched) {
     std::vector<Fill> fills;
     for (Pair& pair : pairs_) {
         if (changed == chooser_->id) {
-            const auto* lists = std::get_if<ozm::VariableSelection>(&dialog.Value(chooser_->id));
-            const auto role = static_cast<std::size_t>(pair.role);
-            if (lists == nullptr || role >= lists->size() || (*lists)[role].empty()) continue;
-            const int variable = (*lists)[role].front();
-            if (variable == pair.variable) continue;
+            const int variable = variableOf(pair, dialog);
+            if (variable == 0 || variable == pair.variable) continue;
             pair.variable = variable;
             pair.codes = twoCodes(dialog.Analysis(), variable);
             fill(pair, dialog, untouched, fills);

@@ -26,16 +26,27 @@ public:
                                           const std::function<bool(int control)>& untouched);
     /// The other control of the pair, 0 for a control that belongs to none.
     [[nodiscard]] int partnerOf(int control) const;
+    /// The code that was filled in for a control and not replaced by the user since; NaN: none.
+    [[nodiscard]] double filledIn(int control) const;
 
-private:
-    struct Pair {
-        int role;
-        std::array<const ozm::ControlTemplate*, 2> fields;
-        int variable = 0; ///< whose codes are known
+    /// What is known of a pair.
+    struct Known {
+        int variable = 0; ///< whose codes they are
         std::optional<std::array<ozm::CodeCount, 2>> codes{};
         std::array<double, 2> filled{std::numeric_limits<double>::quiet_NaN(),
                                      std::numeric_limits<double>::quiet_NaN()};
     };
+    /// What is known of all pairs, for the same dialog when it comes again; and what of it still holds there.
+    [[nodiscard]] std::vector<Known> known() const;
+    void recall(const std::vector<Known>& known, const ozm::CAnalysisDialog& dialog);
+
+private:
+    struct Pair : Known {
+        int role = 0;
+        std::array<const ozm::ControlTemplate*, 2> fields{};
+    };
+    /// The variable in the box of a pair, 0 when that is empty.
+    [[nodiscard]] int variableOf(const Pair& pair, const ozm::CAnalysisDialog& dialog) const;
 
     void fill(Pair& pair, ozm::CAnalysisDialog& dialog, const std::function<bool(int control)>& untouched,
               std::vector<Fill>& fills) const;

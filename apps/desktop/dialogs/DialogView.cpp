@@ -1,21 +1,12 @@
 #include "apps/desktop/dialogs/DialogView.h"
 
 #include "apps/desktop/dialogs/Callout.h"
-#include "apps/desktop/dialogs/CodeField.h"
-#include "apps/desktop/dialogs/DialogLayout.h"
-#include "apps/desktop/dialogs/EditFields.h"
-#include "apps/desktop/dialogs/MakeField.h"
+#include "apps/desktop/dialogs/ControlField.h"
 
-#include <QAccessible>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QHBoxLayout>
-#include <QKeyEvent>
-#include <QLabel>
 #include <QPointer>
-#include <QPushButton>
 #include <QTabWidget>
-#include <QVBoxLayout>
 
 #include <algorithm>
 #include <utility>
@@ -31,17 +22,6 @@ QString sentence(const std::string& reason) {
     const bool ends =
         text.endsWith(QLatin1Char('.')) || text.endsWith(QLatin1Char('!')) || text.endsWith(QLatin1Char('?'));
     return ends ? text : text + QLatin1Char('.');
-}
-
-bool isEnter(const QKeyEvent& event) {
-    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
-}
-
-/// How many pages a key turns. The tabs know Ctrl+Tab, but only while the focus is below them.
-int pagesTurned(const QKeyEvent& event) {
-    if (!event.modifiers().testFlag(Qt::ControlModifier)) return 0;
-    if (event.key() == Qt::Key_Tab || event.key() == Qt::Key_PageDown) return 1;
-    return event.key() == Qt::Key_Backtab || event.key() == Qt::Key_PageUp ? -1 : 0;
 }
 
 } // namespace
@@ -77,148 +57,6 @@ void DialogView::detach() {
     dialog_ = nullptr;
 }
 
-ControlField* DialogView::add(const ozm::ControlTemplate& control, int page, QWidget* parent) {
-    ControlField* field = makeField(control, *this, parent);
-    placed_.push_back({&control, field, page});
-    return field;
-}
-
-void DialogView::build() {
-    using Fields = std::vector<ControlField*>;
-    const ozm::DialogTemplate& shape = dialog_->Template();
-    const int pages = static_cast<int>(shape.pages.size());
-
-    auto* across = new QHBoxLayout(this);
-    auto* left = new QVBoxLayout;
-    auto* right = new QVBoxLayout;
-    across->addLayout(left, 1);
-    across->addLayout(right);
-
-    notice_ = new QLabel(this);
-    notice_->setObjectName(QStringLiteral("notice"));
-    notice_->setTextFormat(Qt::PlainText);
-    notice_->setWordWrap(true);
-    notice_->setFrameShape(QFrame::StyledPanel);
-    notice_->setMargin(fontMetrics().height() / 3);
-    notice_->setAutoFillBackground(true);
-    notice_->setBackgroundRole(QPalette::ToolTipBase);
-    notice_->setForegroundRole(QPalette::ToolTipText);
-    notice_->hide();
-    left->addWidget(notice_);
-    auto* above = new QWidget(this);
-    std::vector<QWidget*> sheets;
-    if (pages > 0) {
-        tabs_ = new QTabWidget(this);
-        for (const std::string_view title : shape.pages) {
-            sheets.push_back(new QWidget);
-            tabs_->addTab(scrollable(sheets.back()), fromView(title));
-        }
-    }
-    auto* below = new QWidget(this);
-    std::vector<Fields> onSheets(sheets.size());
-    Fields aboveTabs;
-    Fields belowTabs;
-
-    // Fields are made in the template's order, which is the order of tabbing.
-    bool seenPaged = false;
-    for (const ozm::ControlTemplate& control : shape.controls) {
-        bool paged = false;
-        for (const int page : control.pages) {
-            if (page >= pages) continue;
-            const auto at = static_cast<std::size_t>(page);
-            onSheets[at].push_back(add(control, page, sheets[at]));
-            paged = seenPaged = true;
-        }
-        if (paged) continue;
-        if (control.kind == ozm::ControlKind::PushButton) {
-            right->addWidget(add(control, -1, this));
-        } else if (pages == 1) { // a single page shows what all pages show
-            onSheets[0].push_back(add(control, 0, sheets[0]));
-        } else if (seenPaged) {
-            belowTabs.push_back(add(control, -1, below));
-        } else {
-            aboveTabs.push_back(add(control, -1, above));
-        }
-    }
-    right->addStretch(1);
-
-    const auto grow = [](const Fields& fields) {
-        return std::any_of(fields.begin(), fields.end(),
-                           [](const ControlField* field) { return field->growsInHeight(); });
-    };
-    const auto settle = [&](QWidget* part, const Fields& fields) {
-        layOutFields(*part, fields);
-        part->layout()->setContentsMargins(0, 0, 0, 0);
-        part->setVisible(!fields.empty());
-        left->addWidget(part, grow(fields) ? 1 : 0);
-    };
-    settle(above, aboveTabs);
-    bool tabsGrow = !grow(aboveTabs);
-    for (std::size_t page = 0; page < sheets.size(); ++page) {
-        layOutFields(*sheets[page], onSheets[page]);
-        tabsGrow = tabsGrow || grow(onSheets[page]);
-    }
-    if (tabs_ != nullptr) {
-        left->addWidget(tabs_, tabsGrow ? 1 : 0);
-        connect(tabs_, &QTabWidget::currentChanged, this, [this] { callout_->hide(); });
-    }
-    settle(below, belowTabs);
-}
-
-void DialogView::chooseDefaults() {
-    auto* ok = dynamic_cast<ButtonField*>(fieldOf(ozm::ControlOk));
-    for (const Placed& placed : placed_)
-        if (const auto* button = dynamic_cast<ButtonField*>(placed.field))
-            // Without an OK, Enter in a field takes what was typed and presses nothing.
-            button->button()->setAutoDefault(ok != nullptr);
-    if (ok != nullptr) ok->button()->setDefault(true);
-}
-
-void DialogView::focusFirst() {
-    const int page = tabs_ != nullptr ? tabs_->currentIndex() : -1;
-    for (const Placed& placed : placed_) {
-        const bool shown = placed.page == -1 || placed.page == page;
-        if (shown && placed.control->kind != ozm::ControlKind::Summary) {
-            placed.field->setFocus(Qt::OtherFocusReason);
-            return;
-        }
-    }
-}
-
-void DialogView::rememberFocus(QWidget* focused) {
-    for (const Placed& placed : placed_) {
-        if (focused == nullptr || !placed.field->isAncestorOf(focused)) continue;
-        const bool shutsIt = placed.control->id == ozm::ControlOk || placed.control->id == ozm::ControlCancel;
-        if (!shutsIt) lastFocus_ = {placed.page, placed.control->id, focused->objectName()};
-        return;
-    }
-}
-
-void DialogView::focusOn(const FocusPlace& place) {
-    for (const Placed& placed : placed_) {
-        if (placed.page != place.page || placed.control->id != place.control) continue;
-        if (tabs_ != nullptr && place.page >= 0) tabs_->setCurrentIndex(place.page);
-        auto* part = place.part.isEmpty() ? nullptr : placed.field->findChild<QWidget*>(place.part);
-        (part != nullptr ? part : placed.field)->setFocus(Qt::OtherFocusReason);
-        return;
-    }
-}
-
-void DialogView::showPage(int page) {
-    if (tabs_ == nullptr || page < 0 || page >= tabs_->count() || page == tabs_->currentIndex()) return;
-    tabs_->setCurrentIndex(page);
-    focusFirst();
-}
-
-void DialogView::setNotice(const QString& text) {
-    if (notice_->text() == text) return;
-    notice_->setText(text);
-    notice_->setVisible(!text.isEmpty());
-    if (text.isEmpty()) return;
-    QAccessibleEvent alert(notice_, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
-}
-
 void DialogView::refreshData() {
     if (dialog_ == nullptr) return;
     for (const Placed& placed : placed_)
@@ -237,53 +75,6 @@ ControlField* DialogView::fieldOf(int control) {
 void DialogView::showValue(int control) {
     for (const Placed& placed : placed_)
         if (placed.control->id == control) placed.field->showValue(dialog_->Value(control));
-}
-
-void DialogView::offerCodes() {
-    const auto& controls = dialog_->Template().controls;
-    const auto chooser = std::find_if(controls.begin(), controls.end(), [](const ozm::ControlTemplate& c) {
-        return c.kind == ozm::ControlKind::VariableSelection;
-    });
-    if (chooser == controls.end()) return;
-    const auto* selection = std::get_if<ozm::VariableSelection>(&dialog_->Value(chooser->id));
-    for (const Placed& placed : placed_) {
-        const auto role = static_cast<std::size_t>(placed.control->codesOfRole);
-        if (placed.control->codesOfRole < 0 || role >= chooser->roles.size() || selection == nullptr)
-            continue;
-        const bool chosen = role < selection->size() && !(*selection)[role].empty();
-        placed.field->offerCodesOf(chosen ? (*selection)[role].front() : 0,
-                                   fromView(chooser->roles[role].prompt));
-    }
-}
-
-void DialogView::offerSwaps() {
-    for (const Placed& placed : placed_)
-        for (const Placed& before : placed_) {
-            if (&before == &placed) break;
-            if (before.page != placed.page || pairs_.partnerOf(placed.control->id) != before.control->id)
-                continue;
-            auto* field = dynamic_cast<CodeField*>(placed.field);
-            auto* other = dynamic_cast<CodeField*>(before.field);
-            if (field != nullptr && other != nullptr) field->offerSwapWith(*other);
-        }
-}
-
-void DialogView::fillCodes(int changed) {
-    if (dialog_ == nullptr) return;
-    const auto untouched = [this](int control) {
-        return std::none_of(placed_.begin(), placed_.end(), [control](const Placed& placed) {
-            return placed.control->id == control && placed.field->hasPendingEdit();
-        });
-    };
-    for (const CodePairs::Fill& fill : pairs_.after(*dialog_, changed, untouched)) {
-        const auto result =
-            operate([&](ozm::CAnalysisDialog& dialog) { return dialog.PutValue(fill.control, fill.code); });
-        if (!result || dialog_ == nullptr) return;
-        for (const Placed& placed : placed_)
-            if (auto* field = dynamic_cast<CodeField*>(placed.field);
-                field != nullptr && placed.control->id == fill.control)
-                field->showAsFilled();
-    }
 }
 
 void DialogView::ControlChanged(ozm::CAnalysisDialog& /*dialog*/, int control) {
@@ -305,8 +96,8 @@ ozm::CAnalysisSupport* DialogView::analysis() {
     return dialog_ != nullptr ? &dialog_->Analysis() : nullptr;
 }
 
-template <class Operation>
-std::optional<ozm::DialogResult> DialogView::operate(const Operation& operation) {
+std::optional<ozm::DialogResult>
+DialogView::operate(const std::function<ozm::DialogResult(ozm::CAnalysisDialog&)>& operation) {
     if (dialog_ == nullptr) return std::nullopt;
     if (busy_) {
         outOfStep_ = true;
@@ -425,18 +216,6 @@ void DialogView::closeEvent(QCloseEvent* event) {
     if (dialog_ == nullptr && !busy_) return QDialog::closeEvent(event);
     event->ignore(); // the window goes when its model was closed
     reject();
-}
-
-void DialogView::keyPressEvent(QKeyEvent* event) {
-    if (const int turned = pagesTurned(*event); turned != 0 && tabs_ != nullptr)
-        return showPage((tabs_->currentIndex() + turned + tabs_->count()) % tabs_->count());
-    if (!isEnter(*event)) return QDialog::keyPressEvent(event);
-    if (auto* button = qobject_cast<QPushButton*>(focusWidget())) return button->click();
-    if (ControlField* ok = fieldOf(ozm::ControlOk)) return press(*ok);
-    for (const Placed& placed : placed_)
-        if (placed.control->kind == ozm::ControlKind::List && placed.field->focusProxy() == focusWidget())
-            return press(*placed.field);
-    commitEdits();
 }
 
 } // namespace korvana::desktop

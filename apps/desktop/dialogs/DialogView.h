@@ -6,6 +6,7 @@
 
 #include <QDialog>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -41,12 +42,16 @@ public:
     [[nodiscard]] const FocusPlace& focusPlace() const { return lastFocus_; }
     /// Puts the keyboard there; a place that is not in the dialog is ignored.
     void focusOn(const FocusPlace& place);
+    /// What is known of codes that were filled in, for the view of the same dialog that comes later.
+    [[nodiscard]] std::vector<CodePairs::Known> knownCodes() const { return pairs_.known(); }
+    void recallCodes(const std::vector<CodePairs::Known>& known);
     /// The number of the dialog's template, also after the model was closed.
     [[nodiscard]] int number() const { return number_; }
     /// The data changed (another file, weights, selection): variables and codes are asked for anew. Done by
     /// itself after each operation.
     void refreshData();
-    /// What is to be known about the whole dialog, at its top; empty: nothing.
+    /// What is to be known about the whole dialog, at its top; empty: nothing. A dialog that is shown grows
+    /// by what the text takes, as far as the screen has room, and shrinks again.
     void setNotice(const QString& text);
     /// Lets go of the model, as if it had been closed, without a signal.
     void detach();
@@ -87,6 +92,8 @@ private:
     void complaintSettled(QWidget& where) override;
 
     void build();
+    void makeNotice();
+    void growForNotice(int wanted);
     ControlField* add(const ozm::ControlTemplate& control, int page, QWidget* parent);
     void chooseDefaults();
     void showValue(int control);
@@ -94,6 +101,7 @@ private:
     void offerSwaps();
     /// Puts the codes that follow from what the user has just changed.
     void fillCodes(int changed);
+    void remarkFilledCodes();
     void focusFirst();
     void rememberFocus(QWidget* focused);
     bool commitEdits();
@@ -101,14 +109,15 @@ private:
     void reconsiderComplaint(const ControlField* done);
     ControlField* fieldOf(int control);
     /// Runs an operation of the model. Nothing when it did not run, or when the view went while it did.
-    template <class Operation>
-    std::optional<ozm::DialogResult> operate(const Operation& operation);
+    std::optional<ozm::DialogResult>
+    operate(const std::function<ozm::DialogResult(ozm::CAnalysisDialog&)>& operation);
     void tell();
 
     ozm::CAnalysisDialog* dialog_;
     int number_;
     FocusPlace lastFocus_;
     QLabel* notice_ = nullptr;
+    int noticeRoom_ = 0; ///< pixels that the dialog grew for it
     QTabWidget* tabs_ = nullptr;
     Callout* callout_ = nullptr;
     std::vector<Placed> placed_;

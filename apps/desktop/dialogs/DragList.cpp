@@ -45,15 +45,10 @@ void DragList::selectNumbers(const std::vector<int>& numbers) {
 
 void DragList::keyPressEvent(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (isEnter && event->modifiers().testFlag(Qt::ControlModifier)) {
-        event->ignore(); // the dialog's
-    } else if (isEnter && onChosen && !selectionModel()->selectedIndexes().isEmpty()) {
-        onChosen();
-    } else if (isEnter) {
-        event->ignore();
-    } else if (!onKey || !onKey(*event)) {
+    if (isEnter)
+        event->ignore(); // the dialog's OK
+    else if (!onKey || !onKey(*event))
         QListView::keyPressEvent(event);
-    }
 }
 
 void DragList::mouseDoubleClickEvent(QMouseEvent* event) {

@@ -14,7 +14,7 @@ class DragList : public QListView {
 public:
     explicit DragList(QWidget* parent);
 
-    std::function<void()> onChosen;                              ///< double-click or Enter
+    std::function<void()> onChosen;                              ///< double-click
     std::function<bool(const QKeyEvent&)> onKey;                 ///< true: the key was for the list
     std::function<void(const DraggedVariables&, int)> onDropped; ///< and the row to come before
     std::function<void()> onEntered;                             ///< got the focus

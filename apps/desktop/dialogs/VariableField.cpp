@@ -145,7 +145,7 @@ void VariableField::filter() {
     availableModel_->setNumbers(std::move(numbers));
     available_->setPlaceholder(wanted.isEmpty() ? QStringLiteral("The data have no variables")
                                                 : QStringLiteral("No variable is like this"));
-    // So that Enter takes the match.
+    // So that a key takes the match.
     if (!wanted.isEmpty() && availableModel_->rowCount() > 0)
         available_->setCurrentIndex(availableModel_->index(0));
 }
@@ -282,16 +282,13 @@ bool VariableField::boxKey(int role, const QKeyEvent& event) {
 bool VariableField::eventFilter(QObject* watched, QEvent* event) {
     if (watched != search_ || event->type() != QEvent::KeyPress)
         return ControlField::eventFilter(watched, event);
-    const int key = static_cast<const QKeyEvent*>(event)->key();
+    const auto& pressed = *static_cast<const QKeyEvent*>(event);
+    const int key = pressed.key();
     if (key == Qt::Key_Down) {
         available_->setFocus(Qt::TabFocusReason);
         return true;
     }
-    if ((key == Qt::Key_Return || key == Qt::Key_Enter) && !search_->text().trimmed().isEmpty()) {
-        if (!available_->selectedNumbers().empty()) available_->onChosen();
-        search_->selectAll();
-        return true;
-    }
+    if (pressed.modifiers().testFlag(Qt::ControlModifier) && availableKey(pressed)) return true;
     if (key == Qt::Key_Escape && !search_->text().isEmpty()) {
         search_->clear();
         return true;

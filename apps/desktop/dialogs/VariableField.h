@@ -15,10 +15,10 @@ class DragList;
 /// The variables of the data at the left, with a search, and one box per role at the right. A variable has
 /// one role: it stands in one box, and there only once. The order within a box is the user's.
 ///
-/// Double-click, Enter or Right put the selected variables into the box whose prompt is bold: the one used
-/// last, or else the first that still lacks variables. Ctrl+1, Ctrl+2, ... name a box; arrows and dragging do
-/// the same with the mouse. In a box double-click, Enter, Delete or Left take variables away, Ctrl+Up and
-/// Ctrl+Down move them.
+/// Double-click or Right put the selected variables into the box whose prompt is bold: the one used last, or
+/// else the first that still lacks variables. Ctrl+1, Ctrl+2, ... name a box, also while one searches; arrows
+/// and dragging do the same with the mouse. In a box double-click, Delete or Left take variables away,
+/// Ctrl+Up and Ctrl+Down move them. Return is left to the dialog, whose OK it is.
 class VariableField : public ControlField {
 public:
     VariableField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent);

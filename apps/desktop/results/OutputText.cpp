@@ -95,8 +95,13 @@ QString originText(const ResultsBook::Output& output) {
     const auto& origin = ResultsBook::originOf(output);
     if (origin == nullptr) return {};
     std::string line = timeOfDay(*origin);
-    if (origin->run != nullptr) line += " | " + originLine(*origin->run);
-    return QString::fromStdString(oneLine(line));
+    if (origin->run == nullptr) return QString::fromStdString(line);
+    line += " | " + originLine(*origin->run);
+    QStringList remarks;
+    for (const std::string& remark : origin->run->remarks)
+        remarks += QString::fromStdString(oneLine(remark));
+    const QString first = QString::fromStdString(oneLine(line));
+    return remarks.isEmpty() ? first : first + QLatin1Char('\n') + remarks.join(QLatin1Char(' '));
 }
 
 QString originDetails(const ResultsBook::Output& output) {

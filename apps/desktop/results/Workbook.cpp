@@ -4,7 +4,6 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QMenu>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTreeWidget>
@@ -17,7 +16,6 @@
 #include "apps/desktop/results/OutputText.h"
 #include "apps/desktop/results/ReportView.h"
 #include "apps/desktop/results/SheetView.h"
-#include "host/charts/ChartRenderer.h"
 
 namespace korvana::desktop {
 namespace {
@@ -37,7 +35,6 @@ OutputIcon iconOf(const ResultsBook::Output& output) {
 Workbook::Workbook(QWidget* parent)
     : QWidget(parent), splitter_(new QSplitter), tree_(new QTreeWidget), origin_(new QLabel),
       pages_(new QStackedWidget), nothing_(new QWidget) {
-    useChartDrawer(renderChart);
     tree_->setHeaderHidden(true);
     tree_->setFrameShape(QFrame::NoFrame);
     tree_->setUniformRowHeights(true);
@@ -90,42 +87,6 @@ Workbook::Workbook(QWidget* parent)
 
 Workbook::~Workbook() {
     tree_->disconnect(this); // items that go one by one must not be shown any more
-}
-
-void Workbook::makeActions() {
-    const auto make = [this](const QString& text, const QKeySequence& keys, Qt::ShortcutContext context,
-                             auto slot) {
-        auto* action = new QAction(text, this);
-        action->setShortcut(keys);
-        action->setShortcutContext(context);
-        connect(action, &QAction::triggered, this, slot);
-        addAction(action);
-        return action;
-    };
-    copy_ = make(tr("&Copy"), QKeySequence::Copy, Qt::WidgetWithChildrenShortcut, [this] {
-        if (OutputView* shown = currentView()) shown->copy();
-    });
-    exportOutput_ = make(tr("&Export This Output..."), Qt::CTRL | Qt::Key_E, Qt::WindowShortcut,
-                         [this] { exportOutput(); });
-    exportRun_ = make(tr("Export &Workbook..."), Qt::CTRL | Qt::SHIFT | Qt::Key_E, Qt::WindowShortcut,
-                      [this] { exportRuns(); });
-    print_ = make(tr("&Print..."), QKeySequence::Print, Qt::WindowShortcut, [this] { printOutput(); });
-    preview_ = make(tr("Print Pre&view..."), {}, Qt::WindowShortcut, [this] { previewOutput(); });
-    for (QAction*& separator : separators_) {
-        separator = new QAction(this);
-        separator->setSeparator(true);
-    }
-    // Delete is the tree's: elsewhere it may mean another thing.
-    removeOutput_ = new QAction(tr("Remo&ve This Output"), this);
-    removeRun_ = new QAction(tr("&Remove This Run"), this);
-    for (QAction* action : {removeOutput_, removeRun_}) {
-        action->setShortcutContext(Qt::WidgetShortcut);
-        tree_->addAction(action);
-    }
-    connect(removeOutput_, &QAction::triggered, this,
-            [this] { removeOutput(currentRun(), currentOutput()); });
-    connect(removeRun_, &QAction::triggered, this, [this] { removeRun(currentRun()); });
-    undo_ = make(tr("&Undo Remove"), QKeySequence::Undo, Qt::WidgetWithChildrenShortcut, [this] { undo(); });
 }
 
 Workbook::Run* Workbook::runOf(int run) {
@@ -301,38 +262,6 @@ void Workbook::showCurrent() {
     removeOutput_->setShortcut(output ? QKeySequence(QKeySequence::Delete) : QKeySequence());
     removeRun_->setShortcut(output ? QKeySequence() : QKeySequence(QKeySequence::Delete));
     undo_->setEnabled(!removals_.empty());
-}
-
-void Workbook::showMenu(const QPoint& place) {
-    const OutputView* shown = currentView();
-    if (shown == nullptr) return;
-    QMenu menu(this);
-    menu.addActions(menuActions());
-    menu.exec(place);
-}
-
-QList<QAction*> Workbook::menuActions() const {
-    QList<QAction*> actions{copy_};
-    if (OutputView* shown = currentView()) actions += shown->viewActions();
-    actions += {separators_[0], exportOutput_, exportRun_, print_, preview_,
-                separators_[1], removeOutput_, removeRun_, undo_};
-    return actions;
-}
-
-QAction* Workbook::copyAction() const {
-    return copy_;
-}
-QAction* Workbook::exportOutputAction() const {
-    return exportOutput_;
-}
-QAction* Workbook::exportRunAction() const {
-    return exportRun_;
-}
-QAction* Workbook::printAction() const {
-    return print_;
-}
-QAction* Workbook::printPreviewAction() const {
-    return preview_;
 }
 
 void Workbook::setIcons() {

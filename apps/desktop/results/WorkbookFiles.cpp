@@ -226,8 +226,10 @@ void Workbook::printOn(QPrinter& printer) {
         std::vector<PrintItem> items;
         // What an output came from stands above it, on paper, too.
         const auto addOrigin = [&items](const ResultsBook::Output& output) {
-            if (const QString text = originText(output); !text.isEmpty())
-                items.emplace_back(std::vector<std::string>{text.toStdString()});
+            std::vector<std::string> lines;
+            for (const QString& line : originText(output).split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+                lines.push_back(line.toStdString());
+            if (!lines.empty()) items.emplace_back(std::move(lines));
         };
         if (currentOutput() >= 0) addOrigin(run->book->outputs.at(static_cast<std::size_t>(currentOutput())));
         if (const auto chart = shownChart()) {

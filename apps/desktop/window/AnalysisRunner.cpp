@@ -110,10 +110,13 @@ void AnalysisRunner::showView(ozm::CAnalysisDialog& dialog, int page) {
     connect(view_, &DialogView::operated, this, &AnalysisRunner::pump);
     connect(view_, &DialogView::stopRequested, this, &AnalysisRunner::stop);
     view_->showPage(page);
+    const auto left = left_.find(view_->number());
+    if (left != left_.end() && left->second.generation == data().generation())
+        view_->recallCodes(left->second.codes);
+    dataChanged();
     places_.place(*view_, *window_);
     // Back in a dialog, the user goes on where the keyboard was.
-    if (const auto last = focus_.find(view_->number()); last != focus_.end()) view_->focusOn(last->second);
-    dataChanged();
+    if (left != left_.end()) view_->focusOn(left->second.focus);
     view_->show();
     if (first) emit activeChanged(true);
 }
@@ -121,8 +124,9 @@ void AnalysisRunner::showView(ozm::CAnalysisDialog& dialog, int page) {
 void AnalysisRunner::dropView() {
     if (view_ == nullptr) return;
     DialogView* view = std::exchange(view_, nullptr);
+    view->setNotice({}); // takes no part in the size
     places_.remember(*view);
-    focus_[view->number()] = view->focusPlace();
+    left_[view->number()] = {view->focusPlace(), view->knownCodes(), data().generation()};
     view->detach();
     view->hide();
     view->deleteLater();

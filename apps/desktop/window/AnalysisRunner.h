@@ -14,6 +14,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <vector>
 
 class QWidget;
 
@@ -108,7 +109,13 @@ private:
     BreathTimer breathTimer_{signals_};
     QPointer<DialogView> view_;
     DialogPlaces places_;
-    std::map<int, DialogView::FocusPlace> focus_; ///< of dialogs that were left, by the template's number
+    /// What a dialog was left with.
+    struct Left {
+        DialogView::FocusPlace focus;
+        std::vector<CodePairs::Known> codes;
+        int generation = 0; ///< of the data that the codes belong to
+    };
+    std::map<int, Left> left_; ///< by the template's number
     QElapsedTimer computing_;
     int progressDelay_ = 250;
     bool busy_ = false;

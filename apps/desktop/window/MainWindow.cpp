@@ -2,7 +2,6 @@
 
 #include "apps/desktop/InputGate.h"
 #include "apps/desktop/data/ComputeDialog.h"
-#include "apps/desktop/data/DataLoader.h"
 #include "apps/desktop/data/DataView.h"
 #include "apps/desktop/data/SelectionDialog.h"
 #include "apps/desktop/data/StartPage.h"
@@ -16,15 +15,10 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDragEnterEvent>
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QLabel>
-#include <QLocale>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QMimeData>
-#include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -80,7 +74,9 @@ MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QStri
     });
     connect(workbook_, &Workbook::statusText, this,
             [this](const QString& text) { statusBar()->showMessage(text); });
-    resize(fontMetrics().averageCharWidth() * 210, fontMetrics().height() * 50);
+    const int frame = fontMetrics().height() * 2; // about what a window manager adds
+    resize(QSize(fontMetrics().averageCharWidth() * 210, fontMetrics().height() * 50)
+               .boundedTo(screen()->availableSize() - QSize(frame, frame)));
     showData();
     startPage_->setFocus();
 }
@@ -94,6 +90,7 @@ MainWindow::~MainWindow() {
 void MainWindow::buildMenus(const QString& noAnalysis) {
     QMenu* file = menuBar()->addMenu(tr("&File"));
     file->addAction(tr("&Open ..."), QKeySequence::Open, this, &MainWindow::askForFile);
+    file->addAction(tr("Open &With Options ..."), this, &MainWindow::askForFileAndOptions);
     recentMenu_ = file->addMenu(tr("Open &Recent"));
     connect(recentMenu_, &QMenu::aboutToShow, this,
             [this] { recent_.fill(*recentMenu_, [this](const QString& path) { openFile(path); }); });
@@ -161,7 +158,7 @@ void MainWindow::connectRunner() {
     });
     connect(runner, &AnalysisRunner::openDataRequested, this, [this](bool* opened) {
         const QString path = chooseFile();
-        *opened = !path.isEmpty() && loadFile(path);
+        *opened = !path.isEmpty() && loadFile(path, {});
     });
     connect(runner, &AnalysisRunner::weightsRequested, this, &MainWindow::defineWeights);
     connect(runner, &AnalysisRunner::selectionRequested, this, &MainWindow::defineSelection);
@@ -212,47 +209,9 @@ void MainWindow::showOutputs(const std::shared_ptr<ResultsBook>& book, bool chan
     }
 }
 
-bool MainWindow::loadFile(const QString& path) {
-    const QString name = QString::fromStdString(runner_->data().dataSet().fileName());
-    if (!mayReplaceData(*this, name, labelsEdited_)) return false;
-    QString error;
-    if (openDataFile(runner_->data(), path, &error, this)) {
-        labelsEdited_ = false;
-        recent_.add(path);
-        showData();
-        return true;
-    }
-    if (!error.isEmpty()) {
-        QMessageBox box(QMessageBox::Warning, tr("Open Data File"), error, QMessageBox::Ok, front());
-        box.setTextFormat(Qt::PlainText);
-        box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-        box.exec();
-    }
-    return false;
-}
-
-bool MainWindow::openFile(const QString& path) {
-    if (runner_->isBusy() || !loadFile(path)) return false;
-    runner_->dataReplaced();
-    QStringList notes;
-    for (const std::string& note : runner_->data().notes())
-        notes << QString::fromStdString(note);
-    statusBar()->showMessage(notes.join(QStringLiteral("  |  ")));
-    return true;
-}
-
 QWidget* MainWindow::front() {
     DialogView* view = runner_->currentView();
     return view != nullptr && view->isVisible() ? static_cast<QWidget*>(view) : this;
-}
-
-QString MainWindow::chooseFile() {
-    return QFileDialog::getOpenFileName(front(), tr("Open Data File"), {}, dataFileFilter());
-}
-
-bool MainWindow::askForFile() {
-    const QString path = chooseFile();
-    return !path.isEmpty() && openFile(path);
 }
 
 void MainWindow::defineWeights() {
@@ -274,15 +233,6 @@ void MainWindow::computeVariable() {
     showData();
     dataView_->showLastVariable();
     statusBar()->showMessage(QString::fromStdString(runner_->data().dataSet().notes().back()));
-}
-
-bool MainWindow::openFirst() {
-    QMessageBox box(QMessageBox::Information, tr("No Data"),
-                    tr("There are no data yet; open a data file first."), QMessageBox::Cancel, this);
-    QPushButton* open = box.addButton(tr("&Open a Data File..."), QMessageBox::AcceptRole);
-    box.setDefaultButton(open);
-    box.exec();
-    return box.clickedButton() == open && askForFile();
 }
 
 void MainWindow::startAnalysis() {
@@ -308,17 +258,6 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::abandon() {
     runner_->session().stops().requestStop();
     if (!runner_->isBusy()) runner_->abandon();
-}
-
-void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (!runner_->isBusy() && !droppedFile(event->mimeData()).isEmpty()) event->acceptProposedAction();
-}
-
-void MainWindow::dropEvent(QDropEvent* event) {
-    const QString path = droppedFile(event->mimeData());
-    if (path.isEmpty()) return;
-    event->acceptProposedAction();
-    openFile(path);
 }
 
 void MainWindow::about() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/desktop/data/RecentFiles.h"
+#include "host/data/ReadData.h"
 #include "host/results/ResultsBook.h"
 #include "host/session/ModuleLibrary.h"
 #include "host/session/SessionServices.h"
@@ -42,7 +43,8 @@ public:
 
     /// Opens a data file; what is wrong with it is shown, and the data before stay. False when it was not
     /// opened.
-    bool openFile(const QString& path);
+    bool openFile(const QString& path) { return openFileWith(path, {}); }
+    bool openFileWith(const QString& path, const ReadOptions& options);
     /// Stops what runs and closes without asking: nobody may be there to answer.
     void abandon();
     [[nodiscard]] AnalysisRunner& runner() { return *runner_; }
@@ -53,6 +55,7 @@ public:
 public slots:
     /// False when none was chosen, or it was not opened.
     bool askForFile();
+    void askForFileAndOptions();
     void defineWeights();
     void defineSelection();
     void computeVariable();
@@ -75,7 +78,7 @@ private:
     /// Offers to open data where there are none; whether there are some now.
     bool openFirst();
     QString chooseFile();
-    bool loadFile(const QString& path);
+    bool loadFile(const QString& path, ReadOptions options);
     void about();
 
     RecentFiles recent_;

@@ -1,14 +1,19 @@
 #include "apps/desktop/data/DataLoader.h"
 
+#include "apps/desktop/data/OpenOptionsDialog.h"
 #include "apps/desktop/data/RecentFiles.h"
-#include "tests/apps/desktop/Modals.h"
 #include "tests/apps/desktop/data/Trial.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
 #include <QMimeData>
+#include <QPlainTextEdit>
 #include <QProgressDialog>
 #include <QSignalSpy>
+#include <QTimer>
 #include <QUrl>
 
 #include <sys/stat.h>
@@ -75,15 +80,15 @@ TEST(OpenDataFile, KeepsTheDataBeforeWhenItFails) {
     ActiveData data;
     openTrial(data);
     data.select("age > 60");
-    QString error;
-    EXPECT_FALSE(openDataFile(data, folder.path("gone.csv"), &error));
-    EXPECT_TRUE(error.contains("gone.csv: there is no such file")) << error.toStdString();
-    EXPECT_FALSE(openDataFile(data, QDir::tempPath(), &error));
-    EXPECT_TRUE(error.contains("folder")) << error.toStdString();
+    ReadFault fault;
+    EXPECT_FALSE(openDataFile(data, folder.path("gone.csv"), &fault));
+    EXPECT_TRUE(fault.text.contains("gone.csv: there is no such file")) << fault.text.toStdString();
+    EXPECT_FALSE(openDataFile(data, QDir::tempPath(), &fault));
+    EXPECT_TRUE(fault.text.contains("folder")) << fault.text.toStdString();
     EXPECT_EQ(data.selectedCount(), 2);
 
-    EXPECT_TRUE(openDataFile(data, folder.write(QStringLiteral("\u00e4 b.csv"), "a\n1\n"), &error));
-    EXPECT_EQ(error, "");
+    EXPECT_TRUE(openDataFile(data, folder.write(QStringLiteral("\u00e4 b.csv"), "a\n1\n"), &fault));
+    EXPECT_EQ(fault.text, "");
     EXPECT_EQ(data.condition(), "");
     EXPECT_EQ(data.dataSet().caseCount(), 1);
 }
@@ -104,9 +109,9 @@ TEST(OpenDataFile, ABigFileLeavesTheProgramAliveAndCanBeCancelled) {
         }
     });
     pulse.start(1);
-    QString error("as before");
-    const bool read = openDataFile(data, file, &error);
-    EXPECT_EQ(error, "");
+    ReadFault fault{"as before"};
+    const bool read = openDataFile(data, file, &fault);
+    EXPECT_EQ(fault.text, "");
     // A machine may read it before anyone can look or cancel; what is there is then all of it.
     EXPECT_TRUE(read || seen);
     EXPECT_EQ(data.dataSet().caseCount(), read ? 1'000'000 : 4);
@@ -117,20 +122,63 @@ TEST(OpenDataFile, TheOrderOfDatesIsAskedForWhereNothingDecidesIt) {
     const QString file = folder.write("dates.csv", "id,begin\n1,02/03/1995\n2,04/05/1995\n");
     const auto opened = [&](const QString& answer) {
         ActiveData data;
-        QString error("as before");
-        bool read = false;
-        answering([&] { read = openDataFile(data, file, &error); },
-                  [&](QMessageBox& box) {
-                      EXPECT_TRUE(box.text().contains("begin")) << box.text().toStdString();
-                      for (QAbstractButton* button : box.buttons())
-                          if (button->text().remove('&').startsWith(answer)) button->click();
-                  });
-        EXPECT_EQ(error, "");
+        bool asked = false;
+        QTimer pulse;
+        QObject::connect(&pulse, &QTimer::timeout, [&] {
+            for (QWidget* widget : QApplication::topLevelWidgets()) {
+                auto* const box = qobject_cast<QMessageBox*>(widget);
+                if (box == nullptr || !box->isVisible()) continue;
+                asked = true;
+                EXPECT_TRUE(box->text().contains("begin")) << box->text().toStdString();
+                for (QAbstractButton* button : box->buttons())
+                    if (button->text().remove('&').startsWith(answer)) button->click();
+            }
+        });
+        pulse.start(1);
+        ReadFault fault{"as before"};
+        const bool read = openDataFile(data, file, &fault);
+        EXPECT_TRUE(asked);
+        EXPECT_EQ(fault.text, "");
         return read ? data.dataSet().column(1)[1] - data.dataSet().column(1)[0] : -1.0;
     };
     EXPECT_EQ(opened("Day"), 63.0);   // 2 March to 4 May
     EXPECT_EQ(opened("Month"), 61.0); // 3 February to 5 April
     EXPECT_EQ(opened("Cancel"), -1.0);
+}
+
+TEST(OpenDataFile, OptionsSayHowItIsRead) {
+    const Folder folder;
+    const QString file = folder.write("trial.txt", "1/61,5/01-02-1995\n2/60.5/03-04-1995\n");
+    ActiveData data;
+    ReadFault fault;
+    const ReadOptions none;
+    const ReadOptions all{HeaderLine::No, '/', ',', DateOrder::MonthDayYear};
+    for (const ReadOptions& options :
+         {all, none, ReadOptions{HeaderLine::Yes, '\t', '.', DateOrder::YearMonthDay}}) {
+        const ReadOptions shown = OpenOptionsDialog(file, options).options();
+        EXPECT_EQ(shown.header, options.header);
+        EXPECT_EQ(shown.separator, options.separator);
+        EXPECT_EQ(shown.decimalMark, options.decimalMark);
+        EXPECT_EQ(shown.dates, options.dates);
+    }
+    OpenOptionsDialog dialog(file, none);
+    EXPECT_TRUE(dialog.findChild<QPlainTextEdit*>()->toPlainText().contains("2/60.5/03-04-1995"));
+    const auto choose = [&](const char* field, int value) {
+        auto* box = dialog.findChild<QComboBox*>(field);
+        box->setCurrentIndex(box->findData(value));
+    };
+    choose("separator", -2);
+    dialog.accept();
+    EXPECT_NE(dialog.result(), QDialog::Accepted) << "the sign is missing";
+    dialog.findChild<QLineEdit*>("sign")->setText("/");
+    choose("decimal", ',');
+    choose("header", static_cast<int>(HeaderLine::No));
+    choose("dates", static_cast<int>(DateOrder::MonthDayYear));
+    dialog.accept();
+    ASSERT_TRUE(openDataFile(data, file, &fault, nullptr, dialog.options())) << fault.text.toStdString();
+    ASSERT_EQ(data.dataSet().caseCount(), 2);
+    EXPECT_EQ(data.dataSet().variable(1).kind, VariableKind::Text) << "60.5 is no number then";
+    EXPECT_EQ(data.dataSet().column(2)[1] - data.dataSet().column(2)[0], 61.0);
 }
 
 TEST(OpenDataFile, TheWindowCanBeClosedMeanwhile) {
@@ -149,10 +197,10 @@ TEST(OpenDataFile, TheWindowCanBeClosedMeanwhile) {
         closed = true;
     });
     pulse.start(1);
-    QString error("as before");
-    const bool read = openDataFile(data, file, &error, &window);
+    ReadFault fault{"as before"};
+    const bool read = openDataFile(data, file, &fault, &window);
     EXPECT_EQ(read, !closed); // a machine may be faster
-    EXPECT_EQ(error, "");
+    EXPECT_EQ(fault.text, "");
     QApplication::processEvents();
     EXPECT_EQ(window.isVisible(), !closed);
 }

@@ -71,12 +71,12 @@ TEST_F(Selecting, ByTypingWithTheCountShown) {
 TEST_F(Selecting, ByInsertingVariablesAndTheirValues) {
     openDialog();
     QTest::keyClicks(variables->search(), "stat");
-    QTest::keyClick(variables->search(), Qt::Key_Return);
+    QTest::keyClick(variables->list(), Qt::Key_Space);
     EXPECT_TRUE(QTest::qWaitFor([&] { return codes->count() == 3; })); // two values and the missing ones
     EXPECT_EQ(codes->item(1)->text(), "1 = dead   (2)");
     EXPECT_TRUE(condition->hasFocus() || condition->toPlainText() == "status");
     codes->setCurrentRow(1);
-    QTest::keyClick(codes, Qt::Key_Return);
+    QTest::keyClick(codes, Qt::Key_Space);
     EXPECT_EQ(condition->toPlainText(), "status = 1");
     QTest::keyClicks(condition, " and");
     variables->search()->clear();
@@ -85,7 +85,8 @@ TEST_F(Selecting, ByInsertingVariablesAndTheirValues) {
     codes->setCurrentRow(0);
     emit codes->itemDoubleClicked(codes->item(0));
     EXPECT_EQ(condition->toPlainText(), "status = 1 and sex = 'female'");
-    pressOk();
+    QTest::keyClick(codes, Qt::Key_Return); // OK, here too
+    EXPECT_TRUE(accepted());
     EXPECT_EQ(data.selectedCount(), 1);
 }
 

@@ -28,9 +28,9 @@ private:
 
 inline void open(ActiveData& data, const QByteArray& content) {
     const Folder folder;
-    QString error;
-    ASSERT_TRUE(openDataFile(data, folder.write(QStringLiteral("trial.csv"), content), &error))
-        << error.toStdString();
+    ReadFault fault;
+    ASSERT_TRUE(openDataFile(data, folder.write(QStringLiteral("trial.csv"), content), &fault))
+        << fault.text.toStdString();
 }
 
 /// Numbers with labels and a missing code, texts, dates, case names, a name that is no word.

@@ -169,6 +169,24 @@ TEST_F(View, EnterTakesWhatWasTypedAndPressesOk) {
     QTest::keyClick(editor<QPushButton>(Beside), Qt::Key_Return);
     EXPECT_EQ(analysis->commands, (std::vector<int>{ControlOk, Beside}))
         << "a button with the focus comes first";
+
+    // Wherever the keyboard is, but in a text of several lines.
+    select({{1}, {3}});
+    analysis->onCommand = {};
+    for (const int page : {0, 1}) {
+        view->showPage(page);
+        for (QWidget* each : view->findChildren<QWidget*>()) {
+            const auto* text = qobject_cast<QPlainTextEdit*>(each);
+            if (!each->isVisible() || qobject_cast<QPushButton*>(each) != nullptr) continue;
+            if ((each->focusPolicy() & Qt::TabFocus) == 0 || (text != nullptr && !text->isReadOnly()))
+                continue;
+            each->setFocus(Qt::TabFocusReason);
+            analysis->commands.clear();
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+            EXPECT_EQ(analysis->commands, std::vector<int>{ControlOk})
+                << each->metaObject()->className() << ' ' << each->objectName().toStdString();
+        }
+    }
 }
 
 TEST_F(View, AWrongFieldOnAnotherPageIsTurnedTo) {

@@ -46,9 +46,8 @@ TEST_F(VariableBoxes, DoubleClickFillsTheBoxThatLacksVariables) {
 TEST_F(VariableBoxes, AreFilledByKeyboardAlone) {
     available()->setFocus(Qt::TabFocusReason);
     QTest::keyClick(available(), Qt::Key_Down, Qt::ShiftModifier);
-    QTest::keyClick(available(), Qt::Key_Return);
+    QTest::keyClick(available(), Qt::Key_Right);
     EXPECT_EQ(chosen(), (VariableSelection{{1, 2}, {}}));
-    EXPECT_TRUE(analysis->commands.empty()) << "Enter was the list's, not OK's";
     QTest::keyClick(available(), Qt::Key_End);
     QTest::keyClick(available(), Qt::Key_2, Qt::ControlModifier);
     EXPECT_EQ(chosen(), (VariableSelection{{1, 2}, {4}}));
@@ -155,7 +154,7 @@ TEST_F(VariableBoxes, SearchFindsNamesLabelsAndNumbers) {
     search->clear();
     search->setFocus();
     QTest::keyClicks(search, "how");
-    QTest::keyClick(search, Qt::Key_Return);
+    QTest::keyClick(search, Qt::Key_1, Qt::ControlModifier);
     EXPECT_EQ(chosen(), (VariableSelection{{3}, {}}));
     QTest::keyClick(search, Qt::Key_Escape);
     EXPECT_EQ(available()->model()->rowCount(), 4)

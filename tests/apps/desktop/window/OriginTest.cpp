@@ -7,6 +7,7 @@
 
 #include <QFile>
 #include <QLabel>
+#include <QTabWidget>
 #include <QTreeWidget>
 
 namespace korvana::desktop {
@@ -49,6 +50,7 @@ TEST_F(Origin, EveryOutputShowsTheStateThatItsRunWasMadeFrom) {
     };
     click("Summary: Product-limit survival analysis");
     EXPECT_TRUE(isOfTheRun()) << line().toStdString();
+    EXPECT_TRUE(line().contains("weight of 0 or less in 'prior' count once")) << line().toStdString();
     change("", "");
     EXPECT_TRUE(isOfTheRun()) << "results do not change with the data";
     click("Survival times vs. cum. proportion surviving");
@@ -82,13 +84,22 @@ TEST_F(Origin, EveryOutputShowsTheStateThatItsRunWasMadeFrom) {
 TEST_F(Origin, AResultsDialogSaysWhenItsResultsAreOfAnEarlierState) {
     compute();
     EXPECT_EQ(notice(), "");
+    const auto* page = view()->findChild<QTabWidget*>();
+    change("", "");
+    change("trt = 1", "prior"); // by now all of the dialog has been laid out
+    QApplication::processEvents();
+    const QSize before = view()->size();
+    const QSize room = page->size();
     change("trt = 2", "prior");
+    QApplication::processEvents();
+    EXPECT_EQ(page->size(), room) << "the notice takes nothing away from the page";
     EXPECT_TRUE(notice().contains("the selection of cases was changed since")) << notice().toStdString();
     change("trt = 2", "");
     EXPECT_TRUE(
         notice().contains("the selection of cases was changed and the case weights were changed since"));
     change("trt = 1", "prior");
     EXPECT_EQ(notice(), "") << "as it was";
+    EXPECT_EQ(view()->size(), before);
     runner().data().describe(3, "", 9, {});
     runner().dataChanged();
     EXPECT_TRUE(notice().contains("labels or missing codes were changed"));
@@ -110,6 +121,7 @@ TEST_F(Origin, GoesAlongWhenAnOutputIsExported) {
         const QByteArray text = file.readAll();
         EXPECT_TRUE(text.contains("trt = 1")) << path.toStdString();
         EXPECT_TRUE(text.contains("prior")) << path.toStdString();
+        EXPECT_TRUE(text.contains("count once each")) << path.toStdString();
     }
 }
 

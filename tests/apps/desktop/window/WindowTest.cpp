@@ -1,12 +1,14 @@
 // The whole window, offscreen, with the survival module in it: from the startup dialog to the results with
 // mouse and keyboard, and what happens when something goes wrong on the way.
 
+#include "apps/desktop/data/OpenOptionsDialog.h"
 #include "apps/desktop/data/VariableTableModel.h"
 #include "apps/desktop/results/ExportDialog.h"
 #include "host/session/SessionCharts.h"
 #include "tests/apps/desktop/window/OpenWindow.h"
 #include "tests/host/session/RefusingMemory.h"
 
+#include <QComboBox>
 #include <QLineEdit>
 #include <QProcess>
 #include <QSignalSpy>
@@ -78,6 +80,23 @@ TEST_F(WindowTest, AFileThatIsNotThereIsToldAndTheDataStay) {
     const QString shown = boxOf([this] { EXPECT_FALSE(window->openFile(folder.path("gone.csv"))); });
     EXPECT_TRUE(shown.contains("gone.csv")) << shown.toStdString();
     EXPECT_EQ(runner().data().dataSet().caseCount(), 23);
+
+    // What options decide can be said then and there.
+    const QString marks = folder.write("marks.csv", "time;score\n850;61,5\n12;60.2\n");
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (auto* options = qobject_cast<OpenOptionsDialog*>(modal)) {
+            options->findChild<QComboBox*>("decimal")->setCurrentIndex(1);
+            options->accept();
+        } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+            ASSERT_EQ(box->buttons().size(), 2) << box->text().toStdString();
+            box->buttons().back()->click();
+        }
+    });
+    timer.start(10);
+    EXPECT_TRUE(window->openFile(marks));
+    EXPECT_EQ(runner().data().dataSet().caseCount(), 2);
 }
 
 TEST_F(WindowTest, WithoutDataOrModuleItSaysSo) {
@@ -86,40 +105,70 @@ TEST_F(WindowTest, WithoutDataOrModuleItSaysSo) {
     EXPECT_TRUE(alone.openFile(example("aml.csv")));
 }
 
+/// Presses the button of this role in the next message box.
+void answer(QMessageBox::StandardButton with, const std::function<void()>& action, int& asked) {
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (box == nullptr || box->button(with) == nullptr) return;
+        ++asked;
+        QTest::mouseClick(box->button(with), Qt::LeftButton);
+    });
+    timer.start(10);
+    action();
+}
+
 TEST_F(WindowTest, ClosingAsksWhatWouldBeLost) {
     ASSERT_TRUE(window->openFile(example("veteran.csv")));
-    const auto computeAndClose = [this](bool closes, auto... answers) {
-        if (!runner().isActive()) {
-            specify({{3}, {4}}, 1, 0);
-            click("OK");
-        }
-        click("Survival times vs. cum. proportion surviving");
-        answering([&] { EXPECT_EQ(window->close(), closes); }, answers...);
-        EXPECT_EQ(runner().isActive(), !closes) << "kept open, it is as if nothing had been asked";
-    };
-    computeAndClose(false, pressing(QMessageBox::Cancel));
-    computeAndClose(true, pressing(QMessageBox::Save), [this](ExportDialog& dialog) {
-        dialog.findChild<QLineEdit*>()->setText(folder.path("saved"));
-        QTest::keyClick(&dialog, Qt::Key_Enter);
+    specify({{3}, {4}}, 1, 0);
+    click("OK");
+    click("Survival times vs. cum. proportion surviving");
+    int asked = 0;
+    answer(
+        QMessageBox::Cancel, [this] { EXPECT_FALSE(window->close()); }, asked);
+    EXPECT_EQ(asked, 1);
+    EXPECT_TRUE(runner().isActive()); // as if nothing had been asked
+    // Save leads to the export.
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        auto* dialog = qobject_cast<ExportDialog*>(QApplication::activeModalWidget());
+        if (dialog == nullptr) return;
+        dialog->findChild<QLineEdit*>()->setText(folder.path("saved"));
+        QTest::keyClick(dialog, Qt::Key_Enter);
     });
+    timer.start(10);
+    answer(
+        QMessageBox::Save, [this] { EXPECT_TRUE(window->close()); }, asked);
+    EXPECT_EQ(asked, 2);
     EXPECT_TRUE(QFile::exists(folder.path("saved/report.html")));
     window->show();
     EXPECT_TRUE(window->close()); // nothing to lose any more
     window->show();
-    computeAndClose(true, pressing(QMessageBox::Discard));
+    window->startAnalysis();
+    specify({{3}, {4}}, 1, 0);
+    click("OK");
+    click("Survival times vs. cum. proportion surviving");
+    answer(
+        QMessageBox::Discard, [this] { EXPECT_TRUE(window->close()); }, asked);
+    EXPECT_EQ(asked, 3);
 }
 
 TEST_F(WindowTest, EditsOfLabelsAreNotLostUnasked) {
     ASSERT_TRUE(window->openFile(example("veteran.csv")));
     auto* model = window->findChild<VariableTableModel*>();
     ASSERT_TRUE(model->setData(model->index(3, VariableTableModel::Label), "how it ended", Qt::EditRole));
-    const auto openOther = [this] { return window->openFile(example("aml.csv")); };
-    answering([&] { EXPECT_FALSE(openOther()); }, pressing(QMessageBox::Cancel));
+    int asked = 0;
+    answer(
+        QMessageBox::Cancel, [this] { EXPECT_FALSE(window->openFile(example("aml.csv"))); }, asked);
     EXPECT_EQ(window->windowTitle(), "veteran.csv - Korvana");
-    answering([&] { EXPECT_FALSE(window->close()); }, pressing(QMessageBox::Cancel));
-    answering([&] { EXPECT_TRUE(openOther()); }, pressing(QMessageBox::Discard));
+    answer(
+        QMessageBox::Cancel, [this] { EXPECT_FALSE(window->close()); }, asked);
+    answer(
+        QMessageBox::Discard, [this] { EXPECT_TRUE(window->openFile(example("aml.csv"))); }, asked);
+    EXPECT_EQ(asked, 3);
     EXPECT_TRUE(window->openFile(example("veteran.csv"))); // nothing was edited since
     EXPECT_TRUE(window->close());
+    EXPECT_EQ(asked, 3);
 }
 
 struct NoCharts final : SessionCharts {
@@ -134,7 +183,9 @@ TEST_F(WindowTest, RefusedMemoryAndFailingChartsAreMessages) {
     ServiceOverrides services;
     services.memory = &memory;
     services.charts = &charts;
-    renew(services);
+    window.reset(); // one analysis object at a time
+    window =
+        std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{}, folder.path("s.ini"), services);
     ASSERT_TRUE(window->openFile(example("veteran.csv")));
     runner().data().weightBy("prior"); // weighted data take their arrays from the host
     specify({{3}, {4}}, 1, 0);

@@ -1,4 +1,4 @@
-#include "host/charts/ChartApplication.h"
+#include "host/results/ChartApplication.h"
 
 #include <QApplication>
 #include <QDir>

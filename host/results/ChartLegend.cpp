@@ -1,4 +1,4 @@
-#include "host/charts/ChartLegend.h"
+#include "host/results/ChartLegend.h"
 
 #include <QFontMetricsF>
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "host/charts/ChartStyle.h"
+#include "host/results/ChartStyle.h"
 
 #include <array>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "host/charts/ChartRanges.h"
+#include "host/results/ChartRanges.h"
 
 #include <algorithm>
 

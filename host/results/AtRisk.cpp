@@ -1,4 +1,4 @@
-#include "host/charts/AtRisk.h"
+#include "host/results/AtRisk.h"
 
 #include <QFontMetricsF>
 #include <algorithm>

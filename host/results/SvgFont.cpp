@@ -1,4 +1,4 @@
-#include "host/charts/SvgFont.h"
+#include "host/results/SvgFont.h"
 
 #include <QSet>
 #include <QString>
@@ -6,7 +6,7 @@
 #include <hb-subset.h>
 #include <memory>
 
-#include "host/charts/ChartFonts.h"
+#include "host/results/ChartFonts.h"
 
 namespace korvana {
 namespace {

@@ -1,4 +1,4 @@
-#include "host/charts/ChartFonts.h"
+#include "host/results/ChartFonts.h"
 
 #include <QApplication>
 #include <QFontDatabase>

@@ -1,4 +1,4 @@
-#include "host/charts/ChartGeometry.h"
+#include "host/results/ChartGeometry.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/charts/ChartGeometry.h"
+#include "host/results/ChartGeometry.h"
 
 namespace korvana {
 

@@ -1,4 +1,4 @@
-#include "host/charts/ChartText.h"
+#include "host/results/ChartText.h"
 
 #include <QFontMetricsF>
 

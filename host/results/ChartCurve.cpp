@@ -1,4 +1,4 @@
-#include "host/charts/ChartCurve.h"
+#include "host/results/ChartCurve.h"
 
 #include <cmath>
 #include <limits>

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "host/data/ReadData.h"
+
+#include <QDialog>
+
+class QComboBox;
+class QLineEdit;
+
+namespace korvana::desktop {
+
+/// Says how a data file is to be read, where that is not to be found out from it: what stands between its
+/// cells, its decimal mark, its first line and the order of its dates. Shows how the file begins.
+class OpenOptionsDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    /// @param options  what is chosen at first
+    OpenOptionsDialog(const QString& path, const ReadOptions& options, QWidget* parent = nullptr);
+
+    [[nodiscard]] ReadOptions options() const;
+
+    void accept() override;
+
+private:
+    QComboBox* separator_;
+    QLineEdit* sign_; ///< a separator that is not in the list
+    QComboBox* decimal_;
+    QComboBox* header_;
+    QComboBox* dates_;
+};
+
+} // namespace korvana::desktop

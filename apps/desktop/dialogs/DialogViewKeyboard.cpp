@@ -1,0 +1,73 @@
+// Where the keyboard is in a dialog, and what its keys do there.
+#include "apps/desktop/dialogs/ControlField.h"
+#include "apps/desktop/dialogs/DialogView.h"
+
+#include <QKeyEvent>
+#include <QPushButton>
+#include <QTabWidget>
+
+namespace korvana::desktop {
+namespace {
+
+bool isEnter(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+/// How many pages a key turns. The tabs know Ctrl+Tab, but only while the focus is below them.
+int pagesTurned(const QKeyEvent& event) {
+    if (!event.modifiers().testFlag(Qt::ControlModifier)) return 0;
+    if (event.key() == Qt::Key_Tab || event.key() == Qt::Key_PageDown) return 1;
+    return event.key() == Qt::Key_Backtab || event.key() == Qt::Key_PageUp ? -1 : 0;
+}
+
+} // namespace
+
+void DialogView::focusFirst() {
+    const int page = tabs_ != nullptr ? tabs_->currentIndex() : -1;
+    for (const Placed& placed : placed_) {
+        const bool shown = placed.page == -1 || placed.page == page;
+        if (shown && placed.control->kind != ozm::ControlKind::Summary) {
+            placed.field->setFocus(Qt::OtherFocusReason);
+            return;
+        }
+    }
+}
+
+void DialogView::rememberFocus(QWidget* focused) {
+    for (const Placed& placed : placed_) {
+        if (focused == nullptr || !placed.field->isAncestorOf(focused)) continue;
+        const bool shutsIt = placed.control->id == ozm::ControlOk || placed.control->id == ozm::ControlCancel;
+        if (!shutsIt) lastFocus_ = {placed.page, placed.control->id, focused->objectName()};
+        return;
+    }
+}
+
+void DialogView::focusOn(const FocusPlace& place) {
+    for (const Placed& placed : placed_) {
+        if (placed.page != place.page || placed.control->id != place.control) continue;
+        if (tabs_ != nullptr && place.page >= 0) tabs_->setCurrentIndex(place.page);
+        auto* part = place.part.isEmpty() ? nullptr : placed.field->findChild<QWidget*>(place.part);
+        (part != nullptr ? part : placed.field)->setFocus(Qt::OtherFocusReason);
+        return;
+    }
+}
+
+void DialogView::showPage(int page) {
+    if (tabs_ == nullptr || page < 0 || page >= tabs_->count() || page == tabs_->currentIndex()) return;
+    tabs_->setCurrentIndex(page);
+    focusFirst();
+}
+
+void DialogView::keyPressEvent(QKeyEvent* event) {
+    if (const int turned = pagesTurned(*event); turned != 0 && tabs_ != nullptr)
+        return showPage((tabs_->currentIndex() + turned + tabs_->count()) % tabs_->count());
+    if (!isEnter(*event)) return QDialog::keyPressEvent(event);
+    if (auto* button = qobject_cast<QPushButton*>(focusWidget())) return button->click();
+    if (ControlField* ok = fieldOf(ozm::ControlOk)) return press(*ok);
+    for (const Placed& placed : placed_)
+        if (placed.control->kind == ozm::ControlKind::List && placed.field->focusProxy() == focusWidget())
+            return press(*placed.field);
+    commitEdits();
+}
+
+} // namespace korvana::desktop

@@ -1,0 +1,79 @@
+// What can be done with results, in the menus.
+#include <QAction>
+#include <QMenu>
+#include <QTreeWidget>
+
+#include "apps/desktop/results/OutputView.h"
+#include "apps/desktop/results/Workbook.h"
+
+namespace korvana::desktop {
+
+void Workbook::makeActions() {
+    const auto make = [this](const QString& text, const QKeySequence& keys, Qt::ShortcutContext context,
+                             auto slot) {
+        auto* action = new QAction(text, this);
+        action->setShortcut(keys);
+        action->setShortcutContext(context);
+        connect(action, &QAction::triggered, this, slot);
+        addAction(action);
+        return action;
+    };
+    copy_ = make(tr("&Copy"), QKeySequence::Copy, Qt::WidgetWithChildrenShortcut, [this] {
+        if (OutputView* shown = currentView()) shown->copy();
+    });
+    exportOutput_ = make(tr("&Export This Output..."), Qt::CTRL | Qt::Key_E, Qt::WindowShortcut,
+                         [this] { exportOutput(); });
+    exportRun_ = make(tr("Export &Workbook..."), Qt::CTRL | Qt::SHIFT | Qt::Key_E, Qt::WindowShortcut,
+                      [this] { exportRuns(); });
+    print_ = make(tr("&Print..."), QKeySequence::Print, Qt::WindowShortcut, [this] { printOutput(); });
+    preview_ = make(tr("Print Pre&view..."), {}, Qt::WindowShortcut, [this] { previewOutput(); });
+    for (QAction*& separator : separators_) {
+        separator = new QAction(this);
+        separator->setSeparator(true);
+    }
+    // Delete is the tree's: elsewhere it may mean another thing.
+    removeOutput_ = new QAction(tr("Remo&ve This Output"), this);
+    removeRun_ = new QAction(tr("&Remove This Run"), this);
+    for (QAction* action : {removeOutput_, removeRun_}) {
+        action->setShortcutContext(Qt::WidgetShortcut);
+        tree_->addAction(action);
+    }
+    connect(removeOutput_, &QAction::triggered, this,
+            [this] { removeOutput(currentRun(), currentOutput()); });
+    connect(removeRun_, &QAction::triggered, this, [this] { removeRun(currentRun()); });
+    undo_ = make(tr("&Undo Remove"), QKeySequence::Undo, Qt::WidgetWithChildrenShortcut, [this] { undo(); });
+}
+
+void Workbook::showMenu(const QPoint& place) {
+    const OutputView* shown = currentView();
+    if (shown == nullptr) return;
+    QMenu menu(this);
+    menu.addActions(menuActions());
+    menu.exec(place);
+}
+
+QList<QAction*> Workbook::menuActions() const {
+    QList<QAction*> actions{copy_};
+    if (OutputView* shown = currentView()) actions += shown->viewActions();
+    actions += {separators_[0], exportOutput_, exportRun_, print_, preview_,
+                separators_[1], removeOutput_, removeRun_, undo_};
+    return actions;
+}
+
+QAction* Workbook::copyAction() const {
+    return copy_;
+}
+QAction* Workbook::exportOutputAction() const {
+    return exportOutput_;
+}
+QAction* Workbook::exportRunAction() const {
+    return exportRun_;
+}
+QAction* Workbook::printAction() const {
+    return print_;
+}
+QAction* Workbook::printPreviewAction() const {
+    return preview_;
+}
+
+} // namespace korvana::desktop

@@ -1,0 +1,94 @@
+// Data files on their way into the window.
+#include "apps/desktop/data/DataLoader.h"
+#include "apps/desktop/data/OpenOptionsDialog.h"
+#include "apps/desktop/window/AnalysisRunner.h"
+#include "apps/desktop/window/Leaving.h"
+#include "apps/desktop/window/MainWindow.h"
+
+#include <QDragEnterEvent>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QStatusBar>
+
+namespace korvana::desktop {
+namespace {
+
+/// Says why a file was not read; whether the user wants to try other options.
+bool triesOptions(const ReadFault& fault, bool mayHelp, QWidget* parent) {
+    QMessageBox box(QMessageBox::Warning, MainWindow::tr("Open Data File"), fault.text, QMessageBox::Ok,
+                    parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    const QPushButton* options =
+        mayHelp ? box.addButton(MainWindow::tr("Open &With Options..."), QMessageBox::ActionRole) : nullptr;
+    box.exec();
+    return options != nullptr && box.clickedButton() == options;
+}
+
+} // namespace
+
+bool MainWindow::loadFile(const QString& path, ReadOptions options) {
+    const QString name = QString::fromStdString(runner_->data().dataSet().fileName());
+    if (!mayReplaceData(*this, name, labelsEdited_)) return false;
+    for (ReadFault fault; !openDataFile(runner_->data(), path, &fault, this, options);) {
+        if (fault.text.isEmpty() || !triesOptions(fault, fault.inText || options.separator, front()))
+            return false;
+        OpenOptionsDialog dialog(path, options, front());
+        if (dialog.exec() != QDialog::Accepted) return false;
+        options = dialog.options();
+    }
+    labelsEdited_ = false;
+    recent_.add(path);
+    showData();
+    return true;
+}
+
+bool MainWindow::openFileWith(const QString& path, const ReadOptions& options) {
+    if (runner_->isBusy() || !loadFile(path, options)) return false;
+    runner_->dataReplaced();
+    QStringList notes;
+    for (const std::string& note : runner_->data().notes())
+        notes << QString::fromStdString(note);
+    statusBar()->showMessage(notes.join(QStringLiteral("  |  ")));
+    return true;
+}
+
+QString MainWindow::chooseFile() {
+    return QFileDialog::getOpenFileName(front(), tr("Open Data File"), {}, dataFileFilter());
+}
+
+bool MainWindow::askForFile() {
+    const QString path = chooseFile();
+    return !path.isEmpty() && openFile(path);
+}
+
+void MainWindow::askForFileAndOptions() {
+    const QString path = chooseFile();
+    if (path.isEmpty()) return;
+    OpenOptionsDialog dialog(path, {}, front());
+    if (dialog.exec() == QDialog::Accepted) openFileWith(path, dialog.options());
+}
+
+bool MainWindow::openFirst() {
+    QMessageBox box(QMessageBox::Information, tr("No Data"),
+                    tr("There are no data yet; open a data file first."), QMessageBox::Cancel, this);
+    QPushButton* open = box.addButton(tr("&Open a Data File..."), QMessageBox::AcceptRole);
+    box.setDefaultButton(open);
+    box.exec();
+    return box.clickedButton() == open && askForFile();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (!runner_->isBusy() && !droppedFile(event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+    const QString path = droppedFile(event->mimeData());
+    if (path.isEmpty()) return;
+    event->acceptProposedAction();
+    openFile(path);
+}
+
+} // namespace korvana::desktop

@@ -2,6 +2,7 @@
 
 #include "apps/cli/UsageError.h"
 #include "host/results/JsonWriter.h"
+#include "host/results/ResultsFolder.h"
 #include "host/results/TextWriter.h"
 
 #include <stdexcept>
@@ -40,6 +41,7 @@ void OutputOptions::check() {
     }
     if (!toFiles() && formats_ != only(OutputFormat::Txt) && formats_ != only(OutputFormat::Json))
         throw UsageError("--format " + format_ + " needs -o DIR; standard output takes either txt or json");
+    if (toFiles()) refuseToReplaceOthers(directory_, certainFileNames(formats_));
 }
 
 int OutputOptions::write(const ResultsBook& book, Console& console) const {

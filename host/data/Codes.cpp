@@ -2,6 +2,7 @@
 
 #include "host/data/DayNumber.h"
 #include "host/data/NumberText.h"
+#include "host/data/TextEncoding.h"
 
 namespace korvana {
 
@@ -10,6 +11,10 @@ std::optional<double> resolveCode(const DataSet& data, int variable, std::string
     if (const auto value = known.valueOf(text)) return value;
     text = trimmed(text);
     if (const auto value = known.valueOf(text)) return value;
+    // A label with control characters is given as messages write it.
+    if (text.find('\\') != std::string_view::npos)
+        for (const ValueLabel& label : known.valueLabels)
+            if (withEscapes(label.text) == text) return label.value;
     if (known.kind == VariableKind::Date) {
         const IsoDate date = readIsoDate(text);
         if (date.hasForm) return date.dayNumber;

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdint>
 #include <set>
+#include <string_view>
 #include <utility>
 
 namespace korvana {
@@ -30,8 +31,16 @@ constexpr std::array<Order, 3> orders{{
     {DateOrder::YearMonthDay, ColumnTally::NotYearFirst, "ymd", "year, month, day"},
 }};
 
+/** The cell, and the blank in it that looks like any other. */
 std::string quoted(const CellPlace& place) {
-    return "'" + place.text + "'";
+    constexpr std::array<std::pair<std::string_view, const char*>, 3> blanks{
+        {{"\xC2\xA0", "no-break space, U+00A0"},
+         {"\xE2\x80\xAF", "narrow no-break space, U+202F"},
+         {"\xE2\x80\x89", "thin space, U+2009"}}};
+    std::string text = "'" + place.text + "'";
+    for (const auto& [blank, name] : blanks)
+        if (place.text.find(blank) != std::string::npos) text.append(" (with a ").append(name).append(")");
+    return text;
 }
 
 std::string inLine(const CellPlace& place) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/data/Column.h"
+#include "host/data/ReadSettings.h"
 #include "host/data/Variable.h"
 
 #include <cstdint>
@@ -79,6 +80,10 @@ public:
     const std::string& layout() const { return layout_; }
     void setLayout(std::string layout) { layout_ = std::move(layout); }
 
+    /** What the reader was told about the file. */
+    const ReadSettings& readSettings() const { return readSettings_; }
+    void setReadSettings(const ReadSettings& settings) { readSettings_ = settings; }
+
 private:
     std::string path_;
     int caseCount_;
@@ -87,6 +92,7 @@ private:
     CaseNames caseNames_;
     std::vector<std::string> notes_;
     std::string layout_;
+    ReadSettings readSettings_;
 };
 
 } // namespace korvana

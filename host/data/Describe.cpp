@@ -2,6 +2,7 @@
 
 #include "host/data/DayNumber.h"
 #include "host/data/NumberText.h"
+#include "host/data/TextEncoding.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -81,7 +82,7 @@ bool VariableDescriber::advance(std::size_t cases) {
     const std::size_t end = next + std::min(cases, cells.size() - next);
     for (; next < end; ++next) {
         if (!mask.empty() && mask[next] == 0) continue;
-        const double value = cells[next];
+        const double value = cells[next] + 0.0; // no minus zero
         if (known.isMissing(value)) {
             ++summary.missingCount;
             continue;
@@ -118,7 +119,7 @@ std::string codesText(const DistinctValues& codes, int limit) {
     for (const DistinctValue& each : codes.values) {
         if (!text.empty()) text += ", ";
         text += numberText(each.value);
-        if (!each.label.empty()) text += " '" + each.label + "'";
+        if (!each.label.empty()) text += " '" + brief(each.label) + "'";
         text += " (" + std::to_string(each.count) + (each.count == 1 ? " case)" : " cases)");
     }
     return text;

@@ -1,6 +1,7 @@
 #include "host/data/NumberText.h"
 
 #include "host/data/NameMatch.h"
+#include "host/data/TextEncoding.h"
 
 #include <algorithm>
 #include <array>
@@ -81,14 +82,38 @@ NumberText readNumber(std::string_view text, char decimalMark) {
 
 std::string numberText(double value) {
     std::array<char, 40> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value);
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value == 0 ? 0.0 : value);
     return {text.data(), end.ptr};
 }
 
+namespace {
+
+/** The bytes of the blank with which a text begins or ends; 0 = none. */
+std::size_t blankAtBegin(std::string_view text) {
+    if (text.front() == ' ' || text.front() == '\t') return 1;
+    if (static_cast<unsigned char>(text.front()) < 0x80) return 0;
+    if (text.front() == '\xA0') return 1; // in Windows-1252; no character of UTF-8 begins so
+    const std::size_t length = characterLength(text);
+    return isForeignBlank(text.substr(0, length)) ? length : 0;
+}
+
+std::size_t blankAtEnd(std::string_view text) {
+    if (text.back() == ' ' || text.back() == '\t') return 1;
+    if (static_cast<unsigned char>(text.back()) < 0x80) return 0;
+    for (const std::size_t length : {std::size_t{2}, std::size_t{3}})
+        if (text.size() >= length && isForeignBlank(text.substr(text.size() - length))) return length;
+    const bool alone = text.size() < 2 || static_cast<unsigned char>(text[text.size() - 2]) < 0x80;
+    return alone && text.back() == '\xA0' ? 1 : 0;
+}
+
+} // namespace
+
 std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(" \t");
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+    for (std::size_t blank = 1; blank > 0 && !text.empty(); text.remove_prefix(blank))
+        blank = blankAtBegin(text);
+    for (std::size_t blank = 1; blank > 0 && !text.empty(); text.remove_suffix(blank))
+        blank = blankAtEnd(text);
+    return text;
 }
 
 } // namespace korvana

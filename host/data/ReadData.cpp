@@ -22,7 +22,9 @@ DataSet readData(const std::filesystem::path& path, const ReadOptions& options) 
         const std::size_t count = source->readFully(first);
         source->rewind();
         refuseOtherFormats({first.data(), count}, path, name);
-        return readDelimited(*source, options);
+        DataSet data = readDelimited(*source, options);
+        data.setReadSettings({options.header, options.separator, options.decimalMark, options.dates});
+        return data;
     } catch (const std::bad_alloc&) {
         throw DataError(
             name, 0, 0,

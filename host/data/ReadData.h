@@ -2,6 +2,7 @@
 
 #include "host/data/DataError.h"
 #include "host/data/DataSet.h"
+#include "host/data/ReadSettings.h"
 
 #include <exception>
 #include <filesystem>
@@ -11,11 +12,6 @@
 #include <vector>
 
 namespace korvana {
-
-enum class HeaderLine { Automatic, Yes, No };
-
-/** The order of the parts of a date. */
-enum class DateOrder { DayMonthYear, MonthDayYear, YearMonthDay };
 
 /** How to read a file; what is left automatic is found out from the file. */
 struct ReadOptions {

@@ -67,19 +67,47 @@ std::string toUtf8(std::string_view text) {
     return out;
 }
 
-std::string brief(std::string_view text, std::size_t most) {
-    std::string out = toUtf8(text.substr(0, most + 4));
-    if (text.size() > most) {
-        std::size_t cut = 0;
-        for (std::size_t length = 1; cut < out.size(); cut += length) {
-            length = sequenceLength(out, cut);
-            if (length == 0 || cut + length > most) break;
+std::size_t characterLength(std::string_view text) {
+    return text.empty() ? 0 : sequenceLength(text, 0);
+}
+
+bool isForeignBlank(std::string_view character) {
+    if (character == "\xC2\xA0" || character == "\xE2\x80\xAF" || character == "\xE2\x81\x9F" ||
+        character == "\xE3\x80\x80" || character == "\xEF\xBB\xBF")
+        return true;
+    return character.size() == 3 && character.starts_with("\xE2\x80") && byteAt(character, 2) <= 0x8B;
+}
+
+std::string withEscapes(std::string_view text) {
+    std::string out;
+    const std::string whole = toUtf8(text);
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        const unsigned byte = byteAt(whole, i);
+        const bool high = byte == 0xC2 && byteAt(whole, i + 1) < 0xA0; // U+0080 to U+009F
+        if (byte >= 0x20 && byte != 0x7F && !high) {
+            out += whole[i];
+        } else if (byte == '\n' || byte == '\t' || byte == '\r') {
+            out.append(byte == '\n' ? "\\n" : byte == '\t' ? "\\t" : "\\r");
+        } else {
+            constexpr std::string_view digits = "0123456789ABCDEF";
+            const unsigned code = high ? byteAt(whole, ++i) : byte;
+            out.append("\\x").append(1, digits[code / 16]).append(1, digits[code % 16]);
         }
-        out = out.substr(0, cut) + "...";
     }
-    for (char& c : out)
-        if (static_cast<unsigned char>(c) < 0x20) c = ' ';
     return out;
+}
+
+std::string brief(std::string_view text, std::size_t most) {
+    const std::string out = withEscapes(text);
+    if (out.size() <= most) return out;
+    const auto inside = [&out](std::size_t at) { return (byteAt(out, at) & 0xC0U) == 0x80; };
+    std::size_t head = most - most / 4;
+    std::size_t tail = out.size() - most / 4;
+    while (head > 0 && inside(head))
+        --head;
+    while (tail < out.size() && inside(tail))
+        ++tail;
+    return out.substr(0, head) + "..." + out.substr(tail);
 }
 
 } // namespace korvana

@@ -11,7 +11,18 @@ bool isUtf8(std::string_view text);
 /** The text as UTF-8; a text that is not is taken as Windows-1252 (Western European), byte by byte. */
 std::string toUtf8(std::string_view text);
 
-/** A text for a message: at most about the given number of bytes, cut between characters, in one line. */
+/** A text for a message, in one line: control characters are written as \n, \t or \x1B; of a longer text the
+   beginning and the end, cut between characters, with "..." between them.
+    @param most  bytes, about */
 std::string brief(std::string_view text, std::size_t most = 40);
+
+/** As brief, but of any length: what a text with control characters is called in messages. */
+std::string withEscapes(std::string_view text);
+
+/** The length of the well-formed character at the beginning of a text; 0 = none. */
+std::size_t characterLength(std::string_view text);
+
+/** Whether a character is a blank that is none of ASCII: no-break spaces, thin and other wide or narrow ones. */
+bool isForeignBlank(std::string_view character);
 
 } // namespace korvana

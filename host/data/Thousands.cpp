@@ -8,8 +8,8 @@ namespace {
 using namespace std::string_view_literals;
 
 constexpr std::string_view signs[] = {
-    ".",    ",",   "'", " ", "\xC2\xA0", "\xE2\x80\xAF", "\xE2\x80\x99",
-    "\xA0", "\x92"}; // no-break spaces and the curly apostrophe, in both codings
+    ".",    ",",   "'", " ", "\xC2\xA0", "\xE2\x80\xAF", "\xE2\x80\x89", "\xE2\x80\x99",
+    "\xA0", "\x92"}; // no-break and thin spaces and the curly apostrophe, in both codings
 
 std::size_t digitsAt(std::string_view text) {
     const std::size_t end = text.find_first_not_of("0123456789"sv);

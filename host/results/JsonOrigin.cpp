@@ -39,6 +39,28 @@ void writeSettings(const std::vector<Setting>& settings, JsonText& json) {
     json.raw("}");
 }
 
+/// What the reader was told, and null for what it found out.
+void writeReading(const ReadSettings& reading, JsonText& json) {
+    const auto sign = [&json](const std::optional<char>& told) {
+        if (told)
+            json.string(std::string(1, *told));
+        else
+            json.raw("null");
+    };
+    json.raw("{\"separator\": ");
+    sign(reading.separator);
+    json.raw(", \"decimal\": ");
+    sign(reading.decimalMark);
+    json.raw(", \"dates\": ");
+    json.raw(!reading.dates                              ? "null"
+             : *reading.dates == DateOrder::DayMonthYear ? "\"dmy\""
+             : *reading.dates == DateOrder::MonthDayYear ? "\"mdy\""
+                                                         : "\"ymd\"");
+    json.raw(", \"header\": ");
+    json.raw(reading.header == HeaderLine::Automatic ? "null" : reading.header == HeaderLine::Yes ? "true" : "false");
+    json.raw("}");
+}
+
 void writeRun(const RunOrigin& run, JsonText& json) {
     const DataState& data = run.data;
     json.raw("{\"data\": {\"file\": ").string(data.file).raw(", \"cases\": ").number(data.cases);
@@ -52,6 +74,12 @@ void writeRun(const RunOrigin& run, JsonText& json) {
             .number(missing.code)
             .raw("}");
     });
+    json.raw(",\n  \"definitions\": ").array(run.definitions, ", ", [&json](const ComputedName& computed) {
+        json.raw("{\"variable\": ").string(computed.variable);
+        json.raw(", \"expression\": ").string(computed.expression).raw("}");
+    });
+    json.raw(",\n  \"reading\": ");
+    writeReading(run.reading, json);
     json.raw("},\n \"dialogs\": ").array(run.dialogs, ",\n  ", [&json](const DialogSettings& dialog) {
         json.raw("{\"id\": ").string(dialog.id).raw(", \"title\": ").string(dialog.title);
         json.raw(", \"settings\": ");

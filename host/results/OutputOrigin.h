@@ -6,6 +6,8 @@
 #include <variant>
 #include <vector>
 
+#include "host/data/ReadSettings.h"
+
 namespace korvana {
 
 /// Which cases of which data took part, and how. Two states are equal when an analysis would read the same.
@@ -58,11 +60,19 @@ struct MissingCode {
     double code = 0.0;
 };
 
+/// A variable that was computed from others.
+struct ComputedName {
+    std::string variable;
+    std::string expression;
+};
+
 /// What a run of an analysis was made from: the state of the data when its specification's OK was pressed,
 /// and the settings of the dialogs that led to it, the first one first.
 struct RunOrigin {
     DataState data;
     std::vector<MissingCode> missingCodes; ///< of the variables that take part, also in condition and weights
+    ReadSettings reading;                  ///< what the reader of the file was told
+    std::vector<ComputedName> definitions; ///< in their order, also of variables that take no part
     std::vector<DialogSettings> dialogs;
     std::vector<std::string> remarks; ///< of the analysis about this run: what it left out, for example
 };

@@ -92,6 +92,24 @@ std::vector<std::string> filesOfRun(const fs::path& directory) {
     return found;
 }
 
+void refuseToReplaceOthers(const fs::path& directory, const std::vector<std::string>& names) {
+    const std::vector<std::string> own = filesOfRun(directory);
+    constexpr int kMostNamed = 5;
+    std::string others;
+    int count = 0;
+    for (const std::string& name : names) {
+        std::error_code ignored;
+        const bool there = fs::symlink_status(directory / name, ignored).type() != fs::file_type::not_found;
+        if (ignored || !there || std::find(own.begin(), own.end(), name) != own.end()) continue;
+        if (++count <= kMostNamed) others += (others.empty() ? "'" : ", '") + (directory / name).string() + "'";
+    }
+    if (count == 0) return;
+    if (count > kMostNamed) others += " and " + std::to_string(count - kMostNamed) + " more";
+    throw std::runtime_error(others + (count == 1 ? " is there already and was" : " are there already and were") +
+                             " not written by an earlier run; write into another folder, or move " +
+                             (count == 1 ? "it" : "them"));
+}
+
 ResultsFolder::ResultsFolder(fs::path path, FolderUse use) : path_(std::move(path)), use_(use) {
     // Level by level, so that those made here, and no others, are removed again.
     std::vector<fs::path> missing;
@@ -120,10 +138,13 @@ PendingFile& ResultsFolder::add(const std::string& name) {
 std::vector<std::string> ResultsFolder::prepareList() {
     std::vector<std::string> kept = names_;
     if (std::find(names_.begin(), names_.end(), kResultsJson) == names_.end()) {
+        kept.emplace_back(kFileList);
+        refuseToReplaceOthers(path_, kept);
         OutputFile list(files_.emplace_back(path_ / kFileList));
         writeFileList(names_, list.stream());
         list.close();
-        kept.emplace_back(kFileList);
+    } else {
+        refuseToReplaceOthers(path_, kept);
     }
     std::vector<std::string> leftOver = filesOfRun(path_);
     std::erase_if(leftOver, [&kept](const std::string& name) {

@@ -16,8 +16,8 @@ inline constexpr std::string_view kResultsJson = "results.json";
 inline constexpr std::string_view kFileList = ".korvana-files.json";
 
 enum class FolderUse : std::uint8_t {
-    OneRun, ///< the folder holds one run: the files of an earlier one go
-    Shared, ///< nothing is removed that is not replaced
+    OneRun, ///< the folder holds one run: the files of an earlier one go, and nobody else's is replaced
+    Shared, ///< who writes has asked: files are replaced, and nothing else is removed
 };
 
 /// A directory that holds the files of one run. All of them appear together in `commit`, which also removes
@@ -51,5 +51,9 @@ private:
 /// The files that the run in a directory says it wrote, as far as they are there, plain files in that very
 /// directory, and of a kind that is written there. Nothing when no run left its list.
 [[nodiscard]] std::vector<std::string> filesOfRun(const std::filesystem::path& directory);
+
+/// Throws `std::runtime_error` when files of these names are there that no run listed: they are somebody
+/// else's, and a run that wrote them would replace them.
+void refuseToReplaceOthers(const std::filesystem::path& directory, const std::vector<std::string>& names);
 
 } // namespace korvana

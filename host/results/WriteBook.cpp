@@ -35,6 +35,10 @@ constexpr std::array<std::pair<OutputFormat, PictureFormat>, 3> kPictures{
 
 constexpr std::size_t kLongestName = 60;
 
+constexpr const char* kReportText = "report.txt";
+constexpr const char* kReportHtml = "report.html";
+constexpr const char* kResultsXlsx = "results.xlsx";
+
 std::string_view ending(OutputFormat format) {
     return kFormats[static_cast<std::size_t>(format)].first;
 }
@@ -140,6 +144,15 @@ std::vector<std::string> fileNames(const ResultsBook& book) {
     return names;
 }
 
+std::vector<std::string> certainFileNames(FormatSet formats) {
+    std::vector<std::string> names;
+    if (formats.has(OutputFormat::Txt)) names.emplace_back(kReportText);
+    names.emplace_back(formats.has(OutputFormat::Json) ? kResultsJson : kFileList);
+    if (formats.has(OutputFormat::Xlsx)) names.emplace_back(kResultsXlsx);
+    if (formats.has(OutputFormat::Html)) names.emplace_back(kReportHtml);
+    return names;
+}
+
 std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std::filesystem::path& path,
                                              FormatSet formats, std::vector<std::string>* problems,
                                              FolderUse use) {
@@ -147,7 +160,7 @@ std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std:
     const std::vector<std::string> names = fileNames(book);
     std::vector<std::string> tableFiles;
     if (formats.has(OutputFormat::Txt))
-        fill(folder.add("report.txt"), [&book](std::ostream& out) { writeText(book, out); });
+        fill(folder.add(kReportText), [&book](std::ostream& out) { writeText(book, out); });
     PendingFile* const json =
         formats.has(OutputFormat::Json) ? &folder.add(std::string(kResultsJson)) : nullptr;
     if (formats.has(OutputFormat::Csv)) {
@@ -159,14 +172,14 @@ std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std:
         }
     } else if (formats.has(OutputFormat::Xlsx) || formats.has(OutputFormat::Json)) {
         tableFiles.assign(book.outputs.size(),
-                          formats.has(OutputFormat::Xlsx) ? "results.xlsx" : "results.json");
+                          formats.has(OutputFormat::Xlsx) ? std::string(kResultsXlsx) : std::string(kResultsJson));
     }
-    if (formats.has(OutputFormat::Xlsx)) writeXlsx(book, folder.add("results.xlsx"));
+    if (formats.has(OutputFormat::Xlsx)) writeXlsx(book, folder.add(kResultsXlsx));
     std::vector<std::string> failures;
     if (formats.has(OutputFormat::Html)) {
         const HtmlOptions options{HtmlOptions{}.mostRows, tableFiles};
         std::vector<std::string> reasons;
-        fill(folder.add("report.html"), [&](std::ostream& out) { reasons = writeHtml(book, out, options); });
+        fill(folder.add(kReportHtml), [&](std::ostream& out) { reasons = writeHtml(book, out, options); });
         if (!reasons.empty()) failures.push_back("cannot draw all charts of 'report.html': " + reasons.front());
     }
     writeCharts(book, names, formats, folder, failures);

@@ -42,6 +42,10 @@ private:
 /// "json, txt, csv, html, xlsx, svg, png, pdf"
 [[nodiscard]] std::string knownFormats();
 
+/// The names that a run of its own folder has whatever its results are; tables and pictures get theirs after
+/// their titles.
+[[nodiscard]] std::vector<std::string> certainFileNames(FormatSet formats);
+
 /// Writes the book into a directory, made if there is none: report.txt, results.json, report.html,
 /// results.xlsx, a CSV file per table and a picture per chart and picture format, named after their titles.
 /// All of them appear together once all are whole; files of these names are replaced, and others that an

@@ -54,6 +54,10 @@ void OriginRecorder::accepted(const ozm::CAnalysisDialog& dialog) {
     run->dialogs.push_back(std::move(settings));
     run->data = pressed_ != nullptr ? stateAtPress_ : data_.state();
     run->missingCodes = missingCodes(data_, run->dialogs);
+    run->reading = data_.dataSet().readSettings();
+    for (int i = 0; i < data_.dataSet().variableCount(); ++i)
+        if (const Variable& variable = data_.dataSet().variable(i); !variable.expression.empty())
+            run->definitions.push_back({variable.name, variable.expression});
     run->remarks = std::move(remarks_);
     remarks_.clear();
     run_ = std::move(run);

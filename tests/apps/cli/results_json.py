@@ -15,6 +15,11 @@ environment = dict(os.environ, QT_QPA_PLATFORM="offscreen")
 data = os.path.join(source, "examples", "data")
 aml = [os.path.join(data, "aml.csv"), "--time", "time", "--censor", "status", "--complete", "1", "--censored", "0"]
 
+# A file of which nothing can be left to be found out.
+told = ["--separator", "|", "--decimal", "comma", "--dates", "mdy", "--header", "--define", "late = d > 2449720",
+        "--define", "twice = t * 2", "--select", "late >= 0"]
+odd = "t|s|d\n1,5|1|01/02/1995\n2|0|01/03/1995\n3,25|1|02/03/1995\n4|1|01/04/1995\n"
+
 # Every command that makes outputs, with arguments that use what a run can be told.
 runs = {
     "kaplan-meier": [aml, aml + ["--select", "time > 5", "--weight", "time", "--missing", "time=9", "--level", "0.9"]],
@@ -52,6 +57,10 @@ def hold(results, what):
 
 
 with tempfile.TemporaryDirectory() as scratch:
+    with open(os.path.join(scratch, "odd.txt"), "w", encoding="ascii") as file:
+        file.write(odd)
+    runs["kaplan-meier"].append([os.path.join(scratch, "odd.txt"), "--time", "twice", "--censor", "s", "--complete", "1",
+                                 "--censored", "0", *told])
     for name, lines in runs.items():
         for place, arguments in enumerate(lines):
             folder = os.path.join(scratch, f"{name}-{place}")
@@ -74,11 +83,17 @@ with tempfile.TemporaryDirectory() as scratch:
     state = results["runs"][0]["data"]
     assert (state["condition"], state["weightVariable"]) == ("time > 5", "time"), state
     assert state["missingCodes"] == [{"variable": "time", "code": 9}], state
+    assert set(state["reading"].values()) == {None} and state["definitions"] == [], state
     assert 0 < state["selectedCases"] < state["cases"], state
     specification = results["runs"][0]["dialogs"][-1]["settings"]
     assert [role["variables"] for role in specification["Variables"]] == [["time"], ["status"]], specification
     assert specification["CodeForCompleteResponses"]["code"] == 1, specification
     assert results["spreadsheets"][0]["origin"]["settings"]["ConfidenceLevel"] == 0.9, results["spreadsheets"][0]
+
+    with open(os.path.join(scratch, "kaplan-meier-2", "results.json"), encoding="utf-8") as file:
+        state = json.load(file)["runs"][0]["data"]
+    assert state["reading"] == {"separator": "|", "decimal": ",", "dates": "mdy", "header": True}, state
+    assert [list(one.values()) for one in state["definitions"]] == [["late", "d > 2449720"], ["twice", "t * 2"]], state
 
 # The schema notices what it should.
 for spoil in [lambda r: r.pop("program"), lambda r: r.update(extra=1), lambda r: r["charts"][0].pop("id"),

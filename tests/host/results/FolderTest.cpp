@@ -29,6 +29,24 @@ TEST_F(Files, AFolderHoldsOneRun) {
         const auto json = nlohmann::json::parse(read(directory_ / "results.json"));
         EXPECT_EQ(json["files"], nlohmann::json({"report.txt", "results.json"}));
     }
+    // Nobody else's file is replaced, whatever it is and whichever format would do it.
+    const std::vector<std::pair<const char*, const char*>> clashes{
+        {"txt", "report.txt"}, {"html", "report.html"}, {"xlsx", "results.xlsx"}, {"csv", "big.csv"},
+        {"json", "results.json"}, {"csv", ".korvana-files.json"}};
+    for (const auto& [formats, name] : clashes) {
+        const fs::path place = directory_ / "theirs" / name;
+        fs::create_directories(place.parent_path());
+        writeFile(place, "theirs");
+        const std::string failure = failureOf([&, f = formats] {
+            writeBook(bigBook(3), directory_ / "theirs", parseFormats(f), nullptr, FolderUse::OneRun);
+        });
+        EXPECT_NE(failure.find("theirs/" + std::string(name) + "' is there already"), std::string::npos)
+            << formats << failure;
+        EXPECT_EQ(read(place), "theirs");
+        fs::remove(place);
+        EXPECT_TRUE(fs::is_empty(directory_ / "theirs")) << formats;
+    }
+    fs::remove(directory_ / "theirs");
     // Who exports into a folder with other things in it loses none of them.
     writeBook(test::smallBook(), directory_, parseFormats("csv"));
     EXPECT_EQ(names(),

@@ -93,7 +93,7 @@ private:
         std::vector<std::string_view> names;
         for (const CLI::Option* option : app_.get_options())
             names.insert(names.end(), option->get_lnames().begin(), option->get_lnames().end());
-        std::vector<std::string> near = nearestOf(bare, names, 1);
+        std::vector<std::string> near = completionsOf(bare, names);
         for (std::string& name : near)
             name.insert(0, "--");
         std::error_code ignored;

@@ -6,6 +6,7 @@
 #include "host/results/Utf8.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <span>
@@ -51,21 +52,26 @@ std::vector<const CLI::Option*> optionsOf(const CommandApp& command, bool positi
     return app.get_options([&](const CLI::Option* o) { return o->get_positional() == positional; });
 }
 
+/// What a shell does for each kind of values; the choices are handed over as they are.
+struct Offers {
+    std::string choice;
+    std::string variable;
+    std::string folder;
+    std::string file;
+    std::string other;
+
+    [[nodiscard]] std::string of(const Values& values) const {
+        const std::array<const std::string*, 6> byKind{&other, &other, &choice, &variable, &folder, &file};
+        return *byKind.at(static_cast<std::size_t>(values.kind));
+    }
+};
+
 /// The call of a function of the script below that offers the values.
 std::string bashOffer(const Values& values) {
     const std::string list = values.list ? " ," : " ''";
-    switch (values.kind) {
-    case Values::Kind::Choice:
-        return "_korvana_offer" + list + " " + joinedBy(values.choices, " ");
-    case Values::Kind::Variable:
-        return "_korvana_variables" + list;
-    case Values::Kind::Folder:
-        return "_korvana_files -d";
-    case Values::Kind::File:
-        return "_korvana_files -f";
-    default:
-        return ":";
-    }
+    return Offers{"_korvana_offer" + list + " " + joinedBy(values.choices, " "), "_korvana_variables" + list,
+                  "_korvana_files -d", "_korvana_files -f", ":"}
+        .of(values);
 }
 
 // Names of variables come out of files: nothing here expands them, and what is put into the line is quoted.
@@ -144,19 +150,10 @@ void writeBashCommand(const CommandApp& command, std::ostream& out) {
 }
 
 std::string zshAction(const Values& values) {
-    switch (values.kind) {
-    case Values::Kind::Choice:
-        return values.list ? "{_values -s , value " + joinedBy(values.choices, " ") + "}"
-                           : "(" + joinedBy(values.choices, " ") + ")";
-    case Values::Kind::Variable:
-        return "_korvana_variables";
-    case Values::Kind::Folder:
-        return "_directories";
-    case Values::Kind::File:
-        return "_files";
-    default:
-        return "";
-    }
+    const std::string choices = joinedBy(values.choices, " ");
+    return Offers{values.list ? "{_values -s , value " + choices + "}" : "(" + choices + ")",
+                  "_korvana_variables", "_directories", "_files", ""}
+        .of(values);
 }
 
 /// A text inside a specification of _arguments.
@@ -281,19 +278,14 @@ void writeFishCompletion(const std::vector<CommandApp>& commands, std::ostream& 
                         out << " -l " << name;
                     out << " -d " << quoted(shortHelp(*option));
                 }
-                if (values.kind == Values::Kind::Choice)
-                    out << (positional ? " -a " : " -x -a ")
-                        << quoted(values.list ? "(__korvana_list " + joinedBy(values.choices, " ") + ")"
-                                              : joinedBy(values.choices, " "));
-                else if (values.kind == Values::Kind::Variable)
-                    out << " -x -a '(__korvana_list (__korvana_variables))'";
-                else if (values.kind == Values::Kind::Folder)
-                    out << " -x -a '(__fish_complete_directories)'";
-                else if (values.kind == Values::Kind::File)
-                    out << " -F";
-                else if (values.kind == Values::Kind::Any)
-                    out << (positional ? "" : " -x");
-                out << '\n';
+                const std::string choices = joinedBy(values.choices, " ");
+                const bool takesOwn = values.kind != Values::Kind::None && !positional;
+                out << Offers{(positional ? " -a " : " -x -a ") +
+                                  cli::quoted(values.list ? "(__korvana_list " + choices + ")" : choices),
+                              " -x -a '(__korvana_list (__korvana_variables))'",
+                              " -x -a '(__fish_complete_directories)'", " -F", takesOwn ? " -x" : ""}
+                           .of(values)
+                    << '\n';
             }
         }
     }

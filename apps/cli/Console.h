@@ -1,9 +1,14 @@
 #pragma once
 
 #include <ostream>
+#include <string>
 #include <string_view>
 
 namespace korvana::cli {
+
+/// The text with what stands in quotes shortened where it is very long: names and cells of files of any
+/// origin.
+std::string withShortQuotes(std::string_view line);
 
 /// Where a command speaks to its user.
 struct Console {
@@ -12,14 +17,15 @@ struct Console {
     bool errIsTerminal = false;
 
     /// Writes a message to standard error, its first line after "korvana: ". Texts come from files of any
-    /// origin: control characters become blanks.
+    /// origin: control characters become blanks, and what is
+    /// quoted is shortened.
     void say(std::string_view text);
 };
 
 enum ExitCode : int {
     ExitResults = 0,
-    ExitRefused = 1, ///< the analysis refused the data
-    ExitUsage = 2,   ///< wrong usage, data that cannot be read, results that cannot be written
+    ExitRefused = 1,    ///< the analysis refused the data
+    ExitUsage = 2,      ///< wrong usage, data that cannot be read, results that cannot be written
     ExitBySignal = 128, ///< plus the number of the signal: 130 is Ctrl-C
 };
 

@@ -3,11 +3,13 @@
 #include "apps/cli/UsageError.h"
 #include "host/data/Codes.h"
 #include "host/data/DataError.h"
+#include "host/data/Describe.h"
+#include "host/data/Expression.h"
 #include "host/data/NumberText.h"
 #include "host/data/ReadData.h"
 
 #include <cctype>
-#include <set>
+#include <map>
 
 namespace korvana::cli {
 namespace {
@@ -73,19 +75,37 @@ private:
         const auto value = resolveCode(data, variable, entry.code);
         const std::string& name = data.variable(variable).name;
         if (!value)
-            throw UsageError(std::string{"--missing: '"}
-                                 .append(entry.code)
-                                 .append("' is neither a number nor a value label of '") +
-                             name + "'");
-        if (!done_.insert(variable).second)
-            throw UsageError(
-                std::string{"--missing: '"}.append(name).append("' has one missing-data code, not two"));
+            throw UsageError("--missing: '" + entry.code + "' is neither a number nor a value label of '" +
+                             name + "', which has " + fewCodesText(data, variable));
+        const auto [before, first] = done_.try_emplace(variable, entry.code);
+        if (!first) {
+            std::string here = definitionText({name, ""});
+            here.resize(here.rfind(" = "));
+            const std::string one = numberText(data.variable(variable).missingCode);
+            const std::string recoded = definitionText(
+                {name + "_2", "if(" + here + " = " + numberText(*value) + ", " + one + ", " + here + ")"});
+            throw UsageError("--missing: '" + name + "' has one missing-data code, not two (" +
+                             before->second + " and " + entry.code +
+                             "); make them one in a new variable, and take that instead: " + "--define \"" +
+                             recoded + "\" --missing \"" + name + "_2=" + one + "\"");
+        }
         data.variable(variable).missingCode = *value;
     }
 
     std::vector<Entry> pending_;
-    std::set<int> done_;
+    std::map<int, std::string> done_; ///< with the code as it was given
 };
+
+/// What the variables of a condition have, for who finds that it holds for no case.
+std::string valuesIn(const DataSet& data, const std::string& condition) {
+    constexpr std::size_t most = 3;
+    std::string text;
+    const Expression expression(condition, data);
+    const std::vector<int>& used = expression.referencedVariables();
+    for (std::size_t i = 0; i < used.size() && i < most; ++i)
+        text += "; '" + data.variable(used[i] - 1).name + "' has " + fewCodesText(data, used[i] - 1);
+    return text;
+}
 
 } // namespace
 
@@ -152,7 +172,7 @@ void DataOptions::open(ActiveData& data) const {
     data.select(select_);
     if (all > 0 && data.selectedCount() == 0)
         throw UsageError("--select \"" + select_ + "\" holds for none of the " + std::to_string(all) +
-                         " cases");
+                         " cases" + valuesIn(data.dataSet(), select_));
     data.weightBy(weight_);
 }
 

@@ -1,8 +1,10 @@
 #include "apps/cli/InfoText.h"
 
+#include "apps/cli/Console.h"
 #include "host/data/DayNumber.h"
 #include "host/data/Describe.h"
 #include "host/data/NumberText.h"
+#include "host/data/TextEncoding.h"
 #include "host/results/Utf8.h"
 
 #include <algorithm>
@@ -18,6 +20,8 @@ namespace {
 constexpr int mostDistinct = 1000;     // counted
 constexpr std::size_t mostListed = 12; // more values of an unlabelled variable are a scale, not codes
 constexpr std::size_t lineWidth = 100;
+constexpr std::size_t longestName = 40; // bytes
+constexpr std::size_t longestLabel = 60;
 
 const char* kindName(VariableKind kind) {
     switch (kind) {
@@ -78,7 +82,8 @@ std::vector<std::string> codeWords(const Variable& variable, const DistinctValue
     for (const DistinctValue& value : distinct.values) {
         if (words.size() == mostListed) break;
         std::string word = valueText(variable, value.value);
-        if (!value.label.empty() && value.label != word) word += " '" + oneLine(value.label) + "'";
+        if (!value.label.empty() && value.label != word)
+            word += " '" + brief(value.label, longestLabel) + "'";
         words.push_back(word + " (" + std::to_string(value.count) + ")");
     }
     if (distinct.moreThanLimit)
@@ -111,7 +116,7 @@ void writeInfo(const ActiveData& active, std::ostream& out) {
     const std::vector<VariableSummary> summaries = describeAll(active);
     out << title(active) << '\n';
     for (const std::string& note : active.notes())
-        out << oneLine(note) << '\n';
+        out << withShortQuotes(oneLine(note)) << '\n';
 
     constexpr std::size_t columns = 8;
     using Row = std::array<std::string, columns>;
@@ -120,10 +125,10 @@ void writeInfo(const ActiveData& active, std::ostream& out) {
     for (int i = 0; i < data.variableCount(); ++i) {
         const Variable& variable = data.variable(i);
         const VariableSummary& summary = summaries[static_cast<std::size_t>(i)];
-        rows.push_back({std::to_string(i + 1), oneLine(variable.name), kindName(variable.kind),
+        rows.push_back({std::to_string(i + 1), brief(variable.name, longestName), kindName(variable.kind),
                         std::to_string(summary.validCount), std::to_string(summary.missingCount),
                         distinctText(summary.distinct), rangeText(variable, summary),
-                        oneLine(variable.label)});
+                        brief(variable.label, longestLabel)});
     }
     std::array<std::size_t, columns> widths{};
     for (const Row& row : rows)
@@ -152,7 +157,7 @@ void writeInfo(const ActiveData& active, std::ostream& out) {
         if (words.empty()) continue;
         if (first) out << "\nCodes (cases)\n";
         first = false;
-        std::string head = "  " + oneLine(variable.name);
+        std::string head = "  " + brief(variable.name, longestName);
         const std::size_t width = std::min<std::size_t>(widths[1], 20) + 2;
         head.append(textWidth(head) < width ? width - textWidth(head) : 0, ' ');
         writeWrapped(out, head + "  ", words);

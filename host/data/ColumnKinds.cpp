@@ -313,11 +313,11 @@ private:
             if (!numbers && (sort == Sort::Date || sort == Sort::OpenDate)) continue;
             if (first == nullptr || place.line < first->line) first = &place;
         }
-        notes_.push_back("variable '" + table_.names[column] + "': " + std::to_string(other) + " of " +
-                         std::to_string(tally.filled()) +
-                         (other == 1 ? " cells is not a " : " cells are not ") +
-                         (numbers ? "number" : "date") + (other == 1 ? "" : "s") + " (first: '" +
-                         first->text + "', line " + std::to_string(first->line) + "); read as text codes");
+        notes_.push_back(
+            "variable '" + table_.names[column] + "': " + std::to_string(other) + " of " +
+            std::to_string(tally.filled()) + (other == 1 ? " cells is not a " : " cells are not ") +
+            (numbers ? "number" : "date") + (other == 1 ? "" : "s") + " (first: " + quoted(*first) +
+            ", line " + std::to_string(first->line) + "); read as text codes");
     }
 
     const DelimitedTable& table_;

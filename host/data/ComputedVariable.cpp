@@ -2,6 +2,7 @@
 
 #include "host/data/DataError.h"
 #include "host/data/Expression.h"
+#include "host/data/ExpressionFunctions.h"
 #include "host/data/ExpressionTokens.h"
 #include "host/data/NameMatch.h"
 #include "host/data/NumberText.h"
@@ -34,6 +35,11 @@ bool isPlainName(std::string_view name) {
 [[noreturn]] void refuseName(std::string_view name, std::string_view why) {
     throw DataError(
         std::string("a new variable cannot be called '").append(brief(name)).append("': ").append(why));
+}
+
+void refuseWordOfExpressions(std::string_view name) {
+    if (const std::string_view word = wordOfExpressions(name); !word.empty())
+        refuseName(name, std::string("it is ").append(word).append(" of expressions"));
 }
 
 /** The name in backquotes at the beginning of a text; answers where what follows it begins. */
@@ -102,6 +108,7 @@ Definition readDefinition(std::string_view text) {
     if (!rest.starts_with('=') || rest.starts_with("==") || found.name.empty())
         throw DataError(
             std::string("'").append(brief(all)).append("' has no NAME = before it; ").append(form));
+    refuseWordOfExpressions(found.name);
     if (!quoted && !isPlainName(found.name))
         refuseName(found.name, "a name with blanks or signs belongs in backquotes (`...`)");
     found.expression = trimmed(rest.substr(1));
@@ -127,6 +134,7 @@ void requireNewName(const DataSet& data, std::string_view name) {
         refuseName(name, "leave out line breaks and other control characters");
     if (readNumber(name).form != NumberForm::None)
         refuseName(name, "it would be taken for the number of a variable");
+    refuseWordOfExpressions(name);
     for (int i = 0; i < data.variableCount(); ++i)
         if (equalIgnoringCase(data.variable(i).name, name))
             throw DataError(std::string("there is already a variable '")

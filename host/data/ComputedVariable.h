@@ -22,7 +22,8 @@ Definition readDefinition(std::string_view text);
 std::string definitionText(const Definition& definition);
 
 /** Refuses a name that a new variable cannot have: empty, taken (also in other capital letters), a number
-   (which would be a variable's number), with control characters, not UTF-8. Throws DataError. */
+   (which would be a variable's number), a word of expressions, with control characters, not UTF-8. Throws
+   DataError. */
 void requireNewName(const DataSet& data, std::string_view name);
 
 /** A variable computed for every case, not yet part of a data set. */

@@ -3,6 +3,7 @@
 #include "host/data/DataError.h"
 #include "host/data/NameMatch.h"
 #include "host/data/RowCutter.h"
+#include "host/data/TextEncoding.h"
 
 #include <algorithm>
 #include <array>
@@ -74,19 +75,32 @@ bool canSeparate(char c) {
 }
 
 /** A first line "sep=;", as spreadsheet programs write it for one another: the separator, and the line is
-   skipped. */
-std::optional<char> readSeparatorLine(std::string_view text, DelimitedFormat& format) {
+   skipped.
+    @param told  the separator is known without it */
+std::optional<char> readSeparatorLine(std::string_view text, bool told, const std::string& file,
+                                      DelimitedFormat& format) {
     const std::size_t feed = text.find('\n', format.begin);
     if (feed == std::string_view::npos) return std::nullopt;
     std::string_view line = text.substr(format.begin, feed - format.begin);
     if (line.ends_with('\r')) line.remove_suffix(1);
     if (line.size() > 2 && line.front() == '"' && line.back() == '"') line = line.substr(1, line.size() - 2);
     constexpr std::string_view key = "sep=";
-    if (line.size() != key.size() + 1 || !equalIgnoringCase(line.substr(0, key.size()), key))
-        return std::nullopt;
+    if (!equalIgnoringCase(line.substr(0, key.size()), key)) return std::nullopt;
+    const std::string_view sign = line.substr(key.size());
+    if (sign.size() != 1 && std::any_of(sign.begin(), sign.end(), [](char c) {
+            return std::find(separators.begin(), separators.end(), c) != separators.end();
+        }))
+        return std::nullopt; // a line of names
+    if (!told && (sign.size() != 1 || !canSeparate(sign.front()))) {
+        throw DataError(
+            file, 1, 0,
+            "the line '" + brief(line) +
+                "' is to name the sign between the cells, such as sep=; and does not; correct it, or "
+                "say which sign it is (--separator)");
+    }
     format.begin = feed + 1;
     ++format.firstLine;
-    return line.back();
+    return sign.empty() ? std::nullopt : std::optional(sign.front());
 }
 
 Dialect findDialect(std::string_view text, const ReadOptions& options, const std::string& file) {
@@ -119,9 +133,9 @@ bool skipBlankLines(std::string_view text, DelimitedFormat& format) {
 struct FirstRow {
     bool ends = false; ///< not with the text
     std::vector<std::string> cells;
-    bool anyText = false;
-    bool anyValue = false; ///< a number, a date, NA or a lone point
-    std::size_t next = 0;  ///< offset of the row that follows
+    std::optional<std::string> text;  ///< the first cell that is neither empty nor a value
+    std::optional<std::string> value; ///< the first number, date, NA or lone point
+    std::size_t next = 0;             ///< offset of the row that follows
 };
 
 /** @param whole  the text ends here; otherwise a row that does not end in it may be half a row */
@@ -150,8 +164,7 @@ FirstRow readFirstRow(std::string_view text, bool whole, const DelimitedFormat& 
         }
         const CellKind kind = classifyCell(cell.text, format.dialect).kind;
         const bool text_ = kind == CellKind::Text || kind == CellKind::BadDate || kind == CellKind::TooBig;
-        row.anyText = row.anyText || text_;
-        row.anyValue = row.anyValue || (!text_ && !cell.text.empty());
+        if (auto& first = text_ ? row.text : row.value; !first && !cell.text.empty()) first = cell.text;
         row.cells.emplace_back(cell.text);
         p = cell.next;
         if (p == end || *p == '\n') break;
@@ -171,7 +184,8 @@ std::optional<DelimitedFormat> findFormat(std::string_view text, bool whole, con
     DelimitedFormat format;
     if (text.starts_with("\xEF\xBB\xBF")) format.begin = 3;
     ReadOptions known = options;
-    if (const auto named = readSeparatorLine(text, format); named && !known.separator)
+    if (const auto named = readSeparatorLine(text, known.separator.has_value(), file, format);
+        named && !known.separator)
         known.separator = named;
     format.dialect = findDialect(text.substr(format.begin), known, file);
     if (!skipBlankLines(text, format)) {
@@ -182,8 +196,14 @@ std::optional<DelimitedFormat> findFormat(std::string_view text, bool whole, con
     if (!first.ends) return std::nullopt;
     format.columns = first.cells.size();
     const bool header = options.header == HeaderLine::Yes ||
-                        (options.header == HeaderLine::Automatic && first.anyText && !first.anyValue);
-    if (!header) return format;
+                        (options.header == HeaderLine::Automatic && first.text && !first.value);
+    if (!header) {
+        if (options.header == HeaderLine::Automatic && first.text) {
+            format.textInFirstRow = *first.text;
+            format.valueInFirstRow = *first.value;
+        }
+        return format;
+    }
     const std::int64_t headerLine = format.firstLine;
     format.firstLine += countLineFeeds(text.substr(format.begin, first.next - format.begin));
     format.begin = first.next;

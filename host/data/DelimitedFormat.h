@@ -19,7 +19,9 @@ struct DelimitedFormat {
     std::size_t columns = 0;         ///< cells per row
     std::size_t begin = 0;           ///< offset of the first row of cells
     std::int64_t firstLine = 1;      ///< the line on which the first row of cells stands
-    bool caseNames = false;          ///< the first column, whose header cell is empty, names the cases
+    std::string textInFirstRow;      ///< of a row that was taken for a case because of the value beside it
+    std::string valueInFirstRow;
+    bool caseNames = false; ///< the first column, whose header cell is empty, names the cases
 };
 
 /** Finds the layout from the beginning of a text; nothing when more of it is needed. Throws DataError, naming

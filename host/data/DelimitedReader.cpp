@@ -4,6 +4,7 @@
 #include "host/data/DelimitedTable.h"
 #include "host/data/GrowingColumns.h"
 #include "host/data/TextColumns.h"
+#include "host/data/TextEncoding.h"
 #include "host/data/VariableNames.h"
 #include "host/data/Workers.h"
 
@@ -125,6 +126,7 @@ public:
                                 " variables; the limit is " + std::to_string(mostVariables) +
                                 ", leave out those that are not needed");
         }
+        headerFound_ = options.header == HeaderLine::Automatic && !format.header.empty();
         table_.names = variableNames(format.header, format.columns, first_, notes_);
     }
 
@@ -132,6 +134,7 @@ public:
         readNumbers();
         DataSet data(table_.file, static_cast<int>(table_.rowCount()));
         std::vector<Variable> variables(columns_.size());
+        noteFirstCase();
         const std::vector<ColumnKind> kinds = decideKinds(table_, tallies_, first_, notes_);
         std::vector<TextColumn> texts;
         for (std::size_t i = first_; i < columns_.size(); ++i) {
@@ -142,11 +145,14 @@ public:
         }
         CaseNames names;
         const bool named = table_.format.caseNames && !namesAreNumbers();
-        readTextColumns(table_, source_, threads_, texts, named ? &names : nullptr);
+        const bool foreign = readTextColumns(table_, source_, threads_, texts, named ? &names : nullptr);
+        noteHeader(texts);
         for (TextColumn& text : texts)
             variables[text.column0].valueLabels = std::move(text.labels);
         if (named) data.setCaseNames(std::move(names));
         noteSingleColumn();
+        if (foreign || !std::all_of(table_.format.header.begin(), table_.format.header.end(), isUtf8))
+            noteEncoding();
         for (std::size_t i = first_; i < columns_.size(); ++i)
             data.addVariable(std::move(variables[i]), std::move(columns_[i]));
         for (std::string& note : notes_)
@@ -226,6 +232,54 @@ private:
             if (cells[row] < 0) cells[row] = dayNumberOf(unpackedDate(cells[row]), order).value_or(0);
     }
 
+    /** A first line that was taken for a case, though it may hold the names. */
+    void noteFirstCase() {
+        const DelimitedFormat& format = table_.format;
+        if (format.textInFirstRow.empty()) return;
+        notes_.push_back("the first line is taken for a case, as '" + brief(format.valueInFirstRow) +
+                         "' in it is a value; if it holds the names, as '" + brief(format.textInFirstRow) +
+                         "' may be one, say so (--header)");
+    }
+
+    /** A first line that was taken for the names, though it may be a case. */
+    void noteHeader(const std::vector<TextColumn>& texts) {
+        if (!headerFound_) return;
+        for (const TextColumn& text : texts) {
+            const std::string name = toUtf8(table_.format.header[text.column0]);
+            if (std::none_of(text.labels.begin(), text.labels.end(),
+                             [&name](const ValueLabel& label) { return label.text == name; }))
+                continue;
+            notes_.push_back("the first line is taken for the names, though '" + brief(name) +
+                             "' is also a value of that column; if the line is a case, say so (--no-header)");
+            return;
+        }
+    }
+
+    /** Where the file is not what most files are today. */
+    void noteEncoding() {
+        source_.rewind();
+        std::int64_t line = 1;
+        std::string text;
+        std::string block(std::size_t{1} << 20, ' ');
+        for (std::size_t count = 1; count > 0;) {
+            table_.checkStop();
+            count = source_.readFully(block);
+            text.append(block, 0, count);
+            std::size_t begin = 0;
+            for (std::size_t end = 0;
+                 (end = text.find('\n', begin)) != std::string::npos || (count == 0 && begin < text.size());
+                 begin = std::min(end, text.size() - 1) + 1, ++line) {
+                if (isUtf8(std::string_view(text).substr(begin, end - begin))) continue;
+                notes_.push_back(
+                    "line " + std::to_string(line) +
+                    " of the file is no valid UTF-8; texts that are not are read as Windows-1252 "
+                    "(Western European): save the file as UTF-8 if they look wrong");
+                return;
+            }
+            text.erase(0, begin);
+        }
+    }
+
     /** A single column of texts is likely a table with another separator. */
     void noteSingleColumn() {
         if (table_.format.columns > 1 || table_.format.header.empty() ||
@@ -260,7 +314,8 @@ private:
     Head head_;
     DelimitedTable table_;
     unsigned threads_ = 1;
-    std::size_t first_ = 0; ///< the first column that is a variable
+    bool headerFound_ = false; ///< and not told
+    std::size_t first_ = 0;    ///< the first column that is a variable
     std::vector<Column> columns_;
     std::vector<ColumnTally> tallies_;
     std::vector<std::string> notes_;

@@ -112,17 +112,33 @@ DistinctValues distinctCodes(const DataSet& data, int variable, std::span<const 
     return describeVariable(data, variable, mask, limit).distinct;
 }
 
+namespace {
+
+std::string codeText(const DistinctValue& code) {
+    std::string text = numberText(code.value);
+    if (!code.label.empty()) text += " '" + brief(code.label) + "'";
+    return text + " (" + std::to_string(code.count) + (code.count == 1 ? " case)" : " cases)");
+}
+
+} // namespace
+
 std::string codesText(const DistinctValues& codes, int limit) {
     if (codes.moreThanLimit) return "more than " + std::to_string(limit) + " values";
     if (codes.values.empty()) return "no values";
     std::string text;
-    for (const DistinctValue& each : codes.values) {
-        if (!text.empty()) text += ", ";
-        text += numberText(each.value);
-        if (!each.label.empty()) text += " '" + brief(each.label) + "'";
-        text += " (" + std::to_string(each.count) + (each.count == 1 ? " case)" : " cases)");
-    }
+    for (const DistinctValue& each : codes.values)
+        text.append(text.empty() ? "" : ", ").append(codeText(each));
     return text;
+}
+
+std::string fewCodesText(const DataSet& data, int variable) {
+    constexpr int most = 1000;
+    constexpr std::size_t listed = 6;
+    DistinctValues codes = distinctCodes(data, variable, {}, most);
+    const std::size_t count = codes.values.size();
+    if (codes.moreThanLimit || count <= listed) return codesText(codes, most);
+    codes.values.resize(listed);
+    return codesText(codes, most) + " and " + std::to_string(count - listed) + " other values";
 }
 
 } // namespace korvana

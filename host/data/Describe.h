@@ -70,4 +70,7 @@ DistinctValues distinctCodes(const DataSet& data, int variable, std::span<const 
  */
 std::string codesText(const DistinctValues& codes, int limit = defaultDistinctLimit);
 
+/** A handful of the values for messages, whether or not there are more. */
+std::string fewCodesText(const DataSet& data, int variable);
+
 } // namespace korvana

@@ -2,6 +2,7 @@
 
 #include "host/data/Codes.h"
 #include "host/data/DayNumber.h"
+#include "host/data/Describe.h"
 #include "host/data/ExpressionFunctions.h"
 #include "host/data/ExpressionTokens.h"
 #include "host/data/NameMatch.h"
@@ -281,11 +282,13 @@ private:
         for (std::size_t i = 0; i < known.valueLabels.size() && i < mostLabels; ++i)
             labels.emplace_back(known.valueLabels[i].text);
         fail(text.position, std::string("variable '")
-                                .append(known.name)
+                                .append(brief(known.name))
                                 .append("' has no value '")
                                 .append(brief(text.text))
                                 .append("'")
-                                .append(didYouMean(nearestOf(text.text, labels, 3))));
+                                .append(didYouMean(nearestOf(text.text, labels, 3)))
+                                .append("; it has ")
+                                .append(fewCodesText(data_, variable)));
     }
 
     std::string_view expression_;

@@ -1,5 +1,7 @@
 #include "host/data/ExpressionFunctions.h"
 
+#include "host/data/NameMatch.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -130,6 +132,16 @@ constexpr std::array<ExpressionFunction, 26> functions{{
 
 std::span<const ExpressionFunction> expressionFunctions() {
     return functions;
+}
+
+std::string_view wordOfExpressions(std::string_view name) {
+    for (const std::string_view word : {"and", "or", "not"})
+        if (equalIgnoringCase(name, word)) return "an operator";
+    if (equalIgnoringCase(name, "pi")) return "a constant";
+    const bool function = std::any_of(functions.begin(), functions.end(), [name](const auto& each) {
+        return equalIgnoringCase(each.name, name);
+    });
+    return function ? "a function" : "";
 }
 
 void defineExpressionFunctions(mu::Parser& parser) {

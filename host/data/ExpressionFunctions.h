@@ -21,6 +21,10 @@ inline constexpr int manyArguments = 1000;
 
 std::span<const ExpressionFunction> expressionFunctions();
 
+/** What a word of expressions is, in any letter case: "a function", "a constant", "an operator"; empty when
+   it is none. */
+std::string_view wordOfExpressions(std::string_view name);
+
 /** Gives a parser exactly the functions and operators of expressions, under the symbols of
    expressionFunctions() and the operators or, and, not (between an idle operand and its own), eq ne lt le gt
    ge, + - *, div, pow. */

@@ -64,8 +64,9 @@ std::vector<std::string> nearestOf(std::string_view name, const std::vector<std:
     }
     // What is short for something counts less than a slip.
     for (const std::string_view candidate : candidates)
-        if (isAbbreviation(name, candidate) &&
-            std::none_of(near.begin(), near.end(), [&](const auto& each) { return each.second == candidate; }))
+        if (isAbbreviation(name, candidate) && std::none_of(near.begin(), near.end(), [&](const auto& each) {
+                return each.second == candidate;
+            }))
             near.emplace_back(longest, candidate);
     std::stable_sort(near.begin(), near.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
@@ -73,6 +74,16 @@ std::vector<std::string> nearestOf(std::string_view name, const std::vector<std:
     for (std::size_t i = 0; i < near.size() && i < most; ++i)
         names.emplace_back(near[i].second);
     return names;
+}
+
+std::vector<std::string> completionsOf(std::string_view name,
+                                       const std::vector<std::string_view>& candidates) {
+    std::vector<std::string> found;
+    for (const std::string_view candidate : candidates)
+        if (name.size() >= 2 && candidate.size() > name.size() &&
+            equalIgnoringCase(candidate.substr(0, name.size()), name))
+            found.emplace_back(candidate);
+    return found.empty() ? nearestOf(name, candidates, 1) : found;
 }
 
 std::string didYouMean(const std::vector<std::string>& names) {

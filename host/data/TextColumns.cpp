@@ -48,12 +48,14 @@ public:
         auto known = codes_.find(text);
         if (known == codes_.end()) {
             known = codes_.emplace(text, texts.size()).first;
+            foreign = foreign || !isUtf8(text);
             texts.push_back(known->first);
         }
         return last_ = known->second;
     }
 
     std::vector<std::string_view> texts;
+    bool foreign = false; ///< some are no UTF-8
 
 private:
     struct Hash : std::hash<std::string_view> {
@@ -137,6 +139,7 @@ public:
             [&](std::size_t column, std::string_view text) {
                 if (row == rowsEnd) pass_.source.refuseChanged();
                 if (column == 0 && !pass_.names.empty()) {
+                    foreignName = foreignName || !isUtf8(text);
                     names.text += toUtf8(text);
                     names.ends.push_back(names.text.size());
                 }
@@ -152,6 +155,7 @@ public:
     }
 
     std::vector<LocalTexts> texts; ///< by text column
+    bool foreignName = false;      ///< some name of a case is no UTF-8
 
 private:
     TextPass& pass_;
@@ -183,9 +187,9 @@ CaseNames joined(std::vector<CaseNames> parts) {
 
 } // namespace
 
-void readTextColumns(const DelimitedTable& table, ByteSource& source, unsigned threads,
+bool readTextColumns(const DelimitedTable& table, ByteSource& source, unsigned threads,
                      std::span<TextColumn> columns, CaseNames* names) {
-    if (columns.empty() && names == nullptr) return;
+    if (columns.empty() && names == nullptr) return false;
     const std::size_t chunks = table.chunks.size();
     TextPass pass{table, source, columns, {}, 0, {}, std::vector<std::size_t>(chunks), 0};
     pass.wanted.resize(table.format.columns);
@@ -220,6 +224,10 @@ void readTextColumns(const DelimitedTable& table, ByteSource& source, unsigned t
         });
     }
     if (names != nullptr) *names = joined(std::move(pass.names));
+    return std::any_of(readers.begin(), readers.end(), [](const TextWorker* reader) {
+        return reader->foreignName || std::any_of(reader->texts.begin(), reader->texts.end(),
+                                                  [](const LocalTexts& texts) { return texts.foreign; });
+    });
 }
 
 } // namespace korvana

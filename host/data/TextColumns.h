@@ -21,8 +21,9 @@ struct TextColumn {
    readChunk has found sound. The texts are numbered in order: numbers by value, then texts by their UTF-8
    bytes, so that the codes do not depend on the order of the rows. The table's chunks must count rows without
    blank lines. Throws DataError when the rows are not those of the first pass.
-    @param names  gets the names; none: they are not wanted */
-void readTextColumns(const DelimitedTable& table, ByteSource& source, unsigned threads,
+    @param names  gets the names; none: they are not wanted
+    @return whether some text or name is no UTF-8 */
+bool readTextColumns(const DelimitedTable& table, ByteSource& source, unsigned threads,
                      std::span<TextColumn> columns, CaseNames* names);
 
 } // namespace korvana

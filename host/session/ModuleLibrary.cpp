@@ -79,7 +79,14 @@ Analysis loadAnalysis(const std::vector<fs::path>& paths) {
         // A bare name would be looked for in the system's library folders.
         void* library = dlopen(fs::absolute(path, error).c_str(), RTLD_NOW | RTLD_LOCAL);
         if (library == nullptr) {
-            tried += dlerror();
+            const std::string why = dlerror();
+            // Another file would not help then.
+            for (const char* const memory :
+                 {"Cannot allocate memory", "cannot allocate memory", "failed to map segment"})
+                if (why.find(memory) != std::string::npos)
+                    throw ModuleError("there is not enough memory to load the analysis module " +
+                                      path.string() + " (" + why + ")");
+            tried += why;
             continue;
         }
         const std::shared_ptr<void> open(library, [](void* handle) { dlclose(handle); });

@@ -4,6 +4,8 @@
 #include "host/data/Codes.h"
 #include "host/data/DataError.h"
 #include "host/data/Describe.h"
+#include "host/data/NameMatch.h"
+#include "host/data/TextEncoding.h"
 #include "tests/support/Refusal.h"
 
 #include <gtest/gtest.h>
@@ -45,13 +47,18 @@ TEST(DataSet, FindsVariables) {
 
 TEST(Codes, LabelsBeforeNumbers) {
     DataSet data = readText("status,when\n1,1995-01-15\n2,1995-01-16\n");
-    data.variable(0).valueLabels = {{1, "2"}, {7, "Dead"}, {8, "dead"}, {9, "Lost"}, {0, "alive"}};
+    data.variable(0).valueLabels = {{1, "2"},    {7, "Dead"},  {8, "dead"},
+                                    {9, "Lost"}, {0, "alive"}, {5, "a\nb\x1b"}};
     const std::vector<std::pair<std::string, std::optional<double>>> table{{"2", 1},
                                                                            {"dead", 8},
                                                                            {"Dead", 7},
                                                                            {"DEAD", std::nullopt},
                                                                            {"LOST", 9},
                                                                            {" alive ", 0},
+                                                                           {"a\nb\x1b", 5},
+                                                                           {"a\\nb\\x1B", 5},
+                                                                           {"a\\nb", std::nullopt},
+                                                                           {"alive\xC2\xA0", 0},
                                                                            {"1", 1},
                                                                            {"-1.5e1", -15},
                                                                            {"", std::nullopt},
@@ -63,6 +70,34 @@ TEST(Codes, LabelsBeforeNumbers) {
     EXPECT_EQ(resolveCode(data, 1, "1995-02-30"), std::nullopt);
     EXPECT_EQ(data.variable(0).labelOf(1), "2") << "labels need not stand in the order of their values";
     EXPECT_EQ(data.variable(0).labelOf(3), std::nullopt);
+}
+
+/** Whatever a name or cell holds, a message has a line of it, of bounded length, in whole characters. */
+TEST(Messages, QuoteBriefly) {
+    EXPECT_EQ(brief("a\nb\t\x1b\x7f\xC2\x85\xC3\xA9"), "a\\nb\\t\\x1B\\x7F\\x85\xC3\xA9");
+    EXPECT_EQ(brief("\xE9"), "\xC3\xA9") << "Windows-1252";
+    for (const std::string character : {"x", "\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\n"}) {
+        std::string text;
+        for (std::size_t length = 0; length < 300; ++length, text += character) {
+            const std::string shown = brief(text, 40);
+            EXPECT_TRUE(isUtf8(shown)) << shown;
+            EXPECT_LE(shown.size(), 43U);
+            EXPECT_EQ(shown.find("...") != std::string::npos, withEscapes(text).size() > 40) << shown;
+        }
+    }
+    EXPECT_TRUE(brief("begin" + std::string(70'000, 'x') + "end").ends_with("xxend"));
+}
+
+TEST(Messages, SuggestWhatIsBegunOrNear) {
+    const std::vector<std::string_view> names{"output", "outputs", "select", "separator"};
+    const std::vector<std::pair<std::string, std::vector<std::string>>> table{{"outp", {"output", "outputs"}},
+                                                                              {"se", {"select", "separator"}},
+                                                                              {"OUTPUTS", {"outputs"}},
+                                                                              {"sekect", {"select"}},
+                                                                              {"s", {}},
+                                                                              {"weights", {}}};
+    for (const auto& [name, suggested] : table)
+        EXPECT_EQ(completionsOf(name, names), suggested) << name;
 }
 
 TEST(Describe, SummariesAndCodes) {
@@ -80,6 +115,9 @@ TEST(Describe, SummariesAndCodes) {
     const std::vector<std::uint8_t> mask{1, 1, 0, 0, 0};
     EXPECT_EQ(codesText(distinctCodes(data, 0, mask)), "-1 (1 case), 3 (1 case)");
     EXPECT_EQ(codesText(distinctCodes(data, 0, {}, 1), 1), "more than 1 values");
+    EXPECT_EQ(fewCodesText(readText("x\n1\n2\n3\n4\n5\n6\n7\n8\n"), 0),
+              "1 (1 case), 2 (1 case), 3 (1 case), 4 (1 case), 5 (1 case), 6 (1 case) and 2 other values");
+    EXPECT_EQ(codesText(distinctCodes(readText("x\n-0\n0.0\n-0.0\n"), 0)), "0 (3 cases)");
     EXPECT_FALSE(distinctCodes(data, 0, {}, 2).moreThanLimit);
     const VariableSummary none = describeVariable(data, 2, std::vector<std::uint8_t>{0, 1, 0, 0, 0});
     EXPECT_EQ(none.validCount, 0);

@@ -58,6 +58,16 @@ TEST(ReadText, AcceptsWhatPeopleSave) {
          "sep=;\na,b\n1,2\n",
          "a N: 1 | b N: 2",
          {HeaderLine::Automatic, ',', {}}},
+        {"named badly, but told", "sep=\na,b\n1,2\n", "a N: 1 | b N: 2", {HeaderLine::Automatic, ',', {}}},
+        {"a name that begins so", "sep=x,b\n1,2\n", "sep=x N: 1 | b N: 2"},
+        {"no-break and thin spaces around cells",
+         "a,b\xC2\xA0\n\xC2\xA0"
+         "1,\xE2\x80\xAFx\xE2\x80\x89\n2\xE2\x80\xAF\xC2\xA0,\xC2\xA0\n3,\xC3\xA0\n",
+         "a N: 1 2 3 | b T: x - \xC3\xA0"},
+        {"the same in Windows-1252",
+         "a,b\n\xA0"
+         "1,x\xA0\n2,\xE9\n",
+         "a N: 1 2 | b T: x \xC3\xA9"},
         {"chosen decimal mark",
          "a;b\n1,234;1.5\n",
          "a N: 1.234 | b T: 1.5",
@@ -160,7 +170,32 @@ TEST(ReadText, NotesWhatItChanged) {
     };
     EXPECT_EQ(note("a,b\n1,2\n"), "");
     EXPECT_EQ(note("a,b\n\"x\ny\",2\n,3\n7,unknown\n7,?\n"),
-              "variable 'a': 1 of 3 cells is not a number (first: 'x y', line 2); read as text codes");
+              "variable 'a': 1 of 3 cells is not a number (first: 'x\\ny', line 2); read as text codes");
+    EXPECT_EQ(note("a,b\n1 x,1\n1\xC2\xA0x,2\n3,3\n5\xE2\x80\xAFx,4\n"),
+              "variable 'a': 3 of 4 cells are not numbers (first: '1 x', line 2); read as text codes");
+    EXPECT_EQ(
+        note("a,b\n1\xC2\xA0x,2\n3,3\n"),
+        "variable 'a': 1 of 2 cells is not a number (first: '1\xC2\xA0x' (with a no-break space, U+00A0), "
+        "line 2); read as text codes");
+    EXPECT_EQ(note("a,b\n1\xE2\x80\x89"
+                   "200,2\n"),
+              "variable 'a': 1 cell is read as text, such as '1\xE2\x80\x89"
+              "200' (with a thin space, U+2009) in "
+              "line 2; numbers have no separated thousands");
+    const std::string encoding =
+        " of the file is no valid UTF-8; texts that are not are read as Windows-1252 "
+        "(Western European): save the file as UTF-8 if they look wrong";
+    EXPECT_EQ(note("a,b\nx,2\n\xC3\xA9,3\n\xE9,3\n"), "line 4" + encoding);
+    EXPECT_EQ(note("a,\xE9\n1,2\n"), "line 1" + encoding);
+    EXPECT_EQ(note("\"\",b\nAnn,2\nRen\xE9,3"), "line 3" + encoding);
+    EXPECT_EQ(note("a,b\nx,2\n\xC3\xA9,3\n"), "");
+    EXPECT_EQ(note("time,7\n1,2\n").substr(0, 110), "the first line is taken for a case, as '7' in it is a "
+                                                    "value; if it holds the names, as 'time' may be "
+                                                    "one,");
+    EXPECT_EQ(
+        note("drug,good\nplacebo,bad\ndrug,bad\n"),
+        "the first line is taken for the names, though 'drug' is also a value of that column; if the line is "
+        "a case, say so (--no-header)");
     EXPECT_EQ(note("d\n1995-01-15\nsoon\n"),
               "variable 'd': 1 of 2 cells is not a date (first: 'soon', line 3); read as text codes");
     EXPECT_EQ(

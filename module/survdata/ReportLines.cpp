@@ -37,6 +37,20 @@ std::string FormatProbability(double p) {
     return p < CellFormat::leastProbability ? "< 1e-30" : FormatNumber(p, 5);
 }
 
+std::string InOneLine(std::string_view label) {
+    constexpr std::size_t most = 100;
+    std::string text;
+    for (const char c : label) {
+        const bool startsCharacter = (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
+        if (text.size() >= most && startsCharacter) return text + "...";
+        if (c == '\n' || c == '\r' || c == '\t')
+            text.append(c == '\n' ? "\\n" : c == '\r' ? "\\r" : "\\t");
+        else
+            text += c;
+    }
+    return text;
+}
+
 std::optional<std::string> LabelOfCode(CAnalysisSupport& host, int variable, double code) {
     std::string label;
     double value = code;
@@ -47,7 +61,7 @@ std::optional<std::string> LabelOfCode(CAnalysisSupport& host, int variable, dou
 
 std::string CodeWithLabel(CAnalysisSupport& host, int variable, double code) {
     const std::optional<std::string> label = LabelOfCode(host, variable, code);
-    return FormatNumber(code) + (label ? " (" + *label + ")" : std::string());
+    return FormatNumber(code) + (label ? " (" + InOneLine(*label) + ")" : std::string());
 }
 
 std::string Filled(int id, std::initializer_list<std::string> values) {

@@ -29,6 +29,9 @@ std::string FormatProbability(double p);
 /// unset.
 std::string FormatCode(double code);
 
+/// A label for a sentence: line breaks as programs write them, and not all of a long one.
+std::string InOneLine(std::string_view label);
+
 /// The value label of a code, where the variable has one.
 std::optional<std::string> LabelOfCode(CAnalysisSupport& host, int variable, double code);
 

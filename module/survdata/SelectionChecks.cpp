@@ -7,25 +7,6 @@
 #include <vector>
 
 namespace ozm::survival {
-namespace {
-
-/// A label for a message: line breaks as they are written in programs, and not all of a long one.
-std::string InOneLine(const std::string& label) {
-    constexpr std::size_t most = 100;
-    std::string text;
-    for (const char c : label) {
-        const bool startsCharacter = (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-        if (text.size() >= most && startsCharacter) return text + "...";
-        if (c == '\n' || c == '\r' || c == '\t')
-            text.append(c == '\n' ? "\\n" : c == '\r' ? "\\r" : "\\t");
-        else
-            text += c;
-    }
-    return text;
-}
-
-} // namespace
-
 std::string DescribeCodes(CAnalysisSupport& host, int variable) {
     constexpr int codesShown = 12;
     std::vector<CodeCount> codes;

@@ -1,6 +1,8 @@
 #include "apps/cli/CommandApp.h"
 #include "tests/apps/cli/Cli.h"
 
+#include <sstream>
+
 namespace korvana::cli {
 namespace {
 
@@ -125,6 +127,7 @@ TEST_F(UsageTest, OnlyNearNamesAreSuggested) {
     for (const char* strange : {"--strata", "--foo", "--x", "--covariates", "--json-lines"})
         EXPECT_FALSE(has(refused({strange, "x"}), "did you mean")) << refused({strange, "x"});
     EXPECT_TRUE(has(refused({"--sel", "x"}), "did you mean '--select'?"));
+    EXPECT_TRUE(has(refused({"--outp", "x"}), "did you mean '--outputs', '--output'?"));
     EXPECT_TRUE(has(refused({"-time", "x"}), "did you mean '--time'?"));
     EXPECT_TRUE(has(refused({"--Censr=x"}), "did you mean '--censor'?"));
     EXPECT_TRUE(has(usageError({data}), "'korvana info " + data + "' shows what is in it"));
@@ -189,14 +192,21 @@ TEST_F(UsageTest, DataThatCannotBeUsedAreNamedByPlace) {
     const std::string bad = file("bad.csv", "a,b\n1,2\n1,2,3\n");
     EXPECT_TRUE(has(usageError({"info", bad}), "bad.csv:3:")) << usageError({"info", bad});
     EXPECT_TRUE(has(usageError({"info", data, "--select", "weeks >"}), "weeks >"));
-    EXPECT_TRUE(has(usageError({"info", data, "--select", "weeks > 99"}), "holds for none of the 4 cases"));
+    EXPECT_TRUE(has(usageError({"info", data, "--select", "weeks > 99"}),
+                    "holds for none of the 4 cases; 'weeks' has 5 (1 case), 7 (1 case), 9 (2 cases)\n"));
+    EXPECT_TRUE(
+        has(usageError({"info", data, "--select", "sex='x'"}), "it has 1 'f' (2 cases), 2 'm' (2 cases)"));
     EXPECT_TRUE(has(usageError({"info", data, "--weight", "sex"}), "'sex' holds texts"));
     EXPECT_TRUE(has(usageError({"info", data, "--missing", "weeks"}), "--missing is VARIABLE=CODE"));
     EXPECT_TRUE(has(usageError({"info", data, "--missing", "weks=9"}), "did you mean 'weeks'"));
     EXPECT_TRUE(
         has(usageError({"info", data, "--missing", "sex=x"}), "neither a number nor a value label of 'sex'"));
-    EXPECT_TRUE(
-        has(usageError({"info", data, "--missing", "1=9", "--missing", "weeks=8"}), "one missing-data code"));
+    // What the message says to write does what was meant.
+    EXPECT_TRUE(has(usageError({"info", data, "--missing", "1=9", "--missing", "weeks=7"}),
+                    "--define \"weeks_2 = if(weeks = 7, 9, weeks)\" --missing \"weeks_2=9\"\n"));
+    EXPECT_TRUE(has(
+        run({"info", data, "--define", "weeks_2 = if(weeks = 7, 9, weeks)", "--missing", "weeks_2=9"}).out,
+        "weeks_2  number      1        3"));
     EXPECT_TRUE(has(usageError({"info", data, "--separator", "word"}), "comma, semicolon, tab, pipe"));
     EXPECT_TRUE(has(usageError({"info", data, "--header", "--no-header"}), "contradict"));
 }
@@ -224,6 +234,44 @@ TEST_F(UsageTest, VerboseTellsWhatIsReadAndDone) {
                              "Made Summary", "Done"})
         EXPECT_TRUE(has(told.err, part)) << part << told.err;
     EXPECT_FALSE(has(run(call).err, "Made Summary"));
+}
+
+/// Files of anybody's are found before anything is computed, and stay.
+TEST_F(UsageTest, NobodyElsesFileIsReplaced) {
+    std::filesystem::create_directory(folder / "theirs");
+    const std::string theirs = file("theirs/report.txt", "theirs");
+    const std::string error = refused({"--time", "unknown", "-o", folder / "theirs"});
+    EXPECT_TRUE(has(error, "'" + theirs + "' is there already and was not written by an earlier run"))
+        << error;
+    EXPECT_EQ(read(theirs), "theirs");
+}
+
+TEST_F(UsageTest, NamesAndCellsOfAnyLengthAreShownBriefly) {
+    const std::string name(70'000, 'n');
+    const std::string cell = "a\nb" + std::string(70'000, 'x');
+    const std::string odd =
+        file("odd.csv", "t,s," + name + "\n1,1,\"" + cell + "\"\n2,0,\"c\nd\"\n3,1,e\n4,1,e\n");
+    for (const auto& call : std::vector<std::vector<std::string>>{
+             {"info"},
+             {"info", "--select", "`" + name + "` = 'q'"},
+             {"kaplan-meier", "--time", "3", "--censor", "2"},
+             {"kaplan-meier", "--time", "1", "--censor", "3"},
+             {"kaplan-meier", "--time", "1", "--censor", "3", "--complete", "3", "--censored", "3"},
+             {"kaplan-meier", "--time", "1", "--censor", "3", "--complete", "1", "--censored", "2"}}) {
+        std::vector<std::string> arguments = call;
+        arguments.insert(arguments.begin() + 1, odd);
+        const Outcome outcome = run(arguments);
+        std::istringstream lines(outcome.err + (outcome.code == 0 && call[0] != "info" ? "" : outcome.out));
+        for (std::string line; std::getline(lines, line);)
+            EXPECT_LE(line.size(), 700U) << line;
+    }
+    // A label is given as it is shown.
+    for (const char* given : {"c\nd", "c\\nd"})
+        EXPECT_EQ(
+            run({"kaplan-meier", odd, "--time", "1", "--censor", "3", "--complete", "e", "--censored", given})
+                .code,
+            ExitResults)
+            << given;
 }
 
 TEST_F(UsageTest, NothingFromAFileReachesTheTerminalRaw) {

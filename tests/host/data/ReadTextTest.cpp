@@ -189,9 +189,9 @@ TEST(ReadText, NotesWhatItChanged) {
     EXPECT_EQ(note("a,\xE9\n1,2\n"), "line 1" + encoding);
     EXPECT_EQ(note("\"\",b\nAnn,2\nRen\xE9,3"), "line 3" + encoding);
     EXPECT_EQ(note("a,b\nx,2\n\xC3\xA9,3\n"), "");
-    EXPECT_EQ(note("time,7\n1,2\n").substr(0, 110), "the first line is taken for a case, as '7' in it is a "
-                                                    "value; if it holds the names, as 'time' may be "
-                                                    "one,");
+    EXPECT_EQ(note("time,7\n1,2\n"), "the first line is taken for a case, as '7' in it is a value; if it "
+                                     "holds the names, as 'time' may be "
+                                     "one, say so (--header)");
     EXPECT_EQ(
         note("drug,good\nplacebo,bad\ndrug,bad\n"),
         "the first line is taken for the names, though 'drug' is also a value of that column; if the line is "

@@ -3,7 +3,7 @@
 #include <functional>
 #include <optional>
 
-#include "host/results/ChartRenderer.h"
+#include "host/results/ChartDrawing.h"
 
 namespace korvana {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "host/results/ChartRenderer.h"
+#include "host/results/ChartDrawing.h"
 #include "host/results/FormatNumber.h"
 #include "host/results/TextWriter.h"
 #include "host/results/Utf8.h"
@@ -182,10 +182,10 @@ private:
     }
 
     void writeChart(const Chart& chart) {
-        const Picture picture = drawChart(chart.info, PictureFormat::Svg, chart.numbersAtRisk);
         const std::string prefix = "chart-" + std::to_string(++charts_) + "-";
+        const Picture picture = drawChart(chart.info, PictureFormat::Svg, {chart.numbersAtRisk, prefix});
         if (picture.drawn()) {
-            out_ << "<figure>" << svgForPage(picture.bytes, prefix, chart.info.title) << "</figure>\n";
+            out_ << "<figure>" << picture.bytes << "</figure>\n";
         } else {
             paragraph("This chart could not be drawn: " + picture.error, "more");
             failures_.push_back(picture.error);

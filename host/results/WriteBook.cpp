@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "host/results/ChartRenderer.h"
+#include "host/results/ChartDrawing.h"
 #include "host/results/CsvWriter.h"
 #include "host/results/HtmlWriter.h"
 #include "host/results/JsonWriter.h"
@@ -75,7 +75,7 @@ void writeCharts(const ResultsBook& book, const std::vector<std::string>& names,
         for (const auto& [format, picture] : kPictures) {
             if (!formats.has(format)) continue;
             const std::string name = names[place] + "." + std::string(ending(format));
-            const Picture drawn = drawChart(chart->info, picture, chart->numbersAtRisk);
+            const Picture drawn = drawChart(chart->info, picture, {.numbersAtRisk = chart->numbersAtRisk});
             if (drawn.drawn()) {
                 fill(folder.add(name), [&drawn](std::ostream& out) { out << drawn.bytes; });
             } else {
@@ -180,7 +180,8 @@ std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std:
         const HtmlOptions options{HtmlOptions{}.mostRows, tableFiles};
         std::vector<std::string> reasons;
         fill(folder.add(kReportHtml), [&](std::ostream& out) { reasons = writeHtml(book, out, options); });
-        if (!reasons.empty()) failures.push_back("cannot draw all charts of 'report.html': " + reasons.front());
+        if (!reasons.empty())
+            failures.push_back("cannot draw all charts of 'report.html': " + reasons.front());
     }
     writeCharts(book, names, formats, folder, failures);
     // Last, when it is known which pictures there are.

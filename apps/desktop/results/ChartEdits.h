@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "host/results/ChartGeometry.h"
+#include "host/charts/ChartGeometry.h"
 #include "support/CChartInfo.h"
 
 namespace korvana::desktop {

@@ -6,9 +6,9 @@
 #include <limits>
 #include <qcustomplot.h>
 
-#include "host/results/ChartFonts.h"
-#include "host/results/ChartGeometry.h"
-#include "host/results/ChartText.h"
+#include "host/charts/ChartFonts.h"
+#include "host/charts/ChartGeometry.h"
+#include "host/charts/ChartText.h"
 #include "host/results/FormatNumber.h"
 #include "host/results/Utf8.h"
 

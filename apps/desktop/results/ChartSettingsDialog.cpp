@@ -13,7 +13,7 @@
 #include <QVBoxLayout>
 #include <cmath>
 
-#include "host/results/AtRisk.h"
+#include "host/charts/AtRisk.h"
 #include "host/results/FormatNumber.h"
 #include "host/results/Utf8.h"
 

@@ -15,9 +15,9 @@
 #include <cmath>
 #include <qcustomplot.h>
 
-#include "host/results/AtRisk.h"
-#include "host/results/ChartPlot.h"
-#include "host/results/ChartRenderer.h"
+#include "host/charts/AtRisk.h"
+#include "host/charts/ChartPlot.h"
+#include "host/charts/ChartRenderer.h"
 #include "host/results/Utf8.h"
 
 namespace korvana::desktop {
@@ -311,14 +311,15 @@ ozm::CChartInfo ChartView::shownChart() const {
 }
 
 void ChartView::editSettings(ChartSettingsDialog::Field field) {
-    ChartSettingsDialog dialog(info_, edits_,
-                               namedRange(drawn_.xAxis, extentOf(plot_->xAxis->range()), homeX_),
-                               namedRange(drawn_.yAxis, extentOf(plot_->yAxis->range()), homeY_), field, this);
+    ChartSettingsDialog dialog(
+        info_, edits_, namedRange(drawn_.xAxis, extentOf(plot_->xAxis->range()), homeX_),
+        namedRange(drawn_.yAxis, extentOf(plot_->yAxis->range()), homeY_), field, this);
     if (dialog.exec() == QDialog::Accepted) setEdits(dialog.edits());
 }
 
 void ChartView::copy() {
-    const Picture picture = drawChart(shownChart(), PictureFormat::Png, edits_.numbersAtRisk);
+    const Picture picture =
+        renderChart(shownChart(), PictureFormat::Png, {.numbersAtRisk = edits_.numbersAtRisk});
     QImage image;
     if (picture.drawn()) image.loadFromData(QByteArray::fromStdString(picture.bytes), "PNG");
     if (image.isNull()) {

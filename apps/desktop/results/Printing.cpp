@@ -9,7 +9,7 @@
 #include <qcustomplot.h>
 
 #include "apps/desktop/results/OutputText.h"
-#include "host/results/ChartPlot.h"
+#include "host/charts/ChartPlot.h"
 #include "host/results/Utf8.h"
 
 namespace korvana::desktop {

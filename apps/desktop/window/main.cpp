@@ -1,6 +1,6 @@
 #include "apps/desktop/window/MainWindow.h"
 #include "apps/desktop/window/TerminationSignals.h"
-#include "host/results/ChartFonts.h"
+#include "host/charts/ChartFonts.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

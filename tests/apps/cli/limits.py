@@ -8,6 +8,7 @@ says names no C++ exception; and numbers are written whenever the same limit let
 import json
 import os
 import resource
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -87,11 +88,12 @@ def main():
         assert status == 0 and files, (formats, said)
 
     least = least_memory(program, data)
-    assert least < 2 * KIB * KIB
+    # No library that only draws is loaded for numbers.
+    assert least < 32 * KIB, least
     complete = dict.fromkeys(PICTURES, 0)
     refused = 0
-    # Most libraries fail in the first few MiB above the least memory; a picture wants some 40.
-    steps = [*range(0, 8 * KIB, KIB), *range(8 * KIB, 56 * KIB, 8 * KIB), 128 * KIB]
+    # Where the drawing libraries cannot be loaded, where they fail, and where a picture is drawn: some 90 MiB above.
+    steps = [*range(0, 64 * KIB, 16 * KIB), *range(64 * KIB, 104 * KIB, 4 * KIB), 160 * KIB]
     for step in steps:
         for formats in PICTURES:
             outcome = run(program, data, "json,csv,txt," + formats, (least + 512 + step) * KIB)
@@ -100,6 +102,16 @@ def main():
             refused += outcome[0] == 2
     # Else the sweep went past everything that can fail, or never reached what can succeed.
     assert refused > 0 and all(complete.values()), (least, complete, refused)
+
+    with tempfile.TemporaryDirectory() as folder:  # without what draws
+        alone = os.path.join(folder, "korvana")
+        for file in ["korvana", "libkorvana-support.so", "libOZMSurvival.so"]:
+            shutil.copy(os.path.join(os.path.dirname(program), file), folder)
+        for formats in PICTURES:
+            outcome = run(alone, data, "json,csv,txt," + formats)
+            check(f"{formats} without the drawing library", outcome, whole)
+            if outcome[0] != 2 or "libkorvana-drawing.so" not in outcome[1]:
+                faults.append(f"{formats} without the drawing library: {outcome[:2]}")
 
     for library in sys.argv[3:]:
         for formats in PICTURES:

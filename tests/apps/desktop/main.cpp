@@ -1,3 +1,5 @@
+#include "tests/apps/desktop/Modals.h"
+
 #include <QApplication>
 #include <QSettings>
 #include <QStyleFactory>
@@ -14,5 +16,6 @@ int main(int argc, char** argv) {
     QApplication::setOrganizationName("korvana-tests");
     QApplication::setApplicationName("desktop");
     QApplication::setStyle(QStyleFactory::create("Fusion"));
+    const korvana::desktop::ModalWatch watch;
     return RUN_ALL_TESTS();
 }

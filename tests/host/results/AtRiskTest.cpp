@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <map>
 
-#include "host/results/AtRisk.h"
-#include "host/results/ChartRenderer.h"
+#include "host/charts/AtRisk.h"
+#include "host/charts/ChartRenderer.h"
 #include "tests/host/results/Books.h"
 
 namespace korvana {
@@ -63,7 +63,7 @@ TEST(AtRisk, NumbersStandUnderTheirTicks) {
     EXPECT_FALSE(tellsNumbersAtRisk(info));
     info.series[0].leaving = {1, 3, 5, 5, 7, 9};
     ASSERT_TRUE(tellsNumbersAtRisk(info));
-    const auto lines = numbersOf(drawChart(info, PictureFormat::Svg, true).bytes);
+    const auto lines = numbersOf(renderChart(info, PictureFormat::Svg, {.numbersAtRisk = true}).bytes);
     const std::map<std::string, double>* ticks = nullptr;
     const std::map<std::string, double>* numbers = nullptr;
     for (const auto& [y, texts] : lines) {
@@ -78,7 +78,8 @@ TEST(AtRisk, NumbersStandUnderTheirTicks) {
     // Not asked for: the picture is what it was without them.
     ozm::CChartInfo plain = info;
     plain.series[0].leaving.clear();
-    EXPECT_EQ(drawChart(info, PictureFormat::Svg).bytes, drawChart(plain, PictureFormat::Svg, true).bytes);
+    EXPECT_EQ(renderChart(info, PictureFormat::Svg).bytes,
+              renderChart(plain, PictureFormat::Svg, {.numbersAtRisk = true}).bytes);
 }
 
 } // namespace

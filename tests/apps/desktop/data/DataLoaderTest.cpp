@@ -2,18 +2,17 @@
 
 #include "apps/desktop/data/OpenOptionsDialog.h"
 #include "apps/desktop/data/RecentFiles.h"
+#include "tests/apps/desktop/Modals.h"
 #include "tests/apps/desktop/data/Trial.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QProgressDialog>
 #include <QSignalSpy>
-#include <QTimer>
 #include <QUrl>
 
 #include <sys/stat.h>
@@ -122,22 +121,14 @@ TEST(OpenDataFile, TheOrderOfDatesIsAskedForWhereNothingDecidesIt) {
     const QString file = folder.write("dates.csv", "id,begin\n1,02/03/1995\n2,04/05/1995\n");
     const auto opened = [&](const QString& answer) {
         ActiveData data;
-        bool asked = false;
-        QTimer pulse;
-        QObject::connect(&pulse, &QTimer::timeout, [&] {
-            for (QWidget* widget : QApplication::topLevelWidgets()) {
-                auto* const box = qobject_cast<QMessageBox*>(widget);
-                if (box == nullptr || !box->isVisible()) continue;
-                asked = true;
-                EXPECT_TRUE(box->text().contains("begin")) << box->text().toStdString();
-                for (QAbstractButton* button : box->buttons())
-                    if (button->text().remove('&').startsWith(answer)) button->click();
-            }
-        });
-        pulse.start(1);
         ReadFault fault{"as before"};
-        const bool read = openDataFile(data, file, &fault);
-        EXPECT_TRUE(asked);
+        bool read = false;
+        answering([&] { read = openDataFile(data, file, &fault); },
+                  [&](QMessageBox& box) {
+                      EXPECT_TRUE(box.text().contains("begin")) << box.text().toStdString();
+                      for (QAbstractButton* button : box.buttons())
+                          if (button->text().remove('&').startsWith(answer)) button->click();
+                  });
         EXPECT_EQ(fault.text, "");
         return read ? data.dataSet().column(1)[1] - data.dataSet().column(1)[0] : -1.0;
     };

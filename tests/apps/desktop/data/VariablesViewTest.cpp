@@ -2,6 +2,7 @@
 
 #include "apps/desktop/data/ValueLabelsDialog.h"
 #include "apps/desktop/data/VariableTableModel.h"
+#include "tests/apps/desktop/Modals.h"
 #include "tests/apps/desktop/data/Trial.h"
 
 #include <QAbstractItemModelTester>
@@ -12,7 +13,6 @@
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTableWidget>
-#include <QTimer>
 
 namespace korvana::desktop {
 namespace {
@@ -113,26 +113,24 @@ TEST_F(Variables, AChangeThatBreaksTheSelectionIsRefused) {
 TEST_F(Variables, ValueLabelsAreEditedInADialog) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return cell(4, VariableTableModel::Cases) == "3"; }));
     view.table()->setCurrentIndex(view.table()->model()->index(3, VariableTableModel::ValueLabels));
-    QTimer::singleShot(0, &view, [&] {
-        auto* const dialog = view.findChild<ValueLabelsDialog*>();
-        ASSERT_NE(dialog, nullptr);
-        auto* const table = dialog->findChild<QTableWidget*>();
+    const auto edits = [](ValueLabelsDialog& dialog) {
+        auto* const table = dialog.findChild<QTableWidget*>();
         EXPECT_EQ(table->rowCount(), 2);
         EXPECT_EQ(table->item(1, 2)->text(), "2");
         table->item(0, 1)->setText("censored");
-        for (QPushButton* button : dialog->findChildren<QPushButton*>())
+        for (QPushButton* button : dialog.findChildren<QPushButton*>())
             if (button->text() == "&Add Value") button->click();
         table->item(2, 0)->setText("1");
         table->item(2, 1)->setText("twice");
-        dialog->accept();
-        EXPECT_TRUE(dialog->isVisible());
+        dialog.accept();
+        EXPECT_TRUE(dialog.isVisible());
         table->item(2, 0)->setText("two");
-        dialog->accept();
-        EXPECT_TRUE(dialog->isVisible());
+        dialog.accept();
+        EXPECT_TRUE(dialog.isVisible());
         table->item(2, 0)->setText("2");
-        dialog->accept();
-    });
-    QTest::keyClick(view.table(), Qt::Key_Return);
+        dialog.accept();
+    };
+    answering([this] { QTest::keyClick(view.table(), Qt::Key_Return); }, edits);
     EXPECT_EQ(cell(3, VariableTableModel::ValueLabels), "0 = censored, 1 = dead, 2 = twice");
     EXPECT_EQ(data.dataSet().variable(3).missingCode, 9);
 

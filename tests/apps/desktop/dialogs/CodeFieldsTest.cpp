@@ -1,10 +1,9 @@
+#include "tests/apps/desktop/Modals.h"
 #include "tests/apps/desktop/dialogs/EveryKind.h"
 
 #include <QComboBox>
-#include <QDialog>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QTimer>
 #include <QToolButton>
 
 #include <cmath>
@@ -102,15 +101,13 @@ TEST_F(CodeFields, ListOfCodesIsTypedOrTicked) {
     }
     line->setText("1, 7, 0");
 
-    QTimer::singleShot(0, view.get(), [] {
-        auto* window = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        ASSERT_NE(window, nullptr);
-        auto* list = window->findChild<QListWidget*>();
-        EXPECT_EQ(list->item(0)->checkState(), Qt::Checked);
-        list->item(0)->setCheckState(Qt::Unchecked);
-        window->accept();
-    });
-    editor<QToolButton>(Codes)->click();
+    korvana::desktop::answering([this] { editor<QToolButton>(Codes)->click(); },
+                                [](QDialog& window) {
+                                    auto* list = window.findChild<QListWidget*>();
+                                    EXPECT_EQ(list->item(0)->checkState(), Qt::Checked);
+                                    list->item(0)->setCheckState(Qt::Unchecked);
+                                    window.accept();
+                                });
     EXPECT_EQ(value<std::vector<double>>(Codes), (std::vector<double>{1, 7})) << "7 was typed and stays";
 }
 

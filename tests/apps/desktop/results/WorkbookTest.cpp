@@ -1,14 +1,8 @@
 #include <QAction>
-#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
-#include <QFileDialog>
-#include <QLineEdit>
-#include <QMessageBox>
 #include <QPrinter>
 #include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
 #include <QTreeWidget>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -21,6 +15,7 @@
 #include "apps/desktop/results/Printing.h"
 #include "apps/desktop/results/ReportView.h"
 #include "apps/desktop/results/Workbook.h"
+#include "tests/apps/desktop/Modals.h"
 #include "tests/host/results/Books.h"
 
 namespace korvana::desktop {
@@ -49,17 +44,15 @@ protected:
     }
     std::filesystem::path folder() const { return folder_.path().toStdString(); }
 
-    /// Called once a box or a dialog is open.
-    template <class Dialog, class Answer>
-    void whenOpen(Answer answer) {
-        auto* timer = new QTimer(&workbook_);
-        QObject::connect(timer, &QTimer::timeout, &workbook_, [timer, answer] {
-            auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
-            if (dialog == nullptr) return;
-            timer->deleteLater();
-            answer(*dialog);
-        });
-        timer->start(5);
+    /// Exports the whole run into a folder of the test's.
+    template <class... Answers>
+    void exportRunTo(const QString& name, Answers... answers) {
+        answering([this] { workbook_.exportRunAction()->trigger(); },
+                  [path = folder_.filePath(name)](ExportDialog& dialog) {
+                      dialog.findChild<QLineEdit*>()->setText(path);
+                      QTest::keyClick(&dialog, Qt::Key_Enter);
+                  },
+                  answers...);
     }
 
     Workbook workbook_;
@@ -300,32 +293,20 @@ TEST_F(WorkbookTest, EveryOutputIsWrittenInEachOfItsFormats) {
 TEST_F(WorkbookTest, OneOutputIsExportedThroughTheFileDialog) {
     const int run = workbook_.addRun(std::make_shared<ResultsBook>(test::smallBook()), "Run");
     workbook_.showOutput(run, 1);
-    const QString target = folder_.filePath("mine.csv");
-    whenOpen<QFileDialog>([&target](QFileDialog& dialog) {
-        dialog.findChild<QLineEdit*>()->setText(target);
-        QMetaObject::invokeMethod(&dialog, "accept");
-    });
-    workbook_.exportOutputAction()->trigger();
-    EXPECT_EQ(contents(target.toStdString()).substr(0, 18), "Row,Survival Time,");
+    answering([this] { workbook_.exportOutputAction()->trigger(); }, naming(folder_.filePath("mine.csv")));
+    EXPECT_EQ(contents(folder() / "mine.csv").substr(0, 18), "Row,Survival Time,");
 }
 
 TEST_F(WorkbookTest, ANameWithAnotherEndingIsRefusedAndAsksAgain) {
     const int run = workbook_.addRun(std::make_shared<ResultsBook>(test::smallBook()), "Run");
     workbook_.showOutput(run, 1);
     QString said;
-    whenOpen<QFileDialog>([&](QFileDialog& dialog) {
-        dialog.findChild<QLineEdit*>()->setText(folder_.filePath("mine.dat"));
-        whenOpen<QMessageBox>([&](QMessageBox& box) {
-            said = box.text();
-            whenOpen<QFileDialog>([&](QFileDialog& again) {
-                again.findChild<QLineEdit*>()->setText(folder_.filePath("mine.xlsx"));
-                QMetaObject::invokeMethod(&again, "accept");
-            });
-            QTest::keyClick(&box, Qt::Key_Enter);
-        });
-        QMetaObject::invokeMethod(&dialog, "accept");
-    });
-    workbook_.exportOutputAction()->trigger();
+    const auto read = [&said](QMessageBox& box) {
+        said = box.text();
+        QTest::keyClick(&box, Qt::Key_Enter);
+    };
+    answering([this] { workbook_.exportOutputAction()->trigger(); }, naming(folder_.filePath("mine.dat")),
+              read, naming(folder_.filePath("mine.xlsx")));
     EXPECT_TRUE(said.contains("'mine.dat'") && said.contains(".csv, .xlsx")) << said.toStdString();
     EXPECT_FALSE(std::filesystem::exists(folder() / "mine.dat"));
     EXPECT_EQ(contents(folder() / "mine.xlsx").substr(0, 2), "PK");
@@ -336,34 +317,24 @@ TEST_F(WorkbookTest, NothingIsReplacedUnasked) {
     workbook_.showOutput(run, 1);
     const auto mine = folder() / "mine.csv";
     std::ofstream(mine) << "keep";
-    whenOpen<QFileDialog>([&](QFileDialog& dialog) {
-        dialog.findChild<QLineEdit*>()->setText(folder_.filePath("mine"));
-        whenOpen<QMessageBox>([&](QMessageBox& box) {
-            QTest::keyClick(&box, Qt::Key_Escape);
-            dialog.reject();
-        });
-        QMetaObject::invokeMethod(&dialog, "accept");
-    });
-    workbook_.exportOutputAction()->trigger();
+    const auto escape = [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); };
+    answering([this] { workbook_.exportOutputAction()->trigger(); }, naming(folder_.filePath("mine")), escape,
+              escape);
     EXPECT_EQ(contents(mine), "keep");
 
     std::ofstream(folder() / "report.html") << "keep";
-    for (const bool replace : {false, true}) {
-        QString said;
-        whenOpen<ExportDialog>([&](ExportDialog& dialog) {
-            dialog.findChild<QLineEdit*>()->setText(folder_.path());
-            whenOpen<QMessageBox>([&](QMessageBox& box) {
-                said = box.text() + box.informativeText();
-                QTest::keyClick(&box, replace ? Qt::Key_R : Qt::Key_Escape,
-                                replace ? Qt::AltModifier : Qt::NoModifier);
-                if (!replace) dialog.reject();
-            });
-            QTest::keyClick(&dialog, Qt::Key_Enter);
-        });
-        workbook_.exportRunAction()->trigger();
-        EXPECT_TRUE(said.contains("One file") && said.contains("report.html")) << said.toStdString();
-        EXPECT_EQ(contents(folder() / "report.html") == "keep", !replace);
-    }
+    QString said;
+    exportRunTo(
+        "",
+        [&](QMessageBox& box) {
+            said = box.text() + box.informativeText();
+            escape(box);
+        },
+        escape);
+    EXPECT_TRUE(said.contains("One file") && said.contains("report.html")) << said.toStdString();
+    EXPECT_EQ(contents(folder() / "report.html"), "keep");
+    exportRunTo("", [&](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_R, Qt::AltModifier); });
+    EXPECT_NE(contents(folder() / "report.html"), "keep");
 }
 
 TEST_F(WorkbookTest, AFileThatCannotBeWrittenIsSaidWithItsNameAndWhatToDo) {
@@ -377,15 +348,10 @@ TEST_F(WorkbookTest, AFileThatCannotBeWrittenIsSaidWithItsNameAndWhatToDo) {
     EXPECT_EQ(contents(folder() / "in-the-way"), "a file");
 
     QString said;
-    whenOpen<ExportDialog>([this, &said](ExportDialog& dialog) {
-        dialog.findChild<QLineEdit*>()->setText(folder_.filePath("in-the-way"));
-        whenOpen<QMessageBox>([&said](QMessageBox& box) {
-            said = box.text();
-            QTest::keyClick(&box, Qt::Key_Enter);
-        });
-        QTest::keyClick(&dialog, Qt::Key_Enter);
+    exportRunTo("in-the-way", [&said](QMessageBox& box) {
+        said = box.text();
+        QTest::keyClick(&box, Qt::Key_Enter);
     });
-    workbook_.exportRunAction()->trigger();
     EXPECT_TRUE(said.contains("in-the-way"));
 }
 

@@ -5,12 +5,11 @@
 #include "apps/desktop/results/Workbook.h"
 #include "apps/desktop/window/AnalysisRunner.h"
 #include "apps/desktop/window/MainWindow.h"
+#include "tests/apps/desktop/Modals.h"
 #include "tests/apps/desktop/data/Trial.h"
 
 #include <QApplication>
-#include <QMessageBox>
 #include <QPushButton>
-#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -22,9 +21,11 @@ protected:
     Folder folder;
     std::unique_ptr<MainWindow> window;
 
-    void SetUp() override {
-        window =
-            std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{}, folder.path("settings.ini"));
+    void SetUp() override { renew(); }
+    void renew(const ServiceOverrides& services = {}) {
+        window.reset(); // one analysis object at a time
+        window = std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{},
+                                              folder.path("settings.ini"), services);
         window->show();
     }
     static QString example(const char* name) {
@@ -51,20 +52,6 @@ protected:
     void put(int control, ozm::ControlValue value) {
         const ozm::DialogResult result = model().PutValue(control, std::move(value));
         EXPECT_TRUE(result.done) << result.reason;
-    }
-    /// Closes the message box that an action shows, and answers its text.
-    static QString boxOf(const std::function<void()>& action) {
-        QString shown;
-        QTimer timer;
-        QObject::connect(&timer, &QTimer::timeout, [&] {
-            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-                shown += box->text() + QStringLiteral("\n") + box->informativeText() + QStringLiteral("\n");
-                box->accept();
-            }
-        });
-        timer.start(10);
-        action();
-        return shown;
     }
 
     /// From the menu to the specification of the second analysis of the list, with its selections made.

@@ -83,19 +83,15 @@ TEST_F(WindowTest, AFileThatIsNotThereIsToldAndTheDataStay) {
 
     // What options decide can be said then and there.
     const QString marks = folder.write("marks.csv", "time;score\n850;61,5\n12;60.2\n");
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, [&] {
-        QWidget* modal = QApplication::activeModalWidget();
-        if (auto* options = qobject_cast<OpenOptionsDialog*>(modal)) {
-            options->findChild<QComboBox*>("decimal")->setCurrentIndex(1);
-            options->accept();
-        } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
-            ASSERT_EQ(box->buttons().size(), 2) << box->text().toStdString();
-            box->buttons().back()->click();
-        }
-    });
-    timer.start(10);
-    EXPECT_TRUE(window->openFile(marks));
+    answering([&] { EXPECT_TRUE(window->openFile(marks)); },
+              [](QMessageBox& box) {
+                  ASSERT_EQ(box.buttons().size(), 2) << box.text().toStdString();
+                  box.buttons().back()->click();
+              },
+              [](OpenOptionsDialog& options) {
+                  options.findChild<QComboBox*>("decimal")->setCurrentIndex(1);
+                  options.accept();
+              });
     EXPECT_EQ(runner().data().dataSet().caseCount(), 2);
 }
 
@@ -105,70 +101,40 @@ TEST_F(WindowTest, WithoutDataOrModuleItSaysSo) {
     EXPECT_TRUE(alone.openFile(example("aml.csv")));
 }
 
-/// Presses the button of this role in the next message box.
-void answer(QMessageBox::StandardButton with, const std::function<void()>& action, int& asked) {
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, [&] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (box == nullptr || box->button(with) == nullptr) return;
-        ++asked;
-        QTest::mouseClick(box->button(with), Qt::LeftButton);
-    });
-    timer.start(10);
-    action();
-}
-
 TEST_F(WindowTest, ClosingAsksWhatWouldBeLost) {
     ASSERT_TRUE(window->openFile(example("veteran.csv")));
-    specify({{3}, {4}}, 1, 0);
-    click("OK");
-    click("Survival times vs. cum. proportion surviving");
-    int asked = 0;
-    answer(
-        QMessageBox::Cancel, [this] { EXPECT_FALSE(window->close()); }, asked);
-    EXPECT_EQ(asked, 1);
-    EXPECT_TRUE(runner().isActive()); // as if nothing had been asked
-    // Save leads to the export.
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, [&] {
-        auto* dialog = qobject_cast<ExportDialog*>(QApplication::activeModalWidget());
-        if (dialog == nullptr) return;
-        dialog->findChild<QLineEdit*>()->setText(folder.path("saved"));
-        QTest::keyClick(dialog, Qt::Key_Enter);
+    const auto computeAndClose = [this](bool closes, auto... answers) {
+        if (!runner().isActive()) {
+            specify({{3}, {4}}, 1, 0);
+            click("OK");
+        }
+        click("Survival times vs. cum. proportion surviving");
+        answering([&] { EXPECT_EQ(window->close(), closes); }, answers...);
+        EXPECT_EQ(runner().isActive(), !closes) << "kept open, it is as if nothing had been asked";
+    };
+    computeAndClose(false, pressing(QMessageBox::Cancel));
+    computeAndClose(true, pressing(QMessageBox::Save), [this](ExportDialog& dialog) {
+        dialog.findChild<QLineEdit*>()->setText(folder.path("saved"));
+        QTest::keyClick(&dialog, Qt::Key_Enter);
     });
-    timer.start(10);
-    answer(
-        QMessageBox::Save, [this] { EXPECT_TRUE(window->close()); }, asked);
-    EXPECT_EQ(asked, 2);
     EXPECT_TRUE(QFile::exists(folder.path("saved/report.html")));
     window->show();
     EXPECT_TRUE(window->close()); // nothing to lose any more
     window->show();
-    window->startAnalysis();
-    specify({{3}, {4}}, 1, 0);
-    click("OK");
-    click("Survival times vs. cum. proportion surviving");
-    answer(
-        QMessageBox::Discard, [this] { EXPECT_TRUE(window->close()); }, asked);
-    EXPECT_EQ(asked, 3);
+    computeAndClose(true, pressing(QMessageBox::Discard));
 }
 
 TEST_F(WindowTest, EditsOfLabelsAreNotLostUnasked) {
     ASSERT_TRUE(window->openFile(example("veteran.csv")));
     auto* model = window->findChild<VariableTableModel*>();
     ASSERT_TRUE(model->setData(model->index(3, VariableTableModel::Label), "how it ended", Qt::EditRole));
-    int asked = 0;
-    answer(
-        QMessageBox::Cancel, [this] { EXPECT_FALSE(window->openFile(example("aml.csv"))); }, asked);
+    const auto openOther = [this] { return window->openFile(example("aml.csv")); };
+    answering([&] { EXPECT_FALSE(openOther()); }, pressing(QMessageBox::Cancel));
     EXPECT_EQ(window->windowTitle(), "veteran.csv - Korvana");
-    answer(
-        QMessageBox::Cancel, [this] { EXPECT_FALSE(window->close()); }, asked);
-    answer(
-        QMessageBox::Discard, [this] { EXPECT_TRUE(window->openFile(example("aml.csv"))); }, asked);
-    EXPECT_EQ(asked, 3);
+    answering([&] { EXPECT_FALSE(window->close()); }, pressing(QMessageBox::Cancel));
+    answering([&] { EXPECT_TRUE(openOther()); }, pressing(QMessageBox::Discard));
     EXPECT_TRUE(window->openFile(example("veteran.csv"))); // nothing was edited since
     EXPECT_TRUE(window->close());
-    EXPECT_EQ(asked, 3);
 }
 
 struct NoCharts final : SessionCharts {
@@ -183,9 +149,7 @@ TEST_F(WindowTest, RefusedMemoryAndFailingChartsAreMessages) {
     ServiceOverrides services;
     services.memory = &memory;
     services.charts = &charts;
-    window.reset(); // one analysis object at a time
-    window =
-        std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{}, folder.path("s.ini"), services);
+    renew(services);
     ASSERT_TRUE(window->openFile(example("veteran.csv")));
     runner().data().weightBy("prior"); // weighted data take their arrays from the host
     specify({{3}, {4}}, 1, 0);

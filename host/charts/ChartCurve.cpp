@@ -1,4 +1,4 @@
-#include "host/results/ChartCurve.h"
+#include "host/charts/ChartCurve.h"
 
 #include <cmath>
 #include <limits>

@@ -1,4 +1,4 @@
-#include "host/results/SvgFont.h"
+#include "host/charts/SvgFont.h"
 
 #include <QSet>
 #include <QString>
@@ -6,7 +6,7 @@
 #include <hb-subset.h>
 #include <memory>
 
-#include "host/results/ChartFonts.h"
+#include "host/charts/ChartFonts.h"
 
 namespace korvana {
 namespace {

@@ -1,4 +1,4 @@
-#include "host/results/ChartGeometry.h"
+#include "host/charts/ChartGeometry.h"
 
 #include <algorithm>
 #include <cmath>

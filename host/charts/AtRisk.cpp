@@ -1,4 +1,4 @@
-#include "host/results/AtRisk.h"
+#include "host/charts/AtRisk.h"
 
 #include <QFontMetricsF>
 #include <algorithm>

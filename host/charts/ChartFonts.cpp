@@ -1,4 +1,4 @@
-#include "host/results/ChartFonts.h"
+#include "host/charts/ChartFonts.h"
 
 #include <QApplication>
 #include <QFontDatabase>

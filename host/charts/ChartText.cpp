@@ -1,4 +1,4 @@
-#include "host/results/ChartText.h"
+#include "host/charts/ChartText.h"
 
 #include <QFontMetricsF>
 

@@ -2,7 +2,7 @@
 
 #include <qcustomplot.h>
 
-#include "host/results/ChartGeometry.h"
+#include "host/charts/ChartGeometry.h"
 
 namespace korvana {
 

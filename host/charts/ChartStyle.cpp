@@ -1,4 +1,4 @@
-#include "host/results/ChartStyle.h"
+#include "host/charts/ChartStyle.h"
 
 #include <array>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "host/results/ChartRanges.h"
+#include "host/charts/ChartRanges.h"
 
 #include <algorithm>
 

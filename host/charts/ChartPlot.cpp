@@ -1,4 +1,4 @@
-#include "host/results/ChartPlot.h"
+#include "host/charts/ChartPlot.h"
 
 #include <algorithm>
 #include <array>
@@ -11,14 +11,14 @@
 #include <utility>
 #include <vector>
 
-#include "host/results/AtRisk.h"
-#include "host/results/ChartCurve.h"
-#include "host/results/ChartFonts.h"
-#include "host/results/ChartGeometry.h"
-#include "host/results/ChartLegend.h"
-#include "host/results/ChartRanges.h"
-#include "host/results/ChartStyle.h"
-#include "host/results/ChartText.h"
+#include "host/charts/AtRisk.h"
+#include "host/charts/ChartCurve.h"
+#include "host/charts/ChartFonts.h"
+#include "host/charts/ChartGeometry.h"
+#include "host/charts/ChartLegend.h"
+#include "host/charts/ChartRanges.h"
+#include "host/charts/ChartStyle.h"
+#include "host/charts/ChartText.h"
 #include "host/results/Utf8.h"
 
 namespace korvana {

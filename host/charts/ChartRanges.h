@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/results/ChartGeometry.h"
+#include "host/charts/ChartGeometry.h"
 
 namespace korvana {
 

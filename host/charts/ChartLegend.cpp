@@ -1,4 +1,4 @@
-#include "host/results/ChartLegend.h"
+#include "host/charts/ChartLegend.h"
 
 #include <QFontMetricsF>
 #include <algorithm>

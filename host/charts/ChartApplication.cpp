@@ -1,4 +1,4 @@
-#include "host/results/ChartApplication.h"
+#include "host/charts/ChartApplication.h"
 
 #include <QApplication>
 #include <QDir>

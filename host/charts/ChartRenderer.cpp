@@ -1,4 +1,4 @@
-#include "host/results/ChartRenderer.h"
+#include "host/charts/ChartRenderer.h"
 
 #include <QBuffer>
 #include <QByteArray>
@@ -10,14 +10,11 @@
 #include <QXmlStreamWriter>
 #include <exception>
 #include <new>
-#include <optional>
 #include <qcustomplot.h>
-#include <utility>
 
-#include "host/results/ChartApplication.h"
-#include "host/results/ChartPlot.h"
-#include "host/results/DrawingProcess.h"
-#include "host/results/SvgFont.h"
+#include "host/charts/ChartApplication.h"
+#include "host/charts/ChartPlot.h"
+#include "host/charts/SvgFont.h"
 #include "host/results/Utf8.h"
 
 namespace korvana {
@@ -75,50 +72,12 @@ bool drawPdf(QCustomPlot& plot, const ozm::CChartInfo& info, QBuffer& out) {
     return paintOn(plot, writer, kPdfScale, true);
 }
 
-Picture drawHere(const ozm::CChartInfo& info, PictureFormat format, bool numbersAtRisk) {
-    Picture picture;
-    try {
-        picture.error = ensureChartApplication();
-        if (!picture.drawn()) return picture;
-        const QuietQt quiet;
-        QByteArray bytes;
-        QBuffer out(&bytes);
-        out.open(QIODevice::WriteOnly);
-        QCustomPlot plot;
-        PlotOptions options{kWidth, kHeight};
-        options.numbersAtRisk = numbersAtRisk;
-        fillPlot(plot, info, options);
-        const bool drawn = format == PictureFormat::Svg   ? drawSvg(plot, info, out)
-                           : format == PictureFormat::Png ? drawPng(plot, out)
-                                                          : drawPdf(plot, info, out);
-        if (drawn && format == PictureFormat::Svg) bytes = withItsFont(bytes);
-        if (drawn && !bytes.isEmpty()) {
-            picture.bytes = bytes.toStdString();
-        } else {
-            picture.error = kNoMemoryToDraw; // there is no other reason
-        }
-    } catch (const std::bad_alloc&) {
-        picture.error = kNoMemoryToDraw;
-    } catch (const std::exception& problem) {
-        picture.error = problem.what();
-    }
-    return picture;
-}
-
-} // namespace
-
-Picture drawChart(const ozm::CChartInfo& info, PictureFormat format, bool numbersAtRisk) {
-    const auto draw = [&] { return drawHere(info, format, numbersAtRisk); };
-    if (QCoreApplication::instance() == nullptr)
-        if (std::optional<Picture> picture = drawApart(draw)) return std::move(*picture);
-    return draw();
-}
-
-std::string svgForPage(std::string_view svg, std::string_view prefix, std::string_view name) {
+/// The SVG as an HTML page holds it.
+QByteArray svgForPage(const QByteArray& svg, std::string_view prefix, const ozm::CChartInfo& info) {
     const QString scope = QString::fromUtf8(prefix.data(), static_cast<qsizetype>(prefix.size()));
     QByteArray bytes;
     QXmlStreamWriter writer(&bytes);
-    QXmlStreamReader reader(QByteArray(svg.data(), static_cast<qsizetype>(svg.size())));
+    QXmlStreamReader reader(svg);
     reader.setNamespaceProcessing(false);
     bool root = true;
     while (!reader.atEnd()) {
@@ -138,11 +97,46 @@ std::string svgForPage(std::string_view svg, std::string_view prefix, std::strin
         }
         if (root) {
             writer.writeAttribute("role", "img");
-            writer.writeAttribute("aria-label", QString::fromStdString(oneLine(name)));
+            writer.writeAttribute("aria-label", titleOf(info));
         }
         root = false;
     }
-    return bytes.toStdString();
+    return bytes;
+}
+
+} // namespace
+
+Picture renderChart(const ozm::CChartInfo& info, PictureFormat format, const PictureOptions& options) {
+    Picture picture;
+    try {
+        picture.error = ensureChartApplication();
+        if (!picture.drawn()) return picture;
+        const QuietQt quiet;
+        QByteArray bytes;
+        QBuffer out(&bytes);
+        out.open(QIODevice::WriteOnly);
+        QCustomPlot plot;
+        PlotOptions layout{kWidth, kHeight};
+        layout.numbersAtRisk = options.numbersAtRisk;
+        fillPlot(plot, info, layout);
+        const bool drawn = format == PictureFormat::Svg   ? drawSvg(plot, info, out)
+                           : format == PictureFormat::Png ? drawPng(plot, out)
+                                                          : drawPdf(plot, info, out);
+        if (drawn && format == PictureFormat::Svg) {
+            bytes = withItsFont(bytes);
+            if (!options.pagePrefix.empty()) bytes = svgForPage(bytes, options.pagePrefix, info);
+        }
+        if (drawn && !bytes.isEmpty()) {
+            picture.bytes = bytes.toStdString();
+        } else {
+            picture.error = kNoMemoryToDraw; // there is no other reason
+        }
+    } catch (const std::bad_alloc&) {
+        picture.error = kNoMemoryToDraw;
+    } catch (const std::exception& problem) {
+        picture.error = problem.what();
+    }
+    return picture;
 }
 
 } // namespace korvana

@@ -1,0 +1,54 @@
+#include "host/results/ChartDrawing.h"
+
+#include <dlfcn.h>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "host/results/DrawingLibrary.h"
+#include "host/results/DrawingProcess.h"
+
+namespace korvana {
+namespace {
+
+namespace fs = std::filesystem;
+
+ChartDrawer own = nullptr;
+
+Picture notDrawn(const std::string& why) {
+    return {.bytes = {}, .error = "the drawing library " + why};
+}
+
+Picture drawWithLibrary(const ozm::CChartInfo& info, PictureFormat format, const PictureOptions& options) {
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error).parent_path();
+    fs::path file = program / KORVANA_DRAWING_FILE;
+    if (!fs::exists(file, error))
+        file = (program / ".." / "lib" / "korvana" / KORVANA_DRAWING_FILE).lexically_normal();
+    if (!fs::exists(file, error)) return notDrawn("is not installed: there is no " + file.string());
+    // Never unloaded: it leaves things behind that are called when the program ends.
+    void* const library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (library == nullptr) return notDrawn(std::string("cannot be loaded: ") + dlerror());
+    const auto draw = reinterpret_cast<DrawingEntry*>(dlsym(library, kDrawingEntry));
+    if (draw == nullptr) return notDrawn("is of another version: " + file.string());
+    Picture picture;
+    draw(info, format, options, picture);
+    return picture;
+}
+
+} // namespace
+
+void useChartDrawer(ChartDrawer drawer) {
+    own = drawer;
+}
+
+Picture drawChart(const ozm::CChartInfo& info, PictureFormat format, const PictureOptions& options) {
+    if (own != nullptr) return own(info, format, options);
+    const auto draw = [&] { return drawWithLibrary(info, format, options); };
+    std::optional<Picture> picture = drawApart(draw);
+    return picture ? std::move(*picture) : draw();
+}
+
+} // namespace korvana

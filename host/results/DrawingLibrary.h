@@ -1,0 +1,14 @@
+#pragma once
+
+#include "host/results/ChartDrawing.h"
+
+/// The library that draws for programs without windows is loaded when there is something to draw.
+namespace korvana {
+
+inline constexpr const char* kDrawingEntry = "korvanaDrawChart";
+
+/// As `renderChart`.
+using DrawingEntry = void(const ozm::CChartInfo& info, PictureFormat format, const PictureOptions& options,
+                          Picture& picture);
+
+} // namespace korvana

@@ -1,0 +1,122 @@
+#pragma once
+// Hands for modal windows: the answers to those that an action opens, and an end to those that get none.
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPointer>
+#include <QTest>
+#include <QTimer>
+
+#include <deque>
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace korvana::desktop {
+
+/// As long as it lives, ends every modal window that has stood for too long, and fails the test that left it
+/// there with what the window says.
+class ModalWatch {
+public:
+    static constexpr qint64 milliseconds = 20'000;
+
+    ModalWatch() {
+        QObject::connect(&pulse_, &QTimer::timeout, [this] { look(); });
+        pulse_.start(100);
+    }
+
+private:
+    void look() {
+        QWidget* window = QApplication::activeModalWidget();
+        if (window != seen_) since_.start();
+        seen_ = window;
+        if (window == nullptr || !since_.hasExpired(milliseconds)) return;
+        if (++ended_ == 10) qFatal("modal windows come up again and again");
+        const auto* box = qobject_cast<QMessageBox*>(window);
+        ADD_FAILURE() << "nobody answered " << window->metaObject()->className() << " '"
+                      << window->windowTitle().toStdString() << "' "
+                      << (box == nullptr ? "" : (box->text() + ' ' + box->informativeText()).toStdString());
+        for (QWidget* each : QApplication::topLevelWidgets()) {
+            if (!each->isModal() || !each->isVisible()) continue;
+            if (auto* dialog = qobject_cast<QDialog*>(each))
+                dialog->done(QDialog::Rejected);
+            else
+                each->close();
+        }
+    }
+
+    QTimer pulse_;
+    QPointer<QWidget> seen_;
+    QElapsedTimer since_;
+    int ended_ = 0;
+};
+
+/// Runs an action that opens modal windows, one from another or one after the other, and gives each answer,
+/// a function of a window of some class, to the next window of that class. Each answer must be asked for.
+template <class... Answers>
+void answering(const std::function<void()>& action, Answers... answers) {
+    using Answer = std::function<void()>; // to one window; empty where it is not of the answer's class
+    std::deque<std::function<Answer(QWidget*)>> left;
+    const auto add = [&left]<class Window>(std::function<void(Window&)> answer) {
+        left.push_back([answer](QWidget* window) -> Answer {
+            auto* fitting = qobject_cast<Window*>(window);
+            if (fitting == nullptr) return {};
+            return [answer, fitting] { answer(*fitting); };
+        });
+    };
+    (add(std::function(answers)), ...);
+    const QObject life; // ends the looking
+    QPointer<QWidget> answered;
+    std::function<void()> look = [&] {
+        // At once again, and each time by another timer: an answer waits for the windows that it opens.
+        QTimer::singleShot(5, &life, look);
+        QWidget* window = QApplication::activeModalWidget();
+        if (window == answered) return;
+        answered = nullptr;
+        if (window == nullptr || left.empty()) return;
+        if (QApplication::activeWindow() != window) { // before, it hears no shortcuts
+            window->activateWindow();
+            return;
+        }
+        const Answer answer = left.front()(window);
+        if (!answer) return;
+        left.pop_front();
+        answered = window;
+        answer();
+    };
+    look();
+    action();
+    EXPECT_TRUE(QTest::qWaitFor([&left] { return left.empty(); })) << left.size() << " windows did not open";
+}
+
+/// An answer to a message box: its button.
+inline auto pressing(QMessageBox::StandardButton button) {
+    return [button](QMessageBox& box) {
+        ASSERT_NE(box.button(button), nullptr) << box.text().toStdString();
+        box.button(button)->click();
+    };
+}
+
+/// An answer to a file dialog: a path.
+inline auto naming(const QString& path) {
+    return [path](QFileDialog& dialog) {
+        // selectFile leaves a name field that has the keyboard as it is.
+        dialog.findChild<QLineEdit*>("fileNameEdit")->setText(path);
+        QMetaObject::invokeMethod(&dialog, "accept");
+    };
+}
+
+/// Closes the message box that an action shows, and answers its text.
+inline QString boxOf(const std::function<void()>& action) {
+    QString shown;
+    answering(action, [&shown](QMessageBox& box) {
+        shown = box.text() + QLatin1Char('\n') + box.informativeText();
+        box.accept();
+    });
+    return shown;
+}
+
+} // namespace korvana::desktop

@@ -19,7 +19,7 @@ constexpr std::string_view kStyle = R"css(
   :root { --ink: #e4e7ec; --soft: #a2abb9; --page: #14171c; --card: #1d2128; --line: #3a414d;
     --accent: #7cb8f0; --error: #ff9a90; --warning: #f0c060; } }
 * { box-sizing: border-box; }
-body { margin: 0 auto; padding: 2rem 1.25rem 4rem; max-width: 70rem; background: var(--page); color: var(--ink);
+body { margin: 0 auto; padding: 2rem 1.25rem 4rem; max-width: 92rem; background: var(--page); color: var(--ink);
   font: 16px/1.5 system-ui, "DejaVu Sans", Verdana, sans-serif; }
 h1 { font-size: 1.75rem; line-height: 1.2; margin: 0 0 .25rem; }
 h2 { font-size: 1.2rem; margin: 2.5rem 0 .5rem; padding-bottom: .25rem; border-bottom: 1px solid var(--line); }
@@ -42,6 +42,9 @@ tbody tr:nth-child(even) { background: var(--card); }
 details > summary { cursor: pointer; color: var(--accent); margin: .5rem 0; }
 figure { margin: .75rem 0; padding: .5rem; background: #fff; border: 1px solid var(--line); border-radius: 6px; }
 figure svg { display: block; width: 100%; max-width: 960px; height: auto; margin: 0 auto; }
+.top { display: grid; gap: 0 1.5rem; grid-template-columns: minmax(0, 1fr); }
+@media screen and (min-width: 72rem) { .top { grid-template-columns: repeat(2, minmax(0, 1fr)); }
+  .top > :only-child { grid-column: 1 / -1; } .top table { font-size: 13px; } .top th, .top td { padding: .2rem .45rem; } }
 @media print { :root { color-scheme: light; --ink: #000; --soft: #444; --page: #fff; --card: #f6f7f9; --line: #bbb; }
   body { max-width: none; padding: 0; font-size: 11pt; } nav { display: none; } pre { white-space: pre-wrap; }
   h2 { break-after: avoid; } figure { break-inside: avoid; } tr { break-inside: avoid; } thead { display: table-header-group; }
@@ -49,6 +52,7 @@ figure svg { display: block; width: 100%; max-width: 960px; height: auto; margin
   .table { overflow: visible; } table { font-size: 9pt; } th, td { padding: .1rem .4rem; } }
 )css";
 
+constexpr std::size_t kMostSummaryRows = 6;
 constexpr std::size_t kMostOpenRows = 12;
 constexpr std::size_t kMostOpenLines = 40;
 
@@ -62,7 +66,9 @@ std::string grouped(std::size_t number) {
 class Page {
 public:
     Page(const ResultsBook& book, std::ostream& out, const HtmlOptions& options)
-        : book_(book), out_(out), options_(options), order_(readingOrder(book)) {}
+        : book_(book), out_(out), options_(options) {
+        arrange();
+    }
 
     void write() {
         const std::string title = escaped(oneLine(book_.analysis.empty() ? "Results" : book_.analysis));
@@ -78,7 +84,8 @@ public:
         writeContents();
         out_ << "<main>\n";
         writeMessages();
-        for (const std::size_t place : order_)
+        writeTop();
+        for (const std::size_t place : rest_)
             writeOutput(place);
         if (!book_.iterations.empty()) {
             out_ << "<section>\n<h2>Iterations</h2>\n";
@@ -92,21 +99,23 @@ public:
     [[nodiscard]] std::vector<std::string> failures() { return std::move(failures_); }
 
 private:
-    /// The first report, which sums up, and the charts stand first, then everything else; what a report
-    /// repeats is left out.
-    static std::vector<std::size_t> readingOrder(const ResultsBook& book) {
-        std::vector<std::size_t> order;
-        for (std::size_t place = 0; place < book.outputs.size(); ++place)
-            if (!ResultsBook::repeatsReport(book.outputs[place])) order.push_back(place);
-        const auto isReport = [&book](std::size_t place) {
-            return std::holds_alternative<Report>(book.outputs[place]);
-        };
-        const auto report = std::find_if(order.begin(), order.end(), isReport);
-        if (report != order.end()) std::rotate(order.begin(), report, report + 1);
-        std::stable_partition(
-            order.begin() + (report != order.end() ? 1 : 0), order.end(),
-            [&book](std::size_t place) { return std::holds_alternative<Chart>(book.outputs[place]); });
-        return order;
+    /// The first report, which sums up, the shortest tables and the charts stand first, then everything else;
+    /// what a report repeats is left out.
+    void arrange() {
+        bool reported = false;
+        for (std::size_t place = 0; place < book_.outputs.size(); ++place) {
+            const ResultsBook::Output& output = book_.outputs[place];
+            if (ResultsBook::repeatsReport(output)) continue;
+            const auto* sheet = std::get_if<Spreadsheet>(&output);
+            const bool firstReport = std::holds_alternative<Report>(output) && !reported;
+            reported = reported || firstReport;
+            if (std::holds_alternative<Chart>(output))
+                charts_.push_back(place);
+            else if (firstReport || (sheet != nullptr && sheet->rowCount() <= kMostSummaryRows))
+                summary_.insert(firstReport ? summary_.begin() : summary_.end(), place);
+            else
+                rest_.push_back(place);
+        }
     }
 
     [[nodiscard]] static std::string titleOf(const ResultsBook::Output& output) {
@@ -125,11 +134,12 @@ private:
     }
 
     void writeContents() {
-        if (order_.size() < 3) return;
+        if (summary_.size() + charts_.size() + rest_.size() < 3) return;
         out_ << "<nav aria-label=\"Contents\">\n<ul>\n";
-        for (const std::size_t place : order_) {
-            out_ << "<li><a href=\"#output-" << place + 1 << "\">"
-                 << escaped(oneLine(titleOf(book_.outputs[place]))) << "</a></li>\n";
+        for (const auto* places : {&summary_, &charts_, &rest_}) {
+            for (const std::size_t place : *places)
+                out_ << "<li><a href=\"#output-" << place + 1 << "\">"
+                     << escaped(oneLine(titleOf(book_.outputs[place]))) << "</a></li>\n";
         }
         out_ << "</ul>\n</nav>\n";
     }
@@ -152,6 +162,19 @@ private:
             out_ << "</li>\n";
         }
         out_ << "</ul>\n";
+    }
+
+    /// Summary and charts, beside each other where there is room.
+    void writeTop() {
+        if (summary_.empty() && charts_.empty()) return;
+        out_ << "<div class=\"top\">\n";
+        if (!summary_.empty()) out_ << "<div>\n";
+        for (const std::size_t place : summary_)
+            writeOutput(place);
+        if (!summary_.empty()) out_ << "</div>\n";
+        for (const std::size_t place : charts_)
+            writeOutput(place);
+        out_ << "</div>\n";
     }
 
     void writeOutput(std::size_t place) {
@@ -182,7 +205,7 @@ private:
     }
 
     void writeChart(const Chart& chart) {
-        const std::string prefix = "chart-" + std::to_string(++charts_) + "-";
+        const std::string prefix = "chart-" + std::to_string(++pictures_) + "-";
         const Picture picture = drawChart(chart.info, PictureFormat::Svg, {chart.numbersAtRisk, prefix});
         if (picture.drawn()) {
             out_ << "<figure>" << picture.bytes << "</figure>\n";
@@ -251,8 +274,11 @@ private:
     const ResultsBook& book_;
     std::ostream& out_;
     const HtmlOptions& options_;
-    std::vector<std::size_t> order_; ///< of the outputs on the page
-    std::size_t charts_ = 0;
+    // The outputs on the page, in the order of reading.
+    std::vector<std::size_t> summary_;
+    std::vector<std::size_t> charts_;
+    std::vector<std::size_t> rest_;
+    std::size_t pictures_ = 0;
     std::vector<std::string> failures_;
 };
 

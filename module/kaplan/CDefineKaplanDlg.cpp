@@ -3,7 +3,6 @@
 #include "module/kaplan/RunProductLimit.h"
 #include "module/resources/Resources.h"
 #include "module/resources/StepNumbers.h"
-#include "module/survdata/SelectionChecks.h"
 
 namespace ozm::survival {
 
@@ -11,10 +10,7 @@ CDefineKaplanDlg::CDefineKaplanDlg(CAnalysisSupport& host, SharedSettings& share
     : SpecificationDialog(host, KaplanTemplate(), KaplanInterface(), shared), state_(state) {}
 
 void CDefineKaplanDlg::Run() {
-    if (const int message = CheckSelections(Shared()); message != 0) {
-        ShowMessage(message);
-        return;
-    }
+    if (!CommonSelectionsAreValid()) return;
     const bool computed = RunProductLimit(Analysis(), Shared(), state_, this) == 0;
     Leave(computed, StepKaplanResults, StepSpecifyKaplan);
 }

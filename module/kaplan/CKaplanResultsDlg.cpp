@@ -37,13 +37,13 @@ int CKaplanResultsDlg::Output(int control) {
         return LevelIsValid() ? Percentiles() : 0;
     case KaplanPlot1:
     case KaplanPlot1Again:
-        return LevelIsValid() ? Plot(KaplanPlot::Survival) : 0;
+        return LevelIsValid() ? Plot(KaplanPlot::Survival, control) : 0;
     case KaplanCurve:
         return LevelIsValid() ? PlotSurvivalCurve(Analysis(), state_.results, Level()) : 0;
     case KaplanPlot2:
-        return Plot(KaplanPlot::LogTime);
+        return Plot(KaplanPlot::LogTime, control);
     case KaplanPlot3:
-        return Plot(KaplanPlot::LogLog);
+        return Plot(KaplanPlot::LogLog, control);
     default:
         return 0;
     }
@@ -65,10 +65,11 @@ double CKaplanResultsDlg::Level() const {
     return std::clamp(state_.settings.confidenceLevel, 0.0, 1.0);
 }
 
-int CKaplanResultsDlg::Plot(KaplanPlot plot) {
+int CKaplanResultsDlg::Plot(KaplanPlot plot, int control) {
     if (!AllPlotted(state_.results))
         Analysis().DspMessageBox(MessageStyle::Information, this, StrOnly32000Plotted,
-                                 Filled(StrKmPlotsHint, {FormatCount(mostPlotted)}));
+                                 OutputName(control) + "\n" +
+                                     Filled(StrKmPlotsHint, {FormatCount(mostPlotted)}));
     return PlotKaplan(Analysis(), state_.results, plot, Level());
 }
 

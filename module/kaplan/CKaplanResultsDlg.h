@@ -26,7 +26,7 @@ private:
     bool LevelIsValid();
     /// The level in force: one that is a rounding error outside 0..1 means the end itself.
     [[nodiscard]] double Level() const;
-    int Plot(KaplanPlot plot);
+    int Plot(KaplanPlot plot, int control);
     int Percentiles();
 
     KaplanState& state_;

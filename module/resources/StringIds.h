@@ -67,6 +67,7 @@ enum StringId : int {
     StrNeedThreeValid = 20040,
     StrAllCensored = 20041,
     StrOutputName = 20042,
+    StrSelectedVariables = 20043,
 
     // Input header
     StrTimesVariable = 20100,
@@ -159,6 +160,8 @@ enum StringId : int {
     StrLtFewerThan3Cases = 20274,
     StrLtNoWidth = 20275,
     StrLtNoteCorrected = 20276,
+    StrLtCasesOfGroups = 20277,
+    StrLtLargestTime = 20278,
 
     // Two samples
     StrPreparingData = 20300,

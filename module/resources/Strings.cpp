@@ -77,7 +77,8 @@ constexpr StringResource strings[] = {
 
     {StrNeedThreeValid, "Three valid observations are needed."},
     {StrAllCensored, "Every valid observation has the code of censored ones: are the two codes exchanged?"},
-    {StrOutputName, "Output: %1."},
+    {StrOutputName, "Output: %1 (%2)."},
+    {StrSelectedVariables, "%1 variables are selected: %2."},
 
     {StrTimesVariable, "Variable with survival times:"},
     {StrTimesFromDates, "Survival times computed from dates (MM-DD-YY)"},
@@ -172,6 +173,9 @@ constexpr StringResource strings[] = {
     {StrLtNoWidth, "At least one interval has width of less/equal zero; check your input data file"},
     {StrLtNoteCorrected,
      "Note: An interval without a death is given half a death, one that nobody survives half a survivor."},
+    {StrLtCasesOfGroups,
+     "A life table takes three valid cases: there are %1 with code %2 and %3 with code %4 of %5."},
+    {StrLtLargestTime, "The largest survival time is %1 (from %2): no interval can be made of it."},
 
     {StrPreparingData, " Preparing data for analysis ... "},
     {StrTwoTitle, "Two-Sample Tests"},

@@ -11,16 +11,6 @@
 namespace ozm::survival {
 namespace {
 
-/// "'a'", "'a' or 'b'", "'a', 'b' or 'c'".
-std::string OneOf(CAnalysisSupport& host, std::span<const int> variables) {
-    std::string text;
-    for (std::size_t k = 0; k < variables.size(); ++k) {
-        if (k > 0) text += k + 1 < variables.size() ? ", " : " or ";
-        text += QuotedName(host, variables[k]);
-    }
-    return text;
-}
-
 std::string CodeText(CAnalysisSupport& host, int variable, double code) {
     return std::isfinite(code) ? CodeWithLabel(host, variable, code) : std::string{"not set"};
 }
@@ -43,8 +33,8 @@ std::string Reasons(CAnalysisSupport& host, const SharedSettings& settings, cons
     codes(counts.missingGroup, counts.otherGroup, settings.First(ListGrouping), settings.groupCodes[0],
           settings.groupCodes[1]);
     const auto times = settings.Times();
-    reason(counts.missingTime, StrWhyNoValue, {OneOf(host, times)});
-    reason(counts.tooLarge, StrWhyTooLarge, {OneOf(host, times)});
+    reason(counts.missingTime, StrWhyNoValue, {QuotedNames(host, times)});
+    reason(counts.tooLarge, StrWhyTooLarge, {QuotedNames(host, times)});
     reason(counts.invalidDate, StrWhyInvalidDate, {});
     if (times.size() == 2)
         reason(counts.negativeTime, StrWhyEndFirst, {QuotedName(host, times[1]), QuotedName(host, times[0])});

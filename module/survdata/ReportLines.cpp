@@ -102,4 +102,14 @@ std::string QuotedName(CAnalysisSupport& host, int variable) {
     return "'" + VariableName(host, variable) + "'";
 }
 
+std::string QuotedNames(CAnalysisSupport& host, std::span<const int> variables,
+                        std::string_view conjunction) {
+    std::string text;
+    for (std::size_t k = 0; k < variables.size(); ++k) {
+        if (k > 0) text += k + 1 < variables.size() ? ", " : conjunction;
+        text += QuotedName(host, variables[k]);
+    }
+    return text;
+}
+
 } // namespace ozm::survival

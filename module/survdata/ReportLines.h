@@ -49,5 +49,8 @@ std::string Trimmed(int id);
 std::string VariableName(CAnalysisSupport& host, int variable);
 /// The same in quotation marks, for sentences.
 std::string QuotedName(CAnalysisSupport& host, int variable);
+/// "'a'", "'a' or 'b'", "'a', 'b' or 'c'".
+std::string QuotedNames(CAnalysisSupport& host, std::span<const int> variables,
+                        std::string_view conjunction = " or ");
 
 } // namespace ozm::survival

@@ -12,15 +12,19 @@ void ResultsDialog::OnCommand(int control) {
         ExitDialog(SpecificationStep(), ExitMode::Back);
     } else if (!CommonCommand(control)) {
         if (const int message = Output(control); message != 0)
-            ShowMessage(message, Filled(StrOutputName, {OutputName(control)}));
+            ShowMessage(message, OutputName(control) + Reason(message));
     }
 }
 
 std::string ResultsDialog::OutputName(int control) const {
-    const int repeated = Template().Find(control)->repeats;
-    const int known = repeated != 0 ? repeated : control;
+    const ControlTemplate* button = Template().Find(control);
+    std::string caption;
+    for (const char c : ParseControlText(button->text).text)
+        if (c != '&' && !(c == ' ' && caption.ends_with(' '))) caption += c;
+    const int known = button->repeats != 0 ? button->repeats : control;
     for (const AutomationMember& member : Interface()->members)
-        if (member.kind == MemberKind::Action && member.control == known) return std::string{member.help};
+        if (member.kind == MemberKind::Action && member.control == known)
+            return Filled(StrOutputName, {caption, std::string{member.name}});
     return {};
 }
 

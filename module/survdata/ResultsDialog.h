@@ -20,7 +20,10 @@ protected:
     virtual void ReleaseResults() = 0;
     [[nodiscard]] virtual int SpecificationStep() const = 0;
 
-    /// The output of a button as messages name it.
+    /// What the message of an output does not know of its cause; begins with a line break.
+    [[nodiscard]] virtual std::string Reason(int /*message*/) const { return {}; }
+
+    /// The output of a button as messages name it: its caption, and its name for programs.
     [[nodiscard]] std::string OutputName(int control) const;
 };
 

@@ -1,6 +1,11 @@
 #include "module/survdata/SpecificationDialog.h"
 
 #include "module/resources/StepNumbers.h"
+#include "module/resources/StringIds.h"
+#include "module/survdata/ReportLines.h"
+#include "module/survdata/SelectionChecks.h"
+
+#include <string>
 
 namespace ozm::survival {
 
@@ -23,6 +28,19 @@ void SpecificationDialog::OnCommand(int control) {
     default:
         CommonCommand(control);
     }
+}
+
+bool SpecificationDialog::CommonSelectionsAreValid() {
+    const int message = CheckSelections(Shared());
+    if (message == 0) return true;
+    std::string detail;
+    if (message == StrIdenticalCensoringCodes)
+        detail = DescribeCodes(Analysis(), Shared().First(ListCensoring));
+    if (const auto times = Shared().Times(); message == StrInvalidTimeVariables && !times.empty())
+        detail = Filled(StrSelectedVariables, {FormatCount(static_cast<long long>(times.size())),
+                                               QuotedNames(Analysis(), times, " and ")});
+    ShowMessage(message, detail);
+    return false;
 }
 
 void SpecificationDialog::Leave(bool computed, int resultsStep, int specificationStep) {

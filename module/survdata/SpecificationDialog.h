@@ -19,6 +19,9 @@ protected:
     /// OK: checks, which leave the dialog open, then the run, and the way to the step that follows.
     virtual void Run() = 0;
 
+    /// Times, censoring variable and codes; what is wrong is told, and false answered.
+    bool CommonSelectionsAreValid();
+
     /// Closes the dialog after a run: forward to the results, or back to the specification for other data.
     void Leave(bool computed, int resultsStep, int specificationStep);
 };

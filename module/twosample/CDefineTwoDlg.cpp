@@ -34,10 +34,7 @@ void CDefineTwoDlg::OnValueChanged(int control) {
 }
 
 bool CDefineTwoDlg::SelectionsAreValid() {
-    if (const int message = CheckSelections(Shared()); message != 0) {
-        ShowMessage(message);
-        return false;
-    }
+    if (!CommonSelectionsAreValid()) return false;
     if (Shared().List(ListGrouping).size() != 1) {
         ShowMessage(StrNoGroupingVariable);
         return false;

@@ -45,4 +45,8 @@ int CTwoResultsDlg::Output(int control) {
     }
 }
 
+std::string CTwoResultsDlg::Reason(int message) const {
+    return GroupLifeTablesReason(Analysis(), Shared(), state_.results.Sample(), message);
+}
+
 } // namespace ozm::survival

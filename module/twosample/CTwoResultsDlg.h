@@ -16,6 +16,7 @@ public:
 protected:
     void OnOpen() override;
     int Output(int control) override;
+    [[nodiscard]] std::string Reason(int message) const override;
     void ReleaseResults() override { state_.results.Release(); }
     [[nodiscard]] int SpecificationStep() const override { return StepSpecifyTwoSamples; }
     [[nodiscard]] int NotEnoughMemoryString() const override { return StrTwoNoMemory; }

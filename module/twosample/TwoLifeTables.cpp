@@ -147,4 +147,16 @@ int PlotGroupSurvival(CAnalysisSupport& host, const SharedSettings& shared, cons
     return message;
 }
 
+std::string GroupLifeTablesReason(CAnalysisSupport& host, const SharedSettings& shared,
+                                  const PooledSample& sample, int message) {
+    if (message == StrLtFewerThan3Cases)
+        return "\n" + Filled(StrLtCasesOfGroups, {FormatCount(sample.counts.N1()), GroupCode(host, shared, 0),
+                                                  FormatCount(sample.counts.N2()), GroupCode(host, shared, 1),
+                                                  QuotedName(host, shared.First(ListGrouping))});
+    if (message == StrLtNoWidth)
+        return "\n" + Filled(StrLtLargestTime, {FormatNumber(sample.observations.back().time),
+                                                QuotedNames(host, shared.Times(), " and ")});
+    return {};
+}
+
 } // namespace ozm::survival

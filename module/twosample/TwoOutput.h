@@ -34,4 +34,9 @@ enum class SurvivalPlot : std::uint8_t { PerInterval, Cumulative };
 int PlotGroupSurvival(CAnalysisSupport& host, const SharedSettings& shared, const PooledSample& sample,
                       SurvivalPlot plot);
 
+/// What a message of the three has no word of: how many cases the groups have, or the times and their
+/// variables. Begins with a line break; empty for other messages.
+std::string GroupLifeTablesReason(CAnalysisSupport& host, const SharedSettings& shared,
+                                  const PooledSample& sample, int message);
+
 } // namespace ozm::survival

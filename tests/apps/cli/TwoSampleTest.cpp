@@ -153,7 +153,8 @@ TEST_F(TwoSampleTest, ARefusalCarriesItsNumber) {
     // No life table of two cases each; the summary stands all the same.
     const std::string twoEach = "1,1,1\n2,1,1\n3,1,2\n4,0,2\n";
     EXPECT_EQ(compareFile(twoEach).code, ExitResults);
-    refused(compareFile(twoEach, "life-tables,plots"), "20274: Fewer than 3 valid cases.", "");
+    refused(compareFile(twoEach, "life-tables,plots"), "20274: Fewer than 3 valid cases.",
+            "Output: Life table: proportion surviving by group (ProportionSurvivingByGroup).\n");
     refused(compareFile(most + "6,1,1\n"), "14243: Too many datapoints", "takes at most 2000 uncensored");
 }
 

@@ -71,12 +71,13 @@ TEST(HtmlWriter, IsOneWellFormedPage) {
     }
 }
 
-TEST(HtmlWriter, TheFirstReportAndTheChartsStandFirstAndWhatIsLongIsFolded) {
+TEST(HtmlWriter, SummaryAndChartsStandFirstAndWhatIsLongIsFolded) {
     ResultsBook book;
     const auto table = [](const std::string& title, std::size_t rows) {
         return Spreadsheet{title, {}, {}, {{"x", "", {}, std::vector<double>(rows, 1.0)}}};
     };
-    book.append(table("short", 12));
+    book.append(table("open", 12));
+    book.append(table("short", 6));
     book.append(Report{"summary", {"line"}});
     book.append(table("long", 13));
     book.append(Report{"long report", std::vector<std::string>(1000, "line")});
@@ -87,7 +88,7 @@ TEST(HtmlWriter, TheFirstReportAndTheChartsStandFirstAndWhatIsLongIsFolded) {
     EXPECT_TRUE(writeHtml(book, out).empty());
     const std::string page = out.str();
     std::size_t last = 0;
-    for (const char* title : {"summary", "one", "two", "short", "long", "long report", "more"}) {
+    for (const char* title : {"summary", "short", "one", "two", "open", "long", "long report", "more"}) {
         const std::size_t place = page.find("<h2>" + std::string(title) + "</h2>");
         ASSERT_NE(place, std::string::npos) << title;
         EXPECT_GT(place, last) << title;

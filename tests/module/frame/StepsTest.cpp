@@ -82,9 +82,11 @@ TEST_F(KaplanFixture, SpecificationChecksLeaveTheDialogOpen) {
     script.Put("CodeForCensoredResponses", 1);
     EXPECT_EQ(host.Press(analysis, ControlOk), -1);
     EXPECT_EQ(host.messages.back().id, StrIdenticalCensoringCodes);
+    EXPECT_TRUE(host.messages.back().detail.starts_with("Codes of ")) << host.messages.back().detail;
     script.Put("Variables", AutomationValue::List{AutomationValue::List{1, 2, 1}, AutomationValue::List{2}});
     host.Press(analysis, ControlOk);
     EXPECT_EQ(host.messages.back().id, StrInvalidTimeVariables);
+    EXPECT_TRUE(host.messages.back().detail.starts_with("3 variables are selected: '"));
     script.Put("Variables", AutomationValue::List{AutomationValue::List{1}, AutomationValue::List{}});
     host.Press(analysis, ControlOk);
     EXPECT_EQ(host.messages.back().id, StrNoCensoringVariable);

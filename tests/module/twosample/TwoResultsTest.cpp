@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <set>
 
 namespace ozm::survival {
 namespace {
@@ -228,16 +227,18 @@ TEST_F(TwoFixture, GroupsTooSmallForALifeTable) {
                                "CumulativeProportionSurvivingByGroup"})
         host.Script().Call(output);
     EXPECT_EQ(host.messages.back().id, StrLtFewerThan3Cases);
-    std::set<std::string> details; // each message names its output
-    for (const test::Shown& message : host.messages)
-        details.insert(message.detail);
-    EXPECT_EQ(details.size(), 3U);
-    EXPECT_TRUE(details.contains("Output: Plot of proportion surviving by group."));
+    EXPECT_EQ(
+        host.messages.back().detail,
+        "Output: Plot of cumulative proportion surviving by group (CumulativeProportionSurvivingByGroup).\n"
+        "A life table takes three valid cases: there are 2 with code 1 (CMF) and 2 with code 2 (control) of 'arm'.");
     host.Press(analysis, ControlCancel);
     Data({0, 0, 0, 0, 0, 0}, {1, 1, 1, 0, 1, 1}, {1, 2, 1, 1, 2, 2});
     Run();
     host.Script().Call("CumulativeProportionSurvivingByGroup");
     EXPECT_EQ(host.messages.back().id, StrLtNoWidth);
+    EXPECT_TRUE(host.messages.back().detail.ends_with(
+        "\nThe largest survival time is 0 (from 'months'): no interval can be "
+        "made of it."));
 }
 
 TEST_F(TwoFixture, FailingOutputsAreToldAndTheDialogLivesOn) {
@@ -247,6 +248,7 @@ TEST_F(TwoFixture, FailingOutputsAreToldAndTheDialogLivesOn) {
         host.messages.clear();
         EXPECT_TRUE(host.Script().Call(action).ok);
         ASSERT_EQ(host.messages.size(), 1U) << action;
+        EXPECT_NE(host.messages[0].detail.find(std::string("(") + action + ")."), std::string::npos);
         EXPECT_TRUE(host.messages[0].id == StrSpreadsheetFailed || host.messages[0].id == StrGraphicsError);
     }
     EXPECT_EQ(host.Press(analysis, ControlCancel), StepSpecifyTwoSamples);

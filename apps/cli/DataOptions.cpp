@@ -173,7 +173,11 @@ void DataOptions::open(ActiveData& data) const {
     if (all > 0 && data.selectedCount() == 0)
         throw UsageError("--select \"" + select_ + "\" holds for none of the " + std::to_string(all) +
                          " cases" + valuesIn(data.dataSet(), select_));
-    data.weightBy(weight_);
+    try {
+        data.weightBy(weight_);
+    } catch (const DataError& error) {
+        throw UsageError(std::string{"--weight: "} + error.what());
+    }
 }
 
 } // namespace korvana::cli

@@ -5,6 +5,7 @@
 #include "host/results/ResultsFolder.h"
 #include "host/results/TextWriter.h"
 
+#include <filesystem>
 #include <stdexcept>
 
 namespace korvana::cli {
@@ -41,7 +42,11 @@ void OutputOptions::check() {
     }
     if (!toFiles() && formats_ != only(OutputFormat::Txt) && formats_ != only(OutputFormat::Json))
         throw UsageError("--format " + format_ + " needs -o DIR; standard output takes either txt or json");
-    if (toFiles()) refuseToReplaceOthers(directory_, certainFileNames(formats_));
+    if (!toFiles()) return;
+    const std::filesystem::file_type type = std::filesystem::symlink_status(directory_).type();
+    if (type != std::filesystem::file_type::not_found && !std::filesystem::is_directory(directory_))
+        throw UsageError("--output: '" + directory_ + "' is there and no folder; name another one");
+    refuseToReplaceOthers(directory_, certainFileNames(formats_));
 }
 
 int OutputOptions::write(const ResultsBook& book, Console& console) const {

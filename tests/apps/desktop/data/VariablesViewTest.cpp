@@ -134,11 +134,10 @@ TEST_F(Variables, ValueLabelsAreEditedInADialog) {
     EXPECT_EQ(cell(3, VariableTableModel::ValueLabels), "0 = censored, 1 = dead, 2 = twice");
     EXPECT_EQ(data.dataSet().variable(3).missingCode, 9);
 
-    QSignalSpy edits(&view, &VariablesView::variablesChanged);
-    QTimer::singleShot(0, &view, [&] { view.findChild<ValueLabelsDialog*>()->accept(); });
-    view.editValueLabels(3);
+    const QSignalSpy changes(&view, &VariablesView::variablesChanged);
+    answering([this] { view.editValueLabels(3); }, [](ValueLabelsDialog& dialog) { dialog.accept(); });
     EXPECT_TRUE(edit(3, VariableTableModel::MissingCode, "9.0"));
-    EXPECT_EQ(edits.count(), 0) << "an OK that changes nothing is no edit";
+    EXPECT_EQ(changes.count(), 0) << "an OK that changes nothing is no edit";
 
     view.editValueLabels(1); // the texts of a file: no dialog, a word instead
     EXPECT_NE(message(), "");

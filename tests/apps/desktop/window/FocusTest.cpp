@@ -13,6 +13,8 @@
 #include <QTableView>
 #include <QTreeWidget>
 
+#include <cmath>
+
 namespace korvana::desktop {
 namespace {
 
@@ -55,6 +57,9 @@ TEST_F(Focus, StaysInTheDialogThatOpenedAnother) {
 TEST_F(Focus, ComesBackToTheFieldInADialogThatWasLeft) {
     specify();
     const auto field = [this](const char* control) { return view()->findChild<QWidget*>(control); };
+    put(1001, ozm::VariableSelection{{}, {}});
+    for (const int code : {1002, 1003})
+        put(code, std::nan(""));
     auto* search = view()->findChild<QLineEdit*>("search");
     for (const auto& [name, box] : {std::pair{"time", Qt::Key_1}, {"status", Qt::Key_2}}) {
         search->setText(name);

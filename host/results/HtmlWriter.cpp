@@ -42,9 +42,8 @@ tbody tr:nth-child(even) { background: var(--card); }
 details > summary { cursor: pointer; color: var(--accent); margin: .5rem 0; }
 figure { margin: .75rem 0; padding: .5rem; background: #fff; border: 1px solid var(--line); border-radius: 6px; }
 figure svg { display: block; width: 100%; max-width: 960px; height: auto; margin: 0 auto; }
-.top { display: grid; gap: 0 1.5rem; grid-template-columns: minmax(0, 1fr); }
-@media screen and (min-width: 72rem) { .top { grid-template-columns: repeat(2, minmax(0, 1fr)); }
-  .top > :only-child { grid-column: 1 / -1; } .top table { font-size: 13px; } .top th, .top td { padding: .2rem .45rem; } }
+@media screen and (min-width: 84rem) { .top { columns: 2; column-gap: 1.5rem; } .top section { break-inside: avoid; }
+  .top h2 { margin-top: 0; padding-top: 1rem; } .top table { font-size: 12px; } .top th, .top td { padding: .2rem .25rem; } }
 @media print { :root { color-scheme: light; --ink: #000; --soft: #444; --page: #fff; --card: #f6f7f9; --line: #bbb; }
   body { max-width: none; padding: 0; font-size: 11pt; } nav { display: none; } pre { white-space: pre-wrap; }
   h2 { break-after: avoid; } figure { break-inside: avoid; } tr { break-inside: avoid; } thead { display: table-header-group; }
@@ -168,12 +167,9 @@ private:
     void writeTop() {
         if (summary_.empty() && charts_.empty()) return;
         out_ << "<div class=\"top\">\n";
-        if (!summary_.empty()) out_ << "<div>\n";
-        for (const std::size_t place : summary_)
-            writeOutput(place);
-        if (!summary_.empty()) out_ << "</div>\n";
-        for (const std::size_t place : charts_)
-            writeOutput(place);
+        for (const auto* places : {&summary_, &charts_})
+            for (const std::size_t place : *places)
+                writeOutput(place);
         out_ << "</div>\n";
     }
 

@@ -1,6 +1,7 @@
 #include "host/session/DialogValues.h"
 
 #include "support/ModuleResources.h"
+#include "support/dialogs/ControlText.h"
 
 #include <cmath>
 #include <string_view>
@@ -76,7 +77,7 @@ private:
         const ozm::ModuleHandle module = dialog_.Analysis().GetLibInstance();
         if (place >= control.choices.size() || module == nullptr) return named;
         const ozm::ChoiceTemplate& chosen = control.choices[place];
-        named.text = plainLabel(module->String(chosen.text));
+        named.text = ozm::PlainControlText(module->String(chosen.text));
         if (module->typeLibrary == nullptr) return named;
         for (const ozm::AutomationEnumeration& each : module->typeLibrary->enumerations) {
             const auto index = static_cast<std::size_t>(chosen.member) - 1;
@@ -92,19 +93,6 @@ private:
 
 } // namespace
 
-std::string plainLabel(std::string_view controlText) {
-    const std::string_view text = ozm::ParseControlText(controlText).text;
-    std::string label;
-    for (std::size_t place = 0; place < text.size(); ++place) {
-        if (text[place] == '&' && ++place == text.size()) break; // "&&" is an ampersand
-        if (text[place] == ' ' && (label.empty() || label.back() == ' ')) continue;
-        label += text[place];
-    }
-    while (!label.empty() && (label.back() == ' ' || label.back() == ':'))
-        label.pop_back();
-    return label;
-}
-
 DialogSettings settingsOf(const ozm::CAnalysisDialog& dialog, const DataSet& data) {
     DialogSettings all;
     all.title = dialog.Template().title;
@@ -116,8 +104,8 @@ DialogSettings settingsOf(const ozm::CAnalysisDialog& dialog, const DataSet& dat
         if (member.kind != ozm::MemberKind::Property) continue;
         const ozm::ControlTemplate* control = dialog.Template().Find(member.control);
         if (control == nullptr) continue;
-        all.settings.push_back(
-            {std::string{member.name}, plainLabel(control->text), reading.value(member, *control)});
+        all.settings.push_back({std::string{member.name}, ozm::PlainControlText(control->text),
+                                reading.value(member, *control)});
     }
     return all;
 }
@@ -127,7 +115,7 @@ ButtonName nameOfButton(const ozm::CAnalysisDialog& dialog, int control) {
     const ozm::ControlTemplate* found = dialog.Template().Find(control);
     if (found == nullptr) return name;
     if (const ozm::ControlTemplate* first = dialog.Template().Find(found->repeats)) found = first;
-    name.label = plainLabel(found->text);
+    name.label = ozm::PlainControlText(found->text);
     if (const ozm::AutomationInterface* interface = dialog.Interface())
         for (const ozm::AutomationMember& member : interface->members)
             if (member.kind == ozm::MemberKind::Action && member.control == found->id) name.id = member.name;

@@ -18,7 +18,4 @@ struct ButtonName {
 };
 [[nodiscard]] ButtonName nameOfButton(const ozm::CAnalysisDialog& dialog, int control);
 
-/// A control's text as people read it: without icon, accelerator marks and a colon at the end.
-[[nodiscard]] std::string plainLabel(std::string_view controlText);
-
 } // namespace korvana

@@ -2,6 +2,7 @@
 
 #include "module/resources/StringIds.h"
 #include "module/survdata/ReportLines.h"
+#include "support/dialogs/ControlText.h"
 
 namespace ozm::survival {
 
@@ -18,13 +19,10 @@ void ResultsDialog::OnCommand(int control) {
 
 std::string ResultsDialog::OutputName(int control) const {
     const ControlTemplate* button = Template().Find(control);
-    std::string caption;
-    for (const char c : ParseControlText(button->text).text)
-        if (c != '&' && !(c == ' ' && caption.ends_with(' '))) caption += c;
     const int known = button->repeats != 0 ? button->repeats : control;
     for (const AutomationMember& member : Interface()->members)
         if (member.kind == MemberKind::Action && member.control == known)
-            return Filled(StrOutputName, {caption, std::string{member.name}});
+            return Filled(StrOutputName, {PlainControlText(button->text), std::string{member.name}});
     return {};
 }
 

@@ -1,5 +1,7 @@
 #include "support/dialogs/DialogTemplate.h"
 
+#include "support/dialogs/ControlText.h"
+
 #include <cctype>
 
 namespace ozm {
@@ -28,6 +30,19 @@ ControlText ParseControlText(std::string_view text) {
     if (lettered) parts.iconLetter = text[0];
     parts.text = text.substr(lettered ? 1 : 0);
     return parts;
+}
+
+std::string PlainControlText(std::string_view controlText) {
+    const std::string_view text = ParseControlText(controlText).text;
+    std::string label;
+    for (std::size_t place = 0; place < text.size(); ++place) {
+        if (text[place] == '&' && ++place == text.size()) break; // "&&" is an ampersand
+        if (text[place] == ' ' && (label.empty() || label.back() == ' ')) continue;
+        label += text[place];
+    }
+    while (!label.empty() && (label.back() == ' ' || label.back() == ':'))
+        label.pop_back();
+    return label;
 }
 
 } // namespace ozm

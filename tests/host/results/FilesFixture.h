@@ -79,8 +79,8 @@ inline ResultsBook bigBook(std::size_t rows) {
         x[i] = 1.0 / (static_cast<double>(i) + 3.0);
         n[i] = static_cast<std::int32_t>(i);
     }
-    sheet.columns.push_back({"x", "", {}, std::move(x)});
     sheet.columns.push_back({"n", "", {}, std::move(n)});
+    sheet.columns.push_back({"x", "", {}, std::move(x)});
     book.append(std::move(sheet));
     return book;
 }

@@ -65,16 +65,6 @@ TEST(Spreadsheet, CopiesWhatAModuleHandsOver) {
     EXPECT_EQ(sheet.cell(0, 9).kind, Spreadsheet::Cell::Kind::Empty);
 }
 
-TEST(ResultsBook, TheLastSpreadsheetIsNotTheLastOutput) {
-    ResultsBook book;
-    EXPECT_EQ(book.lastSpreadsheet(), nullptr);
-    book.append(Spreadsheet{}).title = "first";
-    book.append(Spreadsheet{}).title = "second";
-    book.append(Report{"r", {}});
-    ASSERT_NE(book.lastSpreadsheet(), nullptr);
-    EXPECT_EQ(book.lastSpreadsheet()->title, "second");
-}
-
 TEST(ResultsBook, OutputsHaveNamesForPrograms) {
     ResultsBook book;
     const auto made = [](const char* id) {
@@ -176,17 +166,6 @@ TEST(JsonWriter, HoldsTheWholeBook) {
     EXPECT_EQ(chart["series"][2]["role"], "upper");
     EXPECT_EQ(chart["series"][3]["style"], "markers");
     EXPECT_EQ(chart["series"][3]["x"], nlohmann::json({3, 6}));
-}
-
-TEST(JsonWriter, AnEmptyBookIsStillComplete) {
-    std::ostringstream out;
-    ResultsBook book;
-    book.status = -3;
-    writeJson(book, out);
-    const nlohmann::json json = nlohmann::json::parse(out.str());
-    EXPECT_EQ(json["status"], -3);
-    for (const char* key : {"messages", "reports", "spreadsheets", "charts", "iterations"})
-        EXPECT_TRUE(json.at(key).is_array() && json[key].empty()) << key;
 }
 
 TEST(CsvWriter, QuotesAndNamesColumns) {

@@ -1,6 +1,6 @@
 #include "host/session/Session.h"
 
-#include "host/session/DialogValues.h"
+#include "support/dialogs/ControlText.h"
 #include "tests/host/session/TinyAnalysis.h"
 
 #include <gtest/gtest.h>
@@ -124,10 +124,10 @@ TEST_F(OriginTest, ResultsKeepTheStateOfTheirRun) {
 }
 
 TEST(ControlLabels, AreReadableAsText) {
-    EXPECT_EQ(plainLabel("!249S&ummary:  Product-limit"), "Summary: Product-limit");
-    EXPECT_EQ(plainLabel("&Conf. Level:"), "Conf. Level");
-    EXPECT_EQ(plainLabel("ePercentiles &&&co &"), "Percentiles &co");
-    EXPECT_EQ(plainLabel(""), "");
+    EXPECT_EQ(ozm::PlainControlText("!249S&ummary:  Product-limit"), "Summary: Product-limit");
+    EXPECT_EQ(ozm::PlainControlText("&Conf. Level:"), "Conf. Level");
+    EXPECT_EQ(ozm::PlainControlText("ePercentiles &&&co &"), "Percentiles &co");
+    EXPECT_EQ(ozm::PlainControlText(""), "");
 }
 
 } // namespace

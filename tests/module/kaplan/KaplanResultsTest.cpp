@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <numeric>
 
 namespace ozm::survival {
 namespace {
@@ -127,19 +126,6 @@ TEST_F(KaplanFixture, ALevelOutOfRangeIsToldAndReset) {
         results.Call("PlotOfSurvivalTimesVsCumProportionSurviving");
     }
     EXPECT_EQ(host.charts.size(), 3U);
-}
-
-TEST_F(KaplanFixture, MoreThanThePlottableCasesAreCutAfterAMessage) {
-    auto& times = host.columns[0].values;
-    times.resize(32001);
-    std::iota(times.rbegin(), times.rend(), 1.0);
-    host.columns[1].values.assign(32001, 1.0);
-    Run();
-    host.Script().Call("PlotOfSurvivalTimesVsCumProportionSurviving");
-    EXPECT_EQ(host.messages.back().text, "Only the first 32000 cases will be plotted.");
-    EXPECT_EQ(host.charts[0].series[0].x.size(), 32001U); // and the start of the curve
-    EXPECT_EQ(host.charts[0].series[0].x.back(), 32000.0);
-    EXPECT_EQ(host.charts[0].series[0].staying, 1);
 }
 
 TEST_F(KaplanFixture, FailingOutputsAreToldAndTheDialogLivesOn) {

@@ -170,8 +170,20 @@ TEST_F(KaplanFixture, TheCurveOfManyShowsAllOfThemAndThePlotsSayWhatTheyDoNot) {
     results.Call("SurvivalCurve");
     EXPECT_TRUE(host.messages.empty());
     results.Call("PlotOfSurvivalTimesVsCumProportionSurviving");
+    EXPECT_EQ(host.messages.back().text, "Only the first 32000 cases will be plotted.");
+    EXPECT_EQ(
+        host.messages.back().detail.rfind("Output: Survival times vs. cum. proportion surviving (Plot", 0),
+        0U);
     results.Call("PlotOfLogSurvivalTimesVsCumProportionSurviving");
     ASSERT_EQ(host.charts.size(), 3U);
+    const KaplanResults& r = State().results;
+    const ChartSeries& first = host.charts[1].series[0];
+    const auto among = [last = first.x.back()](std::span<const double> all) {
+        return std::upper_bound(all.begin(), all.end(), last) - all.begin();
+    };
+    EXPECT_EQ(first.x.size(),
+              static_cast<std::size_t>(among(r.UncensoredTimes())) + 2); // start and end of the curve
+    EXPECT_EQ(first.staying, cases - 32000);
     EXPECT_EQ(host.charts[0].notes,
               std::vector<std::string>{
                   "All 50000 observations are drawn, those that a page cannot tell apart as one."});
@@ -180,7 +192,6 @@ TEST_F(KaplanFixture, TheCurveOfManyShowsAllOfThemAndThePlotsSayWhatTheyDoNot) {
                   std::vector<std::string>{"Only the first 32000 of 50000 observations in order of time are "
                                            "drawn; the survival curve draws all."});
     const ChartSeries& curve = host.charts[0].series[0];
-    const KaplanResults& r = State().results;
     EXPECT_EQ(curve.x.back(), std::max(r.UncensoredTimes().back(), r.CensoredTimes().back()));
     EXPECT_LT(curve.x.size(), 10000U);
     // Each point stands on the estimate.

@@ -50,6 +50,7 @@ void put(MainWindow& window, int control, ozm::ControlValue value) {
 std::unique_ptr<MainWindow> windowOn(const QString& file) {
     auto window = std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{},
                                                folder.filePath(QStringLiteral(".settings.ini")));
+    window->resize(1260, 700); // whatever the screen
     window->show();
     if (!window->openFile(QStringLiteral(KORVANA_SOURCE_DIR "/examples/data/") + file)) std::exit(1);
     return window;

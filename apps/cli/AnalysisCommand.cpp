@@ -76,8 +76,8 @@ int AnalysisCommand::run(Console& console) {
     session.addObserver(times);
     session.addObserver(log_);
     log_.begin(console);
-    log_.tell("Reading " + data_.path());
-    progress.status("Reading " + data_.path() + " ...");
+    log_.tell("Reading " + data_.source());
+    progress.status("Reading " + data_.source() + " ...");
     times.status("Opening the file");
     data_.open(session.data());
     log_.tellData(session.data());

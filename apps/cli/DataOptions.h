@@ -17,7 +17,8 @@ public:
 
     /// Reads the file into `data` and applies the options. Throws UsageError, DataError, ExpressionError.
     void open(ActiveData& data) const;
-    [[nodiscard]] const std::string& path() const { return path_; }
+    /// What is read, as messages name it.
+    [[nodiscard]] std::string source() const { return path_ == "-" ? "standard input" : path_; }
 
 private:
     std::string path_;

@@ -17,7 +17,7 @@ public:
     int run(Console& console) override {
         ActiveData data;
         log_.begin(console);
-        log_.tell("Reading " + data_.path());
+        log_.tell("Reading " + data_.source());
         data_.open(data);
         log_.tellData(data);
         if (json_)

@@ -1,10 +1,7 @@
 #pragma once
 
-#include <QHeaderView>
-#include <QImage>
-#include <QListView>
-#include <QString>
-#include <QWidget>
+#include <QtTest>
+#include <QtWidgets>
 
 #include <algorithm>
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QLabel>
+#include <QtTest>
+#include <QtWidgets>
 
 namespace korvana::desktop {
 

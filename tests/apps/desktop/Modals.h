@@ -1,15 +1,8 @@
 #pragma once
 // Hands for modal windows: the answers to those that an action opens, and an end to those that get none.
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QElapsedTimer>
-#include <QFileDialog>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPointer>
-#include <QTest>
-#include <QTimer>
+#include <QtTest>
+#include <QtWidgets>
 
 #include <deque>
 #include <functional>

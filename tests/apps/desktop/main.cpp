@@ -1,9 +1,5 @@
 #include "tests/apps/desktop/Modals.h"
 
-#include <QApplication>
-#include <QSettings>
-#include <QStyleFactory>
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {

@@ -6,82 +6,55 @@
 #include "apps/desktop/data/DataView.h"
 #include "apps/desktop/data/VariableChooser.h"
 #include "apps/desktop/data/VariablesView.h"
-#include "tests/apps/desktop/Labels.h"
 #include "tests/apps/desktop/data/Trial.h"
-
-#include <QAbstractItemModelTester>
-#include <QAction>
-#include <QLineEdit>
-#include <QListView>
-#include <QTableView>
 
 namespace korvana::desktop {
 namespace {
 
-struct Compute : testing::Test {
-    ActiveData data;
-    ComputeDialog* dialog = nullptr;
-    std::unique_ptr<ComputeDialog> owner;
-
-    void SetUp() override {
-        openTrial(data);
-        renew();
-    }
-    void renew() {
-        owner = std::make_unique<ComputeDialog>(data);
-        dialog = owner.get();
-        dialog->show();
-    }
-    QLineEdit* name() { return dialog->findChild<QLineEdit*>("name"); }
-    ConditionEdit* expression() { return dialog->findChild<ConditionEdit*>(); }
+struct Compute : DataDialog<ComputeDialog> {
+    Compute() { openDialog(); }
+    QLineEdit* name() { return part<QLineEdit>("name"); }
+    ConditionEdit* expression() { return part<ConditionEdit>(); }
     void write(const char* named, const char* as) {
         name()->setText(named);
         expression()->setPlainText(as);
-    }
-    bool shows(const char* text) {
-        return QTest::qWaitFor([&] { return says(*dialog, text); });
-    }
-    bool accepted() {
-        dialog->accept();
-        return dialog->result() == QDialog::Accepted;
     }
 };
 
 TEST_F(Compute, ShowsWhatTheFirstCasesGetAndAddsTheVariable) {
     QTest::keyClicks(name(), "old");
-    auto* variables = dialog->findChild<VariableChooser*>();
+    auto* variables = part<VariableChooser>();
     variables->setCurrent(0);
     QTest::keyClick(variables->list(), Qt::Key_Space);
     EXPECT_EQ(expression()->toPlainText(), "age") << "pieces are inserted";
     QTest::keyClicks(expression(), " >= 62");
-    EXPECT_TRUE(shows("The first cases: 0, 1, 1, 0"));
+    EXPECT_TRUE(says("The first cases: 0, 1, 1, 0"));
     write("pay", "`white cells` / (age - 62)");
-    EXPECT_TRUE(shows("The first cases: -0.136364, ., 0.40625, -0.285714"));
+    EXPECT_TRUE(says("The first cases: -0.136364, ., 0.40625, -0.285714"));
     write("old", "age >= 62");
     QTest::keyClick(variables->search(), Qt::Key_Return); // OK, wherever the keyboard is
-    ASSERT_EQ(dialog->result(), QDialog::Accepted);
+    ASSERT_TRUE(accepted());
     ASSERT_EQ(data.dataSet().variableCount(), 6);
     EXPECT_EQ(data.dataSet().variable(5).name, "old");
     EXPECT_EQ(data.dataSet().column(5)[1], 1.0);
 }
 
 TEST_F(Compute, SaysWhatIsWrongAndWhereAndAddsNothing) {
-    write("x", "age + ages");
-    EXPECT_TRUE(shows("ages"));
-    EXPECT_EQ(expression()->markedAt(), 6);
-    EXPECT_FALSE(accepted());
-    write("x", "age +");
-    EXPECT_FALSE(accepted());
-    EXPECT_TRUE(shows("age +"));
-    write("AGE", "age + 1");
-    EXPECT_TRUE(shows("there is already a variable 'age'"));
-    EXPECT_FALSE(accepted());
-    write("", "age + 1");
-    EXPECT_FALSE(accepted());
-    EXPECT_TRUE(shows("needs a name"));
-    write("x", " ");
-    EXPECT_FALSE(accepted());
-    EXPECT_TRUE(shows("write an expression"));
+    struct Wrong {
+        const char* name;
+        const char* expression;
+        const char* said;
+    };
+    for (const Wrong& wrong : {Wrong{"x", "age + ages", "ages"},
+                               {"x", "age +", "age +"},
+                               {"AGE", "age + 1", "there is already a variable 'age'"},
+                               {"", "age + 1", "needs a name"},
+                               {"x", " ", "write an expression"}}) {
+        write(wrong.name, wrong.expression);
+        EXPECT_FALSE(accepts()) << wrong.said;
+        EXPECT_TRUE(says(wrong.said)) << wrong.said;
+        EXPECT_EQ(expression()->markedAt() == 6, wrong.said == std::string_view("ages"));
+    }
     EXPECT_EQ(data.dataSet().variableCount(), 5);
 }
 
@@ -128,16 +101,16 @@ TEST_F(Compute, ViewsFollowAVariableThatComesAndGoes) {
         return variables.table()->model()->rowCount();
     };
     EXPECT_EQ(remove(0), 7);
-    EXPECT_TRUE(says(variables, "'age' stays: it was read"));
+    EXPECT_TRUE(desktop::says(variables, "'age' stays: it was read"));
     EXPECT_EQ(remove(5), 7);
-    EXPECT_TRUE(says(variables, "'oldest' is computed from it"));
+    EXPECT_TRUE(desktop::says(variables, "'oldest' is computed from it"));
     data.select("oldest > 60");
     EXPECT_EQ(remove(6), 7);
-    EXPECT_TRUE(says(variables, "the selection of cases uses it"));
+    EXPECT_TRUE(desktop::says(variables, "the selection of cases uses it"));
     data.select("");
     data.weightBy("oldest");
     EXPECT_EQ(remove(6), 7);
-    EXPECT_TRUE(says(variables, "it weights the cases"));
+    EXPECT_TRUE(desktop::says(variables, "it weights the cases"));
     data.define(Definition{"last", "age"});
     show();
     data.weightBy("last");
@@ -149,7 +122,7 @@ TEST_F(Compute, ViewsFollowAVariableThatComesAndGoes) {
     variables.setEditable(false);
     data.weightBy("");
     EXPECT_EQ(remove(6), 7);
-    EXPECT_TRUE(says(variables, "while an analysis runs"));
+    EXPECT_TRUE(desktop::says(variables, "while an analysis runs"));
     for (const std::string& note : data.notes())
         EXPECT_EQ(note.find("oldest"), std::string::npos) << note;
 }

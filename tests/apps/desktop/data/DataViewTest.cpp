@@ -5,93 +5,83 @@
 #include "tests/apps/desktop/Ellipsis.h"
 #include "tests/apps/desktop/data/Trial.h"
 
-#include <QAbstractItemModelTester>
-#include <QApplication>
-#include <QClipboard>
-#include <QLabel>
-#include <QScrollBar>
-#include <QSpinBox>
-#include <QTableView>
-
 namespace korvana::desktop {
 namespace {
 
-QString cell(const DataView& view, int row, int column, int role = Qt::DisplayRole) {
-    return view.table()->model()->index(row, column).data(role).toString();
-}
+struct DataViews : testing::Test {
+    void show() {
+        view.setData(&data);
+        view.show();
+    }
+    const QAbstractItemModel& model() const { return *view.table()->model(); }
+    QString cell(int row, int column, int role = Qt::DisplayRole) const {
+        return model().index(row, column).data(role).toString();
+    }
+    bool flag(int row, int column, int role) const { return model().index(row, column).data(role).toBool(); }
+    void select(int top, int left, int bottom, int right) const {
+        view.table()->selectionModel()->select({model().index(top, left), model().index(bottom, right)},
+                                               QItemSelectionModel::Select);
+    }
+    QString copied(bool names = false) {
+        QApplication::clipboard()->clear();
+        view.copy(names);
+        return QApplication::clipboard()->text();
+    }
 
-bool flag(const DataView& view, int row, int column, int role) {
-    return view.table()->model()->index(row, column).data(role).toBool();
-}
-
-void select(const DataView& view, int top, int left, int bottom, int right) {
-    const auto* const model = view.table()->model();
-    view.table()->selectionModel()->select(
-        QItemSelection(model->index(top, left), model->index(bottom, right)), QItemSelectionModel::Select);
-}
-
-QString copied(DataView& view, bool names = false) {
-    QApplication::clipboard()->clear();
-    view.copy(names);
-    return QApplication::clipboard()->text();
-}
-
-TEST(DataView, ShowsLabelsCodesDatesAndWhatIsMissing) {
     ActiveData data;
-    openTrial(data);
     DataView view;
+};
+
+TEST_F(DataViews, ShowsLabelsCodesDatesAndWhatIsMissing) {
+    openTrial(data);
     const QAbstractItemModelTester tester(view.table()->model(),
                                           QAbstractItemModelTester::FailureReportingMode::Fatal);
     view.setData(&data);
-    EXPECT_EQ(cell(view, 1, 0), "Ben");
-    EXPECT_EQ(cell(view, 1, 2), "male");
-    EXPECT_EQ(cell(view, 1, 3), "1996-02-29");
-    EXPECT_EQ(cell(view, 1, 4), "dead");
-    EXPECT_EQ(cell(view, 1, 4, Qt::ToolTipRole), "1 = dead");
-    EXPECT_EQ(cell(view, 2, 4), "9");
-    EXPECT_TRUE(flag(view, 2, 4, CaseTableModel::MissingRole));
-    EXPECT_EQ(cell(view, 1, 5), ".");
-    EXPECT_TRUE(flag(view, 1, 5, CaseTableModel::MissingRole));
-    EXPECT_FALSE(flag(view, 2, 5, CaseTableModel::MissingRole));
+    EXPECT_EQ(cell(1, 0), "Ben");
+    EXPECT_EQ(cell(1, 2), "male");
+    EXPECT_EQ(cell(1, 3), "1996-02-29");
+    EXPECT_EQ(cell(1, 4), "dead");
+    EXPECT_EQ(cell(1, 4, Qt::ToolTipRole), "1 = dead");
+    EXPECT_EQ(cell(2, 4), "9");
+    EXPECT_TRUE(flag(2, 4, CaseTableModel::MissingRole));
+    EXPECT_EQ(cell(1, 5), ".");
+    EXPECT_TRUE(flag(1, 5, CaseTableModel::MissingRole));
+    EXPECT_FALSE(flag(2, 5, CaseTableModel::MissingRole));
 
     view.setShowLabels(false);
-    EXPECT_EQ(cell(view, 1, 2), "2");
-    EXPECT_EQ(cell(view, 1, 3), "1996-02-29"); // a day number is nothing to read
-    EXPECT_EQ(cell(view, 1, 4), "1");
+    EXPECT_EQ(cell(1, 2), "2");
+    EXPECT_EQ(cell(1, 3), "1996-02-29"); // a day number is nothing to read
+    EXPECT_EQ(cell(1, 4), "1");
 }
 
-TEST(DataView, SelectionMarksCasesAndKeepsThePlace) {
-    ActiveData data;
+TEST_F(DataViews, SelectionMarksCasesAndKeepsThePlace) {
     openTrial(data);
-    DataView view;
     view.setData(&data);
     view.goToCase(3);
     data.select("age > 60");
     data.weightBy("age");
     view.setData(&data);
     EXPECT_EQ(view.table()->currentIndex().row(), 2);
-    EXPECT_TRUE(flag(view, 0, 1, CaseTableModel::LeftOutRole));
-    EXPECT_FALSE(flag(view, 1, 1, CaseTableModel::LeftOutRole));
+    EXPECT_TRUE(flag(0, 1, CaseTableModel::LeftOutRole));
+    EXPECT_FALSE(flag(1, 1, CaseTableModel::LeftOutRole));
     bool said = false;
     for (const QLabel* label : view.findChildren<QLabel*>())
         said = said || label->text() == "4 cases, 5 variables; 2 selected: age > 60; weighted by age";
     EXPECT_TRUE(said);
 }
 
-TEST(DataView, CopiesWhatIsSelected) {
-    ActiveData data;
+TEST_F(DataViews, CopiesWhatIsSelected) {
     openTrial(data);
-    DataView view;
     view.setData(&data);
     view.table()->clearSelection();
-    EXPECT_EQ(copied(view), "");
+    EXPECT_EQ(copied(), "");
 
-    select(view, 0, 3, 2, 4);
-    EXPECT_EQ(copied(view), "1995-01-10\talive\n1996-02-29\tdead\n\t9\n");
+    select(0, 3, 2, 4);
+    EXPECT_EQ(copied(), "1995-01-10\talive\n1996-02-29\tdead\n\t9\n");
     view.table()->clearSelection();
-    select(view, 0, 1, 0, 1);
-    select(view, 3, 5, 3, 5);
-    EXPECT_EQ(copied(view, true), "age\twhite cells\n51\t\n\t4\n");
+    select(0, 1, 0, 1);
+    select(3, 5, 3, 5);
+    EXPECT_EQ(copied(true), "age\twhite cells\n51\t\n\t4\n");
 
     view.show();
     view.activateWindow();
@@ -103,25 +93,20 @@ TEST(DataView, CopiesWhatIsSelected) {
     EXPECT_EQ(QApplication::clipboard()->text(), "Ben\n");
 }
 
-TEST(DataView, RefusesToCopyMoreThanAClipboardHolds) {
-    ActiveData data;
+TEST_F(DataViews, RefusesToCopyMoreThanAClipboardHolds) {
     data.open(numbers(6'000'000));
-    DataView view;
     view.setData(&data);
     view.table()->selectAll();
-    EXPECT_EQ(copied(view), "");
+    EXPECT_EQ(copied(), "");
     view.table()->clearSelection();
-    select(view, 5'999'998, 0, 5'999'999, 0);
-    EXPECT_EQ(copied(view), "5999998\n5999999\n");
+    select(5'999'998, 0, 5'999'999, 0);
+    EXPECT_EQ(copied(), "5999998\n5999999\n");
 }
 
-TEST(DataView, GoesToTheCaseThatIsAskedFor) {
-    ActiveData data;
+TEST_F(DataViews, GoesToTheCaseThatIsAskedFor) {
     data.open(numbers(1000));
-    DataView view;
     view.resize(300, 300);
-    view.setData(&data);
-    view.show();
+    show();
     QApplication::setActiveWindow(&view);
     view.askForCase();
     auto* const field = view.findChild<QSpinBox*>();
@@ -136,34 +121,29 @@ TEST(DataView, GoesToTheCaseThatIsAskedFor) {
     EXPECT_EQ(field->value(), 1000);
 }
 
-TEST(DataView, ReachesCasesBeyondTheRowsOfATable) {
+TEST_F(DataViews, ReachesCasesBeyondTheRowsOfATable) {
     constexpr int cases = CaseTableModel::mostRows + 3;
-    ActiveData data;
     data.open(numbers(cases));
-    DataView view;
     view.setData(&data);
-    EXPECT_EQ(view.table()->model()->rowCount(), CaseTableModel::mostRows);
+    EXPECT_EQ(model().rowCount(), CaseTableModel::mostRows);
     view.goToCase(cases);
-    EXPECT_EQ(view.table()->model()->rowCount(), 3);
+    EXPECT_EQ(model().rowCount(), 3);
     const QModelIndex last = view.table()->currentIndex();
     EXPECT_EQ(last.data().toString(), QString::number(cases - 1));
-    EXPECT_EQ(view.table()->model()->headerData(last.row(), Qt::Vertical).toInt(), cases);
+    EXPECT_EQ(model().headerData(last.row(), Qt::Vertical).toInt(), cases);
 }
 
-TEST(DataView, StandsOtherDataAndNone) {
-    ActiveData data;
-    DataView view;
+TEST_F(DataViews, StandsOtherDataAndNone) {
     view.setData(nullptr);
     view.goToCase(1);
     view.setData(&data);
     openTrial(data);
-    view.setData(&data);
-    view.show();
+    show();
     data.open(numbers(2)); // and nobody has told the view
     view.grab();
-    EXPECT_EQ(cell(view, 1, 3), "");
+    EXPECT_EQ(cell(1, 3), "");
     view.setData(&data);
-    EXPECT_EQ(cell(view, 1, 0), "1");
+    EXPECT_EQ(cell(1, 0), "1");
 }
 
 TEST(LongNames, EndInAnEllipsisAndAreWholeInTheirTooltips) {

@@ -3,43 +3,28 @@
 #include "apps/desktop/data/ConditionEdit.h"
 #include "apps/desktop/data/ExpressionPieces.h"
 #include "apps/desktop/data/VariableChooser.h"
-#include "tests/apps/desktop/Labels.h"
 #include "tests/apps/desktop/data/Trial.h"
-
-#include <QDialogButtonBox>
-#include <QLineEdit>
-#include <QListView>
-#include <QListWidget>
-#include <QPushButton>
 
 namespace korvana::desktop {
 namespace {
 
-class Selecting : public testing::Test {
-protected:
-    Selecting() { openTrial(data); }
-
+struct Selecting : DataDialog<SelectionDialog> {
     void openDialog() {
-        dialog = std::make_unique<SelectionDialog>(data);
-        condition = dialog->findChild<ConditionEdit*>();
-        variables = dialog->findChild<VariableChooser*>();
-        codes = dialog->findChild<QListWidget*>();
-        dialog->show();
+        DataDialog::openDialog();
+        condition = part<ConditionEdit>();
+        variables = part<VariableChooser>();
+        codes = part<QListWidget>();
     }
-
-    bool says(const QString& part) const {
-        return QTest::qWaitFor([&] { return desktop::says(*dialog, part); });
-    }
-
     void pressOk() const {
-        QTest::mouseClick(dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok),
-                          Qt::LeftButton);
+        QTest::mouseClick(part<QDialogButtonBox>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
+    }
+    /// Whether OK keeps the dialog open for this.
+    bool refuses(const QString& text) const {
+        condition->setPlainText(text);
+        pressOk();
+        return dialog->isVisible();
     }
 
-    bool accepted() const { return !dialog->isVisible() && dialog->result() == QDialog::Accepted; }
-
-    ActiveData data;
-    std::unique_ptr<SelectionDialog> dialog;
     ConditionEdit* condition = nullptr;
     VariableChooser* variables = nullptr;
     QListWidget* codes = nullptr;
@@ -92,28 +77,22 @@ TEST_F(Selecting, ByInsertingVariablesAndTheirValues) {
 
 TEST_F(Selecting, AFaultIsMarkedWhereItStands) {
     openDialog();
-    condition->setPlainText(QStringLiteral("sex = 'm\u00e4le' or agee > 3"));
-    pressOk();
-    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_TRUE(refuses(QStringLiteral("sex = 'm\u00e4le' or agee > 3")));
     EXPECT_TRUE(says("'m\u00e4le'"));
     EXPECT_EQ(condition->markedAt(), 6);
     condition->setPlainText(QStringLiteral("sex <> '\u00e4\u00f6' or agee > 3"));
-    condition->setPlainText(QStringLiteral("age > 1 or missing(sex) or agee > 3"));
-    pressOk();
+    EXPECT_TRUE(refuses("age > 1 or missing(sex) or agee > 3"));
     EXPECT_TRUE(says("did you mean 'age'"));
     EXPECT_EQ(condition->markedAt(), 27);
     EXPECT_EQ(condition->textCursor().position(), 27);
     EXPECT_EQ(condition->extraSelections().at(0).cursor.selectedText(), "agee");
-    condition->setPlainText("age >");
-    pressOk();
+    EXPECT_TRUE(refuses("age >"));
     EXPECT_EQ(condition->extraSelections().at(0).cursor.selectedText(), ">");
     QTest::keyClicks(condition, " 3");
     EXPECT_EQ(condition->markedAt(), -1);
     EXPECT_TRUE(data.condition().empty());
 
-    condition->setPlainText("1 / (age - 70) < 0"); // understood, but without a value for one case
-    pressOk();
-    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_TRUE(refuses("1 / (age - 70) < 0")) << "understood, but without a value for one case";
     EXPECT_TRUE(says("case 3 (Cyd)"));
 }
 

@@ -2,13 +2,13 @@
 
 #include "apps/desktop/data/DataLoader.h"
 #include "host/session/ActiveData.h"
+#include "tests/apps/desktop/Labels.h"
 #include "tests/support/MakeData.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 #include <gtest/gtest.h>
+#include <memory>
 
 namespace korvana::desktop {
 
@@ -42,6 +42,33 @@ inline void openTrial(ActiveData& data) {
                "Dora,48,female,2001-12-31,1,4\n");
     data.describe(3, "alive or dead", 9, {{0, "alive"}, {1, "dead"}});
 }
+
+/// A dialog over the trial's data, once it is opened.
+template <class Dialog>
+struct DataDialog : testing::Test {
+    DataDialog() { openTrial(data); }
+    void openDialog() {
+        dialog = std::make_unique<Dialog>(data);
+        dialog->show();
+    }
+    template <class Part>
+    Part* part(const QString& name = {}) const {
+        return dialog->template findChild<Part*>(name);
+    }
+    /// Whether it comes to say this.
+    bool says(const QString& text) const {
+        return QTest::qWaitFor([&] { return desktop::says(*dialog, text); });
+    }
+    bool accepted() const { return !dialog->isVisible() && dialog->result() == QDialog::Accepted; }
+    /// Whether it is, when asked to.
+    bool accepts() const {
+        dialog->accept();
+        return accepted();
+    }
+
+    ActiveData data;
+    std::unique_ptr<Dialog> dialog;
+};
 
 inline DataSet numbers(int cases) {
     DataSet data("numbers.csv", cases);

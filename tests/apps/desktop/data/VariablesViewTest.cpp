@@ -5,15 +5,6 @@
 #include "tests/apps/desktop/Modals.h"
 #include "tests/apps/desktop/data/Trial.h"
 
-#include <QAbstractItemModelTester>
-#include <QDialogButtonBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QTableView>
-#include <QTableWidget>
-
 namespace korvana::desktop {
 namespace {
 

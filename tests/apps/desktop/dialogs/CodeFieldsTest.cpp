@@ -1,25 +1,12 @@
 #include "tests/apps/desktop/Modals.h"
 #include "tests/apps/desktop/dialogs/EveryKind.h"
 
-#include <QComboBox>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QToolButton>
-
 #include <cmath>
 
 namespace everykind {
 namespace {
 
 struct CodeFields : Window {
-    QComboBox* combo() { return editor<QComboBox>(Code); }
-    void type(const char* text) {
-        combo()->setFocus();
-        combo()->lineEdit()->selectAll();
-        QTest::keyClick(combo(), Qt::Key_Delete);
-        QTest::keyClicks(combo(), text);
-        QTest::keyClick(combo(), Qt::Key_Tab);
-    }
     /// What the list says when it is opened.
     QStringList offered() {
         combo()->showPopup();
@@ -29,7 +16,6 @@ struct CodeFields : Window {
         combo()->hidePopup();
         return texts;
     }
-    double code() { return value<double>(Code); }
 };
 
 TEST_F(CodeFields, OfferTheCodesOfTheSelectedVariable) {

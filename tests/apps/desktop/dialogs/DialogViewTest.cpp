@@ -1,14 +1,5 @@
 #include "tests/apps/desktop/dialogs/EveryKind.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QListView>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QTabWidget>
-
 namespace everykind {
 namespace {
 
@@ -110,49 +101,42 @@ TEST_F(View, ShowsARefusalBesideItsButton) {
 }
 
 TEST_F(View, AComplaintGoesWithItsCauseWhoeverTookItAway) {
-    auto* code = editor<QComboBox>(Code)->lineEdit();
-    retype(code, "dead"); // no variable has codes yet
-    QTest::keyClick(code, Qt::Key_Tab);
+    type("dead"); // no variable has codes yet
     ASSERT_FALSE(complaint().isEmpty());
     auto* level = editor<QLineEdit>(Level);
     retype(level, "0.5"); // has nothing to do with it
     QTest::keyClick(level, Qt::Key_Return);
     settle();
     EXPECT_FALSE(complaint().isEmpty());
-    auto* available = view->findChild<QListView*>("available");
-    doubleClick(available, 0);
-    doubleClick(available, 2); // status, which has the label
+    doubleClick(available(), 0);
+    doubleClick(available(), 2); // status, which has the label
     settle();
     EXPECT_EQ(complaint(), "");
-    EXPECT_EQ(value<double>(Code), 1.0);
+    EXPECT_EQ(code(), 1.0);
 }
 
 TEST_F(View, AComplaintCoversNothing) {
-    auto* callout = view->findChild<QFrame*>("callout");
     for (const int page : {0, 1}) {
         view->showPage(page);
         settle(); // the first layout
         const QSize before = view->size();
-        for (const auto& [control, wrong] :
-             {std::pair{int{Level}, "x"},
-              std::pair{int{Level}, "a text that goes on for so long that it takes several lines of the "
-                                    "callout to say that it is no number at all"}}) {
-            auto* line = editor<QLineEdit>(control);
+        for (const char* wrong : {"x", "a text that goes on for so long that it takes several lines of the "
+                                       "callout to say that it is no number at all"}) {
+            auto* line = editor<QLineEdit>(Level);
             retype(line, wrong);
             QTest::keyClick(line, Qt::Key_Return);
             ASSERT_FALSE(complaint().isEmpty());
-            EXPECT_TRUE(view->rect().contains(callout->geometry()));
+            EXPECT_TRUE(view->rect().contains(callout()->geometry()));
             for (QWidget* one : view->findChildren<QWidget*>()) {
                 const bool shows = qobject_cast<QLineEdit*>(one) || qobject_cast<QAbstractButton*>(one) ||
                                    qobject_cast<QAbstractItemView*>(one) ||
                                    qobject_cast<QPlainTextEdit*>(one) || qobject_cast<QComboBox*>(one);
-                if (!shows || !one->isVisible() || callout->isAncestorOf(one)) continue;
+                if (!shows || !one->isVisible() || callout()->isAncestorOf(one)) continue;
                 EXPECT_FALSE(
-                    QRect(one->mapTo(view.get(), QPoint()), one->size()).intersects(callout->geometry()))
+                    QRect(one->mapTo(view.get(), QPoint()), one->size()).intersects(callout()->geometry()))
                     << page << " " << one->parentWidget()->objectName().toStdString();
             }
-            QTest::keyClick(line, Qt::Key_A, Qt::ControlModifier);
-            QTest::keyClicks(line, "1");
+            retype(line, "1");
             EXPECT_EQ(complaint(), "");
             EXPECT_EQ(view->size(), before);
         }

@@ -4,14 +4,14 @@
 #include "apps/desktop/dialogs/Callout.h"
 #include "apps/desktop/dialogs/ControlField.h"
 #include "apps/desktop/dialogs/DialogView.h"
+#include "apps/desktop/dialogs/DragList.h"
 #include "host/session/Session.h"
 #include "support/CAnalysisSupport.h"
 #include "support/dialogs/CAnalysisModelessDialog.h"
 #include "tests/support/MakeData.h"
 
-#include <QAbstractItemView>
-#include <QLineEdit>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 #include <functional>
 #include <gtest/gtest.h>
 #include <limits>
@@ -175,13 +175,32 @@ struct Window : ::testing::Test {
             if (found == nullptr || field->isVisible()) found = field->findChild<T*>();
         return found;
     }
-    /// The reason that is shown, and whether it stands at a control.
-    QString complaint() {
-        auto* callout = dynamic_cast<korvana::desktop::Callout*>(view->findChild<QFrame*>("callout"));
-        return callout->isHidden() ? QString{} : callout->text();
+    /// The variables to choose from ("available") or those of a role ("role0").
+    korvana::desktop::DragList* list(const char* name) {
+        return dynamic_cast<korvana::desktop::DragList*>(view->findChild<QListView*>(name));
     }
-    QWidget* complainedAt() {
-        return dynamic_cast<korvana::desktop::Callout*>(view->findChild<QFrame*>("callout"))->subject();
+    korvana::desktop::DragList* available() { return list("available"); }
+    /// Puts these into the box of a role, or takes what it holds away.
+    void choose(Qt::Key role, const std::vector<int>& variables) {
+        available()->selectNumbers(variables);
+        QTest::keyClick(available(), role, Qt::ControlModifier);
+    }
+    void empty(int role) {
+        auto* box = list(role == 0 ? "role0" : "role1");
+        box->selectNumbers(value<VariableSelection>(Variables).at(static_cast<std::size_t>(role)));
+        QTest::keyClick(box, Qt::Key_Delete);
+    }
+    korvana::desktop::Callout* callout() {
+        return dynamic_cast<korvana::desktop::Callout*>(view->findChild<QFrame*>("callout"));
+    }
+    /// The reason that is shown, and whether it stands at a control.
+    QString complaint() { return callout()->isHidden() ? QString{} : callout()->text(); }
+    QWidget* complainedAt() { return callout()->subject(); }
+    QComboBox* combo(int control = Code) { return editor<QComboBox>(control); }
+    double code(int control = Code) { return value<double>(control); }
+    void type(const char* text, int control = Code) {
+        retype(combo(control)->lineEdit(), text);
+        QTest::keyClick(combo(control), Qt::Key_Tab);
     }
     void select(VariableSelection selection) {
         ASSERT_TRUE(dialog().PutValue(Variables, std::move(selection)).done);
@@ -189,6 +208,7 @@ struct Window : ::testing::Test {
     static void retype(QLineEdit* line, const char* text) {
         line->setFocus();
         line->selectAll();
+        QTest::keyClick(line, Qt::Key_Delete);
         QTest::keyClicks(line, text);
     }
     static void doubleClick(QAbstractItemView* list, int row) {

@@ -1,15 +1,5 @@
 #include "tests/apps/desktop/dialogs/EveryKind.h"
 
-#include <QAccessible>
-#include <QCheckBox>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QSpinBox>
-#include <QTabWidget>
-
 namespace everykind {
 namespace {
 
@@ -93,10 +83,7 @@ TEST_F(Fields, AnUneditedNumberKeepsTheDigitsThatItDoesNotShow) {
 TEST_F(Fields, WhatIsNoNumberIsSaidBesideTheFieldAndStopsButtons) {
     auto* level = editor<QLineEdit>(Level);
     for (const char* wrong : {"0,9", "", "abc", "inf", "nan", "1e999"}) {
-        level->setFocus();
-        level->selectAll();
-        QTest::keyClick(level, Qt::Key_Delete);
-        QTest::keyClicks(level, wrong);
+        retype(level, wrong);
         level->setModified(true);
         QTest::mouseClick(editor<QPushButton>(Go), Qt::LeftButton);
         EXPECT_TRUE(complaint().contains("number")) << wrong;
@@ -105,8 +92,7 @@ TEST_F(Fields, WhatIsNoNumberIsSaidBesideTheFieldAndStopsButtons) {
         EXPECT_EQ(value<double>(Level), 0.0);
     }
     EXPECT_TRUE(analysis->commands.empty());
-    level->selectAll();
-    QTest::keyClicks(level, "0.9");
+    retype(level, "0.9");
     EXPECT_EQ(complaint(), "") << "typing takes the reason away";
     QTest::mouseClick(editor<QPushButton>(Go), Qt::LeftButton);
     EXPECT_EQ(value<double>(Level), 0.9);

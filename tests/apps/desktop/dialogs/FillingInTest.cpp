@@ -3,12 +3,6 @@
 #include "tests/apps/desktop/dialogs/EveryKind.h"
 
 #include "apps/desktop/dialogs/CodeGuess.h"
-#include "apps/desktop/dialogs/DragList.h"
-
-#include <QComboBox>
-#include <QLabel>
-#include <QListView>
-#include <QToolButton>
 
 #include <cmath>
 
@@ -19,18 +13,17 @@ using korvana::desktop::guessCodes;
 
 constexpr std::string_view overWords[] = {"dead", "event"};
 constexpr std::string_view openWords[] = {"alive", "censored"};
-constexpr ControlTemplate over{.id = 21,
-                               .kind = ControlKind::CodeField,
-                               .text = "&Over:",
-                               .codesOfRole = 1,
-                               .usualCode = 1,
-                               .codeWords = overWords};
-constexpr ControlTemplate open{.id = 22,
-                               .kind = ControlKind::CodeField,
-                               .text = "O&pen:",
-                               .codesOfRole = 1,
-                               .usualCode = 0,
-                               .codeWords = openWords};
+constexpr ControlTemplate codeField(int id, std::string_view text, double usual,
+                                    std::span<const std::string_view> words) {
+    return {.id = id,
+            .kind = ControlKind::CodeField,
+            .text = text,
+            .codesOfRole = 1,
+            .usualCode = usual,
+            .codeWords = words};
+}
+constexpr ControlTemplate over = codeField(21, "&Over:", 1, overWords);
+constexpr ControlTemplate open = codeField(22, "O&pen:", 0, openWords);
 constexpr ControlTemplate pairControls[] = {
     controls[1], // the variables
     over,
@@ -81,25 +74,6 @@ TEST(CodeGuess, GoesByWordsThenByTheVariablesNameThenByWhatIsUsual) {
 
 struct Pair : Window {
     Pair() : Window(pairDialog) {}
-    QComboBox* combo(int control) { return editor<QComboBox>(control); }
-    double code(int control) { return value<double>(control); }
-    void choose(int row) {
-        auto* available = dynamic_cast<korvana::desktop::DragList*>(view->findChild<QListView*>("available"));
-        available->selectNumbers({row + 1});
-        QTest::keyClick(available, Qt::Key_2, Qt::ControlModifier);
-    }
-    void empty() {
-        auto* box = dynamic_cast<korvana::desktop::DragList*>(view->findChild<QListView*>("role1"));
-        box->selectNumbers(value<VariableSelection>(Variables).at(1));
-        QTest::keyClick(box, Qt::Key_Delete);
-    }
-    void type(int control, const char* text) {
-        combo(control)->setFocus();
-        combo(control)->lineEdit()->selectAll();
-        QTest::keyClick(combo(control), Qt::Key_Delete);
-        QTest::keyClicks(combo(control), text);
-        QTest::keyClick(combo(control), Qt::Key_Tab);
-    }
     QString besides(int control) {
         return view->findChild<QWidget*>(QStringLiteral("control%1").arg(control))
             ->findChild<QLabel*>()
@@ -108,55 +82,48 @@ struct Pair : Window {
 };
 
 TEST_F(Pair, IsFilledInForAVariableOfTwoCodesAndCanBeSwapped) {
-    choose(3);
+    choose(Qt::Key_2, {4});
     EXPECT_TRUE(std::isnan(code(21))) << "of many values none is chosen";
-    empty();
-    choose(2);
+    empty(1);
+    choose(Qt::Key_2, {3});
     EXPECT_EQ(code(21), 1.0);
     EXPECT_EQ(code(22), 0.0);
     EXPECT_EQ(combo(21)->currentText(), "1");
     EXPECT_EQ(besides(21), "dead (filled in)");
+    empty(1);
+    choose(Qt::Key_2, {4});
+    EXPECT_TRUE(std::isnan(code(21)) && std::isnan(code(22))) << "it goes with its variable";
+    empty(1);
+    choose(Qt::Key_2, {3});
     QTest::mouseClick(view->findChild<QToolButton*>("swap"), Qt::LeftButton);
     EXPECT_EQ(code(21), 0.0);
     EXPECT_EQ(code(22), 1.0);
     EXPECT_EQ(besides(21), "alive");
-    empty();
-    choose(3);
+    empty(1);
+    choose(Qt::Key_2, {4});
     EXPECT_EQ(code(21), 0.0) << "what the user chose stays";
 }
 
-TEST_F(Pair, ThatWasFilledInGoesWithItsVariable) {
-    choose(2);
-    EXPECT_EQ(code(21), 1.0);
-    EXPECT_EQ(code(22), 0.0);
-    empty();
-    choose(3);
-    EXPECT_TRUE(std::isnan(code(21)));
-    EXPECT_TRUE(std::isnan(code(22)));
-}
-
 TEST_F(Pair, NeverReplacesWhatWasTyped) {
-    type(21, "7");
-    choose(2);
+    type("7", 21);
+    choose(Qt::Key_2, {3});
     EXPECT_EQ(code(21), 7.0);
     EXPECT_TRUE(std::isnan(code(22))) << "and nothing follows from a code that the variable has not";
-    empty();
-    type(21, "0");
-    choose(2);
+    empty(1);
+    type("0", 21);
+    choose(Qt::Key_2, {3});
     EXPECT_EQ(code(21), 0.0);
     EXPECT_EQ(code(22), 1.0) << "the other one is for the other field";
-    type(21, "1");
+    type("1", 21);
     EXPECT_EQ(code(22), 0.0) << "still";
-    type(22, "5");
-    type(21, "0");
+    type("5", 22);
+    type("0", 21);
     EXPECT_EQ(code(22), 5.0) << "now it is the user's";
-    empty();
-    choose(3);
-    empty();
-    combo(21)->setFocus();
-    combo(21)->lineEdit()->selectAll();
-    QTest::keyClicks(combo(21), "nonsense");
-    choose(2);
+    empty(1);
+    choose(Qt::Key_2, {4});
+    empty(1);
+    retype(combo(21)->lineEdit(), "nonsense");
+    choose(Qt::Key_2, {3});
     EXPECT_EQ(combo(21)->currentText(), "nonsense") << "not even what cannot be read";
 }
 

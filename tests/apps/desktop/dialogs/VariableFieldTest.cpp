@@ -1,14 +1,6 @@
 #include "tests/apps/desktop/dialogs/EveryKind.h"
 
-#include "apps/desktop/dialogs/DragList.h"
-
 #include "tests/apps/desktop/Ellipsis.h"
-
-#include <QDropEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMimeData>
-#include <QToolButton>
 
 namespace everykind {
 namespace {
@@ -16,8 +8,6 @@ namespace {
 using korvana::desktop::DragList;
 
 struct VariableBoxes : Window {
-    DragList* list(const char* name) { return dynamic_cast<DragList*>(view->findChild<QListView*>(name)); }
-    DragList* available() { return list("available"); }
     void drop(DragList* from, int row, DragList* onto, int before) {
         const std::unique_ptr<QMimeData> data(from->model()->mimeData({from->model()->index(row, 0)}));
         const QPoint at = before < onto->model()->rowCount()
@@ -98,14 +88,11 @@ TEST_F(VariableBoxes, DraggingAddsMovesAndTakesAway) {
 TEST_F(VariableBoxes, WhatDoesNotFitIsNotTakenAndSaid) {
     select({{1}, {3}});
     available()->setFocus(Qt::TabFocusReason);
-    available()->selectAll();
-    QTest::keyClick(available(), Qt::Key_2, Qt::ControlModifier);
+    choose(Qt::Key_2, {1, 2, 3, 4});
     EXPECT_TRUE(complaint().startsWith("\"time\" is in \"Times\" already")) << complaint().toStdString();
-    available()->selectNumbers({3});
-    QTest::keyClick(available(), Qt::Key_2, Qt::ControlModifier);
+    choose(Qt::Key_2, {3});
     EXPECT_EQ(complaint(), "\"status\" is in this box already.");
-    available()->selectNumbers({2});
-    QTest::keyClick(available(), Qt::Key_2, Qt::ControlModifier);
+    choose(Qt::Key_2, {2});
     EXPECT_EQ(complaint(), "'Indicator' takes at most 1 variable, not 2.");
     EXPECT_EQ(complainedAt(), list("role1"));
     EXPECT_EQ(chosen(), (VariableSelection{{1}, {3}}));
@@ -113,8 +100,7 @@ TEST_F(VariableBoxes, WhatDoesNotFitIsNotTakenAndSaid) {
     QTest::keyClick(available(), Qt::Key_1, Qt::ControlModifier);
     EXPECT_EQ(complaint(), "'Indicator' takes at most 1 variable, not 2.") << "another box settles nothing";
     QTest::keyClick(list("role1"), Qt::Key_Delete);
-    list("role1")->selectNumbers({3});
-    QTest::keyClick(list("role1"), Qt::Key_Delete);
+    empty(1);
     EXPECT_EQ(complaint(), "");
 }
 
@@ -125,12 +111,11 @@ TEST_F(VariableBoxes, AVariableHasOneRoleHoweverItIsPutThere) {
         EXPECT_EQ(chosen(), before) << how;
         EXPECT_EQ(complainedAt(), list("role1")) << how;
         EXPECT_TRUE(complaint().startsWith("\"time\" is in \"Times\" already")) << complaint().toStdString();
-        view->findChild<QFrame*>("callout")->hide();
+        callout()->hide();
     };
     doubleClick(available(), 0);
     refused("double-click");
-    available()->selectNumbers({1});
-    QTest::keyClick(available(), Qt::Key_2, Qt::ControlModifier);
+    choose(Qt::Key_2, {1});
     refused("key");
     QTest::mouseClick(view->findChild<QToolButton*>("arrow1"), Qt::LeftButton);
     refused("arrow");
@@ -147,10 +132,8 @@ TEST_F(VariableBoxes, SearchFindsNamesLabelsAndNumbers) {
         search->setText(text);
         return available()->model()->rowCount();
     };
-    EXPECT_EQ(found("STAT"), 1);
-    EXPECT_EQ(found("days"), 1);
-    EXPECT_EQ(found("4"), 1);
-    EXPECT_EQ(found("nothing"), 0);
+    for (const auto& [text, rows] : {std::pair{"STAT", 1}, {"days", 1}, {"4", 1}, {"nothing", 0}})
+        EXPECT_EQ(found(text), rows) << text;
     search->clear();
     search->setFocus();
     QTest::keyClicks(search, "how");
@@ -174,12 +157,8 @@ TEST_F(VariableBoxes, FollowOtherData) {
     EXPECT_EQ(available()->model()->index(0, 0).data().toString(), korvana::desktop::tooLong());
     available()->clearSelection();
     EXPECT_TRUE(korvana::desktop::endsInEllipsis(*available(), 0));
-    EXPECT_TRUE(available()
-                    ->model()
-                    ->index(0, 0)
-                    .data(Qt::ToolTipRole)
-                    .toString()
-                    .contains(korvana::desktop::tooLong()));
+    const QString tip = available()->model()->index(0, 0).data(Qt::ToolTipRole).toString();
+    EXPECT_TRUE(tip.contains(korvana::desktop::tooLong()));
     EXPECT_EQ(list("role1")->model()->index(0, 0).data().toString(), "(no variable 4)");
 }
 

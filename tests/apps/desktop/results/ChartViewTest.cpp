@@ -1,9 +1,3 @@
-#include <QApplication>
-#include <QCheckBox>
-#include <QClipboard>
-#include <QImage>
-#include <QLineEdit>
-#include <QTest>
 #include <gtest/gtest.h>
 #include <qcustomplot.h>
 

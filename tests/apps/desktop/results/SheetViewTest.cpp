@@ -1,9 +1,3 @@
-#include <QApplication>
-#include <QClipboard>
-#include <QHeaderView>
-#include <QMimeData>
-#include <QTableView>
-#include <QTest>
 #include <gtest/gtest.h>
 
 #include "apps/desktop/results/ReportView.h"

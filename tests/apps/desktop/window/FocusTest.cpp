@@ -7,12 +7,6 @@
 #include "apps/desktop/data/DataView.h"
 #include "apps/desktop/window/FocusRing.h"
 
-#include <QComboBox>
-#include <QCommandLinkButton>
-#include <QListView>
-#include <QTableView>
-#include <QTreeWidget>
-
 #include <cmath>
 
 namespace korvana::desktop {
@@ -131,6 +125,98 @@ TEST_F(Focus, AnAnalysisWithoutDataOffersToOpenSomeAndGoesOn) {
               naming(example("veteran.csv")));
     EXPECT_EQ(title(), "Survival and Failure Time Analysis");
     EXPECT_EQ(window->runner().data().dataSet().caseCount(), 137);
+}
+
+/// From the first dialog to the results and back, by keyboard alone.
+struct Keyboard : Focus {
+    void SetUp() override {
+        Focus::SetUp();
+        ASSERT_TRUE(window->openFile(example("veteran.csv")));
+        window->startAnalysis();
+        ASSERT_TRUE(opens("Survival and Failure Time Analysis"));
+    }
+    /// Whether the dialog of this title comes up; the steps between are queued.
+    bool opens(const char* wanted) {
+        if (!QTest::qWaitFor([&] { return title() == QLatin1String(wanted); })) return false;
+        if (view() != nullptr) activate(*view());
+        return true;
+    }
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(view()->focusWidget(), key, modifiers);
+        QApplication::processEvents();
+    }
+    void choose(const char* variable, Qt::Key box) {
+        auto* search = view()->findChild<QLineEdit*>("search");
+        search->setFocus();
+        search->selectAll();
+        QTest::keyClicks(search, variable);
+        QTest::keyClick(search, Qt::Key_Down);
+        QTest::keyClick(view()->findChild<QListView*>("available"), box, Qt::ControlModifier);
+    }
+    /// Types a code into the field that Alt and a letter lead to.
+    void code(Qt::Key letter, const char* typed) {
+        key(letter, Qt::AltModifier);
+        QTest::keyClicks(view()->focusWidget(), typed);
+    }
+    /// Presses the button of a letter; whether the book then holds so many outputs.
+    bool makes(Qt::Key letter, std::size_t outputs) {
+        key(letter, Qt::AltModifier);
+        return QTest::qWaitFor([=, this] { return book() != nullptr && book()->outputs.size() == outputs; });
+    }
+};
+
+TEST_F(Keyboard, KaplanMeier) {
+    key(Qt::Key_Down);
+    key(Qt::Key_Return);
+    ASSERT_TRUE(opens("Product-Limit (Kaplan & Meier) Analysis"));
+    choose("time", Qt::Key_1);
+    choose("status", Qt::Key_2);
+    code(Qt::Key_O, "1");
+    code(Qt::Key_C, "0");
+    key(Qt::Key_Return);
+    ASSERT_TRUE(opens("Product-Limit (Kaplan-Meier) Analysis Results"));
+    EXPECT_TRUE(view()->findChild<QPlainTextEdit*>()->toPlainText().contains("137"));
+    EXPECT_TRUE(makes(Qt::Key_U, 3)) << "two reports, a table";
+    EXPECT_TRUE(makes(Qt::Key_T, 4)) << "a chart";
+
+    activate(*view());
+    key(Qt::Key_Escape);
+    ASSERT_TRUE(opens("Product-Limit (Kaplan & Meier) Analysis"));
+    EXPECT_EQ(view()->findChild<QListView*>("role1")->model()->rowCount(), 1) << "selections stay";
+    EXPECT_EQ(std::get<ozm::VariableSelection>(model().Value(1001)), (ozm::VariableSelection{{3}, {4}}));
+    EXPECT_EQ(view()->findChild<QComboBox*>()->currentText(), "1");
+    key(Qt::Key_Escape);
+    ASSERT_TRUE(opens("Survival and Failure Time Analysis"));
+    EXPECT_EQ(std::get<int>(model().Value(180)), 1);
+    key(Qt::Key_Escape);
+    EXPECT_TRUE(opens("")) << "no dialog";
+    EXPECT_FALSE(runner().isActive());
+}
+
+TEST_F(Keyboard, TwoSamplesToBothPagesOfTheirResults) {
+    key(Qt::Key_Down);
+    key(Qt::Key_Down);
+    key(Qt::Key_Return);
+    ASSERT_TRUE(opens("Comparing Survival in Two Groups"));
+    for (const auto& [variable, box] :
+         {std::pair{"time", Qt::Key_1}, {"status", Qt::Key_2}, {"trt", Qt::Key_3}})
+        choose(variable, box);
+    for (const auto& [letter, typed] :
+         {std::pair{Qt::Key_O, "1"}, {Qt::Key_C, "0"}, {Qt::Key_1, "2"}, {Qt::Key_2, "1"}})
+        code(letter, typed);
+    key(Qt::Key_Return);
+    ASSERT_TRUE(opens("Two-Sample Tests Results"));
+    EXPECT_TRUE(view()->findChild<QPlainTextEdit*>()->toPlainText().contains("64 ( 94.12%)"))
+        << "group 1 is 2";
+    EXPECT_TRUE(makes(Qt::Key_L, 4)) << "two reports, two tables";
+    activate(*view());
+    key(Qt::Key_PageDown, Qt::ControlModifier);
+    EXPECT_TRUE(makes(Qt::Key_S, 5)) << "a chart";
+    activate(*view());
+    key(Qt::Key_Escape);
+    ASSERT_TRUE(opens("Comparing Survival in Two Groups"));
+    EXPECT_EQ(view()->findChild<QListView*>("role2")->model()->rowCount(), 1) << "selections stay";
+    EXPECT_EQ(view()->findChild<QWidget*>("control1004")->findChild<QComboBox*>()->currentText(), "2");
 }
 
 } // namespace

@@ -8,9 +8,6 @@
 #include "tests/apps/desktop/Modals.h"
 #include "tests/apps/desktop/data/Trial.h"
 
-#include <QApplication>
-#include <QPushButton>
-
 #include <functional>
 #include <memory>
 

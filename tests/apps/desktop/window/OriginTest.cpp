@@ -5,11 +5,6 @@
 #include "apps/desktop/results/OutputExport.h"
 #include "apps/desktop/results/OutputText.h"
 
-#include <QFile>
-#include <QLabel>
-#include <QTabWidget>
-#include <QTreeWidget>
-
 namespace korvana::desktop {
 namespace {
 
@@ -119,9 +114,8 @@ TEST_F(Origin, GoesAlongWhenAnOutputIsExported) {
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         const QByteArray text = file.readAll();
-        EXPECT_TRUE(text.contains("trt = 1")) << path.toStdString();
-        EXPECT_TRUE(text.contains("prior")) << path.toStdString();
-        EXPECT_TRUE(text.contains("count once each")) << path.toStdString();
+        for (const char* part : {"trt = 1", "prior", "count once each"})
+            EXPECT_TRUE(text.contains(part)) << path.toStdString() << ": " << part;
     }
 }
 

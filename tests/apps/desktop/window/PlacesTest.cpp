@@ -2,9 +2,6 @@
 
 #include "tests/apps/desktop/window/OpenWindow.h"
 
-#include <QScreen>
-#include <QWindow>
-
 namespace korvana::desktop {
 namespace {
 

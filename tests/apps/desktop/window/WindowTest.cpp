@@ -8,11 +8,6 @@
 #include "tests/apps/desktop/window/OpenWindow.h"
 #include "tests/host/session/RefusingMemory.h"
 
-#include <QComboBox>
-#include <QLineEdit>
-#include <QProcess>
-#include <QSignalSpy>
-
 #include <csignal>
 
 namespace korvana::desktop {
@@ -38,17 +33,8 @@ TEST_F(WindowTest, FromStartupToResultsAndBack) {
     ASSERT_NE(book(), nullptr);
     EXPECT_EQ(window->workbook().currentOutput(), 4);
     EXPECT_FALSE(window->workbook().showOutput(window->workbook().currentRun(), 3)); // stays removed
-    // Cancel, step by step, with the selections in place.
-    click("Cancel");
-    ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
-    EXPECT_EQ(std::get<ozm::VariableSelection>(model().Value(1001)), (ozm::VariableSelection{{3}, {4}}));
-    EXPECT_EQ(std::get<double>(model().Value(1002)), 1.0);
-    QTest::keyClick(view(), Qt::Key_Escape);
-    QApplication::processEvents();
-    ASSERT_EQ(title(), "Survival and Failure Time Analysis");
-    EXPECT_EQ(std::get<int>(model().Value(180)), 1);
-    QTest::keyClick(view(), Qt::Key_Escape);
-    QApplication::processEvents();
+    for (int dialog = 0; dialog < 3; ++dialog)
+        click("Cancel");
     EXPECT_FALSE(runner().isActive());
     EXPECT_FALSE(window->workbook().isEmpty()); // results stay
 }
@@ -189,64 +175,55 @@ protected:
         });
         timer.start(5);
         click("OK");
+        EXPECT_TRUE(done) << "the run was over before it was stopped";
         return done;
     }
 };
 
-TEST_F(LongRunTest, CancelStopsItQuietlyAndTheDialogLivesOn) {
-    const bool done = whileComputing([this] {
-        EXPECT_TRUE(runner().isBusy());
-        for (QPushButton* each : runner().progressWindow().findChildren<QPushButton*>())
-            QTest::mouseClick(each, Qt::LeftButton);
-    });
-    ASSERT_TRUE(done) << "the run was over before it was stopped";
-    EXPECT_FALSE(runner().isBusy());
-    EXPECT_FALSE(runner().progressWindow().isVisible());
-    EXPECT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
-    EXPECT_EQ(runner().session().outstandingAllocations(), 0U);
-    EXPECT_TRUE(window->workbook().isEmpty());
-}
-
-TEST_F(LongRunTest, NothingElseTakesClicksAndKeysMeanwhile) {
-    const bool done = whileComputing([this] {
-        const QSignalSpy stops(view(), &DialogView::stopRequested);
-        QTest::mouseClick(button("Cancel"), Qt::LeftButton);
-        QTest::keyClick(view(), Qt::Key_Escape);
-        QTest::keyClick(window.get(), Qt::Key_F5);
-        EXPECT_EQ(stops.count(), 0);
-        EXPECT_TRUE(runner().isBusy());
-        QTest::keyClick(&runner().progressWindow(), Qt::Key_Escape);
-    });
-    ASSERT_TRUE(done) << "the run was over before it was stopped";
-    EXPECT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
+TEST_F(LongRunTest, TakesNothingButItsCancelWhichStopsItQuietly) {
+    for (const bool byKey : {false, true}) {
+        ASSERT_TRUE(whileComputing([&] {
+            const QSignalSpy stops(view(), &DialogView::stopRequested);
+            QTest::mouseClick(button("Cancel"), Qt::LeftButton);
+            QTest::keyClick(view(), Qt::Key_Escape);
+            QTest::keyClick(window.get(), Qt::Key_F5);
+            EXPECT_EQ(stops.count(), 0);
+            EXPECT_TRUE(runner().isBusy());
+            QWidget& progress = runner().progressWindow();
+            if (byKey)
+                QTest::keyClick(&progress, Qt::Key_Escape);
+            else
+                QTest::mouseClick(progress.findChild<QPushButton*>(), Qt::LeftButton);
+        }));
+        EXPECT_FALSE(runner().isBusy());
+        EXPECT_FALSE(runner().progressWindow().isVisible());
+        EXPECT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
+        EXPECT_EQ(runner().session().outstandingAllocations(), 0U);
+        EXPECT_TRUE(window->workbook().isEmpty());
+    }
     click("Cancel"); // and now again
     EXPECT_EQ(title(), "Survival and Failure Time Analysis");
 }
 
-TEST_F(LongRunTest, ClosingTheWindowStopsItFirst) {
-    const bool done = whileComputing([this] {
-        EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "a request to close would be dropped";
-        EXPECT_FALSE(window->close()); // not below its own computation
-        EXPECT_TRUE(window->isVisible());
-    });
-    ASSERT_TRUE(done) << "the run was over before it was stopped";
-    QApplication::processEvents();
-    EXPECT_FALSE(window->isVisible());
-    EXPECT_FALSE(runner().isActive());
-}
-
-TEST_F(LongRunTest, QuittingByKeyOrBySignalStopsItToo) {
-    EXPECT_TRUE(whileComputing([this] {
-        QTest::keyClick(&runner().progressWindow(), Qt::Key_Q, Qt::ControlModifier);
-        EXPECT_TRUE(window->isVisible()); // not below its own computation
-    }));
-    QApplication::processEvents();
-    EXPECT_FALSE(window->isVisible());
-    window->show();
-    specify({{1}, {2}}, 1, 0);
-    EXPECT_TRUE(whileComputing([this] { window->abandon(); }));
-    EXPECT_FALSE(runner().isBusy());
-    EXPECT_TRUE(window->workbook().isEmpty());
+TEST_F(LongRunTest, LeavingStopsItFirst) {
+    const std::function<void()> ways[] = {
+        [this] { EXPECT_FALSE(window->close()); },
+        [this] { QTest::keyClick(&runner().progressWindow(), Qt::Key_Q, Qt::ControlModifier); },
+        [this] { window->abandon(); }}; // as a signal does
+    for (const auto& leave : ways) {
+        window->show();
+        if (!runner().isActive()) specify({{1}, {2}}, 1, 0);
+        ASSERT_TRUE(whileComputing([&] {
+            EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "a request to close would be dropped";
+            leave();
+            EXPECT_TRUE(window->isVisible()) << "not below its own computation";
+        }));
+        QApplication::processEvents();
+        EXPECT_FALSE(runner().isBusy());
+        EXPECT_TRUE(window->workbook().isEmpty());
+        EXPECT_EQ(runner().isActive(), &leave == &ways[2]);
+        EXPECT_EQ(window->isVisible(), &leave == &ways[2]) << "a signal ends the program without it";
+    }
 }
 
 TEST(Program, ASignalEndsItAsItEndsOtherPrograms) {

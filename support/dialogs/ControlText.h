@@ -8,7 +8,7 @@
 namespace ozm {
 
 /// What a person reads of a control's text: without icon, accelerator, colon at its end and runs of blanks.
-/// "!249S&ummary:  Product-limit" -> "Summary: Product-limit", "&Conf. Level:" -> "Conf. Level".
+/// "!249S&ummary:  All" -> "Summary: All", "&Conf. Level:" -> "Conf. Level".
 KORVANA_SUPPORT std::string PlainControlText(std::string_view controlText);
 
 } // namespace ozm

@@ -82,6 +82,7 @@ void Workbook::undo() {
     else
         showOutput(removal.run, static_cast<int>(removal.places.front()));
     showCurrent();
+    emit statusText(removal.whole ? tr("The run is back.") : tr("The output is back."));
 }
 
 void Workbook::clear() {

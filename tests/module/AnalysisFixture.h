@@ -5,6 +5,7 @@
 #include "module/frame/SurvivalState.h"
 #include "module/resources/ControlIds.h"
 #include "module/resources/StepNumbers.h"
+#include "module/resources/StringIds.h"
 #include "tests/module/FailingNew.h"
 #include "tests/module/FakeHost.h"
 
@@ -47,6 +48,21 @@ protected:
             if (member.kind == MemberKind::Action) {
                 EXPECT_TRUE(host.Script().Call(member.name).ok) << member.name;
             }
+    }
+    /// An output that fails is told once, by its name; the dialog lives on.
+    void EachFailingOutputIsNamed(int specification) {
+        host.failCharts = host.failSheets = true;
+        for (const AutomationMember& member : host.Dialog().Interface()->members) {
+            if (member.kind != MemberKind::Action) continue;
+            host.messages.clear();
+            EXPECT_TRUE(host.Script().Call(member.name).ok) << member.name;
+            ASSERT_EQ(host.messages.size(), 1U) << member.name;
+            const Shown& told = host.messages[0];
+            EXPECT_TRUE(told.id == survival::StrSpreadsheetFailed || told.id == survival::StrGraphicsError);
+            EXPECT_NE(told.detail.find("(" + std::string(member.name) + ")."), std::string::npos)
+                << told.detail;
+        }
+        EXPECT_EQ(host.Press(analysis, ControlCancel), specification);
     }
     /// Every column of every spreadsheet made has a name for programs, a word in lowerCamelCase that no other
     /// column of its spreadsheet has.

@@ -39,7 +39,7 @@ int CKaplanResultsDlg::Output(int control) {
     case KaplanPlot1Again:
         return LevelIsValid() ? Plot(KaplanPlot::Survival, control) : 0;
     case KaplanCurve:
-        return LevelIsValid() ? PlotSurvivalCurve(Analysis(), state_.results, Level()) : 0;
+        return LevelIsValid() ? PlotSurvivalCurve(Analysis(), Shared(), state_.results, Level()) : 0;
     case KaplanPlot2:
         return Plot(KaplanPlot::LogTime, control);
     case KaplanPlot3:
@@ -70,7 +70,7 @@ int CKaplanResultsDlg::Plot(KaplanPlot plot, int control) {
         Analysis().DspMessageBox(MessageStyle::Information, this, StrOnly32000Plotted,
                                  OutputName(control) + "\n" +
                                      Filled(StrKmPlotsHint, {FormatCount(mostPlotted)}));
-    return PlotKaplan(Analysis(), state_.results, plot, Level());
+    return PlotKaplan(Analysis(), Shared(), state_.results, plot, Level());
 }
 
 int CKaplanResultsDlg::Percentiles() {

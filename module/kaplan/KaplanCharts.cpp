@@ -3,6 +3,7 @@
 #include "module/kaplan/KaplanOutput.h"
 #include "module/resources/Resources.h"
 #include "module/resources/StringIds.h"
+#include "module/survdata/InputHeader.h"
 #include "module/survdata/NormalQuantile.h"
 #include "module/survdata/ReportLines.h"
 #include "module/survdata/StopTest.h"
@@ -28,6 +29,21 @@ void Add(ChartSeries& series, double x, double y) {
     series.y.push_back(y);
 }
 
+/// What the curves of a picture are of, wherever it may hang: the time variable, and the code of an event.
+struct CurveNames {
+    std::string times;
+    std::string complete;
+    std::string censored;
+
+    CurveNames(CAnalysisSupport& host, const SharedSettings& shared) {
+        const auto inBrackets = [](const std::string& text) { return " (" + text + ")"; };
+        const int variable = shared.First(ListCensoring);
+        times = inBrackets(TimesName(host, shared));
+        complete = inBrackets(MeaningOfCode(host, variable, shared.completeCode));
+        censored = inBrackets(MeaningOfCode(host, variable, shared.censoredCode));
+    }
+};
+
 /// The four series of a survival curve: the estimate as a step function, its band, and the censored
 /// observations on it.
 struct SurvivalSeries {
@@ -36,22 +52,23 @@ struct SurvivalSeries {
     ChartSeries upper;
     ChartSeries censored;
 
-    explicit SurvivalSeries(double level) {
+    SurvivalSeries(const CurveNames& names, double level) {
         using Style = ChartSeries::Style;
         using Role = ChartSeries::Role;
         const std::string percent = LevelInPercent(level);
-        estimate = Series(std::string{Text(StrKmLegendEstimate)}, Style::Step, Role::Estimate);
+        estimate = Series(std::string{Text(StrKmLegendEstimate)} + names.times, Style::Step, Role::Estimate);
         lower = Series(percent + std::string{Text(StrKmLevelLower)}, Style::Step, Role::LowerBound);
         upper = Series(percent + std::string{Text(StrKmLevelUpper)}, Style::Step, Role::UpperBound);
-        censored = Series(std::string{Text(StrKmLegendCensored)}, Style::Markers, Role::Censored);
+        censored =
+            Series(std::string{Text(StrKmLegendCensored)} + names.censored, Style::Markers, Role::Censored);
         censored.marker = ChartSeries::Marker::Plus;
     }
 
-    /// Into a chart. The curve goes on to the last observation when that one is censored.
+    /// Into a chart. The curve goes on to the last observation when that one is censored; the band goes as
+    /// far as the curve, where its limits hold up to the event that leaves nobody.
     void Move(double last, CChartInfo& chart) {
-        if (estimate.x.back() < last)
-            for (ChartSeries* series : {&estimate, &lower, &upper})
-                Add(*series, last, series->y.back());
+        for (ChartSeries* series : {&estimate, &lower, &upper})
+            if (series->x.back() < last) Add(*series, last, series->y.back());
         chart.kind = CChartInfo::Kind::Step;
         chart.yAxis.min = 0.0;
         chart.yAxis.max = 1.0;
@@ -61,8 +78,9 @@ struct SurvivalSeries {
 };
 
 /// Plot 1, which begins at 1: every observation that is plotted.
-std::size_t FillSurvival(const KaplanResults& results, double level, CChartInfo& chart) {
-    SurvivalSeries series(level);
+std::size_t FillSurvival(const KaplanResults& results, const CurveNames& names, double level,
+                         CChartInfo& chart) {
+    SurvivalSeries series(names, level);
     const double z = ConfidenceZ(level);
     std::size_t values = 0;
     for (ChartSeries* each : {&series.estimate, &series.lower, &series.upper})
@@ -94,7 +112,8 @@ double LastTime(const KaplanResults& results) {
 
 /// The survival curve of all observations, thinned as they come: no copy of them is made. Of tied complete
 /// observations the last has the estimate at their time. False when the user stopped it.
-bool FillWholeCurve(CAnalysisSupport& host, const KaplanResults& results, double level, CChartInfo& chart) {
+bool FillWholeCurve(CAnalysisSupport& host, const KaplanResults& results, const CurveNames& names,
+                    double level, CChartInfo& chart) {
     constexpr std::size_t rowsPerPoll = std::size_t{1} << 14;
     const CurvePage page{.end = LastTime(results)};
     const double z = ConfidenceZ(level);
@@ -132,7 +151,7 @@ bool FillWholeCurve(CAnalysisSupport& host, const KaplanResults& results, double
     place(tied);
     for (ThinnedSteps* each : {&estimate, &lower, &upper})
         each->Close();
-    SurvivalSeries series(level);
+    SurvivalSeries series(names, level);
     const auto take = [](ChartSeries& to, auto& from) {
         to.x = std::move(from.x);
         to.y = std::move(from.y);
@@ -149,9 +168,10 @@ bool FillWholeCurve(CAnalysisSupport& host, const KaplanResults& results, double
 }
 
 /// Plots 2 and 3: the uncensored observations, those left out whose logarithm does not exist.
-std::size_t FillLogarithmic(const KaplanResults& results, bool logSurvival, CChartInfo& chart) {
-    ChartSeries series =
-        Series(std::string{Text(StrKmLegendObserved)}, ChartSeries::Style::Line, ChartSeries::Role::Estimate);
+std::size_t FillLogarithmic(const KaplanResults& results, const CurveNames& names, bool logSurvival,
+                            CChartInfo& chart) {
+    ChartSeries series = Series(std::string{Text(StrKmLegendObserved)} + names.complete,
+                                ChartSeries::Style::Line, ChartSeries::Role::Estimate);
     series.marker = ChartSeries::Marker::Circle;
     ForEachObservation(results, mostPlotted, [&](const KaplanRow& row) {
         if (row.censored || !(row.time > 0.0) || (logSurvival && !(row.survival > 0.0))) return;
@@ -189,15 +209,17 @@ int Show(CAnalysisSupport& host, CChartInfo& chart) {
 
 } // namespace
 
-int PlotKaplan(CAnalysisSupport& host, const KaplanResults& results, KaplanPlot plot, double level) {
+int PlotKaplan(CAnalysisSupport& host, const SharedSettings& shared, const KaplanResults& results,
+               KaplanPlot plot, double level) {
+    const CurveNames names(host, shared);
     const PlotTexts texts = TextsOf(plot);
     CChartInfo chart;
     chart.title = Trimmed(texts.title);
     chart.xAxis.title = Trimmed(texts.xAxis);
     chart.yAxis.title = Trimmed(texts.yAxis);
     const std::size_t values = plot == KaplanPlot::Survival
-                                   ? FillSurvival(results, level, chart)
-                                   : FillLogarithmic(results, plot == KaplanPlot::LogLog, chart);
+                                   ? FillSurvival(results, names, level, chart)
+                                   : FillLogarithmic(results, names, plot == KaplanPlot::LogLog, chart);
     if (values < 3) return StrFewerThan3Values;
     if (!AllPlotted(results))
         chart.notes.push_back(
@@ -205,13 +227,14 @@ int PlotKaplan(CAnalysisSupport& host, const KaplanResults& results, KaplanPlot 
     return Show(host, chart);
 }
 
-int PlotSurvivalCurve(CAnalysisSupport& host, const KaplanResults& results, double level) {
+int PlotSurvivalCurve(CAnalysisSupport& host, const SharedSettings& shared, const KaplanResults& results,
+                      double level) {
     host.d_stat(Text(StrPrinting));
     CChartInfo chart;
     chart.title = Trimmed(StrKmCurve);
     chart.xAxis.title = Trimmed(StrKmAxisTime);
     chart.yAxis.title = Trimmed(StrKmAxisSurviving);
-    const bool filled = FillWholeCurve(host, results, level, chart);
+    const bool filled = FillWholeCurve(host, results, CurveNames(host, shared), level, chart);
     if (filled && !AllPlotted(results))
         chart.notes.push_back(Filled(StrKmNoteThinned, {FormatCount(results.Valid())}));
     const int message = filled ? Show(host, chart) : 0;

@@ -36,9 +36,11 @@ void NameLimitColumns(CAnalysisSupport& host, double level);
 
 /// Which of the three plots.
 enum class KaplanPlot : std::uint8_t { Survival = 1, LogTime = 2, LogLog = 3 };
-int PlotKaplan(CAnalysisSupport& host, const KaplanResults& results, KaplanPlot plot, double level);
+int PlotKaplan(CAnalysisSupport& host, const SharedSettings& shared, const KaplanResults& results,
+               KaplanPlot plot, double level);
 /// The survival curve of all observations, however many.
-int PlotSurvivalCurve(CAnalysisSupport& host, const KaplanResults& results, double level);
+int PlotSurvivalCurve(CAnalysisSupport& host, const SharedSettings& shared, const KaplanResults& results,
+                      double level);
 
 /// One observation in time order; at a tie the uncensored ones come first.
 struct KaplanRow {

@@ -64,6 +64,11 @@ std::string CodeWithLabel(CAnalysisSupport& host, int variable, double code) {
     return FormatNumber(code) + (label ? " (" + InOneLine(*label) + ")" : std::string());
 }
 
+std::string MeaningOfCode(CAnalysisSupport& host, int variable, double code) {
+    return VariableName(host, variable) + " = " +
+           LabelOfCode(host, variable, code).value_or(FormatNumber(code));
+}
+
 std::string Filled(int id, std::initializer_list<std::string> values) {
     std::string text;
     const std::string_view pattern = Text(id);

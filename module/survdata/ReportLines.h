@@ -39,6 +39,9 @@ std::optional<std::string> LabelOfCode(CAnalysisSupport& host, int variable, dou
 /// (6-MP)".
 std::string CodeWithLabel(CAnalysisSupport& host, int variable, double code);
 
+/// What a code stands for in the data's own words, for legends: "treatment = placebo", "status = 1".
+std::string MeaningOfCode(CAnalysisSupport& host, int variable, double code);
+
 /// A text of the string table with values in the places of its %1, %2 ...
 std::string Filled(int id, std::initializer_list<std::string> values);
 

@@ -28,11 +28,9 @@ std::string GroupCode(CAnalysisSupport& host, const SharedSettings& shared, std:
 
 /// "Group  1 (treatment = placebo)": the code, and in the data's own words what it stands for.
 std::string Legend(CAnalysisSupport& host, const SharedSettings& shared, std::size_t group) {
-    const int variable = shared.First(ListGrouping);
     const double code = shared.groupCodes[group];
-    const std::string number = FormatNumber(code);
-    return std::string{Text(StrLtLegendGroup)} + number + " (" + VariableName(host, variable) + " = " +
-           LabelOfCode(host, variable, code).value_or(number) + ")";
+    return std::string{Text(StrLtLegendGroup)} + FormatNumber(code) + " (" +
+           MeaningOfCode(host, shared.First(ListGrouping), code) + ")";
 }
 
 /// "Group 1: Code         Group 2: Code      " with the codes where the blanks are.

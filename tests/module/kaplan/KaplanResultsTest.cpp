@@ -91,6 +91,24 @@ TEST_F(KaplanFixture, PlotOneIsAStepWithItsBand) {
     EXPECT_NEAR(chart.series[1].y[3], 0.6197180, 1e-7);
     EXPECT_NEAR(chart.series[2].y[3], 0.9515517, 1e-7);
     EXPECT_EQ(chart.series[3].x.size(), 12U);
+    EXPECT_EQ(estimate.legend, "Kaplan-Meier estimate (weeks)");
+    EXPECT_EQ(chart.series[3].legend, "Censored (relapse = 0)");
+}
+
+TEST_F(KaplanFixture, TheBandGoesAsFarAsTheCurve) {
+    for (const double last : {0.0, 1.0}) { // the last observation is censored, or leaves nobody
+        host.columns = {{"weeks", {1, 2, 3, 4, 5, 6}}, {"relapse", {1, 1, 0, 1, 1, last}}};
+        Run();
+        for (const char* plot : {"PlotOfSurvivalTimesVsCumProportionSurviving", "SurvivalCurve"}) {
+            host.Script().Call(plot);
+            const auto& series = host.charts.back().series;
+            for (const std::size_t limit : {1U, 2U}) {
+                EXPECT_EQ(series[limit].x.back(), 6) << plot << " " << last;
+                EXPECT_EQ(series[limit].y.back(), series[limit].y[series[limit].y.size() - 2]);
+            }
+        }
+        host.Press(analysis, ControlCancel);
+    }
 }
 
 TEST_F(KaplanFixture, LogarithmicPlotsLeaveOutWhatHasNoLogarithm) {

@@ -54,6 +54,7 @@ enum StringId : int {
     StrWhyInvalidDate = 20026,
     StrWhyNegative = 20027,
     StrWhyEndFirst = 20028,
+    StrWhyNoCodes = 20029,
     StrWeightMissingOne = 20030,
     StrWeightMissing = 20031,
     StrWeightZeroOne = 20032,

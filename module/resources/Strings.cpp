@@ -64,6 +64,7 @@ constexpr StringResource strings[] = {
     {StrWhyInvalidDate, "with an invalid date"},
     {StrWhyNegative, "with a negative survival time"},
     {StrWhyEndFirst, "with %1 before %2"},
+    {StrWhyNoCodes, "as no codes of %1 are given: give the two whose cases are to be analysed"},
     {StrWeightMissingOne, "%1 case without a weight in %2 counts once."},
     {StrWeightMissing, "%1 cases without a weight in %2 count once each."},
     {StrWeightZeroOne, "%1 case with a weight of 0 or less in %2 counts once."},

@@ -26,6 +26,10 @@ std::string Reasons(CAnalysisSupport& host, const SharedSettings& settings, cons
         if (missing == 0 && other == 0) return;
         const std::string name = QuotedName(host, variable);
         reason(missing, StrWhyNoValue, {name});
+        if (std::isnan(one) && std::isnan(two)) {
+            reason(other, StrWhyNoCodes, {name});
+            return;
+        }
         reason(other, StrWhyOtherCode, {name, CodeText(host, variable, one), CodeText(host, variable, two)});
     };
     codes(counts.missingCode, counts.otherCode, settings.First(ListCensoring), settings.completeCode,

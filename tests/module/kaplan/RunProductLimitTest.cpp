@@ -5,6 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
+#include <string>
+#include <tuple>
+#include <vector>
 
 namespace ozm::survival {
 namespace {
@@ -89,17 +93,23 @@ TEST_F(KaplanFixture, EachStatusShowsItsMessageAndKeepsNothing) {
 }
 
 TEST_F(KaplanFixture, AnEmptyReadingSaysWhichCodesThereAre) {
+    const double unset = std::numeric_limits<double>::quiet_NaN();
+    const std::vector<std::tuple<double, double, std::string>> cases{
+        {5, 6, "with another code of 'relapse' than 5 or 6"},
+        {5, unset, "with another code of 'relapse' than 5 or not set"},
+        {unset, unset, "as no codes of 'relapse' are given: give the two whose cases are to be analysed"}};
     Specify();
-    host.Script().Put("CodeForCompleteResponses", 5);
-    host.Script().Put("CodeForCensoredResponses", 6);
-    EXPECT_EQ(host.Press(analysis, ControlOk), StepSpecifyKaplan);
-    ASSERT_EQ(host.messages.size(), 1U);
-    EXPECT_EQ(host.messages[0].text, "Fewer than two valid cases.");
-    EXPECT_EQ(host.messages[0].detail,
-              "Three valid observations are needed.\n"
-              "21 cases in the data, 21 selected, 0 valid.\n"
-              "21 of 21 cases left out: 21 with another code of 'relapse' than 5 or 6.\n"
-              "Codes of 'relapse' among the selected cases: 0 (12 cases), 1 (9 cases).");
+    for (const auto& [complete, censored, why] : cases) {
+        host.Script().Put("CodeForCompleteResponses", complete);
+        host.Script().Put("CodeForCensoredResponses", censored);
+        EXPECT_EQ(host.Press(analysis, ControlOk), StepSpecifyKaplan);
+        EXPECT_EQ(host.messages.back().text, "Fewer than two valid cases.");
+        EXPECT_EQ(host.messages.back().detail,
+                  "Three valid observations are needed.\n"
+                  "21 cases in the data, 21 selected, 0 valid.\n"
+                  "21 of 21 cases left out: 21 " +
+                      why + ".\nCodes of 'relapse' among the selected cases: 0 (12 cases), 1 (9 cases).");
+    }
 }
 
 TEST_F(KaplanFixture, WhatARunLeavesOutIsOneNoteOfTheRun) {

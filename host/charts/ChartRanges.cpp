@@ -13,12 +13,14 @@ void include(Extent& extent, const Extent& more) {
 
 void makeRoom(Extent& shown, const ozm::ChartAxis& axis, const std::vector<double>& drawn) {
     if (!axis.hasRange()) return;
-    const auto isDrawn = [&drawn](double end) {
-        return std::find(drawn.begin(), drawn.end(), end) != drawn.end();
-    };
+    // Half of a marker, roughly.
     const double room = 0.012 * (axis.max - axis.min);
-    if (shown.low == axis.min && isDrawn(axis.min)) shown.low -= room;
-    if (shown.high == axis.max && isDrawn(axis.max)) shown.high += room;
+    const auto isDrawn = [&drawn](double from, double to) {
+        return std::any_of(drawn.begin(), drawn.end(),
+                           [from, to](double value) { return from <= value && value <= to; });
+    };
+    if (shown.low == axis.min && isDrawn(axis.min, axis.min + room)) shown.low -= room;
+    if (shown.high == axis.max && isDrawn(axis.max - room, axis.max)) shown.high += room;
 }
 
 } // namespace

@@ -11,7 +11,7 @@ struct ChartRanges {
 };
 
 /// What the axes show: the given ranges, else the data's. Where something is drawn on an end of a given
-/// range, the axis goes a little further, so that the line or the marker is drawn whole.
+/// range or close to it, the axis goes a little further, so that the line or the marker is drawn whole.
 [[nodiscard]] ChartRanges rangesOf(const ozm::CChartInfo& info);
 
 } // namespace korvana

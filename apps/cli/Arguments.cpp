@@ -42,6 +42,7 @@ struct Loose {
     const CLI::Option* after = nullptr; ///< the option whose value stands just before, if any
     std::string value;                  ///< that value
     std::size_t place = 0;              ///< among the arguments
+    bool option = false;                ///< it would be one, but stands behind "--"
 };
 
 class Reader {
@@ -52,8 +53,11 @@ public:
         for (; at_ < given_.size(); ++at_) {
             const std::string& word = given_[at_];
             if (word == "--") {
-                for (++at_; at_ < given_.size(); ++at_)
+                after_ = nullptr;
+                for (++at_; at_ < given_.size(); ++at_) {
                     takeLoose(given_[at_]);
+                    loose_.back().option = namesOption(given_[at_]);
+                }
                 break;
             }
             if (word.size() > 1 && word.starts_with('-'))
@@ -160,9 +164,8 @@ private:
 
     void takeLoose(const std::string& word) {
         if (trimmed(word).empty())
-            throw UsageError(
-                "an argument is empty: it should be a file or an option (a variable of the shell may "
-                "be without a value)");
+            throw UsageError("an argument is empty: it should be " + wanted() +
+                             " (a variable of the shell may be without a value)");
         for (const std::string_view dash : {"\u2013", "\u2014", "\u2212"})
             if (word.starts_with(dash))
                 throw UsageError("'" + word +
@@ -175,6 +178,15 @@ private:
             failSplitList();
         loose_.push_back({word, after_, value_, at_});
         after_ = nullptr;
+    }
+
+    /// What the next loose word may be.
+    [[nodiscard]] std::string wanted() const {
+        const auto places = app_.get_options([](const CLI::Option* o) { return o->get_positional(); });
+        if (loose_.size() >= places.size()) return "an option";
+        if (places[loose_.size()]->get_name(true) == "DATA") return "a file or an option";
+        const std::string text = places[loose_.size()]->get_description();
+        return text.substr(0, text.find(':'));
     }
 
     /// A list that the shell took apart at a blank.
@@ -201,6 +213,11 @@ private:
     }
 
     [[noreturn]] void failTooMany(bool noneTaken) const {
+        for (const Loose& each : loose_)
+            if (each.option)
+                throw UsageError("'" + each.word +
+                                 "' stands behind --, where everything is a file; options stand before it: " +
+                                 app_.get_name() + " OPTIONS -- FILE");
         // The stranger is no file, and stands behind an option if one does; among files it is the second.
         std::size_t stranger = 1;
         int best = 0;

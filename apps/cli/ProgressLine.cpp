@@ -48,8 +48,9 @@ void ProgressLine::clear() {
 }
 
 void ProgressLine::message(const ResultMessage& message) {
-    clear();
     ++messages_;
+    if (quiet_ && message.severity == ResultMessage::Severity::Note) return;
+    clear();
     std::string text = message.id != 0 ? "message " + std::to_string(message.id) + ": " : std::string{};
     text += trimmed(message.text);
     // A detail may have lines of its own.

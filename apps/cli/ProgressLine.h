@@ -11,7 +11,9 @@ namespace korvana::cli {
 /// Shows what an analysis is doing: its messages, and on a terminal one line of status text, rewritten.
 class ProgressLine final : public SessionObserver {
 public:
-    ProgressLine(Console& console, bool quiet) : console_(console), shows_(console.errIsTerminal && !quiet) {}
+    /// @param quiet  of the messages only warnings and errors are shown, and no progress
+    ProgressLine(Console& console, bool quiet)
+        : console_(console), quiet_(quiet), shows_(console.errIsTerminal && !quiet) {}
     ~ProgressLine() override { clear(); }
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
@@ -29,6 +31,7 @@ private:
     void show();
 
     Console& console_;
+    bool quiet_;
     bool shows_;
     bool visible_ = false;
     int messages_ = 0;

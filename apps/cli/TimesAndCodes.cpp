@@ -16,15 +16,11 @@ constexpr const char* timeForms =
     "first) or six (month, day and year of start, then of end)";
 
 /// The variables that --time names: a name may itself hold a comma.
-std::vector<int> timeVariables(const DataSet& data, const std::vector<std::string>& options) {
+std::vector<int> timeVariables(const DataSet& data, const std::string& list) {
+    if (const auto whole = data.find(list)) return {*whole};
     std::vector<int> times;
-    for (const std::string& entry : options) {
-        if (const auto whole = data.find(entry))
-            times.push_back(*whole);
-        else
-            for (const std::string& name : splitList("--time", entry))
-                times.push_back(variableOf(data, "--time", name));
-    }
+    for (const std::string& name : splitList("--time", list))
+        times.push_back(variableOf(data, "--time", name));
     return times;
 }
 
@@ -41,7 +37,7 @@ void refuseTexts(const DataSet& data, const std::vector<int>& times) {
         if (const std::string& name = data.variable(time).name;
             data.variable(time).kind == VariableKind::Text)
             throw UsageError("--time: '" + name + "' holds texts, times are numbers or dates (YYYY-MM-DD)" +
-                             noteOn(data, name));
+                             noteOn(data, name) + data.layoutRemarks());
 }
 
 /// A code that no case has is a mistake when other cases have neither code; when all cases have the other one
@@ -83,9 +79,6 @@ void TimesAndCodesOptions::declare(CLI::App& app) {
     const std::string group = helpGroup;
     app.add_option("--time", times_, std::string{"time variables: "} + timeForms)
         ->type_name("V[,V...]")
-        ->allow_extra_args(false)
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->group(group);
     app.add_option("--censor", censor_, "variable that tells complete from censored observations")
         ->type_name("V")

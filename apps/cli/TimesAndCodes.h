@@ -39,7 +39,7 @@ public:
     [[nodiscard]] TimesAndCodes resolve(const ActiveData& data) const;
 
 private:
-    std::vector<std::string> times_;
+    std::string times_;
     std::string censor_;
     std::string complete_;
     std::string censored_;

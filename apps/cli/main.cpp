@@ -3,9 +3,13 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <cxxabi.h>
+#include <exception>
 #include <iostream>
+#include <new>
 #include <string_view>
 #include <sys/syscall.h>
+#include <typeinfo>
 #include <unistd.h>
 
 namespace {
@@ -41,6 +45,27 @@ void endOn(int signal) {
     ::sigaction(signal, &action, nullptr);
 }
 
+[[noreturn]] void endWithoutMemory() {
+    korvana::removeUnfinished();
+    tell("korvana: not enough memory\n");
+    ::_exit(korvana::cli::ExitUsage);
+}
+
+std::terminate_handler usualEnd = nullptr;
+
+/// Where nothing can catch: in the making of what is there before main().
+[[noreturn]] void endUncaught() {
+    const std::type_info* const type = abi::__cxa_current_exception_type();
+    if (type != nullptr && *type == typeid(std::bad_alloc)) endWithoutMemory();
+    usualEnd();
+    std::abort();
+}
+
+/// Before all of the program's own objects.
+[[gnu::constructor(101)]] void watchMemory() {
+    usualEnd = std::set_terminate(endUncaught);
+}
+
 } // namespace
 
 int main(int count, char** arguments) {
@@ -51,5 +76,9 @@ int main(int count, char** arguments) {
     // A limit to the size of files is an error of the write, like a full disk.
     std::signal(SIGXFSZ, SIG_IGN);
     korvana::cli::Console own{std::cout, std::cerr, errIsTerminal};
-    return korvana::cli::run({arguments + (count > 0 ? 1 : 0), arguments + count}, own);
+    try {
+        return korvana::cli::run({arguments + (count > 0 ? 1 : 0), arguments + count}, own);
+    } catch (const std::bad_alloc&) { // there was not even room for the message
+        endWithoutMemory();
+    }
 }

@@ -95,6 +95,7 @@ private:
             const CellPlace& place = first[Sort::Thousands];
             const bool certain = thousandsOf(place.text) == Thousands::Certain;
             if (count[Sort::Number] == 0 && !certain) return VariableKind::Text;
+            if (table_.format.dialect.markTold && hasOtherMark(place.text)) return VariableKind::Text;
             fail(column, place,
                  quoted(place) + " has separated thousands; write " + withoutThousands(place.text) +
                      ", and so in the whole file");
@@ -102,12 +103,20 @@ private:
         return VariableKind::Number;
     }
 
-    [[noreturn]] void failBadDate(std::size_t column) const {
-        const CellPlace& place = tallies_[column].first[Sort::BadDate];
-        std::string what = quoted(place) + " is no day of the calendar";
+    bool hasOtherMark(std::string_view text) const {
+        return text.find(table_.format.dialect.comma ? '.' : ',') != std::string_view::npos;
+    }
+
+    std::string noDay() const {
+        std::string what = "no day of the calendar";
         for (const Order& each : orders)
             if (table_.format.dialect.dates == each.order) what.append(" when read as ").append(each.name);
-        fail(column, place, what + "; correct the date or leave the cell empty");
+        return what;
+    }
+
+    [[noreturn]] void failBadDate(std::size_t column) const {
+        const CellPlace& place = tallies_[column].first[Sort::BadDate];
+        fail(column, place, quoted(place) + " is " + noDay() + "; correct the date or leave the cell empty");
     }
 
     struct Found {
@@ -259,18 +268,26 @@ private:
                              " (first: " + inLine(tally.first[Sort::TimeOfDay]) + ")");
         }
         if (kinds_[column].kind != VariableKind::Text) return;
-        noteMixture(column);
-        noteOtherOrder(column, begin);
         const std::int64_t commas = tally.count[Sort::CommaText];
-        if (commas > 0 && commas == tally.count[Sort::Text] && table_.format.dialect.separator == ',') {
-            notes_.push_back(begin + cellsAre(commas, "read as text") + ", such as " +
-                             inLine(tally.first[Sort::CommaText]) +
-                             "; if the comma is the decimal mark, say so (--decimal comma)");
-        }
-        if (tally.count[Sort::Thousands] == tally.filled()) {
-            notes_.push_back(begin + cellsAre(tally.filled(), "read as text") + ", such as " +
-                             inLine(tally.first[Sort::Thousands]) + "; numbers have no separated thousands");
-        }
+        const bool likelyMark =
+            commas > 0 && commas == tally.count[Sort::Text] && table_.format.dialect.separator == ',';
+        const std::string mark =
+            likelyMark ? "; if the comma is the decimal mark, say so (--decimal comma)" : "";
+        if (!noteMixture(column, mark) && likelyMark) noteTexts(begin, tally, Sort::CommaText, mark);
+        noteOtherOrder(column, begin);
+        if (tally.filled() == 0) return;
+        if (tally.count[Sort::Thousands] == tally.filled())
+            noteTexts(begin, tally, Sort::Thousands, "; numbers have no separated thousands");
+        if (tally.count[Sort::BadDate] == tally.filled())
+            noteTexts(begin, tally, Sort::BadDate, ", which is " + noDay());
+        if (tally.count[Sort::TooBig] == tally.filled())
+            noteTexts(begin, tally, Sort::TooBig, ", which is no finite number");
+    }
+
+    /** Cells of one sort that are no numbers or dates, though they look so. */
+    void noteTexts(const std::string& begin, const ColumnTally& tally, Sort sort, const std::string& why) {
+        notes_.push_back(begin + cellsAre(tally.count[sort], "read as text") + ", such as " +
+                         inLine(tally.first[sort]) + why);
     }
 
     /** Texts of which the first would be a date in another order than that asked for. */
@@ -299,13 +316,14 @@ private:
         if (seen.size() > 1) notes_.push_back("dates are read in different orders: " + text);
     }
 
-    void noteMixture(std::size_t column) {
+    /** Whether there was something to note. */
+    bool noteMixture(std::size_t column, const std::string& advice) {
         const ColumnTally& tally = tallies_[column];
         const bool numbers = tally.count[Sort::Number] > 0;
         const std::int64_t regular = numbers ? tally.count[Sort::Number] : tally.dates();
         const std::int64_t other = tally.filled() - regular;
-        if (regular == 0 || other == 0) return;
-        if (!numbers && other > regular) return; // texts of which some look like dates
+        if (regular == 0 || other == 0) return false;
+        if (!numbers && other > regular) return false; // texts of which some look like dates
         const CellPlace* first = nullptr;
         for (const auto sort :
              {Sort::Text, Sort::TooBig, Sort::Thousands, Sort::BadDate, Sort::Date, Sort::OpenDate}) {
@@ -317,7 +335,8 @@ private:
             "variable '" + table_.names[column] + "': " + std::to_string(other) + " of " +
             std::to_string(tally.filled()) + (other == 1 ? " cells is not a " : " cells are not ") +
             (numbers ? "number" : "date") + (other == 1 ? "" : "s") + " (first: " + quoted(*first) +
-            ", line " + std::to_string(first->line) + "); read as text codes");
+            ", line " + std::to_string(first->line) + "); read as text codes" + advice);
+        return true;
     }
 
     const DelimitedTable& table_;

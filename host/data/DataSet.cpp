@@ -66,13 +66,27 @@ int DataSet::require(std::string_view nameOrNumber1) const {
     if (ambiguous) {
         text.append("' in capital letters only; write the name as it stands in the data");
     } else {
-        text.append("'")
-            .append(didYouMean(nearestNames(nameOrNumber1)))
-            .append("; name one of the ")
-            .append(std::to_string(variableCount()))
-            .append(" variables, or give its number");
+        text.append("'").append(didYouMean(nearestNames(nameOrNumber1)));
+        if (variableCount() == 1)
+            text.append("; the only one is '").append(variable(0).name).append("'");
+        else
+            text.append("; name one of the ")
+                .append(std::to_string(variableCount()))
+                .append(" variables, or give its number");
     }
-    throw DataError(path_, 0, 0, text);
+    throw DataError(path_, 0, 0, text + layoutRemarks());
+}
+
+void DataSet::addNote(std::string note, bool layout) {
+    if (layout) layoutNotes_.push_back(note);
+    notes_.push_back(std::move(note));
+}
+
+std::string DataSet::layoutRemarks() const {
+    std::string text;
+    for (const std::string& note : layoutNotes_)
+        text.append("\n").append(path_).append(": ").append(note);
+    return text;
 }
 
 std::vector<std::string> DataSet::nearestNames(std::string_view name, int most) const {

@@ -19,8 +19,8 @@ struct CaseNames {
     std::vector<std::uint64_t> ends; ///< end of each name in the text; empty = the cases have no names
 };
 
-/** More variables than this are refused: numbers of variables are 16-bit elsewhere, and expressions number one
-   value more than there are variables. */
+/** More variables than this are refused: numbers of variables are 16-bit elsewhere, and expressions number
+   one value more than there are variables. */
 inline constexpr int maxVariables = 32766;
 
 /** A table of cases by variables, stored by columns. Movable, not copyable. Indices count from 0; the numbers
@@ -75,6 +75,12 @@ public:
     /** What the reader wants the user to know, one sentence each. */
     const std::vector<std::string>& notes() const { return notes_; }
     void addNote(std::string note) { notes_.push_back(std::move(note)); }
+    /** @param layout  it is on how the file was cut into columns and names */
+    void addNote(std::string note, bool layout);
+
+    /** The notes on the layout for an error about a variable that is not there: each begins with a line feed
+     * and the path. */
+    std::string layoutRemarks() const;
 
     /** How the file was laid out, as the reader found or was told, in a few words; empty when unknown. */
     const std::string& layout() const { return layout_; }
@@ -91,6 +97,7 @@ private:
     std::vector<Column> columns_;
     CaseNames caseNames_;
     std::vector<std::string> notes_;
+    std::vector<std::string> layoutNotes_; ///< which are also among the notes
     std::string layout_;
     ReadSettings readSettings_;
 };

@@ -13,6 +13,7 @@ struct Dialect {
     char separator = ',';
     bool point = true;                ///< 1.5 is a number
     bool comma = false;               ///< 1,5 is a number
+    bool markTold = false;            ///< which of them, by the user
     std::optional<DateOrder> dates{}; ///< none: to be found out
 };
 

@@ -115,6 +115,7 @@ Dialect findDialect(std::string_view text, const ReadOptions& options, const std
     dialect.separator = options.separator ? *options.separator : findSeparator(text);
     dialect.point = options.decimalMark != ',';
     dialect.comma = options.decimalMark ? *options.decimalMark == ',' : dialect.separator != ',';
+    dialect.markTold = options.decimalMark.has_value();
     dialect.dates = options.dates;
     return dialect;
 }
@@ -138,6 +139,19 @@ struct FirstRow {
     std::size_t next = 0;             ///< offset of the row that follows
 };
 
+[[noreturn]] void refuseReturns(std::string_view text, const RawCell& cell, const std::string& file,
+                                std::int64_t line, std::int64_t number) {
+    const bool feeds = text.find('\n') != std::string_view::npos;
+    const bool doubled = feeds && *cell.next == '\n' &&
+                         cell.text.find_first_not_of('\r', cell.text.find('\r')) == std::string_view::npos;
+    throw DataError(file, line, number,
+                    doubled ? "the line ends with several carriage returns, as when a file is converted "
+                              "twice; save it with line feeds (LF or CR LF)"
+                    : feeds ? "there is a carriage return inside this cell; take it out, or put the cell in "
+                              "quotes"
+                            : "the lines end with carriage returns alone; save the file with line feeds");
+}
+
 /** @param whole  the text ends here; otherwise a row that does not end in it may be half a row */
 FirstRow readFirstRow(std::string_view text, bool whole, const DelimitedFormat& format,
                       const std::string& file) {
@@ -158,10 +172,8 @@ FirstRow readFirstRow(std::string_view text, bool whole, const DelimitedFormat& 
                             "there is text behind the closing quotation mark; double the quotation marks "
                             "inside the cell");
         }
-        if (std::find(cell.text.begin(), cell.text.end(), '\r') != cell.text.end() && !cell.quoted) {
-            throw DataError(file, format.firstLine, number,
-                            "the lines end with carriage returns alone; save the file with line feeds");
-        }
+        if (!cell.quoted && cell.text.find('\r') != std::string_view::npos)
+            refuseReturns(text, cell, file, format.firstLine, number);
         const CellKind kind = classifyCell(cell.text, format.dialect).kind;
         const bool text_ = kind == CellKind::Text || kind == CellKind::BadDate || kind == CellKind::TooBig;
         if (auto& first = text_ ? row.text : row.value; !first && !cell.text.empty()) first = cell.text;

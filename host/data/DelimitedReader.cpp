@@ -127,7 +127,7 @@ public:
                                 ", leave out those that are not needed");
         }
         headerFound_ = options.header == HeaderLine::Automatic && !format.header.empty();
-        table_.names = variableNames(format.header, format.columns, first_, notes_);
+        table_.names = variableNames(format.header, format.columns, first_, layoutNotes_);
     }
 
     DataSet run() {
@@ -155,6 +155,8 @@ public:
             noteEncoding();
         for (std::size_t i = first_; i < columns_.size(); ++i)
             data.addVariable(std::move(variables[i]), std::move(columns_[i]));
+        for (std::string& note : layoutNotes_)
+            data.addNote(std::move(note), true);
         for (std::string& note : notes_)
             data.addNote(std::move(note));
         data.setLayout(layout(kinds));
@@ -236,9 +238,9 @@ private:
     void noteFirstCase() {
         const DelimitedFormat& format = table_.format;
         if (format.textInFirstRow.empty()) return;
-        notes_.push_back("the first line is taken for a case, as '" + brief(format.valueInFirstRow) +
-                         "' in it is a value; if it holds the names, as '" + brief(format.textInFirstRow) +
-                         "' may be one, say so (--header)");
+        layoutNotes_.push_back("the first line is taken for a case, as '" + brief(format.valueInFirstRow) +
+                               "' in it is a value; if it holds the names, as '" +
+                               brief(format.textInFirstRow) + "' may be one, say so (--header)");
     }
 
     /** A first line that was taken for the names, though it may be a case. */
@@ -249,8 +251,9 @@ private:
             if (std::none_of(text.labels.begin(), text.labels.end(),
                              [&name](const ValueLabel& label) { return label.text == name; }))
                 continue;
-            notes_.push_back("the first line is taken for the names, though '" + brief(name) +
-                             "' is also a value of that column; if the line is a case, say so (--no-header)");
+            layoutNotes_.push_back(
+                "the first line is taken for the names, though '" + brief(name) +
+                "' is also a value of that column; if the line is a case, say so (--no-header)");
             return;
         }
     }
@@ -282,19 +285,22 @@ private:
 
     /** A single column of texts is likely a table with another separator. */
     void noteSingleColumn() {
-        if (table_.format.columns > 1 || table_.format.header.empty() ||
-            tallies_[0].count[ColumnTally::Text] < table_.rowCount())
-            return;
+        if (table_.format.columns > 1 || table_.format.header.empty()) return;
+        const ColumnTally& tally = tallies_[0];
+        // 5,1 is a number where the comma does not separate cells.
+        const auto sort = tally.count[ColumnTally::Comma] > 0 ? ColumnTally::Comma : ColumnTally::Text;
+        if (tally.count[sort] < table_.rowCount()) return;
         const std::string& header = table_.format.header.front();
-        const std::string& cell = tallies_[0].first[ColumnTally::Text].text;
+        const std::string& cell = tally.first[sort].text;
         for (const char c : {';', '|', '\t', ',', ':', '^', '~', '!', '#', '/', '\\', '&', '*', ' '}) {
             const auto count = std::count(header.begin(), header.end(), c);
             if (count == 0 || (c != ' ' && std::count(cell.begin(), cell.end(), c) != count)) continue;
             const std::string sign = c == '\t' ? "tab" : std::string(1, c);
-            notes_.push_back("the file has a single column, '" + table_.names[0] + "'; if " +
-                             (c == ' ' ? "blanks separate its cells, save it with commas, semicolons or tabs"
-                                       : "'" + sign + "' separates its cells, say so (--separator '" + sign +
-                                             "'), or save it with commas, semicolons or tabs"));
+            layoutNotes_.push_back("the file has a single column, '" + table_.names[0] + "'; if " +
+                                   (c == ' '
+                                        ? "blanks separate its cells, save it with commas, semicolons or tabs"
+                                        : "'" + sign + "' separates its cells, say so (--separator '" + sign +
+                                              "'), or save it with commas, semicolons or tabs"));
             return;
         }
     }
@@ -319,6 +325,7 @@ private:
     std::vector<Column> columns_;
     std::vector<ColumnTally> tallies_;
     std::vector<std::string> notes_;
+    std::vector<std::string> layoutNotes_; ///< on columns and names
 };
 
 } // namespace

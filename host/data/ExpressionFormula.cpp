@@ -253,7 +253,7 @@ private:
         if (!ambiguous) what.append(didYouMean(nearestOf(token.text, names, 3)));
         if (!ambiguous && token.kind == TokenKind::Name)
             what.append("; a text to compare with belongs in quotes ('...')");
-        fail(token.position, what);
+        fail(token.position, what + data_.layoutRemarks());
     }
 
     /** The value that a text means next to a comparison with a variable. */

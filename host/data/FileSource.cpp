@@ -34,11 +34,24 @@ FileSource::FileSource(const std::filesystem::path& path, std::stop_token stop)
         throw;
     }
     seeks_ = S_ISREG(status.st_mode);
+    if (owned_) nameDescriptor(path);
     if (!seeks_) return;
     if (!owned_) begin_ = std::max<off_t>(lseek(descriptor_, 0, SEEK_CUR), 0);
     size_ = static_cast<std::size_t>(std::max<off_t>(status.st_size - begin_, 0));
     modified_ = status.st_mtim;
     posix_fadvise(descriptor_, 0, 0, POSIX_FADV_SEQUENTIAL);
+}
+
+/** A shell's <(command) is /dev/fd/63, a number that means nothing to who reads the results. */
+void FileSource::nameDescriptor(const std::filesystem::path& path) {
+    const std::filesystem::path folder = path.parent_path();
+    if (folder != "/dev/fd" && folder != "/proc/self/fd") return;
+    std::error_code unknown;
+    const std::filesystem::path file = std::filesystem::read_symlink(path, unknown);
+    if (!seeks_)
+        name_ = "pipe";
+    else if (!unknown)
+        name_ = file.string();
 }
 
 FileSource::~FileSource() {

@@ -27,6 +27,7 @@ public:
 private:
     static constexpr std::size_t blockBytes = std::size_t{1} << 20;
 
+    void nameDescriptor(const std::filesystem::path& path);
     std::size_t readFile(std::span<char> room);
     std::size_t readPipe(std::span<char> room);
     void waitForBytes() const;

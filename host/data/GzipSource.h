@@ -10,7 +10,7 @@
 namespace korvana {
 
 /** The first bytes of what gzip has packed. */
-inline constexpr std::string_view gzipMark{"\x1F\x8B\x08", 3};
+inline constexpr std::string_view gzipMark{"\x1F\x8B"};
 
 /** Unpacks gzip while it reads; several packed pieces one behind the other are one text. */
 class GzipSource final : public ByteSource {

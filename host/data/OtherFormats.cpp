@@ -50,6 +50,7 @@ constexpr OtherFormat otherFormats[] = {
     {"Rar!\x1A\x07"sv, ".rar", "a RAR archive (.rar)", unpack},
     {"\x1F\x8B"sv, "", "packed twice with gzip", "unpack it once"},
     {"%PDF", ".pdf", "a PDF document"},
+    {"\x1F\x9D", ".Z", "a file packed with compress (.Z)", unpack},
     {"\x89PNG", ".png", "a picture (PNG)"},
     {"{\\rtf", ".rtf", "a document (.rtf)", "save it as plain text"},
 };
@@ -67,6 +68,25 @@ OtherFormat zipFormat(std::string_view beginning, std::string_view ending) {
     if (holds("opendocument.text") || ends(".odt"))
         return {"", "", "a document (.odt)", "save it as plain text"};
     return {"", "", "an archive (.zip)", unpack};
+}
+
+bool beginsWith(std::string_view text, std::string_view with) {
+    return equalIgnoringCase(text.substr(0, with.size()), with);
+}
+
+/** Texts that are no tables; empty when it may be one. */
+std::string_view markupFormat(std::string_view beginning) {
+    constexpr auto blanks = " \t\r\n"sv;
+    if (beginning.starts_with("\xEF\xBB\xBF")) beginning.remove_prefix(3);
+    beginning.remove_prefix(std::min(beginning.find_first_not_of(blanks), beginning.size()));
+    if (beginsWith(beginning, "<?xml")) return "an XML file";
+    for (const std::string_view tag : {"<!doctype html", "<html", "<head", "<body", "<table"})
+        if (beginsWith(beginning, tag)) return "a web page (HTML)";
+    if (!beginning.starts_with('{') && !beginning.starts_with('[')) return "";
+    const std::size_t next = beginning.find_first_not_of(blanks, 1);
+    const bool json =
+        next != std::string_view::npos && "\"{[]}"sv.find(beginning[next]) != std::string_view::npos;
+    return json ? "a JSON file" : "";
 }
 
 [[noreturn]] void refuse(const OtherFormat& format, const std::string& name) {
@@ -115,6 +135,8 @@ void refuseOtherFormats(std::string_view beginning, const std::filesystem::path&
         if (!format.magic.empty() && beginning.starts_with(format.magic) &&
             (!format.asName || isBinary(beginning)))
             refuse(format, name);
+    if (const std::string_view markup = markupFormat(beginning); !markup.empty())
+        refuse({"", "", markup}, name);
     if (beginning.size() > 262 && beginning.substr(257, 5) == "ustar")
         refuse({"", "", "a tar archive", unpack}, name);
     for (const OtherFormat& format : otherFormats)

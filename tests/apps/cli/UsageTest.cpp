@@ -56,7 +56,10 @@ TEST_F(UsageTest, EveryOptionRefusesAnEmptyValue) {
     for (const CommandApp& command : makeApps()) {
         for (const CLI::Option* option : command.app->get_options()) {
             if (option->get_positional()) {
-                EXPECT_TRUE(has(usageError({command.name, ""}), "an argument is empty")) << command.name;
+                const std::string error = usageError({command.name, ""});
+                EXPECT_TRUE(has(error, "an argument is empty")) << command.name;
+                EXPECT_EQ(has(error, "bash, zsh or fish"), command.name == std::string{"completion"})
+                    << error;
                 continue;
             }
             if (option->get_items_expected_max() == 0) continue;
@@ -117,6 +120,7 @@ TEST_F(UsageTest, WhatFollowsTwoHyphensIsAFile) {
     EXPECT_TRUE(has(run({"info", "--", "-x.csv"}).out, "-x.csv: 1 case"));
     EXPECT_TRUE(has(run({"info", "--json", "--", "-x.csv"}).out, "\"cases\": 1"));
     EXPECT_TRUE(has(usageError({"info", "--", "--json"}), "--json: there is no such file"));
+    EXPECT_TRUE(has(usageError({"info", "--", "-x.csv", "--json"}), "'--json' stands behind --"));
     std::filesystem::current_path(before);
 }
 
@@ -207,6 +211,26 @@ TEST_F(UsageTest, DataThatCannotBeUsedAreNamedByPlace) {
         "weeks_2  number      1        3"));
     EXPECT_TRUE(has(usageError({"info", data, "--separator", "word"}), "comma, semicolon, tab, pipe"));
     EXPECT_TRUE(has(usageError({"info", data, "--header", "--no-header"}), "contradict"));
+}
+
+TEST_F(UsageTest, AVariableThatIsNotThereComesWithWhatTheLayoutMakesOfIt) {
+    const std::string tilde = file("tilde.csv", "time~s\n1~1\n2~0\n");
+    const std::string first = file("first.csv", "time,s,7\n1,1,2\n2,0,2\n");
+    for (const std::vector<std::string>& options : std::vector<std::vector<std::string>>{
+             {"--time", "time", "--censor", "s"}, {"--select", "time > 1"}, {"--weight", "time"}}) {
+        const auto error = [&](const std::string& path) {
+            std::vector<std::string> call{"kaplan-meier", path};
+            call.insert(call.end(), options.begin(), options.end());
+            return usageError(call);
+        };
+        EXPECT_TRUE(has(error(tilde), "there is no variable 'time'") && has(error(tilde), "--separator '~'"))
+            << error(tilde);
+        EXPECT_TRUE(has(error(first), "(--header)")) << error(first);
+    }
+    const std::string wrong =
+        usageError({"kaplan-meier", data, "--separator", ";", "--time", "weeks", "--censor", "s"});
+    EXPECT_TRUE(has(wrong, "the only one is 'weeks,status,sex,start'") && has(wrong, "--separator ','"))
+        << wrong;
 }
 
 TEST_F(UsageTest, TimesThatAreTextsAreToldWithTheCellThatMakesThemSo) {

@@ -44,6 +44,8 @@ TEST(ReadErrors, NameThePlaceAndTheRemedy) {
         {"NUL", "a,b\n1,\0\n"s, 2, 0, {"NUL", "UTF-8"}},
         {"NUL far down", "a\n" + std::string(200'000, '1') + "\n2\0\n"s, 3, 0, {"NUL", "UTF-8"}},
         {"old Macintosh", "a,b\r1,2\r3,4\r", 1, 2, {"carriage returns"}},
+        {"converted twice", "a,b\r\r\n1,2\r\r\n", 1, 2, {"ends with several carriage returns"}},
+        {"a return inside", "a\r,b\n1,2\n", 1, 1, {"inside this cell"}},
         {"infinite", "a,b\n1,2\n1,Inf\n", 3, 2, {"variable 'b'", "'Inf'", "infinite"}},
         {"too big", "a,b\n1e999,2\n5,6\n", 2, 1, {"'1e999'", "greatest number"}},
         {"no such day",
@@ -71,12 +73,6 @@ TEST(ReadErrors, NameThePlaceAndTheRemedy) {
         {"thousands", "a;b\n1;2\n1.234,5;1\n", 3, 1, {"'1.234,5' has separated thousands; write 1234,5"}},
         {"thousands with blanks", "a,b\n1,2\n12 345,1\n", 3, 1, {"'12 345'", "write 12345"}},
         {"thousands in quotes", "a,b\n850,2\n\"1,234\",1\n", 3, 1, {"'1,234'", "write 1234"}},
-        {"thousands where the mark is given",
-         "a;b\n850;2,5\n1.200;1\n",
-         3,
-         1,
-         {"'1.200' has separated thousands"},
-         {HeaderLine::Automatic, {}, ','}},
         {"dates that can be read in two ways",
          "d;x\n05.05.1995;1\n05.06.1995;2\n",
          3,
@@ -190,6 +186,12 @@ TEST(ReadErrors, OtherFormatsAreNamedForWhatTheyAre) {
         {"\xFD"
          "7zXZ\0"s,
          "", "packed with xz"},
+        {"\x1F\x9D\x90", ".csv", "packed with compress (.Z)"},
+        {"\n<!DOCTYPE HTML>", ".xls", "a web page (HTML)"},
+        {"<html xmlns:x=\"y\"><table>", "", "a web page (HTML)"},
+        {"\xEF\xBB\xBF<?xml version=\"1.0\"?>", ".csv", "an XML file"},
+        {"[\n  {\"time\": 1}]", ".csv", "a JSON file"},
+        {"{\"time\": [1]}", "", "a JSON file"},
         {"7z\xBC\xAF\x27\x1C", "", "a 7-Zip archive"},
         {"\xFF\xFE"
          "a\0,\0b\0"s,
@@ -211,6 +213,7 @@ TEST(ReadErrors, OtherFormatsAreNamedForWhatTheyAre) {
             << each.said << ": " << refusal(file.path());
     }
     EXPECT_EQ(dump(readText("PAR1,BZh\n1,2\n")), "PAR1 N: 1 | BZh N: 2") << "names of variables";
+    EXPECT_EQ(dump(readText("[a],<b>\n1,2\n")), "[a] N: 1 | <b> N: 2") << "names of variables";
 }
 
 TEST(ReadErrors, LimitsOfSize) {

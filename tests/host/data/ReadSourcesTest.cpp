@@ -106,8 +106,17 @@ TEST(ReadSources, StandardInputIsReadFromWhereItStands) {
     EXPECT_EQ(dump(readData("-")), "g T: b a");
     EXPECT_NE(refusalOf<DataError>([] { readData("-"); }).find("standard input: the file is empty"),
               std::string::npos);
+    // A file that the shell opened, and its <(command).
+    const TemporaryFile plain("a\n1\n");
+    const int reopened = open(plain.path().c_str(), O_RDONLY | O_CLOEXEC);
+    EXPECT_EQ(readData("/dev/fd/" + std::to_string(reopened)).fileName(), plain.path().filename());
+    int process[2];
+    ASSERT_EQ(pipe(process), 0);
+    EXPECT_EQ(write(process[1], "a\n1\n", 4), 4);
+    close(process[1]);
+    EXPECT_EQ(readData("/dev/fd/" + std::to_string(process[0])).fileName(), "pipe");
     dup2(before, STDIN_FILENO);
-    for (const int each : {before, opened, ends[0]})
+    for (const int each : {before, opened, ends[0], reopened, process[0]})
         close(each);
 }
 
@@ -154,7 +163,7 @@ TEST(ReadSources, WhatGzipLeftIncompleteOrDamagedIsNamed) {
     };
     const RandomTable table(3, 300);
     const std::string whole = packed(table.text);
-    for (std::size_t length = 3; length < whole.size(); length += 1 + length / 8)
+    for (std::size_t length = 2; length < whole.size(); length += 1 + length / 8)
         EXPECT_NE(refusal(whole.substr(0, length)).find("ends too early"), std::string::npos) << length;
     for (std::size_t at = 3; at < whole.size(); at += 97) {
         std::string damaged = whole;

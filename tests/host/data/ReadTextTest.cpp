@@ -72,6 +72,10 @@ TEST(ReadText, AcceptsWhatPeopleSave) {
          "a;b\n1,234;1.5\n",
          "a N: 1.234 | b T: 1.5",
          {HeaderLine::Automatic, {}, ','}},
+        {"cells that have the other mark",
+         "a;b\n850;2,5\n1.200;1\n1.200,5;3\n",
+         "a T: 850 1.200 1.200,5 | b N: 2.5 1 3",
+         {HeaderLine::Automatic, {}, ','}},
         {"missing cells", "a,b,c\n,NA, . \n NaN,\"\",\"NA\"\n1,2,nan\n",
          "a N: - - 1 | b N: - - 2 | c N: - - -"},
         {"numbers in all shapes", "x\n+1\n-.5\n5.\n\"12\"\n 7 \n1E3\n1e-400\n00012345678901234567890\n",
@@ -166,11 +170,15 @@ TEST(ReadText, CodesFollowTheOrderOfTexts) {
 TEST(ReadText, NotesWhatItChanged) {
     const auto note = [](std::string_view text) {
         const DataSet data = readText(text);
-        return data.notes().empty() ? std::string() : data.notes().front();
+        std::string all;
+        for (const std::string& each : data.notes())
+            all.append(all.empty() ? "" : "\n").append(each);
+        return all;
     };
     EXPECT_EQ(note("a,b\n1,2\n"), "");
     EXPECT_EQ(note("a,b\n\"x\ny\",2\n,3\n7,unknown\n7,?\n"),
-              "variable 'a': 1 of 3 cells is not a number (first: 'x\\ny', line 2); read as text codes");
+              "variable 'a': 1 of 3 cells is not a number (first: 'x\\ny', line 2); read as text codes\n"
+              "variable 'b': 2 of 4 cells are not numbers (first: 'unknown', line 5); read as text codes");
     EXPECT_EQ(note("a,b\n1 x,1\n1\xC2\xA0x,2\n3,3\n5\xE2\x80\xAFx,4\n"),
               "variable 'a': 3 of 4 cells are not numbers (first: '1 x', line 2); read as text codes");
     EXPECT_EQ(
@@ -189,9 +197,10 @@ TEST(ReadText, NotesWhatItChanged) {
     EXPECT_EQ(note("a,\xE9\n1,2\n"), "line 1" + encoding);
     EXPECT_EQ(note("\"\",b\nAnn,2\nRen\xE9,3"), "line 3" + encoding);
     EXPECT_EQ(note("a,b\nx,2\n\xC3\xA9,3\n"), "");
-    EXPECT_EQ(note("time,7\n1,2\n"), "the first line is taken for a case, as '7' in it is a value; if it "
-                                     "holds the names, as 'time' may be "
-                                     "one, say so (--header)");
+    EXPECT_EQ(note("time,7\n1,2\n"),
+              "the first line is taken for a case, as '7' in it is a value; if it holds the names, as 'time' "
+              "may be one, say so (--header)\n"
+              "variable 'Var1': 1 of 2 cells is not a number (first: 'time', line 1); read as text codes");
     EXPECT_EQ(
         note("drug,good\nplacebo,bad\ndrug,bad\n"),
         "the first line is taken for the names, though 'drug' is also a value of that column; if the line is "
@@ -206,6 +215,15 @@ TEST(ReadText, NotesWhatItChanged) {
     EXPECT_EQ(note("a,b\n\"1,5\",1\n"),
               "variable 'a': 1 cell is read as text, such as '1,5' in line 2; if the "
               "comma is the decimal mark, say so (--decimal comma)");
+    EXPECT_EQ(note("a,b\n1,2\n\"2,5\",3\n"),
+              "variable 'a': 1 of 2 cells is not a number (first: '2,5', line 3); read as text codes; if the "
+              "comma is the decimal mark, say so (--decimal comma)");
+    EXPECT_EQ(
+        note("d,b\n1995-13-05,1\n,2\n1995-14-05,1\n"),
+        "variable 'd': 2 cells are read as text, such as '1995-13-05' in line 2, which is no day of the "
+        "calendar");
+    EXPECT_EQ(note("a,b\nInf,1\n"),
+              "variable 'a': 1 cell is read as text, such as 'Inf' in line 2, which is no finite number");
     EXPECT_EQ(note("d\n1995-01-30 00:00:00\n1995-01-31\n"), "");
     EXPECT_EQ(note("d\n1995-01-30\n1995-01-31 08:00\n"),
               "variable 'd': dates count whole days; the time of day is left out of 1 cell (first: "

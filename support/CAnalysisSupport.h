@@ -89,6 +89,7 @@ public:
     short getvn5(int variable, std::string& name) { return variables_->getvn5(variable, name); }
     std::string VariableLabel(int variable) { return variables_->VariableLabel(variable); }
     int FindVariable(std::string_view name) { return variables_->FindVariable(name); }
+    bool HoldsTexts(int variable) { return variables_->HoldsTexts(variable); }
     int vvlcod8(int variable, LabelLookup mode, std::string& text, double& value) {
         return variables_->vvlcod8(variable, mode, text, value);
     }

@@ -1,5 +1,6 @@
 #include "host/results/OriginText.h"
 
+#include <algorithm>
 #include <cmath>
 #include <ctime>
 #include <filesystem>
@@ -96,6 +97,20 @@ std::string originLine(const RunOrigin& run) {
             add(line, joined(*roles, roleText));
         else
             add(line, settingText(setting));
+    }
+    return line;
+}
+
+std::string differingSettings(const OutputOrigin& origin, const std::vector<const OutputOrigin*>& others) {
+    std::string line;
+    for (const Setting& setting : origin.settings) {
+        const auto differs = [&setting](const OutputOrigin* other) {
+            return std::any_of(other->settings.begin(), other->settings.end(),
+                               [&setting](const Setting& its) {
+                                   return its.id == setting.id && its.value != setting.value;
+                               });
+        };
+        if (std::any_of(others.begin(), others.end(), differs)) add(line, settingText(setting));
     }
     return line;
 }

@@ -11,6 +11,10 @@ namespace korvana {
 /// variables and codes. Without the time of day, which differs from one output of a run to the next.
 [[nodiscard]] std::string originLine(const RunOrigin& run);
 
+/// The settings of the dialog that made an output, as far as it had others for one of `others`: "Level: 0.9".
+[[nodiscard]] std::string differingSettings(const OutputOrigin& origin,
+                                            const std::vector<const OutputOrigin*>& others);
+
 /// The time of day at which an output was made, "14:05:09", and its date before it.
 [[nodiscard]] std::string timeOfDay(const OutputOrigin& origin);
 [[nodiscard]] std::string dateAndTime(const OutputOrigin& origin);

@@ -37,6 +37,10 @@ int SessionVariables::FindVariable(std::string_view name) {
     return found ? *found + 1 : 0;
 }
 
+bool SessionVariables::HoldsTexts(int variable) {
+    return exists(variable) && data_.dataSet().variable(variable - 1).kind == VariableKind::Text;
+}
+
 int SessionVariables::vvlcod8(int variable, ozm::LabelLookup mode, std::string& text, double& value) {
     if (!exists(variable)) return 0;
     if (mode == ozm::LabelLookup::CodeOfText) {

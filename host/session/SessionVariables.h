@@ -14,6 +14,7 @@ public:
     short getvn5(int variable, std::string& name) override;
     std::string VariableLabel(int variable) override;
     int FindVariable(std::string_view name) override;
+    bool HoldsTexts(int variable) override;
     int vvlcod8(int variable, ozm::LabelLookup mode, std::string& text, double& value) override;
     int ReadDataToGetDefaultCodes(int variable, const ozm::DefaultCodeOptions& options,
                                   std::vector<ozm::CodeCount>& codes) override;

@@ -20,7 +20,8 @@ constexpr ControlTemplate cancelButton{.id = ControlCancel, .text = "Cancel"};
 // What several specifications have.
 
 constexpr std::string_view quickPage[] = {"Quick"};
-constexpr RoleTemplate timesRole{"Survival times or dates (1, 2 or 6 variables)", ListSurvivalTimes, 1, 6};
+constexpr RoleTemplate timesRole{"Survival times or dates (1, 2 or 6 variables)", ListSurvivalTimes, 1, 6,
+                                 true};
 constexpr RoleTemplate censoringRole{"Censoring indicator", ListCensoring, 1, 1};
 constexpr std::string_view completeWords[] = {
     "complete", "completed", "uncensored", "event",    "dead",       "death",    "died",        "deceased",

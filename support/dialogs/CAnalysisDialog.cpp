@@ -142,11 +142,18 @@ DialogResult CAnalysisDialog::Fits(const ControlTemplate& control, const Control
                 return DialogResult::refused(
                     "'" + std::string{control.roles[role].prompt} + "' takes at most " +
                     Plural(control.roles[role].maximum, "variable") + ", not " + std::to_string(list.size()));
-            for (const int variable : list)
+            for (const int variable : list) {
                 if (variable < 1 || variable > variables)
                     return DialogResult::refused("there is no variable number " + std::to_string(variable) +
                                                  "; the data have " +
                                                  Plural(static_cast<std::size_t>(variables), "variable"));
+                if (!control.roles[role].measures || !analysis_.HoldsTexts(variable)) continue;
+                std::string name;
+                (void)analysis_.getvn5(variable, name);
+                return DialogResult::refused("'" + name + "' holds texts; '" +
+                                             std::string{control.roles[role].prompt} +
+                                             "' takes numbers or dates");
+            }
         }
     }
     return {};

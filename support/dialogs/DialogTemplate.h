@@ -30,6 +30,7 @@ struct RoleTemplate {
     std::uint8_t list;     ///< which of the analysis's selection lists it fills, 0-based
     std::uint16_t minimum; ///< how many variables OK wants at least
     std::uint16_t maximum; ///< how many the box holds at most
+    bool measures = false; ///< its variables are numbers or dates, no texts
 };
 
 /// One entry of a list or a radio group.

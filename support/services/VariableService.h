@@ -41,6 +41,9 @@ public:
     /// The number of the variable of that name (or of that number in digits), 0 when there is none.
     virtual int FindVariable(std::string_view name) = 0;
 
+    /// Whether the variable's values are texts, so that its codes measure nothing.
+    virtual bool HoldsTexts(int /*variable*/) { return false; }
+
     /// Value-label lookup: the code that belongs to a text, or the text of a code. Answers 1 when found, else
     /// 0 (the output is then untouched).
     virtual int vvlcod8(int variable, LabelLookup mode, std::string& text, double& value) = 0;

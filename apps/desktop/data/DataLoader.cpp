@@ -50,13 +50,13 @@ void DataLoader::load(const QString& path, const ReadOptions& options) {
         } catch (const ReadingStopped&) {
             outcome->stopped = true;
         } catch (const AmbiguousDates& error) {
-            outcome->error = shown(error.what());
+            outcome->error = readerText(error.what());
             outcome->dateOrders = error.orders();
         } catch (const DataError& error) {
-            outcome->error = shown(error.what());
+            outcome->error = readerText(error.what());
             outcome->faultInText = error.line() > 0;
         } catch (const std::exception& error) {
-            outcome->error = shown(error.what());
+            outcome->error = readerText(error.what());
         }
         outcome->promise.set_value();
         QMetaObject::invokeMethod(

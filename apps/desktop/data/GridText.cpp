@@ -1,5 +1,6 @@
 #include "apps/desktop/data/GridText.h"
 
+#include "apps/desktop/CommandText.h"
 #include "host/data/DayNumber.h"
 #include "host/data/NumberText.h"
 #include "host/results/Utf8.h"
@@ -12,6 +13,10 @@ namespace korvana::desktop {
 
 QString shown(std::string_view utf8) {
     return QString::fromStdString(oneLine(utf8));
+}
+
+QString readerText(std::string_view utf8) {
+    return inCommandsOfTheWindow(shown(utf8));
 }
 
 QString kindName(VariableKind kind) {

@@ -14,6 +14,10 @@ namespace korvana::desktop {
 /// A text of the data for one line of the screen: line ends, tabs and other control characters become blanks.
 QString shown(std::string_view utf8);
 
+/// What a reader has to say about a file: in place of options of the command line it names the menu's
+/// command.
+QString readerText(std::string_view utf8);
+
 /// "number", "text", "date".
 QString kindName(VariableKind kind);
 

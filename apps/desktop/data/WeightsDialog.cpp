@@ -17,7 +17,7 @@ namespace korvana::desktop {
 WeightsDialog::WeightsDialog(ActiveData& active, QWidget* parent)
     : QDialog(parent), data_(active),
       none_(new QRadioButton(tr("&No weights: every case counts once"), this)),
-      byVariable_(new QRadioButton(tr("&Weight cases by"), this)),
+      byVariable_(new QRadioButton(tr("&Weight cases by a variable of numbers:"), this)),
       variables_(new VariableChooser(active.dataSet(), true, this)), effect_(new QLabel(this)) {
     setWindowTitle(tr("Case Weights"));
     effect_->setWordWrap(true);

@@ -51,10 +51,11 @@ int CodePairs::partnerOf(int control) const {
     return 0;
 }
 
-double CodePairs::filledIn(int control) const {
+double CodePairs::filledIn(int control, const ozm::CAnalysisDialog& dialog) const {
     for (const Pair& pair : pairs_)
         for (const std::size_t place : {0U, 1U})
-            if (pair.fields[place]->id == control) return pair.filled[place];
+            if (pair.fields[place]->id == control && variableOf(pair, dialog) == pair.variable)
+                return pair.filled[place];
     return std::numeric_limits<double>::quiet_NaN();
 }
 

@@ -26,8 +26,9 @@ public:
                                           const std::function<bool(int control)>& untouched);
     /// The other control of the pair, 0 for a control that belongs to none.
     [[nodiscard]] int partnerOf(int control) const;
-    /// The code that was filled in for a control and not replaced by the user since; NaN: none.
-    [[nodiscard]] double filledIn(int control) const;
+    /// The code that was filled in for a control and not replaced by the user since, while the variable that
+    /// it was filled in for is chosen; NaN: none.
+    [[nodiscard]] double filledIn(int control, const ozm::CAnalysisDialog& dialog) const;
 
     /// What is known of a pair.
     struct Known {

@@ -30,6 +30,8 @@ DialogView::DialogView(ozm::CAnalysisDialog& dialog, QWidget* parent)
     : QDialog(parent), dialog_(&dialog), number_(dialog.Template().number), pairs_(dialog.Template()) {
     setWindowTitle(fromView(dialog.Template().title));
     setSizeGripEnabled(true);
+    // Buttons show that they have the keyboard from the first, not only after a Tab.
+    setAttribute(Qt::WA_KeyboardFocusChange);
     build();
     offerSwaps();
     callout_ = new Callout(this);
@@ -81,7 +83,9 @@ void DialogView::ControlChanged(ozm::CAnalysisDialog& /*dialog*/, int control) {
     if (dialog_ == nullptr) return;
     showValue(control);
     const ozm::ControlTemplate* found = dialog_->Template().Find(control);
-    if (found != nullptr && found->kind == ozm::ControlKind::VariableSelection) offerCodes();
+    if (found == nullptr || found->kind != ozm::ControlKind::VariableSelection) return;
+    offerCodes();
+    remarkFilledCodes();
 }
 
 void DialogView::DialogClosed(ozm::CAnalysisDialog& /*dialog*/) {

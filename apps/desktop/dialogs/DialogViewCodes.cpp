@@ -53,7 +53,7 @@ void DialogView::fillCodes(int changed) {
 void DialogView::remarkFilledCodes() {
     for (const Placed& placed : placed_)
         if (auto* field = dynamic_cast<CodeField*>(placed.field))
-            field->remarkFilled(pairs_.filledIn(placed.control->id));
+            field->remarkFilled(pairs_.filledIn(placed.control->id, *dialog_));
 }
 
 void DialogView::recallCodes(const std::vector<CodePairs::Known>& known) {

@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <cmath>
+#include <tuple>
 
 #include "host/charts/AtRisk.h"
 #include "host/results/FormatNumber.h"
@@ -83,7 +84,7 @@ void ChartSettingsDialog::addAxis(Axis& axis, const QString& heading, const QStr
     axis.automatic = new QCheckBox(tr("Range as drawn by the analysis"));
     axis.automatic->setChecked(!chosen.has_value());
     axis.automatic->setAccessibleName(tr("Range of the %1 as drawn by the analysis").arg(name));
-    const Extent range = chosen.value_or(shown);
+    const Extent range = axis.offered = chosen.value_or(shown);
     axis.low = new QLineEdit(number(range.low));
     axis.high = new QLineEdit(number(range.high));
     axis.low->setAccessibleName(tr("The %1 begins at").arg(name));
@@ -115,9 +116,11 @@ bool ChartSettingsDialog::takeRange(const Axis& axis, const QString& name, std::
         return false;
     };
     Extent wanted;
-    for (const auto& [edit, value] : {std::pair{axis.low, &wanted.low}, std::pair{axis.high, &wanted.high}}) {
+    for (const auto& [edit, value, offered] : {std::tuple{axis.low, &wanted.low, axis.offered.low},
+                                               std::tuple{axis.high, &wanted.high, axis.offered.high}}) {
         bool good = false;
         *value = QLocale::c().toDouble(edit->text().trimmed(), &good);
+        if (edit->text() == number(offered)) *value = offered; // not touched
         if (!good || !isDrawable(*value))
             return refuse(edit,
                           tr("The range of the %1: '%2' is not a number that can be drawn. Write it with a "
@@ -150,7 +153,7 @@ void ChartSettingsDialog::accept() {
     wanted.title = changed(*title_, original_.title);
     wanted.xTitle = changed(*axes_[0].title, original_.xAxis.title);
     wanted.yTitle = changed(*axes_[1].title, original_.yAxis.title);
-    wanted.numbersAtRisk = atRisk_ != nullptr && atRisk_->isChecked();
+    wanted.numbersAtRisk = atRisk_ != nullptr ? atRisk_->isChecked() : edits_.numbersAtRisk;
     edits_ = wanted;
     QDialog::accept();
 }

@@ -33,6 +33,7 @@ private:
         QCheckBox* automatic = nullptr;
         QLineEdit* low = nullptr;
         QLineEdit* high = nullptr;
+        Extent offered{}; ///< which the texts of both show with fewer digits
     };
 
     void addAxis(Axis& axis, const QString& heading, const QString& name, const std::string& title,

@@ -6,6 +6,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "apps/desktop/CommandText.h"
 #include "host/results/OriginText.h"
 #include "host/results/TextWriter.h"
 #include "host/results/Utf8.h"
@@ -91,8 +92,18 @@ QString outputName(const ResultsBook& book, std::size_t place) {
     return name.isEmpty() ? QStringLiteral("%1 %2").arg(translated(kind)).arg(place + 1) : name;
 }
 
-QString originText(const ResultsBook::Output& output) {
-    const auto& origin = ResultsBook::originOf(output);
+QString ownSettings(const ResultsBook& book, std::size_t place) {
+    const auto& origin = ResultsBook::originOf(book.outputs[place]);
+    if (origin == nullptr) return {};
+    std::vector<const OutputOrigin*> alike;
+    for (const ResultsBook::Output& output : book.outputs)
+        if (const auto& other = ResultsBook::originOf(output); other != nullptr && other->id == origin->id)
+            alike.push_back(other.get());
+    return QString::fromStdString(oneLine(differingSettings(*origin, alike)));
+}
+
+QString originText(const ResultsBook& book, std::size_t place) {
+    const auto& origin = ResultsBook::originOf(book.outputs[place]);
     if (origin == nullptr) return {};
     std::string line = timeOfDay(*origin);
     if (origin->run == nullptr) return QString::fromStdString(line);
@@ -100,7 +111,8 @@ QString originText(const ResultsBook::Output& output) {
     QStringList remarks;
     for (const std::string& remark : origin->run->remarks)
         remarks += QString::fromStdString(oneLine(remark));
-    const QString first = QString::fromStdString(oneLine(line));
+    QString first = QString::fromStdString(oneLine(line));
+    if (const QString own = ownSettings(book, place); !own.isEmpty()) first += QStringLiteral(" | ") + own;
     return remarks.isEmpty() ? first : first + QLatin1Char('\n') + remarks.join(QLatin1Char(' '));
 }
 
@@ -123,7 +135,8 @@ std::vector<std::string> runLines(const ResultsBook& book, const std::vector<std
     if (book.status != 0)
         lines.push_back(
             translated("The analysis ended without results (status %1).").arg(book.status).toStdString());
-    lines.insert(lines.end(), book.notes.begin(), book.notes.end());
+    for (const std::string& note : book.notes)
+        lines.push_back(inCommandsOfTheWindow(QString::fromStdString(note)).toStdString());
     addSettings(lines, book);
     if (!book.messages.empty()) addHeading(lines, "Messages");
     for (const ResultMessage& message : book.messages) {

@@ -135,7 +135,8 @@ void Workbook::listOutputs(Run& run) {
         ++row;
         const QString name = outputName(*run.book, at);
         const QString details = originDetails(run.book->outputs[at]);
-        item->setText(0, name);
+        const QString own = ownSettings(*run.book, at);
+        item->setText(0, own.isEmpty() ? name : name + QStringLiteral("  [%1]").arg(own));
         item->setToolTip(0, details.isEmpty() ? name : name + QLatin1Char('\n') + details);
     }
     if (row > 0) run.removed = false; // it goes on
@@ -254,7 +255,7 @@ void Workbook::showCurrent() {
     pages_->setCurrentWidget(run == nullptr ? nothing_ : view(*run, currentOutput()));
     const bool output = run != nullptr && currentOutput() != kNoPlace;
     const auto place = static_cast<std::size_t>(output ? currentOutput() : 0);
-    origin_->setText(output ? originText(run->book->outputs.at(place)) : QString{});
+    origin_->setText(output ? originText(*run->book, place) : QString{});
     origin_->setToolTip(output ? originDetails(run->book->outputs.at(place)) : QString{});
     origin_->setVisible(!origin_->text().isEmpty());
     for (QAction* action : {copy_, exportRun_, print_, preview_, removeRun_})

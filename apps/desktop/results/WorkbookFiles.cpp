@@ -225,13 +225,14 @@ void Workbook::printOn(QPrinter& printer) {
     const QString problem = problemOf([&] {
         std::vector<PrintItem> items;
         // What an output came from stands above it, on paper, too.
-        const auto addOrigin = [&items](const ResultsBook::Output& output) {
+        const auto addOrigin = [&items, run](std::size_t place) {
             std::vector<std::string> lines;
-            for (const QString& line : originText(output).split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+            for (const QString& line :
+                 originText(*run->book, place).split(QLatin1Char('\n'), Qt::SkipEmptyParts))
                 lines.push_back(line.toStdString());
             if (!lines.empty()) items.emplace_back(std::move(lines));
         };
-        if (currentOutput() >= 0) addOrigin(run->book->outputs.at(static_cast<std::size_t>(currentOutput())));
+        if (currentOutput() >= 0) addOrigin(static_cast<std::size_t>(currentOutput()));
         if (const auto chart = shownChart()) {
             items.emplace_back(*chart);
         } else if (currentOutput() >= 0) {
@@ -243,7 +244,7 @@ void Workbook::printOn(QPrinter& printer) {
                 const ResultsBook::Output& output = run->book->outputs[place];
                 const auto edit = edits.find(place);
                 if (run->outputs[place].removed || ResultsBook::repeatsReport(output)) continue;
-                addOrigin(output);
+                addOrigin(place);
                 if (edit == edits.end()) {
                     items.push_back(printItem(output));
                 } else {

@@ -35,6 +35,10 @@ void DialogPlaces::place(QWidget& dialog, const QWidget& window) {
     const QPoint wanted = corner_.value_or(window.geometry().topLeft() + first);
     frame_ = frame_ | frameOf(window);
     const QRect room = screenOf(wanted, window)->availableGeometry().marginsRemoved(frame_);
+    // Fonts and frames of the style come with the polish, which otherwise waits until the window is shown.
+    dialog.ensurePolished();
+    for (const QWidget* part : dialog.findChildren<QWidget*>())
+        part->ensurePolished();
     dialog.adjustSize();
     const auto resized = sizes_.find(dialog.windowTitle());
     const QSize size = (resized != sizes_.end() ? resized->second : dialog.size())

@@ -1,5 +1,6 @@
 // Data files on their way into the window.
 #include "apps/desktop/data/DataLoader.h"
+#include "apps/desktop/data/GridText.h"
 #include "apps/desktop/data/OpenOptionsDialog.h"
 #include "apps/desktop/window/AnalysisRunner.h"
 #include "apps/desktop/window/Leaving.h"
@@ -50,7 +51,7 @@ bool MainWindow::openFileWith(const QString& path, const ReadOptions& options) {
     runner_->dataReplaced();
     QStringList notes;
     for (const std::string& note : runner_->data().notes())
-        notes << QString::fromStdString(note);
+        notes << readerText(note);
     statusBar()->showMessage(notes.join(QStringLiteral("  |  ")));
     return true;
 }

@@ -42,7 +42,7 @@ enum Control {
 inline constexpr std::uint8_t first[] = {0};
 inline constexpr std::uint8_t second[] = {1};
 inline constexpr std::uint8_t both[] = {0, 1};
-inline constexpr RoleTemplate roles[] = {{"Times", 0, 1, 3}, {"Indicator", 1, 1, 1}};
+inline constexpr RoleTemplate roles[] = {{"Times", 0, 1, 3, true}, {"Indicator", 1, 1, 1}};
 inline constexpr ChoiceTemplate choices[] = {{.text = 1}, {.text = 2}, {.text = 3}};
 inline constexpr ChoiceTemplate entries[] = {{.text = 1, .icon = 5, .command = 101},
                                              {.text = 0, .icon = 6, .command = 7},

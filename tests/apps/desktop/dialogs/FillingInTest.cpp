@@ -91,6 +91,10 @@ TEST_F(Pair, IsFilledInForAVariableOfTwoCodesAndCanBeSwapped) {
     EXPECT_EQ(combo(21)->currentText(), "1");
     EXPECT_EQ(besides(21), "dead (filled in)");
     empty(1);
+    EXPECT_EQ(besides(21), "") << "it is of no variable now";
+    choose(Qt::Key_2, {3});
+    EXPECT_EQ(besides(21), "dead (filled in)");
+    empty(1);
     choose(Qt::Key_2, {4});
     EXPECT_TRUE(std::isnan(code(21)) && std::isnan(code(22))) << "it goes with its variable";
     empty(1);

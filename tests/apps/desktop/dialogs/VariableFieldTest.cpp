@@ -126,6 +126,24 @@ TEST_F(VariableBoxes, AVariableHasOneRoleHoweverItIsPutThere) {
     EXPECT_EQ(complaint(), "");
 }
 
+TEST_F(VariableBoxes, TextsAreRefusedWhereNumbersAreMeasured) {
+    korvana::DataSet texts("texts.csv", 2);
+    korvana::Variable group;
+    group.name = "group";
+    group.kind = korvana::VariableKind::Text;
+    korvana::test::addVariable(texts, group, [](int i) { return i; });
+    session.data().open(std::move(texts));
+    view->refreshData();
+    doubleClick(available(), 0);
+    EXPECT_EQ(complaint(), "'group' holds texts; 'Times' takes numbers or dates.");
+    EXPECT_EQ(complainedAt(), list("role0"));
+    EXPECT_EQ(chosen(), (VariableSelection{{}, {}}));
+    choose(Qt::Key_2, {1});
+    EXPECT_EQ(chosen(), (VariableSelection{{}, {1}})) << "other boxes take them";
+    drop(list("role1"), 0, list("role0"), 0);
+    EXPECT_EQ(chosen(), (VariableSelection{{}, {1}}));
+}
+
 TEST_F(VariableBoxes, SearchFindsNamesLabelsAndNumbers) {
     auto* search = view->findChild<QLineEdit*>("search");
     const auto found = [&](const char* text) {

@@ -193,6 +193,13 @@ TEST_F(SettingsTest, WhatWasNotTouchedIsNoChange) {
     dialog_.accept();
     EXPECT_EQ(dialog_.edits().yTitle, "S(t)");
     EXPECT_FALSE(dialog_.edits().title.has_value());
+
+    ChartEdits all{
+        .title = "T", .xTitle = "", .yTitle = "S", .x = Extent{1.0 / 3, 2.0 / 3}, .y = Extent{0, 1e-9 / 7}};
+    all.numbersAtRisk = true;
+    ChartSettingsDialog again(info_, all, {0, 9}, {0, 1}, ChartSettingsDialog::Field::Title);
+    again.accept();
+    EXPECT_EQ(again.edits(), all) << "an OK alone is no edit";
 }
 
 } // namespace

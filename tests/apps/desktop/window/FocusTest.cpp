@@ -66,6 +66,13 @@ TEST_F(Focus, ComesBackToTheFieldInADialogThatWasLeft) {
     ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
     EXPECT_EQ(view()->focusWidget(), field("control1003")->focusProxy());
     EXPECT_TRUE(filledIn()) << "what was filled in before is it still";
+    auto* other = field("control1003")->findChild<QComboBox*>();
+    other->setFocus();
+    other->lineEdit()->selectAll();
+    QTest::keyClicks(other, "7");
+    boxOf([&] { click("OK"); });
+    ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
+    EXPECT_TRUE(filledIn()) << "also after an OK that failed on another";
 
     // A part of a field, too; and what was left with Cancel.
     view()->findChild<QListView*>("role1")->setFocus();
@@ -98,6 +105,21 @@ TEST_F(Focus, IsSeenInEveryListAlsoInAnEmptyOne) {
         view->resize(view->width() - 10, view->height());
         EXPECT_EQ(view->findChild<QWidget*>("focusRing")->size(), view->size());
     }
+}
+
+TEST_F(Focus, IsSeenWhenADialogOfButtonsOpens) {
+    specify();
+    put(1001, ozm::VariableSelection{{3}, {4}});
+    put(1002, 1.0);
+    put(1003, 0.0);
+    click("OK");
+    ASSERT_EQ(title(), "Product-Limit (Kaplan-Meier) Analysis Results");
+    activate(*view());
+    auto* first = qobject_cast<QPushButton*>(view()->focusWidget());
+    ASSERT_NE(first, nullptr);
+    const QImage with = first->grab().toImage();
+    first->clearFocus();
+    EXPECT_NE(with, first->grab().toImage());
 }
 
 TEST_F(Focus, WithoutDataTheWindowOffersToOpenSome) {

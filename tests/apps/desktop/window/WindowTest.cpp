@@ -71,6 +71,8 @@ TEST_F(WindowTest, AFileThatIsNotThereIsToldAndTheDataStay) {
     const QString marks = folder.write("marks.csv", "time;score\n850;61,5\n12;60.2\n");
     answering([&] { EXPECT_TRUE(window->openFile(marks)); },
               [](QMessageBox& box) {
+                  EXPECT_TRUE(box.text().contains("(File, Open With Options)")) << box.text().toStdString();
+                  EXPECT_FALSE(box.text().contains("--"));
                   ASSERT_EQ(box.buttons().size(), 2) << box.text().toStdString();
                   box.buttons().back()->click();
               },

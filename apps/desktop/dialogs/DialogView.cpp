@@ -30,8 +30,6 @@ DialogView::DialogView(ozm::CAnalysisDialog& dialog, QWidget* parent)
     : QDialog(parent), dialog_(&dialog), number_(dialog.Template().number), pairs_(dialog.Template()) {
     setWindowTitle(fromView(dialog.Template().title));
     setSizeGripEnabled(true);
-    // Buttons show that they have the keyboard from the first, not only after a Tab.
-    setAttribute(Qt::WA_KeyboardFocusChange);
     build();
     offerSwaps();
     callout_ = new Callout(this);

@@ -58,6 +58,12 @@ void DialogView::showPage(int page) {
     focusFirst();
 }
 
+void DialogView::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    // Buttons show that they have the keyboard from the first, not only after a Tab.
+    setAttribute(Qt::WA_KeyboardFocusChange);
+}
+
 void DialogView::keyPressEvent(QKeyEvent* event) {
     if (const int turned = pagesTurned(*event); turned != 0 && tabs_ != nullptr)
         return showPage((tabs_->currentIndex() + turned + tabs_->count()) % tabs_->count());

@@ -2,14 +2,13 @@
 #include "host/results/Unfinished.h"
 
 #include <csignal>
+#include <cstddef>
 #include <cstdlib>
-#include <cxxabi.h>
-#include <exception>
 #include <iostream>
 #include <new>
 #include <string_view>
+#include <sys/mman.h>
 #include <sys/syscall.h>
-#include <typeinfo>
 #include <unistd.h>
 
 namespace {
@@ -51,20 +50,17 @@ void endOn(int signal) {
     ::_exit(korvana::cli::ExitUsage);
 }
 
-std::terminate_handler usualEnd = nullptr;
-
-/// Where nothing can catch: in the making of what is there before main().
-[[noreturn]] void endUncaught() {
-    const std::type_info* const type = abi::__cxa_current_exception_type();
-    if (type != nullptr && *type == typeid(std::bad_alloc)) endWithoutMemory();
-    usualEnd();
-    std::abort();
+/// What the libraries and the program make before main() takes some 200 KB; where it does not find them,
+/// nobody can catch that.
+void requireRoom() {
+    constexpr std::size_t bytes = std::size_t{512} << 10;
+    void* const room = ::mmap(nullptr, bytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (room == MAP_FAILED) endWithoutMemory(); // NOLINT: the system's own constant
+    ::munmap(room, bytes);
 }
 
-/// Before all of the program's own objects.
-[[gnu::constructor(101)]] void watchMemory() {
-    usualEnd = std::set_terminate(endUncaught);
-}
+/// Called by the loader before the libraries are made ready.
+[[gnu::section(".preinit_array"), gnu::used]] void (*const beforeAll)() = requireRoom;
 
 } // namespace
 

@@ -15,6 +15,7 @@ import tempfile
 
 KIB = 1024
 SECONDS = 60
+LOADER_FAILS = 127
 LARGE_FILE = 4 * KIB * KIB
 PICTURES = ["svg", "png", "pdf", "html"]
 
@@ -63,9 +64,40 @@ def least_memory(program, data):
     return high
 
 
+def ends_at(command, memory):
+    """Exit status and standard error under a limit in KiB."""
+    def limit():
+        resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+        resource.setrlimit(resource.RLIMIT_AS, (memory * KIB, memory * KIB))
+
+    done = subprocess.run(command, capture_output=True, text=True, errors="replace", timeout=SECONDS,
+                          preexec_fn=limit)
+    return done.returncode, done.stderr
+
+
+def check_beginning(program, data, faults):
+    """From where the system can load the program on, in small steps: what is made before main() needs memory, too."""
+    low, high = 4 * KIB, 4 * KIB * KIB
+    while high - low > 4:
+        middle = (low + high) // 2
+        if ends_at([program, "--version"], middle)[0] == LOADER_FAILS:
+            low = middle
+        else:
+            high = middle
+    refused = 0
+    for memory in range(high, high + 1024, 16):
+        for command in [["--version"], ["info", data]]:
+            status, said = ends_at([program, *command], memory)
+            refused += status == 2
+            if status != 0 and (status != 2 or not said.startswith("korvana: ")):
+                faults.append(f"{command[0]} at {memory} KiB: ended with {status}: {said!r}")
+    assert faults or (refused > 0 and status == 0), "the sweep passed by where the memory begins to suffice"
+
+
 def main():
     program, data = sys.argv[1:3]
     faults = []
+    check_beginning(program, data, faults)
 
     def check(what, outcome, wanted):
         status, said, files = outcome

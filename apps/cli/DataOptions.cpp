@@ -20,10 +20,12 @@ char separatorOf(const std::string& text) {
     if (text == ";" || text == "semicolon") return ';';
     if (text == "pipe" || text == "bar") return '|';
     if (text.size() == 1 && std::ispunct(static_cast<unsigned char>(text.front())) != 0) return text.front();
-    throw UsageError("--separator is comma, semicolon, tab, pipe or another sign, not '" + text + "'" +
-                     (text == " " || text == "blank" || text == "space"
-                          ? "; save a file whose cells are separated by blanks with commas or tabs"
-                          : ""));
+    throw UsageError(
+        "--separator is comma, semicolon, tab, pipe or another sign (no letter or digit), not '" + text +
+        "'" +
+        (text == " " || text == "blank" || text == "space"
+             ? "; save a file whose cells are separated by blanks with commas or tabs"
+             : ""));
 }
 
 char decimalMarkOf(const std::string& text) {

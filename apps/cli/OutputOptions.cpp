@@ -64,7 +64,7 @@ int OutputOptions::write(const ResultsBook& book, Console& console) const {
         return ExitResults;
     }
     std::vector<std::string> problems;
-    for (const auto& file : writeBook(book, directory_, formats_, &problems, FolderUse::OneRun))
+    for (const auto& file : writeBook(book, directory_, formats_, &problems))
         if (!quiet_) console.err << "wrote " << file.string() << '\n';
     for (const std::string& problem : problems)
         console.say(problem);

@@ -22,7 +22,8 @@ public:
 
     /// @param open     the window that is clicked and typed into
     /// @param main     the window whose closing is still heard, and which Ctrl+Q closes; may be nullptr
-    /// @param closing  hears that `main` is to close, and `main` itself does not; none: `main` hears it
+    /// @param closing  hears that `main` is to close, and `main` itself does not, nor does a dialog beside it
+    /// hear that it is to close; none: all of them hear it
     InputGate(QWidget& open, QWidget* main, std::function<void()> closing = {})
         : open_(&open), main_(main), closing_(std::move(closing)) {
         QCoreApplication::instance()->installEventFilter(this);
@@ -32,9 +33,10 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
         switch (event->type()) {
         case QEvent::Close:
-            if (watched != main_ || main_ == nullptr || !closing_) return false;
+            if (!closing_ || !watched->isWidgetType() || isInside(watched)) return false;
+            if (watched != main_ && !event->spontaneous()) return false;
             event->ignore();
-            closing_();
+            if (watched == main_) closing_();
             return true;
         case QEvent::Shortcut:
             return !isInside(watched) && dynamic_cast<QShortcutEvent*>(event)->key() != quitKey();

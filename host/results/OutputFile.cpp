@@ -7,6 +7,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "host/results/WritingWatch.h"
+
 namespace korvana {
 namespace {
 
@@ -23,6 +25,8 @@ void throwCannotWrite(const std::filesystem::path& target, int error) {
 }
 
 PendingFile::PendingFile(std::filesystem::path target) : target_(std::move(target)) {
+    throwIfWritingStopped();
+    if (const WritingWatch* watch = WritingWatch::current()) watch->fileBegins(target_);
     std::error_code ignored;
     if (std::filesystem::is_directory(target_, ignored)) throwCannotWrite(target_, EISDIR);
     const std::string stem = "." + target_.filename().string() + "." + std::to_string(::getpid()) + ".";
@@ -65,6 +69,7 @@ OutputFile::~OutputFile() {
 }
 
 void OutputFile::writeAll(const char* data, std::size_t size) {
+    throwIfWritingStopped();
     while (size > 0) {
         const ssize_t written = ::write(descriptor_, data, size);
         if (written < 0 && errno == EINTR) continue;

@@ -15,7 +15,8 @@ namespace korvana {
 
 /// A name for a file in the making, beside the file it will become, so that the final rename is atomic and
 /// nobody finds half a file. The file exists (empty) once this is constructed, and is removed unless `commit`
-/// was called, also when a signal ends the program (see `removeUnfinished`). Every failure is a `std::runtime_error` that names the wanted file and the reason.
+/// was called, also when a signal ends the program (see `removeUnfinished`). Every failure is a
+/// `std::runtime_error` that names the wanted file and the reason.
 class PendingFile {
 public:
     explicit PendingFile(std::filesystem::path target);
@@ -34,7 +35,8 @@ private:
 };
 
 /// A file written through `stream()`. A failed write (disk full, quota, ...) throws `std::runtime_error` out
-/// of the stream operation that met it. What was written counts only after `commit()`.
+/// of the stream operation that met it, and so does a stop (WritingWatch.h), met at each block. What was
+/// written counts only after `commit()`.
 class OutputFile : private std::streambuf {
 public:
     explicit OutputFile(std::filesystem::path target);

@@ -75,6 +75,21 @@ bool isPlainFileIn(const fs::path& directory, const std::string& name) {
            fs::symlink_status(directory / name, ignored).type() == fs::file_type::regular;
 }
 
+bool holds(const std::vector<std::string>& names, std::string_view name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+std::vector<std::string> without(std::vector<std::string> names, const std::vector<std::string>& some) {
+    std::erase_if(names, [&some](const std::string& name) { return holds(some, name); });
+    return names;
+}
+
+/// The names of all that a run writes: one without results.json lists its files apart.
+std::vector<std::string> withList(std::vector<std::string> names) {
+    if (!holds(names, kResultsJson)) names.emplace_back(kFileList);
+    return names;
+}
+
 } // namespace
 
 std::vector<std::string> filesOfRun(const fs::path& directory) {
@@ -87,9 +102,23 @@ std::vector<std::string> filesOfRun(const fs::path& directory) {
         if (reader.files.empty()) continue;
         reader.files.emplace_back(list);
         for (std::string& name : reader.files)
-            if (isPlainFileIn(directory, name)) found.push_back(std::move(name));
+            if (isPlainFileIn(directory, name) && !holds(found, name)) found.push_back(std::move(name));
     }
     return found;
+}
+
+FolderChanges changesIn(const fs::path& directory, const std::vector<std::string>& names) {
+    const std::vector<std::string> earlier = filesOfRun(directory);
+    const std::vector<std::string> kept = withList(names);
+    FolderChanges changes{{}, without(earlier, kept)};
+    for (const std::string& name : kept) {
+        std::error_code ignored;
+        if (fs::symlink_status(directory / name, ignored).type() != fs::file_type::not_found && !ignored)
+            changes.replaced.push_back(name);
+    }
+    std::erase(changes.removed, kFileList);
+    if (holds(earlier, kFileList)) std::erase(changes.replaced, kFileList);
+    return changes;
 }
 
 void refuseToReplaceOthers(const fs::path& directory, const std::vector<std::string>& names) {
@@ -100,17 +129,18 @@ void refuseToReplaceOthers(const fs::path& directory, const std::vector<std::str
     for (const std::string& name : names) {
         std::error_code ignored;
         const bool there = fs::symlink_status(directory / name, ignored).type() != fs::file_type::not_found;
-        if (ignored || !there || std::find(own.begin(), own.end(), name) != own.end()) continue;
-        if (++count <= kMostNamed) others += (others.empty() ? "'" : ", '") + (directory / name).string() + "'";
+        if (ignored || !there || holds(own, name)) continue;
+        if (++count <= kMostNamed)
+            others += (others.empty() ? "'" : ", '") + (directory / name).string() + "'";
     }
     if (count == 0) return;
     if (count > kMostNamed) others += " and " + std::to_string(count - kMostNamed) + " more";
-    throw std::runtime_error(others + (count == 1 ? " is there already and was" : " are there already and were") +
-                             " not written by an earlier run; write into another folder, or move " +
-                             (count == 1 ? "it" : "them"));
+    throw std::runtime_error(
+        others + (count == 1 ? " is there already and was" : " are there already and were") +
+        " not written by an earlier run; write into another folder, or move " + (count == 1 ? "it" : "them"));
 }
 
-ResultsFolder::ResultsFolder(fs::path path, FolderUse use) : path_(std::move(path)), use_(use) {
+ResultsFolder::ResultsFolder(fs::path path, OthersFiles others) : path_(std::move(path)), others_(others) {
     // Level by level, so that those made here, and no others, are removed again.
     std::vector<fs::path> missing;
     std::error_code error;
@@ -136,29 +166,21 @@ PendingFile& ResultsFolder::add(const std::string& name) {
 
 /// Sees to it that the next run finds the files of this one listed; answers what the one before leaves over.
 std::vector<std::string> ResultsFolder::prepareList() {
-    std::vector<std::string> kept = names_;
-    if (std::find(names_.begin(), names_.end(), kResultsJson) == names_.end()) {
-        kept.emplace_back(kFileList);
-        refuseToReplaceOthers(path_, kept);
+    const std::vector<std::string> kept = withList(names_);
+    if (others_ == OthersFiles::Kept) refuseToReplaceOthers(path_, kept);
+    if (kept.size() > names_.size()) {
         OutputFile list(files_.emplace_back(path_ / kFileList));
         writeFileList(names_, list.stream());
         list.close();
-    } else {
-        refuseToReplaceOthers(path_, kept);
     }
-    std::vector<std::string> leftOver = filesOfRun(path_);
-    std::erase_if(leftOver, [&kept](const std::string& name) {
-        return std::find(kept.begin(), kept.end(), name) != kept.end();
-    });
-    return leftOver;
+    return without(filesOfRun(path_), kept);
 }
 
 std::vector<fs::path> ResultsFolder::commit() {
     std::vector<fs::path> written;
     for (const std::string& name : names_)
         written.push_back(path_ / name);
-    const std::vector<std::string> leftOver =
-        use_ == FolderUse::OneRun ? prepareList() : std::vector<std::string>{};
+    const std::vector<std::string> leftOver = prepareList();
 
     const HeldSignals untilDone;
     for (PendingFile& file : files_)

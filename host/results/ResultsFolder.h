@@ -15,19 +15,19 @@ inline constexpr std::string_view kResultsJson = "results.json";
 /// Lists the files of a run that writes no results.json.
 inline constexpr std::string_view kFileList = ".korvana-files.json";
 
-enum class FolderUse : std::uint8_t {
-    OneRun, ///< the folder holds one run: the files of an earlier one go, and nobody else's is replaced
-    Shared, ///< who writes has asked: files are replaced, and nothing else is removed
+/// What becomes of files in the way that no earlier run listed.
+enum class OthersFiles : std::uint8_t {
+    Kept,     ///< they stay, and the run is refused
+    Replaced, ///< whoever writes has asked
 };
 
 /// A directory that holds the files of one run. All of them appear together in `commit`, which also removes
-/// the files that an earlier run left there and this one does not have
-/// (unless the folder is shared); until then that run stays whole.
+/// the files that an earlier run left there and this one does not have; until then that run stays whole.
 /// Failures are `std::runtime_error`s that name the file.
 class ResultsFolder {
 public:
     /// Makes the directory if there is none; it goes again if nothing is committed.
-    ResultsFolder(std::filesystem::path path, FolderUse use);
+    ResultsFolder(std::filesystem::path path, OthersFiles others);
 
     /// A file to be filled before `commit`. It holds as long as the folder.
     PendingFile& add(const std::string& name);
@@ -42,7 +42,7 @@ private:
     std::vector<std::string> prepareList();
 
     std::filesystem::path path_;
-    FolderUse use_;
+    OthersFiles others_;
     std::deque<Unfinished> made_; // the deepest first: it is the first to go
     std::deque<PendingFile> files_;
     std::vector<std::string> names_;
@@ -51,6 +51,15 @@ private:
 /// The files that the run in a directory says it wrote, as far as they are there, plain files in that very
 /// directory, and of a kind that is written there. Nothing when no run left its list.
 [[nodiscard]] std::vector<std::string> filesOfRun(const std::filesystem::path& directory);
+
+/// What a run that writes files of these names does to those that are in a directory. The list of files that
+/// runs keep for themselves is not told of.
+struct FolderChanges {
+    std::vector<std::string> replaced; ///< an earlier run's or anybody's
+    std::vector<std::string> removed;  ///< an earlier run's
+};
+[[nodiscard]] FolderChanges changesIn(const std::filesystem::path& directory,
+                                      const std::vector<std::string>& names);
 
 /// Throws `std::runtime_error` when files of these names are there that no run listed: they are somebody
 /// else's, and a run that wrote them would replace them.

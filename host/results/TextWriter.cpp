@@ -6,6 +6,7 @@
 
 #include "host/results/FormatNumber.h"
 #include "host/results/Utf8.h"
+#include "host/results/WritingWatch.h"
 
 namespace korvana {
 namespace {
@@ -74,6 +75,7 @@ std::size_t numbersWidth(const std::vector<double>& cells, ozm::CellFormat forma
     double high = 0.0;
     std::string text;
     const auto measure = [&](double value) {
+        throwIfWritingStopped();
         text.clear();
         appendNumber(text, value, format);
         width = std::max(width, text.size());
@@ -103,6 +105,7 @@ std::size_t cellsWidth(const Spreadsheet& sheet, std::size_t column, std::size_t
     std::size_t width = shorter;
     std::string text;
     for (std::size_t row = 0; row < one.size(); ++row) {
+        throwIfWritingStopped();
         formatCell(text, sheet, row, column);
         width = std::max(width, textWidth(text));
     }

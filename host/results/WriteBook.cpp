@@ -155,8 +155,8 @@ std::vector<std::string> certainFileNames(FormatSet formats) {
 
 std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std::filesystem::path& path,
                                              FormatSet formats, std::vector<std::string>* problems,
-                                             FolderUse use) {
-    ResultsFolder folder(path, use);
+                                             OthersFiles others) {
+    ResultsFolder folder(path, others);
     const std::vector<std::string> names = fileNames(book);
     std::vector<std::string> tableFiles;
     if (formats.has(OutputFormat::Txt))
@@ -171,8 +171,8 @@ std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std:
             fill(folder.add(tableFiles.back()), [sheet](std::ostream& out) { writeCsv(*sheet, out); });
         }
     } else if (formats.has(OutputFormat::Xlsx) || formats.has(OutputFormat::Json)) {
-        tableFiles.assign(book.outputs.size(),
-                          formats.has(OutputFormat::Xlsx) ? std::string(kResultsXlsx) : std::string(kResultsJson));
+        tableFiles.assign(book.outputs.size(), formats.has(OutputFormat::Xlsx) ? std::string(kResultsXlsx)
+                                                                               : std::string(kResultsJson));
     }
     if (formats.has(OutputFormat::Xlsx)) writeXlsx(book, folder.add(kResultsXlsx));
     std::vector<std::string> failures;

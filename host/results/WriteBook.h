@@ -48,15 +48,15 @@ private:
 
 /// Writes the book into a directory, made if there is none: report.txt, results.json, report.html,
 /// results.xlsx, a CSV file per table and a picture per chart and picture format, named after their titles.
-/// All of them appear together once all are whole; files of these names are replaced, and others that an
-/// earlier run left there are removed (see `ResultsFolder`). Answers the files.
+/// All of them appear together once all are whole, in place of those of an earlier run (see `ResultsFolder`).
+/// Answers the files.
 ///
 /// Throws `std::runtime_error` naming the file and the reason when one cannot be written; the directory then
 /// is as it was. A chart that cannot be drawn does not keep the other files from being written: its reason is
 /// put into `problems`, or, without such a list, thrown as `std::runtime_error` at the end.
 std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std::filesystem::path& directory,
                                              FormatSet formats, std::vector<std::string>* problems = nullptr,
-                                             FolderUse use = FolderUse::Shared);
+                                             OthersFiles others = OthersFiles::Kept);
 
 /// File names (without ending) after the titles of the book's tables and charts, in the order of the outputs,
 /// empty for reports: lower-case ASCII letters, digits and hyphens, 60 characters at most, numbered where

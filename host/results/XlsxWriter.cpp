@@ -17,7 +17,9 @@
 #include "host/results/SheetNames.h"
 #include "host/results/TextWriter.h"
 #include "host/results/Utf8.h"
+#include "host/results/WritingWatch.h"
 #include "host/results/XlsxLayout.h"
+#include "host/results/XlsxPacking.h"
 
 namespace korvana {
 namespace {
@@ -34,14 +36,15 @@ constexpr std::uintmax_t kAroundColumn = 128;
 class Workbook {
 public:
     explicit Workbook(const PendingFile& pending, bool large)
-        : target_(pending.target()), pending_(pending), directory_(pending_.path().parent_path().string()) {
+        : target_(pending.target()), directory_(pending.path().parent_path().string()),
+          file_(pending.path(), target_) {
         if (directory_.empty()) directory_ = ".";
         // Rows wait beside the file, where there is as much room as for the file itself.
         lxw_workbook_options options{};
         options.constant_memory = LXW_TRUE;
         options.tmpdir = directory_.data();
         options.use_zip64 = large ? LXW_TRUE : LXW_FALSE;
-        book_.reset(workbook_new_opt(pending_.path().c_str(), &options));
+        book_.reset(workbook_new_opt(file_.path().c_str(), &options));
         if (!book_) fail(LXW_ERROR_MEMORY_MALLOC_FAILED);
         bold_ = format([](lxw_format* one) { format_set_bold(one); });
         text_ = format([](lxw_format* one) { format_set_font_name(one, "Courier New"); });
@@ -89,8 +92,10 @@ public:
             beginSheet(sheet.title.empty() ? "Table" : sheet.title);
             writeHead(sheet, begin);
             const std::size_t end = std::min(rows, begin + (kMostRows - row_));
-            for (; begin < end; ++begin, ++row_)
+            for (; begin < end; ++begin, ++row_) {
+                throwIfWritingStopped();
                 writeRow(sheet, begin);
+            }
             endSheet(columnsOf(sheet) + 1);
         } while (begin < rows);
     }
@@ -103,16 +108,21 @@ public:
         rlimit limit{};
         if (::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur < largest_ + kAroundRows)
             throwCannotWrite(target_, EFBIG);
-        errno = 0;
-        const lxw_error closed = workbook_close(book_.release());
-        if (closed != LXW_NO_ERROR && (errno == EFBIG || errno == ENOSPC || errno == EDQUOT))
-            throwCannotWrite(target_, errno);
-        check(closed);
+        const auto [error, reason] = file_.pack(book_.release());
+        if (error != LXW_NO_ERROR && (reason == EFBIG || reason == ENOSPC || reason == EDQUOT))
+            throwCannotWrite(target_, reason);
+        check(error);
     }
 
 private:
     struct Free {
-        void operator()(lxw_workbook* book) const { lxw_workbook_free(book); }
+        /// The library itself closes the files of waiting rows only as it packs them.
+        void operator()(lxw_workbook* book) const {
+            lxw_worksheet* sheet = nullptr;
+            STAILQ_FOREACH(sheet, book->worksheets, list_pointers)
+            if (sheet->optimize_tmpfile != nullptr) std::fclose(sheet->optimize_tmpfile);
+            lxw_workbook_free(book);
+        }
     };
 
     [[noreturn]] void fail(lxw_error error) const { throwCannotWrite(target_, lxw_strerror(error)); }
@@ -268,8 +278,8 @@ private:
 
     PlainNumbers plain_; // a decimal comma would spoil the file
     std::filesystem::path target_;
-    const PendingFile& pending_;
     std::string directory_;
+    PackedFile file_;
     std::unique_ptr<lxw_workbook, Free> book_;
     lxw_worksheet* sheet_ = nullptr;
     std::size_t row_ = 0;

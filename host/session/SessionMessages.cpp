@@ -10,6 +10,7 @@ ResultMessage::Severity severityOf(ozm::MessageStyle style) {
     case ozm::MessageStyle::Warning:
         return ResultMessage::Severity::Warning;
     case ozm::MessageStyle::Error:
+    case ozm::MessageStyle::Refusal:
         return ResultMessage::Severity::Error;
     case ozm::MessageStyle::Information:
     case ozm::MessageStyle::YesNo:
@@ -34,7 +35,8 @@ int SessionMessages::DspMessageBox(ozm::MessageStyle style, ozm::CAnalysisDialog
     ResultMessage message{id, std::string{text}, std::string{detail}, severityOf(style)};
     if (style == ozm::MessageStyle::YesNo)
         return parts_.frontEnd->ask(message, window) ? ozm::ButtonYes : ozm::ButtonNo;
-    parts_.note(message);
+    // A person has read it once it is shown; who drives by a script reads it in the book.
+    if (style != ozm::MessageStyle::Refusal || parts_.automation) parts_.note(message);
     return parts_.frontEnd->showMessage(message, window);
 }
 

@@ -179,7 +179,7 @@ int RunProductLimit(CAnalysisSupport& host, SharedSettings& shared, KaplanState&
 
     results.Release();
     if (const int message = KaplanMessage(status); message != 0)
-        host.DspMessageBox(MessageStyle::Error, window, message,
+        host.DspMessageBox(MessageStyle::Refusal, window, message,
                            Describe(host, shared, results.counts, status));
     return 1;
 }

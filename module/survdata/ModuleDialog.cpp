@@ -59,7 +59,7 @@ bool ModuleDialog::TakeSelection(int control) {
 }
 
 void ModuleDialog::ShowMessage(int id, std::string_view detail) {
-    Analysis().DspMessageBox(MessageStyle::Error, this, id, detail);
+    Analysis().DspMessageBox(MessageStyle::Refusal, this, id, detail);
 }
 
 } // namespace ozm::survival

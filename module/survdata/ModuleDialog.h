@@ -26,6 +26,7 @@ protected:
     /// Takes such a control over into the shared settings. False when it is none of those.
     bool TakeSelection(int control);
 
+    /// Says why the dialog cannot use what it was given.
     void ShowMessage(int id, std::string_view detail = {});
 
 private:

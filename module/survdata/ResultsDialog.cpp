@@ -13,7 +13,8 @@ void ResultsDialog::OnCommand(int control) {
         ExitDialog(SpecificationStep(), ExitMode::Back);
     } else if (!CommonCommand(control)) {
         if (const int message = Output(control); message != 0)
-            ShowMessage(message, OutputName(control) + Reason(message));
+            Analysis().DspMessageBox(MessageStyle::Error, this, message,
+                                     OutputName(control) + Reason(message));
     }
 }
 

@@ -118,7 +118,7 @@ int RunTwoSamples(CAnalysisSupport& host, SharedSettings& shared, TwoState& stat
     Compute(host, shared, state, run);
     host.d_stat({});
     if (const int message = TwoMessage(run.status); message != 0)
-        host.DspMessageBox(MessageStyle::Error, window, message, Describe(host, shared, run));
+        host.DspMessageBox(MessageStyle::Refusal, window, message, Describe(host, shared, run));
     return run.status == Status::Success ? 0 : 1;
 }
 

@@ -16,6 +16,8 @@ enum class MessageStyle : std::uint8_t {
     Information,
     Warning,
     Error,
+    Refusal, ///< an error in what a dialog was given: nothing came of it, and once it is mended it is no part
+             ///< of any results
     YesNo,
     Note, ///< a remark that stands with the results of the run; no box, and nobody is waited for
 };

@@ -1,13 +1,11 @@
-#include "apps/desktop/InputGate.h"
+#include "apps/desktop/BusyWait.h"
 #include "apps/desktop/data/DataLoader.h"
 
-#include <QEventLoop>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLocale>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QProgressDialog>
 #include <QPushButton>
 #include <QUrl>
 #include <utility>
@@ -52,32 +50,21 @@ QString sourceText(const QString& path) {
 }
 
 Read readFile(const QString& path, const ReadOptions& options, QWidget* parent) {
-    constexpr int patience = 150; // milliseconds: shorter than that, a busy sign only flickers
     Read read;
     DataLoader loader;
-    QEventLoop loop;
-    QObject::connect(&loader, &DataLoader::loaded, &loop, &QEventLoop::quit);
-    QObject::connect(&loader, &DataLoader::cancelled, &loop, &QEventLoop::quit);
-    QObject::connect(&loader, &DataLoader::failed, &loop, [&](const QString& text) {
+    BusyWait wait(parent, QObject::tr("Open"), QObject::tr("Reading %1 ...").arg(sourceText(path)),
+                  [&loader] { loader.cancel(); });
+    const QObject life; // of the connections
+    QObject::connect(&loader, &DataLoader::loaded, &life, [&wait] { wait.end(); });
+    QObject::connect(&loader, &DataLoader::cancelled, &life, [&wait] { wait.end(); });
+    QObject::connect(&loader, &DataLoader::failed, &life, [&](const QString& text) {
         read.fault = {text, loader.faultInText()};
-        loop.quit();
+        wait.end();
     });
     loader.load(path, options);
-    if (loader.wait(patience)) {
-        loop.exec(QEventLoop::ExcludeUserInputEvents);
-    } else {
-        QProgressDialog busy(QObject::tr("Reading %1 ...").arg(sourceText(path)), QObject::tr("Cancel"), 0, 0,
-                             parent);
-        busy.setWindowTitle(QObject::tr("Open"));
-        busy.setMinimumDuration(0);
-        QObject::connect(&busy, &QProgressDialog::canceled, &loader, &DataLoader::cancel);
-        const InputGate gate(busy, parent, [&] {
-            read.close = true;
-            loader.cancel();
-        });
-        busy.show();
-        loop.exec();
-    }
+    static_cast<void>(wait.run()); // the program's end stops the loader
+    read.close = wait.closes();
+    wait.closeIfWanted();
     read.data = loader.take();
     read.dateOrders = loader.dateOrders();
     return read;
@@ -93,11 +80,7 @@ bool openDataFile(ActiveData& data, const QString& path, ReadFault* fault, QWidg
         read = options.dates ? readFile(path, options, parent) : Read{};
     }
     if (fault != nullptr) *fault = read.fault;
-    if (read.close && parent != nullptr) {
-        QMetaObject::invokeMethod(parent, &QWidget::close, Qt::QueuedConnection);
-        return false;
-    }
-    if (!read.data) return false;
+    if (read.close || !read.data) return false;
     data.open(std::move(*read.data));
     return true;
 }

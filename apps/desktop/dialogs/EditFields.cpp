@@ -47,7 +47,8 @@ Share shareOf(QString text) {
     share.inPercent = text.endsWith(QLatin1Char('%'));
     if (share.inPercent) text.chop(1);
     share.value = text.trimmed().toDouble(&share.isNumber);
-    share.inPercent = share.inPercent || (share.value > 1.0 && share.value < 100.0);
+    // Nobody wants a level of 1.5 %; a slip of the keyboard it may be.
+    share.inPercent = share.inPercent || (share.value >= 50.0 && share.value < 100.0);
     if (share.inPercent) share.value /= 100.0;
     return share;
 }

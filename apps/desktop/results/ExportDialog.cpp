@@ -40,6 +40,13 @@ QString settingsKey(OutputFormat format) {
     return QStringLiteral("export/%1").arg(QLatin1String(endingOf(format)));
 }
 
+QString listed(const QString& heading, const QStringList& files) {
+    constexpr qsizetype most = 10;
+    QString list = heading + QLatin1Char('\n') + files.mid(0, most).join(QLatin1Char('\n'));
+    if (files.size() > most) list += ExportDialog::tr("\nand %1 more").arg(files.size() - most);
+    return list;
+}
+
 } // namespace
 
 ExportDialog::ExportDialog(const QString& runTitle, int runs, QWidget* parent)
@@ -82,8 +89,9 @@ ExportDialog::ExportDialog(const QString& runTitle, int runs, QWidget* parent)
     row->addWidget(directory_, 1);
     row->addWidget(browse);
     column->addLayout(row);
-    auto* note =
-        new QLabel(tr("The folder is made if there is none. Before files are replaced you are asked."));
+    auto* note = new QLabel(
+        tr("The folder is made if there is none, and holds one run. Before files are replaced or removed you "
+           "are asked."));
     note->setWordWrap(true);
     column->addWidget(note);
     problem_->setWordWrap(true);
@@ -109,17 +117,21 @@ void ExportDialog::chooseAllRuns() {
 }
 
 bool ExportDialog::mayReplace() {
-    const QStringList files = replaced_ ? replaced_(*this) : QStringList{};
-    if (files.isEmpty()) return true;
-    constexpr qsizetype most = 10;
-    QString list = files.mid(0, most).join(QLatin1Char('\n'));
-    if (files.size() > most) list += tr("\nand %1 more").arg(files.size() - most);
-    QMessageBox box(QMessageBox::Warning, windowTitle(),
-                    files.size() == 1
-                        ? tr("One file is there already and would be replaced.")
-                        : tr("%1 files are there already and would be replaced.").arg(files.size()),
-                    QMessageBox::Cancel, this);
-    box.setInformativeText(list);
+    const FilesAtStake files = atStake_ ? atStake_(*this) : FilesAtStake{};
+    if (files.replaced.isEmpty() && files.removed.isEmpty()) return true;
+    QStringList what;
+    if (files.replaced.size() == 1) what += tr("One file is there already and would be replaced.");
+    if (files.replaced.size() > 1)
+        what += tr("%1 files are there already and would be replaced.").arg(files.replaced.size());
+    if (files.removed.size() == 1) what += tr("One file of an earlier run there would be removed.");
+    if (files.removed.size() > 1)
+        what += tr("%1 files of an earlier run there would be removed.").arg(files.removed.size());
+    QStringList lists;
+    if (!files.replaced.isEmpty()) lists += listed(tr("Replaced:"), files.replaced);
+    if (!files.removed.isEmpty()) lists += listed(tr("Removed:"), files.removed);
+    QMessageBox box(QMessageBox::Warning, windowTitle(), what.join(QLatin1Char('\n')), QMessageBox::Cancel,
+                    this);
+    box.setInformativeText(lists.join(QStringLiteral("\n\n")));
     for (QLabel* label : box.findChildren<QLabel*>())
         label->setTextFormat(Qt::PlainText);
     QPushButton* replace = box.addButton(tr("&Replace"), QMessageBox::AcceptRole);

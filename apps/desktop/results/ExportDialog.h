@@ -15,6 +15,12 @@ class QRadioButton;
 
 namespace korvana::desktop {
 
+/// What an export does to files that are there, for people.
+struct FilesAtStake {
+    QStringList replaced;
+    QStringList removed; ///< an earlier run's, which the new one does not have
+};
+
 /// Where to write a run or all runs, and in which formats. The choice is remembered. Before files are
 /// replaced it asks.
 class ExportDialog : public QDialog {
@@ -24,9 +30,9 @@ public:
     ExportDialog(const QString& runTitle, int runs, QWidget* parent = nullptr);
 
     void chooseAllRuns();
-    /// Who knows what the present choice would replace: the files, for people.
-    void askBeforeReplacing(std::function<QStringList(const ExportDialog&)> replaced) {
-        replaced_ = std::move(replaced);
+    /// Who knows what the present choice would replace.
+    void askBeforeReplacing(std::function<FilesAtStake(const ExportDialog&)> atStake) {
+        atStake_ = std::move(atStake);
     }
 
     [[nodiscard]] bool allRuns() const;
@@ -44,7 +50,7 @@ private:
     std::array<QCheckBox*, kOutputFormats> formats_{};
     QLineEdit* directory_;
     QLabel* problem_;
-    std::function<QStringList(const ExportDialog&)> replaced_;
+    std::function<FilesAtStake(const ExportDialog&)> atStake_;
 };
 
 } // namespace korvana::desktop

@@ -4,7 +4,7 @@
 #include <array>
 #include <stdexcept>
 
-#include "host/charts/ChartRenderer.h"
+#include "host/results/ChartDrawing.h"
 #include "host/results/CsvWriter.h"
 #include "host/results/HtmlWriter.h"
 #include "host/results/JsonWriter.h"
@@ -37,7 +37,7 @@ ResultsBook alone(const ResultsBook& book, std::size_t place, const Chart* chart
 }
 
 void writePicture(const Chart& chart, PictureFormat format, const std::filesystem::path& target) {
-    const Picture picture = renderChart(chart.info, format, {.numbersAtRisk = chart.numbersAtRisk});
+    const Picture picture = drawChart(chart.info, format, {.numbersAtRisk = chart.numbersAtRisk});
     if (!picture.drawn()) throwCannotWrite(target, picture.error);
     writeFile(target, picture.bytes);
 }

@@ -12,11 +12,11 @@
 #include <utility>
 
 #include "apps/desktop/results/ChartView.h"
+#include "apps/desktop/results/FileWriting.h"
 #include "apps/desktop/results/OutputIcons.h"
 #include "apps/desktop/results/OutputText.h"
 #include "apps/desktop/results/ReportView.h"
 #include "apps/desktop/results/SheetView.h"
-#include "host/charts/ChartRenderer.h"
 
 namespace korvana::desktop {
 namespace {
@@ -36,7 +36,7 @@ OutputIcon iconOf(const ResultsBook::Output& output) {
 Workbook::Workbook(QWidget* parent)
     : QWidget(parent), splitter_(new QSplitter), tree_(new QTreeWidget), origin_(new QLabel),
       pages_(new QStackedWidget), nothing_(new QWidget) {
-    useChartDrawer(renderChart);
+    useChartDrawer(drawInWindowThread);
     tree_->setHeaderHidden(true);
     tree_->setFrameShape(QFrame::NoFrame);
     tree_->setUniformRowHeights(true);

@@ -24,6 +24,7 @@ class QTreeWidgetItem;
 namespace korvana::desktop {
 
 class ExportDialog;
+struct FilesAtStake;
 class OutputView;
 class ReportView;
 
@@ -57,8 +58,7 @@ public:
     void removeOutput(int run, int place);
     void undo();
     void clear();
-    /// How many outputs were not exported since they came or, charts, were edited. What repeats a report does
-    /// not count.
+    /// How many outputs were not exported since they came or, charts, were edited.
     [[nodiscard]] int unsaved() const;
     /// Asks where to, and exports the run that is chosen or (to begin with) all runs. False when the user
     /// does not want to, or something was not written.
@@ -80,9 +80,10 @@ public:
     [[nodiscard]] QList<QAction*> menuActions() const;
 
     /// Writes a run into a directory, its charts as the user has edited them. Answers how many files were
-    /// written; what cannot be written or drawn is put into `problems`, one text each.
+    /// written; what cannot be written or drawn is put into `problems`, one text each. The user may stop it:
+    /// nothing is then written.
     std::size_t writeRun(int run, const std::filesystem::path& directory, FormatSet formats,
-                         QStringList& problems);
+                         QStringList& problems, bool* stopped = nullptr);
 
 signals:
     /// Something about the results to be said in the status line ("4 files were written to ...").
@@ -125,7 +126,7 @@ private:
     static void markExported(Run& run, const FormatSet& formats);
     [[nodiscard]] static ChartEdits editsOf(const Run& run, std::size_t place);
     [[nodiscard]] static std::vector<std::size_t> removedOf(const Run& run);
-    [[nodiscard]] QStringList wouldReplace(const ExportDialog& dialog) const;
+    [[nodiscard]] FilesAtStake filesAtStake(const ExportDialog& dialog) const;
     [[nodiscard]] static std::filesystem::path folderOf(const std::filesystem::path& directory,
                                                         std::size_t number);
     void showCurrent();

@@ -119,7 +119,7 @@ int Workbook::unsaved() const {
     for (const auto& [number, run] : runs_) {
         for (std::size_t place = 0; place < run.outputs.size(); ++place) {
             const Shown& one = run.outputs[place];
-            if (one.removed || ResultsBook::repeatsReport(run.book->outputs[place])) continue;
+            if (one.removed) continue;
             if (!one.exported || one.exportedAs != editsOf(run, place)) ++count;
         }
     }

@@ -11,7 +11,6 @@
 #include <QSettings>
 #include <QStackedWidget>
 #include <exception>
-#include <new>
 #include <optional>
 #include <stdexcept>
 #include <system_error>
@@ -19,6 +18,7 @@
 #include "apps/desktop/WaitCursor.h"
 #include "apps/desktop/results/ChartView.h"
 #include "apps/desktop/results/ExportDialog.h"
+#include "apps/desktop/results/FileWriting.h"
 #include "apps/desktop/results/OutputExport.h"
 #include "apps/desktop/results/OutputText.h"
 #include "apps/desktop/results/Printing.h"
@@ -51,23 +51,6 @@ QString unknownEnding(const QString& target, const std::vector<OutputFormat>& fo
     return QObject::tr("'%1' does not say in which format this output is to be written. Give the name one of "
                        "these endings: %2.")
         .arg(QFileInfo(target).fileName(), endings.join(QStringLiteral(", ")));
-}
-
-/// Runs `work`; what goes wrong is put into words.
-template <class Work>
-QString problemOf(Work work) {
-    const WaitCursor cursor;
-    try {
-        work();
-        return {};
-    } catch (const std::bad_alloc&) {
-        return QObject::tr(
-            "There is not enough memory to prepare the results. Close other programs, or export "
-            "the outputs one by one; tables as CSV need the least.");
-    } catch (const std::exception& problem) {
-        return QObject::tr("%1.\nChoose another place or name, or make room there, and export again.")
-            .arg(QString::fromStdString(problem.what()));
-    }
 }
 
 } // namespace
@@ -135,36 +118,40 @@ void Workbook::exportOutput() {
     }
     const OutputFormat format = *named;
     settings.setValue("export/folder", QFileInfo(target).absolutePath());
-    const QString problem = problemOf(
-        [&] { korvana::desktop::exportOutput(*book, place, shownChart().get(), format, pathOf(target)); });
-    if (!problem.isEmpty()) {
-        showProblem(problem);
+    const std::shared_ptr<const Chart> chart = shownChart();
+    const Written written = writeFiles(
+        this, [&] { korvana::desktop::exportOutput(*book, place, chart.get(), format, pathOf(target)); });
+    if (!written.problem.isEmpty()) return showProblem(written.problem);
+    const QString shown = QDir::toNativeSeparators(target);
+    if (written.stopped) {
+        emit statusText(tr("%1 was not written: it was stopped.").arg(shown));
         return;
     }
     markExported(*run, place);
-    emit statusText(tr("%1 was written.").arg(QDir::toNativeSeparators(target)));
+    emit statusText(tr("%1 was written.").arg(shown));
 }
 
 std::size_t Workbook::writeRun(int number, const std::filesystem::path& directory, FormatSet formats,
-                               QStringList& problems) {
+                               QStringList& problems, bool* stopped) {
     Run* run = runOf(number);
     if (run == nullptr) return 0;
+    const std::shared_ptr<const ResultsBook> book = run->book;
+    const auto edits = editsOf(*run);
+    const auto removed = removedOf(*run);
     std::size_t files = 0;
-    const QString problem = problemOf([&] {
-        std::vector<std::string> undrawn;
-        const auto edits = editsOf(*run);
-        const auto removed = removedOf(*run);
+    std::vector<std::string> undrawn;
+    const Written written = writeFiles(this, [&] {
+        const auto write = [&](const ResultsBook& one) {
+            return writeBook(one, directory, formats, &undrawn, OthersFiles::Replaced).size();
+        };
         // Only what was edited is worth a copy.
-        files = edits.empty() && removed.empty()
-                    ? writeBook(*run->book, directory, formats, &undrawn).size()
-                    : writeBook(withEdits(*run->book, edits, removed), directory, formats, &undrawn).size();
-        for (const std::string& one : undrawn)
-            problems += QString::fromStdString(one);
+        files = edits.empty() && removed.empty() ? write(*book) : write(withEdits(*book, edits, removed));
     });
-    if (problem.isEmpty())
-        markExported(*run, formats);
-    else
-        problems += problem;
+    for (const std::string& one : undrawn)
+        problems += QString::fromStdString(one);
+    if (!written.problem.isEmpty()) problems += written.problem;
+    if (written.done()) markExported(*run, formats);
+    if (stopped != nullptr) *stopped = written.stopped;
     return files;
 }
 
@@ -172,27 +159,29 @@ std::filesystem::path Workbook::folderOf(const std::filesystem::path& directory,
     return directory / ("run-" + std::to_string(number));
 }
 
-QStringList Workbook::wouldReplace(const ExportDialog& dialog) const {
-    QStringList there;
+FilesAtStake Workbook::filesAtStake(const ExportDialog& dialog) const {
+    FilesAtStake atStake;
     const std::filesystem::path directory = pathOf(dialog.directory());
     const auto look = [&](const Run& run, const std::filesystem::path& folder) {
-        std::error_code ignored;
-        std::vector<std::string> files =
-            filesToWrite(*run.book, editsOf(run), removedOf(run), dialog.formats());
-        // By this file a folder is known as that of an earlier run, whose other files then go.
-        if (!dialog.formats().has(OutputFormat::Json)) files.emplace_back("results.json");
-        for (const std::string& file : files)
-            if (std::filesystem::exists(folder / file, ignored))
-                there += QString::fromStdString((folder / file).string());
+        const auto paths = [&folder](const std::vector<std::string>& names) {
+            QStringList list;
+            for (const std::string& name : names)
+                list += QString::fromStdString((folder / name).string());
+            return list;
+        };
+        const FolderChanges changes =
+            changesIn(folder, filesToWrite(*run.book, editsOf(run), removedOf(run), dialog.formats()));
+        atStake.replaced += paths(changes.replaced);
+        atStake.removed += paths(changes.removed);
     };
     if (!dialog.allRuns()) {
         if (const Run* run = runOf(currentRun())) look(*run, directory);
-        return there;
+        return atStake;
     }
     std::size_t number = 0;
     for (const auto& one : runs_)
         if (!one.second.removed) look(one.second, folderOf(directory, ++number));
-    return there;
+    return atStake;
 }
 
 bool Workbook::exportRuns(bool all) {
@@ -201,28 +190,35 @@ bool Workbook::exportRuns(bool all) {
     if (run == nullptr) return true;
     ExportDialog dialog(run->title, runCount(), this);
     if (all && runCount() > 1) dialog.chooseAllRuns();
-    dialog.askBeforeReplacing([this](const ExportDialog& chosen) { return wouldReplace(chosen); });
+    dialog.askBeforeReplacing([this](const ExportDialog& chosen) { return filesAtStake(chosen); });
     if (dialog.exec() != QDialog::Accepted) return false;
     const std::filesystem::path directory = pathOf(dialog.directory());
     QStringList problems;
     std::size_t files = 0;
+    bool stopped = false;
     if (dialog.allRuns()) {
         std::size_t number = 0;
         for (const auto& one : runs_)
-            if (!one.second.removed)
-                files += writeRun(one.first, folderOf(directory, ++number), dialog.formats(), problems);
+            if (!one.second.removed && !stopped)
+                files +=
+                    writeRun(one.first, folderOf(directory, ++number), dialog.formats(), problems, &stopped);
     } else {
-        files = writeRun(currentRun(), directory, dialog.formats(), problems);
+        files = writeRun(currentRun(), directory, dialog.formats(), problems, &stopped);
     }
-    emit statusText(tr("%1 files were written to %2.").arg(files).arg(dialog.directory()));
+    emit statusText((stopped ? tr("The export was stopped; %1 files were written to %2.")
+                             : tr("%1 files were written to %2."))
+                        .arg(files)
+                        .arg(dialog.directory()));
     if (!problems.isEmpty()) showProblem(problems.join(QStringLiteral("\n\n")));
-    return problems.isEmpty();
+    return problems.isEmpty() && !stopped;
 }
 
 void Workbook::printOn(QPrinter& printer) {
     const Run* run = runOf(currentRun());
     if (run == nullptr) return;
-    const QString problem = problemOf([&] {
+    QString problem;
+    try {
+        const WaitCursor cursor;
         std::vector<PrintItem> items;
         // What an output came from stands above it, on paper, too.
         const auto addOrigin = [&items, run](std::size_t place) {
@@ -256,7 +252,9 @@ void Workbook::printOn(QPrinter& printer) {
         if (!print(printer, items, run->title))
             throw std::runtime_error(
                 tr("The printer '%1' does not answer").arg(printer.printerName()).toStdString());
-    });
+    } catch (const std::exception&) {
+        problem = problemText(std::current_exception());
+    }
     if (!problem.isEmpty()) showProblem(problem);
 }
 

@@ -20,26 +20,25 @@ TEST_F(Files, AFolderHoldsOneRun) {
     const std::string list(kFileList);
     for (const char* formats : {"json,csv,svg", "csv,svg"}) {
         writeFile(directory_ / "mine.csv", "mine");
-        writeBook(test::smallBook(), directory_, parseFormats(formats), nullptr, FolderUse::OneRun);
+        writeBook(test::smallBook(), directory_, parseFormats(formats));
         EXPECT_TRUE(names().contains("estimate-bounds-group-1-1.svg")) << formats;
-        writeBook(bigBook(3), directory_, parseFormats("csv"), nullptr, FolderUse::OneRun);
+        writeBook(bigBook(3), directory_, parseFormats("csv"));
         EXPECT_EQ(names(), (std::set<std::string>{"mine.csv", "big.csv", list})) << "after " << formats;
-        writeBook(bigBook(3), directory_, parseFormats("json,txt"), nullptr, FolderUse::OneRun);
+        writeBook(bigBook(3), directory_, parseFormats("json,txt"));
         EXPECT_EQ(names(), (std::set<std::string>{"mine.csv", "results.json", "report.txt"}));
         const auto json = nlohmann::json::parse(read(directory_ / "results.json"));
         EXPECT_EQ(json["files"], nlohmann::json({"report.txt", "results.json"}));
     }
     // Nobody else's file is replaced, whatever it is and whichever format would do it.
     const std::vector<std::pair<const char*, const char*>> clashes{
-        {"txt", "report.txt"}, {"html", "report.html"}, {"xlsx", "results.xlsx"}, {"csv", "big.csv"},
-        {"json", "results.json"}, {"csv", ".korvana-files.json"}};
+        {"txt", "report.txt"}, {"html", "report.html"},  {"xlsx", "results.xlsx"},
+        {"csv", "big.csv"},    {"json", "results.json"}, {"csv", ".korvana-files.json"}};
     for (const auto& [formats, name] : clashes) {
         const fs::path place = directory_ / "theirs" / name;
         fs::create_directories(place.parent_path());
         writeFile(place, "theirs");
-        const std::string failure = failureOf([&, f = formats] {
-            writeBook(bigBook(3), directory_ / "theirs", parseFormats(f), nullptr, FolderUse::OneRun);
-        });
+        const std::string failure =
+            failureOf([&, f = formats] { writeBook(bigBook(3), directory_ / "theirs", parseFormats(f)); });
         EXPECT_NE(failure.find("theirs/" + std::string(name) + "' is there already"), std::string::npos)
             << formats << failure;
         EXPECT_EQ(read(place), "theirs");
@@ -47,10 +46,16 @@ TEST_F(Files, AFolderHoldsOneRun) {
         EXPECT_TRUE(fs::is_empty(directory_ / "theirs")) << formats;
     }
     fs::remove(directory_ / "theirs");
-    // Who exports into a folder with other things in it loses none of them.
-    writeBook(test::smallBook(), directory_, parseFormats("csv"));
-    EXPECT_EQ(names(),
-              (std::set<std::string>{"mine.csv", "results.json", "report.txt", "survival-function.csv"}));
+    // Who was asked is told all that goes, and nothing else does.
+    writeFile(directory_ / "report.html", "mine");
+    const FolderChanges told = changesIn(directory_, {"report.html", "report.txt", "big.csv"});
+    EXPECT_EQ(told.replaced, (std::vector<std::string>{"report.html", "report.txt"}));
+    EXPECT_EQ(told.removed, std::vector<std::string>{"results.json"});
+    writeBook(bigBook(3), directory_, parseFormats("html,txt,csv"), nullptr, OthersFiles::Replaced);
+    EXPECT_EQ(names(), (std::set<std::string>{"mine.csv", "report.html", "report.txt", "big.csv", list}));
+    EXPECT_NE(read(directory_ / "report.html"), "mine");
+    EXPECT_TRUE(changesIn(directory_, {"results.xlsx"}).replaced.empty())
+        << "the list is no business of theirs";
 }
 
 /// A list of files may say anything: nothing but plain files beside it, of the kinds written there, is
@@ -68,7 +73,7 @@ TEST_F(Files, AListOfFilesIsNotTrusted) {
     nlohmann::ordered_json head{{"format", "korvana-results"}, {"files", files}, {"notes", {"ends"}}};
     writeFile(inside / "results.json", head.dump());
     EXPECT_EQ(filesOfRun(inside), (std::vector<std::string>{"old.csv", "results.json"}));
-    writeBook(bigBook(1), inside, parseFormats("txt"), nullptr, FolderUse::OneRun);
+    writeBook(bigBook(1), inside, parseFormats("txt"));
     for (const char* kept : {"folder.csv", "thesis.odt", "link.csv", "../out.csv"})
         EXPECT_TRUE(fs::exists(inside / kept)) << kept;
     EXPECT_FALSE(fs::exists(inside / "old.csv"));

@@ -122,6 +122,41 @@ TEST_F(SessionTest, WhatWasMendedIsForgottenOnceAnOkSucceeds) {
     EXPECT_EQ(results->messages[0].text, "of an output");
 }
 
+struct Person : FrontEnd {
+    ozm::MessageButton showMessage(const ResultMessage& message, ozm::CAnalysisDialog* /*window*/) override {
+        EXPECT_EQ(message.severity, ResultMessage::Severity::Error);
+        ++shown;
+        return ozm::ButtonOk;
+    }
+    int shown = 0;
+};
+
+struct SessionOfAPerson : Person, SessionTest {
+    SessionOfAPerson() : SessionTest({.automation = false, .frontEnd = this}) {}
+};
+
+/// Whoever reads what a dialog refuses mends it: that is no part of results, whatever is written before or
+/// after. An output that failed is.
+TEST_F(SessionOfAPerson, WhatWasRefusedIsShownAndNoPartOfResults) {
+    session.start();
+    specify(2);
+    specify(1);
+    for (const int refused : {-1, 0, -1}) {
+        session.currentDialog()->Put("Digits", refused);
+        call("Write");
+        EXPECT_TRUE(session.book().messages.empty()) << lastMessage();
+    }
+    session.currentDialog()->Put("Digits", 101);
+    call("Write");
+    EXPECT_EQ(session.book().messages.size(), 1U);
+    const auto results = session.sharedBook();
+    EXPECT_EQ(results->outputs.size(), 3U);
+    call("Cancel");
+    specify(2); // not beside the results that stand either
+    EXPECT_EQ(results->messages.size(), 1U);
+    EXPECT_EQ(shown, 5);
+}
+
 TEST_F(SessionTest, AClosedDialogCanStillBeHeld) {
     session.start();
     ozm::AutomationObject held = *session.currentDialog();

@@ -179,7 +179,7 @@ inline void SpecifyDlg::OnCommand(int control) {
     tiny_.sum = tiny_.Sum(selection[0].front());
     if (std::isinf(tiny_.sum)) return;
     if (std::isnan(tiny_.sum)) {
-        Analysis().DspMessageBox(MessageStyle::Error, this, 8, "Variable 1.");
+        Analysis().DspMessageBox(MessageStyle::Refusal, this, 8, "Variable 1.");
         return;
     }
     if (tiny_.missing > 0)
@@ -196,6 +196,11 @@ inline void ResultsDlg::OnCommand(int control) {
     CAnalysisSupport& host = Analysis();
     if (control == ControlCancel) return ExitDialog(Specify, ExitMode::Back);
     if (control == Throw) throw std::runtime_error("broken");
+    if (control == Write && (ValueAs<int>(Digits) < 0 || ValueAs<int>(Digits) > 100)) {
+        host.DspMessageBox(ValueAs<int>(Digits) < 0 ? MessageStyle::Refusal : MessageStyle::Error, this, 8,
+                           "");
+        return;
+    }
     if (control == Ask) {
         host.DisplayInstQuestion(host.GetLibInstance(), this, 9);
         return;

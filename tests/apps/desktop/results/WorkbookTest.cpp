@@ -164,6 +164,9 @@ TEST_F(WorkbookTest, WhatIsRemovedStaysAwayWhileItsRunGoesOnAndComesBackOnUndo) 
     EXPECT_FALSE(overview.contains(all[1])) << overview.toStdString();
     EXPECT_TRUE(overview.contains(all[0]));
     EXPECT_EQ(write(run, "left", FormatSet{}.add(OutputFormat::Svg)), 1U);
+    workbook_.activateWindow(); // the event loop has run meanwhile
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&workbook_));
+    tree->setFocus();
     QTest::keyClick(tree, Qt::Key_Delete); // the run
     EXPECT_TRUE(workbook_.isEmpty());
     book->append(Report{"Last", {"more"}});
@@ -203,14 +206,14 @@ TEST_F(WorkbookTest, WhatWasNotExportedIsKnown) {
     const auto book = std::make_shared<ResultsBook>(test::smallBook());
     std::get<Spreadsheet>(book->outputs[1]).repeatsReport = true;
     const int run = add(book);
-    EXPECT_EQ(workbook_.unsaved(), 4);
+    EXPECT_EQ(workbook_.unsaved(), 5); // as many as the tree lists
     write(run, "charts", FormatSet{}.add(OutputFormat::Svg));
-    EXPECT_EQ(workbook_.unsaved(), 2); // the reports
+    EXPECT_EQ(workbook_.unsaved(), 3); // reports and table
     std::ofstream(folder() / "in-the-way") << "a file";
     write(run, "in-the-way", FormatSet::all());
-    EXPECT_EQ(workbook_.unsaved(), 2);
+    EXPECT_EQ(workbook_.unsaved(), 3);
     workbook_.removeOutput(run, 0);
-    EXPECT_EQ(workbook_.unsaved(), 1);
+    EXPECT_EQ(workbook_.unsaved(), 2);
     workbook_.undo();
     write(run, "all", FormatSet{}.add(OutputFormat::Html));
     EXPECT_EQ(workbook_.unsaved(), 0);

@@ -1,6 +1,7 @@
 #include "apps/desktop/window/DialogPlaces.h"
 
 #include <QGuiApplication>
+#include <QLayout>
 #include <QScreen>
 #include <QWidget>
 #include <QWindow>
@@ -35,10 +36,10 @@ void DialogPlaces::place(QWidget& dialog, const QWidget& window) {
     const QPoint wanted = corner_.value_or(window.geometry().topLeft() + first);
     frame_ = frame_ | frameOf(window);
     const QRect room = screenOf(wanted, window)->availableGeometry().marginsRemoved(frame_);
-    // Fonts and frames of the style come with the polish, which otherwise waits until the window is shown.
-    dialog.ensurePolished();
-    for (const QWidget* part : dialog.findChildren<QWidget*>())
-        part->ensurePolished();
+    // A part that asked for more room since it was laid out is heard by its own layout, but not by those
+    // around that while they are not visible.
+    for (QWidget* part : dialog.findChildren<QWidget*>())
+        if (part->layout() != nullptr) part->updateGeometry();
     dialog.adjustSize();
     const auto resized = sizes_.find(dialog.windowTitle());
     const QSize size = (resized != sizes_.end() ? resized->second : dialog.size())

@@ -89,6 +89,21 @@ TEST_F(PlacesTest, ASizeThatWasGivenStays) {
     EXPECT_EQ(view()->size(), larger);
 }
 
+TEST_F(PlacesTest, ADialogIsMeasuredAsItIsThenShown) {
+    QDialog dialog;
+    auto* part = new QWidget;
+    auto* text = new QLineEdit;
+    (new QVBoxLayout(&dialog))->addWidget(part);
+    (new QVBoxLayout(part))->addWidget(text);
+    dialog.adjustSize();
+    text->setMinimumSize(500, 90); // when it got its text, say
+    DialogPlaces().place(dialog, *window);
+    const QSize measured = dialog.size();
+    dialog.show();
+    (void)QTest::qWaitForWindowExposed(&dialog);
+    EXPECT_EQ(dialog.size(), measured);
+}
+
 TEST_F(PlacesTest, AllOfADialogIsOnTheScreen) {
     const QRect screen = window->screen()->availableGeometry();
     for (const QPoint corner : {QPoint(-3000, -40), QPoint(screen.width() - 30, screen.height() - 30)}) {

@@ -42,7 +42,9 @@ void DialogPlaces::place(QWidget& dialog, const QWidget& window) {
         if (part->layout() != nullptr) part->updateGeometry();
     dialog.adjustSize();
     const auto resized = sizes_.find(dialog.windowTitle());
-    const QSize size = (resized != sizes_.end() ? resized->second : dialog.size())
+    // Left to itself a window takes two thirds of the screen at most, also where that cuts it.
+    const QSize wanting = dialog.size().expandedTo(dialog.sizeHint());
+    const QSize size = (resized != sizes_.end() ? resized->second : wanting)
                            .boundedTo(room.size())
                            .expandedTo(dialog.minimumSizeHint());
     // What is too large for the screen at least shows its upper left part.

@@ -89,8 +89,8 @@ MainWindow::~MainWindow() {
 
 void MainWindow::buildMenus(const QString& noAnalysis) {
     QMenu* file = menuBar()->addMenu(tr("&File"));
-    file->addAction(tr("&Open ..."), QKeySequence::Open, this, &MainWindow::askForFile);
-    file->addAction(tr("Open &With Options ..."), this, &MainWindow::askForFileAndOptions);
+    file->addAction(tr("&Open..."), QKeySequence::Open, this, &MainWindow::askForFile);
+    file->addAction(tr("Open &With Options..."), this, &MainWindow::askForFileAndOptions);
     recentMenu_ = file->addMenu(tr("Open &Recent"));
     connect(recentMenu_, &QMenu::aboutToShow, this,
             [this] { recent_.fill(*recentMenu_, [this](const QString& path) { openFile(path); }); });
@@ -101,9 +101,9 @@ void MainWindow::buildMenus(const QString& noAnalysis) {
     file->addAction(tr("&Quit"), InputGate::quitKey(), this, &QWidget::close);
 
     QMenu* cases = menuBar()->addMenu(tr("&Data"));
-    cases->addAction(tr("&Select Cases ..."), this, &MainWindow::defineSelection);
-    cases->addAction(tr("Case &Weights ..."), this, &MainWindow::defineWeights);
-    cases->addAction(tr("&Compute Variable ..."), this, &MainWindow::computeVariable);
+    cases->addAction(tr("&Select Cases..."), this, &MainWindow::defineSelection);
+    cases->addAction(tr("Case &Weights..."), this, &MainWindow::defineWeights);
+    cases->addAction(tr("&Compute Variable..."), this, &MainWindow::computeVariable);
     cases->addAction(tr("&Go to Case"), QKeySequence(Qt::CTRL | Qt::Key_G), this, [this] {
         dataTabs_->setCurrentWidget(dataView_);
         dataView_->askForCase();
@@ -122,7 +122,7 @@ void MainWindow::buildMenus(const QString& noAnalysis) {
         // The name is asked of the analysis; asking does not change it.
         startAction_->setText(
             QString::fromStdString(const_cast<ozm::CAnalysisSupport*>(analysis)->GetAnalysisName()) +
-            tr(" ..."));
+            tr("..."));
         startAction_->setShortcut(QKeySequence(Qt::Key_F5));
     } else {
         startAction_->setToolTip(noAnalysis);

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -167,16 +168,29 @@ bool FillWholeCurve(CAnalysisSupport& host, const KaplanResults& results, const 
     return true;
 }
 
-/// Plots 2 and 3: the uncensored observations, those left out whose logarithm does not exist.
+/// Plots 2 and 3: the uncensored observations. Those left out whose logarithm does not exist are counted in
+/// notes.
 std::size_t FillLogarithmic(const KaplanResults& results, const CurveNames& names, bool logSurvival,
                             CChartInfo& chart) {
     ChartSeries series = Series(std::string{Text(StrKmLegendObserved)} + names.complete,
                                 ChartSeries::Style::Line, ChartSeries::Role::Estimate);
     series.marker = ChartSeries::Marker::Circle;
+    std::int32_t timeZero = 0;
+    std::int32_t survivalZero = 0;
     ForEachObservation(results, mostPlotted, [&](const KaplanRow& row) {
-        if (row.censored || !(row.time > 0.0) || (logSurvival && !(row.survival > 0.0))) return;
+        if (row.censored) return;
+        if (!(row.time > 0.0)) {
+            ++timeZero;
+            return;
+        }
+        if (logSurvival && !(row.survival > 0.0)) {
+            ++survivalZero;
+            return;
+        }
         Add(series, std::log(row.time), logSurvival ? std::log(row.survival) : row.survival);
     });
+    if (timeZero > 0) chart.notes.push_back(Filled(StrKmNoteTimeZero, {FormatCount(timeZero)}));
+    if (survivalZero > 0) chart.notes.push_back(Filled(StrKmNoteSurvivalZero, {FormatCount(survivalZero)}));
     chart.kind = CChartInfo::Kind::Line;
     const std::size_t values = series.x.size();
     chart.series = {std::move(series)};

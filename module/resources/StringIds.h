@@ -112,6 +112,8 @@ enum StringId : int {
     StrKmColName = 20220,
     StrKmColMark = 20221,
     StrKmColCount = 20222,
+    StrKmNoteTimeZero = 20223,
+    StrKmNoteSurvivalZero = 20224,
     StrKmPercentiles1 = 20230,
     StrKmPercentiles2 = 20231,
     StrKmLowerQuartile = 20232,

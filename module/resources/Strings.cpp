@@ -121,6 +121,8 @@ constexpr StringResource strings[] = {
     {StrKmColName, "Name    "},
     {StrKmColMark, "Censored"},
     {StrKmColCount, "Number"},
+    {StrKmNoteTimeZero, "Uncensored observations left out, as time 0 has no logarithm: %1."},
+    {StrKmNoteSurvivalZero, "Uncensored observations left out, as survival 0 has no logarithm: %1."},
     {StrKmPercentiles1, "Percentiles of     "},
     {StrKmPercentiles2, "the Survival Function"},
     {StrKmLowerQuartile, "25'th percentile (lower quartile)"},

@@ -119,6 +119,11 @@ TEST_F(KaplanFixture, LogarithmicPlotsLeaveOutWhatHasNoLogarithm) {
     ASSERT_EQ(host.charts.size(), 2U);
     EXPECT_EQ(host.charts[0].series[0].x.size(), 4U); // without time 0
     EXPECT_EQ(host.charts[1].series[0].x.size(), 3U); // nor survival 0
+    const std::string timeZero = "Uncensored observations left out, as time 0 has no logarithm: 1.";
+    EXPECT_EQ(host.charts[0].notes, std::vector<std::string>{timeZero});
+    ASSERT_EQ(host.charts[1].notes.size(), 2U);
+    EXPECT_EQ(host.charts[1].notes[1],
+              "Uncensored observations left out, as survival 0 has no logarithm: 1.");
     EXPECT_DOUBLE_EQ(host.charts[1].series[0].x[1], std::log(2.0));
     EXPECT_DOUBLE_EQ(host.charts[1].series[0].y[1], std::log(0.4));
 

@@ -11,8 +11,12 @@
 namespace ozm::survival {
 namespace {
 
+/// Of texts the text: the numbers behind them are the host's, and may look like other texts of the data.
 std::string CodeText(CAnalysisSupport& host, int variable, double code) {
-    return std::isfinite(code) ? CodeWithLabel(host, variable, code) : std::string{"not set"};
+    if (!std::isfinite(code)) return "not set";
+    if (variable != 0 && host.HoldsTexts(variable))
+        if (const auto label = LabelOfCode(host, variable, code)) return "'" + InOneLine(*label) + "'";
+    return CodeWithLabel(host, variable, code);
 }
 
 /// "2 with no value of 'time', 1 with a negative survival time".

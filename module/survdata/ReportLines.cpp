@@ -66,7 +66,7 @@ std::string CodeWithLabel(CAnalysisSupport& host, int variable, double code) {
 
 std::string MeaningOfCode(CAnalysisSupport& host, int variable, double code) {
     return VariableName(host, variable) + " = " +
-           LabelOfCode(host, variable, code).value_or(FormatNumber(code));
+           InOneLine(LabelOfCode(host, variable, code).value_or(FormatNumber(code)));
 }
 
 std::string Filled(int id, std::initializer_list<std::string> values) {

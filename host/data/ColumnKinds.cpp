@@ -76,7 +76,10 @@ private:
     VariableKind kindOf(std::size_t column) const {
         const auto& count = tallies_[column].count;
         const auto& first = tallies_[column].first;
-        if (count[Sort::Text] > 0) return VariableKind::Text;
+        if (count[Sort::Text] > 0) {
+            refuseGarbled(column);
+            return VariableKind::Text;
+        }
         const bool numbers = count[Sort::Number] + count[Sort::TooBig] + count[Sort::Thousands] > 0;
         const bool dates = tallies_[column].dates() > 0;
         if (dates || count[Sort::BadDate] > 0) {
@@ -101,6 +104,25 @@ private:
                      ", and so in the whole file");
         }
         return VariableKind::Number;
+    }
+
+    /** One slip would make texts of a whole column of numbers. */
+    void refuseGarbled(std::size_t column) const {
+        const ColumnTally& tally = tallies_[column];
+        const CellPlace& place = tally.first[Sort::Garbled];
+        const std::int64_t garbled = tally.count[Sort::Garbled];
+        if (garbled == 0 || garbled < tally.count[Sort::Text] || garbled > tally.count[Sort::Number] ||
+            tally.dates() + tally.count[Sort::BadDate] > 0)
+            return;
+        const bool point = place.text.find('.') != std::string::npos;
+        const bool comma = place.text.find(',') != std::string::npos;
+        if (table_.format.dialect.markTold && point != comma && hasOtherMark(place.text)) return;
+        fail(column, place,
+             quoted(place) + " is no number, as the other cells of the column are: it has " +
+                 (point && comma   ? "points and commas that separate no thousands"
+                  : point || comma ? "a sign or mark too many"
+                                   : "several signs") +
+                 "; correct it, or leave the cell empty");
     }
 
     bool hasOtherMark(std::string_view text) const {

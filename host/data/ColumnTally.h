@@ -34,6 +34,7 @@ struct ColumnTally {
         SurePoint,
         // Of the texts:
         CommaText, ///< 1,5 where the comma separates the cells
+        Garbled,   ///< 1.2,3: a number with a slip of the keyboard
         // Of the dates:
         NotDayFirst, ///< no day of the calendar when read as day, month, year
         NotMonthFirst,

@@ -101,6 +101,16 @@ void classifyDate(CellValue& cell, const Dialect& dialect) {
 
 } // namespace
 
+bool isGarbledNumber(std::string_view text) {
+    const std::size_t front = std::min(text.find_first_not_of("+-"), text.size());
+    const std::string_view rest = text.substr(front);
+    if (rest.find_first_not_of("0123456789.,") != std::string_view::npos ||
+        rest.find_first_of("0123456789") == std::string_view::npos)
+        return false;
+    return readNumber(text, '.').form == NumberForm::None && readNumber(text, ',').form == NumberForm::None &&
+           thousandsOf(text) == Thousands::None && !readDateText(text);
+}
+
 CellValue classifyCell(std::string_view text, const Dialect& dialect) {
     CellValue cell;
     if (isMissingText(text)) return cell;

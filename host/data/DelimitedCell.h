@@ -53,6 +53,10 @@ struct CellValue {
 /** Whether a cell without quotes and surrounding blanks stands for a missing value. */
 bool isMissingText(std::string_view text);
 
+/** Whether a text is made of signs in front, digits and marks, one mark or several signs at least, but is no
+   number, date or number with separated thousands: 1.2,3 or --5, though not 3+ or 1-3. */
+bool isGarbledNumber(std::string_view text);
+
 /** @param text  a cell without quotes and surrounding blanks */
 CellValue classifyCell(std::string_view text, const Dialect& dialect);
 

@@ -177,6 +177,9 @@ FirstRow readFirstRow(std::string_view text, bool whole, const DelimitedFormat& 
         const CellKind kind = classifyCell(cell.text, format.dialect).kind;
         const bool text_ = kind == CellKind::Text || kind == CellKind::BadDate || kind == CellKind::TooBig;
         if (auto& first = text_ ? row.text : row.value; !first && !cell.text.empty()) first = cell.text;
+        if (const auto byte = byteOfNoCharacter(cell.text))
+            throw DataError(file, format.firstLine, number,
+                            "'" + brief(cell.text) + "' " + noCharacter(*byte));
         row.cells.emplace_back(cell.text);
         p = cell.next;
         if (p == end || *p == '\n') break;

@@ -94,6 +94,7 @@ private:
             return cell.value;
         case CellKind::Text:
             if (cell.mark != 0) tallies_[column].add(ColumnTally::CommaText, line_, text);
+            if (isGarbledNumber(text)) tallies_[column].add(ColumnTally::Garbled, line_, text);
             return notANumber;
         case CellKind::OpenDate:
             countOrders(tallies_[column], cell.date, text);
@@ -185,7 +186,8 @@ private:
 
 DataError DelimitedTable::cellError(std::int64_t line, std::size_t column0, const std::string& what) const {
     std::string message;
-    if (column0 < names.size()) message.append("variable '").append(names[column0]).append("': ");
+    if (column0 < names.size() && !names[column0].empty())
+        message.append("variable '").append(names[column0]).append("': ");
     message += what;
     return {file, line, static_cast<std::int64_t>(column0) + 1, message};
 }

@@ -17,7 +17,8 @@
 namespace korvana {
 namespace {
 
-/** Calls take(column, text) for the first cells of every row of a chunk, up to a column. */
+/** Calls take(column, text, begin of the cell) for the first cells of every row of a chunk, up to a column.
+ */
 template <typename Take, typename RowEnd>
 void walkCells(const DelimitedTable& table, std::string_view text, std::size_t lastColumn, const Take& take,
                const RowEnd& rowEnd) {
@@ -28,11 +29,12 @@ void walkCells(const DelimitedTable& table, std::string_view text, std::size_t l
     while (p < end) {
         bool blankLine = false;
         for (std::size_t column = 0;; ++column, ++p) {
+            const char* const begin = p;
             const RawCell cell = readCell(p, end, separator, scratch);
             p = cell.next;
             const bool lineEnds = p == end || *p == '\n';
             blankLine = lineEnds && column == 0 && table.format.columns > 1;
-            if (!blankLine && column <= lastColumn) take(column, cell.text);
+            if (!blankLine && column <= lastColumn) take(column, cell.text, begin);
             if (lineEnds) break;
         }
         if (!blankLine) rowEnd();
@@ -43,12 +45,14 @@ void walkCells(const DelimitedTable& table, std::string_view text, std::size_t l
 /** The texts of one column that one thread has seen, numbered by first appearance. */
 class LocalTexts {
 public:
-    std::size_t codeOf(std::string_view text) {
+    /** @param check  is called with a text that is seen for the first time, and tells whether it is UTF-8 */
+    template <typename Check>
+    std::size_t codeOf(std::string_view text, const Check& check) {
         if (!texts.empty() && text == texts[last_]) return last_;
         auto known = codes_.find(text);
         if (known == codes_.end()) {
+            foreign = !check(text) || foreign;
             known = codes_.emplace(text, texts.size()).first;
-            foreign = foreign || !isUtf8(text);
             texts.push_back(known->first);
         }
         return last_ = known->second;
@@ -136,18 +140,20 @@ public:
         CaseNames names;
         walkCells(
             pass_.table, {text_.data(), text_.size()}, pass_.lastColumn,
-            [&](std::size_t column, std::string_view text) {
+            [&](std::size_t column, std::string_view text, const char* begin) {
+                const auto check = [&](std::string_view of) { return checkCoding(of, column, begin); };
                 if (row == rowsEnd) pass_.source.refuseChanged();
                 if (column == 0 && !pass_.names.empty()) {
-                    foreignName = foreignName || !isUtf8(text);
+                    foreignName = !check(text) || foreignName;
                     names.text += toUtf8(text);
                     names.ends.push_back(names.text.size());
                 }
                 TextColumn* const target = pass_.wanted[column];
                 if (target == nullptr) return;
                 const auto place = static_cast<std::size_t>(target - pass_.columns.data());
-                target->cells[row] = isMissingText(text) ? std::numeric_limits<double>::quiet_NaN()
-                                                         : static_cast<double>(texts[place].codeOf(text));
+                target->cells[row] = isMissingText(text)
+                                         ? std::numeric_limits<double>::quiet_NaN()
+                                         : static_cast<double>(texts[place].codeOf(text, check));
             },
             [&] { ++row; });
         if (row != rowsEnd) pass_.source.refuseChanged();
@@ -158,6 +164,18 @@ public:
     bool foreignName = false;      ///< some name of a case is no UTF-8
 
 private:
+    /** Whether a text is UTF-8; one that cannot be read at all would become the same as another one. */
+    bool checkCoding(std::string_view text, std::size_t column, const char* begin) const {
+        if (isUtf8(text)) return true;
+        if (const auto byte = byteOfNoCharacter(text)) {
+            const auto before = static_cast<std::size_t>(begin - text_.data());
+            throw pass_.table.cellError(pass_.table.chunks[chunk_].firstLine +
+                                            countLineFeeds({text_.data(), before}),
+                                        column, "'" + brief(text) + "' " + noCharacter(*byte));
+        }
+        return false;
+    }
+
     TextPass& pass_;
     std::size_t number_;
     std::size_t chunk_ = 0;

@@ -40,11 +40,15 @@ void append(std::string& out, unsigned code) {
     }
 }
 
+constexpr std::string_view hexDigits = "0123456789ABCDEF";
+constexpr unsigned replacement = 0xFFFD;
+
 // Windows-1252, 0x80 to 0x9F; the five bytes that it leaves out become the replacement character.
 constexpr std::array<unsigned, 32> windows1252{
-    0x20AC, 0xFFFD, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0xFFFD, 0x017D, 0xFFFD, 0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178};
+    0x20AC,      replacement, 0x201A, 0x0192, 0x201E, 0x2026,      0x2020, 0x2021,
+    0x02C6,      0x2030,      0x0160, 0x2039, 0x0152, replacement, 0x017D, replacement,
+    replacement, 0x2018,      0x2019, 0x201C, 0x201D, 0x2022,      0x2013, 0x2014,
+    0x02DC,      0x2122,      0x0161, 0x203A, 0x0153, replacement, 0x017E, 0x0178};
 
 } // namespace
 
@@ -65,6 +69,21 @@ std::string toUtf8(std::string_view text) {
         append(out, byte >= 0x80 && byte < 0xA0 ? windows1252[byte - 0x80] : byte);
     }
     return out;
+}
+
+std::optional<unsigned char> byteOfNoCharacter(std::string_view text) {
+    if (isUtf8(text)) return std::nullopt;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const unsigned byte = byteAt(text, i);
+        if (byte >= 0x80 && byte < 0xA0 && windows1252[byte - 0x80] == replacement)
+            return static_cast<unsigned char>(byte);
+    }
+    return std::nullopt;
+}
+
+std::string noCharacter(unsigned char byte) {
+    return std::string("is neither UTF-8 nor Windows-1252 (byte ") + hexDigits[byte / 16U] +
+           hexDigits[byte % 16U] + "); save the file as UTF-8";
 }
 
 std::size_t characterLength(std::string_view text) {
@@ -89,9 +108,8 @@ std::string withEscapes(std::string_view text) {
         } else if (byte == '\n' || byte == '\t' || byte == '\r') {
             out.append(byte == '\n' ? "\\n" : byte == '\t' ? "\\t" : "\\r");
         } else {
-            constexpr std::string_view digits = "0123456789ABCDEF";
             const unsigned code = high ? byteAt(whole, ++i) : byte;
-            out.append("\\x").append(1, digits[code / 16]).append(1, digits[code % 16]);
+            out.append("\\x").append(1, hexDigits[code / 16]).append(1, hexDigits[code % 16]);
         }
     }
     return out;

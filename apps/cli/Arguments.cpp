@@ -42,7 +42,8 @@ struct Loose {
     const CLI::Option* after = nullptr; ///< the option whose value stands just before, if any
     std::string value;                  ///< that value
     std::size_t place = 0;              ///< among the arguments
-    bool option = false;                ///< it would be one, but stands behind "--"
+    bool behind = false;                ///< it stands behind "--"
+    bool option = false;                ///< and would be an option before it
 };
 
 class Reader {
@@ -56,6 +57,7 @@ public:
                 after_ = nullptr;
                 for (++at_; at_ < given_.size(); ++at_) {
                     takeLoose(given_[at_]);
+                    loose_.back().behind = true;
                     loose_.back().option = namesOption(given_[at_]);
                 }
                 break;
@@ -156,7 +158,10 @@ private:
         if (!first && !repeats(option))
             throw UsageError(name + " is given twice, with '" + before->second + "' and with '" + value +
                              "'; give it once" +
-                             (isList(option) ? ": " + name + " " + before->second + "," + value : ""));
+                             (isList(option)
+                                  ? ", or as a list if both are meant, " + name + " " + before->second + "," +
+                                        value + ": " + option.get_description()
+                                  : ""));
         result_.uniform.push_back(name + "=" + value);
         after_ = &option;
         value_ = std::move(value);
@@ -245,10 +250,13 @@ private:
         }
         if (noneTaken) throw UsageError("'" + wrong.word + "' is one argument too many: it takes none", true);
         const std::string& taken = &wrong == loose_.data() ? loose_[1].word : loose_.front().word;
+        const std::string tooMany = "'" + wrong.word + "' is one argument too many besides '" + taken + "'; ";
+        if (loose_.back().behind)
+            throw UsageError(tooMany + app_.get_name() + " takes one file: " + app_.get_name() +
+                             " OPTIONS -- FILE");
         throw UsageError(
-            "'" + wrong.word + "' is one argument too many besides '" + taken +
-            "'; several names of one option are separated by commas without blanks, and a value with "
-            "blanks stands in quotes");
+            tooMany + "several names of one option are separated by commas without blanks, and a value with "
+                      "blanks stands in quotes");
     }
 
     const CLI::App& app_;

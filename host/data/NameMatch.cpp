@@ -10,8 +10,9 @@ char lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-/** Optimal string alignment distance (Levenshtein with swaps of neighbours), kept in three rows. */
-std::size_t editDistance(std::string_view a, std::string_view b) {
+/** Optimal string alignment distances (Levenshtein with swaps of neighbours) between a text and each
+   beginning of another, the empty one first; kept in three rows. */
+std::vector<std::size_t> editDistances(std::string_view a, std::string_view b) {
     std::vector<std::size_t> before(b.size() + 1);
     std::vector<std::size_t> last(b.size() + 1);
     std::vector<std::size_t> now(b.size() + 1);
@@ -29,7 +30,11 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
         std::swap(before, last);
         std::swap(last, now);
     }
-    return last[b.size()];
+    return last;
+}
+
+std::size_t editDistance(std::string_view a, std::string_view b) {
+    return editDistances(a, b).back();
 }
 
 /** One slip in three letters, and one in a word of two. */
@@ -43,6 +48,14 @@ bool isAbbreviation(std::string_view name, std::string_view candidate) {
     constexpr std::size_t fewest = 3;
     const std::size_t length = std::min(name.size(), candidate.size());
     return length >= fewest && equalIgnoringCase(name.substr(0, length), candidate.substr(0, length));
+}
+
+/** Whether the beginning of a candidate has one slip in it, and is long enough to tell. */
+bool isMisspeltAbbreviation(std::string_view name, std::string_view candidate) {
+    constexpr std::size_t fewest = 5;
+    if (name.size() < fewest || candidate.size() <= name.size()) return false;
+    const std::vector<std::size_t> distances = editDistances(name, candidate);
+    return *std::min_element(distances.begin(), distances.end()) <= 1;
 }
 
 } // namespace
@@ -68,6 +81,10 @@ std::vector<std::string> nearestOf(std::string_view name, const std::vector<std:
                 return each.second == candidate;
             }))
             near.emplace_back(longest, candidate);
+    if (near.empty())
+        for (const std::string_view candidate : candidates)
+            if (candidate.size() <= longest && isMisspeltAbbreviation(name, candidate))
+                near.emplace_back(longest, candidate);
     std::stable_sort(near.begin(), near.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
     std::vector<std::string> names;

@@ -38,6 +38,7 @@ TEST_F(UsageTest, HelpAndVersion) {
 TEST_F(UsageTest, WhatIsUnknownIsNamedWithTheNearest) {
     EXPECT_EQ(usageError({"kaplan-meir"}), "korvana: there is no command 'kaplan-meir' (did you mean "
                                            "'kaplan-meier'?); 'korvana --help' lists them\n");
+    EXPECT_TRUE(has(usageError({"kapln"}), "(did you mean 'kaplan-meier'?)"));
     EXPECT_TRUE(has(usageError({"info", "--sekect", "x"}), "no option --sekect (did you mean '--select'?)"));
     EXPECT_TRUE(has(usageError({"kaplan-meier", data, "more.csv"}), "'more.csv' is one argument too many"));
     EXPECT_TRUE(has(refused({"--time", "week"}), "--censor is missing"));
@@ -108,6 +109,8 @@ TEST_F(UsageTest, WordsThatTheShellTookApartArePutTogether) {
                     "'status' behind --time weeks belongs to nothing"));
     EXPECT_TRUE(has(refused({"--select", "weeks", "=", "3", "--quiet"}), "--select \"weeks = 3\""));
     EXPECT_TRUE(has(usageError({"info", data, data}), "is one argument too many besides"));
+    EXPECT_TRUE(has(usageError({"info", "--", data, "b.csv"}), "besides '" + data + "'; korvana info takes one"));
+    EXPECT_TRUE(has(refused({"--time", "start", "--time", "stop"}), "start,stop: time variables: one"));
     EXPECT_TRUE(has(usageError({"typelib", data}), "it takes none"));
     EXPECT_TRUE(has(refused({"\u2014time", "weeks"}), "begins with two hyphens: --time"));
 }

@@ -49,7 +49,11 @@ Share shareOf(QString text) {
     share.value = text.trimmed().toDouble(&share.isNumber);
     // Nobody wants a level of 1.5 %; a slip of the keyboard it may be.
     share.inPercent = share.inPercent || (share.value >= 50.0 && share.value < 100.0);
-    if (share.inPercent) share.value /= 100.0;
+    if (!share.inPercent) return share;
+    // The decimal text is divided, for 99.9 / 100 is not 0.999 in binary.
+    bool shifted = false;
+    const double value = (text.trimmed() + QStringLiteral("e-2")).toDouble(&shifted);
+    share.value = shifted ? value : share.value / 100.0; // not behind an exponent of its own
     return share;
 }
 

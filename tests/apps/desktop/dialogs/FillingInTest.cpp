@@ -145,6 +145,8 @@ TEST_F(Pair, OfPercentIsTakenForAShareWithAWord) {
         EXPECT_EQ(note->text(), QStringLiteral("%1 was taken for 0.95.").arg(percent));
         EXPECT_EQ(level->text(), "0.950000");
     }
+    EXPECT_EQ(taken("99.9%"), 0.999) << "no tail of rounding";
+    EXPECT_EQ(note->text(), "99.9% was taken for 0.999.");
     for (const double own :
          {0.9, 1.0, 1.5, 49.9, 0.0, -2.0, 100.0, 150.0}) { // these are for the dialog to judge
         EXPECT_EQ(taken(std::to_string(own).c_str()), own);

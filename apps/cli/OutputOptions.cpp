@@ -64,8 +64,12 @@ int OutputOptions::write(const ResultsBook& book, Console& console) const {
         return ExitResults;
     }
     std::vector<std::string> problems;
-    for (const auto& file : writeBook(book, directory_, formats_, &problems))
-        if (!quiet_) console.err << "wrote " << file.string() << '\n';
+    try {
+        for (const auto& file : writeBook(book, directory_, formats_, &problems))
+            if (!quiet_) console.err << "wrote " << file.string() << '\n';
+    } catch (const NothingToWrite& error) {
+        throw UsageError(std::string{error.what()} + "; choose another --format or other --outputs");
+    }
     for (const std::string& problem : problems)
         console.say(problem);
     return problems.empty() ? ExitResults : ExitUsage;

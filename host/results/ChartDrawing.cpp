@@ -1,5 +1,6 @@
 #include "host/results/ChartDrawing.h"
 
+#include <chrono>
 #include <dlfcn.h>
 #include <filesystem>
 #include <optional>
@@ -8,7 +9,7 @@
 #include <utility>
 
 #include "host/results/DrawingLibrary.h"
-#include "host/results/DrawingProcess.h"
+#include "host/results/WorkApart.h"
 
 namespace korvana {
 namespace {
@@ -16,6 +17,9 @@ namespace {
 namespace fs = std::filesystem;
 
 ChartDrawer own = nullptr;
+
+/// Some hundred times what a picture takes.
+constexpr Work kDrawing{"drawing", kNoMemoryToDraw, std::chrono::seconds{120}};
 
 Picture notDrawn(const std::string& why) {
     return {.bytes = {}, .error = "the drawing library " + why};
@@ -47,8 +51,11 @@ void useChartDrawer(ChartDrawer drawer) {
 Picture drawChart(const ozm::CChartInfo& info, PictureFormat format, const PictureOptions& options) {
     if (own != nullptr) return own(info, format, options);
     const auto draw = [&] { return drawWithLibrary(info, format, options); };
-    std::optional<Picture> picture = drawApart(draw);
-    return picture ? std::move(*picture) : draw();
+    std::optional<Answer> answer = workApart(kDrawing, [&] {
+        Picture picture = draw();
+        return Answer{std::move(picture.bytes), std::move(picture.error)};
+    });
+    return answer ? Picture{std::move(answer->bytes), std::move(answer->error)} : draw();
 }
 
 } // namespace korvana

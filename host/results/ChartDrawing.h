@@ -31,7 +31,7 @@ using ChartDrawer = Picture (*)(const ozm::CChartInfo& info, PictureFormat forma
 
 /// A program with windows, which has to draw in their thread and holds the drawing library anyway, hands its
 /// drawer over (`renderChart`). Any other loads the library for each picture in a process of its own
-/// (DrawingProcess.h), so that nothing but pictures depends on it.
+/// (WorkApart.h), so that nothing but pictures depends on it.
 void useChartDrawer(ChartDrawer drawer);
 
 /// Draws a chart, see `renderChart`. A failure is an answer, never an exception, nor the end of the program.

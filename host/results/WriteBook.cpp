@@ -85,13 +85,28 @@ void writeCharts(const ResultsBook& book, const std::vector<std::string>& names,
     }
 }
 
+std::string listOf(FormatSet formats) {
+    std::string list;
+    for (const auto& [name, format] : kFormats)
+        if (formats.has(format)) list.append(list.empty() ? "" : ", ").append(name);
+    return list;
+}
+
+/// Formats other than these have a file for every book.
+[[noreturn]] void throwNothingToWrite(const std::filesystem::path& directory, FormatSet formats) {
+    const bool tables = formats.has(OutputFormat::Csv);
+    const bool charts = formats != FormatSet{}.add(OutputFormat::Csv);
+    throw NothingToWrite("nothing to write into '" + directory.string() + "': among the outputs is no " +
+                         (tables && charts ? "table or chart"
+                          : tables         ? "table"
+                                           : "chart") +
+                         " for " + listOf(formats));
+}
+
 } // namespace
 
 std::string knownFormats() {
-    std::string list;
-    for (const auto& [name, format] : kFormats)
-        list.append(list.empty() ? "" : ", ").append(name);
-    return list;
+    return listOf(FormatSet::all());
 }
 
 FormatSet parseFormats(std::string_view list) {
@@ -186,7 +201,12 @@ std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std:
     writeCharts(book, names, formats, folder, failures);
     // Last, when it is known which pictures there are.
     if (json != nullptr) fill(*json, [&](std::ostream& out) { writeJson(book, out, folder.names()); });
-    std::vector<std::filesystem::path> files = folder.commit();
+    std::vector<std::filesystem::path> files;
+    if (!folder.names().empty()) {
+        files = folder.commit();
+    } else if (failures.empty()) {
+        throwNothingToWrite(path, formats);
+    }
     if (problems != nullptr) {
         problems->insert(problems->end(), failures.begin(), failures.end());
     } else if (!failures.empty()) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,6 +47,11 @@ private:
 /// their titles.
 [[nodiscard]] std::vector<std::string> certainFileNames(FormatSet formats);
 
+/// None of the formats has anything to hold: tables alone in formats of pictures, or the other way round.
+struct NothingToWrite : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
 /// Writes the book into a directory, made if there is none: report.txt, results.json, report.html,
 /// results.xlsx, a CSV file per table and a picture per chart and picture format, named after their titles.
 /// All of them appear together once all are whole, in place of those of an earlier run (see `ResultsFolder`).
@@ -53,7 +59,8 @@ private:
 ///
 /// Throws `std::runtime_error` naming the file and the reason when one cannot be written; the directory then
 /// is as it was. A chart that cannot be drawn does not keep the other files from being written: its reason is
-/// put into `problems`, or, without such a list, thrown as `std::runtime_error` at the end.
+/// put into `problems`, or, without such a list, thrown as `std::runtime_error` at the end. Where that leaves
+/// no file at all, or there was none to write (`NothingToWrite`), the directory is as it was, too.
 std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std::filesystem::path& directory,
                                              FormatSet formats, std::vector<std::string>* problems = nullptr,
                                              OthersFiles others = OthersFiles::Kept);

@@ -36,7 +36,6 @@ struct Packing {
 
 PackedFile::PackedFile(const std::filesystem::path& pending, const std::filesystem::path& target)
     : path_(pending.string()) {
-    if (WritingWatch::current() == nullptr) return;
     descriptor_ = ::open(pending.c_str(), O_RDWR | O_CLOEXEC);
     if (descriptor_ < 0) throwCannotWrite(target, errno);
     path_ = "/proc/self/fd/" + std::to_string(descriptor_);

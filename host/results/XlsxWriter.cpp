@@ -6,6 +6,9 @@
 #include <cstdio>
 #include <map>
 #include <memory>
+#include <new>
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <sys/resource.h>
 #include <system_error>
@@ -17,6 +20,7 @@
 #include "host/results/SheetNames.h"
 #include "host/results/TextWriter.h"
 #include "host/results/Utf8.h"
+#include "host/results/WorkApart.h"
 #include "host/results/WritingWatch.h"
 #include "host/results/XlsxLayout.h"
 #include "host/results/XlsxPacking.h"
@@ -32,6 +36,8 @@ constexpr double kLineHeight = 15.0; // points
 // Bytes of a sheet besides its rows, and one column's share of them.
 constexpr std::uintmax_t kAroundRows = 2048;
 constexpr std::uintmax_t kAroundColumn = 128;
+
+constexpr Work kWriting{"writing it", "not enough memory", std::nullopt};
 
 class Workbook {
 public:
@@ -111,7 +117,7 @@ public:
         const auto [error, reason] = file_.pack(book_.release());
         if (error != LXW_NO_ERROR && (reason == EFBIG || reason == ENOSPC || reason == EDQUOT))
             throwCannotWrite(target_, reason);
-        check(error);
+        if (error != LXW_NO_ERROR) fail(error, reason);
     }
 
 private:
@@ -125,7 +131,13 @@ private:
         }
     };
 
-    [[noreturn]] void fail(lxw_error error) const { throwCannotWrite(target_, lxw_strerror(error)); }
+    /// The library's words, but for what others say more plainly.
+    [[noreturn]] void fail(lxw_error error, int reason = 0) const {
+        if (error == LXW_ERROR_MEMORY_MALLOC_FAILED || reason == ENOMEM)
+            throwCannotWrite(target_, kWriting.noMemory);
+        if (error == LXW_ERROR_CREATING_TMPFILE && reason != 0) throwCannotWrite(target_, reason);
+        throwCannotWrite(target_, lxw_strerror(error));
+    }
     void check(lxw_error error) const {
         if (error != LXW_NO_ERROR) fail(error);
     }
@@ -165,8 +177,9 @@ private:
     void beginSheet(std::string_view title) {
         // The file where rows wait has a name for a moment.
         const HeldSignals meanwhile;
+        errno = 0;
         sheet_ = workbook_add_worksheet(book_.get(), names_.take(title).c_str());
-        if (sheet_ == nullptr) fail(LXW_ERROR_CREATING_TMPFILE);
+        if (sheet_ == nullptr) fail(LXW_ERROR_CREATING_TMPFILE, errno);
         row_ = 0;
     }
 
@@ -293,15 +306,7 @@ private:
     lxw_format* note_ = nullptr;
 };
 
-} // namespace
-
-void writeXlsx(const ResultsBook& book, const std::filesystem::path& target) {
-    PendingFile pending(target);
-    writeXlsx(book, pending);
-    pending.commit();
-}
-
-void writeXlsx(const ResultsBook& book, const PendingFile& pending) {
+void writeHere(const ResultsBook& book, const PendingFile& pending) {
     std::size_t cells = 0;
     const auto sheets = book.all<Spreadsheet>();
     for (const Spreadsheet* sheet : sheets)
@@ -312,6 +317,30 @@ void writeXlsx(const ResultsBook& book, const PendingFile& pending) {
     for (const Spreadsheet* sheet : sheets)
         workbook.addTable(*sheet);
     workbook.finish();
+}
+
+} // namespace
+
+void writeXlsx(const ResultsBook& book, const std::filesystem::path& target) {
+    PendingFile pending(target);
+    writeXlsx(book, pending);
+    pending.commit();
+}
+
+void writeXlsx(const ResultsBook& book, const PendingFile& pending) {
+    // Who watches has threads, and stops by exceptions.
+    if (WritingWatch::current() != nullptr) return writeHere(book, pending);
+    const std::optional<Answer> failure = workApart(kWriting, [&] {
+        try {
+            writeHere(book, pending);
+            return Answer{};
+        } catch (const std::runtime_error& error) { // it names the file
+            return Answer{error.what(), {}};
+        }
+    });
+    if (!failure) return writeHere(book, pending);
+    if (!failure->error.empty()) throwCannotWrite(pending.target(), failure->error);
+    if (!failure->bytes.empty()) throw std::runtime_error(failure->bytes);
 }
 
 } // namespace korvana

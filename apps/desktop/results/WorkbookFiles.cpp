@@ -150,7 +150,7 @@ std::size_t Workbook::writeRun(int number, const std::filesystem::path& director
     for (const std::string& one : undrawn)
         problems += QString::fromStdString(one);
     if (!written.problem.isEmpty()) problems += written.problem;
-    if (written.done()) markExported(*run, formats);
+    if (written.done() && undrawn.empty()) markExported(*run, formats);
     if (stopped != nullptr) *stopped = written.stopped;
     return files;
 }
@@ -169,8 +169,10 @@ FilesAtStake Workbook::filesAtStake(const ExportDialog& dialog) const {
                 list += QString::fromStdString((folder / name).string());
             return list;
         };
-        const FolderChanges changes =
-            changesIn(folder, filesToWrite(*run.book, editsOf(run), removedOf(run), dialog.formats()));
+        const std::vector<std::string> names =
+            filesToWrite(*run.book, editsOf(run), removedOf(run), dialog.formats());
+        if (names.empty()) return; // nothing is written, and nothing goes
+        const FolderChanges changes = changesIn(folder, names);
         atStake.replaced += paths(changes.replaced);
         atStake.removed += paths(changes.removed);
     };

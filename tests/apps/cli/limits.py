@@ -12,6 +12,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import zipfile
 
 KIB = 1024
 SECONDS = 60
@@ -45,7 +46,10 @@ def run(program, data, formats, memory=None, preload=None):
 
 
 def content(path):
-    """The tables of results.json, which also lists the pictures; of other files their size."""
+    """The tables of results.json, which also lists the pictures; the sheets of a workbook; of other files their size."""
+    if path.endswith(".xlsx"):
+        with zipfile.ZipFile(path) as book:
+            return [(one.filename, one.file_size, one.CRC) for one in book.infolist() if "docProps" not in one.filename]
     if os.path.basename(path) != "results.json":
         return f"{os.path.getsize(path)} bytes"
     with open(path, encoding="utf-8") as file:
@@ -110,6 +114,8 @@ def main():
         for name, holds in wanted.items():
             if files.get(name) != holds:
                 faults.append(f"{what}: {name} has {files.get(name)} instead of {holds}")
+        if "[ERROR]" in said:
+            faults.append(f"{what}: a library speaks: {said}")
         if any(name.endswith(".part") for name in files):
             faults.append(f"{what}: left {sorted(files)}")
 
@@ -122,6 +128,16 @@ def main():
     least = least_memory(program, data)
     # No library that only draws is loaded for numbers.
     assert least < 32 * KIB, least
+    # A workbook is written whole or not at all; its library needs some 1.5 MiB more, in many small pieces.
+    outcomes = [run(program, data, "xlsx", memory * KIB) for memory in range(least, least + 3 * KIB, 64)]
+    for place, outcome in enumerate(outcomes):
+        whole_book = outcomes[-1][2] if outcome[0] == 0 else {}
+        check(f"xlsx at {least + 64 * place} KiB", outcome,
+              {name: holds for name, holds in whole_book.items() if name == "results.xlsx"})
+        if outcome[0] == 2 and (outcome[2] or "not enough memory" not in outcome[1]):
+            faults.append(f"xlsx at {least + 64 * place} KiB: {outcome}")
+    assert {outcome[0] for outcome in outcomes} >= {0, 2}, (least, [outcome[:2] for outcome in outcomes])
+
     complete = dict.fromkeys(PICTURES, 0)
     refused = 0
     # Where the drawing libraries cannot be loaded, where they fail, and where a picture is drawn: some 90 MiB above.

@@ -16,7 +16,7 @@
 #include "host/charts/ChartApplication.h"
 #include "host/charts/ChartGeometry.h"
 #include "host/charts/ChartRenderer.h"
-#include "host/results/DrawingProcess.h"
+#include "host/results/WorkApart.h"
 #include "tests/host/results/Books.h"
 
 namespace korvana {
@@ -233,7 +233,8 @@ TEST(ChartRenderer, LinesAndMarkersAreWholeAtTheEndsOfAGivenRange) {
          {ChartSeries::Style::Line, ChartSeries::Style::Step, ChartSeries::Style::Markers}) {
         const int whole = blueOf(0.5, style);
         EXPECT_GT(whole, 200);
-        for (const double y : {0.0, 0.004, 0.009, 0.992, 0.997, 1.0}) // up to half is gone when the frame cuts it
+        for (const double y :
+             {0.0, 0.004, 0.009, 0.992, 0.997, 1.0}) // up to half is gone when the frame cuts it
             EXPECT_GT(blueOf(y, style), 0.85 * whole) << y;
     }
 }
@@ -397,26 +398,31 @@ TEST(ChartRenderer, AnSvgBringsTheLettersOfItsTexts) {
     EXPECT_LT(sizeOf(), before + 20'000);
 }
 
-TEST(DrawingProcess, WhateverItsEndThereIsAnAnswer) {
-    const auto drawing = [](auto how) { return drawApart(how).value_or(Picture{"", "no process"}); };
-    EXPECT_EQ(drawing([] { return Picture{"bytes", ""}; }).bytes, "bytes");
+TEST(WorkApart, WhateverItsEndThereIsAnAnswer) {
+    constexpr Work work{"drawing", kNoMemoryToDraw, std::chrono::seconds{1}};
+    const auto drawing = [&](auto how) { return workApart(work, how).value_or(Answer{"", "no process"}); };
+    EXPECT_EQ(drawing([] { return Answer{"bytes", ""}; }).bytes, "bytes");
     const std::string large(std::size_t{5} << 20U, 'x'); // more than a pipe holds
-    EXPECT_EQ(drawing([&] { return Picture{large, ""}; }).bytes, large);
-    EXPECT_EQ(drawing([] { return Picture{"", "why"}; }).error, "why");
-    EXPECT_EQ(drawing([]() -> Picture { throw std::bad_alloc(); }).error, kNoMemoryToDraw);
-    EXPECT_EQ(drawing([]() -> Picture { throw 1; }).error, "the drawing library failed");
-    EXPECT_EQ(drawing([]() -> Picture { _exit(0); }).error, kNoMemoryToDraw);
+    EXPECT_EQ(drawing([&] { return Answer{large, ""}; }).bytes, large);
+    EXPECT_EQ(drawing([] { return Answer{"", "why"}; }).error, "why");
+    EXPECT_EQ(drawing([]() -> Answer { throw std::bad_alloc(); }).error, kNoMemoryToDraw);
+    EXPECT_EQ(drawing([]() -> Answer { throw 1; }).error, "drawing failed");
+    EXPECT_EQ(drawing([]() -> Answer { _exit(0); }).error, kNoMemoryToDraw);
+    EXPECT_EQ(drawing([]() -> Answer {
+                  pause();
+                  return {"bytes", ""};
+              }).error,
+              "drawing did not end within 1 seconds");
     for (const int signal : {SIGABRT, SIGSEGV, SIGKILL, SIGBUS}) {
-        const Picture picture = drawing([signal]() -> Picture {
+        const Answer answer = drawing([signal]() -> Answer {
             std::raise(signal);
             return {"bytes", ""};
         });
-        EXPECT_FALSE(picture.drawn());
-        EXPECT_TRUE(picture.error.starts_with(kNoMemoryToDraw)) << picture.error;
+        EXPECT_TRUE(answer.error.starts_with(kNoMemoryToDraw)) << answer.error;
     }
     // A stop ends the drawing even where the program has handlers for it.
     const auto before = std::signal(SIGTERM, SIG_IGN);
-    EXPECT_EQ(drawing([]() -> Picture {
+    EXPECT_EQ(drawing([]() -> Answer {
                   std::raise(SIGTERM);
                   return {"bytes", ""};
               }).error,

@@ -1,6 +1,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "host/results/ChartDrawing.h"
 #include "host/results/ResultsFolder.h"
 #include "host/results/WriteBook.h"
 #include "tests/host/results/Books.h"
@@ -101,6 +102,28 @@ TEST_F(Files, ARunThatFailsChangesNothing) {
             failureOf([&] { writeBook(bigBook(9000), directory_ / "a" / "b", parseFormats("txt,csv")); }),
             "");
     }
+    // Nor does one that has not a single file to write: tables alone as pictures, and pictures that fail.
+    const auto noTable = [] {
+        ResultsBook book;
+        book.append(Chart{}).info = test::stepChart();
+        return book;
+    };
+    const std::string folder =
+        "nothing to write into '" + directory_.string() + "': among the outputs is no ";
+    EXPECT_EQ(failureOf([&] { writeBook(bigBook(3), directory_, parseFormats("svg,pdf")); }),
+              folder + "chart for svg, pdf");
+    EXPECT_EQ(failureOf([&] { writeBook(noTable(), directory_, parseFormats("csv")); }),
+              folder + "table for csv");
+    EXPECT_EQ(failureOf([&] { writeBook(ResultsBook{}, directory_, parseFormats("csv,png")); }),
+              folder + "table or chart for csv, png");
+    useChartDrawer([](const ozm::CChartInfo&, PictureFormat, const PictureOptions&) {
+        return Picture{{}, "no"};
+    });
+    std::vector<std::string> problems;
+    EXPECT_TRUE(writeBook(noTable(), directory_, parseFormats("svg,png"), &problems).empty());
+    EXPECT_EQ(problems.size(), 2U);
+    EXPECT_NE(failureOf([&] { writeBook(noTable(), directory_ / "new", parseFormats("svg")); }), "");
+    useChartDrawer(nullptr);
     EXPECT_EQ(read(directory_ / "results.json"), before);
     EXPECT_EQ(entries(), count);
 }

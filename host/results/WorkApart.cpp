@@ -1,4 +1,4 @@
-#include "host/results/DrawingProcess.h"
+#include "host/results/WorkApart.h"
 
 #include <array>
 #include <cerrno>
@@ -21,17 +21,15 @@
 namespace korvana {
 namespace {
 
-/// Some hundred times what a picture takes.
-constexpr std::chrono::seconds kLongest{120};
 constexpr std::size_t kBlock = std::size_t{1} << 16U;
 
-/// What the process sends before the bytes of the picture or of the error.
+/// What the process sends before the bytes of the answer or of the error.
 struct Head {
     std::uint64_t size;
-    bool drawn;
+    bool answered;
 };
 
-Picture failure(std::string why) {
+Answer failure(std::string why) {
     return {.bytes = {}, .error = std::move(why)};
 }
 
@@ -53,10 +51,11 @@ private:
 
 /// The program's handlers are not for this process, which has no files to tidy up and nothing to report; nor
 /// should its end be seen on the terminal or leave a core file.
-void becomeDrawer() {
+void becomeWorker() {
     for (int signal = 1; signal < NSIG; ++signal)
         std::signal(signal, SIG_DFL); // refused for those that have no other
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    std::signal(SIGXFSZ, SIG_IGN);    // an error of the write
+    prctl(PR_SET_PDEATHSIG, SIGTERM); // waits where signals are held
     const rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
     const int nowhere = ::open("/dev/null", O_RDWR);
@@ -75,17 +74,17 @@ bool sendAll(int pipe, const char* data, std::size_t size) {
     return true;
 }
 
-[[noreturn]] void drawAndSend(const std::function<Picture()>& draw, int pipe) {
-    Picture picture;
+[[noreturn]] void workAndSend(const Work& work, const std::function<Answer()>& answer, int pipe) {
+    Answer made;
     try {
-        picture = draw();
+        made = answer();
     } catch (const std::bad_alloc&) {
-        picture.error = kNoMemoryToDraw;
+        made.error = work.noMemory;
     } catch (...) {
-        picture.error = "the drawing library failed";
+        made.error = std::string(work.name) + " failed";
     }
-    const std::string& text = picture.drawn() ? picture.bytes : picture.error;
-    const Head head{text.size(), picture.drawn()};
+    const std::string& text = made.error.empty() ? made.bytes : made.error;
+    const Head head{text.size(), made.error.empty()};
     std::array<char, sizeof head> bytes{};
     std::memcpy(bytes.data(), &head, sizeof head);
     const bool sent = sendAll(pipe, bytes.data(), bytes.size()) && sendAll(pipe, text.data(), text.size());
@@ -93,15 +92,19 @@ bool sendAll(int pipe, const char* data, std::size_t size) {
 }
 
 /// What comes through the pipe until its end; false when that takes too long.
-bool receive(int pipe, std::string& all) {
-    const auto end = std::chrono::steady_clock::now() + kLongest;
+bool receive(int pipe, const Work& work, std::string& all) {
+    using Clock = std::chrono::steady_clock;
+    const auto begin = Clock::now();
     std::array<char, kBlock> block{};
     for (;;) {
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
-        if (left.count() <= 0) return false;
+        int left = -1; // no end
+        if (work.longest) {
+            left = static_cast<int>(
+                std::chrono::ceil<std::chrono::milliseconds>(begin + *work.longest - Clock::now()).count());
+            if (left <= 0) return false;
+        }
         pollfd wait{pipe, POLLIN, 0};
-        const int ready = ::poll(&wait, 1, static_cast<int>(left.count()));
+        const int ready = ::poll(&wait, 1, left);
         if (ready == 0 || (ready < 0 && errno == EINTR)) continue;
         const ssize_t size = ::read(pipe, block.data(), block.size());
         if (size < 0 && errno == EINTR) continue;
@@ -111,17 +114,17 @@ bool receive(int pipe, std::string& all) {
 }
 
 /// The process, and this program's end of its pipe. Ends it where it still runs.
-class Drawer {
+class Worker {
 public:
-    Drawer(pid_t process, int pipe) : process_(process), pipe_(pipe) {}
-    ~Drawer() {
+    Worker(pid_t process, int pipe) : process_(process), pipe_(pipe) {}
+    ~Worker() {
         ::close(pipe_);
         if (process_ <= 0) return;
         ::kill(process_, SIGKILL);
         (void)end();
     }
-    Drawer(const Drawer&) = delete;
-    Drawer& operator=(const Drawer&) = delete;
+    Worker(const Worker&) = delete;
+    Worker& operator=(const Worker&) = delete;
 
     [[nodiscard]] int pipe() const { return pipe_; }
 
@@ -138,58 +141,65 @@ private:
     int pipe_;
 };
 
-Picture ended(int signal) {
+Answer ended(const Work& work, int signal) {
     switch (signal) {
     case SIGINT:
     case SIGTERM:
     case SIGHUP:
-        return failure("drawing was stopped");
+        return failure(std::string(work.name) + " was stopped");
     case 0:
-        return failure(kNoMemoryToDraw);
+        return failure(work.noMemory);
     default:
-        return failure(std::string(kNoMemoryToDraw) + ", it seems (the drawing library ended with '" +
+        return failure(std::string(work.noMemory) + ", it seems (" + work.name + " ended with '" +
                        ::strsignal(signal) + "')");
     }
 }
 
-Picture take(Drawer& drawer) {
+Answer take(const Work& work, Worker& worker) {
     std::string all;
-    if (!receive(drawer.pipe(), all)) return failure("drawing did not end within two minutes");
-    const int signal = drawer.end();
+    if (!receive(worker.pipe(), work, all))
+        return failure(std::string(work.name) + " did not end within " +
+                       std::to_string(work.longest->count()) + " seconds");
+    const int signal = worker.end();
     Head head{};
-    if (all.size() < sizeof head) return ended(signal);
+    if (all.size() < sizeof head) return ended(work, signal);
     std::memcpy(&head, all.data(), sizeof head);
     all.erase(0, sizeof head);
-    if (all.size() != head.size) return ended(signal);
-    return head.drawn ? Picture{std::move(all), {}} : failure(std::move(all));
+    if (all.size() != head.size) return ended(work, signal);
+    return head.answered ? Answer{std::move(all), {}} : failure(std::move(all));
 }
 
 } // namespace
 
-std::optional<Picture> drawApart(const std::function<Picture()>& draw) {
+std::optional<Answer> workApart(const Work& work, const std::function<Answer()>& answer) {
+    const auto unreachable = [&work](int reason) {
+        if (reason == ENOMEM) return failure(work.noMemory);
+        return failure(std::string("no process for ") + work.name + ": " +
+                       std::generic_category().message(reason));
+    };
     std::array<int, 2> pipe{};
-    if (::pipe2(pipe.data(), O_CLOEXEC) != 0)
-        return failure("cannot reach the process that draws: " + std::generic_category().message(errno));
+    if (::pipe2(pipe.data(), O_CLOEXEC) != 0) return unreachable(errno);
     pid_t process = -1;
+    int reason = 0;
     {
         std::optional<SignalsBlocked> blocked(std::in_place);
         process = ::fork();
+        reason = errno;
         if (process == 0) {
             ::close(pipe[0]);
-            becomeDrawer();
+            becomeWorker();
             blocked.reset();
-            drawAndSend(draw, pipe[1]);
+            workAndSend(work, answer, pipe[1]);
         }
     }
-    const int reason = errno;
     ::close(pipe[1]);
     if (process < 0) {
         ::close(pipe[0]);
         if (reason == EAGAIN) return std::nullopt;
-        return failure("cannot start the process that draws: " + std::generic_category().message(reason));
+        return unreachable(reason);
     }
-    Drawer drawer(process, pipe[0]);
-    return take(drawer);
+    Worker worker(process, pipe[0]);
+    return take(work, worker);
 }
 
 } // namespace korvana

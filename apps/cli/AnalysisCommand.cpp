@@ -69,6 +69,9 @@ int AnalysisCommand::run(Console& console) {
     output_.check();
     check();
     const std::vector<std::size_t> chosen = chosenOutputs();
+    if (std::none_of(chosen.begin(), chosen.end(),
+                     [&](std::size_t place) { return outputs()[place].isChart; }))
+        output_.checkWithoutChart(list_);
     PhaseTimes times;
     ProgressLine progress(console, output_.quiet());
     Session session(load());

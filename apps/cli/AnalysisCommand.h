@@ -29,6 +29,7 @@ protected:
         std::array<const char*, 2> actions; ///< nullptr: none
         const char* help;                   ///< what it shows, empty when the name says it
         bool onScreen;                      ///< made without -o, when --outputs does not say otherwise
+        bool isChart = false;               ///< and nothing besides
     };
 
     [[nodiscard]] virtual std::string title() const = 0;

@@ -49,6 +49,14 @@ void OutputOptions::check() {
     refuseToReplaceOthers(directory_, certainFileNames(formats_));
 }
 
+void OutputOptions::checkWithoutChart(const std::string& outputs) const {
+    for (const OutputFormat other :
+         {OutputFormat::Json, OutputFormat::Txt, OutputFormat::Csv, OutputFormat::Html, OutputFormat::Xlsx})
+        if (formats_.has(other)) return;
+    throw UsageError("--format " + format_ + " is for charts, and --outputs " + outputs +
+                     " makes none; choose another --format or other --outputs");
+}
+
 int OutputOptions::write(const ResultsBook& book, Console& console) const {
     const bool textOut = !toFiles() && formats_.has(OutputFormat::Txt);
     // Also where the report shows them: it may be on its way to a file.

@@ -15,6 +15,8 @@ public:
     void declare(CLI::App& app);
     /// Refuses wrong combinations before any work is done. Throws UsageError.
     void check();
+    /// Refuses files that can only hold charts, where `outputs` (the value of --outputs) makes none.
+    void checkWithoutChart(const std::string& outputs) const;
 
     [[nodiscard]] bool toFiles() const { return !directory_.empty(); }
     [[nodiscard]] bool quiet() const { return quiet_; }

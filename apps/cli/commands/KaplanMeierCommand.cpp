@@ -16,16 +16,18 @@ class KaplanMeierCommand final : public AnalysisCommand {
         static constexpr Output known[] = {
             {"summary", {"Summary"}, "", true},
             {"percentiles", {"PercentilesOfSurvivalFunction"}, "", true},
-            {"curve", {"SurvivalCurve"}, "survival against time, of all observations", false},
+            {"curve", {"SurvivalCurve"}, "survival against time, of all observations", false, true},
             {"plot-1",
              {"PlotOfSurvivalTimesVsCumProportionSurviving"},
              "the same of the first 32,000",
-             false},
-            {"plot-2", {"PlotOfLogSurvivalTimesVsCumProportionSurviving"}, "against log time", false},
+             false,
+             true},
+            {"plot-2", {"PlotOfLogSurvivalTimesVsCumProportionSurviving"}, "against log time", false, true},
             {"plot-3",
              {"PlotOfLogSurvivalTimesVsLogCumProportionSurviving"},
              "log survival against log time",
-             false},
+             false,
+             true},
         };
         return known;
     }

@@ -28,7 +28,8 @@ class TwoSampleCommand final : public AnalysisCommand {
             {"plots",
              {"PlotOfProportionSurvivingByGroup", "CumulativeProportionSurvivingByGroup"},
              "proportion surviving by group, per interval and cumulative",
-             false},
+             false,
+             true},
         };
         return known;
     }

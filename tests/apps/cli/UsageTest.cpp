@@ -47,6 +47,8 @@ TEST_F(UsageTest, WhatIsUnknownIsNamedWithTheNearest) {
         has(refused({"--outputs", "sumary"}), "(did you mean 'summary'?); known are summary, percentiles"));
     EXPECT_TRUE(has(refused({"-o", "d", "--format", "doc"}), "unknown format 'doc'; known are json, txt"));
     EXPECT_TRUE(has(refused({"--format", "csv"}), "needs -o DIR"));
+    EXPECT_TRUE(has(refused({"-o", "d", "--format", "svg,pdf", "--outputs", "summary,percentiles"}),
+                    "--format svg,pdf is for charts, and --outputs summary,percentiles makes none"));
     EXPECT_TRUE(has(refused({"--complete"}), "--complete"));
     EXPECT_TRUE(has(usageError({"kaplan-meier", "--time", "weeks"}), "Name a data file"));
 }
@@ -109,7 +111,8 @@ TEST_F(UsageTest, WordsThatTheShellTookApartArePutTogether) {
                     "'status' behind --time weeks belongs to nothing"));
     EXPECT_TRUE(has(refused({"--select", "weeks", "=", "3", "--quiet"}), "--select \"weeks = 3\""));
     EXPECT_TRUE(has(usageError({"info", data, data}), "is one argument too many besides"));
-    EXPECT_TRUE(has(usageError({"info", "--", data, "b.csv"}), "besides '" + data + "'; korvana info takes one"));
+    EXPECT_TRUE(
+        has(usageError({"info", "--", data, "b.csv"}), "besides '" + data + "'; korvana info takes one"));
     EXPECT_TRUE(has(refused({"--time", "start", "--time", "stop"}), "start,stop: time variables: one"));
     EXPECT_TRUE(has(usageError({"typelib", data}), "it takes none"));
     EXPECT_TRUE(has(refused({"\u2014time", "weeks"}), "begins with two hyphens: --time"));

@@ -79,7 +79,7 @@ OpenOptionsDialog::OpenOptionsDialog(const QString& path, const ReadOptions& opt
                                           {tr("pipe  |"), '|'},
                                           {tr("another sign"), anotherSign}},
                                          this)),
-      sign_(new QLineEdit(this)),
+      sign_(new QLineEdit(this)), fault_(new QLabel(this)),
       decimal_(choice("decimal", {{tr("point  61.5"), '.'}, {tr("comma  61,5"), ','}}, this)),
       header_(choice("header",
                      {{tr("the names of the variables"), static_cast<int>(HeaderLine::Yes)},
@@ -109,8 +109,20 @@ OpenOptionsDialog::OpenOptionsDialog(const QString& path, const ReadOptions& opt
     auto* separators = new QHBoxLayout;
     separators->addWidget(separator_, 1);
     separators->addWidget(sign_);
-    const auto showSign = [this] { sign_->setVisible(separator_->currentData().toInt() == anotherSign); };
+    fault_->setObjectName(QStringLiteral("fault"));
+    fault_->hide();
+    auto* between = new QVBoxLayout;
+    between->addLayout(separators);
+    between->addWidget(fault_);
+    const auto showSign = [this] {
+        sign_->setVisible(separator_->currentData().toInt() == anotherSign);
+        fault_->hide();
+    };
     connect(separator_, &QComboBox::currentIndexChanged, this, showSign);
+    connect(separator_, &QComboBox::activated, this, [this] {
+        if (!sign_->isHidden()) sign_->setFocus();
+    });
+    connect(sign_, &QLineEdit::textChanged, fault_, &QWidget::hide);
 
     auto* fields = new QFormLayout;
     const auto add = [&](const QString& text, QComboBox* field, QLayout* row) {
@@ -118,7 +130,7 @@ OpenOptionsDialog::OpenOptionsDialog(const QString& path, const ReadOptions& opt
         label->setBuddy(field);
         row == nullptr ? fields->addRow(label, field) : fields->addRow(label, row);
     };
-    add(tr("&Between cells"), separator_, separators);
+    add(tr("&Between cells"), separator_, between);
     add(tr("&Decimal mark"), decimal_, nullptr);
     add(tr("&First line"), header_, nullptr);
     add(tr("Dates such as &01/02/1995"), dates_, nullptr);
@@ -159,8 +171,13 @@ ReadOptions OpenOptionsDialog::options() const {
 void OpenOptionsDialog::accept() {
     const bool wanted = !sign_->isHidden();
     if (wanted && (sign_->text().trimmed().isEmpty() || sign_->text().front().toLatin1() == 0)) {
-        sign_->setPlaceholderText(QStringLiteral("?"));
-        sign_->setFocus(); // it is missing, or is none that stands between cells
+        fault_->setText(
+            sign_->text().trimmed().isEmpty()
+                ? tr("Give the sign that stands between the cells.")
+                : tr("'%1' cannot stand between cells; give a sign such as / or :.").arg(sign_->text()));
+        showAsError(*fault_, true);
+        fault_->show();
+        sign_->setFocus();
         sign_->selectAll();
         return;
     }

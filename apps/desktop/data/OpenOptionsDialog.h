@@ -5,6 +5,7 @@
 #include <QDialog>
 
 class QComboBox;
+class QLabel;
 class QLineEdit;
 
 namespace korvana::desktop {
@@ -25,6 +26,7 @@ public:
 private:
     QComboBox* separator_;
     QLineEdit* sign_; ///< a separator that is not in the list
+    QLabel* fault_;   ///< what is wrong with it
     QComboBox* decimal_;
     QComboBox* header_;
     QComboBox* dates_;

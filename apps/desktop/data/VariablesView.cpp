@@ -49,6 +49,7 @@ VariablesView::VariablesView(QWidget* parent)
     connect(model_, &VariableTableModel::refused, this, &VariablesView::say);
     connect(model_, &VariableTableModel::described, this, [this] {
         say({});
+        emit labelsEdited();
         emit variablesChanged();
     });
     connect(&model_->counts(), &VariableCounts::counted, this, [this](int variable0) {

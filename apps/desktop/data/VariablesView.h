@@ -34,6 +34,8 @@ public:
     [[nodiscard]] QTableView* table() const { return table_; }
 
 signals:
+    /// Comes before variablesChanged, when nothing was removed.
+    void labelsEdited();
     /// A label, a missing code or value labels were edited, or a variable was removed. A selection that
     /// depends on them was made anew.
     void variablesChanged();

@@ -50,10 +50,10 @@ std::optional<double> codeOfText(ozm::CAnalysisSupport& analysis, int variable, 
 
 QString noCode(const QString& text, int variable) {
     return variable != 0
-               ? QStringLiteral("\"%1\" is neither a number nor a value label of the variable; open the list "
+               ? QStringLiteral("'%1' is neither a number nor a value label of the variable; open the list "
                                 "to see its codes.")
                      .arg(text)
-               : QStringLiteral("\"%1\" is not a number. Value labels can be written once the variable is "
+               : QStringLiteral("'%1' is not a number. Value labels can be written once the variable is "
                                 "chosen.")
                      .arg(text);
 }

@@ -23,7 +23,7 @@ protected:
     /// What there is to do before codes can be offered.
     [[nodiscard]] QString chooseFirst() const {
         return prompt_.isEmpty() ? QStringLiteral("Choose the variable first")
-                                 : QStringLiteral("Choose \"%1\" first").arg(prompt_);
+                                 : QStringLiteral("Choose '%1' first").arg(prompt_);
     }
     /// The value label of a code, empty when it has none.
     [[nodiscard]] QString labelOf(double code) const {

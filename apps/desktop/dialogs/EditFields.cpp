@@ -198,7 +198,7 @@ bool LineField::commitNumber() {
     if (text.isEmpty()) return complain(QStringLiteral("A number is wanted here."));
     if (!number.isNumber || !std::isfinite(number.value))
         return complain(
-            QStringLiteral("\"%1\" is not a number; write it with a decimal point, as in 0.95.").arg(text));
+            QStringLiteral("'%1' is not a number; write it with a decimal point, as in 0.95.").arg(text));
     if (!host().put(*this, number.value)) return false;
     if (number.inPercent)
         note_->setText(QStringLiteral("%1 was taken for %2.").arg(text, codeText(number.value)));

@@ -66,7 +66,7 @@ void RoleBox::setNumbers(const std::vector<int>& numbers) {
 void RoleBox::setFilling(bool filling) {
     arrow_->setArrowType(filling ? Qt::RightArrow : Qt::LeftArrow);
     const QString what =
-        (filling ? QStringLiteral("Add to \"%1\"") : QStringLiteral("Remove from \"%1\"")).arg(prompt_);
+        (filling ? QStringLiteral("Add to '%1'") : QStringLiteral("Remove from '%1'")).arg(prompt_);
     arrow_->setToolTip(what);
     arrow_->setAccessibleName(what);
 }

@@ -213,8 +213,8 @@ QString VariableField::standsAlready(int role, const std::vector<int>& numbers, 
             if (!holds(box(other).numbers(), number)) continue;
             const auto place = static_cast<std::size_t>(number - 1);
             const QString name = place < known_.size() ? known_[place].name : QString::number(number);
-            if (other == role) return QStringLiteral("\"%1\" is in this box already.").arg(name);
-            return QStringLiteral("\"%1\" is in \"%2\" already, and a variable has one role; drag it from "
+            if (other == role) return QStringLiteral("'%1' is in this box already.").arg(name);
+            return QStringLiteral("'%1' is in '%2' already, and a variable has one role; drag it from "
                                   "there, or take it away there first.")
                 .arg(name, box(other).prompt());
         }

@@ -56,7 +56,7 @@ Spreadsheet firstRows(const Spreadsheet& sheet, std::size_t count) {
 
 /// The output by name and, where it is known, the time of day.
 std::string outputLine(const ResultsBook& book, std::size_t place) {
-    const std::string name = outputName(book, place).toStdString();
+    const std::string name = tellingName(book, place).toStdString();
     const auto& origin = ResultsBook::originOf(book.outputs[place]);
     return origin == nullptr ? name : timeOfDay(*origin) + "  " + name;
 }
@@ -90,6 +90,12 @@ QString outputName(const ResultsBook& book, std::size_t place) {
     }
     const QString name = QString::fromStdString(oneLine(title)).simplified();
     return name.isEmpty() ? QStringLiteral("%1 %2").arg(translated(kind)).arg(place + 1) : name;
+}
+
+QString tellingName(const ResultsBook& book, std::size_t place) {
+    const QString name = outputName(book, place);
+    const QString own = ownSettings(book, place);
+    return own.isEmpty() ? name : name + QStringLiteral("  [%1]").arg(own);
 }
 
 QString ownSettings(const ResultsBook& book, std::size_t place) {

@@ -9,11 +9,14 @@
 
 namespace korvana::desktop {
 
-/// What the tree calls an output: its title, or its kind and place where it has none.
+/// What an output is called: by its title, or its kind and place where it has none.
 [[nodiscard]] QString outputName(const ResultsBook& book, std::size_t place);
 
 /// The settings in which an output differs from those that the same button made in its run; mostly empty.
 [[nodiscard]] QString ownSettings(const ResultsBook& book, std::size_t place);
+
+/// The name with the own settings behind it, as the tree shows it.
+[[nodiscard]] QString tellingName(const ResultsBook& book, std::size_t place);
 
 /// What an output came from, in one line with the time of day and its own settings, and below it what the
 /// analysis remarks about the run; empty where nothing is known.

@@ -135,8 +135,7 @@ void Workbook::listOutputs(Run& run) {
         ++row;
         const QString name = outputName(*run.book, at);
         const QString details = originDetails(run.book->outputs[at]);
-        const QString own = ownSettings(*run.book, at);
-        item->setText(0, own.isEmpty() ? name : name + QStringLiteral("  [%1]").arg(own));
+        item->setText(0, tellingName(*run.book, at));
         item->setToolTip(0, details.isEmpty() ? name : name + QLatin1Char('\n') + details);
     }
     if (row > 0) run.removed = false; // it goes on

@@ -21,12 +21,13 @@ void Workbook::makeActions() {
     copy_ = make(tr("&Copy"), QKeySequence::Copy, Qt::WidgetWithChildrenShortcut, [this] {
         if (OutputView* shown = currentView()) shown->copy();
     });
-    exportOutput_ = make(tr("&Export This Output..."), Qt::CTRL | Qt::Key_E, Qt::WindowShortcut,
+    // These also with the keyboard in a dialog of the analysis.
+    exportOutput_ = make(tr("&Export This Output..."), Qt::CTRL | Qt::Key_E, Qt::ApplicationShortcut,
                          [this] { exportOutput(); });
-    exportRun_ = make(tr("Export &Workbook..."), Qt::CTRL | Qt::SHIFT | Qt::Key_E, Qt::WindowShortcut,
+    exportRun_ = make(tr("Export &Workbook..."), Qt::CTRL | Qt::SHIFT | Qt::Key_E, Qt::ApplicationShortcut,
                       [this] { exportRuns(); });
-    print_ = make(tr("&Print..."), QKeySequence::Print, Qt::WindowShortcut, [this] { printOutput(); });
-    preview_ = make(tr("Print Pre&view..."), {}, Qt::WindowShortcut, [this] { previewOutput(); });
+    print_ = make(tr("&Print..."), QKeySequence::Print, Qt::ApplicationShortcut, [this] { printOutput(); });
+    preview_ = make(tr("Print Pre&view..."), {}, Qt::ApplicationShortcut, [this] { previewOutput(); });
     for (QAction*& separator : separators_) {
         separator = new QAction(this);
         separator->setSeparator(true);

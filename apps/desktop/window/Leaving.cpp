@@ -15,9 +15,21 @@ QString say(const char* text) {
     return QCoreApplication::translate("Leaving", text);
 }
 
-const char* const kLabels = QT_TRANSLATE_NOOP(
-    "Leaving", "Labels and codes that you edited, and variables that you computed, hold for this session; no "
-               "file keeps them.");
+/// What is lost with the data, and why.
+QString lostText(const DataEdits& edits) {
+    constexpr int mostNamed = 5;
+    const auto count = static_cast<int>(edits.computed.size());
+    QString names = edits.computed.mid(0, mostNamed).join(QStringLiteral(", "));
+    if (count > mostNamed) names += QStringLiteral(", ...");
+    QStringList lost;
+    if (edits.labels) lost += say("labels or codes that you edited");
+    if (count == 1) lost += say("one variable that you computed (%1)").arg(names);
+    if (count > 1) lost += say("%1 variables that you computed (%2)").arg(QString::number(count), names);
+    QString text = lost.join(say(" and "));
+    text[0] = text[0].toUpper();
+    return text + (!edits.labels && count == 1 ? say(" holds for this session; no file keeps it.")
+                                               : say(" hold for this session; no file keeps them."));
+}
 
 QMessageBox::StandardButton ask(QWidget& window, const QString& question, const QString& why,
                                 QMessageBox::StandardButtons buttons, const QString& discard) {
@@ -33,14 +45,14 @@ QMessageBox::StandardButton ask(QWidget& window, const QString& question, const 
 
 } // namespace
 
-bool mayClose(QWidget& window, Workbook& workbook, bool labelsEdited) {
+bool mayClose(QWidget& window, Workbook& workbook, const DataEdits& edits) {
     for (;;) {
         const int unsaved = workbook.unsaved();
-        if (unsaved == 0 && !labelsEdited) return true;
+        if (unsaved == 0 && !edits.any()) return true;
         QStringList why;
         if (unsaved == 1) why += say("One output was not exported yet.");
         if (unsaved > 1) why += say("%1 outputs were not exported yet.").arg(unsaved);
-        if (labelsEdited) why += say(kLabels);
+        if (edits.any()) why += lostText(edits);
         QMessageBox::StandardButtons buttons = QMessageBox::Discard | QMessageBox::Cancel;
         if (unsaved > 0) buttons |= QMessageBox::Save;
         const auto answer = ask(window, say("Close, and lose what is not saved?"),
@@ -51,9 +63,9 @@ bool mayClose(QWidget& window, Workbook& workbook, bool labelsEdited) {
     }
 }
 
-bool mayReplaceData(QWidget& window, const QString& dataName, bool labelsEdited) {
-    return !labelsEdited ||
-           ask(window, say("Open other data, and lose the edits of %1?").arg(dataName), say(kLabels),
+bool mayReplaceData(QWidget& window, const QString& dataName, const DataEdits& edits) {
+    return !edits.any() ||
+           ask(window, say("Open other data, and lose the edits of %1?").arg(dataName), lostText(edits),
                QMessageBox::Discard | QMessageBox::Cancel, say("&Open without Them")) == QMessageBox::Discard;
 }
 

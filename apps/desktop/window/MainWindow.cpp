@@ -3,14 +3,15 @@
 #include "apps/desktop/InputGate.h"
 #include "apps/desktop/data/ComputeDialog.h"
 #include "apps/desktop/data/DataView.h"
+#include "apps/desktop/data/GridText.h"
 #include "apps/desktop/data/SelectionDialog.h"
 #include "apps/desktop/data/StartPage.h"
 #include "apps/desktop/data/VariablesView.h"
 #include "apps/desktop/data/WeightsDialog.h"
 #include "apps/desktop/results/Workbook.h"
 #include "apps/desktop/window/AnalysisRunner.h"
+#include "apps/desktop/window/FocusReturn.h"
 #include "apps/desktop/window/FocusRing.h"
-#include "apps/desktop/window/Leaving.h"
 #include "host/results/OriginText.h"
 
 #include <QApplication>
@@ -62,16 +63,15 @@ MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QStri
     splitter->setChildrenCollapsible(false);
     setCentralWidget(splitter);
     setAcceptDrops(true);
+    new FocusReturn(this);
     state_->setTextFormat(Qt::PlainText); // a condition has < and >
     statusBar()->addPermanentWidget(state_);
     buildMenus(noAnalysis);
     connectRunner();
     connect(startPage_, &StartPage::openRequested, this, &MainWindow::askForFile);
     connect(startPage_, &StartPage::fileRequested, this, &MainWindow::openFile);
-    connect(variablesView_, &VariablesView::variablesChanged, this, [this] {
-        labelsEdited_ = true;
-        showData();
-    });
+    connect(variablesView_, &VariablesView::labelsEdited, this, [this] { labelsEdited_ = true; });
+    connect(variablesView_, &VariablesView::variablesChanged, this, &MainWindow::showData);
     connect(workbook_, &Workbook::statusText, this,
             [this](const QString& text) { statusBar()->showMessage(text); });
     const int frame = fontMetrics().height() * 2; // about what a window manager adds
@@ -98,7 +98,9 @@ void MainWindow::buildMenus(const QString& noAnalysis) {
     file->addActions({workbook_->exportOutputAction(), workbook_->exportRunAction(), workbook_->printAction(),
                       workbook_->printPreviewAction()});
     file->addSeparator();
-    file->addAction(tr("&Quit"), InputGate::quitKey(), this, &QWidget::close);
+    // Also with the keyboard in a dialog of the analysis.
+    file->addAction(tr("&Quit"), InputGate::quitKey(), this, &QWidget::close)
+        ->setShortcutContext(Qt::ApplicationShortcut);
 
     QMenu* cases = menuBar()->addMenu(tr("&Data"));
     cases->addAction(tr("&Select Cases..."), this, &MainWindow::defineSelection);
@@ -211,7 +213,16 @@ void MainWindow::showOutputs(const std::shared_ptr<ResultsBook>& book, bool chan
 
 QWidget* MainWindow::front() {
     DialogView* view = runner_->currentView();
-    return view != nullptr && view->isVisible() ? static_cast<QWidget*>(view) : this;
+    return view != nullptr && view->isVisible() && view->isBusy() ? static_cast<QWidget*>(view) : this;
+}
+
+DataEdits MainWindow::edits() const {
+    DataEdits edits{labelsEdited_, {}};
+    const DataSet& known = runner_->data().dataSet();
+    for (int variable0 = 0; variable0 < known.variableCount(); ++variable0)
+        if (const Variable& variable = known.variable(variable0); !variable.expression.empty())
+            edits.computed += shown(variable.name);
+    return edits;
 }
 
 void MainWindow::defineWeights() {
@@ -229,7 +240,6 @@ void MainWindow::computeVariable() {
     if (runner_->data().dataSet().caseCount() == 0 && !openFirst()) return;
     ComputeDialog dialog(runner_->data(), front());
     if (dialog.exec() != QDialog::Accepted) return;
-    labelsEdited_ = true;
     showData();
     dataView_->showLastVariable();
     statusBar()->showMessage(QString::fromStdString(runner_->data().dataSet().notes().back()));
@@ -243,7 +253,7 @@ void MainWindow::startAnalysis() {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     if (!runner_->isBusy()) {
-        const bool closes = mayClose(*this, *workbook_, labelsEdited_);
+        const bool closes = mayClose(*this, *workbook_, edits());
         if (closes) runner_->abandon();
         event->setAccepted(closes);
         return;

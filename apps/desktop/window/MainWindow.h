@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/desktop/data/RecentFiles.h"
+#include "apps/desktop/window/Leaving.h"
 #include "host/data/ReadData.h"
 #include "host/results/ResultsBook.h"
 #include "host/session/ModuleLibrary.h"
@@ -72,9 +73,10 @@ private:
     /// Views and titles after data, selection or weights changed.
     void showData();
     void showOutputs(const std::shared_ptr<ResultsBook>& book, bool changed);
-    /// What a dialog stands over, so that the keyboard returns there: the analysis's own dialog if one is
-    /// open.
+    /// What a dialog stands over: the dialog of the analysis while that asks for it, else this window.
     QWidget* front();
+    /// What opening other data or closing would lose.
+    [[nodiscard]] DataEdits edits() const;
     /// Offers to open data where there are none; whether there are some now.
     bool openFirst();
     QString chooseFile();
@@ -94,7 +96,7 @@ private:
     QMenu* recentMenu_ = nullptr;
     QAction* startAction_ = nullptr;
     std::map<const ResultsBook*, int> runs_;
-    bool labelsEdited_ = false; ///< or variables computed
+    bool labelsEdited_ = false;
     bool closeWhenFinished_ = false;
 };
 

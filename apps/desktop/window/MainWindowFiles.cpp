@@ -3,7 +3,6 @@
 #include "apps/desktop/data/GridText.h"
 #include "apps/desktop/data/OpenOptionsDialog.h"
 #include "apps/desktop/window/AnalysisRunner.h"
-#include "apps/desktop/window/Leaving.h"
 #include "apps/desktop/window/MainWindow.h"
 
 #include <QDragEnterEvent>
@@ -32,7 +31,7 @@ bool triesOptions(const ReadFault& fault, bool mayHelp, QWidget* parent) {
 
 bool MainWindow::loadFile(const QString& path, ReadOptions options) {
     const QString name = QString::fromStdString(runner_->data().dataSet().fileName());
-    if (!mayReplaceData(*this, name, labelsEdited_)) return false;
+    if (!mayReplaceData(*this, name, edits())) return false;
     for (ReadFault fault; !openDataFile(runner_->data(), path, &fault, this, options);) {
         if (fault.text.isEmpty() || !triesOptions(fault, fault.inText || options.separator, front()))
             return false;

@@ -166,10 +166,18 @@ TEST(OpenDataFile, OptionsSayHowItIsRead) {
         auto* box = dialog.findChild<QComboBox*>(field);
         box->setCurrentIndex(box->findData(value));
     };
-    choose("separator", -2);
-    dialog.accept();
-    EXPECT_NE(dialog.result(), QDialog::Accepted) << "the sign is missing";
+    dialog.show();
+    auto* separator = dialog.findChild<QComboBox*>("separator");
+    const auto* said = dialog.findChild<QLabel*>("fault");
+    QTest::keyClick(separator, Qt::Key_End); // another sign
+    EXPECT_EQ(dialog.focusWidget(), dialog.findChild<QLineEdit*>("sign"));
+    for (const char* wrong : {"", "\u20ac"}) {
+        dialog.findChild<QLineEdit*>("sign")->setText(wrong);
+        dialog.accept();
+        EXPECT_TRUE(dialog.isVisible() && said->isVisible() && said->text().contains("sign")) << wrong;
+    }
     dialog.findChild<QLineEdit*>("sign")->setText("/");
+    EXPECT_FALSE(said->isVisible());
     choose("decimal", ',');
     choose("header", static_cast<int>(HeaderLine::No));
     choose("dates", static_cast<int>(DateOrder::MonthDayYear));

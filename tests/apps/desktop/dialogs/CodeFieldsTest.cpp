@@ -59,7 +59,7 @@ TEST_F(CodeFields, TakeNumbersAndLabels) {
     type("alive");
     type("gone");
     EXPECT_EQ(code(), 0.0);
-    EXPECT_TRUE(complaint().startsWith("\"gone\" is neither a number nor a value label"));
+    EXPECT_TRUE(complaint().startsWith("'gone' is neither a number nor a value label"));
     EXPECT_EQ(combo()->currentText(), "gone") << "to be mended";
     QTest::keyClick(view.get(), Qt::Key_Return);
     EXPECT_TRUE(analysis->commands.empty());

@@ -181,7 +181,7 @@ TEST_F(View, AWrongFieldOnAnotherPageIsTurnedTo) {
     view->showPage(0);
     editor<QPushButton>(ControlOk)->click();
     EXPECT_EQ(view->findChild<QTabWidget*>()->currentIndex(), 1);
-    EXPECT_TRUE(complaint().startsWith("\"x\" is not a number"));
+    EXPECT_TRUE(complaint().startsWith("'x' is not a number"));
     EXPECT_TRUE(level->hasFocus());
     editor<QPushButton>(ControlCancel)->click();
     EXPECT_TRUE(dialog().IsClosed()) << "Cancel asks for nothing";

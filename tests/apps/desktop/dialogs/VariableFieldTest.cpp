@@ -89,9 +89,9 @@ TEST_F(VariableBoxes, WhatDoesNotFitIsNotTakenAndSaid) {
     select({{1}, {3}});
     available()->setFocus(Qt::TabFocusReason);
     choose(Qt::Key_2, {1, 2, 3, 4});
-    EXPECT_TRUE(complaint().startsWith("\"time\" is in \"Times\" already")) << complaint().toStdString();
+    EXPECT_TRUE(complaint().startsWith("'time' is in 'Times' already")) << complaint().toStdString();
     choose(Qt::Key_2, {3});
-    EXPECT_EQ(complaint(), "\"status\" is in this box already.");
+    EXPECT_EQ(complaint(), "'status' is in this box already.");
     choose(Qt::Key_2, {2});
     EXPECT_EQ(complaint(), "'Indicator' takes at most 1 variable, not 2.");
     EXPECT_EQ(complainedAt(), list("role1"));
@@ -110,7 +110,7 @@ TEST_F(VariableBoxes, AVariableHasOneRoleHoweverItIsPutThere) {
     const auto refused = [&](const char* how) {
         EXPECT_EQ(chosen(), before) << how;
         EXPECT_EQ(complainedAt(), list("role1")) << how;
-        EXPECT_TRUE(complaint().startsWith("\"time\" is in \"Times\" already")) << complaint().toStdString();
+        EXPECT_TRUE(complaint().startsWith("'time' is in 'Times' already")) << complaint().toStdString();
         callout()->hide();
     };
     doubleClick(available(), 0);

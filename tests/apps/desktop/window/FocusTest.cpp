@@ -49,6 +49,36 @@ TEST_F(Focus, StaysInTheDialogThatOpenedAnother) {
     }
 }
 
+TEST_F(Focus, ReturnsToTheWindowThatHadIt) {
+    specify();
+    auto* tree = window->findChild<QTreeWidget*>();
+    tree->show();
+    for (QWidget* before : std::initializer_list<QWidget*>{window.get(), view()}) {
+        activate(*before);
+        QWidget* focus = before == view() ? button("Select Cases") : static_cast<QWidget*>(tree);
+        focus->setFocus();
+        for (const auto& open : {std::function([&] { window->defineSelection(); }),
+                                 std::function([&] { window->defineWeights(); }),
+                                 std::function([&] { window->computeVariable(); }),
+                                 std::function([&] { window->askForFile(); })}) {
+            answering(open, [&](QDialog& dialog) {
+                EXPECT_EQ(dialog.parentWidget(), window.get());
+                dialog.reject();
+            });
+            EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == before; }));
+            QTest::qWait(200); // nor does it go elsewhere then
+            EXPECT_EQ(QApplication::activeWindow(), before);
+            EXPECT_EQ(before->focusWidget(), focus);
+        }
+    }
+}
+
+TEST_F(Focus, InADialogLeavesTheWindowItsKeys) {
+    specify();
+    QTest::keyClick(view(), Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_FALSE(window->isVisible());
+}
+
 TEST_F(Focus, ComesBackToTheFieldInADialogThatWasLeft) {
     specify();
     const auto field = [this](const char* control) { return view()->findChild<QWidget*>(control); };

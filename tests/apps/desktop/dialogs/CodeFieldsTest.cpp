@@ -19,7 +19,7 @@ struct CodeFields : Window {
 };
 
 TEST_F(CodeFields, OfferTheCodesOfTheSelectedVariable) {
-    EXPECT_EQ(offered(), QStringList{"Choose \"Indicator\" first"});
+    EXPECT_EQ(offered(), QStringList{"Choose 'Indicator' first"});
     select({{}, {3}});
     EXPECT_EQ(offered(), (QStringList{"0 = alive (100 cases)", "1 = dead (50 cases)"}));
     EXPECT_TRUE(std::isnan(code())) << "looking chooses nothing";

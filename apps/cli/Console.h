@@ -17,8 +17,7 @@ struct Console {
     bool errIsTerminal = false;
 
     /// Writes a message to standard error, its first line after "korvana: ". Texts come from files of any
-    /// origin: control characters become blanks, and what is
-    /// quoted is shortened.
+    /// origin: control characters become blanks, and what is quoted is shortened.
     void say(std::string_view text);
 };
 

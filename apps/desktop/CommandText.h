@@ -7,7 +7,7 @@ namespace korvana::desktop {
 
 /// What a reader of files says, with the window's command in place of options of the command line.
 inline QString inCommandsOfTheWindow(QString text) {
-    static const QRegularExpression option(QStringLiteral(R"(\(--(decimal|dates|separator)[^)]*\))"));
+    static const QRegularExpression option(QStringLiteral(R"(\(--[a-z][^)]*\))"));
     return text.replace(option, QStringLiteral("(File, Open With Options)"));
 }
 

@@ -187,8 +187,7 @@ private:
                  table_.names[usual.column] + "'); " +
                  (thousands ? "if the " + sign + " separates thousands, leave it out; " : "") +
                  "use one mark in the whole file, or say which it is (--decimal comma or --decimal point): "
-                 "numbers "
-                 "with the other are texts then");
+                 "numbers with the other are texts then");
     }
 
     /** 850 and 1.200 in a file without other decimals: whole numbers or not? */

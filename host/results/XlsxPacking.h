@@ -31,8 +31,8 @@ public:
 
 private:
     std::string path_;
-    int descriptor_ =
-        -1; ///< by which the library finds the file, and cannot make it anew; -1: it is not needed
+    /// By which the library finds the file, and cannot make it anew; -1: it is not needed.
+    int descriptor_ = -1;
 };
 
 } // namespace korvana

@@ -81,6 +81,12 @@ TEST_F(WindowTest, AFileThatIsNotThereIsToldAndTheDataStay) {
                   options.accept();
               });
     EXPECT_EQ(runner().data().dataSet().caseCount(), 2);
+
+    // So can what was read, and may be meant otherwise.
+    ASSERT_TRUE(window->openFile(folder.write("first.csv", "\"a,b\",x,1\n1,2,3\n")));
+    const QString note = window->statusBar()->currentMessage();
+    EXPECT_TRUE(note.contains("(File, Open With Options)")) << note.toStdString();
+    EXPECT_FALSE(note.contains("--")) << note.toStdString();
 }
 
 TEST_F(WindowTest, WithoutDataOrModuleItSaysSo) {

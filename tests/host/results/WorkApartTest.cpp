@@ -1,0 +1,47 @@
+#include <chrono>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <new>
+#include <string>
+#include <unistd.h>
+
+#include "host/results/ChartDrawing.h"
+#include "host/results/WorkApart.h"
+
+namespace korvana {
+namespace {
+
+TEST(WorkApart, WhateverItsEndThereIsAnAnswer) {
+    constexpr Work work{"drawing", kNoMemoryToDraw, std::chrono::seconds{1}};
+    const auto drawing = [&](auto how) { return workApart(work, how).value_or(Answer{"", "no process"}); };
+    EXPECT_EQ(drawing([] { return Answer{"bytes", ""}; }).bytes, "bytes");
+    const std::string large(std::size_t{5} << 20U, 'x'); // more than a pipe holds
+    EXPECT_EQ(drawing([&] { return Answer{large, ""}; }).bytes, large);
+    EXPECT_EQ(drawing([] { return Answer{"", "why"}; }).error, "why");
+    EXPECT_EQ(drawing([]() -> Answer { throw std::bad_alloc(); }).error, kNoMemoryToDraw);
+    EXPECT_EQ(drawing([]() -> Answer { throw 1; }).error, "drawing failed");
+    EXPECT_EQ(drawing([]() -> Answer { _exit(0); }).error, kNoMemoryToDraw);
+    EXPECT_EQ(drawing([]() -> Answer {
+                  pause();
+                  return {"bytes", ""};
+              }).error,
+              "drawing did not end within 1 seconds");
+    for (const int signal : {SIGABRT, SIGSEGV, SIGKILL, SIGBUS}) {
+        const Answer answer = drawing([signal]() -> Answer {
+            std::raise(signal);
+            return {"bytes", ""};
+        });
+        EXPECT_TRUE(answer.error.starts_with(kNoMemoryToDraw)) << answer.error;
+    }
+    // A stop ends the drawing even where the program has handlers for it.
+    const auto before = std::signal(SIGTERM, SIG_IGN);
+    EXPECT_EQ(drawing([]() -> Answer {
+                  std::raise(SIGTERM);
+                  return {"bytes", ""};
+              }).error,
+              "drawing was stopped");
+    std::signal(SIGTERM, before);
+}
+
+} // namespace
+} // namespace korvana

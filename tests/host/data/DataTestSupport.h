@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/data/DataError.h"
 #include "host/data/DataSet.h"
 #include "host/data/DelimitedReader.h"
 #include "host/data/NumberText.h"
@@ -12,6 +13,7 @@
 #include <string>
 #include <string_view>
 
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 namespace korvana::test {
@@ -66,9 +68,10 @@ private:
     std::size_t at_ = 0;
 };
 
-inline DataSet readTuned(std::string_view content, const ReaderTuning& tuning) {
+inline DataSet readTuned(std::string_view content, const ReaderTuning& tuning,
+                         const ReadOptions& options = {}) {
     TextSource source(content);
-    return readDelimited(source, {}, tuning);
+    return readDelimited(source, options, tuning);
 }
 
 /** A data set as one text: "name kind: cell cell ... | name kind: ..."; texts and dates as such, a missing
@@ -95,6 +98,25 @@ inline std::string dump(const DataSet& data) {
     for (int i = 0; data.hasCaseNames() && i < data.caseCount(); ++i)
         text.append(" ").append(data.caseName(i));
     return text;
+}
+
+/** Divides the work in several ways: data, notes or message are to be the same. */
+inline void expectTheSameFromSeveral(const std::string& text, const ReadOptions& options) {
+    const auto outcome = [&](const ReaderTuning& tuning) {
+        std::string said;
+        try {
+            const DataSet data = readTuned(text, tuning, options);
+            said = dump(data);
+            for (const std::string& note : data.notes())
+                said += "\n" + note;
+        } catch (const DataError& error) {
+            said = error.what();
+        }
+        return said;
+    };
+    const std::string alone = outcome({1, 1U << 20U});
+    for (const std::size_t chunk : {1U, 5U, 13U})
+        EXPECT_EQ(outcome({2, chunk}), alone) << "chunks of " << chunk;
 }
 
 } // namespace korvana::test

@@ -22,14 +22,10 @@ std::string printed(const std::string& command) {
 struct CompletionTest : CliTest {
     CompletionTest() { std::filesystem::create_symlink(program, folder / "korvana"); }
 
-    std::string script(const std::string& shell) {
-        const Outcome outcome = run({"completion", shell});
-        EXPECT_EQ(outcome.code, ExitResults) << outcome.err;
-        return file(shell, outcome.out);
-    }
-    /// In the folder, with the program in reach.
+    std::string script(const std::string& shell) { return file(shell, succeed("completion " + shell).out); }
+    /// With the program in reach.
     [[nodiscard]] std::string here(const std::string& command) const {
-        return printed("cd " + folder.string() + " && PATH=" + folder.string() + ":$PATH && " + command);
+        return printed("PATH=" + folder.string() + ":$PATH && " + command);
     }
     /// What bash offers for the last of these words, one a line.
     std::string offered(const std::vector<std::string>& words) {
@@ -50,7 +46,7 @@ struct CompletionTest : CliTest {
 
 TEST_F(CompletionTest, EveryOptionStandsInEveryScriptAndInTheManual) {
     for (const char* what : {"bash", "zsh", "fish", "manual"}) {
-        const std::string text = run({"completion", what}).out;
+        const std::string text = run(std::string{"completion "} + what).out;
         for (const CommandApp& command : makeApps()) {
             EXPECT_TRUE(has(text, command.name) || has(text, "kaplan\\-meier")) << what << command.name;
             for (const CLI::Option* option : command.app->get_options()) {
@@ -73,7 +69,7 @@ TEST_F(CompletionTest, FixedValuesAreThoseThatTheOptionsTake) {
             if (option->get_positional()) continue;
             const std::string name = "--" + option->get_lnames().front();
             for (const std::string& value : valuesOf(command, *option).choices) {
-                const std::string err = run({command.name, data, name, value, "-o", folder / "o"}).err;
+                const std::string err = runWords({command.name, data, name, value, "-o", "o"}).err;
                 EXPECT_FALSE(has(err, name + " is ") || has(err, name + ":")) << name << " " << value << err;
                 ++tried;
             }
@@ -131,8 +127,8 @@ TEST_F(CompletionTest, VariablesComeFromTheBeginningOfAFile) {
     std::string big = "first,second\n";
     for (int i = 0; i < 50'000; ++i)
         big += std::to_string(i) + ",2\n";
-    EXPECT_EQ(run({"completion", "variables", file("big.csv", big + "broken\n")}).out, "first\nsecond\n");
-    EXPECT_EQ(run({"completion", "variables", folder / "none.csv"}).out, "");
+    EXPECT_EQ(run("completion variables " + file("big.csv", big + "broken\n")).out, "first\nsecond\n");
+    EXPECT_EQ(run("completion variables none.csv").out, "");
 }
 
 } // namespace

@@ -12,8 +12,7 @@ struct InfoTest : CliTest {
 };
 
 TEST_F(InfoTest, DescribesEveryVariable) {
-    const Outcome outcome = run({"info", data, "--missing", "left=-9"});
-    EXPECT_EQ(outcome.code, ExitResults) << outcome.err;
+    const Outcome outcome = succeed("info mixed.csv --missing left=-9");
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.out, "mixed.csv: 3 cases, 5 variables\n"
                            "\n"
@@ -29,45 +28,41 @@ TEST_F(InfoTest, DescribesEveryVariable) {
                            "  größe  1.5 (1), 2.25 (1)\n"
                            "  sex    1 'f' (1), 2 'm' (2)\n"
                            "  left   3 (1), missing-data code -9\n");
+    const auto json = nlohmann::json::parse(run("info mixed.csv --json").out);
+    EXPECT_EQ(json["cases"], 3);
+    EXPECT_EQ(json["variables"][1]["name"], "größe");
+    EXPECT_EQ(json["variables"][1]["missing"], 1);
+    EXPECT_EQ(json["variables"][3]["codes"][1]["label"], "m");
+    EXPECT_EQ(json["variables"][3]["codes"][1]["cases"], 2);
 }
 
 TEST_F(InfoTest, ReadsAsItIsTold) {
-    const std::string odd = file("odd.txt", "day|size\n1/2/1995|1,5\n3/2/1995|2.5\n");
-    const Outcome open = run({"info", odd, "--decimal", "comma"});
-    EXPECT_EQ(open.code, ExitUsage);
-    EXPECT_TRUE(has(open.err, "odd.txt:2:1: variable 'day': '1/2/1995' may be")) << open.err;
-    EXPECT_TRUE(has(open.err, "--dates dmy or --dates mdy")) << open.err;
-    const Outcome told = run({"info", odd, "--decimal", "comma", "--dates", "dmy", "--separator", "pipe"});
-    EXPECT_TRUE(has(told.out, "1995-02-01 to 1995-02-03")) << told.out << told.err;
+    file("odd.txt", "day|size\n1/2/1995|1,5\n3/2/1995|2.5\n");
+    const Outcome told = succeed("info odd.txt --decimal comma --dates dmy --separator pipe");
+    EXPECT_TRUE(has(told.out, "1995-02-01 to 1995-02-03")) << told.out;
     EXPECT_TRUE(has(told.out, "(first: '2.5', line 3); read as text codes")) << told.out;
-    EXPECT_TRUE(has(run({"info", odd, "--dates", "dym"}).err, "--dates is dmy")) << "no order of dates";
-    EXPECT_TRUE(has(run({"info", odd, "--separator", "blank"}).err, "with commas or tabs"));
 }
 
-TEST_F(InfoTest, CountsTheSelectedCases) {
-    const std::string out = run({"info", data, "--select", "sex = 'm'", "--weight", "id"}).out;
+TEST_F(InfoTest, CountsTheSelectedCasesAndShowsWhatWasComputed) {
+    const std::string out = run("info mixed.csv --select \"sex = 'm'\" --weight id --define late=id>1 "
+                                "--define \"both = late * id\"")
+                                .out;
     EXPECT_TRUE(has(out, "Selected 2 of 3 cases: sex = 'm'.\nCases weighted by 'id'.\n")) << out;
+    EXPECT_TRUE(has(out, "Computed: late = id>1.\nComputed: both = late * id.\n")) << out;
     EXPECT_TRUE(has(out, " 2 'm' (2)\n")) << out;
+    EXPECT_TRUE(has(out, " 7  both   number      2        0       2  0 to 3                    late * id\n"))
+        << out;
 }
 
 TEST_F(InfoTest, LongListsAreCutAndWrapped) {
     std::string text = "name\n";
     for (int i = 0; i < 30; ++i)
         text += "somebody number " + std::to_string(100 + i) + "\n";
-    const std::string out = run({"info", file("names.csv", text)}).out;
+    const std::string out = run("info " + file("names.csv", text)).out;
     EXPECT_TRUE(has(out, "and 18 more\n")) << out;
     std::istringstream lines(out);
     for (std::string line; std::getline(lines, line);)
         EXPECT_LE(line.size(), 100U) << line;
-}
-
-TEST_F(InfoTest, AsJson) {
-    const auto json = nlohmann::json::parse(run({"info", data, "--json"}).out);
-    EXPECT_EQ(json["cases"], 3);
-    EXPECT_EQ(json["variables"][1]["name"], "größe");
-    EXPECT_EQ(json["variables"][1]["missing"], 1);
-    EXPECT_EQ(json["variables"][3]["codes"][1]["label"], "m");
-    EXPECT_EQ(json["variables"][3]["codes"][1]["cases"], 2);
 }
 
 } // namespace

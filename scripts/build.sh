@@ -7,7 +7,7 @@ cd -- "$(dirname -- "$(readlink -f -- "$0")")/.."
 preset=$1
 shift
 compiler=g++
-[[ $preset == clang || $preset == fuzz ]] && compiler=clang++
+[[ $preset == clang || $preset == asan+ubsan ]] && compiler=clang++
 launcher=
 # A compiler cache is used where there is one that can be written to.
 if command -v ccache >/dev/null; then

@@ -2,7 +2,7 @@
 # Builds the fuzzers and lets them try what nobody would write, two at a time.
 #   scripts/fuzz.sh [SECONDS] [TARGET]     120 seconds and all of data, expressions, initfile, command when left out
 # FUZZ_SEED=N repeats a run's choices. What was learnt is kept in build/fuzz/corpus, an input that breaks something in
-# build/fuzz/found; `build/fuzz/bin/fuzz-TARGET FILE` repeats it. Exits 1 when something broke.
+# build/fuzz/found; `build/asan+ubsan/bin/fuzz-TARGET FILE` repeats it. Exits 1 when something broke.
 set -uo pipefail
 cd -- "$(dirname -- "$(readlink -f -- "$0")")/.."
 
@@ -15,7 +15,8 @@ if ! [[ $seconds =~ ^[0-9]+$ ]] || ! [[ " data expressions initfile command " ==
 fi
 seed=${FUZZ_SEED:-$((RANDOM * 32768 + RANDOM + 1))}
 
-scripts/build.sh fuzz "${targets[@]/#/fuzz-}" || exit 1
+scripts/build.sh asan+ubsan "${targets[@]/#/fuzz-}" || exit 1
+programs=$PWD/build/asan+ubsan/bin
 work=$PWD/build/fuzz
 mkdir -p "$work/found"
 
@@ -39,7 +40,7 @@ run() { # run TARGET SECONDS
   mkdir -p "$corpus" "$seeds"
   seed_corpus "$target" "$seeds"
   [[ -f tests/fuzz/$target.dict ]] && dictionary=("-dict=$PWD/tests/fuzz/$target.dict")
-  "$work/bin/fuzz-$target" -seed="$seed" -max_total_time="$2" -timeout=30 -rss_limit_mb=3000 -max_len=4096 \
+  "$programs/fuzz-$target" -seed="$seed" -max_total_time="$2" -timeout=30 -rss_limit_mb=3000 -max_len=4096 \
     -print_final_stats=1 -artifact_prefix="$work/found/$target-" "${dictionary[@]}" "$corpus" "$seeds" \
     >"$log" 2>&1 || status=$?
   if [[ $status -eq 0 ]]; then
@@ -47,7 +48,7 @@ run() { # run TARGET SECONDS
   else
     sed -n '/DOES NOT HOLD\|ERROR: \|runtime error/,$p' "$log" | head -n 40
     echo "fuzz-$target: BROKE something (seed $seed); the whole log: $log"
-    sed -n "s|.*Test unit written to \(.*\)|repeat it: $work/bin/fuzz-$target \1|p" "$log"
+    sed -n "s|.*Test unit written to \(.*\)|repeat it: $programs/fuzz-$target \1|p" "$log"
   fi
   return "$status"
 }

@@ -24,6 +24,7 @@ constexpr std::string_view form = "a new variable is NAME = EXPRESSION, such as 
 
 /** Whether a name may stand in an expression without backquotes. */
 bool isPlainName(std::string_view name) {
+    if (trimmed(name) != name) return false; // a byte order mark, say, which signs of a name include
     try {
         const std::vector<Token> tokens = tokenize(name);
         return tokens.size() == 2 && tokens[0].kind == TokenKind::Name && tokens[0].text == name;

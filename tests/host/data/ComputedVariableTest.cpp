@@ -93,7 +93,7 @@ TEST(ComputedVariable, WhatIsWrongIsNamedAndChangesNothing) {
 }
 
 TEST(ComputedVariable, ADefinitionReadsBackAsWritten) {
-    for (const std::string name : {"months", "a b", "a`b", "t.1", "größe", "=", "`"}) {
+    for (const std::string name : {"months", "a b", "a`b", "t.1", "größe", "=", "`", "\xEF\xBB\xBF" "and", "\xC2\xA0x"}) {
         const Definition back = readDefinition(definitionText({name, "days = 2"}));
         EXPECT_EQ(back.name, name);
         EXPECT_EQ(back.expression, "days = 2");

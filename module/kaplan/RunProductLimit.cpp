@@ -173,6 +173,9 @@ int RunProductLimit(CAnalysisSupport& host, SharedSettings& shared, KaplanState&
         status = ComputeRun(host, shared, results);
     } catch (const std::bad_alloc&) {
         status = Status::NoMemory;
+    } catch (...) {
+        results.Release();
+        throw;
     }
     host.d_stat({});
     if (status == Status::Success) return 0;

@@ -5,8 +5,8 @@
 #include "apps/cli/Run.h"
 #include "host/data/TextEncoding.h"
 #include "host/session/ModuleLibrary.h"
-#include "tests/fuzz/CsvGrid.h"
 #include "tests/fuzz/Scratch.h"
+#include "tests/support/CsvGrid.h"
 
 #include <cstdint>
 #include <dlfcn.h>
@@ -20,6 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
+using test::CsvGrid;
 
 constexpr std::size_t longestArguments = 2000;
 
@@ -85,7 +86,7 @@ void checkFiles(const fs::path& folder, const std::string& call) {
                 entry.path().string());
         require(entry.file_size() > 0, "a file is not empty", entry.path().string());
         if (ending == ".json") results = Json::parse(read(entry.path()), nullptr, false);
-        if (ending == ".csv") grids.push_back(readCsvGrid(read(entry.path())));
+        if (ending == ".csv") grids.push_back(test::readCsvGrid(read(entry.path())));
     }
     require(!results.is_discarded(), "results.json is JSON", call);
     if (results.is_null()) return;

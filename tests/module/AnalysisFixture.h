@@ -1,6 +1,6 @@
 #pragma once
-// What the tests of the analyses share: a fake host, the way from the startup dialog to a specification
-// dialog, and the runs in which one thing after the other fails.
+// What the tests of the analyses share: a fake host with a small data set, and the way from the startup
+// dialog to the specification dialog of an analysis and to its results.
 
 #include "module/frame/SurvivalState.h"
 #include "module/resources/ControlIds.h"
@@ -9,150 +9,157 @@
 #include "tests/module/FailingNew.h"
 #include "tests/module/FakeHost.h"
 
-#include <cctype>
 #include <functional>
 #include <gtest/gtest.h>
-#include <set>
 
 namespace ozm::test {
 
+/// What is particular to an analysis.
+struct Analysis {
+    int entry;         ///< of the startup dialog
+    int specification; ///< the steps of its dialogs
+    int results;
+    int noMemory;                ///< the message
+    int several;                 ///< so many cases that memory comes from the host
+    int many;                    ///< so many cases that sorting them takes memory and asks for a stop
+    int arrays;                  ///< memory that its results keep, of more than a few cases
+    int requests;                ///< of memory in all, at least
+    std::vector<Column> columns; ///< the data
+    AutomationValue::List variables;
+    int (*observations)(); ///< how many its results hold
+};
+
+/// The 6-MP group of Freireich et al. 1963, unsorted.
+inline const Analysis kaplan{
+    .entry = 2,
+    .specification = survival::StepSpecifyKaplan,
+    .results = survival::StepKaplanResults,
+    .noMemory = survival::StrKaplanNoMemory,
+    .several = 2600,
+    .many = 50000,
+    .arrays = 7,
+    .requests = 20,
+    .columns = {{"weeks", {10, 6, 7, 6, 32, 6, 23, 22, 11, 16, 34, 32, 25, 10, 9, 6, 13, 20, 17, 19, 35}},
+                {"relapse", {1, 1, 1, 0, 0, 1, 1, 1, 0, 1, 0, 0, 0, 0, 0, 1, 1, 0, 0, 0, 0}}},
+    .variables = {AutomationValue::List{1}, AutomationValue::List{2}},
+    .observations = [] { return survival::ModuleState().kaplan.results.Valid(); }};
+
+/// Ten patients of Lee 1980; group 3 takes no part.
+inline const Analysis twoSamples{
+    .entry = 3,
+    .specification = survival::StepSpecifyTwoSamples,
+    .results = survival::StepTwoResults,
+    .noMemory = survival::StrTwoNoMemory,
+    .several = 600,
+    .many = 600,
+    .arrays = 1,
+    .requests = 14,
+    .columns = {{"months", {23, 16, 18, 20, 24, 15, 18, 19, 19, 20, 7}},
+                {"died", {1, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1}},
+                {"arm", {1, 1, 1, 1, 1, 2, 2, 2, 2, 2, 3}, none, {{1, "CMF"}, {2, "control"}}}},
+    .variables = {AutomationValue::List{1}, AutomationValue::List{2}, AutomationValue::List{3}},
+    .observations = [] { return survival::ModuleState().twoSamples.results.counts.N(); }};
+
 class AnalysisFixture : public testing::Test {
 protected:
+    explicit AnalysisFixture(const Analysis& one) : of(one) {}
+
+    const Analysis& of;
     FakeHost host;
     survival::CSurvival analysis{&host};
 
-    void SetUp() override { analysis.Initialize(); }
-    /// To the specification dialog with the selections made; answers its step.
-    virtual int Specify() = 0;
+    void SetUp() override {
+        analysis.Initialize();
+        host.columns = of.columns;
+    }
+    /// From the startup dialog to the specification dialog with the selections made; answers its step.
+    int Specify() {
+        host.Go(analysis, survival::StepInitialize);
+        host.Script().Put("TypeOfAnalysis", of.entry);
+        const int step = host.Press(analysis, ControlOk);
+        AutomationObject script = host.Script();
+        script.Put("Variables", of.variables);
+        script.Put("CodeForCompleteResponses", 1);
+        script.Put("CodeForCensoredResponses", 0);
+        script.Put("CodeForGroup1", 1); // where there are groups
+        script.Put("CodeForGroup2", 2);
+        return step;
+    }
     /// From there to the step after OK.
     int Run() {
         Specify();
         return host.Press(analysis, ControlOk);
     }
-    /// From the startup dialog to the specification dialog of an analysis, with variables (a list per role)
-    /// and codes 1 and 0.
-    int Specify(int typeOfAnalysis, const AutomationValue& variables) {
-        host.Go(analysis, survival::StepInitialize);
-        host.Script().Put("TypeOfAnalysis", typeOfAnalysis);
-        const int step = host.Press(analysis, ControlOk);
-        AutomationObject script = host.Script();
-        script.Put("Variables", variables);
-        script.Put("CodeForCompleteResponses", 1);
-        script.Put("CodeForCensoredResponses", 0);
-        return step;
+    /// Other data of the same variables; of the two samples the third ones are the groups.
+    void Data(std::vector<double> times, std::vector<double> complete, std::vector<double> groups = {}) {
+        host.columns[0].values = std::move(times);
+        host.columns[1].values = std::move(complete);
+        if (!groups.empty()) host.columns[2].values = std::move(groups);
     }
-
-    /// Presses every button of the results dialog that scripts know.
-    void MakeEveryOutput() {
+    /// Tied observations, every other one censored, in two groups alike.
+    void ManyCases(int cases) {
+        for (Column& column : host.columns)
+            column.values.resize(static_cast<std::size_t>(cases));
+        for (int i = 0; i < cases; ++i) {
+            const auto n = static_cast<std::size_t>(i);
+            host.columns[0].values[n] = (i * 31) % 977;
+            host.columns[1].values[n] = i % 2;
+            if (host.columns.size() > 2) host.columns[2].values[n] = 1 + i / 2 % 2;
+        }
+    }
+    /// The run is refused with that message and keeps nothing.
+    void ExpectRefused(int message) {
+        host.messages.clear();
+        EXPECT_EQ(Run(), of.specification);
+        EXPECT_EQ(host.messages.empty() ? 0 : host.messages.back().id, message);
+        EXPECT_EQ(of.observations(), 0);
+        EXPECT_EQ(host.outstanding, 0);
+    }
+    /// The outputs that scripts know.
+    std::vector<AutomationMember> Outputs() {
+        std::vector<AutomationMember> outputs;
         for (const AutomationMember& member : host.Dialog().Interface()->members)
-            if (member.kind == MemberKind::Action) {
-                EXPECT_TRUE(host.Script().Call(member.name).ok) << member.name;
-            }
+            if (member.kind == MemberKind::Action) outputs.push_back(member);
+        return outputs;
     }
-    /// An output that fails is told once, by its name; the dialog lives on.
-    void EachFailingOutputIsNamed(int specification) {
-        host.failCharts = host.failSheets = true;
-        for (const AutomationMember& member : host.Dialog().Interface()->members) {
-            if (member.kind != MemberKind::Action) continue;
-            host.messages.clear();
-            EXPECT_TRUE(host.Script().Call(member.name).ok) << member.name;
-            ASSERT_EQ(host.messages.size(), 1U) << member.name;
-            const Shown& told = host.messages[0];
-            EXPECT_TRUE(told.id == survival::StrSpreadsheetFailed || told.id == survival::StrGraphicsError);
-            EXPECT_NE(told.detail.find("(" + std::string(member.name) + ")."), std::string::npos)
-                << told.detail;
-        }
-        EXPECT_EQ(host.Press(analysis, ControlCancel), specification);
+    void MakeEveryOutput() {
+        for (const AutomationMember& output : Outputs())
+            EXPECT_TRUE(host.Script().Call(output.name).ok) << output.name;
     }
-    /// Every column of every spreadsheet made has a name for programs, a word in lowerCamelCase that no other
-    /// column of its spreadsheet has.
-    void ColumnsAreNamed() const {
-        EXPECT_FALSE(host.sheets.empty());
-        for (const Sheet& sheet : host.sheets) {
-            for (const std::string& id : sheet.ids) {
-                const auto isOf = [](unsigned char c) { return std::isalnum(c) != 0; };
-                EXPECT_TRUE(!id.empty() && std::islower(static_cast<unsigned char>(id[0])) != 0 &&
-                            std::all_of(id.begin(), id.end(), isOf))
-                    << sheet.title << ": '" << id << "'";
-            }
-            const std::set<std::string> different(sheet.ids.begin(), sheet.ids.end());
-            EXPECT_EQ(different.size(), sheet.ids.size()) << sheet.title;
-        }
+    /// The sheet of that title; fails when there is none.
+    Sheet SheetOf(const std::string& title) {
+        for (const Sheet& sheet : host.sheets)
+            if (sheet.title == title) return sheet;
+        throw std::runtime_error("no sheet " + title);
     }
-
-    /// What spoils a run, and the message that it then shows; 0: none.
-    struct Spoilt {
-        const char* name;
-        std::function<void()> spoil;
-        int message;
-    };
-    /// Each of them shows its message, goes back to the specification dialog and keeps nothing.
-    void EachKeepsNothing(std::initializer_list<Spoilt> rows, int specification,
-                          const std::function<int()>& observationsKept) {
-        for (const Spoilt& row : rows) {
-            host.messages.clear();
-            Specify();
-            row.spoil();
-            EXPECT_EQ(host.Press(analysis, ControlOk), specification) << row.name;
-            EXPECT_EQ(host.messages.empty() ? 0 : host.messages.back().id, row.message) << row.name;
-            EXPECT_EQ(observationsKept(), 0) << row.name;
-            EXPECT_EQ(host.outstanding, 0) << row.name;
-        }
-    }
-
-    /// Runs `whole` with every memory request refused in turn, and `told` after each that was. Nothing may be
-    /// outstanding then. Answers how many were refused.
-    template <class Whole, class Told>
-    int RefuseEveryRequest(Whole whole, Told told) {
-        for (int n = 1; n < 1000; ++n) {
-            host.messages.clear();
-            host.sheets.clear();
-            host.report.clear();
-            host.requests = 0;
-            host.refuseRequest = n;
-            whole();
-            EXPECT_EQ(host.outstanding, 0) << "request " << n;
-            if (host.requests < n) {
-                host.refuseRequest = 0;
-                return n - 1;
-            }
-            SCOPED_TRACE("request " + std::to_string(n));
-            told();
-        }
-        ADD_FAILURE() << "no end of requests";
-        return 0;
-    }
-
-    /// Presses a button with every allocation of the C++ runtime failing in turn, and `after` after each that
-    /// did, until it comes through. The step that the dialog then names stands in `host.nextStep`, not gone
-    /// to yet.
-    template <class After>
-    void FailEveryAllocation(int button, After after) {
+    /// Does something with every allocation of the C++ runtime failing in turn, and `after` after each that
+    /// did, until it comes through.
+    void FailEveryAllocation(const std::function<void()>& act, const std::function<void()>& after) {
         for (long n = 1; n < 5000; ++n) {
+            host.messages.clear();
             host.nextStep = -1;
             failingNew = n;
-            host.Dialog().Press(button);
+            act();
             const bool through = failingNew > 0;
             failingNew = 0;
             if (through) return;
-            SCOPED_TRACE("button " + std::to_string(button) + ", allocation " + std::to_string(n));
+            SCOPED_TRACE("allocation " + std::to_string(n));
             after();
         }
         ADD_FAILURE() << "no end of allocations";
     }
-    /// OK of the specification dialog, likewise: nothing is outstanding after a failure, unless it struck the
-    /// host after the run. Ends at the results.
-    void FailEveryAllocationOfTheRun(int results, const std::function<int()>& outstandingAfterRun) {
-        const auto atResults = [&] { return host.Dialog().Template().number == results; };
-        FailEveryAllocation(ControlOk, [&] {
-            EXPECT_EQ(host.outstanding, outstandingAfterRun());
-            if (host.nextStep > 0) host.Go(analysis, host.nextStep);
-            if (atResults()) host.Press(analysis, ControlCancel);
-            EXPECT_EQ(host.outstanding, 0);
-        });
-        host.Go(analysis, host.nextStep);
-        ASSERT_TRUE(atResults());
-    }
+};
+
+class KaplanFixture : public AnalysisFixture {
+protected:
+    KaplanFixture() : AnalysisFixture(kaplan) {}
+    survival::KaplanState& State() { return survival::ModuleState().kaplan; }
+};
+
+class TwoFixture : public AnalysisFixture {
+protected:
+    TwoFixture() : AnalysisFixture(twoSamples) {}
+    survival::TwoState& State() { return survival::ModuleState().twoSamples; }
 };
 
 } // namespace ozm::test

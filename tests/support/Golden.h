@@ -2,10 +2,10 @@
 // Golden files (tests/golden) as tests read them: lines starting with # name the source, then one line of
 // headings, then comma-separated cells without quotes.
 
-#include <charconv>
 #include <cstddef>
 #include <fstream>
 #include <limits>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -55,40 +55,34 @@ public:
 
     // A column as numbers, NaN for NA. Throws when the column is unknown or a cell is neither.
     std::vector<double> numbers(std::string_view column) const {
-        const std::size_t at = find(column);
         std::vector<double> values;
-        values.reserve(rows_.size());
-        for (const auto& row : rows_)
-            values.push_back(number(row[at]));
+        for (const std::string& cell : texts(column))
+            values.push_back(number(cell));
         return values;
     }
 
     std::vector<std::string> texts(std::string_view column) const {
         const std::size_t at = find(column);
         std::vector<std::string> values;
-        values.reserve(rows_.size());
         for (const auto& row : rows_)
             values.push_back(row[at]);
         return values;
     }
 
 private:
-    static std::vector<std::string> split(std::string_view line) {
+    static std::vector<std::string> split(const std::string& line) {
         std::vector<std::string> cells;
-        for (;;) {
-            const std::size_t comma = line.find(',');
-            cells.emplace_back(line.substr(0, comma));
-            if (comma == std::string_view::npos) return cells;
-            line.remove_prefix(comma + 1);
-        }
+        std::istringstream in(line);
+        for (std::string cell; std::getline(in, cell, ',');)
+            cells.push_back(cell);
+        return cells;
     }
 
     double number(const std::string& cell) const {
         if (cell == "NA") return std::numeric_limits<double>::quiet_NaN();
-        double value = 0;
-        const char* end = cell.data() + cell.size();
-        const auto [stop, error] = std::from_chars(cell.data(), end, value);
-        if (error != std::errc{} || stop != end) throw std::runtime_error(name_ + ": not a number: " + cell);
+        std::size_t digits = 0;
+        const double value = std::stod(cell, &digits);
+        if (digits != cell.size()) throw std::runtime_error(name_ + ": not a number: " + cell);
         return value;
     }
 

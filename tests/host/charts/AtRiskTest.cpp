@@ -1,10 +1,9 @@
-#include <QXmlStreamReader>
 #include <cmath>
 #include <gtest/gtest.h>
-#include <map>
 
 #include "host/charts/AtRisk.h"
 #include "host/charts/ChartRenderer.h"
+#include "tests/host/charts/Svg.h"
 #include "tests/host/results/Books.h"
 
 namespace korvana {
@@ -32,30 +31,6 @@ TEST(AtRisk, OfGatheredTimesTheNumbersAtTheirStepAreKnown) {
     EXPECT_TRUE(std::isnan(leaving.atRisk(0.25))); // some of the twenty may have left
 }
 
-/// x of the middle of each text that is a number, line by line from the top.
-std::map<int, std::map<std::string, double>> numbersOf(const std::string& svg) {
-    std::map<int, std::map<std::string, double>> lines;
-    QXmlStreamReader reader(QByteArray::fromStdString(svg));
-    double dx = 0.0;
-    double dy = 0.0;
-    while (!reader.atEnd()) {
-        reader.readNext();
-        if (!reader.isStartElement()) continue;
-        const QString transform = reader.attributes().value("transform").toString();
-        if (transform.startsWith("matrix(")) {
-            const QStringList parts = transform.mid(7, transform.size() - 8).split(',');
-            dx = parts.value(4).toDouble();
-            dy = parts.value(5).toDouble();
-        }
-        if (reader.name() != QStringLiteral("text")) continue;
-        const double x = dx + reader.attributes().value("x").toDouble();
-        const double y = dy + reader.attributes().value("y").toDouble();
-        const std::string text = reader.readElementText(QXmlStreamReader::IncludeChildElements).toStdString();
-        lines[static_cast<int>(std::lround(y))][text] = x;
-    }
-    return lines;
-}
-
 TEST(AtRisk, NumbersStandUnderTheirTicks) {
     ozm::CChartInfo info = test::stepChart();
     info.xAxis.min = 0;
@@ -63,7 +38,8 @@ TEST(AtRisk, NumbersStandUnderTheirTicks) {
     EXPECT_FALSE(tellsNumbersAtRisk(info));
     info.series[0].leaving = {1, 3, 5, 5, 7, 9};
     ASSERT_TRUE(tellsNumbersAtRisk(info));
-    const auto lines = numbersOf(renderChart(info, PictureFormat::Svg, {.numbersAtRisk = true}).bytes);
+    const auto lines =
+        test::readSvg(renderChart(info, PictureFormat::Svg, {.numbersAtRisk = true}).bytes).lines;
     const std::map<std::string, double>* ticks = nullptr;
     const std::map<std::string, double>* numbers = nullptr;
     for (const auto& [y, texts] : lines) {

@@ -1,6 +1,5 @@
 #include <QApplication>
 #include <QImage>
-#include <QXmlStreamReader>
 #include <algorithm>
 #include <array>
 #include <cfloat>
@@ -15,6 +14,7 @@
 
 #include "host/charts/ChartApplication.h"
 #include "host/charts/ChartRenderer.h"
+#include "tests/host/charts/Svg.h"
 #include "tests/host/results/Books.h"
 
 namespace korvana {
@@ -23,52 +23,9 @@ namespace {
 using ozm::ChartSeries;
 using test::kInf;
 using test::kNaN;
+using test::readSvg;
 using test::series;
-
-struct Svg {
-    QStringList texts;
-    std::set<std::string> strokes; // colours of lines
-    std::set<std::string> fonts;
-    int dashed = 0;
-    int shapes = 0;
-    int circles = 0;
-    double farthest = 0.0; // largest coordinate, for what lies outside the picture
-    QString viewBox;
-};
-
-Svg readSvg(const std::string& bytes) {
-    Svg svg;
-    QXmlStreamReader reader(QByteArray::fromStdString(bytes));
-    while (!reader.atEnd()) {
-        reader.readNext();
-        if (!reader.isStartElement()) continue;
-        const auto attributes = reader.attributes();
-        if (attributes.hasAttribute("stroke"))
-            svg.strokes.insert(attributes.value("stroke").toString().toStdString());
-        if (attributes.hasAttribute("font-size") && reader.name() == QStringLiteral("text"))
-            svg.fonts.insert(attributes.value("font-size").toString().toStdString());
-        if (attributes.hasAttribute("stroke-dasharray")) ++svg.dashed;
-        if (attributes.hasAttribute("viewBox")) svg.viewBox = attributes.value("viewBox").toString();
-        if (attributes.hasAttribute("points")) {
-            ++svg.shapes;
-            for (const QString& pair : attributes.value("points").toString().split(' ', Qt::SkipEmptyParts))
-                for (const QString& coordinate : pair.split(',')) {
-                    EXPECT_TRUE(std::isfinite(coordinate.toDouble()));
-                    svg.farthest = std::max(svg.farthest, std::fabs(coordinate.toDouble()));
-                }
-        }
-        // Translucent colours are mixed in threads, of which there may be none.
-        for (const char* opacity : {"fill-opacity", "stroke-opacity", "opacity"})
-            if (attributes.hasAttribute(opacity)) {
-                EXPECT_EQ(attributes.value(opacity), QStringLiteral("1"));
-            }
-        if (reader.name() == QStringLiteral("circle")) ++svg.circles;
-        if (reader.name() == QStringLiteral("text"))
-            svg.texts += reader.readElementText(QXmlStreamReader::IncludeChildElements).trimmed();
-    }
-    EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString();
-    return svg;
-}
+using test::Svg;
 
 Svg drawSvg(const ozm::CChartInfo& info) {
     const Picture picture = renderChart(info, PictureFormat::Svg);

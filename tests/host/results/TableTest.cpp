@@ -8,6 +8,7 @@
 #include "host/results/TextWriter.h"
 #include "host/results/Utf8.h"
 #include "tests/host/results/Books.h"
+#include "tests/support/CsvGrid.h"
 
 namespace korvana {
 namespace {
@@ -22,30 +23,6 @@ std::vector<std::string> linesOf(const std::string& text) {
     for (std::string line; std::getline(in, line);)
         lines.push_back(line);
     return lines;
-}
-
-/// Fields of a CSV text by RFC 4180, read independently of the writer.
-std::vector<std::vector<std::string>> parseCsv(const std::string& text) {
-    std::vector<std::vector<std::string>> records(1, {""});
-    bool quoted = false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if (c == '"') {
-            if (quoted && i + 1 < text.size() && text[i + 1] == '"')
-                records.back().back() += text[i++];
-            else
-                quoted = !quoted;
-        } else if (c == ',' && !quoted) {
-            records.back().emplace_back();
-        } else if (c == '\r' && !quoted) {
-            EXPECT_EQ(text.at(++i), '\n');
-            records.push_back({""});
-        } else {
-            records.back().back() += c;
-        }
-    }
-    records.pop_back();
-    return records;
 }
 
 TEST(Spreadsheet, CopiesWhatAModuleHandsOver) {
@@ -175,7 +152,7 @@ TEST(CsvWriter, QuotesAndNamesColumns) {
     sheet.columns.push_back({"Row", "", {}, std::vector<double>{}});
     std::ostringstream out;
     writeCsv(sheet, out);
-    const auto records = parseCsv(out.str());
+    const auto records = test::readCsvGrid(out.str());
     ASSERT_EQ(records.size(), 4U);
     EXPECT_EQ(records[0], (std::vector<std::string>{"Row", "Survival Time", "Number at Risk", "Status",
                                                     "Cumulatv Survival", "Label", "Survival Time 2",

@@ -1,8 +1,4 @@
-#include "module/frame/SurvivalState.h"
-#include "module/resources/StringIds.h"
-#include "tests/module/kaplan/KaplanFixture.h"
-
-#include <gtest/gtest.h>
+#include "tests/module/AnalysisFixture.h"
 
 namespace ozm::survival {
 namespace {

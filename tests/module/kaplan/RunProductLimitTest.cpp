@@ -1,11 +1,7 @@
 #include "module/kaplan/RunProductLimit.h"
-#include "module/resources/StringIds.h"
-#include "tests/module/kaplan/KaplanFixture.h"
-
-#include <gtest/gtest.h>
+#include "tests/module/AnalysisFixture.h"
 
 #include <cmath>
-#include <limits>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -65,35 +61,19 @@ TEST_F(KaplanFixture, CapacityFollowsTheDataAndTheWeights) {
     EXPECT_EQ(host.outstanding, 0);
 }
 
-TEST_F(KaplanFixture, EachStatusShowsItsMessageAndKeepsNothing) {
-    auto& times = host.columns[0].values;
-    auto& codes = host.columns[1].values;
-    EachKeepsNothing(
-        {
-            {"two valid",
-             [&] {
-                 times = {1, 2, -1}, codes = {1, 0, 1};
-             },
-             StrTooFewValid},
-            {"all censored",
-             [&] {
-                 times = {1, 2, 3}, codes = {0, 0, 0};
-             },
-             StrNoUncensored},
-            {"too many",
-             [&] {
-                 host.columns = {{"weeks", {1, 2}}, {"relapse", {1, 1}}, {"w", {1, 1e9}}};
-                 host.weight = 3;
-             },
-             StrTooManyCasesKaplan},
-            {"memory", [&] { host.refuseRequest = host.requests + 7; }, StrKaplanNoMemory},
-            {"stopped", [&] { host.stopAt = host.questions + 1; }, 0},
-        },
-        StepSpecifyKaplan, [this] { return State().results.Valid(); });
+TEST_F(KaplanFixture, DataThatCannotBeAnalysedAreRefused) {
+    Data({1, 2, -1}, {1, 0, 1});
+    ExpectRefused(StrTooFewValid);
+    Data({1, 2, 3}, {0, 0, 0});
+    ExpectRefused(StrNoUncensored);
+    Data({1, 2}, {1, 1});
+    host.columns.push_back({"w", {1, 1e9}});
+    host.weight = 3;
+    ExpectRefused(StrTooManyCasesKaplan);
 }
 
 TEST_F(KaplanFixture, AnEmptyReadingSaysWhichCodesThereAre) {
-    const double unset = std::numeric_limits<double>::quiet_NaN();
+    const double unset = test::none;
     const std::vector<std::tuple<double, double, std::string>> cases{
         {5, 6, "with another code of 'relapse' than 5 or 6"},
         {5, unset, "with another code of 'relapse' than 5 or not set"},
@@ -109,38 +89,18 @@ TEST_F(KaplanFixture, AnEmptyReadingSaysWhichCodesThereAre) {
                   "21 cases in the data, 21 selected, 0 valid.\n"
                   "21 of 21 cases left out: 21 " +
                       why + ".\nCodes of 'relapse' among the selected cases: 0 (12 cases), 1 (9 cases).");
+        EXPECT_TRUE(host.notes.empty()) << "the refusal says it itself";
     }
-}
-
-TEST_F(KaplanFixture, WhatARunLeavesOutIsOneNoteOfTheRun) {
-    host.columns[0].values[0] = -3;
-    ASSERT_EQ(Run(), StepKaplanResults);
-    MakeEveryOutput();
-    EXPECT_EQ(host.notes,
-              std::vector<std::string>{"1 of 21 cases left out: 1 with a negative survival time."});
-    EXPECT_TRUE(host.messages.empty());
-    host.notes.clear();
-    host.Press(analysis, ControlCancel);
-    host.columns[0].values.assign(21, -3);
-    EXPECT_EQ(host.Press(analysis, ControlOk), StepSpecifyKaplan);
-    EXPECT_TRUE(host.notes.empty()) << "a refusal says it itself";
-    EXPECT_NE(host.messages.back().detail.find("21 with a negative survival time"), std::string::npos);
 }
 
 TEST_F(KaplanFixture, CaseNumbersOfManyTiesAreMadeExactOnDemand) {
-    auto& times = host.columns[0].values;
-    auto& codes = host.columns[1].values;
-    times.clear();
-    codes.clear();
-    for (int i = 0; i < 70000; ++i) {
-        times.push_back((i * 7919) % 50);
-        codes.push_back(i % 2);
-    }
+    ManyCases(70000);
     ASSERT_EQ(Run(), StepKaplanResults);
+    const auto& times = host.columns[0].values;
     std::vector<double> keys;
     std::vector<std::int32_t> cases;
     for (std::size_t i = 0; i < times.size(); ++i)
-        if (codes[i] == 1) {
+        if (host.columns[1].values[i] == 1) {
             keys.push_back(times[i]);
             cases.push_back(static_cast<std::int32_t>(i) + 1);
         }

@@ -41,16 +41,18 @@ TEST(CodeComparison, UnsetAndInfiniteCodesMatchNothing) {
 }
 
 TEST(CodeDecimals, AboutEightSignificantDigits) {
-    EXPECT_EQ(CodeDecimals(0), 7);
-    EXPECT_EQ(CodeDecimals(1), 7);
-    EXPECT_EQ(CodeDecimals(0.5), 7);
-    EXPECT_EQ(CodeDecimals(0.001), 10);
-    EXPECT_EQ(CodeDecimals(123.5), 5);
-    EXPECT_EQ(CodeDecimals(12345678), 0);
-    EXPECT_EQ(CodeDecimals(1e300), 0);
-    EXPECT_EQ(CodeDecimals(-5), 6);
-    EXPECT_EQ(CodeDecimals(-0.5), 6); // at least 10 once the sign is counted
-    EXPECT_EQ(CodeDecimals(std::numeric_limits<double>::quiet_NaN()), 0);
+    // Of a negative code a place less, at least 10 once the sign is counted.
+    for (const auto& [code, decimals] : {std::pair{0.0, 7},
+                                         {1.0, 7},
+                                         {0.5, 7},
+                                         {0.001, 10},
+                                         {123.5, 5},
+                                         {12345678.0, 0},
+                                         {1e300, 0},
+                                         {-5.0, 6},
+                                         {-0.5, 6},
+                                         {std::nan(""), 0}})
+        EXPECT_EQ(CodeDecimals(code), decimals) << code;
 }
 
 TEST(DayNumber, KnownDays) {
@@ -64,12 +66,9 @@ TEST(DayNumber, KnownDays) {
     EXPECT_EQ(DayNumber(3, 1, 1900) - DayNumber(2, 28, 1900), 1);
     EXPECT_EQ(DayNumber(1, 32, 1995), DayNumber(2, 1, 1995)); // days are carried, not tested
     EXPECT_EQ(DayNumber(12, 31, -1) + 1, DayNumber(1, 1, 1)); // there was no year 0
-}
-
-TEST(DayNumber, InvalidDates) {
+    EXPECT_EQ(DayNumber(1, 1, 0), invalidDay);
     EXPECT_EQ(DayNumber(13, 1, 1995), invalidDay);
     EXPECT_EQ(DayNumber(0, 1, 1995), invalidDay);
-    EXPECT_EQ(DayNumber(1, 1, 0), invalidDay);
 }
 
 TEST(NormalQuantile, InvertsTheNormalTailOverItsThreeBranches) {
@@ -85,10 +84,9 @@ TEST(NormalQuantile, InvertsTheNormalTailOverItsThreeBranches) {
 }
 
 TEST(ReportLines, CodesStandInTheirField) {
-    EXPECT_EQ(FormatCode(1), "         1");
     EXPECT_EQ(FormatCode(0.5), "      0.5");
     EXPECT_EQ(FormatCode(-3), "        -3");
-    EXPECT_EQ(FormatCode(std::numeric_limits<double>::quiet_NaN()), "        --");
+    EXPECT_EQ(FormatCode(std::nan("")), "        --");
 }
 
 TEST(Headings, AreWrittenOutWhereTheirLinesAreShortened) {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace korvana::fuzz {
+namespace korvana::test {
 
 /// Records of fields; the first holds the headings.
 using CsvGrid = std::vector<std::vector<std::string>>;
@@ -33,4 +33,4 @@ inline CsvGrid readCsvGrid(std::string_view text) {
     return grid;
 }
 
-} // namespace korvana::fuzz
+} // namespace korvana::test

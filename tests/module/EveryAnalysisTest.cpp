@@ -1,0 +1,163 @@
+// What holds of every analysis: every memory request of a whole run refused in turn, every stop question
+// answered yes in turn, every allocation of the C++ runtime failing in turn leave nothing behind, and the
+// next run comes through.
+
+#include "tests/module/AnalysisFixture.h"
+
+#include <cctype>
+#include <set>
+
+namespace ozm::survival {
+namespace {
+
+class EveryAnalysis : public test::AnalysisFixture,
+                      public testing::WithParamInterface<const test::Analysis*> {
+protected:
+    EveryAnalysis() : AnalysisFixture(*GetParam()) {}
+    /// From the specification's OK through every output and back; true when it reached the results.
+    bool Whole() {
+        host.messages.clear();
+        host.sheets.clear();
+        host.report.clear();
+        host.requests = host.questions = 0;
+        const bool results = host.Press(analysis, ControlOk) == of.results;
+        if (results) {
+            MakeEveryOutput();
+            EXPECT_EQ(host.Press(analysis, ControlCancel), of.specification);
+        }
+        EXPECT_EQ(of.observations(), 0);
+        EXPECT_EQ(host.outstanding, 0);
+        EXPECT_EQ(host.progressShown, 0);
+        return results;
+    }
+};
+INSTANTIATE_TEST_SUITE_P(Analyses, EveryAnalysis, testing::Values(&test::kaplan, &test::twoSamples),
+                         [](const auto& one) { return one.index == 0 ? "Kaplan" : "TwoSamples"; });
+
+TEST_P(EveryAnalysis, ChecksSelectionsAndLeavesTheDialogOpen) {
+    Specify();
+    const auto refusal = [this](const char* property, const AutomationValue& value) {
+        host.messages.clear();
+        host.Script().Put(property, value);
+        EXPECT_EQ(host.Press(analysis, ControlOk), -1);
+        EXPECT_FALSE(host.Dialog().IsClosed());
+        return host.messages.empty() ? test::Shown{} : host.messages[0];
+    };
+    const test::Shown codes = refusal("CodeForCensoredResponses", 1);
+    EXPECT_EQ(codes.id, StrIdenticalCensoringCodes);
+    EXPECT_TRUE(codes.detail.starts_with("Codes of '")) << codes.detail;
+    AutomationValue::List variables = of.variables;
+    variables[0] = AutomationValue::List{1, 2, 1};
+    const test::Shown times = refusal("Variables", variables);
+    EXPECT_EQ(times.id, StrInvalidTimeVariables);
+    EXPECT_TRUE(times.detail.starts_with("3 variables are selected: '")) << times.detail;
+    variables = of.variables;
+    variables[1] = AutomationValue::List{};
+    EXPECT_EQ(refusal("Variables", variables).id, StrNoCensoringVariable);
+}
+
+TEST_P(EveryAnalysis, NamesItsColumnsForPrograms) {
+    host.caseNames.assign(21, "patient");
+    Run();
+    MakeEveryOutput();
+    EXPECT_FALSE(host.sheets.empty());
+    for (const test::Sheet& sheet : host.sheets) {
+        for (const std::string& id : sheet.ids) // a word in lowerCamelCase
+            EXPECT_TRUE(
+                !id.empty() && std::islower(static_cast<unsigned char>(id[0])) != 0 &&
+                std::all_of(id.begin(), id.end(), [](unsigned char c) { return std::isalnum(c) != 0; }))
+                << sheet.title << ": '" << id << "'";
+        const std::set<std::string> different(sheet.ids.begin(), sheet.ids.end());
+        EXPECT_EQ(different.size(), sheet.ids.size()) << sheet.title;
+    }
+}
+
+TEST_P(EveryAnalysis, NamesEachOutputThatFails) {
+    Run();
+    host.failCharts = host.failSheets = true;
+    for (const AutomationMember& output : Outputs()) {
+        SCOPED_TRACE(output.name);
+        host.messages.clear();
+        EXPECT_TRUE(host.Script().Call(output.name).ok);
+        ASSERT_EQ(host.messages.size(), 1U);
+        const test::Shown& told = host.messages[0];
+        EXPECT_TRUE(told.id == StrSpreadsheetFailed || told.id == StrGraphicsError);
+        EXPECT_NE(told.detail.find("(" + std::string(output.name) + ")."), std::string::npos) << told.detail;
+    }
+    EXPECT_EQ(host.Press(analysis, ControlCancel), of.specification);
+}
+
+TEST_P(EveryAnalysis, GivesEverythingBackToAHostThatThrowsWhileReading) {
+    ManyCases(of.several);
+    Specify();
+    host.throwsFrom = 300;
+    EXPECT_FALSE(Whole());
+    host.throwsFrom = 3000;
+    EXPECT_TRUE(Whole());
+}
+
+TEST_P(EveryAnalysis, EveryMemoryRequestRefusedInTurn) {
+    ManyCases(of.many);
+    Specify();
+    int n = 1;
+    for (;; ++n) {
+        ASSERT_LT(n, 100);
+        SCOPED_TRACE("request " + std::to_string(n));
+        host.refuseRequest = n;
+        Whole();
+        if (host.requests < n) break;
+        // An output that can do without says so itself.
+        std::string told = host.report;
+        for (const test::Sheet& sheet : host.sheets)
+            told += sheet.notes.empty() ? "" : sheet.notes.back();
+        if (host.messages.empty())
+            EXPECT_NE(told.find("cannot be computed"), std::string::npos);
+        else
+            EXPECT_EQ(host.messages.front().id, of.noMemory);
+    }
+    EXPECT_GE(n, of.requests);
+}
+
+TEST_P(EveryAnalysis, EveryStopQuestionAnsweredYesInTurn) {
+    for (const int cases : {of.several, of.many}) {
+        ManyCases(cases);
+        host.stopAt = 0;
+        Specify();
+        ASSERT_TRUE(Whole());
+        const int all = host.questions;
+        EXPECT_GE(all, cases);
+        // Reading asks once per case: some of those, and each of what follows.
+        for (int n = 1; n <= all; n += n > cases ? 1 : cases / 50) {
+            SCOPED_TRACE("question " + std::to_string(n));
+            host.stopAt = n;
+            const bool results = Whole();
+            EXPECT_TRUE(!results || n > cases);
+            EXPECT_TRUE(results || host.messages.empty());
+        }
+    }
+    host.stopAt = 0;
+    EXPECT_TRUE(Whole());
+}
+
+TEST_P(EveryAnalysis, EveryAllocationOfTheRuntimeFailingInTurn) {
+    ManyCases(of.several);
+    Specify();
+    const auto atResults = [&] { return host.Dialog().Template().title.ends_with("Results"); };
+    FailEveryAllocation([&] { host.Dialog().Press(ControlOk); },
+                        [&] { // nothing is kept, unless it struck the host after the run
+                            EXPECT_EQ(host.outstanding, of.observations() > 0 ? of.arrays : 0);
+                            if (host.nextStep > 0) host.Go(analysis, host.nextStep);
+                            if (atResults()) host.Press(analysis, ControlCancel);
+                            EXPECT_EQ(host.outstanding, 0);
+                        });
+    host.Go(analysis, host.nextStep);
+    ASSERT_TRUE(atResults());
+    for (const AutomationMember& output : Outputs())
+        FailEveryAllocation([&] { host.Dialog().Press(output.control); },
+                            [&] { EXPECT_EQ(host.outstanding, of.arrays); });
+    EXPECT_EQ(host.Press(analysis, ControlCancel), of.specification);
+    EXPECT_TRUE(Whole());
+}
+
+} // namespace
+} // namespace ozm::survival

@@ -24,7 +24,7 @@ void Workbook::makeActions() {
     // These also with the keyboard in a dialog of the analysis.
     exportOutput_ = make(tr("&Export This Output..."), Qt::CTRL | Qt::Key_E, Qt::ApplicationShortcut,
                          [this] { exportOutput(); });
-    exportRun_ = make(tr("Export &Workbook..."), Qt::CTRL | Qt::SHIFT | Qt::Key_E, Qt::ApplicationShortcut,
+    exportRun_ = make(tr("E&xport Workbook..."), Qt::CTRL | Qt::SHIFT | Qt::Key_E, Qt::ApplicationShortcut,
                       [this] { exportRuns(); });
     print_ = make(tr("&Print..."), QKeySequence::Print, Qt::ApplicationShortcut, [this] { printOutput(); });
     preview_ = make(tr("Print Pre&view..."), {}, Qt::ApplicationShortcut, [this] { previewOutput(); });
@@ -33,7 +33,7 @@ void Workbook::makeActions() {
         separator->setSeparator(true);
     }
     // Delete is the tree's: elsewhere it may mean another thing.
-    removeOutput_ = new QAction(tr("Remo&ve This Output"), this);
+    removeOutput_ = new QAction(tr("Remove This Remo&ve This OutputOutput"), this);
     removeRun_ = new QAction(tr("&Remove This Run"), this);
     for (QAction* action : {removeOutput_, removeRun_}) {
         action->setShortcutContext(Qt::WidgetShortcut);

@@ -1,36 +1,57 @@
 #include "apps/desktop/window/FocusReturn.h"
 
 #include <QApplication>
-#include <QDialog>
 #include <QEvent>
 
+#include <chrono>
+
 namespace korvana::desktop {
+namespace {
+
+constexpr int times = 8;
+constexpr std::chrono::milliseconds apart{50};
+
+} // namespace
 
 FocusReturn::FocusReturn(QObject* parent) : QObject(parent) {
+    again_.setSingleShot(true);
+    connect(&again_, &QTimer::timeout, this, &FocusReturn::giveBack);
     qApp->installEventFilter(this);
 }
 
 bool FocusReturn::eventFilter(QObject* watched, QEvent* event) {
-    const bool shown = event->type() == QEvent::Show;
-    if ((!shown && event->type() != QEvent::Hide) || event->spontaneous()) return false;
-    auto* dialog = qobject_cast<QDialog*>(watched);
-    if (dialog == nullptr) return false;
-    if (shown) {
-        if (dialog->isModal()) before_.insert(dialog, QApplication::activeWindow());
+    const bool typed = event->type() == QEvent::KeyPress || event->type() == QEvent::MouseButtonPress;
+    if (typed && event->spontaneous()) stop();
+    if (event->spontaneous()) return false;
+    auto* window = qobject_cast<QWidget*>(watched);
+    if (window == nullptr || (window->windowType() != Qt::Window && window->windowType() != Qt::Dialog))
         return false;
+    if (event->type() == QEvent::Show) {
+        // Of dialogs one after the other each is followed by what was there before the first.
+        if (window->isModal())
+            before_.insert(window, waiting_.isNull() ? QApplication::activeWindow() : waiting_.data());
+        stop(); // what opens has the keyboard
     }
-    const QPointer<QWidget> before = before_.take(dialog);
+    if (event->type() != QEvent::Hide) return false;
+    const QPointer<QWidget> before = before_.take(window);
     if (before.isNull()) return false;
-    // Once the window manager has heard that the dialog is gone, and has made its own choice.
-    QMetaObject::invokeMethod(
-        this,
-        [before] {
-            const QWidget* modal = QApplication::activeModalWidget(); // another may have opened
-            if (!before.isNull() && before->isVisible() && (modal == nullptr || modal == before))
-                before->activateWindow();
-        },
-        Qt::QueuedConnection);
+    waiting_ = before;
+    left_ = times;
+    again_.start(0); // once the window manager has heard that the dialog is gone
     return false;
+}
+
+void FocusReturn::giveBack() {
+    const QWidget* modal = QApplication::activeModalWidget(); // another may have opened
+    if (waiting_.isNull() || !waiting_->isVisible() || (modal != nullptr && modal != waiting_)) return stop();
+    if (QApplication::activeWindow() != waiting_ || left_ == times) waiting_->activateWindow();
+    if (--left_ == 0) return stop();
+    again_.start(apart);
+}
+
+void FocusReturn::stop() {
+    again_.stop();
+    waiting_.clear();
 }
 
 } // namespace korvana::desktop

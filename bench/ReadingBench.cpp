@@ -22,7 +22,7 @@ using korvana::bench::Times;
 using korvana::bench::upToTenMillion;
 
 /// Two columns in memory, time and status.
-class Columns final : public ozm::DataService {
+class Columns final : public ozm::NullData {
 public:
     explicit Columns(std::int64_t size) {
         Times times(Kind::Continuous);
@@ -39,31 +39,17 @@ public:
         return ozm::UseCase;
     }
     int ss_nb() override { return static_cast<int>(columns_[0].size()); }
-    short getmd5(int, double&) override { return 0; }
-    int WeightVariable() override { return 0; }
-    std::string CaseName(int) override { return {}; }
-    std::string FileName() override { return {}; }
 
 private:
     std::vector<double> columns_[2];
 };
 
 /// A host that has data and nothing else.
-class Document final : public ozm::CAnalysisDoc, public ozm::HostServices {
+class Document final : public ozm::CAnalysisDoc, public ozm::NullHost {
 public:
     explicit Document(std::int64_t size) : columns_(size) {}
     ozm::HostServices& Services() override { return *this; }
     ozm::DataService& Data() override { return columns_; }
-    ozm::VariableService& Variables() override { return ozm::NullServices().Variables(); }
-    ozm::ReportService& Report() override { return ozm::NullServices().Report(); }
-    ozm::SheetService& Sheets() override { return ozm::NullServices().Sheets(); }
-    ozm::ChartService& Charts() override { return ozm::NullServices().Charts(); }
-    ozm::ProgressService& Progress() override { return ozm::NullServices().Progress(); }
-    ozm::MessageService& Messages() override { return ozm::NullServices().Messages(); }
-    ozm::MemoryService& Memory() override { return ozm::NullServices().Memory(); }
-    ozm::ExpressionService& Expressions() override { return ozm::NullServices().Expressions(); }
-    ozm::FileService& Files() override { return ozm::NullServices().Files(); }
-    ozm::DialogService& Dialogs() override { return ozm::NullServices().Dialogs(); }
 
 private:
     Columns columns_;

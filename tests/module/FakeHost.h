@@ -4,7 +4,6 @@
 
 #include "module/frame/CSurvival.h"
 #include "support/automation/AutomationObject.h"
-#include "support/dialogs/CAnalysisModelessDialog.h"
 #include "support/services/NullServices.h"
 
 #include <algorithm>
@@ -46,16 +45,16 @@ struct Sheet {
 };
 
 class FakeHost final : public CAnalysisDoc,
-                       public HostServices,
-                       public DataService,
-                       public VariableService,
-                       public ReportService,
-                       public SheetService,
-                       public ChartService,
-                       public ProgressService,
-                       public MessageService,
-                       public MemoryService,
-                       public DialogService {
+                       public NullHost,
+                       public NullData,
+                       public NullVariables,
+                       public NullReport,
+                       public NullSheets,
+                       public NullCharts,
+                       public NullProgress,
+                       public NullMessages,
+                       public NullMemory,
+                       public NullDialogs {
 public:
     // Data
     std::vector<Column> columns;
@@ -92,11 +91,6 @@ public:
     bool refuseDialogs = false;
     std::vector<std::string> asked;
 
-    FakeHost() = default;
-    FakeHost(const FakeHost&) = delete;
-    FakeHost& operator=(const FakeHost&) = delete;
-    ~FakeHost() override = default;
-
     /// Runs steps from one on until a dialog owns the step or the sequence ends; answers the step it stands
     /// at.
     int Go(CAnalysisSupport& analysis, int step) {
@@ -132,8 +126,6 @@ public:
     ProgressService& Progress() override { return *this; }
     MessageService& Messages() override { return *this; }
     MemoryService& Memory() override { return *this; }
-    ExpressionService& Expressions() override { return NullServices().Expressions(); }
-    FileService& Files() override { return NullServices().Files(); }
     DialogService& Dialogs() override { return *this; }
 
     short cstart(int caseNumber, std::span<double> values, std::span<const int> variables) override {
@@ -161,7 +153,6 @@ public:
         name = variable > 0 ? columns[static_cast<std::size_t>(variable - 1)].name : "";
         return variable > 0 ? 0 : 1;
     }
-    std::string VariableLabel(int) override { return {}; }
     int FindVariable(std::string_view name) override {
         for (std::size_t i = 0; i < columns.size(); ++i)
             if (columns[i].name == name) return static_cast<int>(i) + 1;
@@ -192,13 +183,6 @@ public:
     }
     void writch(char c) override { report += c; }
     void newline(int count) override { report.append(static_cast<std::size_t>(count), '\n'); }
-    void prttop() override {}
-    void type() override {}
-    void cup(int, int) override {}
-    void cupst(int, int, int, std::string_view) override {}
-    void normal() override {}
-    void revers() override {}
-    void SetAttribColor(int) override {}
 
     short table4(const SheetSpec& sheet) override { return looka4(sheet); }
     short looka4(const SheetSpec& spec) override {
@@ -233,22 +217,11 @@ public:
         charts.push_back(chart);
         return 0;
     }
-    short MakeScatterplot(std::span<const float>, std::span<const float>, std::string_view, std::string_view,
-                          std::string_view) override {
-        return 1;
-    }
-    void c_gr0(CChartInfo& chart) override { chart = {}; }
 
     void dstart(unsigned) override { ++progressShown; }
     void dstop() override { --progressShown; }
-    void termom(unsigned) override {}
-    void bstart() override {}
-    void dsp_st() override {}
     void d_stat(std::string_view text) override { statusTexts.emplace_back(text); }
-    void d_pbar(std::string_view) override {}
     bool pcancel() override { return ++questions >= stopAt && stopAt != 0; }
-    bool IsExternallyCancelled() override { return false; }
-    CIterDisplay& Iterations() override { return NullServices().Progress().Iterations(); }
 
     std::string GetResourceString(ModuleHandle module, int id) override {
         return std::string{module->String(id)};
@@ -261,7 +234,6 @@ public:
             messages.push_back({id, std::string{text}, std::string{detail}});
         return ButtonOk;
     }
-    int DisplayInstQuestion(ModuleHandle, CAnalysisDialog*, int) override { return ButtonNo; }
 
     bool AllocMem(void*& memory, std::size_t size) override {
         memory = ++requests == refuseRequest ? nullptr : std::malloc(size);
@@ -279,7 +251,6 @@ public:
         dialogs.back()->Open();
         return true;
     }
-    int RunModal(CAnalysisModalDialog&) override { return -1; }
     void DialogExits(CAnalysisDialog&, int next, ExitMode mode, int) override {
         nextStep = next;
         exitMode = mode;

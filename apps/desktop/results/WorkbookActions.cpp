@@ -33,7 +33,7 @@ void Workbook::makeActions() {
         separator->setSeparator(true);
     }
     // Delete is the tree's: elsewhere it may mean another thing.
-    removeOutput_ = new QAction(tr("Remove This Remo&ve This OutputOutput"), this);
+    removeOutput_ = new QAction(tr("Remove This &Output"), this);
     removeRun_ = new QAction(tr("&Remove This Run"), this);
     for (QAction* action : {removeOutput_, removeRun_}) {
         action->setShortcutContext(Qt::WidgetShortcut);

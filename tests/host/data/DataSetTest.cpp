@@ -107,7 +107,6 @@ TEST(Describe, SummariesAndCodes) {
     EXPECT_TRUE(pieces.advance(2));
     EXPECT_TRUE(pieces.advance(2));
     EXPECT_FALSE(pieces.advance(2));
-    EXPECT_FALSE(pieces.advance(2));
     const VariableSummary joined = pieces.take();
     EXPECT_EQ(joined.missingCount, 2);
     EXPECT_EQ(codesText(joined.distinct), codesText(x.distinct));

@@ -1,12 +1,10 @@
 #include "tests/host/data/DataTestSupport.h"
-#include "tests/host/data/RandomTable.h"
 
 #include "host/data/DataError.h"
+#include "tests/support/Refusal.h"
 
 #include <gtest/gtest.h>
 
-#include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -204,41 +202,14 @@ TEST(ReadText, NotesWhatItChanged) {
               std::string::npos);
 }
 
-TEST(ReadText, TheDivisionOfTheWorkDoesNotShow) {
-    for (unsigned seed = 1; seed <= 30; ++seed) {
-        const RandomTable table(seed, 200);
-        for (const std::size_t chunk :
-             {std::size_t{1}, std::size_t{37}, std::size_t{500}, std::size_t{1} << 20})
-            for (const unsigned threads : {1U, 2U, 3U}) {
-                const DataSet data = readTuned(table.text, {threads, chunk});
-                ASSERT_EQ(dump(data), table.expected) << "seed " << seed << ", chunk " << chunk;
-                EXPECT_TRUE(data.notes().empty());
-            }
-    }
-}
-
-TEST(ReadText, BigFilesAreReadByThreads) {
-    const RandomTable table(99, 300'000); // above the size from which threads are started
-    EXPECT_EQ(dump(readText(table.text)), table.expected);
-}
-
 TEST(ReadText, TheEarliestFaultIsReportedWhoeverFindsIt) {
     std::string text = "a,b\n";
     for (int i = 0; i < 2000; ++i)
         text += "1,2\n";
     text.insert(text.size() / 2, "1\n").append("3,4,5\n");
-    std::string first;
-    for (const unsigned threads : {1U, 2U, 4U})
-        for (const std::size_t chunk : {std::size_t{1} << 20, std::size_t{64}}) {
-            try {
-                readTuned(text, {threads, chunk});
-                FAIL() << "read a ragged file";
-            } catch (const DataError& error) {
-                if (first.empty()) first = error.what();
-                EXPECT_EQ(error.what(), first);
-                EXPECT_EQ(error.line(), 1002);
-            }
-        }
+    const std::string error = refusalOf<DataError>([&] { readText(text); });
+    EXPECT_NE(error.find(".csv:1002:1: 1 cell"), std::string::npos) << error;
+    expectTheSameFromSeveral(text, {});
 }
 
 } // namespace

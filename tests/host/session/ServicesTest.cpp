@@ -123,10 +123,8 @@ TEST_F(ReportTest, LinesTitlesAndPositions) {
     report.newline(1);
     report.writst(3, "end");
     EXPECT_EQ(written(), "Head|| yzzz|end|");
-}
 
-TEST_F(ReportTest, PositionsCountCharacters) {
-    report.cupst(1, 1, 0, "Überschrift");
+    report.cupst(1, 1, 0, "Überschrift"); // positions count characters
     report.cup(1, 2);
     report.writst(1, "Ü");
     report.cup(1, 12);
@@ -247,15 +245,12 @@ TEST_F(ServicesTest, FormulasTakeValuesByAscendingReference) {
 }
 
 TEST_F(ServicesTest, MemoryIsCounted) {
-    void* first = nullptr;
-    void* second = nullptr;
-    ASSERT_TRUE(host.Memory().AllocMem(first, 0));
-    ASSERT_TRUE(host.Memory().AllocMem(second, 1000));
-    EXPECT_NE(first, nullptr);
-    EXPECT_EQ(host.memory().outstanding(), 2U);
+    void* memory = nullptr;
+    ASSERT_TRUE(host.Memory().AllocMem(memory, 0));
+    EXPECT_NE(memory, nullptr);
+    EXPECT_EQ(host.memory().outstanding(), 1U);
     host.Memory().FreeMem(nullptr);
-    host.Memory().FreeMem(first);
-    host.Memory().FreeMem(second);
+    host.Memory().FreeMem(memory);
     EXPECT_EQ(host.memory().outstanding(), 0U);
 }
 

@@ -1,15 +1,7 @@
-#include "host/session/Session.h"
-
-#include "host/session/TypeLibraryText.h"
-#include "tests/host/session/RefusingMemory.h"
 #include "tests/host/session/TinyAnalysis.h"
-
-#include <gtest/gtest.h>
 
 namespace korvana {
 namespace {
-
-using List = ozm::AutomationValue::List;
 
 struct Recorder final : SessionObserver {
     void dialogOpened(ozm::CAnalysisModelessDialog& dialog, int page) override {
@@ -26,29 +18,9 @@ struct Recorder final : SessionObserver {
     std::vector<std::string> events;
 };
 
-struct SessionTest : ::testing::Test {
-    explicit SessionTest(SessionOptions options = {})
-        : analysis(new tiny::Sums), session(Analysis(analysis), options) {
-        session.data().open(tiny::DataOf({{1, 2, 4}, {NAN, NAN, NAN}}));
-        session.addObserver(recorder);
-    }
-    void call(const char* action) {
-        ASSERT_TRUE(session.currentDialog()) << action;
-        session.currentDialog()->Call(action);
-        session.pump();
-    }
-    void specify(int variable) {
-        const auto put = session.currentDialog()->Put("Variables", List(1, List{variable}));
-        ASSERT_TRUE(put.ok) << put.detail;
-        call("OK");
-    }
-    std::string lastMessage() {
-        return session.book().messages.empty() ? "" : session.book().messages.back().text;
-    }
-
-    tiny::Sums* analysis;
+struct SessionTest : tiny::TinySession {
+    SessionTest() { session.addObserver(recorder); }
     Recorder recorder;
-    Session session;
 };
 
 TEST_F(SessionTest, RunsFromStartToResultsAndBack) {
@@ -62,18 +34,10 @@ TEST_F(SessionTest, RunsFromStartToResultsAndBack) {
     EXPECT_EQ(session.step(), tiny::Specify);
     call("Cancel");
     EXPECT_FALSE(session.isActive());
-    const std::vector<std::string> expected{"open Specify sums 0",
-                                            "close Specify sums",
-                                            "open Sums 0",
-                                            "output 0",
-                                            "output 1",
-                                            "changed",
-                                            "output 2",
-                                            "close Sums",
-                                            "open Specify sums 0",
-                                            "close Specify sums",
-                                            "end"};
-    EXPECT_EQ(recorder.events, expected);
+    EXPECT_EQ(recorder.events,
+              (std::vector<std::string>{"open Specify sums 0", "close Specify sums", "open Sums 0",
+                                        "output 0", "output 1", "changed", "output 2", "close Sums",
+                                        "open Specify sums 0", "close Specify sums", "end"}));
 
     const ResultsBook& book = session.book();
     EXPECT_EQ(book.analysis, "Tiny Analysis");
@@ -103,9 +67,9 @@ TEST_F(SessionTest, ARefusalStaysInItsDialogAndTellsWhy) {
 
 TEST_F(SessionTest, WhatWasMendedIsForgottenOnceAnOkSucceeds) {
     session.start();
-    for (int again = 0; again < 3; ++again) {
+    for (const std::size_t refusals : {1U, 2U, 3U}) {
         specify(2); // no case has a value
-        EXPECT_EQ(session.book().messages.size(), 1U + static_cast<std::size_t>(again));
+        EXPECT_EQ(session.book().messages.size(), refusals);
     }
     specify(1);
     EXPECT_EQ(session.currentInterface(), "TinyResults");
@@ -123,16 +87,22 @@ TEST_F(SessionTest, WhatWasMendedIsForgottenOnceAnOkSucceeds) {
 }
 
 struct Person : FrontEnd {
-    ozm::MessageButton showMessage(const ResultMessage& message, ozm::CAnalysisDialog* /*window*/) override {
-        EXPECT_EQ(message.severity, ResultMessage::Severity::Error);
+    ozm::MessageButton showMessage(const ResultMessage& /*message*/,
+                                   ozm::CAnalysisDialog* /*window*/) override {
         ++shown;
-        return ozm::ButtonOk;
+        return ozm::ButtonCancel;
+    }
+    bool ask(const ResultMessage& question, ozm::CAnalysisDialog* /*window*/) override {
+        asked = question.text;
+        return true;
     }
     int shown = 0;
+    std::string asked;
 };
 
-struct SessionOfAPerson : Person, SessionTest {
-    SessionOfAPerson() : SessionTest({.automation = false, .frontEnd = this}) {}
+struct SessionOfAPerson : Person, tiny::TinySession {
+    SessionOfAPerson() : TinySession({.automation = false, .frontEnd = this}) {}
+    ozm::CAnalysisSupport& host() const { return *analysis; }
 };
 
 /// Whoever reads what a dialog refuses mends it: that is no part of results, whatever is written before or
@@ -142,11 +112,11 @@ TEST_F(SessionOfAPerson, WhatWasRefusedIsShownAndNoPartOfResults) {
     specify(2);
     specify(1);
     for (const int refused : {-1, 0, -1}) {
-        session.currentDialog()->Put("Digits", refused);
+        put("Digits", refused);
         call("Write");
         EXPECT_TRUE(session.book().messages.empty()) << lastMessage();
     }
-    session.currentDialog()->Put("Digits", 101);
+    put("Digits", 101);
     call("Write");
     EXPECT_EQ(session.book().messages.size(), 1U);
     const auto results = session.sharedBook();
@@ -171,7 +141,7 @@ TEST_F(SessionTest, AClosedDialogCanStillBeHeld) {
 
 TEST_F(SessionTest, AnExitIsFollowedOnlyByPump) {
     session.start();
-    session.currentDialog()->Put("Number", tiny::Results);
+    put("Number", tiny::Results);
     session.currentDialog()->Call("Leave");
     EXPECT_FALSE(session.currentDialog()) << "closed, not followed";
     EXPECT_TRUE(session.isActive());
@@ -183,7 +153,7 @@ TEST_F(SessionTest, AnExitIsFollowedOnlyByPump) {
 
 TEST_F(SessionTest, StepsThatLeadNowhereEndTheAnalysis) {
     session.start();
-    session.currentDialog()->Put("Number", 99);
+    put("Number", 99);
     call("Leave");
     EXPECT_FALSE(session.isActive());
     EXPECT_EQ(lastMessage(), "Step 20 leads to step 99, which the analysis does not have.");
@@ -254,73 +224,34 @@ TEST_F(SessionTest, AnotherDataFileForgetsSelectionAndWeights) {
     EXPECT_TRUE(session.book().notes.empty());
 }
 
-struct Answers final : FrontEnd {
-    ozm::MessageButton showMessage(const ResultMessage&, ozm::CAnalysisDialog*) override {
-        ++shown;
-        return ozm::ButtonCancel;
-    }
-    bool ask(const ResultMessage& question, ozm::CAnalysisDialog*) override {
-        asked = question.text;
-        return true;
-    }
-    int shown = 0;
-    std::string asked;
-};
-
-TEST(SessionFrontEnd, AnswersWhatTheAnalysisAsks) {
-    Answers answers;
-    Session session(std::make_shared<tiny::Sums>(), {.automation = false, .frontEnd = &answers});
-    auto& host = const_cast<ozm::CAnalysisSupport&>(*session.analysis());
-    EXPECT_FALSE(host.IsOleAutomation());
-    EXPECT_EQ(host.DspMessageBox(ozm::MessageStyle::Warning, nullptr, 8), ozm::ButtonCancel);
-    EXPECT_EQ(host.DspMessageBox(ozm::MessageStyle::YesNo, nullptr, 9), ozm::ButtonYes);
-    EXPECT_EQ(answers.asked, "Again?");
-    EXPECT_EQ(host.DisplayInstQuestion(host.GetLibInstance(), nullptr, 9), ozm::ButtonYes);
-    EXPECT_EQ(answers.shown, 1);
+TEST_F(SessionOfAPerson, AnswersWhatTheAnalysisAsks) {
+    EXPECT_FALSE(host().IsOleAutomation());
+    EXPECT_EQ(host().DspMessageBox(ozm::MessageStyle::Warning, nullptr, 8), ozm::ButtonCancel);
+    EXPECT_EQ(host().DspMessageBox(ozm::MessageStyle::YesNo, nullptr, 9), ozm::ButtonYes);
+    EXPECT_EQ(std::exchange(asked, ""), "Again?");
+    EXPECT_EQ(host().DisplayInstQuestion(host().GetLibInstance(), nullptr, 9), ozm::ButtonYes);
+    EXPECT_EQ(asked, "Again?");
+    EXPECT_EQ(shown, 1);
     EXPECT_EQ(session.book().messages.size(), 1U) << "questions are no messages";
 }
 
-TEST(SessionFrontEnd, NotesStandInTheBookAndAskNobody) {
-    Answers answers;
-    Session session(std::make_shared<tiny::Sums>(), {.frontEnd = &answers});
-    session.data().open(tiny::DataOf({{1, 2}}));
+TEST_F(SessionOfAPerson, NotesStandInTheBookAndAskNobody) {
     session.data().weightBy("x1");
     session.start();
-    auto& host = const_cast<ozm::CAnalysisSupport&>(*session.analysis());
     const auto note = [&](const char* text, const char* detail) {
-        return host.DspMessageBox(ozm::MessageStyle::Note, nullptr, 0, text, detail);
+        return host().DspMessageBox(ozm::MessageStyle::Note, nullptr, 0, text, detail);
     };
     EXPECT_EQ(note("1 case left out.", ""), ozm::ButtonOk);
     note("1 case left out.", ""); // the same run again
     note("2 cases left out.", "Look.");
-    const std::vector<std::string> remarks{"1 case left out.", "2 cases left out. Look."};
-    EXPECT_EQ(session.book().notes,
-              (std::vector<std::string>{"Cases weighted by 'x1'.", remarks[0], remarks[1]}));
-    EXPECT_EQ(answers.shown, 0);
+    EXPECT_EQ(session.book().notes, (std::vector<std::string>{"Cases weighted by 'x1'.", "1 case left out.",
+                                                              "2 cases left out. Look."}));
+    EXPECT_EQ(shown, 0);
     EXPECT_TRUE(session.book().messages.empty());
     session.openData(tiny::DataOf({{5}}));
-    EXPECT_EQ(session.book().notes, remarks) << "results of the run still stand in the book";
+    EXPECT_EQ(session.book().notes.size(), 2U) << "results of the run still stand in the book";
     session.start();
     EXPECT_TRUE(session.book().notes.empty());
-}
-
-TEST(SessionOverrides, AServiceCanBeReplaced) {
-    test::RefusingMemory memory;
-    SessionOptions options;
-    options.services.memory = &memory;
-    Session session(std::make_shared<tiny::Sums>(), options);
-    session.data().open(tiny::DataOf({{1}}));
-    session.start();
-    session.currentDialog()->Put("Variables", List(1, List{1}));
-    EXPECT_FALSE(session.currentDialog()->Call("OK").ok);
-    EXPECT_EQ(session.currentInterface(), "TinySpecify");
-    memory.refuse = false;
-    session.currentDialog()->Call("OK");
-    session.pump();
-    EXPECT_EQ(session.currentInterface(), "TinyResults");
-    EXPECT_EQ(memory.outstanding(), 1U);
-    session.close();
-    EXPECT_EQ(memory.outstanding(), 0U);
 }
 
 TEST_F(SessionTest, StopsFromOutsideAndFromTheDisplay) {
@@ -334,15 +265,6 @@ TEST_F(SessionTest, StopsFromOutsideAndFromTheDisplay) {
     session.stops().cancel();
     call("OK");
     EXPECT_EQ(session.currentInterface(), "TinyResults") << "a Cancel before the computation is void";
-}
-
-TEST(TypeLibraryTextTest, ShowsEnumerationsAndMembers) {
-    const std::string text = typeLibraryText(tiny::typeLibrary);
-    EXPECT_NE(text.find("enumeration TinyKind\n  1  tinyOne\n  2  tinyTwo\n"), std::string::npos) << text;
-    EXPECT_NE(text.find("interface TinySpecify : OzmAnalysisDialog  Specifies\n"), std::string::npos) << text;
-    EXPECT_NE(text.find("  Leave      action                      Leaves to step Number\n"),
-              std::string::npos)
-        << text;
 }
 
 } // namespace

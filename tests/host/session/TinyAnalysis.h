@@ -3,11 +3,13 @@
 // its OK sums the variable over the cases and goes on to "Results", whose button writes one of each output.
 
 #include "host/data/DataSet.h"
+#include "host/session/Session.h"
 #include "support/CAnalysisSupport.h"
 #include "support/dialogs/CAnalysisModelessDialog.h"
 #include "tests/support/MakeData.h"
 
 #include <cmath>
+#include <gtest/gtest.h>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -18,16 +20,7 @@ namespace tiny {
 using namespace ozm;
 
 enum Step { Prepare = 10, Specify = 20, Results = 30 };
-enum Control {
-    Variables = 101,
-    Number = 102,
-    Write = 103,
-    Throw = 104,
-    Ask = 105,
-    Leave = 106,
-    Code = 107,
-    Digits = 108
-};
+enum Control { Variables = 101, Number, Write, Throw, Leave, Code, Digits };
 
 inline constexpr RoleTemplate roles[] = {{"Summed", 0, 1, 1}};
 inline constexpr ControlTemplate specifyControls[] = {
@@ -43,7 +36,6 @@ inline constexpr ControlTemplate resultsControls[] = {
     {Write, ControlKind::PushButton, "!249&Write && show", {}, 0, -1, {}, {}},
     {Digits, ControlKind::Integer, "Digits", {}, 0, -1, {}, {}},
     {Throw, ControlKind::PushButton, "Throw", {}, 0, -1, {}, {}},
-    {Ask, ControlKind::PushButton, "Ask", {}, 0, -1, {}, {}},
 };
 inline constexpr DialogTemplate specifyTemplate{1, "Specify sums", {}, specifyControls};
 inline constexpr DialogTemplate resultsTemplate{2, "Sums", {}, resultsControls};
@@ -57,15 +49,12 @@ inline constexpr AutomationMember resultsMembers[] = {
     {"Write", MemberKind::Action, MemberType::None, Write, "Writes the outputs"},
     {"Digits", MemberKind::Property, MemberType::Integer, Digits, "Digits"},
     {"Throw", MemberKind::Action, MemberType::None, Throw, "Fails"},
-    {"Ask", MemberKind::Action, MemberType::None, Ask, "Asks a question"},
 };
-inline constexpr std::string_view kinds[] = {"tinyOne", "tinyTwo"};
-inline constexpr AutomationEnumeration enumerations[] = {{"TinyKind", kinds}};
 inline constexpr AutomationInterface interfaces[] = {
     {"TinySpecify", "CSpecifyDlg", "Specifies", specifyMembers},
     {"TinyResults", "CResultsDlg", "Shows", resultsMembers},
 };
-inline constexpr TypeLibrary typeLibrary{"Tiny", "A tiny library", enumerations, interfaces};
+inline constexpr TypeLibrary typeLibrary{"Tiny", "A tiny library", {}, interfaces};
 inline constexpr StringResource strings[] = {
     {7, "Tiny Analysis"}, {8, "No case has a value."}, {9, "Again?"}};
 
@@ -201,10 +190,6 @@ inline void ResultsDlg::OnCommand(int control) {
                            "");
         return;
     }
-    if (control == Ask) {
-        host.DisplayInstQuestion(host.GetLibInstance(), this, 9);
-        return;
-    }
     host.prttop();
     host.writst(100, "Sum");
     host.newline(1);
@@ -234,5 +219,33 @@ inline korvana::DataSet DataOf(const std::vector<std::vector<double>>& variables
     }
     return data;
 }
+
+/// A session of the analysis over three cases of two variables, the second one without values.
+struct TinySession : ::testing::Test {
+    explicit TinySession(const korvana::SessionOptions& options = {})
+        : analysis(new Sums), session(korvana::Analysis(analysis), options) {
+        session.data().open(DataOf({{1, 2, 4}, {NAN, NAN, NAN}}));
+    }
+    void put(const char* property, const AutomationValue& value) {
+        const auto answer = session.currentDialog()->Put(property, value);
+        ASSERT_TRUE(answer.ok) << answer.detail;
+    }
+    void call(const char* action) {
+        ASSERT_TRUE(session.currentDialog()) << action;
+        session.currentDialog()->Call(action);
+        session.pump();
+    }
+    /// Sums a variable, counted from 1.
+    void specify(int variable) {
+        put("Variables", AutomationValue::List(1, AutomationValue::List{variable}));
+        call("OK");
+    }
+    std::string lastMessage() {
+        return session.book().messages.empty() ? "" : session.book().messages.back().text;
+    }
+
+    Sums* analysis;
+    korvana::Session session;
+};
 
 } // namespace tiny

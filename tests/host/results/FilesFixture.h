@@ -32,9 +32,7 @@ protected:
 
     static std::string read(const fs::path& path) {
         std::ifstream in(path, std::ios::binary);
-        std::ostringstream text;
-        text << in.rdbuf();
-        return text.str();
+        return {std::istreambuf_iterator<char>(in), {}};
     }
 
     [[nodiscard]] std::size_t entries() const {

@@ -32,7 +32,9 @@ protected:
 
     static std::string read(const fs::path& path) {
         std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
+        std::ostringstream text; // faster than iterators
+        text << in.rdbuf();
+        return text.str();
     }
 
     [[nodiscard]] std::size_t entries() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "apps/desktop/dialogs/FreePlace.h"
+
 #include <QFrame>
 #include <QPointer>
 
@@ -7,9 +9,9 @@ class QLabel;
 
 namespace korvana::desktop {
 
-/// A reason, shown as near to the widget that it is about as nothing else is covered. It floats over the
-/// dialog: a layout that moved while a mouse button is down would lose the click. Where the dialog has no
-/// room it grows at its lower end, and shrinks again.
+/// A reason, shown at the widget that it is about, where it covers nothing else. It floats over the dialog: a
+/// layout that moved while a mouse button is down would lose the click. Where the dialog has no room there it
+/// grows, at its right end or its lower one, for as long as the reason is shown.
 class Callout : public QFrame {
 public:
     explicit Callout(QWidget* window);
@@ -27,13 +29,17 @@ protected:
 
 private:
     void takePlace();
-    /// A place of this width that covers nothing, empty when there is none.
-    [[nodiscard]] QRect freePlace(int width) const;
-    void growWindow(int by);
+    /// Its size when a line has no more than so many letters.
+    [[nodiscard]] QSize sizeFor(int letters) const;
+    /// A place in a window of this size, empty when there is none.
+    [[nodiscard]] QRect placeIn(const QSize& room, Reach reach) const;
+    /// How far the window may grow.
+    [[nodiscard]] QSize screenRoom() const;
+    void growWindow(const QSize& by);
 
     QLabel* label_;
     QPointer<QWidget> subject_;
-    int grown_ = 0; ///< pixels that the window grew to make room
+    QSize grown_{0, 0}; ///< what the window grew by to make room
     bool placing_ = false;
 };
 

@@ -53,6 +53,8 @@ public:
     /// What is to be known about the whole dialog, at its top; empty: nothing. A dialog that is shown grows
     /// by what the text takes, as far as the screen has room, and shrinks again.
     void setNotice(const QString& text);
+    /// Ends notice and complaint, so that the dialog's size is its own.
+    void takeBackRoom();
     /// Lets go of the model, as if it had been closed, without a signal.
     void detach();
     /// The model, nullptr after it was closed.

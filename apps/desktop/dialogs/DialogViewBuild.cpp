@@ -143,4 +143,9 @@ void DialogView::setNotice(const QString& text) {
     QAccessible::updateAccessibility(&alert);
 }
 
+void DialogView::takeBackRoom() {
+    callout_->hide();
+    setNotice({});
+}
+
 } // namespace korvana::desktop

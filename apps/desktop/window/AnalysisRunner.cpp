@@ -124,7 +124,7 @@ void AnalysisRunner::showView(ozm::CAnalysisDialog& dialog, int page) {
 void AnalysisRunner::dropView() {
     if (view_ == nullptr) return;
     DialogView* view = std::exchange(view_, nullptr);
-    view->setNotice({}); // takes no part in the size
+    view->takeBackRoom();
     places_.remember(*view);
     left_[view->number()] = {view->focusPlace(), view->knownCodes(), data().generation()};
     view->detach();

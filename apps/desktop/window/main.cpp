@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <clocale>
+#include <csignal>
 #include <string_view>
 
 namespace {
@@ -23,6 +24,8 @@ bool asksForText(int argc, char* argv[]) {
 } // namespace
 
 int main(int argc, char* argv[]) {
+    // A limit to the size of files is an error of the write, like a full disk.
+    std::signal(SIGXFSZ, SIG_IGN);
     if (asksForText(argc, argv)) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     korvana::useChartFontWhereThereIsNone();

@@ -93,7 +93,10 @@ TEST(ComputedVariable, WhatIsWrongIsNamedAndChangesNothing) {
 }
 
 TEST(ComputedVariable, ADefinitionReadsBackAsWritten) {
-    for (const std::string name : {"months", "a b", "a`b", "t.1", "größe", "=", "`", "\xEF\xBB\xBF" "and", "\xC2\xA0x"}) {
+    for (const std::string name : {"months", "a b", "a`b", "t.1", "größe", "=", "`",
+                                   "\xEF\xBB\xBF"
+                                   "and",
+                                   "\xC2\xA0x"}) {
         const Definition back = readDefinition(definitionText({name, "days = 2"}));
         EXPECT_EQ(back.name, name);
         EXPECT_EQ(back.expression, "days = 2");
@@ -119,13 +122,6 @@ TEST(ComputedVariable, ManyCasesAreComputedAsOneByOne) {
         EXPECT_EQ(computed.note.find(told) != std::string::npos, cases > 0) << computed.note;
         EXPECT_EQ(computed.note.ends_with("case 1."), cases > 0) << computed.note;
     }
-}
-
-TEST(ComputedVariable, StopsWhenAsked) {
-    const DataSet data = patients();
-    std::stop_source stop;
-    stop.request_stop();
-    EXPECT_THROW(computeVariable(data, {"x", "days"}, stop.get_token()), ReadingStopped);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "tests/host/data/DataTestSupport.h"
 
+#include "host/data/ComputedVariable.h"
 #include "host/data/DataError.h"
 #include "tests/support/Refusal.h"
 
@@ -179,6 +180,7 @@ TEST(ReadErrors, AReaderAskedToStopStops) {
     EXPECT_EQ(readText("a\n1\n", options).caseCount(), 1);
     source.request_stop();
     EXPECT_THROW(readText("a\n1\n", options), ReadingStopped);
+    EXPECT_THROW(computeVariable(readText("a\n1\n"), {"x", "a"}, options.stop), ReadingStopped);
     EXPECT_THROW(readText("a\n1\n2,3\n", options), ReadingStopped) << "what is wrong with it does not matter";
 }
 

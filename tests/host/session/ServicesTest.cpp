@@ -242,33 +242,5 @@ TEST_F(ServicesTest, FormulasTakeValuesByAscendingReference) {
     EXPECT_NE(formulas.RunSpreadsheetFormula({}, stranger, result), 0);
 }
 
-TEST_F(ServicesTest, MemoryIsCounted) {
-    void* memory = nullptr;
-    ASSERT_TRUE(host.Memory().AllocMem(memory, 0));
-    EXPECT_NE(memory, nullptr);
-    EXPECT_EQ(host.memory().outstanding(), 1U);
-    host.Memory().FreeMem(nullptr);
-    host.Memory().FreeMem(memory);
-    EXPECT_EQ(host.memory().outstanding(), 0U);
-}
-
-TEST_F(ServicesTest, StartValuesStayWhenCancelled) {
-    struct Editor final : FrontEnd {
-        bool editStartValues(std::span<const std::string>, std::span<double> values) override {
-            values[0] = 5;
-            return accept;
-        }
-        bool accept = false;
-    } editor;
-    parts.frontEnd = &editor;
-    const std::string names[] = {"b"};
-    double values[] = {1};
-    EXPECT_FALSE(host.Files().GetStartValues(names, values));
-    EXPECT_EQ(values[0], 1.0);
-    editor.accept = true;
-    EXPECT_TRUE(host.Files().GetStartValues(names, values));
-    EXPECT_EQ(values[0], 5.0);
-}
-
 } // namespace
 } // namespace korvana

@@ -96,7 +96,12 @@ struct Person : FrontEnd {
         asked = question.text;
         return true;
     }
+    bool editStartValues(std::span<const std::string> /*names*/, std::span<double> values) override {
+        values[0] = 5;
+        return ++edited > 1;
+    }
     int shown = 0;
+    int edited = 0;
     std::string asked;
 };
 
@@ -196,6 +201,13 @@ TEST_F(SessionTest, WhatTheAnalysisHeldIsGivenBackAtTheEnd) {
     session.start();
     specify(1);
     EXPECT_EQ(session.outstandingAllocations(), 1U);
+    void* empty = nullptr;
+    ASSERT_TRUE(analysis->AllocMem(empty, 0));
+    EXPECT_NE(empty, nullptr);
+    EXPECT_EQ(session.outstandingAllocations(), 2U);
+    analysis->FreeMem(nullptr);
+    analysis->FreeMem(empty);
+    EXPECT_EQ(session.outstandingAllocations(), 1U);
     session.close();
     EXPECT_EQ(session.outstandingAllocations(), 0U);
     EXPECT_FALSE(session.currentDialog());
@@ -233,6 +245,12 @@ TEST_F(SessionOfAPerson, AnswersWhatTheAnalysisAsks) {
     EXPECT_EQ(asked, "Again?");
     EXPECT_EQ(shown, 1);
     EXPECT_EQ(session.book().messages.size(), 1U) << "questions are no messages";
+    const std::string names[] = {"b"};
+    double values[] = {1};
+    EXPECT_FALSE(host().GetStartValues(names, values)); // cancelled
+    EXPECT_EQ(values[0], 1.0);
+    EXPECT_TRUE(host().GetStartValues(names, values));
+    EXPECT_EQ(values[0], 5.0);
 }
 
 TEST_F(SessionOfAPerson, NotesStandInTheBookAndAskNobody) {

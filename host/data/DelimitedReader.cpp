@@ -3,6 +3,7 @@
 #include "host/data/ColumnKinds.h"
 #include "host/data/DelimitedTable.h"
 #include "host/data/GrowingColumns.h"
+#include "host/data/LayoutNotes.h"
 #include "host/data/TextColumns.h"
 #include "host/data/TextEncoding.h"
 #include "host/data/VariableNames.h"
@@ -11,7 +12,6 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
-#include <set>
 #include <thread>
 #include <utility>
 
@@ -134,7 +134,7 @@ public:
         readNumbers();
         DataSet data(table_.file, static_cast<int>(table_.rowCount()));
         std::vector<Variable> variables(columns_.size());
-        noteFirstCase();
+        noteFirstCase(table_.format, layoutNotes_);
         const std::vector<ColumnKind> kinds = decideKinds(table_, tallies_, first_, notes_);
         std::vector<TextColumn> texts;
         for (std::size_t i = first_; i < columns_.size(); ++i) {
@@ -146,53 +146,25 @@ public:
         CaseNames names;
         const bool named = table_.format.caseNames && !namesAreNumbers();
         const bool foreign = readTextColumns(table_, source_, threads_, texts, named ? &names : nullptr);
-        noteHeader(texts);
+        if (headerFound_) noteHeader(table_.format, texts, layoutNotes_);
         for (TextColumn& text : texts)
             variables[text.column0].valueLabels = std::move(text.labels);
         if (named) data.setCaseNames(std::move(names));
-        noteSingleColumn();
+        noteSingleColumn(table_, tallies_[0], layoutNotes_);
         if (foreign || !std::all_of(table_.format.header.begin(), table_.format.header.end(), isUtf8))
-            noteEncoding();
+            noteEncoding(table_, source_, notes_);
         for (std::size_t i = first_; i < columns_.size(); ++i)
             data.addVariable(std::move(variables[i]), std::move(columns_[i]));
         for (std::string& note : layoutNotes_)
             data.addNote(std::move(note), true);
         for (std::string& note : notes_)
             data.addNote(std::move(note));
-        data.setLayout(layout(kinds));
+        data.setLayout(layoutText(table_, tallies_, kinds, first_, threads_));
         source_.checkUnchanged();
         return data;
     }
 
 private:
-    std::string layout(const std::vector<ColumnKind>& kinds) const {
-        const DelimitedFormat& format = table_.format;
-        std::int64_t commas = 0;
-        std::int64_t points = 0;
-        std::set<DateOrder> orders;
-        for (std::size_t i = first_; i < kinds.size(); ++i) {
-            if (kinds[i].kind == VariableKind::Number) {
-                commas += tallies_[i].count[ColumnTally::Comma];
-                points += tallies_[i].count[ColumnTally::Point];
-            }
-            if (kinds[i].order) orders.insert(*kinds[i].order);
-        }
-        std::string text = std::to_string(format.columns) + (format.columns == 1 ? " column" : " columns");
-        if (format.columns > 1) {
-            const char separator = format.dialect.separator;
-            text += " separated by ";
-            text += separator == '\t' ? "tabs" : std::string{'\'', separator, '\''};
-        }
-        text += format.header.empty() ? ", no line of names" : ", a line of names";
-        if (commas > 0) text += ", decimal commas";
-        if (points > 0) text += ", decimal points";
-        for (const DateOrder order : orders)
-            text += order == DateOrder::DayMonthYear   ? ", dates as day, month, year"
-                    : order == DateOrder::MonthDayYear ? ", dates as month, day, year"
-                                                       : ", dates as year, month, day";
-        return text + "; read by " + std::to_string(threads_) + (threads_ == 1 ? " thread" : " threads");
-    }
-
     void readNumbers() {
         const DelimitedFormat& format = table_.format;
         NumberPass pass{source_, table_,
@@ -232,77 +204,6 @@ private:
     void unpackDates(double* cells, DateOrder order) const {
         for (std::int64_t row = 0; row < table_.rowCount(); ++row)
             if (cells[row] < 0) cells[row] = dayNumberOf(unpackedDate(cells[row]), order).value_or(0);
-    }
-
-    /** A first line that was taken for a case, though it may hold the names. */
-    void noteFirstCase() {
-        const DelimitedFormat& format = table_.format;
-        if (format.textInFirstRow.empty()) return;
-        layoutNotes_.push_back("the first line is taken for a case, as '" + brief(format.valueInFirstRow) +
-                               "' in it is a value; if it holds the names, as '" +
-                               brief(format.textInFirstRow) + "' may be one, say so (--header)");
-    }
-
-    /** A first line that was taken for the names, though it may be a case. */
-    void noteHeader(const std::vector<TextColumn>& texts) {
-        if (!headerFound_) return;
-        for (const TextColumn& text : texts) {
-            const std::string name = toUtf8(table_.format.header[text.column0]);
-            if (std::none_of(text.labels.begin(), text.labels.end(),
-                             [&name](const ValueLabel& label) { return label.text == name; }))
-                continue;
-            layoutNotes_.push_back(
-                "the first line is taken for the names, though '" + brief(name) +
-                "' is also a value of that column; if the line is a case, say so (--no-header)");
-            return;
-        }
-    }
-
-    /** Where the file is not what most files are today. */
-    void noteEncoding() {
-        source_.rewind();
-        std::int64_t line = 1;
-        std::string text;
-        std::string block(std::size_t{1} << 20, ' ');
-        for (std::size_t count = 1; count > 0;) {
-            table_.checkStop();
-            count = source_.readFully(block);
-            text.append(block, 0, count);
-            std::size_t begin = 0;
-            for (std::size_t end = 0;
-                 (end = text.find('\n', begin)) != std::string::npos || (count == 0 && begin < text.size());
-                 begin = std::min(end, text.size() - 1) + 1, ++line) {
-                if (isUtf8(std::string_view(text).substr(begin, end - begin))) continue;
-                notes_.push_back(
-                    "line " + std::to_string(line) +
-                    " of the file is no valid UTF-8; texts that are not are read as Windows-1252 "
-                    "(Western European): save the file as UTF-8 if they look wrong");
-                return;
-            }
-            text.erase(0, begin);
-        }
-    }
-
-    /** A single column of texts is likely a table with another separator. */
-    void noteSingleColumn() {
-        if (table_.format.columns > 1 || table_.format.header.empty()) return;
-        const ColumnTally& tally = tallies_[0];
-        // 5,1 is a number where the comma does not separate cells.
-        const auto sort = tally.count[ColumnTally::Comma] > 0 ? ColumnTally::Comma : ColumnTally::Text;
-        if (tally.count[sort] < table_.rowCount()) return;
-        const std::string& header = table_.format.header.front();
-        const std::string& cell = tally.first[sort].text;
-        for (const char c : {';', '|', '\t', ',', ':', '^', '~', '!', '#', '/', '\\', '&', '*', ' '}) {
-            const auto count = std::count(header.begin(), header.end(), c);
-            if (count == 0 || (c != ' ' && std::count(cell.begin(), cell.end(), c) != count)) continue;
-            const std::string sign = c == '\t' ? "tab" : std::string(1, c);
-            layoutNotes_.push_back("the file has a single column, '" + table_.names[0] + "'; if " +
-                                   (c == ' '
-                                        ? "blanks separate its cells, save it with commas, semicolons or tabs"
-                                        : "'" + sign + "' separates its cells, say so (--separator '" + sign +
-                                              "'), or save it with commas, semicolons or tabs"));
-            return;
-        }
     }
 
     /** Names that only repeat the number of the case are not worth their memory. */

@@ -1,14 +1,10 @@
 #include "host/data/ColumnKinds.h"
 
+#include "host/data/DateOrders.h"
 #include "host/data/DateText.h"
-#include "host/data/DayNumber.h"
-#include "host/data/ReadData.h"
 #include "host/data/Thousands.h"
 
-#include <algorithm>
-#include <array>
 #include <cstdint>
-#include <set>
 #include <string_view>
 #include <utility>
 
@@ -16,36 +12,6 @@ namespace korvana {
 namespace {
 
 using Sort = ColumnTally::Sort;
-
-/** An order of dates with what speaks against it. */
-struct Order {
-    DateOrder order;
-    Sort against;
-    const char* option;
-    const char* name;
-};
-
-constexpr std::array<Order, 3> orders{{
-    {DateOrder::DayMonthYear, ColumnTally::NotDayFirst, "dmy", "day, month, year"},
-    {DateOrder::MonthDayYear, ColumnTally::NotMonthFirst, "mdy", "month, day, year"},
-    {DateOrder::YearMonthDay, ColumnTally::NotYearFirst, "ymd", "year, month, day"},
-}};
-
-/** The cell, and the blank in it that looks like any other. */
-std::string quoted(const CellPlace& place) {
-    constexpr std::array<std::pair<std::string_view, const char*>, 3> blanks{
-        {{"\xC2\xA0", "no-break space, U+00A0"},
-         {"\xE2\x80\xAF", "narrow no-break space, U+202F"},
-         {"\xE2\x80\x89", "thin space, U+2009"}}};
-    std::string text = "'" + place.text + "'";
-    for (const auto& [blank, name] : blanks)
-        if (place.text.find(blank) != std::string::npos) text.append(" (with a ").append(name).append(")");
-    return text;
-}
-
-std::string inLine(const CellPlace& place) {
-    return quoted(place) + " in line " + std::to_string(place.line);
-}
 
 std::string cellsAre(std::int64_t count, const char* what) {
     return std::to_string(count) + (count == 1 ? " cell is " : " cells are ") + what;
@@ -61,10 +27,10 @@ public:
         for (std::size_t i = first_; i < tallies_.size(); ++i)
             kinds_[i].kind = kindOf(i);
         decideMark();
-        decideOrders();
+        decideOrders(table_, tallies_, first_, kinds_);
         for (std::size_t i = first_; i < tallies_.size(); ++i)
             note(i);
-        noteTwoOrders();
+        noteTwoOrders(table_, kinds_, notes_);
         return std::move(kinds_);
     }
 
@@ -131,8 +97,8 @@ private:
 
     std::string noDay() const {
         std::string what = "no day of the calendar";
-        for (const Order& each : orders)
-            if (table_.format.dialect.dates == each.order) what.append(" when read as ").append(each.name);
+        if (const auto& asked = table_.format.dialect.dates)
+            what.append(" when read as ").append(nameOf(*asked));
         return what;
     }
 
@@ -206,79 +172,6 @@ private:
         }
     }
 
-    std::vector<const Order*> fitting(const ColumnTally& tally) const {
-        std::vector<const Order*> fit;
-        for (const Order& each : orders)
-            if (tally.count[each.against] == 0) fit.push_back(&each);
-        return fit;
-    }
-
-    /** Columns that leave one order are read in it; those that leave several follow them, when they agree. */
-    void decideOrders() {
-        std::vector<std::size_t> open;
-        std::vector<DateOrder> decided;
-        for (std::size_t i = first_; i < tallies_.size(); ++i) {
-            const ColumnTally& tally = tallies_[i];
-            if (kinds_[i].kind != VariableKind::Date || tally.count[Sort::OpenDate] == 0) continue;
-            const auto fit = fitting(tally);
-            if (fit.empty()) {
-                contradict(i);
-            } else if (fit.size() == 1 || tally.count[Sort::Ambiguous] == 0) {
-                kinds_[i].order = fit.front()->order;
-                if (fit.size() == 1) decided.push_back(fit.front()->order);
-            } else {
-                open.push_back(i);
-            }
-        }
-        const bool agreed = !decided.empty() && std::count(decided.begin(), decided.end(), decided.front()) ==
-                                                    static_cast<std::ptrdiff_t>(decided.size());
-        for (const std::size_t column : open) {
-            const auto fit = fitting(tallies_[column]);
-            const bool follows = agreed && std::any_of(fit.begin(), fit.end(), [&](const Order* each) {
-                                     return each->order == decided.front();
-                                 });
-            if (!follows) failAmbiguous(column, fit);
-            kinds_[column].order = decided.front();
-        }
-    }
-
-    /** No order fits all dates. Short numbers may be something else than dates. */
-    void contradict(std::size_t column) {
-        const ColumnTally& tally = tallies_[column];
-        if (tally.count[Sort::ShortYear] > 0) {
-            kinds_[column].kind = VariableKind::Text;
-            return;
-        }
-        const CellPlace& day = tally.first[Sort::NotMonthFirst];
-        const CellPlace& month = tally.first[Sort::NotDayFirst];
-        const bool dayLater = day.line > month.line;
-        fail(column, dayLater ? day : month,
-             quoted(dayLater ? day : month) + " can only be read as " + orders[dayLater ? 0 : 1].name +
-                 ", but " + inLine(dayLater ? month : day) + " only as " + orders[dayLater ? 1 : 0].name +
-                 "; write the dates alike, best as year-month-day (1995-06-05)");
-    }
-
-    [[noreturn]] void failAmbiguous(std::size_t column, const std::vector<const Order*>& fit) const {
-        const CellPlace& place = tallies_[column].first[Sort::Ambiguous];
-        const DateText date = readDateText(place.text).value_or(DateText{});
-        std::string readings;
-        std::string options;
-        std::vector<DateOrder> choices;
-        for (std::size_t i = 0; i < fit.size(); ++i) {
-            const char* const link = i == 0 ? "" : i + 1 < fit.size() ? ", " : " or ";
-            const auto day = dayNumberOf(date, fit[i]->order);
-            readings.append(link).append(isoDateText(day.value_or(0)));
-            readings.append(" (").append(fit[i]->name).append(")");
-            options.append(link).append("--dates ").append(fit[i]->option);
-            choices.push_back(fit[i]->order);
-        }
-        throw AmbiguousDates(table_.cellError(place.line, column,
-                                              quoted(place) + " may be " + readings +
-                                                  ", and no other date decides; say which (" + options +
-                                                  "), or write dates as year-month-day"),
-                             std::move(choices));
-    }
-
     void note(std::size_t column) {
         const ColumnTally& tally = tallies_[column];
         const std::string begin = "variable '" + table_.names[column] + "': ";
@@ -318,23 +211,11 @@ private:
         if (!asked || tallies_[column].count[Sort::Text] == 0) return;
         const auto date = readDateText(place.text);
         if (!date || date->yearFirst) return;
-        for (const Order& each : orders)
-            if (each.order == *asked)
-                notes_.push_back(begin + "read as text, as " + inLine(place) + " is no date in the order " +
-                                 each.name + " (--dates " + each.option + ")");
-    }
-
-    /** Dates of one file are mostly written alike; where they are not, who reads them should know. */
-    void noteTwoOrders() {
-        std::string text;
-        std::set<DateOrder> seen;
-        for (std::size_t i = first_; i < kinds_.size(); ++i)
-            for (const Order& each : orders)
-                if (kinds_[i].order == each.order && seen.insert(each.order).second)
-                    text.append(text.empty() ? "" : ", ")
-                        .append("those of '" + table_.names[i] + "' as ")
-                        .append(each.name);
-        if (seen.size() > 1) notes_.push_back("dates are read in different orders: " + text);
+        notes_.push_back((begin + "read as text, as " + inLine(place) + " is no date in the order ")
+                             .append(nameOf(*asked))
+                             .append(" (--dates ")
+                             .append(optionOf(*asked))
+                             .append(")"));
     }
 
     /** Whether there was something to note. */

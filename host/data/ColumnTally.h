@@ -1,21 +1,14 @@
 #pragma once
 
+#include "host/data/CellPlace.h"
 #include "host/data/TextEncoding.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
-#include <string>
 #include <string_view>
 
 namespace korvana {
-
-/** Where a cell stands, and what stands there, for messages. */
-struct CellPlace {
-    std::int64_t line = std::numeric_limits<std::int64_t>::max(); ///< none: the greatest
-    std::string text;
-};
 
 /** Counts of the cells of one column by what they hold, with the first cell of each sort. */
 struct ColumnTally {

@@ -39,6 +39,7 @@ TEST_F(DefineTest, ServesLikeAVariableOfTheFile) {
 TEST_F(DefineTest, WhatIsWrongNamesTheOptionAndThePlace) {
     refuses("info raw.csv --define",
             {{"\"days / 30\"", "korvana: --define: 'days / 30' has no NAME = before it"},
+             {"\"days = 1\"", "--define: there is already a variable 'days'"},
              {"\"x = dayz\"", "--define x: expression \"dayz\", character 1: there is no variable"},
              // A definition may use earlier ones, not later ones.
              {"\"b = a\" --define \"a = 1\"", "no variable 'a'"}});

@@ -24,6 +24,7 @@ TEST_F(UsageTest, HelpAndVersion) {
 TEST_F(UsageTest, WhatIsUnknownIsNamedWithTheNearest) {
     refuses("", {{"kaplan-meir", "korvana: there is no command 'kaplan-meir' (did you mean 'kaplan-meier'?); "
                                  "'korvana --help' lists them\n"},
+                 {"kapln", "(did you mean 'kaplan-meier'?)"},
                  {"little.csv", "'korvana info little.csv' shows what is in it"},
                  {"--time x", "the command comes first"},
                  {"\" \"", "the command is empty"},

@@ -150,6 +150,7 @@ TEST(CsvWriter, QuotesAndNamesColumns) {
     writeCsv(sheet, out);
     const auto records = test::readCsvGrid(out.str());
     ASSERT_EQ(records.size(), 4U);
+    EXPECT_TRUE(out.str().ends_with("\r\n"));
     EXPECT_EQ(records[0], (std::vector<std::string>{"Row", "Survival Time", "Number at Risk", "Status",
                                                     "Cumulatv Survival", "Label", "Survival Time 2",
                                                     "Column 7", "Row 2"}));

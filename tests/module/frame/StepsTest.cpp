@@ -11,6 +11,7 @@ using test::KaplanFixture;
 TEST(Factory, AnObjectWithoutADocumentFailsQuietly) {
     const std::unique_ptr<CAnalysisSupport> analysis{Lum6NewAnalysis()};
     ASSERT_NE(analysis, nullptr);
+    EXPECT_EQ(analysis->GetAnalysisID(), 3001); // by which hosts know it
     EXPECT_EQ(analysis->GetAnalysisName(), "Survival Analysis");
     analysis->Initialize();
     ASSERT_FALSE(analysis->SequenceTable().empty());

@@ -153,6 +153,7 @@ TEST_F(KaplanFixture, TheCurveOfManyShowsAllOfThemAndThePlotsSayWhatTheyDoNot) {
     EXPECT_NE(
         std::get<std::string>(host.Dialog().Value(KaplanSummaryBox)).find("the first 32000 observations"),
         std::string::npos);
+    EXPECT_EQ(results.Get("DefaultPlot").value, AutomationValue{"SurvivalCurve"});
     EXPECT_FALSE(results.Put("DefaultPlot", "Summary").ok);
     results.Call("SurvivalCurve");
     EXPECT_TRUE(host.messages.empty());

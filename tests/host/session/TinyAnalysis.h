@@ -58,28 +58,6 @@ inline constexpr TypeLibrary typeLibrary{"Tiny", "A tiny library", {}, interface
 inline constexpr StringResource strings[] = {
     {7, "Tiny Analysis"}, {8, "No case has a value."}, {9, "Again?"}};
 
-class Sums;
-
-class SpecifyDlg final : public CAnalysisModelessDialog {
-public:
-    explicit SpecifyDlg(Sums& analysis);
-    ~SpecifyDlg() override;
-
-private:
-    void OnOpen() override;
-    void OnCommand(int control) override;
-    Sums& tiny_;
-};
-
-class ResultsDlg final : public CAnalysisModelessDialog {
-public:
-    explicit ResultsDlg(Sums& analysis);
-
-private:
-    void OnCommand(int control) override;
-    Sums& tiny_;
-};
-
 class Sums final : public CAnalysisSupport {
 public:
     Sums() {
@@ -132,80 +110,91 @@ public:
 private:
     static Sums& Of(CAnalysisSupport& analysis) { return static_cast<Sums&>(analysis); }
     static int DoPrepare(CAnalysisSupport& analysis) { return Of(analysis).prepareAnswers; }
-    static int DoSpecify(CAnalysisSupport& analysis) {
-        if (Of(analysis).failInStep) throw std::runtime_error("out of order");
-        return CAnalysisModelessDialog::CreateAnalysisDialog(std::make_unique<SpecifyDlg>(Of(analysis))) ? -1
-                                                                                                         : 0;
-    }
-    static int DoResults(CAnalysisSupport& analysis) {
-        return CAnalysisModelessDialog::CreateAnalysisDialog(std::make_unique<ResultsDlg>(Of(analysis))) ? -1
-                                                                                                         : 0;
-    }
+    static int DoSpecify(CAnalysisSupport& analysis);
+    static int DoResults(CAnalysisSupport& analysis);
     static constexpr SEQFUNCTTBL table[] = {
         {Prepare, &DoPrepare, Specify}, {Specify, &DoSpecify, 0}, {Results, &DoResults, 0}};
     ModuleResources resources_;
 };
 
-inline SpecifyDlg::SpecifyDlg(Sums& analysis)
-    : CAnalysisModelessDialog(analysis, specifyTemplate), tiny_(analysis) {
-    AttachAutomation(interfaces[0]);
-    ++tiny_.dialogsAlive;
-}
-inline SpecifyDlg::~SpecifyDlg() {
-    --tiny_.dialogsAlive;
-}
-inline void SpecifyDlg::OnOpen() {
-    if (tiny_.failToOpen) throw std::runtime_error("no window");
-    if (tiny_.leaveAtOnce) ExitDialog(Specify, ExitMode::Forward);
-}
-inline void SpecifyDlg::OnCommand(int control) {
-    if (control == ControlCancel) return ExitDialog(0, ExitMode::Back);
-    if (control == Leave) return ExitDialog(ValueAs<int>(Number), ExitMode::SwitchForm, 3);
-    const auto& selection = ValueAs<VariableSelection>(Variables);
-    if (selection[0].empty()) return;
-    Analysis().FreeMem(tiny_.held);
-    if (!Analysis().AllocMem(tiny_.held, 64)) throw std::bad_alloc();
-    tiny_.sum = tiny_.Sum(selection[0].front());
-    if (std::isinf(tiny_.sum)) return;
-    if (std::isnan(tiny_.sum)) {
-        Analysis().DspMessageBox(MessageStyle::Refusal, this, 8, "Variable 1.");
-        return;
+class SpecifyDlg final : public CAnalysisModelessDialog {
+public:
+    explicit SpecifyDlg(Sums& analysis)
+        : CAnalysisModelessDialog(analysis, specifyTemplate), tiny_(analysis) {
+        AttachAutomation(interfaces[0]);
+        ++tiny_.dialogsAlive;
     }
-    if (tiny_.missing > 0)
-        Analysis().DspMessageBox(MessageStyle::Note, nullptr, 0, std::to_string(tiny_.missing) + " left out.",
-                                 "");
-    ExitDialog(Results, ExitMode::Forward);
-}
+    ~SpecifyDlg() override { --tiny_.dialogsAlive; }
 
-inline ResultsDlg::ResultsDlg(Sums& analysis)
-    : CAnalysisModelessDialog(analysis, resultsTemplate), tiny_(analysis) {
-    AttachAutomation(interfaces[1]);
-}
-inline void ResultsDlg::OnCommand(int control) {
-    CAnalysisSupport& host = Analysis();
-    if (control == ControlCancel) return ExitDialog(Specify, ExitMode::Back);
-    if (control == Throw) throw std::runtime_error("broken");
-    if (control == Write && (ValueAs<int>(Digits) < 0 || ValueAs<int>(Digits) > 100)) {
-        host.DspMessageBox(ValueAs<int>(Digits) < 0 ? MessageStyle::Refusal : MessageStyle::Error, this, 8,
-                           "");
-        return;
+private:
+    void OnOpen() override {
+        if (tiny_.failToOpen) throw std::runtime_error("no window");
+        if (tiny_.leaveAtOnce) ExitDialog(Specify, ExitMode::Forward);
     }
-    host.prttop();
-    host.writst(100, "Sum");
-    host.newline(1);
-    host.writst(100, std::to_string(tiny_.sum));
-    host.type();
-    const double cells[] = {tiny_.sum};
-    SheetSpec sheet;
-    sheet.title = "Sum";
-    sheet.columns.push_back({"Sum", "", CellFormat::fixed(2), std::span<const double>(cells)});
-    host.looka4(sheet);
-    host.RenameColumn(0, "Total", "");
-    CChartInfo chart;
-    chart.title = "Sums";
-    chart.series.emplace_back().x = {1.0};
-    chart.series.back().y = {tiny_.sum};
-    host.NewGeneralMultipleChartLongEx(chart);
+    void OnCommand(int control) override {
+        if (control == ControlCancel) return ExitDialog(0, ExitMode::Back);
+        if (control == Leave) return ExitDialog(ValueAs<int>(Number), ExitMode::SwitchForm, 3);
+        const auto& selection = ValueAs<VariableSelection>(Variables);
+        if (selection[0].empty()) return;
+        Analysis().FreeMem(tiny_.held);
+        if (!Analysis().AllocMem(tiny_.held, 64)) throw std::bad_alloc();
+        tiny_.sum = tiny_.Sum(selection[0].front());
+        if (std::isinf(tiny_.sum)) return;
+        if (std::isnan(tiny_.sum)) {
+            Analysis().DspMessageBox(MessageStyle::Refusal, this, 8, "Variable 1.");
+            return;
+        }
+        if (tiny_.missing > 0)
+            Analysis().DspMessageBox(MessageStyle::Note, nullptr, 0,
+                                     std::to_string(tiny_.missing) + " left out.", "");
+        ExitDialog(Results, ExitMode::Forward);
+    }
+    Sums& tiny_;
+};
+
+class ResultsDlg final : public CAnalysisModelessDialog {
+public:
+    explicit ResultsDlg(Sums& analysis)
+        : CAnalysisModelessDialog(analysis, resultsTemplate), tiny_(analysis) {
+        AttachAutomation(interfaces[1]);
+    }
+
+private:
+    void OnCommand(int control) override {
+        CAnalysisSupport& host = Analysis();
+        if (control == ControlCancel) return ExitDialog(Specify, ExitMode::Back);
+        if (control == Throw) throw std::runtime_error("broken");
+        if (control == Write && (ValueAs<int>(Digits) < 0 || ValueAs<int>(Digits) > 100)) {
+            host.DspMessageBox(ValueAs<int>(Digits) < 0 ? MessageStyle::Refusal : MessageStyle::Error, this,
+                               8, "");
+            return;
+        }
+        host.prttop();
+        host.writst(100, "Sum");
+        host.newline(1);
+        host.writst(100, std::to_string(tiny_.sum));
+        host.type();
+        const double cells[] = {tiny_.sum};
+        SheetSpec sheet;
+        sheet.title = "Sum";
+        sheet.columns.push_back({"Sum", "", CellFormat::fixed(2), std::span<const double>(cells)});
+        host.looka4(sheet);
+        host.RenameColumn(0, "Total", "");
+        CChartInfo chart;
+        chart.title = "Sums";
+        chart.series.emplace_back().x = {1.0};
+        chart.series.back().y = {tiny_.sum};
+        host.NewGeneralMultipleChartLongEx(chart);
+    }
+    Sums& tiny_;
+};
+
+inline int Sums::DoSpecify(CAnalysisSupport& analysis) {
+    if (Of(analysis).failInStep) throw std::runtime_error("out of order");
+    return CAnalysisModelessDialog::CreateAnalysisDialog(std::make_unique<SpecifyDlg>(Of(analysis))) ? -1 : 0;
+}
+inline int Sums::DoResults(CAnalysisSupport& analysis) {
+    return CAnalysisModelessDialog::CreateAnalysisDialog(std::make_unique<ResultsDlg>(Of(analysis))) ? -1 : 0;
 }
 
 /// A data set of one variable "x" per list of cells.

@@ -1,7 +1,9 @@
 // Reading: any bytes are a table, or are refused with a DataError that can be shown. The first byte chooses the options.
 
 #include "host/data/DataError.h"
+#include "host/data/DelimitedReader.h"
 #include "host/data/Describe.h"
+#include "host/data/NumberText.h"
 #include "host/data/ReadData.h"
 #include "host/data/TextEncoding.h"
 #include "tests/fuzz/Scratch.h"
@@ -40,6 +42,22 @@ void check(const DataSet& data) {
         require(isUtf8(note), "notes are UTF-8", note);
 }
 
+/// Cells and notes, or the message.
+std::string outcome(const std::filesystem::path& path, const ReadOptions& options, const ReaderTuning& tuning) {
+    std::string all;
+    try {
+        const DataSet data = readDelimited(*openSource(path), options, tuning);
+        for (int v = 0; v < data.variableCount(); ++v)
+            for (const double cell : data.column(v))
+                all += numberText(cell) + ' ';
+        for (const std::string& note : data.notes())
+            all += note + '\n';
+    } catch (const DataError& error) {
+        all = error.what();
+    }
+    return all;
+}
+
 } // namespace
 } // namespace korvana::fuzz
 
@@ -54,5 +72,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         fuzz::require(isUtf8(error.what()), "messages are UTF-8", error.what());
         fuzz::require(error.what() != std::string_view{}, "an error has a message");
     }
+    const ReadOptions options = fuzz::optionsOf(bytes[0]);
+    const std::string alone = fuzz::outcome(path, options, {1, 1U << 20U});
+    fuzz::require(fuzz::outcome(path, options, {2, 1 + size % 20}) == alone, "several threads read the same", alone);
     return 0;
 }

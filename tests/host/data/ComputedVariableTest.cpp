@@ -83,10 +83,10 @@ TEST(ComputedVariable, WhatIsWrongIsNamedAndChangesNothing) {
         {"x = days / ", "character 7: the expression breaks off"},
         {"x = arm = 'treatd'", "variable 'arm' has no value 'treatd' (did you mean 'treated'?); it has 1"},
     };
-    for (const auto& [text, part] : table) {
+    for (const auto& each : table) {
         const std::string refusal =
-            refusalOf<std::exception>([&] { defineVariable(data, readDefinition(text)); });
-        EXPECT_NE(refusal.find(part), std::string::npos) << text << ": " << refusal;
+            refusalOf<std::exception>([&] { defineVariable(data, readDefinition(each.first)); });
+        EXPECT_NE(refusal.find(each.second), std::string::npos) << each.first << ": " << refusal;
     }
     EXPECT_EQ(data.variableCount(), 4);
     EXPECT_TRUE(data.notes().empty());

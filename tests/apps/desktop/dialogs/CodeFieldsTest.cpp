@@ -35,14 +35,10 @@ TEST_F(CodeFields, OfferTheCodesOfTheSelectedVariable) {
     EXPECT_EQ(combo()->currentText(), "1") << "a code outlives another variable";
     ASSERT_EQ(offered().size(), 101);
     EXPECT_EQ(offered().back(), "and 50 more; type the code");
-}
-
-TEST_F(CodeFields, FollowTheSelectionOfCases) {
     select({{}, {3}});
-    EXPECT_EQ(offered().size(), 2);
     session.data().select("status = 1");
     view->refreshData();
-    EXPECT_EQ(offered(), QStringList{"1 = dead (50 cases)"});
+    EXPECT_EQ(offered(), QStringList{"1 = dead (50 cases)"}) << "of the selected cases";
 }
 
 TEST_F(CodeFields, TakeNumbersAndLabels) {
@@ -50,9 +46,8 @@ TEST_F(CodeFields, TakeNumbersAndLabels) {
     type("dead");
     EXPECT_EQ(code(), 1.0);
     EXPECT_EQ(combo()->currentText(), "1");
-    type("-2.5");
-    EXPECT_EQ(code(), -2.5);
     type("0.1");
+    EXPECT_EQ(code(), 0.1);
     EXPECT_EQ(combo()->currentText(), "0.1") << "the shortest text of the number";
     type("");
     EXPECT_TRUE(std::isnan(code())) << "emptying unsets the code";
@@ -61,8 +56,6 @@ TEST_F(CodeFields, TakeNumbersAndLabels) {
     EXPECT_EQ(code(), 0.0);
     EXPECT_TRUE(complaint().startsWith("'gone' is neither a number nor a value label"));
     EXPECT_EQ(combo()->currentText(), "gone") << "to be mended";
-    QTest::keyClick(view.get(), Qt::Key_Return);
-    EXPECT_TRUE(analysis->commands.empty());
     select({{}, {}});
     type("dead");
     EXPECT_TRUE(complaint().contains("once the variable is chosen"));

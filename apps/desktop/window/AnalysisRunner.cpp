@@ -42,10 +42,10 @@ QString changesText(const DataState& then, const DataState& now) {
 
 } // namespace
 
-AnalysisRunner::AnalysisRunner(Analysis analysis, QWidget* window, const ServiceOverrides& services)
+AnalysisRunner::AnalysisRunner(Analysis analysis, QWidget* window)
     : QObject(window), window_(window), progress_(window),
       session_(std::move(analysis),
-               {.automation = false, .frontEnd = this, .stops = &signals_, .services = services}) {
+               {.automation = false, .frontEnd = this, .stops = &signals_, .services = {}}) {
     session_.addObserver(*this);
     connect(&progress_, &ProgressWindow::cancelled, this, [this] { signals_.cancel(); });
 }

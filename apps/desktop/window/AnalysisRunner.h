@@ -27,7 +27,7 @@ class AnalysisRunner final : public QObject, private SessionObserver, private Fr
 
 public:
     /// `window` is the parent of dialogs and boxes. An analysis of nullptr serves the data alone.
-    AnalysisRunner(Analysis analysis, QWidget* window, const ServiceOverrides& services = {});
+    AnalysisRunner(Analysis analysis, QWidget* window);
     ~AnalysisRunner() override;
 
     Session& session() { return session_; }

@@ -44,9 +44,8 @@ QString runTitle(const ResultsBook& book) {
 
 } // namespace
 
-MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QString& settingsFile,
-                       const ServiceOverrides& services)
-    : recent_(settingsFile), runner_(std::make_unique<AnalysisRunner>(std::move(analysis), this, services)),
+MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QString& settingsFile)
+    : recent_(settingsFile), runner_(std::make_unique<AnalysisRunner>(std::move(analysis), this)),
       dataView_(new DataView), variablesView_(new VariablesView), dataTabs_(new QTabWidget),
       startPage_(new StartPage(recent_)), left_(new QStackedWidget), workbook_(new Workbook),
       ring_(new FocusRing(this)), state_(new QLabel) {

@@ -37,9 +37,7 @@ public:
     /// @param analysis      may be nullptr: the window then shows data, and `noAnalysis` says why there is
     /// nothing more
     /// @param settingsFile  where recent files are remembered; empty: with the user's settings
-    /// @param services      services that a test puts in place of the session's own
-    explicit MainWindow(Analysis analysis, const QString& noAnalysis = {}, const QString& settingsFile = {},
-                        const ServiceOverrides& services = {});
+    explicit MainWindow(Analysis analysis, const QString& noAnalysis = {}, const QString& settingsFile = {});
     ~MainWindow() override;
 
     /// Opens a data file; what is wrong with it is shown, and the data before stay. False when it was not

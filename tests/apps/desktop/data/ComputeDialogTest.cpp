@@ -29,8 +29,6 @@ TEST_F(Compute, ShowsWhatTheFirstCasesGetAndAddsTheVariable) {
     EXPECT_EQ(expression()->toPlainText(), "age") << "pieces are inserted";
     QTest::keyClicks(expression(), " >= 62");
     EXPECT_TRUE(says("The first cases: 0, 1, 1, 0"));
-    write("pay", "`white cells` / (age - 62)");
-    EXPECT_TRUE(says("The first cases: -0.136364, ., 0.40625, -0.285714"));
     write("old", "age >= 62");
     QTest::keyClick(variables->search(), Qt::Key_Return); // OK, wherever the keyboard is
     ASSERT_TRUE(accepted());
@@ -61,10 +59,9 @@ TEST_F(Compute, SaysWhatIsWrongAndWhereAndAddsNothing) {
 TEST_F(Compute, ViewsFollowAVariableThatComesAndGoes) {
     DataView cases;
     VariablesView variables;
-    const QAbstractItemModelTester casesTester(cases.table()->model(),
-                                               QAbstractItemModelTester::FailureReportingMode::Fatal);
-    const QAbstractItemModelTester variablesTester(variables.table()->model(),
-                                                   QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const auto fatal = QAbstractItemModelTester::FailureReportingMode::Fatal;
+    const QAbstractItemModelTester casesTester(cases.table()->model(), fatal);
+    const QAbstractItemModelTester variablesTester(variables.table()->model(), fatal);
     const auto show = [&] {
         cases.setData(&data);
         variables.setData(&data);
@@ -73,58 +70,42 @@ TEST_F(Compute, ViewsFollowAVariableThatComesAndGoes) {
     cases.goToCase(3);
     data.define(Definition{"older", "age + 1"});
     data.define(Definition{"oldest", "older + 1"});
-    show();
     cases.resize(300, 200);
     cases.show();
-    for (int i = 0; i < 20; ++i) {
-        data.define(Definition{"a long name of a variable, number " + std::to_string(i), "age"});
-        cases.setData(&data); // the window shows what is new before events are handled
-        cases.showLastVariable();
-        const QRect cell = cases.table()->visualRect(cases.table()->currentIndex());
-        EXPECT_TRUE(cases.table()->viewport()->rect().contains(cell)) << i;
-    }
-    while (data.dataSet().variableCount() > 7)
-        data.undefine(data.dataSet().variableCount() - 1);
-    show();
+    cases.setData(&data); // the window shows what is new before events are handled
     cases.showLastVariable();
     EXPECT_EQ(cases.table()->currentIndex().row(), 2) << "the place among the cases stays";
     EXPECT_EQ(cases.table()->currentIndex().data().toString(), "72");
-    EXPECT_EQ(variables.table()->model()->rowCount(), 7);
+    const QRect cell = cases.table()->visualRect(cases.table()->currentIndex());
+    EXPECT_TRUE(cases.table()->viewport()->rect().contains(cell));
 
-    // By key, when nothing uses it.
+    // It goes by key, when nothing uses it.
     variables.show();
-    const auto remove = [&](int row) {
+    const auto stays = [&](int row, const char* why) {
+        show();
+        const int before = variables.table()->model()->rowCount();
         variables.table()->setCurrentIndex(variables.table()->model()->index(row, 0));
         for (QAction* action : variables.table()->actions())
             if (action->objectName() == "remove") action->trigger();
         show();
-        return variables.table()->model()->rowCount();
+        EXPECT_TRUE(*why == '\0' || desktop::says(variables, why)) << why;
+        return variables.table()->model()->rowCount() == before;
     };
-    EXPECT_EQ(remove(0), 7);
-    EXPECT_TRUE(desktop::says(variables, "'age' stays: it was read"));
-    EXPECT_EQ(remove(5), 7);
-    EXPECT_TRUE(desktop::says(variables, "'oldest' is computed from it"));
+    EXPECT_TRUE(stays(0, "'age' stays: it was read"));
+    EXPECT_TRUE(stays(5, "'oldest' is computed from it"));
     data.select("oldest > 60");
-    EXPECT_EQ(remove(6), 7);
-    EXPECT_TRUE(desktop::says(variables, "the selection of cases uses it"));
+    EXPECT_TRUE(stays(6, "the selection of cases uses it"));
     data.select("");
     data.weightBy("oldest");
-    EXPECT_EQ(remove(6), 7);
-    EXPECT_TRUE(desktop::says(variables, "it weights the cases"));
+    EXPECT_TRUE(stays(6, "it weights the cases"));
     data.define(Definition{"last", "age"});
-    show();
     data.weightBy("last");
-    EXPECT_EQ(remove(6), 7);
+    EXPECT_FALSE(stays(6, ""));
     EXPECT_EQ(data.weightVariable(), 7) << "the weights are still those of 'last'";
-    EXPECT_EQ(data.dataSet().variable(6).name, "last");
-    EXPECT_EQ(data.columns().size(), 7U);
     EXPECT_EQ(data.columns()[6].first, data.dataSet().column(6).data());
     variables.setEditable(false);
     data.weightBy("");
-    EXPECT_EQ(remove(6), 7);
-    EXPECT_TRUE(desktop::says(variables, "while an analysis runs"));
-    for (const std::string& note : data.notes())
-        EXPECT_EQ(note.find("oldest"), std::string::npos) << note;
+    EXPECT_TRUE(stays(6, "while an analysis runs"));
 }
 
 } // namespace

@@ -225,6 +225,7 @@ TEST_F(Keyboard, KaplanMeier) {
     EXPECT_TRUE(view()->findChild<QPlainTextEdit*>()->toPlainText().contains("137"));
     EXPECT_TRUE(makes(Qt::Key_U, 3)) << "two reports, a table";
     EXPECT_TRUE(makes(Qt::Key_T, 4)) << "a chart";
+    EXPECT_EQ(window->workbook().currentOutput(), 3) << "what was asked for is shown";
     activate(*view());
     key(Qt::Key_PageDown, Qt::ControlModifier);
     EXPECT_EQ(view()->findChild<QTabWidget*>()->currentIndex(), 1);
@@ -249,6 +250,7 @@ TEST_F(Keyboard, KaplanMeier) {
     EXPECT_EQ(std::get<int>(model().Value(180)), 1);
     key(Qt::Key_Escape);
     EXPECT_TRUE(opens("")) << "no dialog";
+    EXPECT_FALSE(window->workbook().isEmpty()) << "results stay";
     EXPECT_FALSE(runner().isActive());
 }
 

@@ -19,10 +19,10 @@ protected:
     std::unique_ptr<MainWindow> window;
 
     void SetUp() override { renew(); }
-    void renew(const ServiceOverrides& services = {}) {
+    void renew() {
         window.reset(); // one analysis object at a time
         window = std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{},
-                                              folder.path("settings.ini"), services);
+                                              folder.path("settings.ini"));
         window->show();
     }
     static QString example(const char* name) {

@@ -2,6 +2,8 @@
 
 #include "tests/apps/desktop/window/OpenWindow.h"
 
+#include "apps/desktop/dialogs/Callout.h"
+
 namespace korvana::desktop {
 namespace {
 
@@ -83,10 +85,14 @@ TEST_F(PlacesTest, ASizeThatWasGivenStays) {
     const QSize larger = view()->size() + QSize(40, 30);
     view()->resize(larger);
     settle();
-    click("Cancel");
-    window->startAnalysis();
-    settle();
-    EXPECT_EQ(view()->size(), larger);
+    for (int round = 0; round < 2; ++round) {
+        // That it stands in need of more for a while is no wish of the user's.
+        view()->findChild<Callout*>()->showBeside(*button("OK"), QString(200, QLatin1Char('x')));
+        ASSERT_NE(view()->size(), larger);
+        ASSERT_TRUE(window->openFile(example("aml.csv"))); // the analysis begins anew
+        settle();
+        EXPECT_EQ(view()->size(), larger);
+    }
 }
 
 TEST_F(PlacesTest, ADialogIsMeasuredAsItIsThenShown) {

@@ -1,39 +1,16 @@
-// The whole window, offscreen, with the survival module in it: from the startup dialog to the results with
-// mouse and keyboard, and what happens when something goes wrong on the way.
+// The whole window, offscreen, with the survival module in it: what happens when something goes wrong on the
+// way to results, and what would be lost.
 
 #include "apps/desktop/data/OpenOptionsDialog.h"
 #include "apps/desktop/data/VariableTableModel.h"
 #include "apps/desktop/results/ExportDialog.h"
-#include "host/session/SessionCharts.h"
 #include "tests/apps/desktop/window/OpenWindow.h"
-#include "tests/host/session/RefusingMemory.h"
 
 #include <csignal>
 #include <sys/resource.h>
 
 namespace korvana::desktop {
 namespace {
-
-TEST_F(WindowTest, ResultsAppearAsTheyAreAskedForAndStay) {
-    ASSERT_TRUE(window->openFile(example("veteran.csv")));
-    specify({{3}, {4}}, 1, 0);
-    click("OK");
-    EXPECT_TRUE(window->workbook().isEmpty());
-    click("Summary: Product-limit survival analysis");
-    ASSERT_FALSE(window->workbook().isEmpty());
-    EXPECT_FALSE(ResultsBook::repeatsReport(
-        book()->outputs.at(static_cast<std::size_t>(window->workbook().currentOutput()))));
-    click("Survival times vs. cum. proportion surviving");
-    EXPECT_EQ(window->workbook().currentOutput(), 3); // what was asked for is what is shown
-    window->workbook().clear();
-    click("Survival times vs. cum. proportion surviving");
-    EXPECT_EQ(window->workbook().currentOutput(), 4);
-    EXPECT_FALSE(window->workbook().showOutput(window->workbook().currentRun(), 3)); // stays removed
-    for (int dialog = 0; dialog < 3; ++dialog)
-        click("Cancel");
-    EXPECT_FALSE(runner().isActive());
-    EXPECT_FALSE(window->workbook().isEmpty()); // results stay
-}
 
 TEST_F(WindowTest, MessagesStandOverTheDialogWithWhatThisRunKnows) {
     ASSERT_TRUE(window->openFile(example("veteran.csv")));
@@ -127,34 +104,6 @@ TEST_F(WindowTest, EditsOfLabelsAreNotLostUnasked) {
               "One variable that you computed (logtime) holds for this session; no file keeps it.");
     runner().data().undefine(runner().data().dataSet().variableCount() - 1);
     EXPECT_TRUE(window->close());
-}
-
-struct NoCharts final : SessionCharts {
-    using SessionCharts::SessionCharts;
-    short NewGeneralMultipleChartLongEx(const ozm::CChartInfo&) override { return 1; }
-};
-
-TEST_F(WindowTest, RefusedMemoryAndFailingChartsAreMessages) {
-    test::RefusingMemory memory;
-    SessionParts parts;
-    NoCharts charts(parts);
-    ServiceOverrides services;
-    services.memory = &memory;
-    services.charts = &charts;
-    renew(services);
-    ASSERT_TRUE(window->openFile(example("veteran.csv")));
-    runner().data().weightBy("prior"); // weighted data take their arrays from the host
-    specify({{3}, {4}}, 1, 0);
-    EXPECT_TRUE(boxOf([this] { click("OK"); }).contains("Not enough memory"));
-    ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
-    memory.refuse = false;
-    click("OK");
-    ASSERT_EQ(title(), "Product-Limit (Kaplan-Meier) Analysis Results");
-    EXPECT_TRUE(boxOf([this] {
-                    click("Survival times vs. cum. proportion surviving");
-                }).contains("Error in graphics routine."));
-    EXPECT_TRUE(window->workbook().isEmpty());
-    window.reset(); // before the services that it uses
 }
 
 /// A long reading pass: few cases, each weighted heavily enough to be read for a while.

@@ -163,6 +163,12 @@ TEST(ReadSources, BigTextsAreReadByThreadsAndGrowTheirColumns) {
         expected += " 2";
     }
     EXPECT_EQ(dump(readData(TemporaryFile(longer).path())), expected);
+    std::string digits = "x\n"; // so many that the memory of the column is moved while it grows
+    for (int i = 0; i < 1'500'000; ++i)
+        digits.append(1, static_cast<char>('0' + i % 10)).append("\n");
+    const DataSet data = readData(Pipe(digits, 1).path());
+    for (std::size_t i = 0; i < 1'500'000; ++i)
+        ASSERT_EQ(data.column(0)[i], static_cast<double>(i % 10)) << "row " << i;
 }
 
 TEST(ReadSources, WhatGzipLeftIncompleteOrDamagedIsNamed) {

@@ -87,7 +87,8 @@ TEST_F(PlacesTest, ASizeThatWasGivenStays) {
     settle();
     for (int round = 0; round < 2; ++round) {
         // That it stands in need of more for a while is no wish of the user's.
-        view()->findChild<Callout*>()->showBeside(*button("OK"), QString(200, QLatin1Char('x')));
+        auto* callout = dynamic_cast<Callout*>(view()->findChild<QFrame*>("callout"));
+        callout->showBeside(*button("OK"), QString("this is no number; ").repeated(9));
         ASSERT_NE(view()->size(), larger);
         ASSERT_TRUE(window->openFile(example("aml.csv"))); // the analysis begins anew
         settle();

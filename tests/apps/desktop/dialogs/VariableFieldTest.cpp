@@ -22,11 +22,9 @@ struct VariableBoxes : Window {
 
 TEST_F(VariableBoxes, DoubleClickFillsTheBoxThatLacksVariables) {
     EXPECT_EQ(available()->model()->index(0, 0).data().toString(), "time  –  Survival in days");
-    doubleClick(available(), 0);
-    doubleClick(available(), 2);
-    EXPECT_EQ(chosen(), (VariableSelection{{1}, {3}}));
-    doubleClick(available(), 1);
-    EXPECT_EQ(chosen(), (VariableSelection{{1, 2}, {3}})) << "then the one that has room";
+    for (const int row : {0, 2, 1}) // the last into the box that has room
+        doubleClick(available(), row);
+    EXPECT_EQ(chosen(), (VariableSelection{{1, 2}, {3}}));
     doubleClick(list("role0"), 0);
     EXPECT_EQ(chosen(), (VariableSelection{{2}, {3}})) << "and in a box takes away";
 }
@@ -45,8 +43,6 @@ TEST_F(VariableBoxes, AreFilledByKeyboardAlone) {
     QTest::keyClick(times, Qt::Key_Down, Qt::ControlModifier);
     EXPECT_EQ(chosen(), (VariableSelection{{2, 1}, {4}}));
     QTest::keyClick(times, Qt::Key_Delete);
-    EXPECT_EQ(chosen(), (VariableSelection{{2}, {4}}));
-    QTest::keyClick(times, Qt::Key_Left);
     QTest::keyClick(times, Qt::Key_Left);
     EXPECT_EQ(chosen(), (VariableSelection{{}, {4}}));
 }
@@ -123,7 +119,6 @@ TEST_F(VariableBoxes, TextsAreRefusedWhereNumbersAreMeasured) {
     doubleClick(available(), 0);
     EXPECT_EQ(complaint(), "'group' holds texts; 'Times' takes numbers or dates.");
     EXPECT_EQ(complainedAt(), list("role0"));
-    EXPECT_EQ(chosen(), (VariableSelection{{}, {}}));
     choose(Qt::Key_2, {1});
     EXPECT_EQ(chosen(), (VariableSelection{{}, {1}})) << "other boxes take them";
     drop(list("role1"), 0, list("role0"), 0);

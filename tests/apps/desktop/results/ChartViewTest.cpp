@@ -161,11 +161,9 @@ protected:
 };
 
 TEST_F(SettingsTest, ARangeThatIsNoneIsRefusedWithTheReason) {
-    for (const auto& [low, high] : {std::pair{"5", "2"}, {"1", "1"}}) {
-        chooseRange(low, high);
-        EXPECT_TRUE(says(QString("from %1 to %2").arg(low, high)));
-    }
-    for (const char* text : {"", "five", "1,5", "nan", "1e300"}) {
+    chooseRange("5", "2");
+    EXPECT_TRUE(says("from 5 to 2"));
+    for (const char* text : {"", "1,5", "nan", "1e300"}) {
         chooseRange("0", text);
         EXPECT_TRUE(says(QString("'%1' is not a number").arg(text))) << text;
     }

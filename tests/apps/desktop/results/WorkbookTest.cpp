@@ -116,17 +116,6 @@ TEST_F(WorkbookTest, WhatIsShownIsCopiedAndTheRunSaysItsMessages) {
     EXPECT_TRUE(shown<ReportView>()->text().contains("Note 7: One more."));
 }
 
-TEST_F(WorkbookTest, RunsAreRemovedWithWhatTheyShow) {
-    const int first = add();
-    const int second = add(nullptr);
-    EXPECT_FALSE(workbook_.showOutput(first, 5));
-    EXPECT_TRUE(workbook_.showOutput(first, 4));
-    workbook_.removeRun(first);
-    EXPECT_EQ(workbook_.currentRun(), second);
-    workbook_.outputAdded(first); // gone
-    EXPECT_EQ(workbook_.runCount(), 1);
-}
-
 TEST_F(WorkbookTest, WhatIsRemovedStaysAwayWhileItsRunGoesOnAndComesBackOnUndo) {
     const auto book = std::make_shared<ResultsBook>(test::smallBook());
     const int run = add(book);

@@ -1,6 +1,6 @@
 #include "host/data/Codes.h"
 
-#include "host/data/DayNumber.h"
+#include "host/data/DateText.h"
 #include "host/data/NumberText.h"
 #include "host/data/TextEncoding.h"
 
@@ -16,8 +16,9 @@ std::optional<double> resolveCode(const DataSet& data, int variable, std::string
         for (const ValueLabel& label : known.valueLabels)
             if (withEscapes(label.text) == text) return label.value;
     if (known.kind == VariableKind::Date) {
-        const IsoDate date = readIsoDate(text);
-        if (date.hasForm) return date.dayNumber;
+        // With the year in front there is one reading.
+        const auto date = readDateText(text);
+        if (date && date->yearFirst) return dayNumberOf(*date, DateOrder::YearMonthDay);
     }
     const NumberText number = readNumber(text);
     if (number.form == NumberForm::Finite) return number.value;

@@ -3,6 +3,7 @@
 #include "host/data/Codes.h"
 #include "host/data/DayNumber.h"
 #include "host/data/Describe.h"
+#include "host/data/ExpressionDates.h"
 #include "host/data/ExpressionFunctions.h"
 #include "host/data/ExpressionTokens.h"
 #include "host/data/NameMatch.h"
@@ -41,6 +42,11 @@ public:
         if (operandDue_)
             fail(now().position, "the expression breaks off; a variable, a number or ( should follow");
         if (levels_.size() > 1) fail(levels_.back().position, "this ( is never closed");
+        checkDates(expression_, tokens_, [this](const Token& name) {
+            const auto reference = referenceOf(name);
+            return reference && *reference <= data_.variableCount() &&
+                   data_.variable(*reference - 1).kind == VariableKind::Date;
+        });
         return std::move(formula_);
     }
 
@@ -288,7 +294,9 @@ private:
                                 .append("'")
                                 .append(didYouMean(nearestOf(text.text, labels, 3)))
                                 .append("; it has ")
-                                .append(fewCodesText(data_, variable)));
+                                .append(fewCodesText(data_, variable))
+                                .append(known.kind == VariableKind::Date ? "; " : "")
+                                .append(known.kind == VariableKind::Date ? dateIsWritten : ""));
     }
 
     std::string_view expression_;

@@ -1,7 +1,7 @@
 #include "host/data/ExpressionTokens.h"
 
-#include "host/data/DayNumber.h"
 #include "host/data/Expression.h"
+#include "host/data/ExpressionDates.h"
 #include "host/data/NameMatch.h"
 #include "host/data/NumberText.h"
 
@@ -73,15 +73,9 @@ public:
 
 private:
     void readNumberOrDate(Token& token) {
-        constexpr std::size_t dateLength = 10;
-        const IsoDate date = readIsoDate(text_.substr(at_, dateLength));
-        const std::size_t after = at_ + dateLength;
-        if (date.hasForm && (after == text_.size() || !continuesName(text_[after]))) {
-            token.kind = TokenKind::Date;
-            if (!date.dayNumber) fail("there is no such day");
-            token.value = *date.dayNumber;
-            at_ = after;
-            return;
+        if (const auto date = writtenDateAt(text_, at_)) {
+            const std::size_t after = at_ + date->length;
+            if (after == text_.size() || !continuesName(text_[after])) return readDate(token, *date);
         }
         std::size_t end = at_;
         while (end < text_.size() && (isDigit(text_[end]) || text_[end] == '.'))
@@ -103,6 +97,18 @@ private:
         token.kind = TokenKind::Number;
         token.value = number.value;
         at_ = end;
+    }
+
+    void readDate(Token& token, const WrittenDate& date) {
+        if (date.foreign) {
+            const bool points = text_.substr(at_, date.length).find('.') != std::string_view::npos;
+            fail(std::string(dateIsWritten) +
+                 (points ? "" : "; if this is to be calculated, put blanks around the signs"));
+        }
+        if (!date.dayNumber) fail("there is no such day; put blanks around the signs to subtract");
+        token.kind = TokenKind::Date;
+        token.value = *date.dayNumber;
+        at_ += date.length;
     }
 
     void readName(Token& token) {

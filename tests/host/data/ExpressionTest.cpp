@@ -99,6 +99,45 @@ TEST(Expression, Selections) {
     EXPECT_NE(divided.find("no finite value for case 2"), std::string::npos) << divided;
 }
 
+// A date is read, or what looks like one is refused: nothing else may come of it in the company of dates.
+TEST(Expression, DatesAreNeverArithmetic) {
+    const DataSet data = patients();
+    for (const char* date : {"1995-06-01", "1995-6-1", "1995-6-01", "'1995-6-1'", "'1995/06/01'"}) {
+        EXPECT_EQ(selectCases(data, std::string("entry >= ") + date).selectedCount, 2) << date;
+        EXPECT_EQ(selectCases(data, std::string(date) + " <> entry").selectedCount, 2) << date;
+    }
+    EXPECT_EQ(selectCases(data, "entry-1995-1-15>100").selectedCount, 2);
+    EXPECT_EQ(selectCases(data, "(entry - 1995-01-15) / 7 > 20 and entry > 2449800").selectedCount, 1);
+
+    std::vector<std::string> others{"1995 - 6 - 1", "1995", "6", "(1995)", "15.06.95"};
+    for (const std::string sign : {".", "/", "-"}) {
+        others.push_back("1" + sign + "6" + sign + "1995");
+        others.push_back("01" + sign + "06" + sign + "1995");
+        if (sign != "-") others.push_back("1995" + sign + "6" + sign + "1");
+    }
+    for (const std::string& other : others) {
+        for (const std::string& text :
+             {"entry >= " + other, other + " < entry", "not (age > 3 and entry - 30 = " + other + ")",
+              "if(1995-1-2 < " + other + ", 1, 0)"})
+            EXPECT_NE(refusalOf<ExpressionError>([&] { const Expression of(text, data); }).find("1995-01-15"),
+                      std::string::npos)
+                << text;
+    }
+    for (const char* text : {"entry - 1995 / 6 / 1", "entry - 1995 - 6 - 1", "1 + entry - 15/1/95",
+                             "entry - 1995-01-15 / 7", "entry = '1.6.1995'", "5 * 1995-6-1"})
+        EXPECT_NE(refusalOf<ExpressionError>([&] { const Expression of(text, data); }).find("date"),
+                  std::string::npos)
+            << text;
+
+    for (const auto& [text, value] : {std::pair{"1995 - 6 - 1", 1988.0},
+                                      {"10-3-2", 5.0},
+                                      {"600/2/3", 100.0},
+                                      {"2*10/12/1000*600", 1.0},
+                                      {"8000/10/20/4", 10.0},
+                                      {"1.5-1-0.5", 0.0}})
+        EXPECT_EQ(Expression(text, data).evaluate({}), value) << text;
+}
+
 TEST(Expression, FaultsAreExplainedWhereTheyStand) {
     const DataSet data = patients();
     struct Faulty {

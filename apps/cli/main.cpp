@@ -1,4 +1,5 @@
 #include "apps/cli/Run.h"
+#include "host/results/StandardFiles.h"
 #include "host/results/Unfinished.h"
 
 #include <csignal>
@@ -59,18 +60,26 @@ void requireRoom() {
     ::munmap(room, bytes);
 }
 
-/// Called by the loader before the libraries are made ready.
-[[gnu::section(".preinit_array"), gnu::used]] void (*const beforeAll)() = requireRoom;
-
-} // namespace
-
-int main(int count, char** arguments) {
-    std::ios::sync_with_stdio(false);
+/// Called by the loader before the libraries are made ready, so that files of theirs stay off the standard
+/// ones and a signal finds its handler. One that comes while the system still loads the program ends it as
+/// the system does
+/// ("Terminated" of the shell); nothing has begun then.
+void begin() {
+    korvana::holdStandardFiles();
     errIsTerminal = ::isatty(STDERR_FILENO) == 1;
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE})
         endOn(signal);
     // A limit to the size of files is an error of the write, like a full disk.
     std::signal(SIGXFSZ, SIG_IGN);
+    requireRoom();
+}
+
+[[gnu::section(".preinit_array"), gnu::used]] void (*const beforeAll)() = begin;
+
+} // namespace
+
+int main(int count, char** arguments) {
+    std::ios::sync_with_stdio(false);
     korvana::cli::Console own{std::cout, std::cerr, errIsTerminal};
     try {
         return korvana::cli::run({arguments + (count > 0 ? 1 : 0), arguments + count}, own);

@@ -1,6 +1,7 @@
 #include "apps/desktop/window/MainWindow.h"
 #include "apps/desktop/window/TerminationSignals.h"
 #include "host/charts/ChartFonts.h"
+#include "host/results/StandardFiles.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -20,6 +21,9 @@ bool asksForText(int argc, char* argv[]) {
         return word == "--help" || word == "-h" || word == "--version" || word == "-v";
     });
 }
+
+/// Called by the loader before the libraries are made ready, which open files of their own.
+[[gnu::section(".preinit_array"), gnu::used]] void (*const beforeAll)() = korvana::holdStandardFiles;
 
 } // namespace
 

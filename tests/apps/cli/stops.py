@@ -123,6 +123,23 @@ def limit_the_size_of_files():
         check(left == before, f"{what}: left {sorted(left)}")
 
 
+def close_standard_files():
+    """Whichever of standard input, output and error are closed: what is opened then must not get their places."""
+    formats = "json,txt,svg,xlsx"
+    complete = None
+    for which in range(8):
+        files = [file for file in range(3) if which & 1 << file]
+        folder = f"closed-{which}"
+        run = subprocess.run(command("few.csv", folder, formats), env=environment, timeout=120,
+                             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                             preexec_fn=lambda files=files: [os.close(file) for file in files])
+        left = contents(folder) or {}
+        left.update({name: b"" for name in left if name.endswith(".xlsx")})  # it has the time at which it was made
+        complete = complete or left
+        check(run.returncode == 0 and len(left) > 4 and left == complete,
+              f"without the files {files}: exit {run.returncode}, {sorted(left)}")
+
+
 with tempfile.TemporaryDirectory() as scratch:
     os.chdir(scratch)
     write_data("few.csv", 30)
@@ -130,5 +147,6 @@ with tempfile.TemporaryDirectory() as scratch:
     stop_at_random_moments()
     stop_while_reading_standard_output()
     limit_the_size_of_files()
+    close_standard_files()
     os.chdir("/")
 sys.exit(1 if faults else 0)

@@ -1,0 +1,15 @@
+#include "host/results/StandardFiles.h"
+
+#include <fcntl.h>
+#include <initializer_list>
+#include <unistd.h>
+
+namespace korvana {
+
+void holdStandardFiles() noexcept {
+    // The lowest that is free is the one that is opened.
+    for (const int file : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (::fcntl(file, F_GETFD) < 0) ::open("/dev/null", file == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
+
+} // namespace korvana

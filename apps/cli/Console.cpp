@@ -1,7 +1,6 @@
 #include "apps/cli/Console.h"
 
 #include "host/data/TextEncoding.h"
-#include "host/results/Utf8.h"
 
 #include <algorithm>
 
@@ -29,7 +28,7 @@ void Console::say(std::string_view text) {
     err << "korvana: ";
     do {
         const std::size_t end = std::min(text.find('\n'), text.size());
-        err << withShortQuotes(oneLine(text.substr(0, end))) << '\n';
+        err << withShortQuotes(withEscapes(text.substr(0, end))) << '\n';
         text.remove_prefix(std::min(end + 1, text.size()));
     } while (!text.empty());
 }

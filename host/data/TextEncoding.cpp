@@ -1,5 +1,6 @@
 #include "host/data/TextEncoding.h"
 
+#include <algorithm>
 #include <array>
 
 namespace korvana {
@@ -99,24 +100,26 @@ bool isForeignBlank(std::string_view character) {
 
 std::string withEscapes(std::string_view text) {
     std::string out;
-    const std::string whole = toUtf8(text);
-    for (std::size_t i = 0; i < whole.size(); ++i) {
-        const unsigned byte = byteAt(whole, i);
-        const bool high = byte == 0xC2 && byteAt(whole, i + 1) < 0xA0; // U+0080 to U+009F
-        if (byte >= 0x20 && byte != 0x7F && !high) {
-            out += whole[i];
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t length = sequenceLength(text, i);
+        const unsigned byte = byteAt(text, i);
+        const bool high = length == 2 && byte == 0xC2 && byteAt(text, i + 1) < 0xA0; // U+0080 to U+009F
+        if (length > 0 && byte >= 0x20 && byte != 0x7F && !high) {
+            out += text.substr(i, length);
         } else if (byte == '\n' || byte == '\t' || byte == '\r') {
             out.append(byte == '\n' ? "\\n" : byte == '\t' ? "\\t" : "\\r");
         } else {
-            const unsigned code = high ? byteAt(whole, ++i) : byte;
+            const unsigned code = high ? byteAt(text, i + 1) : byte;
             out.append("\\x").append(1, hexDigits[code / 16]).append(1, hexDigits[code % 16]);
         }
+        i += std::max<std::size_t>(length, 1);
     }
     return out;
 }
 
 std::string brief(std::string_view text, std::size_t most) {
-    const std::string out = withEscapes(text);
+    // What Windows-1252 cannot be either is shown byte by byte.
+    const std::string out = withEscapes(byteOfNoCharacter(text) ? std::string(text) : toUtf8(text));
     if (out.size() <= most) return out;
     const auto inside = [&out](std::size_t at) { return (byteAt(out, at) & 0xC0U) == 0x80; };
     std::size_t head = most - most / 4;

@@ -18,13 +18,14 @@ std::optional<unsigned char> byteOfNoCharacter(std::string_view text);
 /** What an error says of a text with such a byte, and what to do. */
 std::string noCharacter(unsigned char byte);
 
-/** A text for a message, in one line: control characters are written as \n, \t or \x1B; of a longer text the
-   beginning and the end, cut between characters, with "..." between them.
+/** A text for a terminal, in one line: control characters are written as \n, \t or \x1B, bytes that are no
+   UTF-8 as \x81. What a label with control characters is called in messages. */
+std::string withEscapes(std::string_view text);
+
+/** A text of a file for a message: withEscapes, of what the text is read as; of a longer text the beginning
+   and the end, cut between characters, with "..." between them.
     @param most  bytes, about */
 std::string brief(std::string_view text, std::size_t most = 40);
-
-/** As brief, but of any length: what a text with control characters is called in messages. */
-std::string withEscapes(std::string_view text);
 
 /** The length of the well-formed character at the beginning of a text; 0 = none. */
 std::size_t characterLength(std::string_view text);

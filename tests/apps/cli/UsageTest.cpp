@@ -218,6 +218,9 @@ TEST_F(UsageTest, NamesAndCellsOfAnyKindAreShownBriefly) {
         for (std::string line; std::getline(lines, line);)
             EXPECT_LE(line.size(), 700U) << line;
     }
+    // Not a byte comes through that is no character.
+    const std::string error = usageError({"info", file("b\xE9\x1b.csv", "a,b\ncaf\x81,1\n")});
+    EXPECT_TRUE(has(error, "b\\xE9\\x1B.csv:2:1") && has(error, "'caf\\x81'")) << error;
     // A label is given as it is shown.
     for (const std::string given : {"\"c\nd\"", "c\\nd"})
         succeed(analysis + " --complete e --censored " + given);

@@ -57,6 +57,7 @@ TEST(Codes, LabelsBeforeNumbers) {
 TEST(Messages, QuoteBriefly) {
     EXPECT_EQ(brief("a\nb\t\x1b\x7f\xC2\x85\xC3\xA9"), "a\\nb\\t\\x1B\\x7F\\x85\xC3\xA9");
     EXPECT_EQ(brief("\xE9"), "\xC3\xA9") << "Windows-1252";
+    EXPECT_EQ(brief("\xC3\xA9\xE9\x81\xC2"), "\xC3\xA9\\xE9\\x81\\xC2") << "neither";
     for (const std::string character : {"x", "\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\n"}) {
         std::string text;
         for (std::size_t length = 0; length < 300; ++length, text += character) {

@@ -41,10 +41,11 @@ RawCell readQuoted(const char* p, const char* end, char separator, std::string& 
         p += 2;
     }
     cell.text = between(begin, p);
-    if (doubled) {
+    if (doubled || cell.text.find('\r') != std::string_view::npos) {
         scratch.clear();
         for (const char* from = begin; from < p; ++from) {
-            scratch += *from;
+            const bool feeds = *from == '\r' && from + 1 < p && from[1] == '\n';
+            if (!feeds) scratch += *from == '\r' ? '\n' : *from;
             if (*from == '"') ++from;
         }
         cell.text = scratch;

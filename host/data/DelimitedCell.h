@@ -28,8 +28,9 @@ struct RawCell {
 };
 
 /** Reads the cell that begins at p < end or p == end. A cell is quoted when its first character besides
-   blanks is a quotation mark; a quotation mark further inside is an ordinary character.
-    @param scratch  holds the text of a cell with doubled quotation marks until the next call */
+   blanks is a quotation mark; a quotation mark further inside is an ordinary character. Line breaks inside
+   quotes are line feeds, as an editor that saves the file anew changes them.
+    @param scratch  holds the text of a cell that differs from the file until the next call */
 RawCell readCell(const char* p, const char* end, char separator, std::string& scratch);
 
 enum class CellKind {

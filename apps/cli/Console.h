@@ -17,8 +17,8 @@ struct Console {
     bool errIsTerminal = false;
 
     /// Writes a message to standard error, its first line after "korvana: ". Texts come from files of any
-    /// origin: control characters and bytes that are no UTF-8 are escaped, and what is quoted is
-    /// shortened.
+    /// origin: control characters and bytes that are no UTF-8 are escaped, and what is quoted
+    /// is shortened.
     void say(std::string_view text);
 };
 

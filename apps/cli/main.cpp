@@ -60,10 +60,9 @@ void requireRoom() {
     ::munmap(room, bytes);
 }
 
-/// Called by the loader before the libraries are made ready, so that files of theirs stay off the standard
-/// ones and a signal finds its handler. One that comes while the system still loads the program ends it as
-/// the system does
-/// ("Terminated" of the shell); nothing has begun then.
+/// Called by the loader before the libraries are made ready, so that their files stay off the standard ones
+/// and a signal finds its handler. One that comes in the few milliseconds in which the system loads the
+/// program ends it as any program, without a word; nothing has begun then.
 void begin() {
     korvana::holdStandardFiles();
     errIsTerminal = ::isatty(STDERR_FILENO) == 1;

@@ -4,6 +4,7 @@
 #include "apps/desktop/data/CaseTableModel.h"
 #include "apps/desktop/data/GridCopy.h"
 #include "apps/desktop/data/GridText.h"
+#include "apps/desktop/text/WrappedLabel.h"
 
 #include <QAction>
 #include <QApplication>
@@ -40,8 +41,8 @@ protected:
 
 DataView::DataView(QWidget* parent)
     : QWidget(parent), model_(new CaseTableModel(this)), table_(new QTableView(this)),
-      nothing_(new QLabel(this)), state_(new QLabel(this)), caseLabel_(new QLabel(tr("&Go to case"), this)),
-      case_(new QSpinBox(this)) {
+      nothing_(new QLabel(this)), state_(new WrappedLabel(this)),
+      caseLabel_(new QLabel(tr("&Go to case"), this)), case_(new QSpinBox(this)) {
     table_->setHorizontalHeader(new EllipsisHeader(Qt::Horizontal, table_));
     table_->setModel(model_);
     noSelection_ = new QItemSelectionModel(model_, this);
@@ -71,8 +72,6 @@ DataView::DataView(QWidget* parent)
     nothing_->setText(tr("No data. Open a data file, or drop one here."));
     nothing_->setAlignment(Qt::AlignCenter);
     nothing_->setWordWrap(true);
-    state_->setWordWrap(true);
-    state_->setTextFormat(Qt::PlainText);
     state_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     caseLabel_->setBuddy(case_);
     case_->setKeyboardTracking(false);

@@ -11,6 +11,7 @@ class QItemSelectionModel;
 
 namespace korvana::desktop {
 
+class WrappedLabel;
 class CaseTableModel;
 
 /// The cases as a grid: one row per case, one column per variable (before them the case names, when there are
@@ -55,7 +56,7 @@ private:
     QTableView* table_;
     QItemSelectionModel* noSelection_ = nullptr;
     QLabel* nothing_; ///< in place of the table while there are no data
-    QLabel* state_;
+    WrappedLabel* state_;
     QLabel* caseLabel_;
     QSpinBox* case_;
     int generation_ = 0;

@@ -3,10 +3,10 @@
 #include "apps/desktop/data/ConditionEdit.h"
 #include "apps/desktop/data/ExpressionPane.h"
 #include "apps/desktop/data/GridText.h"
+#include "apps/desktop/text/WrappedLabel.h"
 #include "host/data/Expression.h"
 
 #include <QDialogButtonBox>
-#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -16,11 +16,9 @@ ExpressionDialog::ExpressionDialog(ActiveData& active, const QString& title, QWi
     : QDialog(parent), data_(active), expression_(new ConditionEdit(this)),
       pane_(new ExpressionPane(active.dataSet(), *expression_, this)),
       buttons_(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this)),
-      outcome_(new QLabel(this)) {
+      outcome_(new WrappedLabel(this)) {
     setWindowTitle(title);
     outcome_->setObjectName(QStringLiteral("outcome"));
-    outcome_->setWordWrap(true);
-    outcome_->setTextFormat(Qt::PlainText);
     outcome_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     outcome_->setMinimumHeight(fontMetrics().lineSpacing() * 3);
     buttons_->button(QDialogButtonBox::Ok)->setDefault(true);

@@ -7,11 +7,11 @@
 #include <exception>
 
 class QDialogButtonBox;
-class QLabel;
 class QLayout;
 
 namespace korvana::desktop {
 
+class WrappedLabel;
 class ConditionEdit;
 class ExpressionPane;
 
@@ -49,7 +49,7 @@ protected:
     QDialogButtonBox* buttons_;
 
 private:
-    QLabel* outcome_;
+    WrappedLabel* outcome_;
     QTimer pause_; ///< between the last key and the look
 };
 

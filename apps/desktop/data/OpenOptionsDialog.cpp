@@ -1,13 +1,13 @@
 #include "apps/desktop/data/OpenOptionsDialog.h"
 
 #include "apps/desktop/data/GridText.h"
+#include "apps/desktop/text/FixedFont.h"
 #include "host/data/ByteSource.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFile>
 #include <QFileInfo>
-#include <QFontDatabase>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -97,7 +97,7 @@ OpenOptionsDialog::OpenOptionsDialog(const QString& path, const ReadOptions& opt
     lines->setReadOnly(true);
     lines->setTabChangesFocus(true);
     lines->setLineWrapMode(QPlainTextEdit::NoWrap);
-    lines->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    lines->setFont(fixedFont());
     lines->setAccessibleName(tr("The first lines of the file"));
     lines->setMinimumHeight(lines->fontMetrics().lineSpacing() * 7);
     lines->setVisible(!lines->toPlainText().isEmpty());

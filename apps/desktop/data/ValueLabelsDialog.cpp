@@ -1,12 +1,12 @@
 #include "apps/desktop/data/ValueLabelsDialog.h"
 
 #include "apps/desktop/data/GridText.h"
+#include "apps/desktop/text/WrappedLabel.h"
 #include "host/data/DayNumber.h"
 #include "host/data/NumberText.h"
 
 #include <QDialogButtonBox>
 #include <QHeaderView>
-#include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -32,7 +32,7 @@ std::optional<double> readValue(const Variable& variable, const QString& text) {
 
 ValueLabelsDialog::ValueLabelsDialog(Variable variable, const VariableSummary* counts, QWidget* parent)
     : QDialog(parent), variable_(std::move(variable)), table_(new QTableWidget(0, 3, this)),
-      error_(new QLabel(this)) {
+      error_(new WrappedLabel(this)) {
     setWindowTitle(tr("Value Labels: %1").arg(shown(variable_.name)));
     table_->setHorizontalHeaderLabels({tr("Value"), tr("Label"), tr("Cases")});
     table_->verticalHeader()->hide();
@@ -42,8 +42,6 @@ ValueLabelsDialog::ValueLabelsDialog(Variable variable, const VariableSummary* c
     table_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
                             QAbstractItemView::AnyKeyPressed | QAbstractItemView::SelectedClicked);
     table_->setAccessibleName(tr("Values and their labels"));
-    error_->setWordWrap(true);
-    error_->setTextFormat(Qt::PlainText);
     error_->hide();
 
     constexpr std::size_t mostUnlabelled = 100; // more values without a label are a scale, not codes

@@ -6,11 +6,11 @@
 #include <QDialog>
 #include <vector>
 
-class QLabel;
 class QTableWidget;
 
 namespace korvana::desktop {
 
+class WrappedLabel;
 /// Edits the value labels of a variable of numbers or dates: one row per value, those of the data included
 /// when they are few. OK is refused while a value cannot be read or stands twice; it changes nothing by
 /// itself, the labels are asked for by valueLabels().
@@ -35,7 +35,7 @@ private:
     Variable variable_;
     std::vector<ValueLabel> labels_;
     QTableWidget* table_;
-    QLabel* error_;
+    WrappedLabel* error_;
 };
 
 } // namespace korvana::desktop

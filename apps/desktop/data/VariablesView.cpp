@@ -3,11 +3,11 @@
 #include "apps/desktop/data/GridText.h"
 #include "apps/desktop/data/ValueLabelsDialog.h"
 #include "apps/desktop/data/VariableTableModel.h"
+#include "apps/desktop/text/WrappedLabel.h"
 
 #include <QAction>
 #include <QEvent>
 #include <QHeaderView>
-#include <QLabel>
 #include <QTableView>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -17,7 +17,7 @@ namespace korvana::desktop {
 
 VariablesView::VariablesView(QWidget* parent)
     : QWidget(parent), model_(new VariableTableModel(this)), table_(new QTableView(this)),
-      message_(new QLabel(this)) {
+      message_(new WrappedLabel(this)) {
     table_->setModel(model_);
     table_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     table_->setWordWrap(false);
@@ -28,8 +28,6 @@ VariablesView::VariablesView(QWidget* parent)
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table_->horizontalHeader()->setResizeContentsPrecision(200);
     table_->setContextMenuPolicy(Qt::ActionsContextMenu);
-    message_->setWordWrap(true);
-    message_->setTextFormat(Qt::PlainText);
     message_->hide();
 
     auto* labels = new QAction(tr("&Value Labels..."), this);

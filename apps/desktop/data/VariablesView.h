@@ -4,11 +4,11 @@
 
 #include <QWidget>
 
-class QLabel;
 class QTableView;
 
 namespace korvana::desktop {
 
+class WrappedLabel;
 class VariableTableModel;
 
 /// What is known about the variables, one row each. Cases, missing ones and distinct values are counted over
@@ -52,7 +52,7 @@ private:
 
     VariableTableModel* model_;
     QTableView* table_;
-    QLabel* message_;
+    WrappedLabel* message_;
     int generation_ = 0;
 };
 

@@ -2,10 +2,10 @@
 
 #include "apps/desktop/data/GridText.h"
 #include "apps/desktop/data/VariableChooser.h"
+#include "apps/desktop/text/WrappedLabel.h"
 #include "host/data/CaseWeights.h"
 
 #include <QDialogButtonBox>
-#include <QLabel>
 #include <QListView>
 #include <QPushButton>
 #include <QRadioButton>
@@ -18,10 +18,8 @@ WeightsDialog::WeightsDialog(ActiveData& active, QWidget* parent)
     : QDialog(parent), data_(active),
       none_(new QRadioButton(tr("&No weights: every case counts once"), this)),
       byVariable_(new QRadioButton(tr("&Weight cases by a variable of numbers:"), this)),
-      variables_(new VariableChooser(active.dataSet(), true, this)), effect_(new QLabel(this)) {
+      variables_(new VariableChooser(active.dataSet(), true, this)), effect_(new WrappedLabel(this)) {
     setWindowTitle(tr("Case Weights"));
-    effect_->setWordWrap(true);
-    effect_->setTextFormat(Qt::PlainText);
     effect_->setMinimumHeight(fontMetrics().lineSpacing() * 2);
     effect_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
 

@@ -4,11 +4,11 @@
 
 #include <QDialog>
 
-class QLabel;
 class QRadioButton;
 
 namespace korvana::desktop {
 
+class WrappedLabel;
 class VariableChooser;
 
 /// Chooses the variable that weights the cases, or none. OK applies the choice to the data (exec() answers
@@ -29,7 +29,7 @@ private:
     QRadioButton* none_;
     QRadioButton* byVariable_;
     VariableChooser* variables_;
-    QLabel* effect_;
+    WrappedLabel* effect_;
 };
 
 } // namespace korvana::desktop

@@ -1,6 +1,7 @@
 #include "apps/desktop/dialogs/Callout.h"
 
 #include "apps/desktop/dialogs/FreePlace.h"
+#include "apps/desktop/text/WrappedLabel.h"
 
 #include <QAccessible>
 #include <QEvent>
@@ -40,12 +41,13 @@ Callout::Callout(QWidget* window) : QFrame(window), label_(new QLabel(this)) {
 }
 
 QString Callout::text() const {
-    return label_->text();
+    return text_;
 }
 
 void Callout::showBeside(QWidget& where, const QString& reason) {
     subject_ = &where;
-    label_->setText(reason);
+    text_ = reason;
+    label_->setText(breakable(reason));
     setAccessibleName(reason);
     takePlace();
     show();

@@ -38,6 +38,7 @@ private:
     void growWindow(const QSize& by);
 
     QLabel* label_;
+    QString text_;
     QPointer<QWidget> subject_;
     QSize grown_{0, 0}; ///< what the window grew by to make room
     bool placing_ = false;

@@ -1,15 +1,18 @@
 #include "apps/desktop/dialogs/CodeField.h"
 
+#include "apps/desktop/text/ElidedLabel.h"
+
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QLineEdit>
+#include <QScreen>
 #include <QSignalBlocker>
 #include <QStandardItemModel>
 #include <QToolButton>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -44,9 +47,8 @@ bool same(double a, double b) {
 } // namespace
 
 CodeField::CodeField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
-    : CodesOfVariable(control, host, parent), combo_(new OfferCombo(*this)), label_(new QLabel(this)),
+    : CodesOfVariable(control, host, parent), combo_(new OfferCombo(*this)), label_(new ElidedLabel(this)),
       code_(std::numeric_limits<double>::quiet_NaN()), filled_(code_) {
-    label_->setTextFormat(Qt::PlainText);
     combo_->setEditable(true);
     combo_->setInsertPolicy(QComboBox::NoInsert);
     combo_->setCompleter(nullptr);
@@ -54,6 +56,7 @@ CodeField::CodeField(const ozm::ControlTemplate& control, FieldHost& host, QWidg
     combo_->setMinimumContentsLength(18);
     combo_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     combo_->setAccessibleName(plainCaptionOf(control));
+    combo_->view()->setTextElideMode(Qt::ElideMiddle); // labels that begin alike end otherwise
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(combo_);
@@ -61,7 +64,7 @@ CodeField::CodeField(const ozm::ControlTemplate& control, FieldHost& host, QWidg
     setFocusProxy(combo_);
     QObject::connect(combo_->lineEdit(), &QLineEdit::textEdited, this, [this] {
         edited_ = true;
-        label_->clear();
+        label_->setText({});
         settled();
     });
     QObject::connect(combo_->lineEdit(), &QLineEdit::editingFinished, this, [this] { commit(); });
@@ -96,6 +99,7 @@ void CodeField::offerSwapWith(CodeField& other) {
     swap_->setAccessibleName(QStringLiteral("Swap the two codes"));
     swap_->setFocusPolicy(Qt::StrongFocus);
     static_cast<QHBoxLayout*>(layout())->insertWidget(1, swap_);
+    setTabOrder(combo_, swap_);
     QObject::connect(swap_, &QToolButton::clicked, this, [this, &other] { swapWith(other); });
 }
 
@@ -110,10 +114,11 @@ void CodeField::showText() {
     const QSignalBlocker quiet(combo_);
     combo_->setCurrentIndex(std::isnan(code_) ? -1 : combo_->findData(code_));
     combo_->setEditText(codeText(code_));
-    QString text = labelOf(code_);
+    const QString label = labelOf(code_);
     const bool filled = code_ == filled_;
-    if (filled) text += text.isEmpty() ? QStringLiteral("(filled in)") : QStringLiteral(" (filled in)");
-    label_->setText(text);
+    QString remark;
+    if (filled) remark = label.isEmpty() ? QStringLiteral("(filled in)") : QStringLiteral(" (filled in)");
+    label_->setText(label, remark);
     label_->setToolTip(filled ? QStringLiteral("The variable has just two codes; change or swap them if the "
                                                "other one is meant.")
                               : QString{});
@@ -127,10 +132,11 @@ bool CodeField::commit() {
     std::optional<double> code = std::numeric_limits<double>::quiet_NaN();
     if (!text.isEmpty()) code = codeOfText(*analysis, variable(), text);
     if (!code) return complain(noCode(text, variable()));
-    if (same(*code, code_))
-        showValue(code_);
-    else if (!host().put(*this, *code))
-        return false;
+    // Also the code that was there: from now on it is the user's.
+    if (!std::isnan(*code) || !std::isnan(code_)) {
+        if (!host().put(*this, *code)) return false;
+    }
+    if (same(*code, code_)) showValue(code_);
     return settled();
 }
 
@@ -175,9 +181,9 @@ void CodeField::offer() {
     }
     combo_->setCurrentIndex(std::isnan(code_) ? -1 : combo_->findData(code_));
     combo_->setEditText(text);
-    // The list is as wide as its texts, however narrow the field.
-    combo_->view()->setMinimumWidth(combo_->view()->sizeHintForColumn(0) +
-                                    combo_->fontMetrics().height() * 2);
+    // The list is as wide as its texts, however narrow the field, as far as the screen goes.
+    const int wanted = combo_->view()->sizeHintForColumn(0) + combo_->fontMetrics().height() * 2;
+    combo_->view()->setMinimumWidth(std::min(wanted, combo_->screen()->availableGeometry().width() * 3 / 4));
 }
 
 } // namespace korvana::desktop

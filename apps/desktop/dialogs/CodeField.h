@@ -3,11 +3,11 @@
 #include "apps/desktop/dialogs/CodesOfVariable.h"
 
 class QComboBox;
-class QLabel;
 class QToolButton;
 
 namespace korvana::desktop {
 
+class ElidedLabel;
 /// A code of a variable: typed as a number or a value label, or taken from the list of those that occur. The
 /// data are read when the list is asked for, not before: they may have millions of cases.
 class CodeField : public CodesOfVariable {
@@ -31,7 +31,7 @@ private:
     void swapWith(CodeField& other);
 
     QComboBox* combo_;
-    QLabel* label_; ///< the value label of the code
+    ElidedLabel* label_; ///< the value label of the code
     QToolButton* swap_ = nullptr;
     double code_;
     double filled_;

@@ -38,8 +38,10 @@ DialogView::DialogView(ozm::CAnalysisDialog& dialog, QWidget* parent)
         showValue(control.id);
     offerCodes();
     dialog.AddObserver(*this);
-    connect(qApp, &QApplication::focusChanged, this,
-            [this](QWidget*, QWidget* focused) { rememberFocus(focused); });
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* before, QWidget* focused) {
+        leaveField(before, focused);
+        rememberFocus(focused);
+    });
     focusFirst();
 }
 
@@ -175,10 +177,10 @@ void DialogView::reconsiderComplaint(const ControlField* done) {
     const QWidget* subject = callout_->subject();
     if (subject == nullptr || dialog_ == nullptr) return;
     for (const Placed& placed : placed_) {
-        if (placed.field == done || !(placed.field == subject || placed.field->isAncestorOf(subject)))
-            continue;
+        if (!(placed.field == subject || placed.field->isAncestorOf(subject))) continue;
         // What was typed may be right now; a choice that was refused is not there any more.
         if (placed.field->hasPendingEdit()) {
+            if (placed.field == done) return;
             const QPointer<ControlField> field(placed.field);
             QMetaObject::invokeMethod(
                 this,
@@ -191,6 +193,19 @@ void DialogView::reconsiderComplaint(const ControlField* done) {
         }
         callout_->hide();
         return;
+    }
+}
+
+void DialogView::leaveField(const QWidget* from, const QWidget* to) {
+    // Not for another window, nor before a press of a button that asks for what is lacking is answered.
+    if (callout_ == nullptr || callout_->isHidden() || from == nullptr || to == nullptr) return;
+    if (!isAncestorOf(from) || !isAncestorOf(to)) return;
+    for (const Placed& placed : placed_) {
+        const bool refused =
+            placed.field->isAncestorOf(callout_->subject()) || placed.field == callout_->subject();
+        const bool stands =
+            placed.control->kind == ozm::ControlKind::PushButton || placed.field->hasPendingEdit();
+        if (refused && !stands) return callout_->hide();
     }
 }
 

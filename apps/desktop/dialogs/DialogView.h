@@ -107,6 +107,8 @@ private:
     void remarkFilledCodes();
     void focusFirst();
     void rememberFocus(QWidget* focused);
+    /// The keyboard goes elsewhere: a refusal of what was not taken, and is not there any more, goes too.
+    void leaveField(const QWidget* from, const QWidget* to);
     bool commitEdits();
     /// After something was done, by the field given or otherwise: a complaint whose cause is gone goes too.
     void reconsiderComplaint(const ControlField* done);

@@ -19,6 +19,10 @@ DragList::DragList(QWidget* parent) : QListView(parent) {
     setAcceptDrops(true);
     setDragDropMode(DragDrop);
     setTabKeyNavigation(false);
+    // A ring around the list is apart from a selected row, which may fill all of a list of one line.
+    setViewportMargins(ringRoom, ringRoom, ringRoom, ringRoom);
+    setBackgroundRole(QPalette::Base);
+    setAutoFillBackground(true);
 }
 
 std::vector<int> DragList::selectedNumbers() const {
@@ -55,6 +59,15 @@ void DragList::mouseDoubleClickEvent(QMouseEvent* event) {
     QListView::mouseDoubleClickEvent(event);
     if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid() && onChosen)
         onChosen();
+}
+
+void DragList::initViewItemOption(QStyleOptionViewItem* option) const {
+    QListView::initViewItemOption(option);
+    if (hasFocus()) return;
+    // What is selected stays to be seen, and does not look as if keys went there.
+    const QPalette own = palette();
+    option->palette.setColor(QPalette::Highlight, own.color(QPalette::Midlight));
+    option->palette.setColor(QPalette::HighlightedText, own.color(QPalette::Text));
 }
 
 void DragList::focusInEvent(QFocusEvent* event) {

@@ -19,6 +19,8 @@ public:
     std::function<void(const DraggedVariables&, int)> onDropped; ///< and the row to come before
     std::function<void()> onEntered;                             ///< got the focus
 
+    static constexpr int ringRoom = 2; ///< at each side, within the frame
+
     /// What stands in the list while it is empty.
     void setPlaceholder(const QString& text) { placeholder_ = text; }
     /// Selected variables, in the order of the list.
@@ -28,6 +30,7 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void initViewItemOption(QStyleOptionViewItem* option) const override;
     void focusInEvent(QFocusEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;

@@ -2,15 +2,15 @@
 
 #include "apps/desktop/dialogs/Codes.h"
 #include "apps/desktop/dialogs/NeutralIcon.h"
+#include "apps/desktop/text/ElidedLabel.h"
+#include "apps/desktop/text/FixedFont.h"
 #include "support/CAnalysisSupport.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QEvent>
-#include <QFontDatabase>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QPlainTextEdit>
@@ -151,7 +151,7 @@ LineField::LineField(const ozm::ControlTemplate& control, FieldHost& host, QWidg
     line_->setMinimumWidth(line_->fontMetrics().horizontalAdvance(QLatin1Char('0')) * columns);
     if (isNumber) line_->setMaximumWidth(line_->minimumWidth());
     if (control.isShare) {
-        note_ = new QLabel(this);
+        note_ = new ElidedLabel(this);
         note_->setObjectName(QStringLiteral("note"));
         auto* row = new QHBoxLayout(this);
         row->setContentsMargins(0, 0, 0, 0);
@@ -164,7 +164,7 @@ LineField::LineField(const ozm::ControlTemplate& control, FieldHost& host, QWidg
     }
     QObject::connect(line_, &QLineEdit::editingFinished, this, [this] { commit(); });
     QObject::connect(line_, &QLineEdit::textEdited, this, [this] {
-        if (note_ != nullptr) note_->clear();
+        if (note_ != nullptr) note_->setText({});
         settled();
     });
 }
@@ -248,7 +248,7 @@ SummaryField::SummaryField(const ozm::ControlTemplate& control, FieldHost& host,
     text_->setReadOnly(true);
     text_->setTabChangesFocus(true);
     text_->setLineWrapMode(QPlainTextEdit::NoWrap);
-    text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    text_->setFont(fixedFont());
     text_->setAccessibleName(plainCaptionOf(control).isEmpty() ? QStringLiteral("Summary")
                                                                : plainCaptionOf(control));
     fillWith(text_, Caption::Above);

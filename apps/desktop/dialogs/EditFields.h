@@ -4,7 +4,6 @@
 
 class QButtonGroup;
 class QCheckBox;
-class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
 class QPushButton;
@@ -12,6 +11,7 @@ class QSpinBox;
 
 namespace korvana::desktop {
 
+class ElidedLabel;
 class ButtonField : public ControlField {
 public:
     ButtonField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent);
@@ -72,7 +72,7 @@ public:
 private:
     bool commitNumber();
     QLineEdit* line_;
-    QLabel* note_ = nullptr; ///< of a share
+    ElidedLabel* note_ = nullptr; ///< of a share
 };
 
 /// Several texts, one per line. Blank lines count for nothing.

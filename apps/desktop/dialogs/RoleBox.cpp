@@ -44,7 +44,7 @@ RoleBox::RoleBox(const ozm::RoleTemplate& role, int place, const std::vector<Kno
 
     const int line = list_->fontMetrics().height() * 5 / 4;
     const int lines = takesOne() ? 1 : 3;
-    list_->setMinimumHeight(line * lines + 2 * list_->frameWidth());
+    list_->setMinimumHeight(line * lines + 2 * (list_->frameWidth() + DragList::ringRoom));
     if (takesOne()) {
         list_->setMaximumHeight(list_->minimumHeight());
         list_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -44,7 +44,6 @@ void VariableField::build() {
     available_->setPlaceholder(QStringLiteral("no variable"));
     available_->setMinimumWidth(available_->fontMetrics().averageCharWidth() * 28);
     available_->setMinimumHeight(available_->fontMetrics().height() * 9);
-    setFocusProxy(available_);
 
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
@@ -277,6 +276,11 @@ bool VariableField::boxKey(int role, const QKeyEvent& event) {
     default:
         return false;
     }
+}
+
+void VariableField::focusInEvent(QFocusEvent* /*event*/) {
+    // No focus proxy: Tab would go to that past the search before it.
+    available_->setFocus(Qt::OtherFocusReason);
 }
 
 bool VariableField::eventFilter(QObject* watched, QEvent* event) {

@@ -1,7 +1,6 @@
 #include "apps/desktop/results/Printing.h"
 
 #include <QCoreApplication>
-#include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QPrinter>
 #include <algorithm>
@@ -9,6 +8,7 @@
 #include <qcustomplot.h>
 
 #include "apps/desktop/results/OutputText.h"
+#include "apps/desktop/text/FixedFont.h"
 #include "host/charts/ChartPlot.h"
 #include "host/results/Utf8.h"
 
@@ -82,8 +82,7 @@ public:
 
 private:
     [[nodiscard]] static QFont fixedFont(double points) {
-        QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-        font.setStyleHint(QFont::Monospace);
+        QFont font = desktop::fixedFont();
         font.setPointSizeF(points);
         return font;
     }

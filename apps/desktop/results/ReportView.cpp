@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLocale>
@@ -13,6 +12,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "apps/desktop/text/FixedFont.h"
 #include "host/results/Utf8.h"
 
 namespace korvana::desktop {
@@ -24,9 +24,7 @@ ReportView::ReportView(Source source, const QString& name, QWidget* parent)
     // A read-only text is still walked and selected with the keyboard.
     edit_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     edit_->setLineWrapMode(QPlainTextEdit::NoWrap);
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setStyleHint(QFont::Monospace);
-    font.setPointSizeF(std::max(font.pointSizeF(), QApplication::font().pointSizeF()));
+    const QFont font = fixedFont();
     edit_->setFont(font);
     edit_->setFrameShape(QFrame::NoFrame);
     edit_->document()->setDocumentMargin(QFontMetrics(font).height() * 0.7);
@@ -37,6 +35,7 @@ ReportView::ReportView(Source source, const QString& name, QWidget* parent)
 
     auto* bar = new QHBoxLayout(bar_);
     bar->setContentsMargins(8, 4, 8, 4);
+    rest_->setWordWrap(true);
     bar->addWidget(rest_, 1);
     bar->addWidget(showAll_);
     auto* column = new QVBoxLayout(this);

@@ -14,6 +14,7 @@
 
 #include "apps/desktop/EllipsisHeader.h"
 #include "apps/desktop/WaitCursor.h"
+#include "apps/desktop/text/WrappedLabel.h"
 #include "host/results/Utf8.h"
 
 namespace korvana::desktop {
@@ -27,12 +28,11 @@ constexpr int kWidestEms = 40;
 
 SheetView::SheetView(const Spreadsheet& sheet, QWidget* parent)
     : OutputView(parent), sheet_(sheet), model_(new SheetModel(sheet, this)), table_(new QTableView),
-      title_(new QLabel), notes_(new QLabel), copyWithHeadings_(new QAction(tr("Copy with &Headings"), this)),
+      title_(new WrappedLabel), notes_(new WrappedLabel),
+      copyWithHeadings_(new QAction(tr("Copy with &Headings"), this)),
       copyAsShown_(new QAction(tr("Copy as &Shown"), this)),
       selectAll_(new QAction(tr("Select A&ll"), this)) {
-    for (QLabel* label : {title_, notes_}) {
-        label->setTextFormat(Qt::PlainText);
-        label->setWordWrap(true);
+    for (WrappedLabel* label : {title_, notes_}) {
         label->setTextInteractionFlags(Qt::TextSelectableByMouse);
         label->setContentsMargins(8, 0, 8, 0);
     }

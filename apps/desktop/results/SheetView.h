@@ -4,11 +4,11 @@
 #include "apps/desktop/results/SheetCopy.h"
 #include "apps/desktop/results/SheetModel.h"
 
-class QLabel;
 class QTableView;
 
 namespace korvana::desktop {
 
+class WrappedLabel;
 /// A results table: title and notes, two-line headings, cells and whole columns to be selected and copied.
 /// Opens at once, however long the table is.
 class SheetView : public OutputView {
@@ -35,8 +35,8 @@ private:
     const Spreadsheet& sheet_;
     SheetModel* model_;
     QTableView* table_;
-    QLabel* title_;
-    QLabel* notes_;
+    WrappedLabel* title_;
+    WrappedLabel* notes_;
     QAction* copyWithHeadings_;
     QAction* copyAsShown_;
     QAction* selectAll_;

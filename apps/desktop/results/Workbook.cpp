@@ -1,6 +1,7 @@
 #include "apps/desktop/results/Workbook.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -17,6 +18,7 @@
 #include "apps/desktop/results/OutputText.h"
 #include "apps/desktop/results/ReportView.h"
 #include "apps/desktop/results/SheetView.h"
+#include "apps/desktop/text/WrappedLabel.h"
 
 namespace korvana::desktop {
 namespace {
@@ -34,7 +36,7 @@ OutputIcon iconOf(const ResultsBook::Output& output) {
 } // namespace
 
 Workbook::Workbook(QWidget* parent)
-    : QWidget(parent), splitter_(new QSplitter), tree_(new QTreeWidget), origin_(new QLabel),
+    : QWidget(parent), splitter_(new QSplitter), tree_(new QTreeWidget), origin_(new WrappedLabel),
       pages_(new QStackedWidget), nothing_(new QWidget) {
     useChartDrawer(drawInWindowThread);
     tree_->setHeaderHidden(true);
@@ -61,8 +63,6 @@ Workbook::Workbook(QWidget* parent)
     pages_->addWidget(nothing_);
 
     origin_->setObjectName(QStringLiteral("origin"));
-    origin_->setTextFormat(Qt::PlainText); // a condition has < and >
-    origin_->setWordWrap(true);
     origin_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     origin_->setContentsMargins(8, 4, 8, 0);
     QFont small = origin_->font();
@@ -84,6 +84,7 @@ Workbook::Workbook(QWidget* parent)
     row->setContentsMargins({});
     row->addWidget(splitter_);
     makeActions();
+    qApp->installEventFilter(this);
     showCurrent();
 }
 
@@ -254,7 +255,7 @@ void Workbook::showCurrent() {
     pages_->setCurrentWidget(run == nullptr ? nothing_ : view(*run, currentOutput()));
     const bool output = run != nullptr && currentOutput() != kNoPlace;
     const auto place = static_cast<std::size_t>(output ? currentOutput() : 0);
-    origin_->setText(output ? originText(*run->book, place) : QString{});
+    origin_->setText(output ? withShortWords(originText(*run->book, place)) : QString{});
     origin_->setToolTip(output ? originDetails(run->book->outputs.at(place)) : QString{});
     origin_->setVisible(!origin_->text().isEmpty());
     for (QAction* action : {copy_, exportRun_, print_, preview_, removeRun_})

@@ -14,7 +14,6 @@
 #include "host/results/WriteBook.h"
 
 class QAction;
-class QLabel;
 class QPrinter;
 class QSplitter;
 class QStackedWidget;
@@ -23,6 +22,7 @@ class QTreeWidgetItem;
 
 namespace korvana::desktop {
 
+class WrappedLabel;
 class ExportDialog;
 struct FilesAtStake;
 class OutputView;
@@ -91,6 +91,7 @@ signals:
 
 protected:
     void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     struct Shown {
@@ -147,7 +148,7 @@ private:
     std::vector<Removal> removals_;
     QSplitter* splitter_;
     QTreeWidget* tree_;
-    QLabel* origin_; ///< above the output that is shown: what it came from
+    WrappedLabel* origin_; ///< above the output that is shown: what it came from
     QStackedWidget* pages_;
     QWidget* nothing_;
     QAction* copy_;

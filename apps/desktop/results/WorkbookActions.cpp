@@ -1,5 +1,7 @@
 // What can be done with results, in the menus.
 #include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QTreeWidget>
 
@@ -43,6 +45,19 @@ void Workbook::makeActions() {
             [this] { removeOutput(currentRun(), currentOutput()); });
     connect(removeRun_, &QAction::triggered, this, [this] { removeRun(currentRun()); });
     undo_ = make(tr("&Undo Remove"), QKeySequence::Undo, Qt::WidgetWithChildrenShortcut, [this] { undo(); });
+}
+
+bool Workbook::eventFilter(QObject* watched, QEvent* event) {
+    // Some of these keys walk in a line of text too. Where they export and print, they do so everywhere.
+    if (event->type() == QEvent::ShortcutOverride && QApplication::activeModalWidget() == nullptr) {
+        const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
+        for (const QAction* action : {exportOutput_, exportRun_, print_})
+            if (action->isEnabled() && action->shortcut() == keys) {
+                event->ignore();
+                return true;
+            }
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void Workbook::showMenu(const QPoint& place) {

@@ -207,10 +207,10 @@ bool Workbook::exportRuns(bool all) {
     } else {
         files = writeRun(currentRun(), directory, dialog.formats(), problems, &stopped);
     }
-    emit statusText((stopped ? tr("The export was stopped; %1 files were written to %2.")
-                             : tr("%1 files were written to %2."))
-                        .arg(files)
-                        .arg(dialog.directory()));
+    const QString done = stopped ? tr("The export was stopped; %1 files were written to %2.")
+                                 : tr("%1 files were written to %2.");
+    const bool failed = files == 0 && !problems.isEmpty();
+    emit statusText(failed ? QString{} : done.arg(files).arg(dialog.directory()));
     if (!problems.isEmpty()) showProblem(problems.join(QStringLiteral("\n\n")));
     return problems.isEmpty() && !stopped;
 }

@@ -9,6 +9,7 @@
 #include "apps/desktop/data/VariablesView.h"
 #include "apps/desktop/data/WeightsDialog.h"
 #include "apps/desktop/results/Workbook.h"
+#include "apps/desktop/text/ElidedLabel.h"
 #include "apps/desktop/window/AnalysisRunner.h"
 #include "apps/desktop/window/FocusReturn.h"
 #include "apps/desktop/window/FocusRing.h"
@@ -16,7 +17,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
@@ -48,7 +48,7 @@ MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QStri
     : recent_(settingsFile), runner_(std::make_unique<AnalysisRunner>(std::move(analysis), this)),
       dataView_(new DataView), variablesView_(new VariablesView), dataTabs_(new QTabWidget),
       startPage_(new StartPage(recent_)), left_(new QStackedWidget), workbook_(new Workbook),
-      ring_(new FocusRing(this)), state_(new QLabel) {
+      ring_(new FocusRing(this)), state_(new ElidedLabel) {
     dataTabs_->addTab(dataView_, tr("Data"));
     dataTabs_->addTab(variablesView_, tr("Variables"));
     dataTabs_->setDocumentMode(true);

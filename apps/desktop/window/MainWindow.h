@@ -14,13 +14,13 @@
 #include <memory>
 
 class QAction;
-class QLabel;
 class QMenu;
 class QStackedWidget;
 class QTabWidget;
 
 namespace korvana::desktop {
 
+class ElidedLabel;
 class AnalysisRunner;
 class DataView;
 class FocusRing;
@@ -90,7 +90,7 @@ private:
     QStackedWidget* left_; ///< start page or data
     Workbook* workbook_;
     FocusRing* ring_;
-    QLabel* state_; ///< selected cases and weights, in the status line
+    ElidedLabel* state_; ///< selected cases and weights, in the status line
     QMenu* recentMenu_ = nullptr;
     QAction* startAction_ = nullptr;
     std::map<const ResultsBook*, int> runs_;

@@ -1,10 +1,10 @@
 #include "apps/desktop/window/ProgressWindow.h"
 
 #include "apps/desktop/InputGate.h"
+#include "apps/desktop/text/ElidedLabel.h"
+#include "apps/desktop/text/FixedFont.h"
 
-#include <QFontDatabase>
 #include <QHideEvent>
-#include <QLabel>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
@@ -16,11 +16,11 @@
 namespace korvana::desktop {
 
 ProgressWindow::ProgressWindow(QWidget* parent)
-    : QDialog(parent), status_(new QLabel(this)), bar_(new QProgressBar(this)),
+    : QDialog(parent), status_(new ElidedLabel(this)), bar_(new QProgressBar(this)),
       lines_(new QPlainTextEdit(this)), cancel_(new QPushButton(tr("Cancel"), this)) {
     setWindowTitle(tr("Computing"));
     lines_->setReadOnly(true);
-    lines_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    lines_->setFont(fixedFont());
     lines_->setAccessibleName(tr("Iterations"));
     bar_->setAccessibleName(tr("Progress"));
     auto* layout = new QVBoxLayout(this);

@@ -4,13 +4,13 @@
 
 #include <memory>
 
-class QLabel;
 class QPlainTextEdit;
 class QProgressBar;
 class QPushButton;
 
 namespace korvana::desktop {
 
+class ElidedLabel;
 class InputGate;
 
 /// What an analysis is doing while it computes: status text, progress bar, the lines of an iterative fit, and
@@ -44,7 +44,7 @@ protected:
 
 private:
     std::unique_ptr<InputGate> gate_;
-    QLabel* status_;
+    ElidedLabel* status_;
     QProgressBar* bar_;
     QPlainTextEdit* lines_;
     QPushButton* cancel_;

@@ -108,14 +108,16 @@ TEST_F(View, AComplaintStandsAtItsFieldAndCoversNothing) {
             subjects.push_back(field);
         for (QWidget* subject : subjects) {
             if (!subject->isVisible()) continue;
-            for (const QString& reason :
-                 {QStringLiteral("No."), QString("this is no number; ").repeated(9)}) {
+            for (const QString& reason : {QStringLiteral("No."), QString("this is no number; ").repeated(9),
+                                          QString("a_name_without_").repeated(15)}) {
                 const std::string what = subject->objectName().toStdString() + reason.toStdString();
                 callout()->showBeside(*subject, reason);
                 const QRect place = callout()->geometry();
                 const QRect row = placeOf(*subject).adjusted(0, -line, 0, line);
                 EXPECT_TRUE(place.bottom() >= row.top() && place.top() <= row.bottom()) << what;
                 EXPECT_TRUE(view->rect().contains(place)) << what;
+                auto* text = callout()->findChild<QLabel*>();
+                EXPECT_LE(text->minimumSizeHint().width(), text->width()) << "cut: " << what;
                 for (QWidget* one : view->findChildren<QWidget*>()) {
                     const auto* label = qobject_cast<QLabel*>(one);
                     const bool shows = qobject_cast<QLineEdit*>(one) || qobject_cast<QAbstractButton*>(one) ||

@@ -112,9 +112,13 @@ TEST_F(Pair, NeverReplacesWhatWasTyped) {
     EXPECT_EQ(code(22), 1.0) << "the other one is for the other field";
     type("1", 21);
     EXPECT_EQ(code(22), 0.0) << "still";
+    EXPECT_EQ(besides(22), "alive (filled in)");
+    type("0", 22);
+    EXPECT_EQ(besides(22), "alive") << "the same, and the user's";
     type("5", 22);
     type("0", 21);
     EXPECT_EQ(code(22), 5.0) << "now it is the user's";
+    EXPECT_EQ(besides(21), "alive");
     empty(1);
     retype(combo(21)->lineEdit(), "nonsense");
     choose(Qt::Key_2, {3});

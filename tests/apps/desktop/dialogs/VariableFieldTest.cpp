@@ -89,10 +89,20 @@ TEST_F(VariableBoxes, WhatDoesNotFitIsNotTakenAndSaid) {
     };
     refused([&] { choose(Qt::Key_2, {3}); }, "'status' is in this box already.");
     refused([&] { choose(Qt::Key_2, {2}); }, "'Indicator' takes at most 1 variable, not 2.");
-    QTest::keyClick(available(), Qt::Key_1, Qt::ControlModifier);
-    EXPECT_EQ(complaint(), "'Indicator' takes at most 1 variable, not 2.") << "another box settles nothing";
-    empty(1);
-    EXPECT_EQ(complaint(), "");
+    // Nothing is wrong any more: the reason goes with whatever is done next, and with the keyboard.
+    const std::function<void()> next[] = {
+        [&] { QTest::keyClick(available(), Qt::Key_1, Qt::ControlModifier); },
+        [&] { empty(1); },
+        [&] { editor<QComboBox>(Code)->setFocus(); },
+        [&] { QTest::keyClick(available(), Qt::Key_Tab); },
+    };
+    for (const auto& step : next) {
+        select({{1}, {3}});
+        available()->setFocus();
+        refused([&] { choose(Qt::Key_2, {2}); }, "'Indicator' takes at most 1 variable, not 2.");
+        step();
+        EXPECT_EQ(complaint(), "") << &step - next;
+    }
 
     // A variable has one role, however it is put there.
     select({{1}, {3}});

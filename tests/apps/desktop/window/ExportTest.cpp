@@ -1,4 +1,5 @@
 // Files of large results are written while the window lives, and nothing half-made is left by any stop.
+#include "apps/desktop/results/ExportDialog.h"
 #include "tests/apps/desktop/window/OpenWindow.h"
 #include "tests/host/results/Books.h"
 
@@ -94,6 +95,20 @@ TEST_F(ExportTest, TheWindowRepaintsAndSaysWhichFileIsWritten) {
     EXPECT_GT(painted, 10);
     EXPECT_TRUE(said.contains("results.xlsx")) << said.toStdString();
     EXPECT_EQ(window->workbook().unsaved(), 1) << "the chart";
+}
+
+TEST_F(ExportTest, WhatFailedIsNotSaidToBeWritten) {
+    const QString file = folder.write("file", "in the way");
+    QStringList said;
+    QObject::connect(&window->workbook(), &Workbook::statusText,
+                     [&said](const QString& text) { said += text; });
+    answering([this] { EXPECT_FALSE(window->workbook().exportRuns()); },
+              [&file](ExportDialog& dialog) {
+                  dialog.findChild<QLineEdit*>()->setText(file);
+                  dialog.accept();
+              },
+              pressing(QMessageBox::Ok));
+    EXPECT_EQ(said.join(QString()), "");
 }
 
 TEST_F(ExportTest, EveryWayToStopLeavesTheFolderAsItWas) {

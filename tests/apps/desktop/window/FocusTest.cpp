@@ -7,6 +7,8 @@
 #include "apps/desktop/data/DataView.h"
 #include "apps/desktop/window/FocusRing.h"
 
+#include <set>
+
 namespace korvana::desktop {
 namespace {
 
@@ -28,6 +30,11 @@ struct Focus : WindowTest {
         ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
         activate(*view());
     }
+    void addRun() {
+        ResultsBook something;
+        something.append(Report{"To export", {"a line"}});
+        window->workbook().addRun(std::make_shared<const ResultsBook>(std::move(something)), "Run");
+    }
     void escape() {
         activate(*view());
         QTest::keyClick(view(), Qt::Key_Escape);
@@ -39,7 +46,7 @@ struct Focus : WindowTest {
 TEST_F(Focus, ReturnsToTheWindowThatHadIt) {
     specify();
     auto* tree = window->findChild<QTreeWidget*>();
-    tree->show();
+    addRun();
     const auto cancel = [](QDialog& dialog) { dialog.reject(); };
     const auto ok = [](QDialog& dialog) { dialog.accept(); };
     const std::function<void()> ways[] = {
@@ -48,6 +55,10 @@ TEST_F(Focus, ReturnsToTheWindowThatHadIt) {
         [&] { answering([&] { window->defineWeights(); }, ok); },
         [&] { answering([&] { window->computeVariable(); }, cancel); },
         [&] { answering([&] { window->askForFileAndOptions(); }, naming(example("aml.csv")), cancel); },
+        [&] { // one after the other, for a name without an ending that says a format
+            answering([&] { window->workbook().exportOutputAction()->trigger(); },
+                      naming(folder.path("out.xyz")), pressing(QMessageBox::Ok), cancel);
+        },
         [&] { // of the dialog itself, over which a window manager keeps it
             answering([&] { click("Select Cases"); },
                       [&](QDialog& dialog) {
@@ -127,6 +138,27 @@ TEST_F(Focus, IsSeenInEveryListAlsoInAnEmptyOneAndOnAButton) {
         EXPECT_NE(with, list->grab().toImage()) << list->objectName().toStdString();
     }
     put(1001, ozm::VariableSelection{{3}, {4}});
+    // A selected row, which may fill all of the box, stands apart from the ring and is grey without it.
+    for (const char* name : {"role0", "role1"}) {
+        auto* list = view()->findChild<QListView*>(name);
+        list->setFocus();
+        list->setCurrentIndex(list->model()->index(0, 0));
+        const auto colours = [list] { // from the upper edge down to the row
+            const QImage image = list->grab().toImage();
+            QList<QColor> found;
+            for (int y = 0; y < image.height() / 2; ++y)
+                if (const QColor at = image.pixelColor(image.width() / 2, y);
+                    found.empty() || found.back() != at)
+                    found += at;
+            return found;
+        };
+        ASSERT_GT(colours().size(), 2) << name;
+        EXPECT_EQ(colours()[0], view()->palette().color(QPalette::Highlight)) << name;
+        EXPECT_EQ(colours()[1], view()->palette().color(QPalette::Base)) << name;
+        view()->findChild<QComboBox*>()->setFocus();
+        for (const QColor& one : colours())
+            EXPECT_EQ(one.hsvSaturation(), 0) << name << one.name().toStdString();
+    }
     put(1002, 1.0);
     put(1003, 0.0);
     click("OK"); // to a dialog that begins with a button
@@ -146,6 +178,43 @@ TEST_F(Focus, IsSeenInEveryListAlsoInAnEmptyOneAndOnAButton) {
         EXPECT_EQ(view->findChild<QWidget*>("focusRing")->size(), view->size());
         view->resize(view->width() - 10, view->height());
         EXPECT_EQ(view->findChild<QWidget*>("focusRing")->size(), view->size());
+    }
+}
+
+TEST_F(Focus, TabReachesEverythingAndTheKeysOfTheWindowWorkThere) {
+    specify();
+    put(1001, ozm::VariableSelection{{3}, {4}});
+    put(1002, 1.0);
+    put(1003, 0.0);
+    addRun();
+    int heard = 0;
+    const QAction* keys[] = {window->workbook().exportOutputAction(), window->workbook().exportRunAction(),
+                             window->workbook().printAction()};
+    for (const QAction* action : keys) {
+        action->disconnect(&window->workbook());
+        QObject::connect(action, &QAction::triggered, [&heard] { ++heard; });
+    }
+    for (const char* pressed : {"", "OK"}) {
+        if (*pressed != 0) click(pressed);
+        activate(*view());
+        std::set<QWidget*> reached;
+        for (int steps = 0; steps < 60; ++steps) {
+            QWidget* at = QApplication::focusWidget();
+            if (reached.insert(at).second) {
+                heard = 0;
+                for (const QAction* action : keys)
+                    QTest::keyClick(at, static_cast<Qt::Key>(action->shortcut()[0].key()),
+                                    action->shortcut()[0].keyboardModifiers());
+                EXPECT_EQ(heard, 3) << at->metaObject()->className() << at->objectName().toStdString();
+            }
+            QTest::keyClick(at, Qt::Key_Tab);
+        }
+        for (QWidget* each : view()->findChildren<QWidget*>()) {
+            if (!each->isVisible() || !each->isEnabled() || each->focusProxy() != nullptr) continue;
+            if ((each->focusPolicy() & Qt::TabFocus) == 0 || qobject_cast<QRadioButton*>(each)) continue;
+            EXPECT_TRUE(reached.contains(each))
+                << each->metaObject()->className() << each->objectName().toStdString();
+        }
     }
 }
 

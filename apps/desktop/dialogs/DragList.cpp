@@ -73,9 +73,8 @@ void DragList::initViewItemOption(QStyleOptionViewItem* option) const {
 void DragList::focusInEvent(QFocusEvent* event) {
     QListView::focusInEvent(event);
     const auto reason = event->reason();
-    const bool byKeyboard = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
-                            reason == Qt::ShortcutFocusReason || reason == Qt::OtherFocusReason;
-    if (byKeyboard && selectionModel()->selectedIndexes().isEmpty() && model()->rowCount() > 0)
+    const bool byMouse = reason == Qt::MouseFocusReason || reason == Qt::PopupFocusReason;
+    if (!byMouse && selectionModel()->selectedIndexes().isEmpty() && model()->rowCount() > 0)
         setCurrentIndex(currentIndex().isValid() ? currentIndex() : model()->index(0, 0));
     if (onEntered) onEntered();
 }

@@ -87,6 +87,9 @@ TEST_F(Focus, ReturnsToTheWindowThatHadIt) {
 
 TEST_F(Focus, InADialogLeavesTheWindowItsKeys) {
     specify();
+    const auto* list = qobject_cast<QListView*>(view()->focusWidget());
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(list->selectionModel()->selectedIndexes().size(), 1) << "keys have something to go on";
     QTest::keyClick(view(), Qt::Key_Q, Qt::ControlModifier);
     EXPECT_FALSE(window->isVisible());
 }

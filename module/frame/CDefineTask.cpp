@@ -1,9 +1,7 @@
 #include "module/frame/CDefineTask.h"
 
-#include "module/resources/ControlIds.h"
-#include "module/resources/Resources.h"
+#include "module/resources/Startup.h"
 #include "module/resources/StepNumbers.h"
-#include "module/resources/StringIds.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -25,7 +23,7 @@ constexpr AnalysisCommand commands[] = {
 };
 
 std::span<const ChoiceTemplate> Entries() {
-    return TaskTemplate().Find(TaskList)->choices;
+    return taskTemplate.Find(TaskList)->choices;
 }
 
 /// The first entry with the command, the first entry of all when none has it.
@@ -40,7 +38,7 @@ int PositionOf(int command) {
 } // namespace
 
 CDefineTask::CDefineTask(CAnalysisSupport& host, SurvivalState& state)
-    : ModuleDialog(host, TaskTemplate(), StartupInterface(), state.shared), state_(state) {}
+    : ModuleDialog(host, taskTemplate, startupInterface, state.shared), state_(state) {}
 
 void CDefineTask::OnOpen() {
     Analysis().Dialogs().EnableStartupMenus(true);

@@ -1,9 +1,9 @@
 #include "module/frame/CSurvival.h"
 
+#include "module/resources/Startup.h"
 #include "module/frame/Steps.h"
 #include "module/frame/SurvivalState.h"
 #include "module/resources/Resources.h"
-#include "module/resources/StringIds.h"
 
 #include <array>
 

@@ -1,12 +1,12 @@
 #include "module/frame/Steps.h"
 
+#include "module/resources/Shared.h"
 #include "module/frame/CDefineTask.h"
 #include "module/frame/CSurvival.h"
 #include "module/frame/SurvivalState.h"
 #include "module/kaplan/CDefineKaplanDlg.h"
 #include "module/kaplan/CKaplanResultsDlg.h"
 #include "module/resources/StepNumbers.h"
-#include "module/resources/StringIds.h"
 #include "module/twosample/CDefineTwoDlg.h"
 #include "module/twosample/CTwoResultsDlg.h"
 

@@ -1,7 +1,7 @@
 #include "module/frame/SurvivalState.h"
 
+#include "module/resources/Startup.h"
 #include "module/resources/Resources.h"
-#include "module/resources/StringIds.h"
 
 #include <algorithm>
 #include <cctype>

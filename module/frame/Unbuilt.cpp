@@ -1,7 +1,7 @@
 #include "module/frame/CSurvival.h"
+#include "module/resources/Startup.h"
 #include "module/frame/Steps.h"
 #include "module/resources/StepNumbers.h"
-#include "module/resources/StringIds.h"
 
 namespace ozm::survival {
 

@@ -1,13 +1,13 @@
 #include "module/kaplan/CDefineKaplanDlg.h"
 
+#include "module/resources/Kaplan.h"
 #include "module/kaplan/RunProductLimit.h"
-#include "module/resources/Resources.h"
 #include "module/resources/StepNumbers.h"
 
 namespace ozm::survival {
 
 CDefineKaplanDlg::CDefineKaplanDlg(CAnalysisSupport& host, SharedSettings& shared, KaplanState& state)
-    : SpecificationDialog(host, KaplanTemplate(), KaplanInterface(), shared), state_(state) {}
+    : SpecificationDialog(host, kaplanTemplate, kaplanInterface, shared), state_(state) {}
 
 void CDefineKaplanDlg::Run() {
     if (!CommonSelectionsAreValid()) return;

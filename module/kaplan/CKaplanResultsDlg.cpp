@@ -1,6 +1,6 @@
 #include "module/kaplan/CKaplanResultsDlg.h"
 
-#include "module/resources/ControlIds.h"
+#include "module/resources/Kaplan.h"
 #include "module/resources/Resources.h"
 #include "module/survdata/CodeComparison.h"
 #include "module/survdata/ReportLines.h"
@@ -12,7 +12,7 @@
 namespace ozm::survival {
 
 CKaplanResultsDlg::CKaplanResultsDlg(CAnalysisSupport& host, SharedSettings& shared, KaplanState& state)
-    : ResultsDialog(host, KaplanResultsTemplate(), KaplanResultsInterface(), shared), state_(state) {}
+    : ResultsDialog(host, kaplanResultsTemplate, kaplanResultsInterface, shared), state_(state) {}
 
 void CKaplanResultsDlg::OnOpen() {
     SetValue(KaplanLevel, state_.settings.confidenceLevel);

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "module/resources/Kaplan.h"
 #include "module/kaplan/KaplanOutput.h"
 #include "module/kaplan/KaplanState.h"
 #include "module/resources/StepNumbers.h"
-#include "module/resources/StringIds.h"
 #include "module/survdata/ResultsDialog.h"
 
 namespace ozm::survival {

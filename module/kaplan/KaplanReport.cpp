@@ -1,7 +1,8 @@
 #include "module/kaplan/KaplanOutput.h"
+#include "module/resources/Kaplan.h"
+#include "module/resources/Shared.h"
 #include "module/kaplan/KaplanTables.h"
 #include "module/resources/Resources.h"
-#include "module/resources/StringIds.h"
 #include "module/survdata/InputHeader.h"
 #include "module/survdata/ReportLines.h"
 

@@ -1,10 +1,11 @@
 #include "module/kaplan/KaplanTables.h"
 
+#include "module/resources/Kaplan.h"
+#include "module/resources/Shared.h"
 #include "module/kaplan/ConfidenceLimits.h"
 #include "module/kaplan/KaplanOutput.h"
 #include "module/kaplan/RunProductLimit.h"
 #include "module/resources/Resources.h"
-#include "module/resources/StringIds.h"
 #include "module/survdata/HostArray.h"
 #include "module/survdata/NormalQuantile.h"
 #include "module/survdata/NumberTable.h"

@@ -1,7 +1,8 @@
 #include "module/kaplan/RunProductLimit.h"
 
+#include "module/resources/Kaplan.h"
+#include "module/resources/Shared.h"
 #include "module/resources/Resources.h"
-#include "module/resources/StringIds.h"
 #include "module/survdata/ReadingNotes.h"
 #include "module/survdata/ReportLines.h"
 #include "module/survdata/StatusMessages.h"

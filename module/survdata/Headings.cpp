@@ -1,7 +1,9 @@
 #include "module/survdata/Headings.h"
 
+#include "module/resources/Groups.h"
+#include "module/resources/Kaplan.h"
+#include "module/resources/TwoSamples.h"
 #include "module/resources/Resources.h"
-#include "module/resources/StringIds.h"
 
 #include <algorithm>
 #include <iterator>

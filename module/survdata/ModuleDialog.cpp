@@ -1,6 +1,7 @@
 #include "module/survdata/ModuleDialog.h"
 
-#include "module/resources/ControlIds.h"
+#include "module/resources/Shared.h"
+
 
 namespace ozm::survival {
 
@@ -12,10 +13,10 @@ ModuleDialog::ModuleDialog(CAnalysisSupport& host, const DialogTemplate& dialogT
 
 bool ModuleDialog::CommonCommand(int control) {
     switch (control) {
-    case TaskCaseWeights:
+    case CaseWeights:
         Analysis().DefineWeight();
         return true;
-    case TaskSelectCases:
+    case SelectCases:
         Analysis().DefineSelCond();
         return true;
     default:

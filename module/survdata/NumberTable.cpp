@@ -1,7 +1,7 @@
 #include "module/survdata/NumberTable.h"
 
+#include "module/resources/Shared.h"
 #include "module/resources/Resources.h"
-#include "module/resources/StringIds.h"
 #include "module/survdata/Headings.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "module/survdata/ReadingNotes.h"
 
-#include "module/resources/StringIds.h"
+#include "module/resources/Shared.h"
 #include "module/survdata/ReportLines.h"
 #include "module/survdata/SelectionChecks.h"
 

@@ -1,6 +1,6 @@
 #include "module/survdata/ResultsDialog.h"
 
-#include "module/resources/StringIds.h"
+#include "module/resources/Shared.h"
 #include "module/survdata/ReportLines.h"
 #include "support/dialogs/ControlText.h"
 

@@ -1,6 +1,6 @@
 #include "module/survdata/SelectionChecks.h"
 
-#include "module/resources/StringIds.h"
+#include "module/resources/Shared.h"
 #include "module/survdata/CodeComparison.h"
 #include "module/survdata/ReportLines.h"
 

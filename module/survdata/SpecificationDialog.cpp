@@ -1,7 +1,7 @@
 #include "module/survdata/SpecificationDialog.h"
 
+#include "module/resources/Shared.h"
 #include "module/resources/StepNumbers.h"
-#include "module/resources/StringIds.h"
 #include "module/survdata/ReportLines.h"
 #include "module/survdata/SelectionChecks.h"
 

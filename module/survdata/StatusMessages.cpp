@@ -1,6 +1,7 @@
 #include "module/survdata/StatusMessages.h"
 
-#include "module/resources/StringIds.h"
+#include "module/resources/Shared.h"
+
 
 #include <algorithm>
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "module/resources/Shared.h"
 #include "module/survdata/Status.h"
 
 #include <span>

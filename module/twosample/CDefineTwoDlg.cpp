@@ -1,7 +1,7 @@
 #include "module/twosample/CDefineTwoDlg.h"
 
-#include "module/resources/ControlIds.h"
-#include "module/resources/Resources.h"
+#include "module/resources/Shared.h"
+#include "module/resources/TwoSamples.h"
 #include "module/resources/StepNumbers.h"
 #include "module/survdata/CodeComparison.h"
 #include "module/survdata/SelectionChecks.h"
@@ -14,7 +14,7 @@
 namespace ozm::survival {
 
 CDefineTwoDlg::CDefineTwoDlg(CAnalysisSupport& host, SharedSettings& shared, TwoState& state)
-    : SpecificationDialog(host, TwoTemplate(), TwoInterface(), shared), state_(state) {}
+    : SpecificationDialog(host, twoTemplate, twoInterface, shared), state_(state) {}
 
 double& CDefineTwoDlg::CodeForGroup(int group) {
     return Shared().groupCodes[group == 1 ? 0 : 1];
@@ -22,13 +22,13 @@ double& CDefineTwoDlg::CodeForGroup(int group) {
 
 void CDefineTwoDlg::OnOpen() {
     SpecificationDialog::OnOpen();
-    SetValue(SpecifyGroup1Code, CodeForGroup(1));
-    SetValue(SpecifyGroup2Code, CodeForGroup(2));
+    SetValue(TwoGroup1Code, CodeForGroup(1));
+    SetValue(TwoGroup2Code, CodeForGroup(2));
 }
 
 void CDefineTwoDlg::OnValueChanged(int control) {
-    if (control == SpecifyGroup1Code || control == SpecifyGroup2Code)
-        CodeForGroup(control == SpecifyGroup1Code ? 1 : 2) = ValueAs<double>(control);
+    if (control == TwoGroup1Code || control == TwoGroup2Code)
+        CodeForGroup(control == TwoGroup1Code ? 1 : 2) = ValueAs<double>(control);
     else
         SpecificationDialog::OnValueChanged(control);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "module/resources/StringIds.h"
+#include "module/resources/TwoSamples.h"
 #include "module/survdata/SpecificationDialog.h"
 #include "module/twosample/TwoState.h"
 

@@ -1,6 +1,6 @@
 #include "module/twosample/CTwoResultsDlg.h"
 
-#include "module/resources/ControlIds.h"
+#include "module/resources/TwoSamples.h"
 #include "module/resources/Resources.h"
 
 #include <string>
@@ -8,7 +8,7 @@
 namespace ozm::survival {
 
 CTwoResultsDlg::CTwoResultsDlg(CAnalysisSupport& host, SharedSettings& shared, TwoState& state)
-    : ResultsDialog(host, TwoResultsTemplate(), TwoResultsInterface(), shared), state_(state) {}
+    : ResultsDialog(host, twoResultsTemplate, twoResultsInterface, shared), state_(state) {}
 
 void CTwoResultsDlg::OnOpen() {
     std::string summary{Text(StrTwoTitle)};

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "module/resources/TwoSamples.h"
 #include "module/resources/StepNumbers.h"
-#include "module/resources/StringIds.h"
 #include "module/survdata/ResultsDialog.h"
 #include "module/twosample/TwoOutput.h"
 #include "module/twosample/TwoState.h"

@@ -1,7 +1,9 @@
 #include "module/twosample/RunTwoSamples.h"
 
+#include "module/resources/Groups.h"
+#include "module/resources/Shared.h"
+#include "module/resources/TwoSamples.h"
 #include "module/resources/Resources.h"
-#include "module/resources/StringIds.h"
 #include "module/survdata/ReadingNotes.h"
 #include "module/survdata/ReportLines.h"
 #include "module/survdata/StatusMessages.h"

@@ -1,7 +1,7 @@
 #include "module/twosample/TestTexts.h"
 
+#include "module/resources/TwoSamples.h"
 #include "module/resources/Resources.h"
-#include "module/resources/StringIds.h"
 #include "module/survdata/ReportLines.h"
 
 #include <array>

@@ -1,5 +1,6 @@
 #include "module/resources/Resources.h"
-#include "module/resources/StringIds.h"
+#include "module/resources/Shared.h"
+#include "module/resources/TwoSamples.h"
 #include "module/survdata/NumberTable.h"
 #include "module/survdata/ReportLines.h"
 #include "module/twosample/RunTwoSamples.h"

@@ -3,9 +3,9 @@
 // dialog to the specification dialog of an analysis and to its results.
 
 #include "module/frame/SurvivalState.h"
-#include "module/resources/ControlIds.h"
+#include "module/resources/Kaplan.h"
 #include "module/resources/StepNumbers.h"
-#include "module/resources/StringIds.h"
+#include "module/resources/TwoSamples.h"
 #include "tests/module/FailingNew.h"
 #include "tests/module/FakeHost.h"
 

@@ -4,6 +4,8 @@
 
 #include "tests/module/AnalysisFixture.h"
 
+#include "module/resources/Shared.h"
+
 #include <cctype>
 #include <set>
 

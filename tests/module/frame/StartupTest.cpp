@@ -1,5 +1,8 @@
 #include "tests/module/AnalysisFixture.h"
 
+#include "module/resources/Shared.h"
+#include "module/resources/Startup.h"
+
 namespace ozm::survival {
 namespace {
 
@@ -47,8 +50,8 @@ TEST_F(KaplanFixture, OpeningDataClearsEverySelection) {
     host.Press(analysis, TaskOpenData);
     EXPECT_EQ(ModuleState().shared.timeVariables, 0);
     EXPECT_TRUE(ModuleState().shared.lists[ListCensoring].empty());
-    host.Press(analysis, TaskCaseWeights);
-    host.Press(analysis, TaskSelectCases);
+    host.Press(analysis, CaseWeights);
+    host.Press(analysis, SelectCases);
     EXPECT_EQ(host.asked.back(), "selection");
 }
 

@@ -1,4 +1,5 @@
 #include "module/frame/Lum6NewAnalysis.h"
+#include "module/resources/Shared.h"
 #include "tests/module/AnalysisFixture.h"
 
 #include <memory>

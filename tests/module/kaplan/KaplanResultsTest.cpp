@@ -1,5 +1,7 @@
 #include "tests/module/AnalysisFixture.h"
 
+#include "module/resources/Kaplan.h"
+
 #include <cmath>
 
 namespace ozm::survival {

@@ -1,4 +1,5 @@
 #include "module/kaplan/CurveThinning.h"
+#include "module/resources/Kaplan.h"
 #include "tests/module/AnalysisFixture.h"
 
 #include <algorithm>

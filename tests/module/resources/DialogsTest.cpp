@@ -24,7 +24,7 @@ std::string Letters(const DialogTemplate& dialog, std::size_t page) {
 }
 
 TEST(Dialogs, ALetterReachesOneControlOnly) {
-    for (const DialogTemplate* dialog : DialogTemplates()) {
+    for (const DialogTemplate* dialog : Resources().dialogs) {
         for (std::size_t page = 0; page < dialog->pages.size(); ++page) {
             const std::string letters = Letters(*dialog, page);
             EXPECT_FALSE(letters.empty()) << dialog->title;

@@ -1,4 +1,6 @@
-#include "module/resources/StringIds.h"
+#include "module/resources/Groups.h"
+#include "module/resources/Kaplan.h"
+#include "module/resources/TwoSamples.h"
 #include "module/survdata/CodeComparison.h"
 #include "module/survdata/CodeDecimals.h"
 #include "module/survdata/DayNumber.h"

@@ -1,5 +1,7 @@
 #include "module/twosample/RunTwoSamples.h"
 
+#include "module/resources/Shared.h"
+#include "module/resources/TwoSamples.h"
 #include "tests/module/AnalysisFixture.h"
 
 #include <functional>

@@ -1,5 +1,7 @@
-#include "module/resources/Resources.h"
 #include "tests/module/AnalysisFixture.h"
+
+#include "module/resources/Groups.h"
+#include "module/resources/TwoSamples.h"
 
 #include <cmath>
 

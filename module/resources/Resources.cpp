@@ -1,0 +1,102 @@
+#include "module/resources/Resources.h"
+
+#include "module/resources/Groups.h"
+#include "module/resources/Kaplan.h"
+#include "module/resources/Shared.h"
+#include "module/resources/Startup.h"
+#include "module/resources/TwoSamples.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iterator>
+
+namespace ozm::survival {
+namespace {
+
+// The one place that knows all analyses' resources.
+
+constexpr std::span<const StringResource> stringTables[] = {startupStrings, sharedStrings, groupStrings,
+                                                            kaplanStrings, twoSampleStrings};
+
+constexpr const DialogTemplate* dialogs[] = {&taskTemplate, &kaplanTemplate, &kaplanResultsTemplate,
+                                             &twoTemplate, &twoResultsTemplate};
+
+/// In the library's order of declaration.
+constexpr AutomationInterface interfaces[] = {startupInterface, kaplanInterface, kaplanResultsInterface,
+                                              twoInterface, twoResultsInterface};
+
+constexpr std::string_view surMethod[] = {"scSurLifeTablesAndDistributions", "scSurKaplanMeierProductLimit",
+                                          "scSurComparingTwoSamples",        "scSurComparingMultipleSamples",
+                                          "scSurRegressionModels",           "scSurTimeDependentCovariates"};
+constexpr std::string_view surResultsForModel[] = {"scSurExponential", "scSurLinearHazard", "scSurGompertz",
+                                                   "scSurWeibull"};
+constexpr std::string_view surRegressionModel[] = {"scSurProportionalHazardRegression",
+                                                   "scSurExponentialRegression", "scSurLogNormalRegression",
+                                                   "scSurNormalRegression"};
+constexpr std::string_view surTypeOfInputDataTabs[] = {"scSurRawData", "scSurTableOfSurvivalTimes"};
+constexpr AutomationEnumeration enumerations[] = {
+    {"SurMethod", surMethod},
+    {"SurResultsForModel", surResultsForModel},
+    {"SurRegressionModel", surRegressionModel},
+    {"SurTypeOfInputDataTabs", surTypeOfInputDataTabs},
+};
+constexpr TypeLibrary library{"OZMSurvival", "KORVANA Survival Analysis Library", enumerations, interfaces};
+
+/// Whether no two of a list have the same key.
+template <class List, class Key>
+constexpr bool AllDiffer(const List& list, Key key) {
+    for (auto one = std::begin(list); one != std::end(list); ++one)
+        for (auto other = std::next(one); other != std::end(list); ++other)
+            if (key(*one) == key(*other)) return false;
+    return true;
+}
+
+constexpr auto numberOf = [](const StringResource& text) { return text.id; };
+
+constexpr auto allStrings = [] {
+    constexpr std::size_t count = [] {
+        std::size_t sum = 0;
+        for (const auto& table : stringTables)
+            sum += table.size();
+        return sum;
+    }();
+    std::array<StringResource, count> all{};
+    auto next = all.begin();
+    for (const auto& table : stringTables)
+        next = std::copy(table.begin(), table.end(), next);
+    std::ranges::sort(all, {}, numberOf);
+    return all;
+}();
+
+static_assert(std::ranges::all_of(stringTables,
+                                  [](const auto& t) { return std::ranges::is_sorted(t, {}, numberOf); }),
+              "the texts of a list stand in the order of their numbers");
+static_assert(std::ranges::adjacent_find(allStrings, {}, numberOf) == allStrings.end(),
+              "two texts have the same number");
+static_assert(AllDiffer(dialogs, [](const DialogTemplate* dialog) { return dialog->number; }),
+              "two dialogs have the same number");
+static_assert(std::ranges::all_of(dialogs,
+                                  [](const DialogTemplate* dialog) {
+                                      return AllDiffer(dialog->controls, [](const auto& c) { return c.id; });
+                                  }),
+              "two controls of a dialog have the same number");
+static_assert(AllDiffer(interfaces, [](const AutomationInterface& i) { return i.name; }) &&
+                  std::ranges::all_of(interfaces,
+                                      [](const AutomationInterface& i) {
+                                          return AllDiffer(i.members, [](const auto& m) { return m.name; });
+                                      }),
+              "two interfaces, or two members of one, have the same name");
+
+} // namespace
+
+const ModuleResources& Resources() {
+    static constexpr ModuleResources resources{allStrings, dialogs, &library};
+    return resources;
+}
+
+std::string_view Text(int id) {
+    return Resources().String(id);
+}
+
+} // namespace ozm::survival

@@ -12,14 +12,17 @@ namespace {
 
 struct AnalysisCommand {
     int command;
-    std::int16_t analysisType;
+    AnalysisType analysisType;
     int step;
 };
 
 constexpr AnalysisCommand commands[] = {
-    {StrLifeTables, 1, StepSpecifyLifeTables}, {StrKaplanMeier, 2, StepSpecifyKaplan},
-    {StrTwoSamples, 3, StepSpecifyTwoSamples}, {StrKSamples, 4, StepSpecifyKSamples},
-    {StrRegression, 5, StepSpecifyRegression}, {StrTimeDependent, 5, StepSpecifyRegression},
+    {StrLifeTables, AnalysisType::LifeTables, StepSpecifyLifeTables},
+    {StrKaplanMeier, AnalysisType::KaplanMeier, StepSpecifyKaplan},
+    {StrTwoSamples, AnalysisType::TwoSamples, StepSpecifyTwoSamples},
+    {StrKSamples, AnalysisType::MultipleSamples, StepSpecifyKSamples},
+    {StrRegression, AnalysisType::Regression, StepSpecifyRegression},
+    {StrTimeDependent, AnalysisType::Regression, StepSpecifyRegression},
 };
 
 std::span<const ChoiceTemplate> Entries() {
@@ -49,40 +52,40 @@ void CDefineTask::OnValueChanged(int control) {
     if (control == TaskList) state_.startupPosition = ValueAs<int>(TaskList);
 }
 
-void CDefineTask::OnCommand(int control) {
+bool CDefineTask::OnCommand(int control) {
     switch (control) {
     case ControlOk:
     case TaskList:
-        PerformSelected();
-        break;
+        return PerformSelected();
     case ControlCancel:
         Analysis().Dialogs().EnableStartupMenus(true);
         ExitDialog(StepEnd, ExitMode::Back);
-        break;
+        return true;
     case TaskOpenData:
-        if (Analysis().Dialogs().OpenDataFile())
-            ResetSelections();
-        else
+        if (!Analysis().Dialogs().OpenDataFile()) {
             Analysis().Dialogs().RestoreResultsWindows(*this);
-        break;
+            return false;
+        }
+        ResetSelections();
+        return true;
     case TaskResetSelections:
         ResetSelections();
-        break;
+        return true;
     default:
-        CommonCommand(control);
+        return CommonCommand(control);
     }
 }
 
-void CDefineTask::PerformSelected() {
+bool CDefineTask::PerformSelected() {
     const auto position = static_cast<std::size_t>(ValueAs<int>(TaskList));
-    if (position < Entries().size()) Perform(Entries()[position].command);
+    return position < Entries().size() && Perform(Entries()[position].command);
 }
 
-void CDefineTask::Perform(int command) {
+bool CDefineTask::Perform(int command) {
     const auto* const found =
         std::find_if(std::begin(commands), std::end(commands),
                      [command](const AnalysisCommand& row) { return row.command == command; });
-    if (found == std::end(commands)) return;
+    if (found == std::end(commands)) return false;
     state_.startupPosition = PositionOf(command);
     state_.shared.analysisType = found->analysisType;
     if (command == StrRegression || command == StrTimeDependent) {
@@ -93,6 +96,7 @@ void CDefineTask::Perform(int command) {
     }
     Analysis().Dialogs().EnableStartupMenus(false);
     ExitDialog(found->step, ExitMode::Forward);
+    return true;
 }
 
 void CDefineTask::ResetSelections() {

@@ -13,13 +13,13 @@ public:
 
 protected:
     void OnOpen() override;
-    void OnCommand(int control) override;
+    bool OnCommand(int control) override;
     void OnValueChanged(int control) override;
 
 private:
-    void PerformSelected();
+    bool PerformSelected();
     /// Starts the analysis of a command; a command that is none does nothing.
-    void Perform(int command);
+    bool Perform(int command);
     void ResetSelections();
 
     SurvivalState& state_;

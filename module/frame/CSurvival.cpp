@@ -1,9 +1,9 @@
 #include "module/frame/CSurvival.h"
 
-#include "module/resources/Startup.h"
 #include "module/frame/Steps.h"
 #include "module/frame/SurvivalState.h"
 #include "module/resources/Resources.h"
+#include "module/resources/Startup.h"
 
 #include <array>
 
@@ -16,7 +16,7 @@ CSurvival::CSurvival(CAnalysisDoc* document) : CAnalysisSupport(document) {
 }
 
 CSurvival::~CSurvival() {
-    ModuleState().ReleaseResults();
+    ModuleState().Leave(*this);
 }
 
 int CSurvival::InitializeAfterFileChanged() {

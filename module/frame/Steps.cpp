@@ -1,11 +1,11 @@
 #include "module/frame/Steps.h"
 
-#include "module/resources/Shared.h"
 #include "module/frame/CDefineTask.h"
 #include "module/frame/CSurvival.h"
 #include "module/frame/SurvivalState.h"
 #include "module/kaplan/CDefineKaplanDlg.h"
 #include "module/kaplan/CKaplanResultsDlg.h"
+#include "module/resources/Shared.h"
 #include "module/resources/StepNumbers.h"
 #include "module/twosample/CDefineTwoDlg.h"
 #include "module/twosample/CTwoResultsDlg.h"
@@ -20,6 +20,7 @@ namespace {
 /// Makes a step's dialog and hands it to the host. Memory that runs out, as any failure, ends the sequence.
 template <class Dialog, class... State>
 int OpenStep(CAnalysisSupport& analysis, State&... state) {
+    ModuleState().Enter(analysis);
     auto dialog = std::make_unique<Dialog>(analysis, state...);
     return CAnalysisModelessDialog::CreateAnalysisDialog(std::move(dialog)) ? StepInProgress : StepEnd;
 }

@@ -1,7 +1,7 @@
 #include "module/frame/SurvivalState.h"
 
-#include "module/resources/Startup.h"
 #include "module/resources/Resources.h"
+#include "module/resources/Startup.h"
 
 #include <algorithm>
 #include <cctype>
@@ -33,7 +33,7 @@ void ReadDataCounts(CAnalysisSupport& host, SharedSettings& shared) {
 
 void UnsetCodes(SharedSettings& shared) {
     shared.completeCode = shared.censoredCode = unsetCode;
-    shared.groupCodes = {unsetCode, unsetCode};
+    shared.groupCodes.clear();
 }
 
 } // namespace
@@ -41,9 +41,8 @@ void UnsetCodes(SharedSettings& shared) {
 void SurvivalState::Reset(CAnalysisSupport& host) {
     ReleaseResults();
     shared = SharedSettings{};
-    kaplan.settings = {};
+    shared.owner = &host;
     regression = {};
-    startupPosition = 0;
     shared.reportTitle = Text(StrReportTitle);
     shared.reportTitleLower = shared.reportTitle;
     std::transform(shared.reportTitleLower.begin(), shared.reportTitleLower.end(),
@@ -53,6 +52,7 @@ void SurvivalState::Reset(CAnalysisSupport& host) {
 }
 
 void SurvivalState::DataChanged(CAnalysisSupport& host) {
+    Enter(host);
     UnsetCodes(shared);
     ReadDataCounts(host, shared);
 }
@@ -64,9 +64,19 @@ void SurvivalState::ClearSelections() {
     UnsetCodes(shared);
 }
 
+void SurvivalState::Enter(CAnalysisSupport& host) {
+    if (shared.owner != &host) ReleaseResults();
+    shared.owner = &host;
+}
+
+void SurvivalState::Leave(const CAnalysisSupport& host) {
+    if (shared.owner != &host) return;
+    ReleaseResults();
+    shared.owner = nullptr;
+}
+
 void SurvivalState::ReleaseResults() {
     kaplan.results.Release();
-    twoSamples.lists.Release();
     twoSamples.results.Release();
 }
 

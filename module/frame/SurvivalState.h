@@ -17,12 +17,20 @@ struct SurvivalState {
     RegressionState regression;
     int startupPosition = 0; ///< entry of the startup dialog's list that was chosen last
 
-    /// Every default; selections and codes are cleared, results released, the counts of the data read.
+    /// Every default for an analysis object that begins; selections and codes are cleared, results released,
+    /// the counts of the data read. What is kept from one analysis to the next stays: the entry chosen last,
+    /// the confidence level.
     void Reset(CAnalysisSupport& host);
     /// The codes become unset and the counts of the data are read anew; the selections stay.
     void DataChanged(CAnalysisSupport& host);
     /// Forgets all variables and codes that were selected.
     void ClearSelections();
+    /// An analysis object does a step: results of another one are released.
+    void Enter(CAnalysisSupport& host);
+    /// An analysis object goes: its results are released.
+    void Leave(const CAnalysisSupport& host);
+
+private:
     void ReleaseResults();
 };
 

@@ -1,6 +1,6 @@
 #include "module/frame/CSurvival.h"
-#include "module/resources/Startup.h"
 #include "module/frame/Steps.h"
+#include "module/resources/Startup.h"
 #include "module/resources/StepNumbers.h"
 
 namespace ozm::survival {

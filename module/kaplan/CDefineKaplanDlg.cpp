@@ -1,7 +1,7 @@
 #include "module/kaplan/CDefineKaplanDlg.h"
 
-#include "module/resources/Kaplan.h"
 #include "module/kaplan/RunProductLimit.h"
+#include "module/resources/Kaplan.h"
 #include "module/resources/StepNumbers.h"
 
 namespace ozm::survival {
@@ -11,7 +11,7 @@ CDefineKaplanDlg::CDefineKaplanDlg(CAnalysisSupport& host, SharedSettings& share
 
 void CDefineKaplanDlg::Run() {
     if (!CommonSelectionsAreValid()) return;
-    const bool computed = RunProductLimit(Analysis(), Shared(), state_, this) == 0;
+    const bool computed = RunProductLimit(Analysis(), Shared(), state_, this);
     Leave(computed, StepKaplanResults, StepSpecifyKaplan);
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "module/resources/Kaplan.h"
 #include "module/kaplan/KaplanState.h"
+#include "module/resources/Kaplan.h"
 #include "module/survdata/SpecificationDialog.h"
 
 namespace ozm::survival {

@@ -1,12 +1,11 @@
 #include "module/kaplan/CKaplanResultsDlg.h"
 
+#include "module/kaplan/ConfidenceLimits.h"
 #include "module/resources/Kaplan.h"
 #include "module/resources/Resources.h"
-#include "module/survdata/CodeComparison.h"
 #include "module/survdata/ReportLines.h"
 
 #include <algorithm>
-#include <cmath>
 #include <string>
 
 namespace ozm::survival {
@@ -29,43 +28,42 @@ void CKaplanResultsDlg::OnValueChanged(int control) {
     if (control == KaplanLevel) state_.settings.confidenceLevel = ValueAs<double>(KaplanLevel);
 }
 
-int CKaplanResultsDlg::Output(int control) {
+OutputResult CKaplanResultsDlg::Output(int control) {
     switch (control) {
     case KaplanSummary:
         return WriteKaplanReport(Analysis(), Shared(), state_.results);
     case KaplanPercentiles:
-        return LevelIsValid() ? Percentiles() : 0;
+        return Percentiles();
     case KaplanPlot1:
     case KaplanPlot1Again:
-        return LevelIsValid() ? Plot(KaplanPlot::Survival, control) : 0;
+        return LevelIsValid() ? Plot(KaplanPlot::Survival, control) : OutputResult::NotMade();
     case KaplanCurve:
-        return LevelIsValid() ? PlotSurvivalCurve(Analysis(), Shared(), state_.results, Level()) : 0;
+        return LevelIsValid() ? PlotSurvivalCurve(Analysis(), Shared(), state_.results, Level())
+                              : OutputResult::NotMade();
     case KaplanPlot2:
         return Plot(KaplanPlot::LogTime, control);
     case KaplanPlot3:
         return Plot(KaplanPlot::LogLog, control);
     default:
-        return 0;
+        return {};
     }
 }
 
 bool CKaplanResultsDlg::LevelIsValid() {
-    double& level = state_.settings.confidenceLevel;
-    if (std::isnan(level) || GreaterThan(0.0, level) || GreaterThan(level, 1.0)) {
-        const std::string given = FormatNumber(level, 17);
-        level = KaplanSettings::defaultLevel;
-        SetValue(KaplanLevel, level);
-        ShowMessage(StrInvalidLevel, "The level given was " + given + ".");
-        return false;
-    }
-    return true;
+    if (IsConfidenceLevel(state_.settings.confidenceLevel)) return true;
+    ShowMessage(StrInvalidLevel,
+                Filled(StrKmLevelGiven, {FormatNumber(state_.settings.confidenceLevel, 17)}));
+    state_.settings.confidenceLevel = KaplanSettings::defaultLevel;
+    SetValue(KaplanLevel, KaplanSettings::defaultLevel);
+    return false;
 }
 
 double CKaplanResultsDlg::Level() const {
-    return std::clamp(state_.settings.confidenceLevel, 0.0, 1.0);
+    const double level = state_.settings.confidenceLevel;
+    return IsConfidenceLevel(level) ? std::clamp(level, 0.0, 1.0) : level;
 }
 
-int CKaplanResultsDlg::Plot(KaplanPlot plot, int control) {
+OutputResult CKaplanResultsDlg::Plot(KaplanPlot plot, int control) {
     if (!AllPlotted(state_.results))
         Analysis().DspMessageBox(MessageStyle::Information, this, StrOnly32000Plotted,
                                  OutputName(control) + "\n" +
@@ -73,10 +71,10 @@ int CKaplanResultsDlg::Plot(KaplanPlot plot, int control) {
     return PlotKaplan(Analysis(), Shared(), state_.results, plot, Level());
 }
 
-int CKaplanResultsDlg::Percentiles() {
-    const int message = WritePercentiles(Analysis(), state_.results, Level());
-    if (message == 0) NameLimitColumns(Analysis(), Level());
-    return message;
+OutputResult CKaplanResultsDlg::Percentiles() {
+    const OutputResult result = WritePercentiles(Analysis(), state_.results, Level());
+    if (result.made) NameLimitColumns(Analysis(), Level());
+    return result;
 }
 
 } // namespace ozm::survival

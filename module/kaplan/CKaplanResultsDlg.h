@@ -1,8 +1,8 @@
 #pragma once
 
-#include "module/resources/Kaplan.h"
 #include "module/kaplan/KaplanOutput.h"
 #include "module/kaplan/KaplanState.h"
+#include "module/resources/Kaplan.h"
 #include "module/resources/StepNumbers.h"
 #include "module/survdata/ResultsDialog.h"
 
@@ -16,18 +16,20 @@ public:
 protected:
     void OnOpen() override;
     void OnValueChanged(int control) override;
-    int Output(int control) override;
+    OutputResult Output(int control) override;
     void ReleaseResults() override { state_.results.Release(); }
+    [[nodiscard]] bool HasResults() const override { return state_.results.Valid() > 0; }
     [[nodiscard]] int SpecificationStep() const override { return StepSpecifyKaplan; }
     [[nodiscard]] int NotEnoughMemoryString() const override { return StrKaplanNoMemory; }
 
 private:
-    /// A level outside 0..1 is told, reset to its default, and false answered.
+    /// What draws a band asks first: a level outside 0..1 is told, reset to its default, and false answered.
     bool LevelIsValid();
-    /// The level in force: one that is a rounding error outside 0..1 means the end itself.
+    /// The level in force: one that is a rounding error outside 0..1 means the end itself. Limits at one that
+    /// is no level are empty.
     [[nodiscard]] double Level() const;
-    int Plot(KaplanPlot plot, int control);
-    int Percentiles();
+    OutputResult Plot(KaplanPlot plot, int control);
+    OutputResult Percentiles();
 
     KaplanState& state_;
 };

@@ -1,12 +1,13 @@
 #include "module/kaplan/ConfidenceLimits.h"
-#include "module/resources/Kaplan.h"
-#include "module/resources/Shared.h"
 #include "module/kaplan/CurveThinning.h"
 #include "module/kaplan/KaplanOutput.h"
+#include "module/resources/Kaplan.h"
 #include "module/resources/Resources.h"
+#include "module/resources/Shared.h"
 #include "module/survdata/InputHeader.h"
 #include "module/survdata/NormalQuantile.h"
 #include "module/survdata/ReportLines.h"
+#include "module/survdata/StatusLine.h"
 #include "module/survdata/StopTest.h"
 
 #include <algorithm>
@@ -94,13 +95,14 @@ std::size_t FillSurvival(const KaplanResults& results, const CurveNames& names, 
         series.estimate.leaving.push_back(row.time);
         if (row.censored) {
             Add(series.censored, row.time, row.survival);
-            return;
+            return true;
         }
         Add(series.estimate, row.time, row.survival);
         const ConfidenceLimits limits = LogMinusLogLimits(row.survival, row.standardError, z);
-        if (std::isnan(limits.lower)) return;
+        if (std::isnan(limits.lower)) return true;
         Add(series.lower, row.time, limits.lower);
         Add(series.upper, row.time, limits.upper);
+        return true;
     });
     series.estimate.staying = static_cast<double>(results.Valid()) - static_cast<double>(values);
     series.Move(last, chart);
@@ -135,21 +137,21 @@ bool FillWholeCurve(CAnalysisSupport& host, const KaplanResults& results, const 
     };
     KaplanRow tied;
     bool any = false;
-    bool stopped = false;
     std::size_t rows = 0;
-    ForEachObservation(results, static_cast<std::size_t>(results.Valid()), [&](const KaplanRow& row) {
-        if (rows++ % rowsPerPoll == 0 && StopRequested(host)) stopped = true;
-        if (stopped) return;
-        leaving.Add(row.time);
-        if (row.censored) {
-            censored.Add(row.time, row.survival);
-            return;
-        }
-        if (any && tied.time < row.time) place(tied);
-        any = true;
-        tied = row;
-    });
-    if (stopped) return false;
+    const bool all =
+        ForEachObservation(results, static_cast<std::size_t>(results.Valid()), [&](const KaplanRow& row) {
+            if (rows++ % rowsPerPoll == 0 && StopRequested(host)) return false;
+            leaving.Add(row.time);
+            if (row.censored) {
+                censored.Add(row.time, row.survival);
+                return true;
+            }
+            if (any && tied.time < row.time) place(tied);
+            any = true;
+            tied = row;
+            return true;
+        });
+    if (!all) return false;
     place(tied);
     for (ThinnedSteps* each : {&estimate, &lower, &upper})
         each->Close();
@@ -179,16 +181,14 @@ std::size_t FillLogarithmic(const KaplanResults& results, const CurveNames& name
     std::int32_t timeZero = 0;
     std::int32_t survivalZero = 0;
     ForEachObservation(results, mostPlotted, [&](const KaplanRow& row) {
-        if (row.censored) return;
-        if (!(row.time > 0.0)) {
+        if (row.censored) return true;
+        if (!(row.time > 0.0))
             ++timeZero;
-            return;
-        }
-        if (logSurvival && !(row.survival > 0.0)) {
+        else if (logSurvival && !(row.survival > 0.0))
             ++survivalZero;
-            return;
-        }
-        Add(series, std::log(row.time), logSurvival ? std::log(row.survival) : row.survival);
+        else
+            Add(series, std::log(row.time), logSurvival ? std::log(row.survival) : row.survival);
+        return true;
     });
     if (timeZero > 0) chart.notes.push_back(Filled(StrKmNoteTimeZero, {FormatCount(timeZero)}));
     if (survivalZero > 0) chart.notes.push_back(Filled(StrKmNoteSurvivalZero, {FormatCount(survivalZero)}));
@@ -216,16 +216,16 @@ PlotTexts TextsOf(KaplanPlot plot) {
     return {StrKmPlot3, StrKmAxisLogTime, StrKmAxisLogSurviving};
 }
 
-int Show(CAnalysisSupport& host, CChartInfo& chart) {
+OutputResult Show(CAnalysisSupport& host, CChartInfo& chart) {
     const short outcome = host.NewGeneralMultipleChartLongEx(chart);
     host.c_gr0(chart);
-    return outcome == 0 ? 0 : StrGraphicsError;
+    return outcome == 0 ? OutputResult{} : OutputResult::Failed(StrGraphicsError);
 }
 
 } // namespace
 
-int PlotKaplan(CAnalysisSupport& host, const SharedSettings& shared, const KaplanResults& results,
-               KaplanPlot plot, double level) {
+OutputResult PlotKaplan(CAnalysisSupport& host, const SharedSettings& shared, const KaplanResults& results,
+                        KaplanPlot plot, double level) {
     const CurveNames names(host, shared);
     const PlotTexts texts = TextsOf(plot);
     CChartInfo chart;
@@ -235,26 +235,24 @@ int PlotKaplan(CAnalysisSupport& host, const SharedSettings& shared, const Kapla
     const std::size_t values = plot == KaplanPlot::Survival
                                    ? FillSurvival(results, names, level, chart)
                                    : FillLogarithmic(results, names, plot == KaplanPlot::LogLog, chart);
-    if (values < 3) return StrFewerThan3Values;
+    if (values < 3) return OutputResult::Failed(StrFewerThan3Values);
     if (!AllPlotted(results))
         chart.notes.push_back(
             Filled(StrKmNoteOnlyFirst, {FormatCount(mostPlotted), FormatCount(results.Valid())}));
     return Show(host, chart);
 }
 
-int PlotSurvivalCurve(CAnalysisSupport& host, const SharedSettings& shared, const KaplanResults& results,
-                      double level) {
-    host.d_stat(Text(StrPrinting));
+OutputResult PlotSurvivalCurve(CAnalysisSupport& host, const SharedSettings& shared,
+                               const KaplanResults& results, double level) {
+    const StatusLine line(host, StrPrinting);
     CChartInfo chart;
     chart.title = Trimmed(StrKmCurve);
     chart.xAxis.title = Trimmed(StrKmAxisTime);
     chart.yAxis.title = Trimmed(StrKmAxisSurviving);
-    const bool filled = FillWholeCurve(host, results, CurveNames(host, shared), level, chart);
-    if (filled && !AllPlotted(results))
-        chart.notes.push_back(Filled(StrKmNoteThinned, {FormatCount(results.Valid())}));
-    const int message = filled ? Show(host, chart) : 0;
-    host.d_stat({});
-    return message;
+    if (!FillWholeCurve(host, results, CurveNames(host, shared), level, chart))
+        return OutputResult::NotMade();
+    if (!AllPlotted(results)) chart.notes.push_back(Filled(StrKmNoteThinned, {FormatCount(results.Valid())}));
+    return Show(host, chart);
 }
 
 } // namespace ozm::survival

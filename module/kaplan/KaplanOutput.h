@@ -1,13 +1,12 @@
 #pragma once
 
 #include "module/kaplan/KaplanState.h"
+#include "module/survdata/OutputResult.h"
 #include "module/survdata/SharedSettings.h"
-#include "module/survdata/Status.h"
 #include "support/CAnalysisSupport.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,23 +23,21 @@ inline constexpr std::size_t mostPlotted = 32000;
 std::vector<std::string> KaplanSummaryLines(CAnalysisSupport& host, const SharedSettings& shared,
                                             const KaplanResults& results);
 
-// Each output answers the string number of the message to show, 0 when all went well or the user stopped it.
-
 /// Report with the summary and the input, then the product-limit table, one row per observation.
-int WriteKaplanReport(CAnalysisSupport& host, const SharedSettings& shared, KaplanResults& results);
+OutputResult WriteKaplanReport(CAnalysisSupport& host, const SharedSettings& shared, KaplanResults& results);
 
 /// Spreadsheet of the percentiles with their limits. The columns of the limits are then renamed by
 /// `NameLimitColumns`.
-int WritePercentiles(CAnalysisSupport& host, const KaplanResults& results, double level);
+OutputResult WritePercentiles(CAnalysisSupport& host, const KaplanResults& results, double level);
 void NameLimitColumns(CAnalysisSupport& host, double level);
 
 /// Which of the three plots.
 enum class KaplanPlot : std::uint8_t { Survival = 1, LogTime = 2, LogLog = 3 };
-int PlotKaplan(CAnalysisSupport& host, const SharedSettings& shared, const KaplanResults& results,
-               KaplanPlot plot, double level);
+OutputResult PlotKaplan(CAnalysisSupport& host, const SharedSettings& shared, const KaplanResults& results,
+                        KaplanPlot plot, double level);
 /// The survival curve of all observations, however many.
-int PlotSurvivalCurve(CAnalysisSupport& host, const SharedSettings& shared, const KaplanResults& results,
-                      double level);
+OutputResult PlotSurvivalCurve(CAnalysisSupport& host, const SharedSettings& shared,
+                               const KaplanResults& results, double level);
 
 /// One observation in time order; at a tie the uncensored ones come first.
 struct KaplanRow {
@@ -51,9 +48,10 @@ struct KaplanRow {
     std::int32_t caseNumber = 0;
 };
 
-/// Calls `visit(const KaplanRow&)` for the first `most` observations in time order.
+/// Calls `visit(const KaplanRow&)` for the first `most` observations in time order, for as long as it answers
+/// true. False when it did not.
 template <class Visit>
-void ForEachObservation(const KaplanResults& results, std::size_t most, Visit&& visit) {
+bool ForEachObservation(const KaplanResults& results, std::size_t most, Visit&& visit) {
     const auto uncensored = results.UncensoredTimes();
     const auto censored = results.CensoredTimes();
     KaplanRow row;
@@ -70,8 +68,9 @@ void ForEachObservation(const KaplanResults& results, std::size_t most, Visit&& 
             row.standardError = results.StandardError()[u];
             row.caseNumber = results.UncensoredCases()[u++];
         }
-        visit(row);
+        if (!visit(row)) return false;
     }
+    return true;
 }
 
 } // namespace ozm::survival

@@ -1,10 +1,11 @@
 #include "module/kaplan/KaplanOutput.h"
-#include "module/resources/Kaplan.h"
-#include "module/resources/Shared.h"
 #include "module/kaplan/KaplanTables.h"
+#include "module/resources/Kaplan.h"
 #include "module/resources/Resources.h"
+#include "module/resources/Shared.h"
 #include "module/survdata/InputHeader.h"
 #include "module/survdata/ReportLines.h"
+#include "module/survdata/StatusLine.h"
 
 namespace ozm::survival {
 
@@ -17,17 +18,15 @@ std::vector<std::string> KaplanSummaryLines(CAnalysisSupport& host, const Shared
             std::string{Text(StrKmCensored)} + FormatCount(results.censored)};
 }
 
-int WriteKaplanReport(CAnalysisSupport& host, const SharedSettings& shared, KaplanResults& results) {
-    host.d_stat(Text(StrPrinting));
+OutputResult WriteKaplanReport(CAnalysisSupport& host, const SharedSettings& shared, KaplanResults& results) {
+    const StatusLine line(host, StrPrinting);
     OpenReport(host, shared, StrKmResultsTitle);
-    for (const std::string& line : KaplanSummaryLines(host, shared, results))
-        WriteLine(host, line);
+    for (const std::string& each : KaplanSummaryLines(host, shared, results))
+        WriteLine(host, each);
     host.newline(1);
     WriteInputHeader(host, shared);
     host.type();
-    const int message = WriteKaplanTables(host, results);
-    host.d_stat({});
-    return message;
+    return WriteKaplanTables(host, results);
 }
 
 } // namespace ozm::survival

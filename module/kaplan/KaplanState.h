@@ -2,10 +2,10 @@
 
 #include "module/kaplan/ProductLimit.h"
 #include "module/survdata/CaseReader.h"
-#include "module/survdata/HostArray.h"
 #include "module/survdata/PairedSort.h"
+#include "module/survdata/WorkArray.h"
 
-#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -17,42 +17,34 @@ struct KaplanSettings {
     double confidenceLevel = defaultLevel;
 };
 
-/// The seven arrays of one run, all of one capacity: fixed ones for small data, else from the host.
-class KaplanArrays {
-public:
+/// The seven arrays of one run, all of one capacity.
+struct KaplanArrays {
     static constexpr std::int32_t fixedCapacity = 2500;
     static constexpr std::int32_t largestCapacity = 10'000'000;
-
-    /// The fixed arrays while the data have at most `fixedCapacity` cases and no weights; else twice the
-    /// number of cases but at most `largestCapacity`, which is also what weighted cases get. False when the
-    /// host refused one: all that were obtained are then released.
-    [[nodiscard]] bool Obtain(CAnalysisSupport& host, std::int32_t cases, bool weighted);
-    void Release();
-    static std::int32_t CapacityFor(std::int32_t cases, bool weighted);
     /// What an observation takes of the host's memory.
     static constexpr std::size_t bytesPerObservation = 4 * sizeof(double) + 3 * sizeof(std::int32_t);
-    [[nodiscard]] std::int32_t Capacity() const { return capacity_; }
 
-    std::span<double> uncensoredTimes;
-    std::span<double> censoredTimes;
-    std::span<double> survival;
-    std::span<double> standardError;
-    std::span<std::int32_t> uncensoredCases;
-    std::span<std::int32_t> censoredCases;
-    std::span<std::int32_t> ranks;
+    /// The fixed capacity while the data have at most that many cases and no weights; else twice the number
+    /// of cases but at most `largestCapacity`, which is also what weighted cases get.
+    static std::int32_t CapacityFor(std::int32_t cases, bool weighted);
 
-private:
-    bool ObtainFromHost(CAnalysisSupport& host, std::size_t capacity);
-    static bool FitsFixed(std::int32_t cases, bool weighted) { return cases <= fixedCapacity && !weighted; }
+    /// False when the host refused one.
+    [[nodiscard]] bool Obtain(CAnalysisSupport& host, std::int32_t capacity);
+    void Release();
+    [[nodiscard]] std::int32_t Capacity() const { return static_cast<std::int32_t>(uncensoredTimes.Size()); }
 
-    std::int32_t capacity_ = 0;
-    std::array<HostArray<double>, 4> hostDoubles_;
-    std::array<HostArray<std::int32_t>, 3> hostIntegers_;
-    std::array<std::array<double, fixedCapacity>, 4> fixedDoubles_{};
-    std::array<std::array<std::int32_t, fixedCapacity>, 3> fixedIntegers_{};
+    template <class T>
+    using Array = WorkArray<T, fixedCapacity>;
+    Array<double> uncensoredTimes;
+    Array<double> censoredTimes;
+    Array<double> survival;
+    Array<double> standardError;
+    Array<std::int32_t> uncensoredCases;
+    Array<std::int32_t> censoredCases;
+    Array<std::int32_t> ranks;
 };
 
-/// What a run leaves for the results dialog. The spans of `arrays` are valid up to the counts.
+/// What a run leaves for the results dialog. The arrays are valid up to the counts.
 struct KaplanResults {
     KaplanArrays arrays;
     ReadingCounts counts;
@@ -88,8 +80,8 @@ struct KaplanResults {
 
 private:
     template <class T>
-    static std::span<const T> Used(std::span<T> array, std::int32_t count) {
-        return array.first(static_cast<std::size_t>(count));
+    static std::span<const T> Used(const KaplanArrays::Array<T>& array, std::int32_t count) {
+        return array.First(static_cast<std::size_t>(count));
     }
 };
 

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "module/kaplan/KaplanState.h"
+#include "module/survdata/OutputResult.h"
 #include "support/CAnalysisSupport.h"
 
 namespace ozm::survival {
 
 /// The spreadsheets of the summary: counts of observations, and the product-limit table with one row per
-/// observation in time order. Answers the string number of the message to show, 0 when all went well or the
-/// user stopped it.
-int WriteKaplanTables(CAnalysisSupport& host, KaplanResults& results);
+/// observation in time order.
+OutputResult WriteKaplanTables(CAnalysisSupport& host, KaplanResults& results);
 
 } // namespace ozm::survival

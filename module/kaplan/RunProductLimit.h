@@ -11,11 +11,11 @@ class CAnalysisDialog;
 
 namespace ozm::survival {
 
-/// The run behind OK of the specification dialog: obtains the arrays, reads the cases, sorts, computes. 0 on
-/// success: `state.results` is filled, and the shared statistics begin with the percentiles. 1 when there is
-/// nothing to show: the message was shown over `window` (none after a stop), and nothing is kept.
-int RunProductLimit(CAnalysisSupport& host, SharedSettings& shared, KaplanState& state,
-                    CAnalysisDialog* window);
+/// The run behind OK of the specification dialog: obtains the arrays, reads the cases, sorts, computes. True
+/// when `state.results` is filled; the shared statistics then begin with the percentiles. Else the message
+/// was shown over `window` (none after a stop), and nothing is kept.
+bool RunProductLimit(CAnalysisSupport& host, SharedSettings& shared, KaplanState& state,
+                     CAnalysisDialog* window);
 
 /// The reading pass: fills times and case numbers of `results` up to the capacity of its arrays, and its
 /// counts.

@@ -16,21 +16,21 @@ double ProportionDead(double dying, double exposed, Correction correction) {
 
 } // namespace
 
-Status ComputeLifeTable(const IntervalCounts& counts, Correction correction, LifeTable& table) {
-    if (!(counts.entering > 0.0) || counts.intervals <= 0) return Status::NoIntervals;
+LifeTableStatus ComputeLifeTable(const IntervalCounts& counts, Correction correction, LifeTable& table) {
+    if (!(counts.entering > 0.0) || counts.intervals <= 0) return LifeTableStatus::NoIntervals;
     const std::size_t intervals = std::min(static_cast<std::size_t>(counts.intervals), intervalSlots);
 
     table = LifeTable{};
     table.entering[0] = counts.entering;
     for (std::size_t i = 1; i < intervals; ++i) {
         table.entering[i] = table.entering[i - 1] - counts.withdrawn[i - 1] - counts.dying[i - 1];
-        if (table.entering[i] < 0.0) return Status::NegativeEntering;
+        if (table.entering[i] < 0.0) return LifeTableStatus::NegativeEntering;
     }
     std::size_t entered = intervals; // ends at 1 at the latest, for somebody enters the first
     while (!(table.entering[entered - 1] > 0.0))
         --entered;
     for (std::size_t i = 1; i < intervals; ++i)
-        if (!(counts.lower[i] > counts.lower[i - 1])) return Status::NoWidth;
+        if (!(counts.lower[i] > counts.lower[i - 1])) return LifeTableStatus::NoWidth;
 
     const std::size_t rows = std::min(entered + 1, intervals);
     table.rows = static_cast<int>(rows);
@@ -48,7 +48,7 @@ Status ComputeLifeTable(const IntervalCounts& counts, Correction correction, Lif
             table.cumulativeSurviving[i] =
                 table.cumulativeSurviving[i - 1] * table.proportionSurviving[i - 1];
     }
-    return Status::Success;
+    return LifeTableStatus::Success;
 }
 
 } // namespace ozm::survival

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "module/lifetable/Intervals.h"
-#include "module/survdata/Status.h"
+
+#include <cstdint>
 
 namespace ozm::survival {
 
@@ -19,6 +20,15 @@ struct LifeTable {
     IntervalColumn cumulativeSurviving{}; ///< P: surviving to the start of the interval, 1 in the first
 };
 
+/// How the computation of a life table ended. The numbers are those that users know.
+enum class LifeTableStatus : std::int16_t {
+    Success = 0,
+    NoIntervals = 201,
+    NegativeEntering = 202,
+    NobodyEnters = 203,
+    NoWidth = 210,
+};
+
 /// Whether proportions of 0 and 1 are corrected: an interval without a death (Q = 0) is given half a death,
 /// Q = 0.5/E, and one in which all exposed die (Q = 1) half a survivor, Q = (E - 0.5)/E.
 enum class Correction : bool { Off, On };
@@ -29,6 +39,6 @@ enum class Correction : bool { Off, On };
 /// NegativeEntering (more leave than have entered), else NoWidth (a lower limit that is not above the one
 /// before, also beyond the table's end), else Success; `table` is meaningful after Success only. NobodyEnters
 /// does not arise: somebody enters the first.
-Status ComputeLifeTable(const IntervalCounts& counts, Correction correction, LifeTable& table);
+LifeTableStatus ComputeLifeTable(const IntervalCounts& counts, Correction correction, LifeTable& table);
 
 } // namespace ozm::survival

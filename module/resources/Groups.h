@@ -27,9 +27,15 @@
       "Note: An interval without a death is given half a death, one that nobody survives half a " \
       "survivor.") \
     S(StrLtCasesOfGroups, 20277, \
-      "A life table takes three valid cases: there are %1 with code %2 and %3 with code %4 of %5.") \
+      "A life table takes three valid cases: there are %1 of %2.") \
     S(StrLtLargestTime, 20278, \
       "The largest survival time is %1 (from %2): no interval can be made of it.") \
+    S(StrLtCasesWithCode, 20279, "%1 with code %2") \
+    S(StrLtEnteringInFull, 20280, "number entering") \
+    S(StrLtCensoredInFull, 20281, "number censored") \
+    S(StrLtDyingInFull, 20282, "number dying") \
+    S(StrLtSurvivingInFull, 20283, "% surviving") \
+    S(StrLtCumulativeInFull, 20284, "cumulative % surviving") \
     S(StrPreparingData, 20300, " Preparing data for analysis ... ")
 // clang-format on
 

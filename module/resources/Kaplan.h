@@ -36,6 +36,8 @@
     S(StrKmNoteTimeZero, 20223, "Uncensored observations left out, as time 0 has no logarithm: %1.") \
     S(StrKmNoteSurvivalZero, 20224, \
       "Uncensored observations left out, as survival 0 has no logarithm: %1.") \
+    S(StrKmSurvivalInFull, 20225, "Cumulative Survival") \
+    S(StrKmLevelGiven, 20226, "The level given was %1.") \
     S(StrKmPercentiles1, 20230, "Percentiles of     ") \
     S(StrKmPercentiles2, 20231, "the Survival Function") \
     S(StrKmLowerQuartile, 20232, "25'th percentile (lower quartile)") \

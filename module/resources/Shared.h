@@ -30,11 +30,13 @@
     S(StrNoCensoringVariable, 20006, "Select one variable with the censoring indicator.") \
     S(StrDataFile, 20007, "Data file:  ") \
     S(StrNoGroupingVariable, 20008, "Select one variable with the group codes.") \
+    S(StrNoResults, 20009, \
+      "The results of this dialog are gone, as another analysis was begun; go back and run it again.") \
     S(StrNoteStartAndEnd, 20020, "Two time variables are start and end: the survival time is %1 - %2.") \
     S(StrNoteLeftOut, 20021, "%1 of %2 cases left out: %3.") \
     S(StrNoteSelectedLeftOut, 20022, "%1 of %2 selected cases left out: %3.") \
     S(StrWhyNoValue, 20023, "with no value of %1") \
-    S(StrWhyOtherCode, 20024, "with another code of %1 than %2 or %3") \
+    S(StrWhyOtherCode, 20024, "with another code of %1 than %2") \
     S(StrWhyTooLarge, 20025, "with a value of %1 beyond 1e15") \
     S(StrWhyInvalidDate, 20026, "with an invalid date") \
     S(StrWhyNegative, 20027, "with a negative survival time") \
@@ -76,6 +78,7 @@
     S(StrGroup1, 20116, "(Group 1)") \
     S(StrGroup2, 20117, "(Group 2)") \
     S(StrUnsetCode, 20118, "--") \
+    S(StrTableInput, 20119, "Input data is a table of survival times") \
     S(StrDaysComputed, 20202, "number of days computed from data") \
     S(StrGraphicsError, 20251, " Error in graphics routine.") \
     S(StrFewerThan3Values, 20252, " Fewer than 3 valid values.")

@@ -77,6 +77,7 @@
     S(StrTwoColI, 20359, "   I    ") \
     S(StrTwoColC, 20360, "   C    ") \
     S(StrTwoColForm, 20361, " Form   ") \
+    S(StrTwoSurvivalInFull, 20362, "Cumulative proportion surviving") \
     S(StrTwoPermutational, 20370, "permutational") \
     S(StrTwoHypergeometric, 20371, "hypergeometric") \
     S(StrTwoNotePermutational, 20372, \
@@ -100,7 +101,9 @@
       "Cox's F has no sign: df 1 is twice the uncensored observations of the group that lives longer. " \
       "Where df 1 = df 2, it is the group with the greater of T1 and T2.") \
     S(StrTwoNoteOneSided, 20381, "The p of Cox's F is one-sided, the others are two-sided.") \
-    S(StrTwoListFull, 20390, "Group %1 has more than %2 %3 observations.") \
+    S(StrTwoUncensoredFull, 20388, "Group %1 has more than %2 uncensored observations.") \
+    S(StrTwoCensoredFull, 20389, "Group %1 has more than %2 censored observations.") \
+    S(StrTwoGroupCounts, 20390, "%1 uncensored, %2 censored.") \
     S(StrTwoCapacity, 20391, \
       "This analysis takes at most %1 uncensored and %1 censored observations of each group, copies " \
       "of weighted cases counted: select fewer cases. The comparison of multiple samples is not part " \

@@ -40,7 +40,7 @@ ReadingProgress::~ReadingProgress() {
 }
 
 CaseReader::CaseReader(CAnalysisSupport& host, SharedSettings& settings, Groups groups)
-    : host_(host), settings_(settings), groups_(groups), cases_(host.ss_nb()) {
+    : host_(host), settings_(settings), groups_(settings.groupCodes), cases_(host.ss_nb()) {
     WorkAreas& work = settings_.work;
     std::size_t count = 0;
     const auto add = [&](int variable) {
@@ -55,7 +55,7 @@ CaseReader::CaseReader(CAnalysisSupport& host, SharedSettings& settings, Groups 
         add(variable);
         ++times_;
     }
-    if (groups_ != Groups::None) groupPlace_ = add(settings_.First(ListGrouping));
+    if (groups != Groups::None) groupPlace_ = add(settings_.First(ListGrouping));
     if (const int weight = host_.WeightVariable(); weight != 0) weightPlace_ = add(weight);
     values_ = std::span{work.values}.first(count);
     variables_ = std::span<const int>{work.variables}.first(count);
@@ -104,12 +104,8 @@ bool CaseReader::Examine(Observation& observation) {
     }
     if (groupPlace_ >= 0) {
         const auto place = static_cast<std::size_t>(groupPlace_);
-        const double group = values_[place];
-        if (CodesEqual(group, settings_.groupCodes[0])) {
-            observation.group = 1;
-        } else if (CodesEqual(group, settings_.groupCodes[1])) {
-            observation.group = 2;
-        } else {
+        observation.group = groups_.Find(values_[place]);
+        if (observation.group == 0) {
             ++(IsMissing(place) ? counts_.missingGroup : counts_.otherGroup);
             return false;
         }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "module/survdata/CodeIndex.h"
 #include "module/survdata/SharedSettings.h"
 #include "module/survdata/Status.h"
 #include "module/survdata/StopTest.h"
@@ -44,7 +45,7 @@ struct ReadingCounts {
 struct Observation {
     double time = 0.0;
     bool complete = false;
-    std::int8_t group = 0;       ///< 1 or 2 for a pass with group codes, else 0
+    std::int16_t group = 0;      ///< from 1 for a pass with group codes, else 0
     std::int32_t caseNumber = 0; ///< from 1
 };
 
@@ -64,10 +65,11 @@ private:
 
 /// The rules by which every analysis reads its cases: which variables and codes, how a survival time is made,
 /// which cases count. Made from the shared settings before a pass; knows the place of every variable in the
-/// values of a case.
+/// values of a case. With `Groups::ByCodes` a case belongs to the first of the shared group codes that its
+/// value of the grouping variable equals.
 class CaseReader {
 public:
-    enum class Groups : std::uint8_t { None, TwoCodes };
+    enum class Groups : std::uint8_t { None, ByCodes };
 
     CaseReader(CAnalysisSupport& host, SharedSettings& settings, Groups groups = Groups::None);
 
@@ -104,7 +106,7 @@ private:
 
     CAnalysisSupport& host_;
     SharedSettings& settings_;
-    Groups groups_;
+    CodeIndex groups_;
     std::int32_t cases_ = 0;
     int times_ = 0;        ///< number of time variables; they stand after the censoring variable
     int groupPlace_ = -1;  ///< place of the grouping variable, -1: none

@@ -5,16 +5,12 @@
 #include <cstdint>
 
 namespace ozm::survival {
-namespace {
 
-/// Bit patterns on one ordered integer scale: neighbouring doubles differ by 1, and -0 stands where 0 does.
 std::int64_t OrderedPattern(double x) {
     const auto pattern = std::bit_cast<std::uint64_t>(x);
     constexpr std::uint64_t signBit = std::uint64_t{1} << 63;
     return static_cast<std::int64_t>((pattern & signBit) != 0 ? signBit - pattern : pattern);
 }
-
-} // namespace
 
 bool CodesEqual(double a, double b) {
     if (!std::isfinite(a) || !std::isfinite(b)) return false;
@@ -23,7 +19,7 @@ bool CodesEqual(double a, double b) {
     // Finite patterns lie within +-2^63 * 0.9995..., but the difference of two may not fit: compare unsigned.
     const std::uint64_t distance = x > y ? static_cast<std::uint64_t>(x) - static_cast<std::uint64_t>(y)
                                          : static_cast<std::uint64_t>(y) - static_cast<std::uint64_t>(x);
-    return distance <= 15;
+    return distance <= static_cast<std::uint64_t>(equalCodesLieWithin);
 }
 
 bool GreaterThan(double a, double b) {

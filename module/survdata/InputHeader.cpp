@@ -1,7 +1,7 @@
 #include "module/survdata/InputHeader.h"
 
-#include "module/resources/Shared.h"
 #include "module/resources/Resources.h"
+#include "module/resources/Shared.h"
 #include "module/survdata/ReportLines.h"
 
 #include <algorithm>
@@ -52,6 +52,13 @@ void WriteTimes(CAnalysisSupport& host, const SharedSettings& settings) {
     }
 }
 
+void WriteTableInput(CAnalysisSupport& host, const SharedSettings& settings) {
+    WriteLine(host, Text(StrTableInput));
+    WriteLine(host, Text(StrVariables));
+    for (const SelectionListId list : {ListIntervalLimits, ListWithdrawn, ListDying})
+        WriteLine(host, "    " + VariableName(host, settings.First(list)));
+}
+
 } // namespace
 
 void OpenReport(CAnalysisSupport& host, const SharedSettings& settings, int title) {
@@ -68,6 +75,10 @@ std::string TimesName(CAnalysisSupport& host, const SharedSettings& settings) {
 }
 
 void WriteInputHeader(CAnalysisSupport& host, const SharedSettings& settings) {
+    if (settings.analysisType == AnalysisType::LifeTables && settings.inputDataType == InputDataType::Table) {
+        WriteTableInput(host, settings);
+        return;
+    }
     WriteTimes(host, settings);
     const int censoring = settings.First(ListCensoring);
     WriteLine(host, std::string{Text(StrCensoringVariable)} + " " + VariableName(host, censoring));
@@ -75,14 +86,14 @@ void WriteInputHeader(CAnalysisSupport& host, const SharedSettings& settings) {
     const std::string indent(lead.size(), ' ');
     WriteCode(host, lead, censoring, settings.completeCode, Text(StrCompleteObservations));
     WriteCode(host, indent, censoring, settings.censoredCode, Text(StrCensoredObservations));
-    if (settings.analysisType == 3 || settings.analysisType == 4) {
-        const int grouping = settings.First(ListGrouping);
-        WriteLine(host, std::string{Text(StrGroupVariable)} + " " + VariableName(host, grouping));
-        if (settings.analysisType == 3) {
-            WriteCode(host, indent, grouping, settings.groupCodes[0], Text(StrGroup1));
-            WriteCode(host, indent, grouping, settings.groupCodes[1], Text(StrGroup2));
-        }
-    }
+    const bool twoSamples = settings.analysisType == AnalysisType::TwoSamples;
+    if (!twoSamples && settings.analysisType != AnalysisType::MultipleSamples) return;
+    const int grouping = settings.First(ListGrouping);
+    WriteLine(host, std::string{Text(StrGroupVariable)} + " " + VariableName(host, grouping));
+    static constexpr std::array names{StrGroup1, StrGroup2};
+    for (std::size_t g = 0; g < settings.groupCodes.size(); ++g)
+        WriteCode(host, indent, grouping, settings.groupCodes[g],
+                  twoSamples && g < names.size() ? Text(names[g]) : std::string_view{});
 }
 
 } // namespace ozm::survival

@@ -14,8 +14,8 @@ void OpenReport(CAnalysisSupport& host, const SharedSettings& settings, int titl
 std::string TimesName(CAnalysisSupport& host, const SharedSettings& settings);
 
 /// Lists the input of an analysis in the report, one item a line: time variables, censoring variable with its
-/// codes and their value labels, and for the comparisons of groups (analysis types 3 and 4) the grouping
-/// variable.
+/// codes and their value labels, and for the comparisons of groups the grouping variable with all of its
+/// codes. Of a life table given as a table the variables of that table.
 void WriteInputHeader(CAnalysisSupport& host, const SharedSettings& settings);
 
 } // namespace ozm::survival

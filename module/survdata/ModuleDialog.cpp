@@ -2,7 +2,6 @@
 
 #include "module/resources/Shared.h"
 
-
 namespace ozm::survival {
 
 ModuleDialog::ModuleDialog(CAnalysisSupport& host, const DialogTemplate& dialogTemplate,
@@ -49,10 +48,10 @@ bool ModuleDialog::TakeSelection(int control) {
         return true;
     }
     case SpecifyCompleteCode:
-        shared_.completeCode = ValueAs<double>(control);
+        shared_.completeCode = KeptCode(ValueAs<double>(control));
         return true;
     case SpecifyCensoredCode:
-        shared_.censoredCode = ValueAs<double>(control);
+        shared_.censoredCode = KeptCode(ValueAs<double>(control));
         return true;
     default:
         return false;

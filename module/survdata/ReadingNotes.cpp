@@ -4,8 +4,12 @@
 #include "module/survdata/ReportLines.h"
 #include "module/survdata/SelectionChecks.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
+#include <iterator>
+#include <span>
 #include <utility>
 
 namespace ozm::survival {
@@ -19,6 +23,16 @@ std::string CodeText(CAnalysisSupport& host, int variable, double code) {
     return CodeWithLabel(host, variable, code);
 }
 
+/// "1 (treated) or 2 (placebo)"; of many the first ones.
+std::string CodeTexts(CAnalysisSupport& host, int variable, std::span<const double> codes) {
+    const std::size_t shown = std::min(codes.size(), codesShown);
+    std::string text;
+    for (std::size_t i = 0; i < shown; ++i)
+        text += (i == 0 ? "" : i + 1 < codes.size() ? ", " : " or ") + CodeText(host, variable, codes[i]);
+    return shown == codes.size() ? text
+                                 : text + " or " + FormatCount(std::ssize(codes.subspan(shown))) + " more";
+}
+
 /// "2 with no value of 'time', 1 with a negative survival time".
 std::string Reasons(CAnalysisSupport& host, const SharedSettings& settings, const ReadingCounts& counts) {
     std::string text;
@@ -26,20 +40,20 @@ std::string Reasons(CAnalysisSupport& host, const SharedSettings& settings, cons
         if (count == 0) return;
         text += (text.empty() ? "" : ", ") + FormatCount(count) + " " + Filled(id, values);
     };
-    const auto codes = [&](std::int32_t missing, std::int32_t other, int variable, double one, double two) {
+    const auto codes = [&](std::int32_t missing, std::int32_t other, int variable,
+                           std::span<const double> wanted) {
         if (missing == 0 && other == 0) return;
         const std::string name = QuotedName(host, variable);
         reason(missing, StrWhyNoValue, {name});
-        if (std::isnan(one) && std::isnan(two)) {
+        if (std::all_of(wanted.begin(), wanted.end(), [](double code) { return std::isnan(code); })) {
             reason(other, StrWhyNoCodes, {name});
             return;
         }
-        reason(other, StrWhyOtherCode, {name, CodeText(host, variable, one), CodeText(host, variable, two)});
+        reason(other, StrWhyOtherCode, {name, CodeTexts(host, variable, wanted)});
     };
-    codes(counts.missingCode, counts.otherCode, settings.First(ListCensoring), settings.completeCode,
-          settings.censoredCode);
-    codes(counts.missingGroup, counts.otherGroup, settings.First(ListGrouping), settings.groupCodes[0],
-          settings.groupCodes[1]);
+    codes(counts.missingCode, counts.otherCode, settings.First(ListCensoring),
+          std::array{settings.completeCode, settings.censoredCode});
+    codes(counts.missingGroup, counts.otherGroup, settings.First(ListGrouping), settings.groupCodes);
     const auto times = settings.Times();
     reason(counts.missingTime, StrWhyNoValue, {QuotedNames(host, times)});
     reason(counts.tooLarge, StrWhyTooLarge, {QuotedNames(host, times)});

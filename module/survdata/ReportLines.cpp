@@ -1,7 +1,7 @@
 #include "module/survdata/ReportLines.h"
 
-#include "module/resources/Shared.h"
 #include "module/resources/Resources.h"
+#include "module/resources/Shared.h"
 
 #include <array>
 #include <charconv>

@@ -6,16 +6,22 @@
 
 namespace ozm::survival {
 
-void ResultsDialog::OnCommand(int control) {
+bool ResultsDialog::OnCommand(int control) {
+    // Another analysis object may have begun since: then the results, if there are any, are not this
+    // dialog's.
+    const bool own = Shared().owner == &Analysis();
     if (control == ControlCancel) {
-        ReleaseResults();
+        if (own) ReleaseResults();
         Analysis().Dialogs().RestoreResultsWindows(*this);
         ExitDialog(SpecificationStep(), ExitMode::Back);
-    } else if (!CommonCommand(control)) {
-        if (const int message = Output(control); message != 0)
-            Analysis().DspMessageBox(MessageStyle::Error, this, message,
-                                     OutputName(control) + Reason(message));
+        return true;
     }
+    if (CommonCommand(control)) return true;
+    const OutputResult result = own && HasResults() ? Output(control) : OutputResult::Failed(StrNoResults);
+    if (result.message != 0)
+        Analysis().DspMessageBox(MessageStyle::Error, this, result.message,
+                                 OutputName(control) + Reason(result.message));
+    return result.made;
 }
 
 std::string ResultsDialog::OutputName(int control) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "module/survdata/ModuleDialog.h"
+#include "module/survdata/OutputResult.h"
 
 #include <string>
 
@@ -13,11 +14,13 @@ public:
     using ModuleDialog::ModuleDialog;
 
 protected:
-    void OnCommand(int control) final;
+    bool OnCommand(int control) final;
 
-    /// Makes the output of a button. Answers the string number of the message to show, 0 when all went well.
-    virtual int Output(int control) = 0;
+    /// Makes the output of a button.
+    virtual OutputResult Output(int control) = 0;
     virtual void ReleaseResults() = 0;
+    /// Whether there are results to make outputs of.
+    [[nodiscard]] virtual bool HasResults() const = 0;
     [[nodiscard]] virtual int SpecificationStep() const = 0;
 
     /// What the message of an output does not know of its cause; begins with a line break.

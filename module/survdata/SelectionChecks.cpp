@@ -7,10 +7,10 @@
 #include <vector>
 
 namespace ozm::survival {
+
 std::string DescribeCodes(CAnalysisSupport& host, int variable) {
-    constexpr int codesShown = 12;
     std::vector<CodeCount> codes;
-    const int all = host.ReadDataToGetDefaultCodes(variable, {.most = codesShown}, codes);
+    const int all = host.ReadDataToGetDefaultCodes(variable, {.most = static_cast<int>(codesShown)}, codes);
     if (all < 0) return {};
     std::string text = "Codes of '" + VariableName(host, variable) + "' among the selected cases: ";
     if (codes.empty()) return text + "none.";

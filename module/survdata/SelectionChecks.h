@@ -3,9 +3,13 @@
 #include "module/survdata/SharedSettings.h"
 #include "support/CAnalysisSupport.h"
 
+#include <cstddef>
 #include <string>
 
 namespace ozm::survival {
+
+/// How many codes of a variable a message lists at most.
+inline constexpr std::size_t codesShown = 12;
 
 /// What a specification dialog asks of its selections before it runs: one, two or six time variables, a
 /// censoring variable, two different codes. Answers the string number of the message to show, 0 when all is

@@ -3,16 +3,37 @@
 #include "module/resources/SelectionListIds.h"
 
 #include <array>
+#include <bit>
+#include <cmath>
 #include <cstdint>
-#include <limits>
 #include <span>
 #include <string>
 #include <vector>
 
+namespace ozm {
+class CAnalysisSupport;
+}
+
 namespace ozm::survival {
 
-/// A code that has not been chosen matches no value. The all-bits-set pattern is a NaN.
-inline constexpr double unsetCode = std::numeric_limits<double>::quiet_NaN();
+/// A code that has not been chosen: all bits set, a NaN, which matches no value.
+inline constexpr double unsetCode = std::bit_cast<double>(~std::uint64_t{0});
+/// A code as it is kept: whatever NaN stands for none becomes the one above.
+inline double KeptCode(double code) {
+    return std::isnan(code) ? unsetCode : code;
+}
+
+enum class AnalysisType : std::int16_t {
+    LifeTables = 1,
+    KaplanMeier,
+    TwoSamples,
+    MultipleSamples,
+    Regression
+};
+enum class InputDataType : std::int16_t {
+    Raw = 1,
+    Table
+}; ///< of life tables: one case per observation, or intervals
 
 /// The eleven lists of selected variables (numbers from 1), one set for all dialogs.
 using SelectionLists = std::array<std::vector<int>, SelectionListCount>;
@@ -31,14 +52,15 @@ struct WorkAreas {
 
 /// What every analysis shares: selections, codes and what is known of the data.
 struct SharedSettings {
-    std::int16_t analysisType =
-        1; ///< 1 life tables, 2 Kaplan-Meier, 3 two samples, 4 k samples, 5 regression
-    std::int16_t inputDataType = 1; ///< 1 raw data, 2 a table of survival times (life tables only)
+    /// The analysis object whose selections and results these are; only compared.
+    const CAnalysisSupport* owner = nullptr;
+    AnalysisType analysisType = AnalysisType::LifeTables;
+    InputDataType inputDataType = InputDataType::Raw;
     std::int16_t timeVariables = 0; ///< 0 none yet; 1 times; 2 dates; 6 month, day, year twice
     SelectionLists lists;
     double completeCode = unsetCode;
     double censoredCode = unsetCode;
-    std::array<double, 2> groupCodes{unsetCode, unsetCode};
+    std::vector<double> groupCodes; ///< of the groups that are compared, in their order; at most 32767
     std::string reportTitle;
     std::string reportTitleLower;
     std::string fileName;

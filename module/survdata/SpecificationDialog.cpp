@@ -17,16 +17,16 @@ void SpecificationDialog::OnValueChanged(int control) {
     TakeSelection(control);
 }
 
-void SpecificationDialog::OnCommand(int control) {
+bool SpecificationDialog::OnCommand(int control) {
     switch (control) {
     case ControlOk:
         Run();
-        break;
+        return ClosedForward();
     case ControlCancel:
         ExitDialog(StepStart, ExitMode::Back);
-        break;
+        return true;
     default:
-        CommonCommand(control);
+        return CommonCommand(control);
     }
 }
 

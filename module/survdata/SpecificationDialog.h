@@ -13,7 +13,7 @@ public:
 
 protected:
     void OnOpen() override;
-    void OnCommand(int control) override;
+    bool OnCommand(int control) override;
     void OnValueChanged(int control) override;
 
     /// OK: checks, which leave the dialog open, then the run, and the way to the step that follows.

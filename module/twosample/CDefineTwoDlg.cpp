@@ -1,8 +1,8 @@
 #include "module/twosample/CDefineTwoDlg.h"
 
 #include "module/resources/Shared.h"
-#include "module/resources/TwoSamples.h"
 #include "module/resources/StepNumbers.h"
+#include "module/resources/TwoSamples.h"
 #include "module/survdata/CodeComparison.h"
 #include "module/survdata/SelectionChecks.h"
 #include "module/twosample/RunTwoSamples.h"
@@ -17,7 +17,9 @@ CDefineTwoDlg::CDefineTwoDlg(CAnalysisSupport& host, SharedSettings& shared, Two
     : SpecificationDialog(host, twoTemplate, twoInterface, shared), state_(state) {}
 
 double& CDefineTwoDlg::CodeForGroup(int group) {
-    return Shared().groupCodes[group == 1 ? 0 : 1];
+    auto& codes = Shared().groupCodes;
+    if (codes.size() != 2) codes.resize(2, unsetCode);
+    return codes[group == 1 ? 0 : 1];
 }
 
 void CDefineTwoDlg::OnOpen() {
@@ -28,7 +30,7 @@ void CDefineTwoDlg::OnOpen() {
 
 void CDefineTwoDlg::OnValueChanged(int control) {
     if (control == TwoGroup1Code || control == TwoGroup2Code)
-        CodeForGroup(control == TwoGroup1Code ? 1 : 2) = ValueAs<double>(control);
+        CodeForGroup(control == TwoGroup1Code ? 1 : 2) = KeptCode(ValueAs<double>(control));
     else
         SpecificationDialog::OnValueChanged(control);
 }
@@ -64,7 +66,7 @@ bool CDefineTwoDlg::GroupCodesAreValid() {
 
 void CDefineTwoDlg::Run() {
     if (!SelectionsAreValid()) return;
-    const bool computed = RunTwoSamples(Analysis(), Shared(), state_, this) == 0;
+    const bool computed = RunTwoSamples(Analysis(), Shared(), state_, this);
     Leave(computed, StepTwoResults, StepSpecifyTwoSamples);
 }
 

@@ -1,7 +1,7 @@
 #include "module/twosample/CTwoResultsDlg.h"
 
-#include "module/resources/TwoSamples.h"
 #include "module/resources/Resources.h"
+#include "module/resources/TwoSamples.h"
 
 #include <string>
 
@@ -12,14 +12,14 @@ CTwoResultsDlg::CTwoResultsDlg(CAnalysisSupport& host, SharedSettings& shared, T
 
 void CTwoResultsDlg::OnOpen() {
     std::string summary{Text(StrTwoTitle)};
-    for (const std::string& line : TwoSummaryLines(Analysis(), Shared(), state_.results.counts))
+    for (const std::string& line : TwoSummaryLines(Analysis(), Shared(), state_.results.Sample()))
         summary += "\n" + line;
     SetValue(TwoSummaryBox, std::move(summary));
 }
 
-int CTwoResultsDlg::Output(int control) {
+OutputResult CTwoResultsDlg::Output(int control) {
     const PooledSample sample = state_.results.Sample();
-    if (!headerWritten_) WriteTwoHeader(Analysis(), Shared(), sample.counts);
+    if (!headerWritten_) WriteTwoHeader(Analysis(), Shared(), sample);
     headerWritten_ = true;
     switch (control) {
     case TwoSummary:
@@ -37,16 +37,16 @@ int CTwoResultsDlg::Output(int control) {
     case TwoLifeTables:
         return WriteGroupLifeTables(Analysis(), Shared(), sample);
     case TwoPlotSurviving:
-        return PlotGroupSurvival(Analysis(), Shared(), sample, SurvivalPlot::PerInterval);
+        return PlotGroupSurvival(Analysis(), Groups(), sample, SurvivalPlot::PerInterval);
     case TwoPlotCumulative:
-        return PlotGroupSurvival(Analysis(), Shared(), sample, SurvivalPlot::Cumulative);
+        return PlotGroupSurvival(Analysis(), Groups(), sample, SurvivalPlot::Cumulative);
     default:
-        return 0;
+        return {};
     }
 }
 
 std::string CTwoResultsDlg::Reason(int message) const {
-    return GroupLifeTablesReason(Analysis(), Shared(), state_.results.Sample(), message);
+    return GroupLifeTablesReason(Analysis(), Groups(), state_.results.Sample(), message);
 }
 
 } // namespace ozm::survival

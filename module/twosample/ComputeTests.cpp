@@ -7,7 +7,7 @@ namespace ozm::survival {
 namespace {
 
 std::size_t Uncensored(const PooledSample& sample) {
-    return static_cast<std::size_t>(sample.counts.Uncensored());
+    return static_cast<std::size_t>(sample.Total().uncensored);
 }
 
 /// The probability of a statistic as it is stored.
@@ -31,7 +31,7 @@ bool ComputeGehan(CAnalysisSupport& host, const PooledSample& sample, TestResult
 }
 
 void ComputeCoxF(CAnalysisSupport& host, const PooledSample& sample, TestResult& result) {
-    if (!CoxFApplies(sample.counts) || !ListFailures(host, sample, result) ||
+    if (!CoxFApplies(sample) || !ListFailures(host, sample, result) ||
         !result.scores.Allocate(host, Uncensored(sample)))
         return;
     const CoxFStatistic coxF = CoxFTest(sample, result.scores.Span());
@@ -73,7 +73,7 @@ bool Compute(CAnalysisSupport& host, const PooledSample& sample, TestResult& res
     case TwoTest::LogRank:
         return ComputeByScores(host, sample, LogRankTest, result);
     case TwoTest::PetoPeto:
-        if (sample.counts.Censored() > 0) return ComputeByScores(host, sample, PetoPetoTest, result);
+        if (sample.Total().censored > 0) return ComputeByScores(host, sample, PetoPetoTest, result);
     }
     return ComputeGehan(host, sample, result);
 }

@@ -11,11 +11,13 @@ namespace {
 
 constexpr int fewestUncensored = 4;
 
-CoxFStatistic Ratio(double sum1, double sum2, const GroupCounts& counts) {
-    const double mean1 = sum1 / counts.uncensored1;
-    const double mean2 = sum2 / counts.uncensored2;
-    const auto df1 = static_cast<float>(2 * counts.uncensored1);
-    const auto df2 = static_cast<float>(2 * counts.uncensored2);
+CoxFStatistic Ratio(double sum1, double sum2, const PooledSample& sample) {
+    const int uncensored1 = sample.Group(1).uncensored;
+    const int uncensored2 = sample.Group(2).uncensored;
+    const double mean1 = sum1 / uncensored1;
+    const double mean2 = sum2 / uncensored2;
+    const auto df1 = static_cast<float>(2 * uncensored1);
+    const auto df2 = static_cast<float>(2 * uncensored2);
     const auto t1 = static_cast<float>(sum1);
     const auto t2 = static_cast<float>(sum2);
     if (GreaterThan(mean1, mean2)) return {t1, t2, static_cast<float>(mean1 / mean2), df1, df2};
@@ -25,14 +27,15 @@ CoxFStatistic Ratio(double sum1, double sum2, const GroupCounts& counts) {
 
 } // namespace
 
-bool CoxFApplies(const GroupCounts& counts) {
-    return counts.Uncensored() >= fewestUncensored && counts.uncensored1 >= 1 && counts.uncensored2 >= 1;
+bool CoxFApplies(const PooledSample& sample) {
+    return sample.Total().uncensored >= fewestUncensored && sample.Group(1).uncensored >= 1 &&
+           sample.Group(2).uncensored >= 1;
 }
 
 CoxFStatistic CoxFTest(const PooledSample& sample, std::span<double> scores) {
     // The sample's order is that of its uncensored times; which group comes first in a tie does not matter to
     // scores that are averaged over it.
-    const int observations = sample.counts.N();
+    const int observations = sample.Total().All();
     double expected = 0.0;
     std::size_t k = 0;     // uncensored so far
     std::size_t runAt = 0; // where the tied run began
@@ -60,12 +63,12 @@ CoxFStatistic CoxFTest(const PooledSample& sample, std::span<double> scores) {
     std::size_t next = 0;
     for (const PooledObservation& o : sample.observations)
         if (o.Failed()) sums[o.group == 1 ? 0 : 1] += scores[next++];
-    if (sample.counts.Censored() > 0) {
-        const double last = expected + 1.0 / sample.counts.Censored(); // N - r are censored
-        sums[0] += last * sample.counts.censored1;
-        sums[1] += last * sample.counts.censored2;
+    if (sample.Total().censored > 0) {
+        const double last = expected + 1.0 / sample.Total().censored; // N - r are censored
+        sums[0] += last * sample.Group(1).censored;
+        sums[1] += last * sample.Group(2).censored;
     }
-    return Ratio(sums[0], sums[1], sample.counts);
+    return Ratio(sums[0], sums[1], sample);
 }
 
 } // namespace ozm::survival

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "module/twosample/PooledSample.h"
+#include "module/groups/PooledSample.h"
 
 #include <span>
 
@@ -16,7 +16,7 @@ struct CoxFStatistic {
 };
 
 /// Whether the test can be computed: at least four uncensored observations, and one in each group.
-bool CoxFApplies(const GroupCounts& counts);
+bool CoxFApplies(const PooledSample& sample);
 
 /// Cox's F-test (Cox 1964, J. R. Statist. Soc. B 26:103-110): the k-th smallest of r uncensored times gets
 /// the expected k-th order statistic of N unit exponentials,

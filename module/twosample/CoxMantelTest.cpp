@@ -7,7 +7,7 @@ namespace ozm::survival {
 
 CoxMantelStatistic CoxMantelTest(const PooledSample& sample, const PooledFailures& failures,
                                  std::span<Group2AtRisk> rows) {
-    int left = sample.counts.N2();
+    int left = sample.Group(2).All();
     std::size_t passed = 0;
     double expected = 0.0;
     double information = 0.0;
@@ -22,7 +22,7 @@ CoxMantelStatistic CoxMantelTest(const PooledSample& sample, const PooledFailure
         expected += d * share;
         if (at.atRisk > 1) information += d * (n - d) * share * (1.0 - share) / (n - 1.0);
     }
-    const double excess = sample.counts.uncensored2 - expected;
+    const double excess = sample.Group(2).uncensored - expected;
     const double c = information > 0.0 ? excess / std::sqrt(information) : 0.0;
     return {static_cast<float>(information), static_cast<float>(excess), static_cast<float>(c)};
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "module/groups/PooledSample.h"
 #include "module/twosample/PooledFailures.h"
-#include "module/twosample/PooledSample.h"
 
 #include <span>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "module/twosample/PooledSample.h"
+#include "module/groups/PooledSample.h"
 
 #include <cstddef>
 #include <span>

@@ -5,6 +5,8 @@
 #include "module/twosample/TwoState.h"
 #include "support/CAnalysisSupport.h"
 
+#include <span>
+
 namespace ozm {
 class CAnalysisDialog;
 }
@@ -12,13 +14,13 @@ class CAnalysisDialog;
 namespace ozm::survival {
 
 /// The run behind OK of the specification dialog: obtains the lists, reads the cases, checks the counts,
-/// pools and sorts. 0 on success: `state.results` holds the sample. 1 when there is nothing to show: the
-/// message was shown over `window` (none after a stop), and nothing is kept.
-int RunTwoSamples(CAnalysisSupport& host, SharedSettings& shared, TwoState& state, CAnalysisDialog* window);
+/// pools and sorts. True when `state.results` holds the sample. Else the message was shown over `window`
+/// (none after a stop), and nothing is kept.
+bool RunTwoSamples(CAnalysisSupport& host, SharedSettings& shared, TwoState& state, CAnalysisDialog* window);
 
 /// Whether the counts allow a comparison: two uncensored observations in all, and one observation in each
 /// group; else NoUncensored.
-Status CheckGroups(const GroupCounts& counts);
+Status CheckGroups(std::span<const GroupCount, 2> groups);
 
 /// The message of a status, 0 for one that has none.
 int TwoMessage(Status status);

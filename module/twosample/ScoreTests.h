@@ -1,7 +1,7 @@
 #pragma once
 
+#include "module/groups/GehanRanks.h"
 #include "module/twosample/PooledFailures.h"
-#include "module/twosample/PooledSample.h"
 
 #include <span>
 
@@ -24,24 +24,12 @@ struct ScoreStatistic {
 /// programs.
 ScoreStatistic ScoreTestStatistic(const PooledSample& sample, std::span<const double> scores);
 
-/// Counts of one observation in Mantel's computation of Gehan's test.
-struct GehanRanks {
-    double r1 = 0.0; ///< 1 + observations that are certainly shorter
-    double r2 = 0.0; ///< 1 + observations that are certainly longer
-};
-
-/// What the continuity correction takes off |WW|: 1 where fewer than 20 % of all observations are censored,
-/// else 0.5.
-double ContinuityCorrection(const GroupCounts& counts);
-
 struct GehanStatistic {
     ScoreStatistic corrected; ///< its z has the continuity correction
     float uncorrected = 0.0F; ///< z before it
 };
 
-/// Gehan's generalised Wilcoxon test (Gehan 1965, Biometrika 52:203-223) in Mantel's computation (1967,
-/// Biometrics 23:65-78): the score of an observation is how many are certainly shorter less how many are
-/// certainly longer, r1 - r2. An observation censored at a time of failure is longer. |WW| is reduced by
+/// Gehan's generalised Wilcoxon test: the permutation statistic of his scores. |WW| is reduced by
 /// `ContinuityCorrection`. The sum is positive when group 1 lives longer. `ranks` and `scores` are as long as
 /// the sample.
 GehanStatistic GehanTest(const PooledSample& sample, std::span<GehanRanks> ranks, std::span<double> scores);

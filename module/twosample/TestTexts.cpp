@@ -1,7 +1,7 @@
 #include "module/twosample/TestTexts.h"
 
-#include "module/resources/TwoSamples.h"
 #include "module/resources/Resources.h"
+#include "module/resources/TwoSamples.h"
 #include "module/survdata/ReportLines.h"
 
 #include <array>
@@ -94,7 +94,7 @@ std::vector<Statistic> StatisticsOf(const TestResult& result) {
     return line;
 }
 
-std::vector<std::string> NotesOf(const TestResult& result, const GroupCounts& counts) {
+std::vector<std::string> NotesOf(const TestResult& result, const PooledSample& sample) {
     const auto note = [](int id) { return std::string{Text(id)}; };
     if (!result.Computed()) return {note(StrTwoNotComputed)};
     if (result.test == TwoTest::CoxF) return {note(StrTwoNoteCoxF)};
@@ -102,7 +102,7 @@ std::vector<std::string> NotesOf(const TestResult& result, const GroupCounts& co
     std::vector<std::string> notes{note(StrTwoNotePermutational)};
     if (!result.ByGehan()) return notes;
     if (result.test == TwoTest::PetoPeto) notes.push_back(note(StrTwoNoteGehanInstead));
-    notes.push_back(note(StrTwoNoteCorrection) + FormatNumber(ContinuityCorrection(counts)) + ".");
+    notes.push_back(note(StrTwoNoteCorrection) + FormatNumber(ContinuityCorrection(sample.Total())) + ".");
     return notes;
 }
 

@@ -26,7 +26,7 @@ std::string TitleOf(TwoTest test);
 std::vector<Statistic> StatisticsOf(const TestResult& result);
 
 /// The notes below it: which variance it uses first.
-std::vector<std::string> NotesOf(const TestResult& result, const GroupCounts& counts);
+std::vector<std::string> NotesOf(const TestResult& result, const PooledSample& sample);
 
 /// What a test has of the columns that set all of them side by side; NaN or empty for what it has not.
 struct SummaryRow {

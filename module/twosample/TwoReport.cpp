@@ -3,11 +3,11 @@
 #include "module/resources/TwoSamples.h"
 #include "module/survdata/InputHeader.h"
 #include "module/survdata/ReportLines.h"
+#include "module/survdata/StatusLine.h"
 #include "module/twosample/TwoOutput.h"
 
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace ozm::survival {
 namespace {
@@ -20,13 +20,14 @@ void PutRightAligned(std::string& line, std::size_t end, std::string_view text) 
 
 /// Fills "Label:        (   .  %)        (   .  %)": a count before each parenthesis, its share of the group
 /// within.
-std::string FillCounts(int id, int count1, int of1, int count2, int of2) {
+std::string FillCounts(int id, const PooledSample& sample, std::int32_t GroupCount::*counted) {
     std::string line{Text(id)};
     std::size_t open = 0;
-    for (const auto& [count, of] : {std::pair{count1, of1}, std::pair{count2, of2}}) {
+    for (const GroupCount& group : sample.groups) {
         open = line.find('(', open + 1);
-        PutRightAligned(line, open - 2, FormatCount(count));
-        PutRightAligned(line, line.find('%', open) - 1, FormatFixed(100.0 * count / of, 2));
+        PutRightAligned(line, open - 2, FormatCount(group.*counted));
+        PutRightAligned(line, line.find('%', open) - 1,
+                        FormatFixed(100.0 * (group.*counted) / group.All(), 2));
     }
     return line;
 }
@@ -36,41 +37,40 @@ std::string RightAligned(const std::string& text, std::size_t width) {
 }
 
 std::vector<std::string> VariableLines(CAnalysisSupport& host, const SharedSettings& shared,
-                                       const GroupCounts& counts) {
+                                       const PooledSample& sample) {
     const auto line = [](int id, const std::string& value) { return std::string{Text(id)} + value; };
     return {line(StrTwoVariable, TimesName(host, shared)),
             line(StrTwoCensoringVariable, VariableName(host, shared.First(ListCensoring))),
             line(StrTwoGroupingVariable, VariableName(host, shared.First(ListGrouping))),
-            line(StrTwoValid, FormatCount(counts.N())),
-            line(StrTwoUncensored, FormatCount(counts.Uncensored())) + "    " +
-                line(StrTwoCensored, FormatCount(counts.Censored()))};
+            line(StrTwoValid, FormatCount(sample.Total().All())),
+            line(StrTwoUncensored, FormatCount(sample.Total().uncensored)) + "    " +
+                line(StrTwoCensored, FormatCount(sample.Total().censored))};
 }
 
 /// The rows with counts, their labels right-aligned so that the columns stand below each other.
-void AddCounts(std::vector<std::string>& lines, const GroupCounts& n, int uncensored, int censored) {
-    lines.push_back(FillCounts(uncensored, n.uncensored1, n.N1(), n.uncensored2, n.N2()));
-    lines.push_back(
-        RightAligned(FillCounts(censored, n.censored1, n.N1(), n.censored2, n.N2()), lines.back().size()));
+void AddCounts(std::vector<std::string>& lines, const PooledSample& sample, int uncensored, int censored) {
+    lines.push_back(FillCounts(uncensored, sample, &GroupCount::uncensored));
+    lines.push_back(RightAligned(FillCounts(censored, sample, &GroupCount::censored), lines.back().size()));
 }
 
 } // namespace
 
 std::vector<std::string> TwoSummaryLines(CAnalysisSupport& host, const SharedSettings& shared,
-                                         const GroupCounts& counts) {
-    std::vector<std::string> lines = VariableLines(host, shared, counts);
+                                         const PooledSample& sample) {
+    std::vector<std::string> lines = VariableLines(host, shared, sample);
     lines.emplace_back();
     lines.emplace_back(Text(StrTwoBoxHeading));
-    AddCounts(lines, counts, StrTwoBoxUncensored, StrTwoBoxCensored);
+    AddCounts(lines, sample, StrTwoBoxUncensored, StrTwoBoxCensored);
     return lines;
 }
 
-void WriteTwoHeader(CAnalysisSupport& host, const SharedSettings& shared, const GroupCounts& counts) {
-    host.d_stat(Text(StrPrinting));
+void WriteTwoHeader(CAnalysisSupport& host, const SharedSettings& shared, const PooledSample& sample) {
+    const StatusLine status(host, StrPrinting);
     OpenReport(host, shared, StrTwoTitle);
-    std::vector<std::string> lines = VariableLines(host, shared, counts);
+    std::vector<std::string> lines = VariableLines(host, shared, sample);
     lines.emplace_back();
     std::vector<std::string> shares;
-    AddCounts(shares, counts, StrTwoGroupUncensored, StrTwoGroupCensored);
+    AddCounts(shares, sample, StrTwoGroupUncensored, StrTwoGroupCensored);
     // Headings and totals end where the shares of their group do.
     const std::size_t first = shares.front().find(')') + 1;
     const std::size_t second = shares.front().size();
@@ -80,14 +80,14 @@ void WriteTwoHeader(CAnalysisSupport& host, const SharedSettings& shared, const 
         return line + RightAligned(two, second - line.size());
     };
     lines.push_back(row(0, std::string{Text(StrTwoGroup1)}, std::string{Text(StrTwoGroup2)}));
-    lines.push_back(row(StrTwoGroupValid, FormatCount(counts.N1()), FormatCount(counts.N2())));
+    lines.push_back(
+        row(StrTwoGroupValid, FormatCount(sample.Group(1).All()), FormatCount(sample.Group(2).All())));
     lines.insert(lines.end(), shares.begin(), shares.end());
     for (const std::string& line : lines)
         WriteLine(host, line);
     host.newline(1);
     WriteInputHeader(host, shared);
     host.type();
-    host.d_stat({});
 }
 
 } // namespace ozm::survival

@@ -227,8 +227,9 @@ AutomationResult AutomationObject::Call(std::string_view name) {
     return Accessor(*dialog_, {}, name, [&](const AutomationMember& member, AutomationResult& result) {
         if (member.kind != MemberKind::Action)
             Refuse("'" + std::string{name} + "' is a property: get or put it");
-        Require(dialog_->Press(member.control));
-        result.value = dialog_->ClosedForward();
+        const DialogResult outcome = dialog_->Press(member.control);
+        Require(outcome);
+        result.value = outcome.succeeded;
     });
 }
 

@@ -56,7 +56,8 @@ std::string_view CAnalysisDialog::ClassName() const {
     return interface_ != nullptr ? interface_->dialogClass : std::string_view{"CAnalysisDialog"};
 }
 
-DialogResult CAnalysisDialog::Guarded(const std::function<void()>& action) {
+template <class Action>
+DialogResult CAnalysisDialog::Guarded(const Action& action) {
     try {
         action();
         return {};
@@ -90,10 +91,12 @@ DialogResult CAnalysisDialog::Press(int control) {
     const ControlTemplate* found = template_.Find(control);
     if (found == nullptr || (found->kind != ControlKind::PushButton && found->kind != ControlKind::List))
         return DialogResult::refused("there is no button " + std::to_string(control) + " in this dialog");
-    DialogResult result = Guarded([this, control] {
+    bool succeeded = false;
+    DialogResult result = Guarded([&, this] {
         Tell(&DialogObserver::CommandBegins, control);
-        OnCommand(control);
+        succeeded = OnCommand(control);
     });
+    result.succeeded = succeeded;
     Tell(&DialogObserver::CommandEnded, control);
     return result;
 }

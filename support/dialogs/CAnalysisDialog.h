@@ -6,7 +6,6 @@
 #include "support/dialogs/ControlValue.h"
 #include "support/dialogs/DialogTemplate.h"
 
-#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -31,8 +30,11 @@ public:
 /// The outcome of an operation on a dialog: done, or refused for a reason that can be shown.
 struct DialogResult {
     bool done = true;
-    std::string reason;
-    static DialogResult refused(std::string why) { return {false, std::move(why)}; }
+    std::string reason{};
+    /// Of a button that was pressed: what it is for came about (an output was made, a specification was
+    /// accepted).
+    bool succeeded = true;
+    static DialogResult refused(std::string why) { return {false, std::move(why), false}; }
 };
 
 /// A dialog as a model: it owns its controls as its template states them and reacts to what is done to them;
@@ -78,7 +80,8 @@ public:
 
 protected:
     virtual void OnOpen() {}
-    virtual void OnCommand(int /*control*/) {}
+    /// Does what a button is for. Answers whether it came about; why not, the user was told.
+    virtual bool OnCommand(int /*control*/) { return true; }
     virtual void OnValueChanged(int /*control*/) {}
     /// The message for memory that ran out while this dialog worked, in the string table; 0: none.
     [[nodiscard]] virtual int NotEnoughMemoryString() const { return 0; }
@@ -100,7 +103,8 @@ protected:
 
 private:
     void Tell(void (DialogObserver::*what)(CAnalysisDialog&, int), int control);
-    DialogResult Guarded(const std::function<void()>& action);
+    template <class Action>
+    DialogResult Guarded(const Action& action); // no std::function: it may ask for memory, which may have run out
     void TellNoMemory() noexcept;
     DialogResult Fits(const ControlTemplate& control, const ControlValue& value) const;
 

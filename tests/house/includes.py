@@ -3,8 +3,9 @@
 
     includes.py ROOT
 
-apps -> host -> support <- module; inside the module frame -> the analyses -> survdata -> resources, where twosample and
-ksample may also include the numbers of kaplan and lifetable. Module and support take nothing else but the C++ standard
+apps -> host -> support <- module; inside the module frame -> the analyses -> survdata -> resources. The comparisons
+twosample and ksample also stand on groups, which may include the numbers of kaplan and lifetable; regression may include
+those of kaplan. Module and support take nothing else but the C++ standard
 library. Prints each offending line and exits 1.
 """
 import re
@@ -12,19 +13,21 @@ import sys
 from pathlib import Path
 
 ANALYSES = {"module/kaplan", "module/twosample", "module/ksample", "module/lifetable", "module/regression"}
+COMPARISONS = {"module/twosample", "module/ksample"}
 GROUND = {"module/resources", "support"}
 MAY_INCLUDE = {  # besides itself
     "support": set(),
     "module/resources": {"support"},
     "module/survdata": GROUND,
-    **{analysis: GROUND | {"module/survdata"} for analysis in ANALYSES},
+    "module/groups": GROUND | {"module/survdata"},
+    **{analysis: GROUND | {"module/survdata"} | ({"module/groups"} if analysis in COMPARISONS else set())
+       for analysis in ANALYSES},
     "module/frame": GROUND | {"module/survdata"} | ANALYSES,
     "host": {"support"},
     "apps": {"host", "support"},
 }
 # An analysis's numbers are the headers that know no host: nothing of support, however indirectly.
-NUMBERS_OF = {"module/twosample": {"module/kaplan", "module/lifetable"},
-              "module/ksample": {"module/kaplan", "module/lifetable"}}
+NUMBERS_OF = {"module/groups": {"module/kaplan", "module/lifetable"}, "module/regression": {"module/kaplan"}}
 STANDARD_ONLY = ("support", "module")
 STANDARD = re.compile(r"[a-z_]+")  # only the standard library's headers are plain words
 

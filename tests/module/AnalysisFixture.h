@@ -58,7 +58,7 @@ inline const Analysis twoSamples{
                 {"died", {1, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1}},
                 {"arm", {1, 1, 1, 1, 1, 2, 2, 2, 2, 2, 3}, none, {{1, "CMF"}, {2, "control"}}}},
     .variables = {AutomationValue::List{1}, AutomationValue::List{2}, AutomationValue::List{3}},
-    .observations = [] { return survival::ModuleState().twoSamples.results.counts.N(); }};
+    .observations = [] { return survival::ModuleState().twoSamples.results.Sample().Total().All(); }};
 
 class AnalysisFixture : public testing::Test {
 protected:
@@ -69,6 +69,8 @@ protected:
     survival::CSurvival analysis{&host};
 
     void SetUp() override {
+        survival::ModuleState().kaplan.settings = {}; // which the module keeps from one analysis to the next
+        survival::ModuleState().startupPosition = 0;
         analysis.Initialize();
         host.columns = of.columns;
     }

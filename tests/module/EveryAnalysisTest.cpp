@@ -80,7 +80,9 @@ TEST_P(EveryAnalysis, NamesEachOutputThatFails) {
     for (const AutomationMember& output : Outputs()) {
         SCOPED_TRACE(output.name);
         host.messages.clear();
-        EXPECT_TRUE(host.Script().Call(output.name).ok);
+        const AutomationResult result = host.Script().Call(output.name);
+        EXPECT_TRUE(result.ok);
+        EXPECT_EQ(result.value, AutomationValue{false});
         ASSERT_EQ(host.messages.size(), 1U);
         const test::Shown& told = host.messages[0];
         EXPECT_TRUE(told.id == StrSpreadsheetFailed || told.id == StrGraphicsError);

@@ -117,10 +117,20 @@ private:
     ModuleResources resources_;
 };
 
-class SpecifyDlg final : public CAnalysisModelessDialog {
+class TinyDialog : public CAnalysisModelessDialog {
 public:
-    explicit SpecifyDlg(Sums& analysis)
-        : CAnalysisModelessDialog(analysis, specifyTemplate), tiny_(analysis) {
+    using CAnalysisModelessDialog::CAnalysisModelessDialog;
+
+protected:
+    bool Exit(int step, ExitMode mode, int page = 0) {
+        ExitDialog(step, mode, page);
+        return true;
+    }
+};
+
+class SpecifyDlg final : public TinyDialog {
+public:
+    explicit SpecifyDlg(Sums& analysis) : TinyDialog(analysis, specifyTemplate), tiny_(analysis) {
         AttachAutomation(interfaces[0]);
         ++tiny_.dialogsAlive;
     }
@@ -131,43 +141,42 @@ private:
         if (tiny_.failToOpen) throw std::runtime_error("no window");
         if (tiny_.leaveAtOnce) ExitDialog(Specify, ExitMode::Forward);
     }
-    void OnCommand(int control) override {
-        if (control == ControlCancel) return ExitDialog(0, ExitMode::Back);
-        if (control == Leave) return ExitDialog(ValueAs<int>(Number), ExitMode::SwitchForm, 3);
+    bool OnCommand(int control) override {
+        if (control == ControlCancel) return Exit(0, ExitMode::Back);
+        if (control == Leave) return Exit(ValueAs<int>(Number), ExitMode::SwitchForm, 3);
         const auto& selection = ValueAs<VariableSelection>(Variables);
-        if (selection[0].empty()) return;
+        if (selection[0].empty()) return false;
         Analysis().FreeMem(tiny_.held);
         if (!Analysis().AllocMem(tiny_.held, 64)) throw std::bad_alloc();
         tiny_.sum = tiny_.Sum(selection[0].front());
-        if (std::isinf(tiny_.sum)) return;
+        if (std::isinf(tiny_.sum)) return false;
         if (std::isnan(tiny_.sum)) {
             Analysis().DspMessageBox(MessageStyle::Refusal, this, 8, "Variable 1.");
-            return;
+            return false;
         }
         if (tiny_.missing > 0)
             Analysis().DspMessageBox(MessageStyle::Note, nullptr, 0,
                                      std::to_string(tiny_.missing) + " left out.", "");
-        ExitDialog(Results, ExitMode::Forward);
+        return Exit(Results, ExitMode::Forward);
     }
     Sums& tiny_;
 };
 
-class ResultsDlg final : public CAnalysisModelessDialog {
+class ResultsDlg final : public TinyDialog {
 public:
-    explicit ResultsDlg(Sums& analysis)
-        : CAnalysisModelessDialog(analysis, resultsTemplate), tiny_(analysis) {
+    explicit ResultsDlg(Sums& analysis) : TinyDialog(analysis, resultsTemplate), tiny_(analysis) {
         AttachAutomation(interfaces[1]);
     }
 
 private:
-    void OnCommand(int control) override {
+    bool OnCommand(int control) override {
         CAnalysisSupport& host = Analysis();
-        if (control == ControlCancel) return ExitDialog(Specify, ExitMode::Back);
+        if (control == ControlCancel) return Exit(Specify, ExitMode::Back);
         if (control == Throw) throw std::runtime_error("broken");
         if (control == Write && (ValueAs<int>(Digits) < 0 || ValueAs<int>(Digits) > 100)) {
             host.DspMessageBox(ValueAs<int>(Digits) < 0 ? MessageStyle::Refusal : MessageStyle::Error, this,
                                8, "");
-            return;
+            return false;
         }
         host.prttop();
         host.writst(100, "Sum");
@@ -184,7 +193,7 @@ private:
         chart.title = "Sums";
         chart.series.emplace_back().x = {1.0};
         chart.series.back().y = {tiny_.sum};
-        host.NewGeneralMultipleChartLongEx(chart);
+        return host.NewGeneralMultipleChartLongEx(chart) == 0;
     }
     Sums& tiny_;
 };

@@ -10,8 +10,13 @@ using test::KaplanFixture;
 
 TEST_F(KaplanFixture, StartupEntriesLeadToTheirAnalyses) {
     struct {
-        int member, position, type, modelKind;
-    } const rows[] = {{1, 0, 1, 1}, {4, 3, 4, 1}, {5, 4, 5, 1}, {6, 6, 5, 5}};
+        int member, position;
+        AnalysisType type;
+        int modelKind;
+    } const rows[] = {{1, 0, AnalysisType::LifeTables, 1},
+                      {4, 3, AnalysisType::MultipleSamples, 1},
+                      {5, 4, AnalysisType::Regression, 1},
+                      {6, 6, AnalysisType::Regression, 5}};
     for (const auto& row : rows) {
         host.messages.clear();
         host.Go(analysis, StepInitialize);
@@ -23,7 +28,7 @@ TEST_F(KaplanFixture, StartupEntriesLeadToTheirAnalyses) {
         EXPECT_EQ(std::get<int>(host.Dialog().Value(TaskList)), row.position);
         EXPECT_EQ(ModuleState().shared.analysisType, row.type);
         EXPECT_EQ(ModuleState().regression.settings.modelKind, row.modelKind);
-        EXPECT_EQ(ModuleState().shared.timeVariables, row.type == 5 ? 0 : 1);
+        EXPECT_EQ(ModuleState().shared.timeVariables, row.type == AnalysisType::Regression ? 0 : 1);
     }
 }
 

@@ -89,6 +89,25 @@ TEST_F(KaplanFixture, DestroyingTheAnalysisReleasesItsResults) {
     EXPECT_EQ(host.outstanding, 0);
 }
 
+TEST_F(KaplanFixture, OutputsAreOfTheResultsOfTheirOwnAnalysis) {
+    ManyCases(of.several);
+    ASSERT_EQ(Run(), of.results);
+    { const CSurvival another{&host}; } // comes and goes
+    EXPECT_EQ(host.outstanding, of.arrays);
+    EXPECT_EQ(std::get<bool>(host.Script().Call("Summary").value.value), true);
+
+    CSurvival other{&host};
+    other.Initialize();
+    EXPECT_EQ(host.outstanding, 0);
+    host.messages.clear();
+    const AutomationResult late = host.Script().Call("Summary");
+    EXPECT_TRUE(late.ok);
+    EXPECT_EQ(std::get<bool>(late.value.value), false);
+    ASSERT_EQ(host.messages.size(), 1U);
+    EXPECT_EQ(host.messages[0].id, StrNoResults);
+    EXPECT_EQ(host.Press(analysis, ControlCancel), of.specification);
+}
+
 TEST_F(KaplanFixture, AutomationErrorsNameTheAccessor) {
     Specify();
     AutomationObject script = host.Script();

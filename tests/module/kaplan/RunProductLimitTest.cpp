@@ -55,9 +55,9 @@ TEST_F(KaplanFixture, CapacityFollowsTheDataAndTheWeights) {
                       {2'000'000'000, false, 10'000'000}};
     for (const auto& row : rows) {
         KaplanArrays arrays;
-        ASSERT_TRUE(arrays.Obtain(analysis, row.cases, row.weighted));
+        ASSERT_TRUE(arrays.Obtain(analysis, KaplanArrays::CapacityFor(row.cases, row.weighted)));
         EXPECT_EQ(arrays.Capacity(), row.capacity) << row.cases;
-        EXPECT_EQ(arrays.ranks.size(), static_cast<std::size_t>(row.capacity));
+        EXPECT_EQ(arrays.ranks.Size(), static_cast<std::size_t>(row.capacity));
     }
     EXPECT_EQ(host.outstanding, 0);
 }

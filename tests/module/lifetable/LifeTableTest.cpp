@@ -39,7 +39,7 @@ TEST(LifeTable, TiesOnLimitsAndAnEmptyIntervalByHand) {
     EXPECT_EQ(counts.entering, 7);
 
     LifeTable t;
-    ASSERT_EQ(ComputeLifeTable(counts, Correction::Off, t), Status::Success);
+    ASSERT_EQ(ComputeLifeTable(counts, Correction::Off, t), LifeTableStatus::Success);
     ASSERT_EQ(t.rows, 5);
     EXPECT_EQ(FirstOf(t.entering, 5), (Values{7, 5, 3, 3, 1}));
     EXPECT_EQ(FirstOf(t.exposed, 5), (Values{6.5, 4.5, 3, 3, 1}));
@@ -53,7 +53,7 @@ TEST(LifeTable, TiesOnLimitsAndAnEmptyIntervalByHand) {
     }
 
     // Corrected: nobody dies in 4-6, all exposed die from 8 on. The other intervals stay.
-    ASSERT_EQ(ComputeLifeTable(counts, Correction::On, t), Status::Success);
+    ASSERT_EQ(ComputeLifeTable(counts, Correction::On, t), LifeTableStatus::Success);
     EXPECT_DOUBLE_EQ(t.proportionDead[2], 0.5 / 3);
     EXPECT_DOUBLE_EQ(t.proportionDead[3], 2.0 / 3);
     EXPECT_DOUBLE_EQ(t.proportionDead[4], 0.5);
@@ -65,13 +65,13 @@ TEST(LifeTable, AGroupThatDiesOutEndsWithARowOfNobody) {
     // limit.
     LifeTable t;
     const IntervalCounts counts = Tabulate(IntervalsByNumber(8, 5), {{1, true}, {3, true}});
-    ASSERT_EQ(ComputeLifeTable(counts, Correction::On, t), Status::Success);
+    ASSERT_EQ(ComputeLifeTable(counts, Correction::On, t), LifeTableStatus::Success);
     ASSERT_EQ(t.rows, 3);
     EXPECT_EQ(FirstOf(t.lower, 3), (Values{0, 2, 4}));
     EXPECT_EQ(FirstOf(t.entering, 3), (Values{2, 1, 0}));
     EXPECT_EQ(FirstOf(t.proportionDead, 3), (Values{0.5, 0.5, 0})); // the second corrected, the last not
     EXPECT_EQ(FirstOf(t.cumulativeSurviving, 3), (Values{1, 0.5, 0.25}));
-    ASSERT_EQ(ComputeLifeTable(counts, Correction::Off, t), Status::Success);
+    ASSERT_EQ(ComputeLifeTable(counts, Correction::Off, t), LifeTableStatus::Success);
     EXPECT_EQ(FirstOf(t.cumulativeSurviving, 3), (Values{1, 0.5, 0}));
 }
 
@@ -86,23 +86,23 @@ TEST(LifeTable, ATimeWithinRoundingOfALimitBeginsTheNextInterval) {
 TEST(LifeTable, CountsThatGiveNoTable) {
     LifeTable t;
     const auto allAtZero = Tabulate(IntervalsByNumber(0), {{0, true}, {0, false}, {0, true}});
-    EXPECT_EQ(ComputeLifeTable(allAtZero, Correction::On, t), Status::NoWidth);
+    EXPECT_EQ(ComputeLifeTable(allAtZero, Correction::On, t), LifeTableStatus::NoWidth);
 
-    EXPECT_EQ(ComputeLifeTable(IntervalCounts{}, Correction::On, t), Status::NoIntervals);
+    EXPECT_EQ(ComputeLifeTable(IntervalCounts{}, Correction::On, t), LifeTableStatus::NoIntervals);
     IntervalCounts counts{.intervals = 3, .entering = 0, .lower = {0, 1, 2}, .withdrawn = {}, .dying = {}};
-    EXPECT_EQ(ComputeLifeTable(counts, Correction::On, t), Status::NoIntervals);
+    EXPECT_EQ(ComputeLifeTable(counts, Correction::On, t), LifeTableStatus::NoIntervals);
     counts.entering = 10;
     counts.withdrawn = {0, 4};
     counts.dying = {5, 2};
-    EXPECT_EQ(ComputeLifeTable(counts, Correction::On, t), Status::NegativeEntering);
+    EXPECT_EQ(ComputeLifeTable(counts, Correction::On, t), LifeTableStatus::NegativeEntering);
     counts.withdrawn = {0, 3};
-    EXPECT_EQ(ComputeLifeTable(counts, Correction::On, t), Status::Success);
+    EXPECT_EQ(ComputeLifeTable(counts, Correction::On, t), LifeTableStatus::Success);
     // As many limits as there are slots, though more are claimed; widths count beyond the last row.
     counts.intervals = 40;
-    EXPECT_EQ(ComputeLifeTable(counts, Correction::On, t), Status::NoWidth);
+    EXPECT_EQ(ComputeLifeTable(counts, Correction::On, t), LifeTableStatus::NoWidth);
     for (std::size_t i = 0; i < intervalSlots; ++i)
         counts.lower[i] = static_cast<double>(i);
-    EXPECT_EQ(ComputeLifeTable(counts, Correction::On, t), Status::Success);
+    EXPECT_EQ(ComputeLifeTable(counts, Correction::On, t), LifeTableStatus::Success);
     EXPECT_EQ(t.rows, 3);
 }
 
@@ -120,7 +120,7 @@ void AgreesWithGolden(const std::string& data, const char* timeName, const char*
     LifeTable t;
     const Values all = cases.numbers(timeName);
     const Intervals intervals = IntervalsByNumber(*std::max_element(all.begin(), all.end()));
-    ASSERT_EQ(ComputeLifeTable(Tabulate(intervals, sample), Correction::On, t), Status::Success);
+    ASSERT_EQ(ComputeLifeTable(Tabulate(intervals, sample), Correction::On, t), LifeTableStatus::Success);
     const auto golden =
         korvana::golden::Table::read("life-tables.csv").where("data", data).where("group", group);
     ASSERT_EQ(t.rows, static_cast<int>(golden.size())) << group;

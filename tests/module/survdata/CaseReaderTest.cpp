@@ -151,7 +151,7 @@ TEST_F(CaseReaderTest, GroupsOfTwoCodesAndOverlappingCensoringCodes) {
     settings.censoredCode = 1; // both codes match: complete wins
     settings.List(ListGrouping) = {3};
     settings.groupCodes = {7, 8};
-    CaseReader reader(analysis, settings, CaseReader::Groups::TwoCodes);
+    CaseReader reader(analysis, settings, CaseReader::Groups::ByCodes);
     std::vector<int> groups;
     EXPECT_EQ(reader.Read(10,
                           [&](const Observation& o) {

@@ -1,19 +1,20 @@
-#include "module/resources/Groups.h"
-#include "module/resources/Kaplan.h"
-#include "module/resources/TwoSamples.h"
 #include "module/survdata/CodeComparison.h"
 #include "module/survdata/CodeDecimals.h"
+#include "module/survdata/CodeIndex.h"
 #include "module/survdata/DayNumber.h"
-#include "module/survdata/Headings.h"
 #include "module/survdata/NormalQuantile.h"
 #include "module/survdata/ReportLines.h"
+#include "module/survdata/SharedSettings.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <random>
+#include <vector>
 
 namespace ozm::survival {
 namespace {
@@ -85,17 +86,33 @@ TEST(NormalQuantile, InvertsTheNormalTailOverItsThreeBranches) {
     EXPECT_TRUE(std::isnan(NormalQuantile(-0.1)));
 }
 
+/// Against the comparison itself, with codes closer together than the tolerance and given in any order.
+TEST(Codes, AnIndexFindsTheFirstThatEquals) {
+    std::mt19937 random{7};
+    for (int round = 0; round < 200; ++round) {
+        std::vector<double> codes{unsetCode};
+        const int count = std::uniform_int_distribution{0, 40}(random);
+        for (int i = 0; i < count; ++i)
+            codes.push_back(StepsUp(std::uniform_int_distribution{-2, 2}(random),
+                                    std::uniform_int_distribution<std::uint64_t>{0, 40}(random)));
+        std::shuffle(codes.begin(), codes.end(), random);
+        const CodeIndex index(codes);
+        for (int i = 0; i < 50; ++i) {
+            const double value = StepsUp(std::uniform_int_distribution{-3, 3}(random),
+                                         std::uniform_int_distribution<std::uint64_t>{0, 60}(random));
+            const auto first = std::find_if(codes.begin(), codes.end(),
+                                            [value](double code) { return CodesEqual(code, value); });
+            EXPECT_EQ(index.Find(value), first == codes.end() ? 0 : first - codes.begin() + 1);
+        }
+        EXPECT_EQ(index.Find(unsetCode), 0);
+    }
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(KeptCode(std::nan(""))), ~std::uint64_t{0});
+}
+
 TEST(ReportLines, CodesStandInTheirField) {
     EXPECT_EQ(FormatCode(0.5), "      0.5");
     EXPECT_EQ(FormatCode(-3), "        -3");
     EXPECT_EQ(FormatCode(std::nan("")), "        --");
-}
-
-TEST(Headings, AreWrittenOutWhereTheirLinesAreShortened) {
-    EXPECT_EQ(HeadingInFull(StrKmColCumulative1, StrKmColCumulative2), "Cumulative Survival");
-    EXPECT_EQ(HeadingInFull(StrTwoColCumulative1, StrTwoColCumulative2), "Cumulative proportion surviving");
-    EXPECT_EQ(HeadingInFull(StrTwoGroup1, StrLtEntering), "Group 1: number entering");
-    EXPECT_EQ(HeadingInFull(StrKmColError1, StrKmColError2), "") << "says it already";
 }
 
 } // namespace

@@ -17,8 +17,8 @@ TEST_F(TwoFixture, PoolsBothGroupsInOrder) {
     ASSERT_EQ(host.Press(analysis, ControlOk), StepTwoResults);
     EXPECT_EQ(host.exitMode, ExitMode::Forward);
     const PooledSample sample = State().results.Sample();
-    EXPECT_EQ(sample.counts.censored1, 4);
-    EXPECT_EQ(sample.counts.N2(), 5);
+    EXPECT_EQ(sample.Group(1).censored, 4);
+    EXPECT_EQ(sample.Group(2).All(), 5);
     ASSERT_EQ(sample.observations.size(), 10U); // without group 3
     EXPECT_EQ(sample.observations[2].time, 18); // the failure before the one censored at the same time
     EXPECT_TRUE(sample.observations[2].Failed());
@@ -34,7 +34,7 @@ TEST_F(TwoFixture, AListHoldsTwoThousand) {
     host.columns.push_back({"w", {1999, 2, 1}});
     host.weight = 4;
     EXPECT_EQ(Run(), StepTwoResults);
-    EXPECT_EQ(State().results.counts.uncensored1, 2000);
+    EXPECT_EQ(State().results.groups[0].uncensored, 2000);
     host.Press(analysis, ControlCancel);
     host.columns[3].values[0] = 2000;
     EXPECT_EQ(Run(), StepSpecifyTwoSamples);
@@ -71,8 +71,9 @@ TEST_F(TwoFixture, DataThatCannotBeComparedAreRefused) {
     ExpectRefused(StrTwoEmptyGroup);
     Data({1, 2, 3, none}, {1, 1, 1, 1}, {1, 1, 1, 2}); // a group without a valid time
     ExpectRefused(StrTwoEmptyGroup);
-    EXPECT_EQ(CheckGroups({1, 0, 1, 0}), Status::Success); // one failure in each group is enough
-    EXPECT_EQ(CheckGroups({0, 5, 2, 0}), Status::Success); // and so is a group without any
+    using Counts = std::array<GroupCount, 2>;
+    EXPECT_EQ(CheckGroups(Counts{{{1, 0}, {1, 0}}}), Status::Success); // one failure in each group is enough
+    EXPECT_EQ(CheckGroups(Counts{{{0, 5}, {2, 0}}}), Status::Success); // and so is a group without any
 }
 
 TEST_F(TwoFixture, AMessageTellsTheCountsOfThisRun) {

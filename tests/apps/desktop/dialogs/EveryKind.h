@@ -109,10 +109,11 @@ public:
     using CAnalysisModelessDialog::SetValue;
 
 private:
-    void OnCommand(int control) override {
+    bool OnCommand(int control) override {
         own_.commands.push_back(control);
         if (own_.onCommand) own_.onCommand(*this, control);
         if (control == ControlCancel) ExitDialog(0, ExitMode::Back);
+        return true;
     }
     void OnValueChanged(int control) override {
         if (own_.onValue) own_.onValue(*this, control);

@@ -1,9 +1,18 @@
-#include "module/twosample/PooledSample.h"
+#include "module/groups/PooledSample.h"
 
 #include <algorithm>
 #include <tuple>
 
 namespace ozm::survival {
+
+GroupCount PooledSample::TotalOf(std::span<const GroupCount> groups) {
+    GroupCount total;
+    for (const GroupCount& group : groups) {
+        total.uncensored += group.uncensored;
+        total.censored += group.censored;
+    }
+    return total;
+}
 
 void SortPooled(std::span<PooledObservation> observations) {
     const auto key = [](const PooledObservation& o) {

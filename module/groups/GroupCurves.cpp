@@ -9,6 +9,7 @@
 
 #include <array>
 #include <utility>
+#include <vector>
 
 namespace ozm::survival {
 namespace {
@@ -52,7 +53,7 @@ std::string NamedGroups::Code(CAnalysisSupport& host, std::size_t group) const {
 }
 
 std::string NamedGroups::Legend(CAnalysisSupport& host, std::size_t group) const {
-    return std::string{Text(StrLtLegendGroup)} + FormatNumber(codes[group]) + " (" +
+    return std::string{Text(StrLtLegendGroup)} + FormatExact(codes[group]) + " (" +
            MeaningOfCode(host, shared.First(ListGrouping), codes[group]) + ")";
 }
 
@@ -88,17 +89,16 @@ OutputResult PlotGroupSurvival(CAnalysisSupport& host, const NamedGroups& groups
 std::string GroupLifeTablesReason(CAnalysisSupport& host, const NamedGroups& groups,
                                   const PooledSample& sample, int message) {
     if (message == StrLtFewerThan3Cases) {
-        std::string list;
+        std::vector<std::string> list;
         for (std::size_t g = 0; g < sample.groups.size(); ++g)
-            list += (g == 0                         ? ""
-                     : g + 1 < sample.groups.size() ? ", "
-                                                    : " and ") +
-                    Filled(StrLtCasesWithCode, {FormatCount(sample.groups[g].All()), groups.Code(host, g)});
-        return "\n" + Filled(StrLtCasesOfGroups, {list, QuotedName(host, groups.shared.First(ListGrouping))});
+            list.push_back(
+                Filled(StrLtCasesWithCode, {FormatCount(sample.groups[g].All()), groups.Code(host, g)}));
+        return "\n" + Filled(StrLtCasesOfGroups,
+                             {Listed(list, StrAnd), QuotedName(host, groups.shared.First(ListGrouping))});
     }
     if (message == StrLtNoWidth)
         return "\n" + Filled(StrLtLargestTime, {FormatNumber(sample.observations.back().time),
-                                                QuotedNames(host, groups.shared.Times(), " and ")});
+                                                QuotedNames(host, groups.shared.Times(), StrAnd)});
     return {};
 }
 

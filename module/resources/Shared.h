@@ -59,6 +59,17 @@
       "Every valid observation has the code of censored ones: are the two codes exchanged?") \
     S(StrOutputName, 20042, "Output: %1 (%2).") \
     S(StrSelectedVariables, 20043, "%1 variables are selected: %2.") \
+    S(StrCasesReadOne, 20044, "%1 case in the data, %2 selected, %3 valid.") \
+    S(StrCasesRead, 20045, "%1 cases in the data, %2 selected, %3 valid.") \
+    S(StrCodesAmongCases, 20046, "Codes of '%1' among the selected cases: %2.") \
+    S(StrNoCodes, 20047, "none") \
+    S(StrOneCase, 20048, "%1 (%2 case)") \
+    S(StrManyCases, 20049, "%1 (%2 cases)") \
+    S(StrNotSet, 20050, "not set") \
+    S(StrAnd, 20051, " and ") \
+    S(StrOr, 20052, " or ") \
+    S(StrAndMore, 20053, ", and %1 more") \
+    S(StrOrMore, 20054, " or %1 more") \
     S(StrTimesVariable, 20100, "Variable with survival times:") \
     S(StrTimesFromDates, 20101, "Survival times computed from dates (MM-DD-YY)") \
     S(StrVariables, 20102, "Variables:") \

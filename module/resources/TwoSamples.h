@@ -78,6 +78,7 @@
     S(StrTwoColC, 20360, "   C    ") \
     S(StrTwoColForm, 20361, " Form   ") \
     S(StrTwoSurvivalInFull, 20362, "Cumulative proportion surviving") \
+    S(StrTwoUncorrectedZ, 20363, "z without correction") \
     S(StrTwoPermutational, 20370, "permutational") \
     S(StrTwoHypergeometric, 20371, "hypergeometric") \
     S(StrTwoNotePermutational, 20372, \

@@ -1,6 +1,7 @@
 #include "module/survdata/ModuleDialog.h"
 
 #include "module/resources/Shared.h"
+#include "module/survdata/CodeDecimals.h"
 
 namespace ozm::survival {
 
@@ -8,6 +9,11 @@ ModuleDialog::ModuleDialog(CAnalysisSupport& host, const DialogTemplate& dialogT
                            const AutomationInterface& automation, SharedSettings& shared)
     : CAnalysisModelessDialog(host, dialogTemplate), shared_(shared) {
     AttachAutomation(automation);
+}
+
+int ModuleDialog::Decimals(const ControlTemplate& control) const {
+    if (control.kind != ControlKind::CodeField) return CAnalysisModelessDialog::Decimals(control);
+    return CodeDecimals(ValueAs<double>(control.id));
 }
 
 bool ModuleDialog::CommonCommand(int control) {

@@ -14,6 +14,9 @@ public:
     ModuleDialog(CAnalysisSupport& host, const DialogTemplate& dialogTemplate,
                  const AutomationInterface& automation, SharedSettings& shared);
 
+    /// Codes have as many decimals as about eight digits leave room for.
+    [[nodiscard]] int Decimals(const ControlTemplate& control) const override;
+
 protected:
     [[nodiscard]] SharedSettings& Shared() const { return shared_; }
 

@@ -1,5 +1,6 @@
 #include "module/survdata/ReadingNotes.h"
 
+#include "module/resources/Resources.h"
 #include "module/resources/Shared.h"
 #include "module/survdata/ReportLines.h"
 #include "module/survdata/SelectionChecks.h"
@@ -8,7 +9,6 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <iterator>
 #include <span>
 #include <utility>
 
@@ -17,7 +17,7 @@ namespace {
 
 /// Of texts the text: the numbers behind them are the host's, and may look like other texts of the data.
 std::string CodeText(CAnalysisSupport& host, int variable, double code) {
-    if (!std::isfinite(code)) return "not set";
+    if (!std::isfinite(code)) return std::string{Text(StrNotSet)};
     if (variable != 0 && host.HoldsTexts(variable))
         if (const auto label = LabelOfCode(host, variable, code)) return "'" + InOneLine(*label) + "'";
     return CodeWithLabel(host, variable, code);
@@ -26,11 +26,10 @@ std::string CodeText(CAnalysisSupport& host, int variable, double code) {
 /// "1 (treated) or 2 (placebo)"; of many the first ones.
 std::string CodeTexts(CAnalysisSupport& host, int variable, std::span<const double> codes) {
     const std::size_t shown = std::min(codes.size(), codesShown);
-    std::string text;
-    for (std::size_t i = 0; i < shown; ++i)
-        text += (i == 0 ? "" : i + 1 < codes.size() ? ", " : " or ") + CodeText(host, variable, codes[i]);
-    return shown == codes.size() ? text
-                                 : text + " or " + FormatCount(std::ssize(codes.subspan(shown))) + " more";
+    std::vector<std::string> texts;
+    for (const double code : codes.first(shown))
+        texts.push_back(CodeText(host, variable, code));
+    return Listed(texts, StrOr, StrOrMore, codes.size() - shown);
 }
 
 /// "2 with no value of 'time', 1 with a negative survival time".
@@ -55,8 +54,8 @@ std::string Reasons(CAnalysisSupport& host, const SharedSettings& settings, cons
           std::array{settings.completeCode, settings.censoredCode});
     codes(counts.missingGroup, counts.otherGroup, settings.First(ListGrouping), settings.groupCodes);
     const auto times = settings.Times();
-    reason(counts.missingTime, StrWhyNoValue, {QuotedNames(host, times)});
-    reason(counts.tooLarge, StrWhyTooLarge, {QuotedNames(host, times)});
+    reason(counts.missingTime, StrWhyNoValue, {QuotedNames(host, times, StrOr)});
+    reason(counts.tooLarge, StrWhyTooLarge, {QuotedNames(host, times, StrOr)});
     reason(counts.invalidDate, StrWhyInvalidDate, {});
     if (times.size() == 2)
         reason(counts.negativeTime, StrWhyEndFirst, {QuotedName(host, times[1]), QuotedName(host, times[0])});
@@ -101,9 +100,9 @@ void TellReading(CAnalysisSupport& host, const SharedSettings& settings, const R
 
 std::string DescribeReading(CAnalysisSupport& host, const SharedSettings& settings,
                             const ReadingCounts& counts) {
-    std::string text = FormatCount(host.ss_nb()) + (host.ss_nb() == 1 ? " case" : " cases") +
-                       " in the data, " + FormatNumber(counts.distinctCasesRead, 10) + " selected, " +
-                       FormatNumber(counts.distinctValid, 10) + " valid.";
+    std::string text = Filled(host.ss_nb() == 1 ? StrCasesReadOne : StrCasesRead,
+                              {FormatCount(host.ss_nb()), FormatNumber(counts.distinctCasesRead, 10),
+                               FormatNumber(counts.distinctValid, 10)});
     for (const std::string& note : ReadingNotes(host, settings, counts))
         text += "\n" + note;
     if (const std::string codes = DescribeCodes(host, settings.First(ListCensoring)); !codes.empty())

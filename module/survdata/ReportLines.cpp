@@ -3,9 +3,11 @@
 #include "module/resources/Resources.h"
 #include "module/resources/Shared.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <vector>
 
 namespace ozm::survival {
 
@@ -61,12 +63,12 @@ std::optional<std::string> LabelOfCode(CAnalysisSupport& host, int variable, dou
 
 std::string CodeWithLabel(CAnalysisSupport& host, int variable, double code) {
     const std::optional<std::string> label = LabelOfCode(host, variable, code);
-    return FormatNumber(code) + (label ? " (" + InOneLine(*label) + ")" : std::string());
+    return FormatExact(code) + (label ? " (" + InOneLine(*label) + ")" : std::string());
 }
 
 std::string MeaningOfCode(CAnalysisSupport& host, int variable, double code) {
     return VariableName(host, variable) + " = " +
-           InOneLine(LabelOfCode(host, variable, code).value_or(FormatNumber(code)));
+           InOneLine(LabelOfCode(host, variable, code).value_or(FormatExact(code)));
 }
 
 std::string Filled(int id, std::initializer_list<std::string> values) {
@@ -89,10 +91,22 @@ std::string Trimmed(int id) {
     return text;
 }
 
+std::string FormatExact(double value) {
+    std::array<char, 64> buffer{};
+    const double unsignedZero = value + 0.0;
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), unsignedZero);
+    return {buffer.data(), end.ptr};
+}
+
 std::string FormatCode(double code) {
     const double magnitude = std::abs(code);
     const std::size_t width = magnitude >= 0.001 && magnitude < 1.0 ? 9 : 10;
-    std::string text = std::isfinite(code) ? FormatNumber(code) : std::string{Text(StrUnsetCode)};
+    std::string text{Text(StrUnsetCode)};
+    if (std::isfinite(code)) {
+        text = FormatExact(code);
+        for (int digits = static_cast<int>(width); text.size() > width && digits > 0; --digits)
+            text = FormatNumber(code, digits);
+    }
     if (text.size() < width) text.insert(0, width - text.size(), ' ');
     return text;
 }
@@ -107,14 +121,21 @@ std::string QuotedName(CAnalysisSupport& host, int variable) {
     return "'" + VariableName(host, variable) + "'";
 }
 
-std::string QuotedNames(CAnalysisSupport& host, std::span<const int> variables,
-                        std::string_view conjunction) {
+std::string Listed(std::span<const std::string> items, int conjunction, int ofMore, std::size_t more) {
     std::string text;
-    for (std::size_t k = 0; k < variables.size(); ++k) {
-        if (k > 0) text += k + 1 < variables.size() ? ", " : conjunction;
-        text += QuotedName(host, variables[k]);
+    for (std::size_t k = 0; k < items.size(); ++k) {
+        const bool last = k + 1 == items.size() && more == 0;
+        if (k > 0) text += last && conjunction != 0 ? Text(conjunction) : std::string_view{", "};
+        text += items[k];
     }
-    return text;
+    return more == 0 ? text : text + Filled(ofMore, {FormatCount(static_cast<long long>(more))});
+}
+
+std::string QuotedNames(CAnalysisSupport& host, std::span<const int> variables, int conjunction) {
+    std::vector<std::string> names;
+    for (const int variable : variables)
+        names.push_back(QuotedName(host, variable));
+    return Listed(names, conjunction);
 }
 
 } // namespace ozm::survival

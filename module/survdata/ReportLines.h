@@ -25,8 +25,11 @@ std::string FormatFixed(double value, int decimals);
 /// A probability to five significant digits; "< 1e-30" below that.
 std::string FormatProbability(double p);
 
-/// A code in a field of 10 characters, one less when its magnitude is at least 0.001 and below 1; "--" when
-/// unset.
+/// A number with as many digits as tell it from every other one, and no more.
+std::string FormatExact(double value);
+
+/// A code in a field of 10 characters, one less when its magnitude is at least 0.001 and below 1, with as
+/// many digits as the field holds; "--" when unset.
 std::string FormatCode(double code);
 
 /// A label for a sentence: line breaks as programs write them, and not all of a long one.
@@ -52,8 +55,11 @@ std::string Trimmed(int id);
 std::string VariableName(CAnalysisSupport& host, int variable);
 /// The same in quotation marks, for sentences.
 std::string QuotedName(CAnalysisSupport& host, int variable);
-/// "'a'", "'a' or 'b'", "'a', 'b' or 'c'".
-std::string QuotedNames(CAnalysisSupport& host, std::span<const int> variables,
-                        std::string_view conjunction = " or ");
+/// "'a'", "'a' or 'b'", "'a', 'b' or 'c'": what stands before the last one is a text of the string table.
+std::string QuotedNames(CAnalysisSupport& host, std::span<const int> variables, int conjunction);
+
+/// "a, b or c", or "a, b or 7 more": what stands before the last item, and what tells of those that are not
+/// listed, are texts of the string table (conjunction 0: a comma).
+std::string Listed(std::span<const std::string> items, int conjunction, int ofMore = 0, std::size_t more = 0);
 
 } // namespace ozm::survival

@@ -1,9 +1,11 @@
 #include "module/survdata/SelectionChecks.h"
 
+#include "module/resources/Resources.h"
 #include "module/resources/Shared.h"
 #include "module/survdata/CodeComparison.h"
 #include "module/survdata/ReportLines.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace ozm::survival {
@@ -12,16 +14,16 @@ std::string DescribeCodes(CAnalysisSupport& host, int variable) {
     std::vector<CodeCount> codes;
     const int all = host.ReadDataToGetDefaultCodes(variable, {.most = static_cast<int>(codesShown)}, codes);
     if (all < 0) return {};
-    std::string text = "Codes of '" + VariableName(host, variable) + "' among the selected cases: ";
-    if (codes.empty()) return text + "none.";
-    for (std::size_t i = 0; i < codes.size(); ++i) {
-        if (i > 0) text += ", ";
-        text += FormatNumber(codes[i].code);
-        if (!codes[i].text.empty()) text += " = " + InOneLine(codes[i].text);
-        text += " (" + FormatCount(codes[i].cases) + (codes[i].cases == 1 ? " case)" : " cases)");
-    }
-    const int more = all - static_cast<int>(codes.size());
-    return text + (more > 0 ? ", and " + FormatCount(more) + " more." : ".");
+    std::vector<std::string> list;
+    for (const CodeCount& code : codes)
+        list.push_back(
+            Filled(code.cases == 1 ? StrOneCase : StrManyCases,
+                   {FormatExact(code.code) + (code.text.empty() ? "" : " = " + InOneLine(code.text)),
+                    FormatCount(code.cases)}));
+    const auto more = static_cast<std::size_t>(all) - std::min(codes.size(), static_cast<std::size_t>(all));
+    return Filled(StrCodesAmongCases,
+                  {VariableName(host, variable),
+                   list.empty() ? std::string{Text(StrNoCodes)} : Listed(list, 0, StrAndMore, more)});
 }
 
 int CheckSelections(const SharedSettings& settings) {

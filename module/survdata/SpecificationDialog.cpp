@@ -38,7 +38,7 @@ bool SpecificationDialog::CommonSelectionsAreValid() {
         detail = DescribeCodes(Analysis(), Shared().First(ListCensoring));
     if (const auto times = Shared().Times(); message == StrInvalidTimeVariables && !times.empty())
         detail = Filled(StrSelectedVariables, {FormatCount(static_cast<long long>(times.size())),
-                                               QuotedNames(Analysis(), times, " and ")});
+                                               QuotedNames(Analysis(), times, StrAnd)});
     ShowMessage(message, detail);
     return false;
 }

@@ -29,7 +29,7 @@ Line LineOf(const ScoreStatistic& s) {
 
 Line LineOf(const GehanStatistic& s) {
     Line line = LineOf(s.corrected);
-    line.push_back({"z without correction", "uncorrected", StrTwoColUncorrected1, StrTwoColUncorrected2,
+    line.push_back({Text(StrTwoUncorrectedZ), "uncorrected", StrTwoColUncorrected1, StrTwoColUncorrected2,
                     Wide(s.uncorrected)});
     return line;
 }

@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ozm::survival {
@@ -11,7 +12,7 @@ namespace ozm::survival {
 /// One number of a test's line of statistics: how a formula names it, how programs and people find its
 /// column.
 struct Statistic {
-    const char* symbol;
+    std::string_view symbol;
     const char* id;
     int heading1;
     int heading2;

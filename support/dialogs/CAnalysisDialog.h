@@ -68,6 +68,8 @@ public:
     /// that it has not, a variable that the data have not, more variables than a box holds) is refused and
     /// changes nothing.
     DialogResult PutValue(int control, ControlValue value);
+    /// With how many decimals a number is shown at most: the template says it, or the dialog by the value.
+    [[nodiscard]] virtual int Decimals(const ControlTemplate& control) const { return control.decimals; }
     /// The value of a control; monostate for a button or an unknown control.
     [[nodiscard]] const ControlValue& Value(int control) const;
 
@@ -104,7 +106,8 @@ protected:
 private:
     void Tell(void (DialogObserver::*what)(CAnalysisDialog&, int), int control);
     template <class Action>
-    DialogResult Guarded(const Action& action); // no std::function: it may ask for memory, which may have run out
+    DialogResult
+    Guarded(const Action& action); // no std::function: it may ask for memory, which may have run out
     void TellNoMemory() noexcept;
     DialogResult Fits(const ControlTemplate& control, const ControlValue& value) const;
 

@@ -113,6 +113,11 @@ TEST(ReportLines, CodesStandInTheirField) {
     EXPECT_EQ(FormatCode(0.5), "      0.5");
     EXPECT_EQ(FormatCode(-3), "        -3");
     EXPECT_EQ(FormatCode(std::nan("")), "        --");
+    // As many digits as fit: codes told apart by their ninth digit, and never beyond the field.
+    EXPECT_EQ(FormatCode(123456789), " 123456789");
+    EXPECT_EQ(FormatCode(-0.123456789), "-0.123457");
+    EXPECT_EQ(FormatCode(-1234567.891), "-1234567.9");
+    EXPECT_EQ(FormatCode(1e-300 / 3), "3.333e-301");
 }
 
 } // namespace

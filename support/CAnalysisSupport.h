@@ -90,6 +90,7 @@ public:
     std::string VariableLabel(int variable) { return variables_->VariableLabel(variable); }
     int FindVariable(std::string_view name) { return variables_->FindVariable(name); }
     bool HoldsTexts(int variable) { return variables_->HoldsTexts(variable); }
+    bool HoldsDates(int variable) { return variables_->HoldsDates(variable); }
     int vvlcod8(int variable, LabelLookup mode, std::string& text, double& value) {
         return variables_->vvlcod8(variable, mode, text, value);
     }

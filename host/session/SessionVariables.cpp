@@ -4,19 +4,23 @@
 #include "host/data/Describe.h"
 
 #include <algorithm>
+#include <cmath>
 #include <exception>
 
 namespace korvana {
 namespace {
 
-/// The selected cells that hold a value, ascending.
-std::vector<double> sortedCells(const ActiveData& data, int variable0) {
+/// The selected cells that hold a value of the range asked for, ascending.
+std::vector<double> sortedCells(const ActiveData& data, int variable0,
+                                const ozm::DefaultCodeOptions& options) {
     const Variable& known = data.dataSet().variable(variable0);
     const auto cells = data.dataSet().column(variable0);
     const auto mask = data.mask();
     std::vector<double> kept;
     for (std::size_t i = 0; i < cells.size(); ++i)
-        if ((mask.empty() || mask[i] != 0) && !known.isMissing(cells[i])) kept.push_back(cells[i]);
+        if ((mask.empty() || mask[i] != 0) && !known.isMissing(cells[i]) && cells[i] >= options.least &&
+            cells[i] <= options.greatest)
+            kept.push_back(cells[i]);
     std::sort(kept.begin(), kept.end());
     return kept;
 }
@@ -41,6 +45,10 @@ bool SessionVariables::HoldsTexts(int variable) {
     return exists(variable) && data_.dataSet().variable(variable - 1).kind == VariableKind::Text;
 }
 
+bool SessionVariables::HoldsDates(int variable) {
+    return exists(variable) && data_.dataSet().variable(variable - 1).kind == VariableKind::Date;
+}
+
 int SessionVariables::vvlcod8(int variable, ozm::LabelLookup mode, std::string& text, double& value) {
     if (!exists(variable)) return 0;
     if (mode == ozm::LabelLookup::CodeOfText) {
@@ -58,13 +66,14 @@ int SessionVariables::ReadDataToGetDefaultCodes(int variable, const ozm::Default
     codes.clear();
     if (!exists(variable)) return -1;
     const int most = std::max(options.most, 0);
-    const DistinctValues few = distinctCodes(data_.dataSet(), variable - 1, data_.mask(), most);
-    for (const DistinctValue& value : few.values)
-        codes.push_back({value.value, value.label, value.count});
-    if (!few.moreThanLimit) return static_cast<int>(codes.size());
-    if (!options.countAll) return most + 1;
-
-    const std::vector<double> cells = sortedCells(data_, variable - 1);
+    if (std::isinf(options.least) && std::isinf(options.greatest)) {
+        const DistinctValues few = distinctCodes(data_.dataSet(), variable - 1, data_.mask(), most);
+        for (const DistinctValue& value : few.values)
+            codes.push_back({value.value, value.label, value.count});
+        if (!few.moreThanLimit) return static_cast<int>(codes.size());
+        if (!options.countAll) return most + 1;
+    }
+    const std::vector<double> cells = sortedCells(data_, variable - 1, options);
     int distinct = 0;
     for (auto run = cells.begin(); run != cells.end(); ++distinct) {
         const auto end = std::find_if(run, cells.end(), [run](double cell) { return cell != *run; });

@@ -15,6 +15,7 @@ public:
     std::string VariableLabel(int variable) override;
     int FindVariable(std::string_view name) override;
     bool HoldsTexts(int variable) override;
+    bool HoldsDates(int variable) override;
     int vvlcod8(int variable, ozm::LabelLookup mode, std::string& text, double& value) override;
     int ReadDataToGetDefaultCodes(int variable, const ozm::DefaultCodeOptions& options,
                                   std::vector<ozm::CodeCount>& codes) override;

@@ -32,6 +32,8 @@
     S(StrNoGroupingVariable, 20008, "Select one variable with the group codes.") \
     S(StrNoResults, 20009, \
       "The results of this dialog are gone, as another analysis was begun; go back and run it again.") \
+    S(StrNoteDatesAsTimes, 20019, \
+      "%1 holds dates, and its day numbers were taken as survival times: give two variables, the start and the end.") \
     S(StrNoteStartAndEnd, 20020, "Two time variables are start and end: the survival time is %1 - %2.") \
     S(StrNoteLeftOut, 20021, "%1 of %2 cases left out: %3.") \
     S(StrNoteSelectedLeftOut, 20022, "%1 of %2 selected cases left out: %3.") \

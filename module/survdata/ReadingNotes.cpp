@@ -81,7 +81,10 @@ void AddWeights(std::vector<std::string>& notes, CAnalysisSupport& host, const R
 std::vector<std::string> ReadingNotes(CAnalysisSupport& host, const SharedSettings& settings,
                                       const ReadingCounts& counts) {
     std::vector<std::string> notes;
-    if (const auto times = settings.Times(); times.size() == 2)
+    const auto times = settings.Times();
+    if (times.size() == 1 && host.HoldsDates(times[0]))
+        notes.push_back(Filled(StrNoteDatesAsTimes, {QuotedName(host, times[0])}));
+    if (times.size() == 2)
         notes.push_back(Filled(StrNoteStartAndEnd, {QuotedName(host, times[1]), QuotedName(host, times[0])}));
     if (counts.LeftOut() > 0) {
         const bool all = counts.distinctCasesRead == static_cast<double>(host.ss_nb());

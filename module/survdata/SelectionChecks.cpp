@@ -6,6 +6,8 @@
 #include "module/survdata/ReportLines.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <vector>
 
 namespace ozm::survival {
@@ -24,6 +26,20 @@ std::string DescribeCodes(CAnalysisSupport& host, int variable) {
     return Filled(StrCodesAmongCases,
                   {VariableName(host, variable),
                    list.empty() ? std::string{Text(StrNoCodes)} : Listed(list, 0, StrAndMore, more)});
+}
+
+bool IsCodeOf(CAnalysisSupport& host, int variable, double code) {
+    if (!std::isfinite(code)) return false;
+    // A variable may have any number of codes: ask for those alone that could be this one.
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    DefaultCodeOptions near{
+        .most = 2 * static_cast<int>(equalCodesLieWithin) + 1, .least = code, .greatest = code};
+    for (std::int64_t unit = 0; unit < equalCodesLieWithin; ++unit) {
+        near.least = std::nextafter(near.least, -infinity);
+        near.greatest = std::nextafter(near.greatest, infinity);
+    }
+    std::vector<CodeCount> codes;
+    return host.ReadDataToGetDefaultCodes(variable, near, codes) != 0;
 }
 
 int CheckSelections(const SharedSettings& settings) {

@@ -16,6 +16,9 @@ inline constexpr std::size_t codesShown = 12;
 /// well.
 int CheckSelections(const SharedSettings& settings);
 
+/// Whether a selected case has a code of a variable; true when the host does not tell.
+bool IsCodeOf(CAnalysisSupport& host, int variable, double code);
+
 /// The codes that a variable has among the selected cases, the first twelve with their labels and counts;
 /// empty when the host does not tell.
 std::string DescribeCodes(CAnalysisSupport& host, int variable);

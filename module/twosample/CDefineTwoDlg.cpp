@@ -7,10 +7,6 @@
 #include "module/survdata/SelectionChecks.h"
 #include "module/twosample/RunTwoSamples.h"
 
-#include <algorithm>
-#include <cmath>
-#include <vector>
-
 namespace ozm::survival {
 
 CDefineTwoDlg::CDefineTwoDlg(CAnalysisSupport& host, SharedSettings& shared, TwoState& state)
@@ -53,15 +49,8 @@ bool CDefineTwoDlg::SelectionsAreValid() {
 }
 
 bool CDefineTwoDlg::GroupCodesAreValid() {
-    if (!std::isfinite(CodeForGroup(1)) || !std::isfinite(CodeForGroup(2))) return false;
-    std::vector<CodeCount> codes;
-    const int all = Analysis().ReadDataToGetDefaultCodes(Shared().First(ListGrouping), {}, codes);
-    if (all != static_cast<int>(codes.size())) return true;
-    const auto listed = [&codes](double code) {
-        return std::any_of(codes.begin(), codes.end(),
-                           [code](const CodeCount& c) { return CodesEqual(c.code, code); });
-    };
-    return listed(CodeForGroup(1)) && listed(CodeForGroup(2));
+    return IsCodeOf(Analysis(), Shared().First(ListGrouping), CodeForGroup(1)) &&
+           IsCodeOf(Analysis(), Shared().First(ListGrouping), CodeForGroup(2));
 }
 
 void CDefineTwoDlg::Run() {

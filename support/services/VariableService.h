@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,9 @@ struct CodeCount {
 struct DefaultCodeOptions {
     int most = 100;
     bool countAll = true; ///< false: a variable of more is answered as having one more, which takes less time
+    /// Codes outside are not looked at.
+    double least = -std::numeric_limits<double>::infinity();
+    double greatest = std::numeric_limits<double>::infinity();
 };
 
 /// The variables of the active data set, numbered from 1.
@@ -43,6 +47,8 @@ public:
 
     /// Whether the variable's values are texts, so that its codes measure nothing.
     virtual bool HoldsTexts(int /*variable*/) { return false; }
+    /// Whether they are dates: its numbers are days of the calendar.
+    virtual bool HoldsDates(int /*variable*/) { return false; }
 
     /// Value-label lookup: the code that belongs to a text, or the text of a code. Answers 1 when found, else
     /// 0 (the output is then untouched).

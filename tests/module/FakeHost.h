@@ -167,15 +167,15 @@ public:
         }
         return 0;
     }
-    int ReadDataToGetDefaultCodes(int variable, const DefaultCodeOptions&,
+    int ReadDataToGetDefaultCodes(int variable, const DefaultCodeOptions& options,
                                   std::vector<CodeCount>& codes) override {
         std::map<double, int> counts;
         for (const double v : columns[static_cast<std::size_t>(variable - 1)].values)
-            ++counts[v];
+            if (v >= options.least && v <= options.greatest) ++counts[v];
         codes.clear();
         for (const auto& [code, count] : counts)
-            codes.push_back({code, {}, count});
-        return static_cast<int>(codes.size());
+            if (std::ssize(codes) < options.most) codes.push_back({code, {}, count});
+        return static_cast<int>(counts.size());
     }
 
     void writst(int length, std::string_view text) override {

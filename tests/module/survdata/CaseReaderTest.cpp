@@ -1,4 +1,5 @@
 #include "module/survdata/CaseReader.h"
+#include "module/survdata/InputHeader.h"
 #include "module/survdata/ReadingNotes.h"
 #include "tests/module/FakeHost.h"
 
@@ -134,14 +135,55 @@ TEST_F(CaseReaderTest, TwoVariablesAreStartAndEnd) {
 TEST_F(CaseReaderTest, SixVariablesAreTwoDates) {
     // month, day, year of both ends; two-digit years mean 19xx; parts are truncated; 32000 and more count as
     // 0.
-    host.columns = {{"m0", {1, 13, 1, 1, 2.9}}, {"d0", {15, 1, 1, 1, 28}}, {"y0", {95, 95, 0.5, 1995, 1996}},
-                    {"m1", {1, 1, 1, 1, 3}},    {"d1", {20, 1, 1, 1, 1}},  {"y1", {95, 95, 95, 32000, 96}},
-                    {"d", {1, 1, 1, 1, 0}}};
+    host.columns = {{"m0", {1, 13, 1, 1, 2.9, 12, 12, 1, 1}},
+                    {"d0", {15, 1, 1, 1, 28, 31, 31, 0, 1}},
+                    {"y0", {95, 95, 0.5, 1995, 1996, 99, 100, 95, 95}},
+                    {"m1", {1, 1, 1, 1, 3, 1, 1, 1, 0}},
+                    {"d1", {20, 1, 1, 1, 1, 1, 1, 1, 1}},
+                    {"y1", {95, 95, 95, 32000, 96, 1900, 101, 95, 95}},
+                    {"d", {1, 1, 1, 1, 0, 1, 1, 1, 1}}};
     Times({1, 2, 3, 4, 5, 6}, 7);
     const Reading r = Read();
-    EXPECT_EQ(r.complete, std::vector<double>{5});
+    // The year 100 is that year; day 0 is the day before the first.
+    EXPECT_EQ(r.complete, (std::vector<double>{5, 1, 1}));
     EXPECT_EQ(r.censored, std::vector<double>{2}); // 28 February to 1 March of a leap year
-    EXPECT_EQ(r.counts.invalidDate, 3);            // month 13, year 0 (0.5), year out of range
+    EXPECT_EQ(r.counts.invalidDate, 4);            // months 13 and 0, year 0 (0.5), year out of range
+    EXPECT_EQ(r.counts.negativeTime, 1);           // 99 is 1999, after 1900
+}
+
+TEST_F(CaseReaderTest, AsManyGroupsAsThereAreCodes) {
+    host.columns = {{"t", {}}, {"d", {}}, {"g", {}}};
+    for (int g = 20000; g > 0; --g) {
+        host.columns[0].values.push_back(g);
+        host.columns[1].values.push_back(1);
+        host.columns[2].values.push_back(g);
+        if (g > 1) settings.groupCodes.push_back(g);
+    }
+    settings.List(ListGrouping) = {3};
+    Times({1}, 2);
+    CaseReader reader(analysis, settings, CaseReader::Groups::ByCodes);
+    int next = 0;
+    EXPECT_EQ(reader.Read(30000, [&](const Observation& o) { EXPECT_EQ(o.group, ++next); }), Status::Success);
+    EXPECT_EQ(next, 19999);
+    const std::vector<std::string> notes = ReadingNotes(analysis, settings, reader.Counts());
+    ASSERT_EQ(notes.size(), 1U);
+    EXPECT_TRUE(
+        notes[0].ends_with("'g' than 20000, 19999, 19998, 19997, 19996, 19995, 19994, 19993, 19992, 19991, "
+                           "19990, 19989 or 19987 more."))
+        << notes[0];
+    // The header lists them all; two have names besides.
+    settings.analysisType = AnalysisType::MultipleSamples;
+    WriteInputHeader(analysis, settings);
+    EXPECT_NE(host.report.find("Variable with group codes: g\n           20000\n           19999\n"),
+              std::string::npos);
+    EXPECT_TRUE(host.report.ends_with("               2\n"));
+    // A table of survival times has nothing of this.
+    settings.analysisType = AnalysisType::LifeTables;
+    settings.inputDataType = InputDataType::Table;
+    settings.List(ListIntervalLimits) = {1};
+    host.report.clear();
+    WriteInputHeader(analysis, settings);
+    EXPECT_EQ(host.report, "Input data is a table of survival times\nVariables:\n    t\n    --\n    --\n");
 }
 
 TEST_F(CaseReaderTest, GroupsOfTwoCodesAndOverlappingCensoringCodes) {

@@ -9,6 +9,7 @@
 namespace ozm::survival {
 namespace {
 
+using test::Column;
 using test::none;
 using test::TwoFixture;
 
@@ -57,6 +58,18 @@ TEST_F(TwoFixture, ChecksItsGroups) {
               "Codes of 'arm' among the selected cases: 1 (5 cases), 2 (5 cases), 3 (1 case).");
     script.Put("CodeForGroup2", none);
     refusedWith(StrInvalidGroupCode);
+    // A variable of more codes than are gathered is asked for the two.
+    for (int code = 4; code <= 300; ++code)
+        for (Column* column : {&host.columns[0], &host.columns[1], &host.columns[2]})
+            column->values.push_back(code);
+    script.Put("CodeForGroup2", 299.5);
+    refusedWith(StrInvalidGroupCode);
+    EXPECT_TRUE(host.messages[0].detail.ends_with("12 (1 case), and 288 more.")) << host.messages[0].detail;
+    script.Put("CodeForGroup2", std::nextafter(300.0, 0.0));
+    host.columns[1].values.back() = 1;
+    EXPECT_EQ(host.Press(analysis, ControlOk), StepTwoResults);
+    host.Press(analysis, ControlCancel);
+    script = host.Script();
     script.Put("CodeForGroup2", 1);
     refusedWith(StrIdenticalGroupCodes);
     using List = AutomationValue::List;

@@ -32,11 +32,15 @@ TEST_F(TwoFixture, TheHeaderStandsOnceAboveTheFirstOutput) {
           "               1 = CMF (Group 1)\n", "Valid observations:        5                        5\n",
           "Uncensored:      1 ( 20.00%)              5 (100.00%)\n"})
         EXPECT_EQ(Occurrences(host.report, line), 1U) << line << host.report;
-    // A results dialog opened again begins a new report.
+    // A results dialog opened again begins a new report; shares are those of the group.
     host.Press(analysis, ControlCancel);
+    Data({1, 2, 3, 4, 5, 6, 7}, {1, 1, 0, 1, 1, 1, 0}, {1, 1, 1, 2, 2, 2, 2});
     host.Press(analysis, ControlOk);
     host.Script().Call("LogRankTest");
     EXPECT_EQ(Occurrences(host.report, "Two-Sample Tests\n"), 2U);
+    for (const char* line : {"Uncensored:      2 ( 66.67%)              3 ( 75.00%)\n",
+                             "  Censored:      1 ( 33.33%)              1 ( 25.00%)\n"})
+        EXPECT_EQ(Occurrences(host.report, line), 1U) << line << host.report;
 }
 
 TEST_F(TwoFixture, ATestShowsItsStatisticsAndItsIntermediateValues) {

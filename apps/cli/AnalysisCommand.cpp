@@ -14,19 +14,20 @@ void AnalysisCommand::declare(CLI::App& app) {
     declareOptions(app);
     std::string help = "what to make:";
     std::string onScreen;
-    for (const Output& output : outputs()) {
+    for (const Output& output : description_.outputs) {
         help += std::string{" "} + output.name;
         if (*output.help != '\0') help += std::string{" ("} + output.help + ")";
         help += ",";
         if (output.onScreen) onScreen += std::string{onScreen.empty() ? "" : ","} + output.name;
     }
-    app.add_option("--outputs", list_, help + " or all [" + onScreen + "; with -o: " + unasked() + "]")
+    app.add_option("--outputs", list_,
+                   help + " or all [" + onScreen + "; with -o: " + description_.unasked + "]")
         ->type_name("O[,O...]")
         ->group("Output");
     output_.declare(app);
     log_.declare(app);
     app.add_flag("--timing", timing_, "tell on standard error how long each phase took")->group("Output");
-    app.footer("Example: " + app.get_name() + " " + example() +
+    app.footer("Example: " + app.get_name() + " " + description_.example +
                "\n\n"
                "Without -o the report goes to standard output and nothing else does. Messages,\n"
                "notes and progress go to standard error. Exit codes: 0 results; 1 the analysis\n"
@@ -37,7 +38,7 @@ void AnalysisCommand::declare(CLI::App& app) {
 std::vector<std::string> AnalysisCommand::choices(const std::string& option) const {
     std::vector<std::string> names;
     if (option != "outputs") return names;
-    for (const Output& output : outputs())
+    for (const Output& output : description_.outputs)
         names.emplace_back(output.name);
     names.emplace_back("all");
     return names;
@@ -46,7 +47,7 @@ std::vector<std::string> AnalysisCommand::choices(const std::string& option) con
 std::vector<std::size_t> AnalysisCommand::chosenOutputs() const {
     std::vector<std::string_view> names;
     std::vector<std::size_t> onScreen;
-    for (const Output& output : outputs()) {
+    for (const Output& output : description_.outputs) {
         if (output.onScreen) onScreen.push_back(names.size());
         names.emplace_back(output.name);
     }
@@ -54,23 +55,27 @@ std::vector<std::size_t> AnalysisCommand::chosenOutputs() const {
     return chooseFrom("--outputs", list_.empty() ? "all" : list_, names);
 }
 
-namespace {
-
-std::size_t errorsIn(const ResultsBook& book) {
-    return static_cast<std::size_t>(
-        std::count_if(book.messages.begin(), book.messages.end(), [](const ResultMessage& message) {
-            return message.severity == ResultMessage::Severity::Error;
-        }));
+AnalysisCommand::Tally AnalysisCommand::makeOutputs(const std::vector<std::size_t>& chosen, Script& script) {
+    Tally tally;
+    for (const std::size_t place : chosen) {
+        const Output& output = description_.outputs[place];
+        if (list_.empty() && !isMadeUnasked(output, script)) continue;
+        for (const char* const action : output.actions) {
+            if (action == nullptr) continue;
+            const bool made = script.press(action);
+            log_.tell(std::string{made ? "Made " : "Not made: "} + action);
+            ++(made ? tally.made : tally.failed);
+        }
+    }
+    return tally;
 }
-
-} // namespace
 
 int AnalysisCommand::run(Console& console) {
     output_.check();
-    check();
+    checkOptions();
     const std::vector<std::size_t> chosen = chosenOutputs();
     if (std::none_of(chosen.begin(), chosen.end(),
-                     [&](std::size_t place) { return outputs()[place].isChart; }))
+                     [&](std::size_t place) { return description_.outputs[place].isChart; }))
         output_.checkWithoutChart(list_);
     PhaseTimes times;
     ProgressLine progress(console, output_.quiet());
@@ -85,27 +90,22 @@ int AnalysisCommand::run(Console& console) {
     data_.open(session.data());
     log_.tellData(session.data());
     times.status("Checking codes");
-    const std::vector<std::string> notes = check(session.data());
+    const std::vector<ResultMessage> remarks = checkData(session.data());
+    for (const ResultMessage& remark : remarks) {
+        if (remark.severity != ResultMessage::Severity::Warning) continue;
+        progress.clear();
+        console.say("warning: " + remark.text);
+    }
     times.status({});
 
-    int made = 0;
-    int failed = 0;
     try {
         session.start();
         Script script(session);
+        Tally tally;
         const bool computed = compute(script);
         if (computed) {
             prepareOutputs(script);
-            for (const std::size_t place : chosen) {
-                if (list_.empty() && !isMadeUnasked(outputs()[place], script)) continue;
-                for (const char* const action : outputs()[place].actions) {
-                    if (action == nullptr) continue;
-                    const std::size_t errors = errorsIn(session.book());
-                    script.press(action);
-                    log_.tell(std::string{"Made "} + action);
-                    ++(errorsIn(session.book()) == errors ? made : failed);
-                }
-            }
+            tally = makeOutputs(chosen, script);
         }
         progress.clear();
         if (!computed) {
@@ -113,7 +113,7 @@ int AnalysisCommand::run(Console& console) {
                 console.say("the analysis ended without a result and without a message");
             return ExitRefused;
         }
-        if (made == 0 && failed > 0) return ExitRefused; // their messages said why
+        if (tally.made == 0 && tally.failed > 0) return ExitRefused; // their messages said why
     } catch (const ScriptError& error) {
         progress.clear();
         console.say(error.what());
@@ -121,8 +121,13 @@ int AnalysisCommand::run(Console& console) {
     }
     session.close(); // the analysis' own arrays are not needed any more
     ResultsBook& book = session.book();
-    book.analysis = title();
-    book.notes.insert(book.notes.end(), notes.begin(), notes.end());
+    book.analysis = description_.title;
+    for (const ResultMessage& remark : remarks) {
+        if (remark.severity == ResultMessage::Severity::Note)
+            book.notes.push_back(remark.text);
+        else
+            book.messages.push_back(remark);
+    }
     times.status("Writing");
     log_.tell("Writing results");
     const int exit = output_.write(book, console);

@@ -22,7 +22,6 @@ public:
     [[nodiscard]] std::vector<std::string> choices(const std::string& option) const final;
     int run(Console& console) final;
 
-protected:
     /// An output that --outputs knows by name, and the actions of the results dialog that make it.
     struct Output {
         const char* name;
@@ -31,31 +30,42 @@ protected:
         bool onScreen;                      ///< made without -o, when --outputs does not say otherwise
         bool isChart = false;               ///< and nothing besides
     };
+    struct Description {
+        const char* title;   ///< of the results
+        const char* example; ///< the arguments of a typical call, for the help text
+        std::span<const Output> outputs;
+        const char* unasked =
+            "all"; ///< what is made with -o, when --outputs does not say otherwise: for the help
+    };
 
-    [[nodiscard]] virtual std::string title() const = 0;
-    [[nodiscard]] virtual std::span<const Output> outputs() const = 0;
+protected:
+    explicit AnalysisCommand(const Description& description) : description_(description) {}
+
     [[nodiscard]] virtual Analysis load() const = 0;
-    /// The arguments of a typical call, for the help text.
-    [[nodiscard]] virtual std::string example() const = 0;
     virtual void declareOptions(CLI::App& app) = 0;
     /// Looks at what can be judged without the data. Throws UsageError.
-    virtual void check() {}
-    /// Checks the options against the data; answers notes for the user. Throws UsageError.
-    virtual std::vector<std::string> check(const ActiveData& data) = 0;
+    virtual void checkOptions() {}
+    /// Checks the options against the data; answers notes and warnings for the user. Throws UsageError.
+    virtual std::vector<ResultMessage> checkData(const ActiveData& data) = 0;
     /// Leads a started session to its results dialog. False when the analysis did not go there.
     virtual bool compute(Script& script) = 0;
     /// Whether an output is made when --outputs does not say which; asked at the results dialog.
     [[nodiscard]] virtual bool isMadeUnasked(const Output& /*output*/, const Script& /*script*/) const {
         return true;
     }
-    /// What of that is made with -o, for the help text.
-    [[nodiscard]] virtual std::string unasked() const { return "all"; }
     /// Sets what the results dialog wants before its outputs are made.
     virtual void prepareOutputs(Script& /*script*/) {}
 
 private:
+    /// How many outputs came about, and how many did not.
+    struct Tally {
+        int made = 0;
+        int failed = 0;
+    };
     [[nodiscard]] std::vector<std::size_t> chosenOutputs() const;
+    Tally makeOutputs(const std::vector<std::size_t>& chosen, Script& script);
 
+    Description description_;
     DataOptions data_;
     OutputOptions output_;
     std::string list_;

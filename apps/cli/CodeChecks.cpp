@@ -1,8 +1,10 @@
 #include "apps/cli/CodeChecks.h"
 
+#include "apps/cli/Lists.h"
 #include "apps/cli/UsageError.h"
 #include "host/data/Codes.h"
 #include "host/data/Describe.h"
+#include "host/data/NumberText.h"
 
 #include <algorithm>
 #include <cfloat>
@@ -18,29 +20,35 @@ bool sameCode(double a, double b) {
     return std::fabs(a - b) <= 15 * DBL_EPSILON * std::max(std::fabs(a), std::fabs(b));
 }
 
-double codeOf(const ActiveData& data, int variable0, const CodePair::Option& option) {
+double codeOf(const ActiveData& data, int variable0, const CodeOption& option) {
     const auto code = resolveCode(data.dataSet(), variable0, option.text);
     if (code && std::isfinite(*code)) return *code;
-    throw UsageError(std::string{option.name} + ": '" + option.text +
-                     "' is neither a number nor a value label; " + codesOf(data, variable0));
+    throw UsageError(option.name + ": '" + option.text + "' is neither a number nor a value label; " +
+                     codesOf(data, variable0));
 }
 
 } // namespace
 
-CodeCounts countCodes(const ActiveData& data, int variable0, double first, double second) {
+CodeCounts countCodes(const ActiveData& data, int variable0, std::span<const double> codes) {
     const Variable& variable = data.dataSet().variable(variable0);
     const auto cells = data.dataSet().column(variable0);
     const auto mask = data.mask();
-    CodeCounts counts;
+    CodeCounts counts{std::vector<int>(codes.size(), 0), 0};
     for (std::size_t i = 0; i < cells.size(); ++i) {
         if ((!mask.empty() && mask[i] == 0) || variable.isMissing(cells[i])) continue;
-        const bool isFirst = sameCode(cells[i], first);
-        const bool isSecond = sameCode(cells[i], second);
-        counts.first += isFirst ? 1 : 0;
-        counts.second += isSecond ? 1 : 0;
-        counts.neither += isFirst || isSecond ? 0 : 1;
+        bool known = false;
+        for (std::size_t k = 0; k < codes.size(); ++k) {
+            if (!sameCode(cells[i], codes[k])) continue;
+            ++counts.cases[k];
+            known = true;
+        }
+        counts.others += known ? 0 : 1;
     }
     return counts;
+}
+
+std::string noCaseHas(const std::string& option, double code) {
+    return option + " " + numberText(code) + ": no case has this code";
 }
 
 std::string codesOf(const ActiveData& data, int variable0) {
@@ -48,14 +56,18 @@ std::string codesOf(const ActiveData& data, int variable0) {
     return "'" + data.dataSet().variable(variable0).name + "' has " + codesText(codes, mostCodesListed);
 }
 
-std::array<double, 2> resolveCodes(const ActiveData& data, int variable0, const CodePair& pair) {
-    std::string missing;
-    for (const CodePair::Option& option : {pair.first, pair.second})
-        if (option.text.empty()) missing += (missing.empty() ? "" : " and ") + std::string{option.name};
+std::vector<double> resolveCodes(const ActiveData& data, int variable0,
+                                 const std::vector<CodeOption>& options, const char* meaning) {
+    std::vector<std::string> missing;
+    for (const CodeOption& option : options)
+        if (option.text.empty()) missing.push_back(option.name);
     if (!missing.empty())
-        throw UsageError(missing + (pair.first.text.empty() && pair.second.text.empty() ? " are" : " is") +
-                         " missing: give " + pair.meaning + "; " + codesOf(data, variable0));
-    return {codeOf(data, variable0, pair.first), codeOf(data, variable0, pair.second)};
+        throw UsageError(joined(missing) + (missing.size() == 1 ? " is" : " are") + " missing: give " +
+                         meaning + "; " + codesOf(data, variable0));
+    std::vector<double> codes;
+    for (const CodeOption& option : options)
+        codes.push_back(codeOf(data, variable0, option));
+    return codes;
 }
 
 } // namespace korvana::cli

@@ -2,33 +2,32 @@
 
 #include "host/session/ActiveData.h"
 
-#include <array>
+#include <span>
 #include <string>
+#include <vector>
 
 namespace korvana::cli {
 
-/// Two codes of one variable that belong together, as options give them: "--complete" and "--censored".
-struct CodePair {
-    struct Option {
-        const char* name;
-        const std::string& text;
-    };
-    Option first;
-    Option second;
-    const char* meaning; ///< "the code of complete and the code of censored observations"
+/// A code of a variable as an option gives it.
+struct CodeOption {
+    std::string name; ///< "--complete"
+    std::string text; ///< a number or a value label; empty: not given
 };
 
-/// The values of both. A UsageError names an option that is missing, or whose text is no code, and lists the
-/// codes that there are.
-std::array<double, 2> resolveCodes(const ActiveData& data, int variable0, const CodePair& pair);
+/// The values of codes that belong together. A UsageError names the options that are missing, or whose text
+/// is no code, says what they mean ("the codes of the two groups") and lists the codes that there are.
+std::vector<double> resolveCodes(const ActiveData& data, int variable0,
+                                 const std::vector<CodeOption>& options, const char* meaning);
 
-/// How many selected cases have one code, the other, or neither; missing values count nowhere.
+/// How many selected cases have each code, and how many another one; missing values count nowhere.
 struct CodeCounts {
-    int first = 0;
-    int second = 0;
-    int neither = 0;
+    std::vector<int> cases; ///< in the order of the codes
+    int others = 0;
 };
-CodeCounts countCodes(const ActiveData& data, int variable0, double first, double second);
+CodeCounts countCodes(const ActiveData& data, int variable0, std::span<const double> codes);
+
+/// "--censored 0: no case has this code"
+std::string noCaseHas(const std::string& option, double code);
 
 /// The codes that a variable has among the selected cases, for messages: "'status' has 0 (5 cases), 1 'dead'
 /// (18 cases)".

@@ -28,10 +28,12 @@ ozm::AutomationValue Script::get(const std::string& member) const {
     return std::move(result.value);
 }
 
-void Script::press(const std::string& action) {
+bool Script::press(const std::string& action) {
     const ozm::AutomationResult result = dialog().Call(action);
     session_.pump();
     require(result);
+    const bool* const succeeded = std::get_if<bool>(&result.value.value);
+    return succeeded != nullptr && *succeeded;
 }
 
 } // namespace korvana::cli

@@ -21,8 +21,9 @@ public:
 
     void put(const std::string& member, const ozm::AutomationValue& value);
     [[nodiscard]] ozm::AutomationValue get(const std::string& member) const;
-    /// Performs an action and follows the analysis to its next dialog.
-    void press(const std::string& action);
+    /// Performs an action and follows the analysis to its next dialog. Answers whether the action came about
+    /// (an output was made, a specification was accepted).
+    bool press(const std::string& action);
     [[nodiscard]] bool isAt(const std::string& interfaceName) const {
         return session_.currentInterface() == interfaceName;
     }

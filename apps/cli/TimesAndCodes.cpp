@@ -4,9 +4,9 @@
 #include "apps/cli/DataOptions.h"
 #include "apps/cli/Lists.h"
 #include "apps/cli/UsageError.h"
-#include "host/data/NumberText.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace korvana::cli {
 namespace {
@@ -40,20 +40,25 @@ void refuseTexts(const DataSet& data, const std::vector<int>& times) {
                              noteOn(data, name) + data.layoutRemarks());
 }
 
-/// A code that no case has is a mistake when other cases have neither code; when all cases have the other one
-/// the data are just like that.
+/// A code that no case has is a mistake when none has the other one either. When some have, the analysis is a
+/// valid one, and the user is warned where it may be a mistake.
 void checkCodes(const ActiveData& data, int censor, TimesAndCodes& result) {
     if (result.complete == result.censored) return; // the analysis says so itself
-    const CodeCounts counts = countCodes(data, censor, result.complete, result.censored);
-    const std::string name = data.dataSet().variable(censor).name;
-    const auto check = [&](const std::string& option, double code, int matching) {
-        if (matching > 0) return;
-        const std::string what = option + " " + numberText(code) + ": no case has this code";
-        if (counts.neither > 0) throw UsageError(what + "; " + codesOf(data, censor));
-        result.notes.push_back(what + " of '" + name + "'.");
-    };
-    check("--complete", result.complete, counts.first);
-    check("--censored", result.censored, counts.second);
+    const double codes[] = {result.complete, result.censored};
+    const CodeCounts counts = countCodes(data, censor, codes);
+    const char* const options[] = {"--complete", "--censored"};
+    for (std::size_t k = 0; k < 2; ++k) {
+        if (counts.cases[k] > 0) continue;
+        if (counts.others == 0) {
+            result.remarks.push_back({.text = noCaseHas(options[k], codes[k]) + " of '" +
+                                              data.dataSet().variable(censor).name + "'.",
+                                      .detail = {}});
+            continue;
+        }
+        std::string fault = noCaseHas(options[k], codes[k]) + "; " + codesOf(data, censor);
+        if (counts.cases[1 - k] == 0) throw UsageError(fault);
+        result.remarks.push_back({0, std::move(fault), {}, ResultMessage::Severity::Warning});
+    }
 }
 
 } // namespace
@@ -62,17 +67,7 @@ void refuseTwice(const DataSet& data, std::vector<int> variables) {
     std::sort(variables.begin(), variables.end());
     const auto twice = std::adjacent_find(variables.begin(), variables.end());
     if (twice != variables.end())
-        throw UsageError("variable '" + data.variable(*twice).name + "' is given twice");
-}
-
-ozm::AutomationValue TimesAndCodes::variables() const {
-    using List = ozm::AutomationValue::List;
-    return List{List(times.begin(), times.end()), List{censor}};
-}
-
-ozm::AutomationValue TimesAndCodes::variables(int grouping) const {
-    using List = ozm::AutomationValue::List;
-    return List{List(times.begin(), times.end()), List{censor}, List{grouping}};
+        throw UsageError("variable '" + data.variable(*twice - 1).name + "' is given twice");
 }
 
 void TimesAndCodesOptions::declare(CLI::App& app) {
@@ -96,7 +91,7 @@ TimesAndCodes TimesAndCodesOptions::resolve(const ActiveData& active) const {
     if (times_.empty()) throw UsageError("--time is missing: name the variable with the times", true);
     if (censor_.empty())
         throw UsageError("--censor is missing: name the variable with the censoring indicator", true);
-    std::vector<int> variables = timeVariables(data, times_);
+    const std::vector<int> variables = timeVariables(data, times_);
     if (const auto n = variables.size(); n != 1 && n != 2 && n != 6)
         throw UsageError("--time names " + std::to_string(n) + " variables; it takes " + timeForms);
     refuseTexts(data, variables);
@@ -105,15 +100,15 @@ TimesAndCodes TimesAndCodesOptions::resolve(const ActiveData& active) const {
         result.times.push_back(time + 1);
     const int censor = variableOf(data, "--censor", censor_);
     result.censor = censor + 1;
-    variables.push_back(censor);
-    refuseTwice(data, variables);
+    std::vector<int> all = result.times;
+    all.push_back(result.censor);
+    refuseTwice(data, std::move(all));
 
-    const CodePair codes{{"--complete", complete_},
-                         {"--censored", censored_},
-                         "the code of complete and the code of censored observations"};
-    const auto [complete, censored] = resolveCodes(active, censor, codes);
-    result.complete = complete;
-    result.censored = censored;
+    const std::vector<double> codes =
+        resolveCodes(active, censor, {{"--complete", complete_}, {"--censored", censored_}},
+                     "the code of complete and the code of censored observations");
+    result.complete = codes[0];
+    result.censored = codes[1];
     checkCodes(active, censor, result);
     return result;
 }

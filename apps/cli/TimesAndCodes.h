@@ -1,8 +1,8 @@
 #pragma once
 
 #include "apps/cli/Console.h"
+#include "host/results/ResultsBook.h"
 #include "host/session/ActiveData.h"
-#include "support/automation/AutomationValue.h"
 
 #include <CLI/App.hpp>
 #include <string>
@@ -16,15 +16,10 @@ struct TimesAndCodes {
     int censor = 0;
     double complete = 0;
     double censored = 0;
-    std::vector<std::string> notes; ///< what the user should know about the codes
-
-    /// The value of a dialog's variable selection: [[times], [indicator]].
-    [[nodiscard]] ozm::AutomationValue variables() const;
-    /// The same with a box for the grouping variable (number from 1): [[times], [indicator], [grouping]].
-    [[nodiscard]] ozm::AutomationValue variables(int grouping) const;
+    std::vector<ResultMessage> remarks; ///< what the user should know about the codes
 };
 
-/// Refuses a variable that is given for two things (numbers from 0). Throws UsageError.
+/// Refuses a variable that is given for two things (numbers from 1). Throws UsageError.
 void refuseTwice(const DataSet& data, std::vector<int> variables);
 
 /// The options that name times, censoring indicator and codes.

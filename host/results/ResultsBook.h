@@ -50,7 +50,7 @@ struct ResultsBook {
     using Output = std::variant<Report, Spreadsheet, Chart>;
 
     std::string analysis;
-    int status = 0;     ///< 0: done; else the module's status
+    int status = 0;     ///< 0: each output that was asked for was made; 1: at least one was not
     std::string source; ///< name of the data file
     std::vector<ResultMessage> messages;
     std::deque<Output> outputs;          ///< in the order produced; those that stand stay where they are

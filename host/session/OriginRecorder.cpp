@@ -84,7 +84,7 @@ void OriginRecorder::CommandBegins(ozm::CAnalysisDialog& dialog, int control) {
     remarks_.clear();
 }
 
-void OriginRecorder::CommandEnded(ozm::CAnalysisDialog& /*dialog*/, int /*control*/) {
+void OriginRecorder::CommandEnded(ozm::CAnalysisDialog& /*dialog*/, int /*control*/, bool /*succeeded*/) {
     pressed_.reset();
 }
 

@@ -32,7 +32,7 @@ public:
     [[nodiscard]] const std::shared_ptr<const RunOrigin>& run() const { return run_; }
 
     void CommandBegins(ozm::CAnalysisDialog& dialog, int control) override;
-    void CommandEnded(ozm::CAnalysisDialog& dialog, int control) override;
+    void CommandEnded(ozm::CAnalysisDialog& dialog, int control, bool succeeded) override;
 
 private:
     const ActiveData& data_;

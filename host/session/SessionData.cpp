@@ -1,5 +1,6 @@
 #include "host/session/SessionData.h"
 
+#include <cmath>
 #include <limits>
 
 namespace korvana {
@@ -30,7 +31,12 @@ short SessionData::cstart(int caseNumber, std::span<double> values, std::span<co
 short SessionData::getmd5(int variable, double& missingCode) {
     missingCode = std::numeric_limits<double>::quiet_NaN();
     if (index(variable) >= data_.columns().size()) return 1;
-    missingCode = data_.dataSet().variable(variable - 1).missingCode;
+    // A module may round the code to single precision. One that this changes would name other cells; those
+    // that have it come as NaN anyway.
+    const double code = data_.dataSet().variable(variable - 1).missingCode;
+    if (std::abs(code) <= std::numeric_limits<float>::max() &&
+        static_cast<double>(static_cast<float>(code)) == code)
+        missingCode = code;
     return 0;
 }
 

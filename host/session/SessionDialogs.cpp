@@ -1,5 +1,7 @@
 #include "host/session/SessionDialogs.h"
 
+#include "host/session/DialogValues.h"
+
 #include <utility>
 
 namespace korvana {
@@ -68,6 +70,12 @@ void SessionDialogs::DefineWeight() {
 void SessionDialogs::DefineSelCond() {
     parts_.frontEnd->defineSelection(parts_.data);
     parts_.dataChanged();
+}
+
+void SessionDialogs::CommandEnded(ozm::CAnalysisDialog& dialog, int control, bool succeeded) {
+    // Outputs are what the buttons of a dialog without an OK make: it has nothing to run.
+    if (dialog.Template().Find(ozm::ControlOk) == nullptr)
+        parts_.outputEnded(nameOfButton(dialog, control).id, succeeded);
 }
 
 void SessionDialogs::release() {

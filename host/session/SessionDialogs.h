@@ -46,6 +46,7 @@ public:
 
 private:
     void CommandBegins(ozm::CAnalysisDialog& /*dialog*/, int /*control*/) override { parts_.commandBegins(); }
+    void CommandEnded(ozm::CAnalysisDialog& dialog, int control, bool succeeded) override;
 
     SessionParts& parts_;
     std::vector<std::unique_ptr<ozm::CAnalysisModelessDialog>> dialogs_;

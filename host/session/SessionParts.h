@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -50,6 +51,15 @@ struct SessionParts {
         messagesBefore_ = book->messages.size();
         notesBefore_ = book->notes.size();
     }
+    /// An output, by the action that makes it, was made or was not. The book's status tells whether each that
+    /// was asked for was made in the end.
+    void outputEnded(const std::string& action, bool made) {
+        if (made)
+            notMade_.erase(action);
+        else
+            notMade_.insert(action);
+        book->status = notMade_.empty() ? 0 : 1;
+    }
     /// A dialog was accepted: what follows are results of its settings, and of the data as they are. Results
     /// that stand keep a book of their own, with what was said of them; what was said since the button was
     /// pressed is about those that follow. What was said in between, by an OK that was refused or failed, was
@@ -66,6 +76,8 @@ struct SessionParts {
             book = std::move(next);
         }
         book->messages = std::move(messages);
+        book->status = 0;
+        notMade_.clear();
         resultsLeft_.reset();
         remarks = origins.run()->remarks;
         describeData();
@@ -113,6 +125,7 @@ private:
 
     std::size_t messagesBefore_ = 0;
     std::size_t notesBefore_ = 0;
+    std::set<std::string> notMade_;          ///< outputs asked for, by their actions
     std::optional<std::size_t> resultsLeft_; ///< how many messages there were then
 };
 

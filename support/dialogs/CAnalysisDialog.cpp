@@ -80,6 +80,13 @@ void CAnalysisDialog::TellNoMemory() noexcept {
     }
 }
 
+template <class Event>
+void CAnalysisDialog::Tell(const Event& event) {
+    // By position: an observer may leave while it is called.
+    for (std::size_t i = 0; i < observers_.size(); ++i)
+        event(*observers_[i]);
+}
+
 DialogResult CAnalysisDialog::Open() {
     if (open_ || closed_) return DialogResult::refused("the dialog is open already");
     open_ = true;
@@ -93,18 +100,12 @@ DialogResult CAnalysisDialog::Press(int control) {
         return DialogResult::refused("there is no button " + std::to_string(control) + " in this dialog");
     bool succeeded = false;
     DialogResult result = Guarded([&, this] {
-        Tell(&DialogObserver::CommandBegins, control);
+        Tell([&](DialogObserver& each) { each.CommandBegins(*this, control); });
         succeeded = OnCommand(control);
     });
     result.succeeded = succeeded;
-    Tell(&DialogObserver::CommandEnded, control);
+    Tell([&](DialogObserver& each) { each.CommandEnded(*this, control, succeeded); });
     return result;
-}
-
-void CAnalysisDialog::Tell(void (DialogObserver::*what)(CAnalysisDialog&, int), int control) {
-    // By position: an observer may leave while it is called.
-    for (std::size_t i = 0; i < observers_.size(); ++i)
-        (observers_[i]->*what)(*this, control);
 }
 
 DialogResult CAnalysisDialog::PutValue(int control, ControlValue value) {
@@ -172,7 +173,7 @@ void CAnalysisDialog::SetValue(int control, ControlValue value) {
     if (auto* selection = std::get_if<VariableSelection>(&value))
         if (const ControlTemplate* found = template_.Find(control)) selection->resize(found->roles.size());
     values_[control] = std::move(value);
-    Tell(&DialogObserver::ControlChanged, control);
+    Tell([&](DialogObserver& each) { each.ControlChanged(*this, control); });
 }
 
 void CAnalysisDialog::PutSetting(std::string_view name, std::string value) {
@@ -201,8 +202,7 @@ void CAnalysisDialog::ExitDialog(int nextStep, ExitMode mode, int page) {
 
 void CAnalysisDialog::MarkClosed() {
     closed_ = true;
-    for (std::size_t i = 0; i < observers_.size(); ++i)
-        observers_[i]->DialogClosed(*this);
+    Tell([this](DialogObserver& each) { each.DialogClosed(*this); });
 }
 
 } // namespace ozm

@@ -21,9 +21,9 @@ public:
     virtual ~DialogObserver() = default;
     /// A control's value changed, by whomever.
     virtual void ControlChanged(CAnalysisDialog& /*dialog*/, int /*control*/) {}
-    /// A button was pressed: what it does begins, and has ended.
+    /// A button was pressed: what it does begins, and has ended. `succeeded` as in `DialogResult`.
     virtual void CommandBegins(CAnalysisDialog& /*dialog*/, int /*control*/) {}
-    virtual void CommandEnded(CAnalysisDialog& /*dialog*/, int /*control*/) {}
+    virtual void CommandEnded(CAnalysisDialog& /*dialog*/, int /*control*/, bool /*succeeded*/) {}
     virtual void DialogClosed(CAnalysisDialog& /*dialog*/) {}
 };
 
@@ -104,7 +104,8 @@ protected:
     void MarkClosed();
 
 private:
-    void Tell(void (DialogObserver::*what)(CAnalysisDialog&, int), int control);
+    template <class Event>
+    void Tell(const Event& event);
     template <class Action>
     DialogResult
     Guarded(const Action& action); // no std::function: it may ask for memory, which may have run out

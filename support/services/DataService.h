@@ -26,8 +26,9 @@ public:
     /// Number of cases of the data set, selected or not.
     virtual int ss_nb() = 0;
 
-    /// The missing-data code of a variable; NaN when it has none. Answers 0, or non-zero for a number out of
-    /// range (the code is then NaN).
+    /// The missing-data code of a variable; NaN when it has none, or one that single precision does not hold
+    /// (`cstart` knows it all the same). Answers 0, or non-zero for a number out of range (the code is then
+    /// NaN).
     virtual short getmd5(int variable, double& missingCode) = 0;
 
     /// The variable whose values weight the cases, 0 while weighting is off.

@@ -20,7 +20,6 @@ namespace {
 ResultsBook alone(const ResultsBook& book, std::size_t place, const Chart* chart) {
     ResultsBook one;
     one.analysis = book.analysis;
-    one.status = book.status;
     one.source = book.source;
     if (chart != nullptr) {
         one.append(*chart);

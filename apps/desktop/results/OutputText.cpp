@@ -140,7 +140,7 @@ std::vector<std::string> runLines(const ResultsBook& book, const std::vector<std
             translated("Data: %1").arg(QString::fromStdString(oneLine(book.source))).toStdString());
     if (book.status != 0)
         lines.push_back(
-            translated("The analysis ended without results (status %1).").arg(book.status).toStdString());
+            translated("Not every output that was asked for could be made; see the messages.").toStdString());
     for (const std::string& note : book.notes)
         lines.push_back(inCommandsOfTheWindow(QString::fromStdString(note)).toStdString());
     addSettings(lines, book);

@@ -54,6 +54,18 @@ TEST_F(InfoTest, CountsTheSelectedCasesAndShowsWhatWasComputed) {
         << out;
 }
 
+TEST_F(InfoTest, CodesKeepTheDigitsThatTellThemApart) {
+    const std::string codes = "s,t\n0.123456789,1\n0.123456788,2\n1000000001,3\n1000000002,4\n1e-7,5\n";
+    const std::string listed = "1e-07 (1), 0.123456788 (1), 0.123456789 (1), 1000000001 (1), 1000000002 (1)";
+    const Outcome info = succeed("info " + file("near.csv", codes) + " --missing t=0.30000000000000004");
+    EXPECT_TRUE(has(info.out, listed)) << info.out;
+    EXPECT_TRUE(has(info.out, "missing-data code 0.30000000000000004")) << info.out;
+    EXPECT_TRUE(has(usageError(words("kaplan-meier near.csv --time t --censor s --complete 7 --censored "
+                                     "0.123456787")),
+                    "--complete 7: no case has this code; 's' has 1e-07 (1 case), 0.123456788 (1 case), "
+                    "0.123456789 (1 case)"));
+}
+
 TEST_F(InfoTest, LongListsAreCutAndWrapped) {
     std::string text = "name\n";
     for (int i = 0; i < 30; ++i)

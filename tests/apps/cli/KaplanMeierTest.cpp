@@ -1,6 +1,8 @@
 #include "tests/apps/cli/Cli.h"
 
+#include <cmath>
 #include <nlohmann/json.hpp>
+#include <random>
 #include <set>
 
 namespace korvana::cli {
@@ -112,6 +114,35 @@ TEST_F(KaplanMeierTest, SelectionWeightsMissingCodesLabelsAndDates) {
     EXPECT_EQ(times(json::parse(comma.out)), (std::vector<double>{5, 6, 7}));
 }
 
+/// Whatever code is declared, and however near the other cells lie: in single precision as in double.
+TEST_F(KaplanMeierTest, TheRunLeavesOutAsMissingWhatInfoCallsMissing) {
+    std::mt19937_64 random(20);
+    std::uniform_real_distribution<double> exponent(-12.0, 14.0);
+    std::vector<double> codes{99.9, 1e-7, 1e30, 16777217.0, -9.0, 0.1, 999.0, -99.99};
+    while (codes.size() < 40)
+        codes.push_back(std::pow(10.0, exponent(random)));
+    int declared = 0;
+    for (const double code : codes) {
+        const double single = static_cast<float>(code);
+        std::ostringstream rows;
+        rows << std::setprecision(17) << "time,status\n1,1\n2,1\n3,1\n4,0\n";
+        for (const double cell :
+             {code, single, std::nextafter(code, 1e300), std::nextafter(single, -1e300), code})
+            rows << cell << "," << declared % 2 << "\n";
+        file("coded.csv", rows.str());
+        std::ostringstream option;
+        option << std::setprecision(17) << "--missing time=" << code;
+        const json variable =
+            json::parse(succeed("info coded.csv --json " + option.str()).out)["variables"][0];
+        const Outcome ran = analyse("coded.csv", option.str());
+        EXPECT_EQ(ran.code, ExitResults) << ran.err;
+        const std::string left = std::to_string(variable["missing"].get<int>()) + " with no value of 'time'";
+        EXPECT_TRUE(has(ran.err, " " + left)) << option.str() << "\n" << ran.err;
+        EXPECT_GE(variable["missing"], 2);
+        ++declared;
+    }
+}
+
 TEST_F(KaplanMeierTest, WhatIsLeftOutIsToldOnStandardErrorAndInEveryReport) {
     file("odd.csv", "time,status,w\n1,1,1\n2,0,0\n-4,1,1\n6,2,1\n8,1,1\n9,0,2\n");
     const std::vector<std::string> notes{
@@ -146,11 +177,20 @@ TEST_F(KaplanMeierTest, ARefusalCarriesItsNumber) {
     EXPECT_TRUE(has(same.err, "message 12298: ") && has(same.err, "0 (5 cases), 1 (18 cases)")) << same.err;
 }
 
-TEST_F(KaplanMeierTest, ACodeThatNoCaseHasIsANoteWhenAllHaveTheOther) {
+TEST_F(KaplanMeierTest, ACodeThatNoCaseHasIsToldAndRefusedOnlyWithoutTheOther) {
     const Outcome all = analyse(aml, "--select \"status = 1\" --format json");
     EXPECT_EQ(all.code, ExitResults) << all.err;
     EXPECT_TRUE(has(all.err, "korvana: note: --censored 0: no case has this code of 'status'.\n")) << all.err;
     EXPECT_TRUE(has(json::parse(all.out)["notes"].dump(), "no case has this code"));
+    // With cases of neither code it may be a mistake: all the same nobody could count two codes as censored.
+    file("other.csv", "time,status\n1,1\n2,2\n3,1\n4,2\n5,1\n");
+    const Outcome other = analyse("other.csv", "-q --format json");
+    EXPECT_EQ(other.code, ExitResults);
+    EXPECT_EQ(
+        other.err,
+        "korvana: warning: --censored 0: no case has this code; 'status' has 1 (3 cases), 2 (2 cases)\n");
+    EXPECT_EQ(times(json::parse(other.out)), (std::vector<double>{1, 3, 5}));
+    EXPECT_EQ(json::parse(other.out)["messages"][0]["severity"], "warning");
 }
 
 } // namespace

@@ -102,7 +102,12 @@ TEST_F(TwoSampleTest, OutputsThatCannotBeMadeAreNamedAndTheOthersStand) {
         return compare("four.csv --time time --censor status",
                        "--group arm --group1 1 --group2 2 --outputs " + names);
     };
-    EXPECT_EQ(outputs("summary,life-tables").code, ExitResults);
+    const Outcome some = outputs("summary,life-tables --format json");
+    EXPECT_EQ(some.code, ExitResults);
+    const json book = json::parse(some.out);
+    EXPECT_EQ(book["status"], 1);
+    EXPECT_EQ(book["messages"][0]["id"], 20274);
+    EXPECT_EQ(json::parse(outputs("summary --format json").out)["status"], 0);
     const Outcome refused = outputs("life-tables,plots");
     EXPECT_EQ(refused.code, ExitRefused);
     EXPECT_EQ(refused.out, "");

@@ -86,6 +86,30 @@ TEST_F(SessionTest, WhatWasMendedIsForgottenOnceAnOkSucceeds) {
     EXPECT_EQ(results->messages[0].text, "of an output");
 }
 
+TEST_F(SessionTest, ActionsAndTheBookTellWhetherOutputsCameAbout) {
+    session.start();
+    specify(2); // refused, and no output
+    specify(1);
+    EXPECT_EQ(session.book().status, 0);
+    const auto write = [this](int digits) {
+        put("Digits", digits);
+        return session.currentDialog()->Call("Write").value;
+    };
+    EXPECT_EQ(write(-1), ozm::AutomationValue{false});
+    EXPECT_EQ(session.book().status, 1);
+    EXPECT_EQ(write(2), ozm::AutomationValue{true});
+    EXPECT_EQ(session.book().status, 0) << "made in the end";
+    session.currentDialog()->Call("Throw");
+    write(2);
+    EXPECT_EQ(session.book().status, 1) << "another output was not";
+    const auto results = session.sharedBook();
+    call("Cancel");
+    specify(1);
+    write(2);
+    EXPECT_EQ(session.book().status, 0);
+    EXPECT_EQ(results->status, 1);
+}
+
 struct Person : FrontEnd {
     ozm::MessageButton showMessage(const ResultMessage& /*message*/,
                                    ozm::CAnalysisDialog* /*window*/) override {

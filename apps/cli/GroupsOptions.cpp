@@ -1,0 +1,40 @@
+#include "apps/cli/GroupsOptions.h"
+
+#include "apps/cli/DataOptions.h"
+#include "apps/cli/UsageError.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+namespace korvana::cli {
+
+void GroupsOptions::declare(CLI::App& app) {
+    const std::string group = TimesAndCodesOptions::helpGroup;
+    app.add_option("--group", variable_, "variable with the groups")->type_name("V")->group(group);
+    for (CodeOption& code : codes_)
+        app.add_option(code.name, code.text, "its code for group " + code.name.substr(code.name.size() - 1))
+            ->type_name("CODE")
+            ->group(group);
+}
+
+Groups GroupsOptions::resolve(const ActiveData& data, const TimesAndCodes& others) const {
+    if (variable_.empty()) throw UsageError("--group is missing: name the variable with the groups", true);
+    const int variable = variableOf(data.dataSet(), "--group", variable_);
+    std::vector<int> all = others.times;
+    all.insert(all.end(), {others.censor, variable + 1});
+    refuseTwice(data.dataSet(), std::move(all));
+
+    Groups groups{variable + 1, resolveCodes(data, variable, codes_, "the codes of the two groups")};
+    // Codes that are the same are the analysis' to refuse, which says so.
+    std::vector<double> sorted = groups.codes;
+    std::sort(sorted.begin(), sorted.end());
+    if (std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end()) return groups;
+    const CodeCounts counts = countCodes(data, variable, groups.codes);
+    for (std::size_t k = 0; k < codes_.size(); ++k)
+        if (counts.cases[k] == 0)
+            throw UsageError(noCaseHas(codes_[k].name, groups.codes[k]) + "; " + codesOf(data, variable));
+    return groups;
+}
+
+} // namespace korvana::cli

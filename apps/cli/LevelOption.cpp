@@ -1,0 +1,25 @@
+#include "apps/cli/LevelOption.h"
+
+#include "apps/cli/UsageError.h"
+#include "host/data/NumberText.h"
+
+namespace korvana::cli {
+
+void LevelOption::declare(CLI::App& app) {
+    app.add_option("--level", level_, "confidence level of limits, from 0 to 1 [0.95]")
+        ->type_name("P")
+        ->group("Output");
+}
+
+void LevelOption::check() const {
+    if (level_.empty()) return;
+    const NumberText number = readNumber(level_);
+    if (number.form != NumberForm::Finite || number.value < 0.0 || number.value > 1.0)
+        throw UsageError("--level is a number from 0 to 1, such as 0.95, not '" + level_ + "'");
+}
+
+void LevelOption::put(Script& script) const {
+    if (!level_.empty()) script.put("ConfidenceLevel", readNumber(level_).value);
+}
+
+} // namespace korvana::cli

@@ -1,0 +1,38 @@
+#include "apps/cli/commands/SurvivalCommand.h"
+
+#include "apps/cli/commands/SurvivalModule.h"
+
+namespace korvana::cli {
+
+void SurvivalCommand::declareOptions(CLI::App& app) {
+    options_.declare(app);
+}
+
+Analysis SurvivalCommand::load() const {
+    return loadSurvivalModule();
+}
+
+std::vector<ResultMessage> SurvivalCommand::checkData(const ActiveData& data) {
+    wanted_.timesAndCodes = options_.resolve(data);
+    const TimesAndCodes& known = wanted_.timesAndCodes;
+    wanted_.boxes = {known.times, {known.censor}};
+    wanted_.members = {{"CodeForCompleteResponses", known.complete},
+                       {"CodeForCensoredResponses", known.censored}};
+    specify(data, wanted_);
+    return known.remarks;
+}
+
+bool SurvivalCommand::compute(Script& script) {
+    using List = ozm::AutomationValue::List;
+    script.put("TypeOfAnalysis", typeOfAnalysis_);
+    if (!script.press("OK")) return false;
+    List boxes;
+    for (const std::vector<int>& box : wanted_.boxes)
+        boxes.emplace_back(List(box.begin(), box.end()));
+    script.put("Variables", boxes);
+    for (const auto& [member, value] : wanted_.members)
+        script.put(member, value);
+    return script.press("OK") && script.isAt(resultsDialog_);
+}
+
+} // namespace korvana::cli

@@ -10,7 +10,7 @@ namespace ozm::survival {
 std::span<const SEQFUNCTTBL> StepTable();
 
 /// Where a step leads whose analysis is not built yet: says so in a message, and back to the startup dialog.
-/// The one place that the analyses to come empty.
+/// Its users go one by one, as analyses are built.
 int NotBuiltYet(CAnalysisSupport& analysis);
 
 } // namespace ozm::survival

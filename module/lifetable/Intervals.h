@@ -35,7 +35,7 @@ struct IntervalCounts {
 
 /// Counts observations into intervals, in ascending order of time. A time t belongs to the first interval
 /// whose upper limit U = lower + step exceeds it by more than its own 1e-12th part, U > t + t / 1e12: a time
-/// on a limit, however that was rounded, begins the next interval. The last interval takes all that is left.
+/// on a limit, however it was rounded, begins the next interval. The last interval takes all that is left.
 /// Intervals at the end that nobody falls into stay.
 class Tabulation {
 public:

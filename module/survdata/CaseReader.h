@@ -49,7 +49,7 @@ struct Observation {
     std::int32_t caseNumber = 0; ///< from 1
 };
 
-/// The host's progress display while cases are read, from its beginning to its end however that comes.
+/// The host's progress display while cases are read, from the beginning of the pass to its end.
 class ReadingProgress {
 public:
     ReadingProgress(CAnalysisSupport& host, std::int32_t cases) : host_(host) {

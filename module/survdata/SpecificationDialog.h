@@ -19,7 +19,7 @@ protected:
     /// OK: checks, which leave the dialog open, then the run, and the way to the step that follows.
     virtual void Run() = 0;
 
-    /// Times, censoring variable and codes; what is wrong is told, and false answered.
+    /// Times, censoring variable and codes; what is wrong is shown in a message, and false answered.
     bool CommonSelectionsAreValid();
 
     /// Closes the dialog after a run: forward to the results, or back to the specification for other data.

@@ -19,7 +19,7 @@ class CAnalysisDialog;
 class DialogObserver {
 public:
     virtual ~DialogObserver() = default;
-    /// A control's value changed, by whomever.
+    /// A control's value changed, whoever changed it.
     virtual void ControlChanged(CAnalysisDialog& /*dialog*/, int /*control*/) {}
     /// A button was pressed: what it does begins, and has ended. `succeeded` as in `DialogResult`.
     virtual void CommandBegins(CAnalysisDialog& /*dialog*/, int /*control*/) {}

@@ -154,6 +154,13 @@ public:
         return messages_->DisplayInstQuestion(module, window, id);
     }
 
+    // Texts that users wrote, before they go to a file
+    /// Replaces every 8-bit character of a kind by a text, which may be longer; the text grows as it must.
+    static void Replace8CharGrow(std::string& text, char what, std::string_view by);
+    /// Takes formatting codes out: "@X[...]" (a letter, what it is given in brackets, "@L[3]") and control
+    /// characters, of which line ends and tabs leave a blank. Any other "@" stays.
+    static void StripFormatting(std::string& text);
+
     // Memory
     bool AllocMem(void*& memory, std::size_t size) { return memory_->AllocMem(memory, size); }
     bool GetMem(void*& memory, std::size_t size) { return memory_->AllocMem(memory, size); }
@@ -167,6 +174,10 @@ public:
     int RunSpreadsheetFormula(std::span<const double> values, const CompiledExpression& compiled,
                               double& result) {
         return expressions_->RunSpreadsheetFormula(values, compiled, result);
+    }
+    int RunSpreadsheetFormulas(std::span<const std::span<const double>> columns,
+                               const CompiledExpression& compiled, std::span<double> results) {
+        return expressions_->RunSpreadsheetFormulas(columns, compiled, results);
     }
     bool DoFileOpenDlg(std::string_view title, std::string_view defaultName, std::string_view extension,
                        std::string& path) {
@@ -197,6 +208,7 @@ public:
     bool IsOleAutomation() { return dialogs_->IsOleAutomation(); }
     void DefineWeight() { dialogs_->DefineWeight(); }
     void DefineSelCond() { dialogs_->DefineSelCond(); }
+    void TurnWeightsOff() { dialogs_->TurnWeightsOff(); }
 
 private:
     std::span<const SEQFUNCTTBL> sequence_;

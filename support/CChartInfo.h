@@ -56,6 +56,8 @@ struct CChartInfo {
     std::vector<ChartSeries> series;
     /// What a reader must know to read the picture rightly, one sentence each; drawn with it.
     std::vector<std::string> notes;
+    /// Whether the numbers at risk are wanted under the axis, where series tell them.
+    bool numbersAtRisk = true;
 };
 
 } // namespace ozm

@@ -224,7 +224,7 @@ private:
     }
 
     void addNumbersAtRisk() {
-        if (!options_.numbersAtRisk) return;
+        if (!info_.numbersAtRisk) return;
         std::vector<AtRiskRow> rows;
         for (const ChartSeries& series : info_.series)
             if (!series.leaving.empty())

@@ -11,9 +11,8 @@ struct PlotOptions {
     int height = 640;
     /// Cut at the axes and leave out what lies within half a pixel. Off for a plot that people zoom.
     bool thin = true;
-    bool dark = false;          ///< light ink on a dark ground, for a window of a dark theme
-    bool numbersAtRisk = false; ///< in rows under the x axis, for series that tell them
-    double textScale = 1.0;     ///< for people who read larger letters
+    bool dark = false;      ///< light ink on a dark ground, for a window of a dark theme
+    double textScale = 1.0; ///< for people who read larger letters
 };
 
 /// Fills an empty plot: title, axes, legend below the axes (when there is more than one entry), series.

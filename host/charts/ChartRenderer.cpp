@@ -116,9 +116,7 @@ Picture renderChart(const ozm::CChartInfo& info, PictureFormat format, const Pic
         QBuffer out(&bytes);
         out.open(QIODevice::WriteOnly);
         QCustomPlot plot;
-        PlotOptions layout{kWidth, kHeight};
-        layout.numbersAtRisk = options.numbersAtRisk;
-        fillPlot(plot, info, layout);
+        fillPlot(plot, info, {kWidth, kHeight});
         const bool drawn = format == PictureFormat::Svg   ? drawSvg(plot, info, out)
                            : format == PictureFormat::Png ? drawPng(plot, out)
                                                           : drawPdf(plot, info, out);

@@ -89,6 +89,28 @@ std::optional<double> Expression::evaluate(std::span<const double> values) const
     return std::isfinite(result) ? std::optional(result) : std::nullopt;
 }
 
+int Expression::evaluate(std::span<const Input> inputs, std::span<double> results) const {
+    Compiled& compiled = *compiled_;
+    if (inputs.size() != compiled.values.size())
+        throw std::invalid_argument("an expression needs one input per referenced variable");
+    constexpr double none = std::numeric_limits<double>::quiet_NaN();
+    int failures = 0;
+    for (std::size_t i = 0; i < results.size(); ++i) {
+        bool complete = true;
+        for (std::size_t k = 0; k < inputs.size(); ++k) {
+            const Input& input = inputs[k];
+            const double value = input.first[i * input.step];
+            const bool missing = std::isnan(value) || value == input.missingCode;
+            complete = complete && (!missing || compiled.formula.tested[k]);
+            compiled.values[k] = missing ? none : value;
+        }
+        const double result = complete ? compiled.parser.Eval() : none;
+        results[i] = std::isfinite(result) ? result : none;
+        failures += std::isfinite(result) ? 0 : 1;
+    }
+    return failures;
+}
+
 std::vector<double> evaluateAll(const Expression& expression, const DataSet& data,
                                 std::span<const double> inputValues) {
     CaseValues cases(expression, data, inputValues);

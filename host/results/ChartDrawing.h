@@ -20,7 +20,6 @@ struct Picture {
 };
 
 struct PictureOptions {
-    bool numbersAtRisk = false; ///< under the time axis, where the chart tells them
     /// An SVG to stand inside an HTML page: no prolog, sized by the page, a name for screen readers, and
     /// identifiers beginning with this prefix, so that several can stand on one page.
     std::string_view pagePrefix{};

@@ -202,7 +202,7 @@ private:
 
     void writeChart(const Chart& chart) {
         const std::string prefix = "chart-" + std::to_string(++pictures_) + "-";
-        const Picture picture = drawChart(chart.info, PictureFormat::Svg, {chart.numbersAtRisk, prefix});
+        const Picture picture = drawChart(chart.info, PictureFormat::Svg, {prefix});
         if (picture.drawn()) {
             out_ << "<figure>" << picture.bytes << "</figure>\n";
         } else {

@@ -24,7 +24,6 @@ struct Report {
 
 struct Chart {
     ozm::CChartInfo info;
-    bool numbersAtRisk = false; ///< to be drawn with them, where the chart tells them
     std::shared_ptr<const OutputOrigin> origin{}; ///< nullptr: unknown
 };
 

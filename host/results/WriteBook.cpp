@@ -75,7 +75,7 @@ void writeCharts(const ResultsBook& book, const std::vector<std::string>& names,
         for (const auto& [format, picture] : kPictures) {
             if (!formats.has(format)) continue;
             const std::string name = names[place] + "." + std::string(ending(format));
-            const Picture drawn = drawChart(chart->info, picture, {.numbersAtRisk = chart->numbersAtRisk});
+            const Picture drawn = drawChart(chart->info, picture);
             if (drawn.drawn()) {
                 fill(folder.add(name), [&drawn](std::ostream& out) { out << drawn.bytes; });
             } else {

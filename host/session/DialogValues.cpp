@@ -18,6 +18,7 @@ public:
     Setting::Value value(const ozm::AutomationMember& member, const ozm::ControlTemplate& control) const {
         const ozm::ControlValue& value = dialog_.Value(control.id);
         if (member.type == ozm::MemberType::Enumeration) return choice(member, control, std::get<int>(value));
+        if (member.choice != 0) return std::get<int>(value) == member.choice;
         if (const auto* selection = std::get_if<ozm::VariableSelection>(&value))
             return roles(control, *selection);
         if (const auto* codes = std::get_if<std::vector<double>>(&value)) {
@@ -91,6 +92,16 @@ private:
     const DataSet& data_;
 };
 
+/// What the user reads of a member: of one that stands for a choice, the choice.
+std::string labelOf(const ozm::CAnalysisDialog& dialog, const ozm::AutomationMember& member,
+                    const ozm::ControlTemplate& control) {
+    const auto place = static_cast<std::size_t>(member.choice) - 1;
+    const ozm::ModuleHandle module = dialog.Analysis().GetLibInstance();
+    if (member.choice == 0 || place >= control.choices.size() || module == nullptr)
+        return ozm::PlainControlText(control.text);
+    return ozm::PlainControlText(module->String(control.choices[place].text));
+}
+
 } // namespace
 
 DialogSettings settingsOf(const ozm::CAnalysisDialog& dialog, const DataSet& data) {
@@ -104,7 +115,7 @@ DialogSettings settingsOf(const ozm::CAnalysisDialog& dialog, const DataSet& dat
         if (member.kind != ozm::MemberKind::Property) continue;
         const ozm::ControlTemplate* control = dialog.Template().Find(member.control);
         if (control == nullptr) continue;
-        all.settings.push_back({std::string{member.name}, ozm::PlainControlText(control->text),
+        all.settings.push_back({std::string{member.name}, labelOf(dialog, member, *control),
                                 reading.value(member, *control)});
     }
     return all;

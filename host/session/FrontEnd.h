@@ -29,7 +29,7 @@ public:
     /// A yes/no question.
     virtual bool ask(const ResultMessage& /*question*/, ozm::CAnalysisDialog* /*window*/) { return false; }
 
-    /// Shows an open modal dialog and waits until it is closed. Without a user its OK is pressed.
+    /// Shows an open modal dialog and waits until it is closed. Not asked where a script drives the analysis.
     virtual void runModal(ozm::CAnalysisModalDialog& dialog) { dialog.Press(ozm::ControlOk); }
 
     struct FileRequest {
@@ -41,16 +41,18 @@ public:
     virtual std::optional<std::string> fileToOpen(const FileRequest& /*request*/) { return std::nullopt; }
     virtual std::optional<std::string> fileToSave(const FileRequest& /*request*/) { return std::nullopt; }
 
-    /// Opens another data file into `data`; false when cancelled.
+    /// Opens another data file into `data`; false when cancelled. The session lets the analysis know.
     virtual bool openData(ActiveData& /*data*/) { return false; }
     virtual void defineWeights(ActiveData& /*data*/) {}
     virtual void defineSelection(ActiveData& /*data*/) {}
+    /// The analysis itself changed how its data are used: it turned the case weights off.
+    virtual void dataUseChanged() {}
     /// Edits start values, one per name; false when cancelled.
     virtual bool editStartValues(std::span<const std::string> /*names*/, std::span<double> /*values*/) {
         return false;
     }
 
-    /// Shows the results of a dialog's analysis behind it; puts those of a dialog that ends away.
+    /// Brings the results made so far into view again, behind a dialog. Not needed where they always are.
     virtual void restoreResults(ozm::CAnalysisDialog& /*dialog*/) {}
 };
 

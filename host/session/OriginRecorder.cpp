@@ -42,9 +42,9 @@ void OriginRecorder::restart() {
     remarks_.clear();
 }
 
-void OriginRecorder::accepted(const ozm::CAnalysisDialog& dialog) {
-    auto run = std::make_shared<RunOrigin>();
-    if (run_ != nullptr) run->dialogs = run_->dialogs;
+/// The run so far, and then this dialog's settings.
+std::shared_ptr<RunOrigin> OriginRecorder::runWith(const ozm::CAnalysisDialog& dialog) const {
+    auto run = run_ != nullptr ? std::make_shared<RunOrigin>(*run_) : std::make_shared<RunOrigin>();
     DialogSettings settings = settingsOf(dialog, data_.dataSet());
     // Who went back and was accepted again takes the place of the time before, and of what followed it.
     run->dialogs.erase(
@@ -52,15 +52,25 @@ void OriginRecorder::accepted(const ozm::CAnalysisDialog& dialog) {
                      [&settings](const DialogSettings& earlier) { return earlier.id == settings.id; }),
         run->dialogs.end());
     run->dialogs.push_back(std::move(settings));
+    return run;
+}
+
+void OriginRecorder::alsoAccepted(const ozm::CAnalysisDialog& dialog) {
+    if (run_ != nullptr) run_ = runWith(dialog);
+}
+
+void OriginRecorder::accepted(const ozm::CAnalysisDialog& dialog) {
+    const auto run = runWith(dialog);
     run->data = pressed_ != nullptr ? stateAtPress_ : data_.state();
     run->missingCodes = missingCodes(data_, run->dialogs);
     run->reading = data_.dataSet().readSettings();
+    run->definitions.clear();
     for (int i = 0; i < data_.dataSet().variableCount(); ++i)
         if (const Variable& variable = data_.dataSet().variable(i); !variable.expression.empty())
             run->definitions.push_back({variable.name, variable.expression});
     run->remarks = std::move(remarks_);
     remarks_.clear();
-    run_ = std::move(run);
+    run_ = run;
 }
 
 std::shared_ptr<const OutputOrigin> OriginRecorder::current() const {

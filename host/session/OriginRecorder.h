@@ -22,6 +22,10 @@ public:
     /// A dialog was accepted: the results that follow are of its settings, and of the data as they were when
     /// its button was pressed.
     void accepted(const ozm::CAnalysisDialog& dialog);
+    /// A modal dialog was accepted on the way to the results, which are of its settings, too.
+    void alsoAccepted(const ozm::CAnalysisDialog& dialog);
+    /// The analysis changed selection or weights itself, while a button's command runs.
+    void dataUseChanged() { stateAtPress_ = data_.state(); }
 
     /// The analysis remarks something about the run that its dialog is about to start.
     void remark(std::string text) { remarks_.push_back(std::move(text)); }
@@ -35,6 +39,8 @@ public:
     void CommandEnded(ozm::CAnalysisDialog& dialog, int control, bool succeeded) override;
 
 private:
+    std::shared_ptr<RunOrigin> runWith(const ozm::CAnalysisDialog& dialog) const;
+
     const ActiveData& data_;
     DataState stateAtPress_;
     std::vector<std::string> remarks_;            ///< since a button was pressed

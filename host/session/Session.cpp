@@ -27,6 +27,7 @@ Session::Session(Analysis analysis, const SessionOptions& options)
     if (options.frontEnd != nullptr) parts_.frontEnd = options.frontEnd;
     if (options.stops != nullptr) parts_.stops = options.stops;
     parts_.automation = options.automation;
+    parts_.modalScript = options.modalScript;
     parts_.analysis = analysis_.get();
     if (analysis_ != nullptr) analysis_->AttachDocument(&services_);
 }
@@ -44,8 +45,13 @@ void Session::close() {
 
 void Session::openData(DataSet data) {
     parts_.data.open(std::move(data));
-    parts_.dataChanged();
-    if (analysis_ != nullptr && step_ != 0) analysis_->InitializeAfterFileChanged();
+    dataReplaced();
+}
+
+void Session::dataReplaced() {
+    if (step_ == 0) return parts_.dataChanged();
+    services_.dialogs().dataReplaced();
+    pump();
 }
 
 void Session::start() {
@@ -72,9 +78,13 @@ void Session::start() {
 }
 
 void Session::pump() {
-    while (!stepping_) {
-        const auto exit = services_.dialogs().takeExit();
-        if (!exit) return;
+    if (stepping_) return;
+    followExits();
+    if (parts_.scriptFailure) std::rethrow_exception(std::exchange(parts_.scriptFailure, nullptr));
+}
+
+void Session::followExits() {
+    while (const auto exit = services_.dialogs().takeExit()) {
         services_.report().type();
         if (exit->nextStep == sequenceEnds || exit->mode == ozm::ExitMode::End) return end();
         if (analysis_->ForwardSequence(step_, exit->nextStep) == 0) {
@@ -136,14 +146,14 @@ void Session::end() {
 }
 
 std::optional<ozm::AutomationObject> Session::currentDialog() {
-    ozm::CAnalysisModelessDialog* dialog = services_.dialogs().current();
-    if (dialog == nullptr || dialog->IsClosed()) return std::nullopt;
+    ozm::CAnalysisDialog* dialog = services_.dialogs().open();
+    if (dialog == nullptr) return std::nullopt;
     return ozm::AutomationObject{*dialog};
 }
 
 std::string Session::currentInterface() const {
-    const ozm::CAnalysisModelessDialog* dialog = services_.dialogs().current();
-    if (dialog == nullptr || dialog->IsClosed() || dialog->Interface() == nullptr) return {};
+    const ozm::CAnalysisDialog* dialog = services_.dialogs().open();
+    if (dialog == nullptr || dialog->Interface() == nullptr) return {};
     return std::string{dialog->Interface()->name};
 }
 

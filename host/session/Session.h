@@ -15,6 +15,9 @@ struct SessionOptions {
     bool automation = true;         ///< a script drives the analysis: modal steps run without their dialogs
     FrontEnd* frontEnd = nullptr;   ///< nullptr: the answers of `FrontEnd` itself; must outlive the session
     StopSignals* stops = nullptr; ///< nullptr: the session's own; must outlive the session
+    /// Under automation: called when a modal dialog is open, to set its members; when it leaves the dialog open,
+    /// OK is pressed. What it throws comes out of `pump`.
+    ModalScript modalScript{};
     ServiceOverrides services{};
 };
 
@@ -44,6 +47,10 @@ public:
     ActiveData& data() { return parts_.data; }
     /// Opens another data set in place of the present one, and lets a running analysis know.
     void openData(DataSet data);
+    /// Another data set was opened in `data()`: a running analysis goes on over it in its own way, and its
+    /// dialog shows what is left of its selections, or leads back to one that does. Not while an operation of
+    /// a dialog runs.
+    void dataReplaced();
     StopSignals& stops() { return *parts_.stops; }
     void addObserver(SessionObserver& observer) { parts_.observers.add(observer); }
     void removeObserver(SessionObserver& observer) { parts_.observers.remove(observer); }
@@ -58,7 +65,8 @@ public:
     [[nodiscard]] bool isActive() const { return services_.dialogs().current() != nullptr; }
     /// Number of the step that is being taken or was taken last; 0 before the first.
     [[nodiscard]] int step() const { return step_; }
-    /// The open dialog, for a script; nothing when none is open. Objects hold until `start` or `close`.
+    /// The open dialog, for a script: a modal one while it runs, else that of the step. Nothing when none is
+    /// open. Objects hold until `start` or `close`, those of a modal dialog until it was closed.
     std::optional<ozm::AutomationObject> currentDialog();
     /// The name of the open dialog's automation interface, empty when none is open.
     [[nodiscard]] std::string currentInterface() const;
@@ -78,6 +86,7 @@ public:
     [[nodiscard]] const ozm::CAnalysisSupport* analysis() const { return analysis_.get(); }
 
 private:
+    void followExits();
     void run(int step);
     int take(const ozm::SEQFUNCTTBL& row);
     [[nodiscard]] const ozm::SEQFUNCTTBL* row(int step) const;

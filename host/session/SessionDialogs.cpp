@@ -34,8 +34,33 @@ bool SessionDialogs::CreateAnalysisDialog(std::unique_ptr<ozm::CAnalysisModeless
 
 int SessionDialogs::RunModal(ozm::CAnalysisModalDialog& dialog) {
     if (!dialog.Open().done) return -1;
-    if (!dialog.IsClosed()) parts_.frontEnd->runModal(dialog);
-    return dialog.IsClosed() ? dialog.Result() : -1;
+    modal_.push_back(&dialog);
+    if (!dialog.IsClosed()) {
+        if (parts_.automation)
+            runByScript(dialog);
+        else
+            parts_.frontEnd->runModal(dialog);
+    }
+    modal_.pop_back();
+    if (!dialog.IsClosed()) return -1;
+    if (dialog.Result() == 0) parts_.origins.alsoAccepted(dialog);
+    return dialog.Result();
+}
+
+void SessionDialogs::runByScript(ozm::CAnalysisModalDialog& dialog) {
+    try {
+        ozm::AutomationObject object(dialog);
+        if (parts_.modalScript) parts_.modalScript(object);
+    } catch (...) { // the analysis is in between, which is no place for a script's failures
+        parts_.scriptFailure = std::current_exception();
+        return;
+    }
+    if (!dialog.IsClosed()) dialog.Press(ozm::ControlOk);
+}
+
+ozm::CAnalysisDialog* SessionDialogs::open() const {
+    if (!modal_.empty()) return modal_.back()->IsClosed() ? nullptr : modal_.back();
+    return current_ != nullptr && !current_->IsClosed() ? current_ : nullptr;
 }
 
 void SessionDialogs::DialogExits(ozm::CAnalysisDialog& dialog, int nextStep, ozm::ExitMode mode, int page) {
@@ -56,10 +81,28 @@ std::optional<SessionDialogs::Exit> SessionDialogs::takeExit() {
 }
 
 bool SessionDialogs::OpenDataFile() {
+    // The dialog that asked sees to itself.
     if (!parts_.frontEnd->openData(parts_.data)) return false;
+    tellAnalysis();
+    return true;
+}
+
+void SessionDialogs::tellAnalysis() {
     parts_.dataChanged();
     if (parts_.analysis != nullptr) parts_.analysis->InitializeAfterFileChanged();
-    return true;
+}
+
+void SessionDialogs::dataReplaced() {
+    tellAnalysis();
+    if (current_ != nullptr && !current_->IsClosed()) current_->DataChanged();
+}
+
+void SessionDialogs::TurnWeightsOff() {
+    if (parts_.data.weightVariable() == 0) return;
+    parts_.data.weightBy({});
+    parts_.origins.dataUseChanged();
+    parts_.dataChanged();
+    parts_.frontEnd->dataUseChanged();
 }
 
 void SessionDialogs::DefineWeight() {

@@ -26,10 +26,12 @@ public:
     bool CreateAnalysisDialog(std::unique_ptr<ozm::CAnalysisModelessDialog>& dialog) override;
     int RunModal(ozm::CAnalysisModalDialog& dialog) override;
     void DialogExits(ozm::CAnalysisDialog& dialog, int nextStep, ozm::ExitMode mode, int page) override;
+    std::string ApplicationName() override { return "Korvana"; }
     bool IsOleAutomation() override { return parts_.automation; }
     bool OpenDataFile() override;
     void DefineWeight() override;
     void DefineSelCond() override;
+    void TurnWeightsOff() override;
     void EnableStartupMenus(bool enabled) override { parts_.observers.startupMenusEnabled(enabled); }
     void RestoreResultsWindows(ozm::CAnalysisDialog& dialog) override {
         parts_.frontEnd->restoreResults(dialog);
@@ -37,6 +39,11 @@ public:
 
     /// The dialog that owns the step, open or with its exit not followed yet; nullptr when there is none.
     [[nodiscard]] ozm::CAnalysisModelessDialog* current() const { return current_; }
+    /// The dialog that is to be dealt with: the modal one that waits, else the one that owns the step if it is
+    /// open; nullptr when there is none.
+    [[nodiscard]] ozm::CAnalysisDialog* open() const;
+    /// Other data were opened: the analysis is told, and then its open dialog.
+    void dataReplaced();
     /// Takes the exit of the current dialog, which then owns the step no more.
     std::optional<Exit> takeExit();
     /// The page on which the next dialog opens.
@@ -47,10 +54,13 @@ public:
 private:
     void CommandBegins(ozm::CAnalysisDialog& /*dialog*/, int /*control*/) override { parts_.commandBegins(); }
     void CommandEnded(ozm::CAnalysisDialog& dialog, int control, bool succeeded) override;
+    void tellAnalysis();
+    void runByScript(ozm::CAnalysisModalDialog& dialog);
 
     SessionParts& parts_;
     std::vector<std::unique_ptr<ozm::CAnalysisModelessDialog>> dialogs_;
     ozm::CAnalysisModelessDialog* current_ = nullptr;
+    std::vector<ozm::CAnalysisModalDialog*> modal_; ///< those that run, the innermost last
     std::optional<Exit> exit_;
     int page_ = 0;
 };

@@ -25,6 +25,7 @@ public:
                                         : std::numeric_limits<double>::quiet_NaN());
         }
         inOrder_.resize(appearing.size());
+        inputs_.resize(appearing.size());
     }
 
     [[nodiscard]] std::span<const int> References() const override { return references_; }
@@ -38,12 +39,26 @@ public:
         return expression_.evaluate(inOrder_);
     }
 
+    /// For many cases, see the service.
+    [[nodiscard]] int evaluate(std::span<const std::span<const double>> columns,
+                               std::span<double> results) const {
+        if (columns.size() != places_.size()) return -1;
+        for (const auto& column : columns)
+            if (column.size() != 1 && column.size() != results.size()) return -1;
+        for (std::size_t k = 0; k < places_.size(); ++k) {
+            const auto column = columns[places_[k]];
+            inputs_[k] = {column.data(), column.size() == 1 ? 0U : 1U, missingCodes_[k]};
+        }
+        return expression_.evaluate(inputs_, results);
+    }
+
 private:
     Expression expression_;
     std::vector<int> references_;         ///< ascending, as the module sees them
     std::vector<std::size_t> places_;     ///< where the k-th value of the expression stands among them
     std::vector<double> missingCodes_;    ///< of the k-th value
     mutable std::vector<double> inOrder_; ///< kept, so that an evaluation does not allocate
+    mutable std::vector<Expression::Input> inputs_;
 };
 
 } // namespace
@@ -74,6 +89,13 @@ int SessionExpressions::RunSpreadsheetFormula(std::span<const double> values,
     if (!value) return 1;
     result = *value;
     return 0;
+}
+
+int SessionExpressions::RunSpreadsheetFormulas(std::span<const std::span<const double>> columns,
+                                               const ozm::CompiledExpression& compiled,
+                                               std::span<double> results) {
+    if (typeid(compiled) != typeid(Formula)) return -1;
+    return static_cast<const Formula&>(compiled).evaluate(columns, results);
 }
 
 } // namespace korvana

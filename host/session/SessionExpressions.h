@@ -15,6 +15,8 @@ public:
                std::unique_ptr<ozm::CompiledExpression>& compiled, std::string& error) override;
     int RunSpreadsheetFormula(std::span<const double> values, const ozm::CompiledExpression& compiled,
                               double& result) override;
+    int RunSpreadsheetFormulas(std::span<const std::span<const double>> columns,
+                               const ozm::CompiledExpression& compiled, std::span<double> results) override;
 
 private:
     const ActiveData& data_;

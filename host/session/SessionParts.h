@@ -5,9 +5,12 @@
 #include "host/session/OriginRecorder.h"
 #include "host/session/SessionObserver.h"
 #include "host/session/StopSignals.h"
+#include "support/automation/AutomationObject.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <exception>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
@@ -16,6 +19,9 @@
 #include <vector>
 
 namespace korvana {
+
+/// What a script does with a modal dialog, which is open and never shown to it.
+using ModalScript = std::function<void(ozm::AutomationObject& dialog)>;
 
 /// What the services of one session share.
 struct SessionParts {
@@ -29,6 +35,8 @@ struct SessionParts {
     FrontEnd* frontEnd = &scriptAnswers();
     ozm::CAnalysisSupport* analysis = nullptr;
     bool automation = true;           ///< a script drives the analysis
+    ModalScript modalScript;
+    std::exception_ptr scriptFailure; ///< what a modal script threw, for the script that is to learn of it
     std::vector<std::string> remarks; ///< of the analysis, about its runs in this book
 
     /// Records a message and tells the observers.

@@ -6,6 +6,7 @@ namespace korvana {
 namespace {
 
 std::string_view typeName(const ozm::AutomationMember& member) {
+    if (member.kind == ozm::MemberKind::Refused) return "not supported";
     switch (member.type) {
     case ozm::MemberType::None:
         return "action";
@@ -27,6 +28,8 @@ std::string_view typeName(const ozm::AutomationMember& member) {
         return "list of codes";
     case ozm::MemberType::Texts:
         return "list of texts";
+    case ozm::MemberType::Object:
+        return "object";
     }
     return "";
 }

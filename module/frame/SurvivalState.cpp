@@ -2,6 +2,7 @@
 
 #include "module/resources/Resources.h"
 #include "module/resources/Startup.h"
+#include "module/survdata/SelectedVariables.h"
 
 #include <algorithm>
 #include <cctype>
@@ -53,14 +54,16 @@ void SurvivalState::Reset(CAnalysisSupport& host) {
 
 void SurvivalState::DataChanged(CAnalysisSupport& host) {
     Enter(host);
+    ReleaseResults();
+    FindListsAgain(host, shared);
     UnsetCodes(shared);
     ReadDataCounts(host, shared);
 }
 
 void SurvivalState::ClearSelections() {
     shared.timeVariables = 0;
-    for (auto& list : shared.lists)
-        list.clear();
+    shared.lists = {};
+    shared.listNames = {};
     UnsetCodes(shared);
 }
 

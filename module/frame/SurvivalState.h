@@ -21,7 +21,8 @@ struct SurvivalState {
     /// the counts of the data read. What is kept from one analysis to the next stays: the entry chosen last,
     /// the confidence level.
     void Reset(CAnalysisSupport& host);
-    /// The codes become unset and the counts of the data are read anew; the selections stay.
+    /// Other data: the codes become unset, the counts are read anew, results of the data before are released.
+    /// Selections stay where the new data have variables of the same names.
     void DataChanged(CAnalysisSupport& host);
     /// Forgets all variables and codes that were selected.
     void ClearSelections();

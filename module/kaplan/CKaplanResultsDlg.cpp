@@ -36,9 +36,9 @@ OutputResult CKaplanResultsDlg::Output(int control) {
         return Percentiles();
     case KaplanPlot1:
     case KaplanPlot1Again:
-        return LevelIsValid() ? Plot(KaplanPlot::Survival, control) : OutputResult::NotMade();
+        return RangeHolds(KaplanLevel) ? Plot(KaplanPlot::Survival, control) : OutputResult::NotMade();
     case KaplanCurve:
-        return LevelIsValid() ? PlotSurvivalCurve(Analysis(), Shared(), state_.results, Level())
+        return RangeHolds(KaplanLevel) ? PlotSurvivalCurve(Analysis(), Shared(), state_.results, Level())
                               : OutputResult::NotMade();
     case KaplanPlot2:
         return Plot(KaplanPlot::LogTime, control);
@@ -49,18 +49,9 @@ OutputResult CKaplanResultsDlg::Output(int control) {
     }
 }
 
-bool CKaplanResultsDlg::LevelIsValid() {
-    if (IsConfidenceLevel(state_.settings.confidenceLevel)) return true;
-    ShowMessage(StrInvalidLevel,
-                Filled(StrKmLevelGiven, {FormatNumber(state_.settings.confidenceLevel, 17)}));
-    state_.settings.confidenceLevel = KaplanSettings::defaultLevel;
-    SetValue(KaplanLevel, KaplanSettings::defaultLevel);
-    return false;
-}
-
 double CKaplanResultsDlg::Level() const {
     const double level = state_.settings.confidenceLevel;
-    return IsConfidenceLevel(level) ? std::clamp(level, 0.0, 1.0) : level;
+    return Contains(Template().Find(KaplanLevel)->range, level) ? std::clamp(level, 0.0, 1.0) : level;
 }
 
 OutputResult CKaplanResultsDlg::Plot(KaplanPlot plot, int control) {

@@ -23,9 +23,6 @@ protected:
     [[nodiscard]] int NotEnoughMemoryString() const override { return StrKaplanNoMemory; }
 
 private:
-    /// What draws a band asks first: a level outside 0..1 is reported, reset to its default, and false
-    /// answered.
-    bool LevelIsValid();
     /// The level in force: one that is a rounding error outside 0..1 means the end itself. Limits at one that
     /// is no level are empty.
     [[nodiscard]] double Level() const;

@@ -1,7 +1,5 @@
 #include "module/kaplan/ConfidenceLimits.h"
 
-#include "module/survdata/CodeComparison.h"
-
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -34,10 +32,6 @@ PercentileLimits ComputePercentileLimits(std::span<const double> times, std::spa
     const auto lower = [&](std::size_t i) { return LogMinusLogLimit(survival[i], standardError[i], z); };
     const auto upper = [&](std::size_t i) { return LogMinusLogLimit(survival[i], standardError[i], -z); };
     return {LocatePercentiles(times, lower, lowerIsAbove), LocatePercentiles(times, upper, upperIsAbove)};
-}
-
-bool IsConfidenceLevel(double level) {
-    return !std::isnan(level) && !GreaterThan(0.0, level) && !GreaterThan(level, 1.0);
 }
 
 std::string LevelInPercent(double level) {

@@ -32,9 +32,6 @@ struct PercentileLimits {
 PercentileLimits ComputePercentileLimits(std::span<const double> times, std::span<const double> survival,
                                          std::span<const double> standardError, double z);
 
-/// Whether a confidence level lies from 0 to 1; an end that it misses by a rounding error counts as reached.
-bool IsConfidenceLevel(double level);
-
 /// A confidence level in percent as column headings show it: 0.95 gives "95", 0.975 gives "97.5".
 std::string LevelInPercent(double level);
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "module/kaplan/ProductLimit.h"
+#include "module/resources/Kaplan.h"
 #include "module/survdata/CaseReader.h"
 #include "module/survdata/PairedSort.h"
 #include "module/survdata/WorkArray.h"
@@ -13,8 +14,7 @@ namespace ozm::survival {
 
 /// What the dialogs of the analysis edit.
 struct KaplanSettings {
-    static constexpr double defaultLevel = 0.95;
-    double confidenceLevel = defaultLevel;
+    double confidenceLevel = kaplanDefaultLevel;
 };
 
 /// The seven arrays of one run, all of one capacity.

@@ -117,6 +117,8 @@ enum KaplanResultsControl : int {
     KaplanPlot1Again = 1113, ///< the same output on the plots' tab
 };
 
+inline constexpr double kaplanDefaultLevel = 0.95; ///< of confidence
+
 inline constexpr std::uint8_t onQuickAndAdvanced[] = {0, 1};
 inline constexpr std::uint8_t onQuickAndPlots[] = {0, 2};
 
@@ -132,7 +134,12 @@ inline constexpr ControlTemplate kaplanResultsControls[] = {
      .text = "&Conf. Level:",
      .pages = onFirstPage,
      .decimals = 6,
-     .isShare = true},
+     .isShare = true,
+     .range = {.least = 0,
+               .greatest = 1,
+               .message = StrInvalidLevel,
+               .detail = StrKmLevelGiven,
+               .resetTo = kaplanDefaultLevel}},
     {.id = KaplanPercentiles, .text = "ePercentiles of &survival function", .pages = onSecondPage},
     {.id = KaplanPlot1Again, .text = "Plot &1", .pages = onThirdPage, .repeats = KaplanPlot1},
     {.id = KaplanPlot2, .text = "Plot &2", .pages = onThirdPage},

@@ -31,7 +31,8 @@
     S(StrDataFile, 20007, "Data file:  ") \
     S(StrNoGroupingVariable, 20008, "Select one variable with the group codes.") \
     S(StrNoResults, 20009, \
-      "The results of this dialog are gone, as another analysis was begun; go back and run it again.") \
+      "The results of this dialog are gone, as another analysis was begun or other data were opened; go " \
+      "back and run it again.") \
     S(StrNoteDatesAsTimes, 20019, \
       "%1 holds dates, and its day numbers were taken as survival times: give two variables, the start and the end.") \
     S(StrNoteStartAndEnd, 20020, "Two time variables are start and end: the survival time is %1 - %2.") \

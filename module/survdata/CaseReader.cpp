@@ -1,11 +1,11 @@
 #include "module/survdata/CaseReader.h"
 
-#include "module/survdata/CodeComparison.h"
+#include "support/CodeComparison.h"
 #include "module/survdata/DayNumber.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
+#include <vector>
 
 namespace ozm::survival {
 namespace {
@@ -13,10 +13,20 @@ namespace {
 /// Times of larger magnitude are left out.
 constexpr double largestValue = 1e15;
 
-/// Missing-data codes are compared as single-precision numbers; one beyond their range equals no value.
-double SinglePrecision(double code) {
-    return std::abs(code) <= std::numeric_limits<float>::max() ? static_cast<double>(static_cast<float>(code))
-                                                               : unsetCode;
+std::span<const int> TimesOf(const SharedSettings& settings) {
+    return settings.Times().first(std::min<std::size_t>(settings.Times().size(), 6));
+}
+
+/// The variables of a pass in their order: censoring, times, group, weight, further ones.
+std::vector<int> VariablesOf(CAnalysisSupport& host, const SharedSettings& settings, bool groups,
+                             std::span<const int> further) {
+    std::vector<int> variables{settings.First(ListCensoring)};
+    const auto times = TimesOf(settings);
+    variables.insert(variables.end(), times.begin(), times.end());
+    if (groups) variables.push_back(settings.First(ListGrouping));
+    if (const int weight = host.WeightVariable(); weight != 0) variables.push_back(weight);
+    variables.insert(variables.end(), further.begin(), further.end());
+    return variables;
 }
 
 /// A part of a date: values strictly between 0 and 32000 are truncated, any other leaves the part 0.
@@ -39,27 +49,21 @@ ReadingProgress::~ReadingProgress() {
     }
 }
 
-CaseReader::CaseReader(CAnalysisSupport& host, SharedSettings& settings, Groups groups)
-    : host_(host), settings_(settings), groups_(settings.groupCodes), cases_(host.ss_nb()) {
-    WorkAreas& work = settings_.work;
-    std::size_t count = 0;
-    const auto add = [&](int variable) {
-        work.variables[count] = variable;
-        double code = unsetCode;
-        host_.getmd5(variable, code);
-        work.missing[count] = SinglePrecision(code);
-        return static_cast<int>(count++);
-    };
-    add(settings_.First(ListCensoring));
-    for (const int variable : settings_.Times().first(std::min<std::size_t>(settings_.Times().size(), 6))) {
-        add(variable);
-        ++times_;
-    }
-    if (groups != Groups::None) groupPlace_ = add(settings_.First(ListGrouping));
-    if (const int weight = host_.WeightVariable(); weight != 0) weightPlace_ = add(weight);
-    values_ = std::span{work.values}.first(count);
-    variables_ = std::span<const int>{work.variables}.first(count);
-    missing_ = std::span<const double>{work.missing}.first(count);
+CaseReader::CaseReader(CAnalysisSupport& host, SharedSettings& settings, Groups groups,
+                       std::span<const int> further)
+    : host_(host), settings_(settings), groups_(settings.groupCodes), cases_(host.ss_nb()),
+      times_(static_cast<int>(TimesOf(settings).size())),
+      buffer_(host, settings.work, VariablesOf(host, settings, groups != Groups::None, further)),
+      values_(buffer_.Values()), variables_(buffer_.Variables()), missing_(buffer_.Missing()),
+      further_(values_.last(further.size())), furtherPlace_(values_.size() - further.size()) {
+    int place = 1 + times_;
+    if (groups != Groups::None) groupPlace_ = place++;
+    if (static_cast<std::size_t>(place) < furtherPlace_) weightPlace_ = place;
+}
+
+void CaseReader::MarkMissing() {
+    for (std::size_t k = 0; k < further_.size(); ++k)
+        if (IsMissing(furtherPlace_ + k)) further_[k] = unsetCode;
 }
 
 bool CaseReader::IsMissing(std::size_t place) const {

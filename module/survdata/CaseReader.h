@@ -1,5 +1,6 @@
 #pragma once
 
+#include "module/survdata/CaseBuffer.h"
 #include "module/survdata/CodeIndex.h"
 #include "module/survdata/SharedSettings.h"
 #include "module/survdata/Status.h"
@@ -71,7 +72,9 @@ class CaseReader {
 public:
     enum class Groups : std::uint8_t { None, ByCodes };
 
-    CaseReader(CAnalysisSupport& host, SharedSettings& settings, Groups groups = Groups::None);
+    /// `further` variables are read beside those of the rules, as many as there are; see `Further`.
+    CaseReader(CAnalysisSupport& host, SharedSettings& settings, Groups groups = Groups::None,
+               std::span<const int> further = {});
 
     /// Reads all cases and calls `append(const Observation&)` for each valid one, a weighted case once per
     /// copy. Ends with Stopped on a stop request or when the host cannot go on, TooManyCases when a case is
@@ -81,6 +84,9 @@ public:
     Status Read(std::int32_t capacity, Append&& append);
 
     [[nodiscard]] const ReadingCounts& Counts() const { return counts_; }
+
+    /// The values of the further variables for the case in hand, NaN where it has none.
+    [[nodiscard]] std::span<const double> Further() const { return further_; }
 
 private:
     /// Looks at the case whose values are in hand. True when it is valid; `observation` is then complete but
@@ -99,6 +105,8 @@ private:
     bool DateTime(double& time);
     /// Whether a variable, by its place, has no value for the case in hand.
     [[nodiscard]] bool IsMissing(std::size_t place) const;
+    /// Further values that equal their variable's missing-data code become NaN.
+    void MarkMissing();
     [[nodiscard]] double Copies() const;
     void CountWeight();
     /// Leaves the counts in the work area that the host shares.
@@ -111,9 +119,12 @@ private:
     int times_ = 0;        ///< number of time variables; they stand after the censoring variable
     int groupPlace_ = -1;  ///< place of the grouping variable, -1: none
     int weightPlace_ = -1; ///< place of the weight variable, -1: none
+    CaseBuffer buffer_;
     std::span<double> values_;
     std::span<const int> variables_;
     std::span<const double> missing_;
+    std::span<double> further_; ///< the last of the values
+    std::size_t furtherPlace_ = 0;
     ReadingCounts counts_;
 };
 
@@ -141,6 +152,7 @@ Status CaseReader::Read(std::int32_t capacity, Append&& append) {
             counts_.casesRead = read < most ? static_cast<std::int32_t>(read) : most;
             continue;
         }
+        MarkMissing();
         if (!Appended(append, observation)) return Status::TooManyCases;
         counts_.distinctValid += 1.0;
         if (weightPlace_ >= 0) CountWeight();

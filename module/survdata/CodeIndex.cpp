@@ -1,6 +1,6 @@
 #include "module/survdata/CodeIndex.h"
 
-#include "module/survdata/CodeComparison.h"
+#include "support/CodeComparison.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,6 +2,7 @@
 
 #include "module/resources/Shared.h"
 #include "module/survdata/CodeDecimals.h"
+#include "module/survdata/SelectedVariables.h"
 
 namespace ozm::survival {
 
@@ -49,7 +50,7 @@ bool ModuleDialog::TakeSelection(int control) {
         const auto& selection = ValueAs<VariableSelection>(control);
         const ControlTemplate* found = Template().Find(control);
         for (std::size_t role = 0; role < selection.size(); ++role)
-            shared_.lists[found->roles[role].list] = selection[role];
+            TakeList(Analysis(), shared_, found->roles[role].list, selection[role]);
         shared_.timeVariables = static_cast<std::int16_t>(shared_.lists[ListSurvivalTimes].size());
         return true;
     }

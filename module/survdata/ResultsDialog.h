@@ -15,6 +15,8 @@ public:
 
 protected:
     bool OnCommand(int control) final;
+    /// The results were of the data before: back to the specification.
+    void OnDataChanged() final { OnCommand(ControlCancel); }
 
     /// Makes the output of a button.
     virtual OutputResult Output(int control) = 0;

@@ -2,7 +2,7 @@
 
 #include "module/resources/Resources.h"
 #include "module/resources/Shared.h"
-#include "module/survdata/CodeComparison.h"
+#include "support/CodeComparison.h"
 #include "module/survdata/ReportLines.h"
 
 #include <algorithm>

@@ -58,6 +58,8 @@ struct SharedSettings {
     InputDataType inputDataType = InputDataType::Raw;
     std::int16_t timeVariables = 0; ///< 0 none yet; 1 times; 2 dates; 6 month, day, year twice
     SelectionLists lists;
+    /// The names of the variables in each list, by which they are found again in other data.
+    std::array<std::vector<std::string>, SelectionListCount> listNames;
     double completeCode = unsetCode;
     double censoredCode = unsetCode;
     std::vector<double> groupCodes; ///< of the groups that are compared, in their order; at most 32767

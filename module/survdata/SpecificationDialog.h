@@ -15,6 +15,8 @@ protected:
     void OnOpen() override;
     bool OnCommand(int control) override;
     void OnValueChanged(int control) override;
+    /// Shows what is left of the selections.
+    void OnDataChanged() override { OnOpen(); }
 
     /// OK: checks, which leave the dialog open, then the run, and the way to the step that follows.
     virtual void Run() = 0;

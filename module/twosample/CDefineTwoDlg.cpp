@@ -3,7 +3,7 @@
 #include "module/resources/Shared.h"
 #include "module/resources/StepNumbers.h"
 #include "module/resources/TwoSamples.h"
-#include "module/survdata/CodeComparison.h"
+#include "support/CodeComparison.h"
 #include "module/survdata/SelectionChecks.h"
 #include "module/twosample/RunTwoSamples.h"
 

@@ -1,6 +1,6 @@
 #include "module/twosample/CoxFTest.h"
 
-#include "module/survdata/CodeComparison.h"
+#include "support/CodeComparison.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "module/twosample/ScoreTests.h"
 
-#include "module/survdata/CodeComparison.h"
+#include "support/CodeComparison.h"
 
 #include <cmath>
 #include <cstddef>

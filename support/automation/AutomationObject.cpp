@@ -28,7 +28,8 @@ const AutomationMember* FindMember(const CAnalysisDialog& dialog, std::string_vi
     return BaseDialogInterface().Find(name);
 }
 
-bool IsBaseSetting(const AutomationMember& member) {
+/// Whether a member tells something that is no control's value.
+bool IsTold(const AutomationMember& member) {
     return member.control == 0;
 }
 
@@ -85,12 +86,26 @@ double Code(const CAnalysisDialog& dialog, const ControlTemplate& control, const
     return code;
 }
 
+/// The choice of a radio group after one of its Boolean members was put. Where that one is to be chosen no
+/// more, there must be one other to choose instead.
+int ChoiceOf(const AutomationMember& member, const ControlTemplate& group, int chosen, bool on) {
+    if (on) return member.choice;
+    if (chosen != member.choice) return chosen;
+    if (group.choices.size() != 2)
+        Refuse("'" + std::string{member.name} + "' is one of " + std::to_string(group.choices.size()) +
+               " choices: put true to the one that is wanted instead");
+    return 3 - member.choice;
+}
+
 ControlValue ToControl(const CAnalysisDialog& dialog, const AutomationMember& member,
                        const ControlTemplate& control, const AutomationValue& value) {
     switch (member.type) {
-    case MemberType::Boolean:
-        if (const auto* flag = std::get_if<bool>(&value.value)) return *flag;
-        return WholeNumber(value) != 0;
+    case MemberType::Boolean: {
+        const auto* flag = std::get_if<bool>(&value.value);
+        const bool on = flag != nullptr ? *flag : WholeNumber(value) != 0;
+        if (member.choice != 0) return ChoiceOf(member, control, std::get<int>(dialog.Value(control.id)), on);
+        return on;
+    }
     case MemberType::Integer:
         return WholeNumber(value);
     case MemberType::Real:
@@ -131,6 +146,7 @@ ControlValue ToControl(const CAnalysisDialog& dialog, const AutomationMember& me
         }
         return texts;
     }
+    case MemberType::Object:
     case MemberType::None:
         break;
     }
@@ -144,6 +160,7 @@ AutomationValue FromControl(const AutomationMember& member, const ControlTemplat
         const auto position = static_cast<std::size_t>(std::get<int>(value) - first);
         return position < control.choices.size() ? control.choices[position].member : 0;
     }
+    if (member.choice != 0) return std::get<int>(value) == member.choice;
     return std::visit(
         Overloaded{[](std::monostate) { return AutomationValue{}; },
                    [](const VariableSelection& selection) {
@@ -164,13 +181,15 @@ AutomationValue FromControl(const AutomationMember& member, const ControlTemplat
 
 /// Every accessor ends here: what went wrong becomes an error that names the accessor.
 template <class Action>
-AutomationResult Accessor(const CAnalysisModelessDialog& dialog, std::string_view prefix,
+AutomationResult Accessor(const CAnalysisDialog& dialog, std::string_view prefix,
                           std::string_view member, Action action) {
     AutomationResult result;
     try {
         dialog.ThrowIfClosed();
         const AutomationMember* found = FindMember(dialog, member);
         if (found == nullptr) Refuse("the dialog has no member '" + std::string{member} + "'");
+        if (found->kind == MemberKind::Refused)
+            Refuse("'" + std::string{member} + "' is not supported: " + std::string{found->help});
         action(*found, result);
         return result;
     } catch (const std::exception& error) {
@@ -192,11 +211,14 @@ void Require(const DialogResult& outcome) {
 AutomationResult AutomationObject::Get(std::string_view name) const {
     return Accessor(*dialog_, "get_", name, [&](const AutomationMember& member, AutomationResult& result) {
         if (member.kind == MemberKind::Action) Refuse("'" + std::string{name} + "' is an action: call it");
-        if (IsBaseSetting(member)) {
+        if (IsTold(member)) {
+            CAnalysisSupport& analysis = dialog_->Analysis();
             if (name == "Name")
                 result.value = std::string{dialog_->ClassName()};
-            else if (name == "Application" || name == "Parent")
-                result.value = dialog_->Analysis().GetAnalysisName();
+            else if (name == "Application")
+                result.value = AutomationReference{"Application", analysis.Dialogs().ApplicationName()};
+            else if (name == "Parent")
+                result.value = AutomationReference{"Analysis", analysis.GetAnalysisName()};
             else
                 result.value = dialog_->Setting(name);
             return;
@@ -210,13 +232,7 @@ AutomationResult AutomationObject::Get(std::string_view name) const {
 AutomationResult AutomationObject::Put(std::string_view name, const AutomationValue& value) {
     return Accessor(*dialog_, "put_", name, [&](const AutomationMember& member, AutomationResult&) {
         if (member.kind == MemberKind::Action) Refuse("'" + std::string{name} + "' is an action: call it");
-        if (IsBaseSetting(member)) {
-            const auto* text = std::get_if<std::string>(&value.value);
-            if (!name.starts_with("Results")) Refuse("'" + std::string{name} + "' can only be read");
-            if (text == nullptr) Refuse("a text is wanted");
-            dialog_->PutSetting(name, *text);
-            return;
-        }
+        if (IsTold(member)) Refuse("'" + std::string{name} + "' can only be read");
         const ControlTemplate* control = dialog_->Template().Find(member.control);
         if (control == nullptr) Refuse("the member stands for no control of this dialog");
         Require(dialog_->PutValue(member.control, ToControl(*dialog_, member, *control, value)));

@@ -2,7 +2,7 @@
 
 #include "support/Export.h"
 #include "support/automation/AutomationValue.h"
-#include "support/dialogs/CAnalysisModelessDialog.h"
+#include "support/dialogs/CAnalysisDialog.h"
 
 #include <string>
 #include <string_view>
@@ -21,20 +21,20 @@ struct AutomationResult {
 /// A dialog as a script sees it. A property is the twin of one control: setting it has the effect of the user
 /// setting that control, its range checks and resets included; an action presses a button. Members are found
 /// in the dialog's automation interface and in the base dialog interface. The dialog must outlive the object
-/// (the host keeps closed dialogs until no script holds them).
+/// (the host keeps closed modeless dialogs until no script holds them).
 class KORVANA_SUPPORT AutomationObject {
 public:
-    explicit AutomationObject(CAnalysisModelessDialog& dialog) : dialog_(&dialog) {}
+    explicit AutomationObject(CAnalysisDialog& dialog) : dialog_(&dialog) {}
 
     [[nodiscard]] AutomationResult Get(std::string_view member) const;
     AutomationResult Put(std::string_view member, const AutomationValue& value);
     /// Performs an action. OK answers whether the dialog closed forward.
     AutomationResult Call(std::string_view member);
 
-    [[nodiscard]] CAnalysisModelessDialog& Dialog() const { return *dialog_; }
+    [[nodiscard]] CAnalysisDialog& Dialog() const { return *dialog_; }
 
 private:
-    CAnalysisModelessDialog* dialog_;
+    CAnalysisDialog* dialog_;
 };
 
 } // namespace ozm

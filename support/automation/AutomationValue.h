@@ -7,10 +7,17 @@
 
 namespace ozm {
 
-/// A value as scripts know it: nothing, a truth value, a number, a text, or a list of values.
+/// An object that a script is told of.
+struct AutomationReference {
+    std::string type; ///< "Application" or "Analysis"
+    std::string name;
+    bool operator==(const AutomationReference&) const = default;
+};
+
+/// A value as scripts know it: nothing, a truth value, a number, a text, a list of values, or an object.
 struct AutomationValue {
     using List = std::vector<AutomationValue>;
-    std::variant<std::monostate, bool, int, double, std::string, List> value;
+    std::variant<std::monostate, bool, int, double, std::string, List, AutomationReference> value;
 
     AutomationValue() = default;
     AutomationValue(bool v) : value(v) {}
@@ -19,6 +26,7 @@ struct AutomationValue {
     AutomationValue(std::string v) : value(std::move(v)) {}
     AutomationValue(const char* v) : value(std::string{v}) {}
     AutomationValue(List v) : value(std::move(v)) {}
+    AutomationValue(AutomationReference v) : value(std::move(v)) {}
 
     bool operator==(const AutomationValue&) const = default;
 };

@@ -5,20 +5,32 @@
 namespace ozm {
 namespace {
 
+// A host that routed single results elsewhere would give these a meaning.
+constexpr AutomationMember Refused(std::string_view name, std::string_view why) {
+    return {name, MemberKind::Refused, MemberType::Text, 0, why};
+}
+
+constexpr std::string_view oneByOne =
+    "every output is made by the member named after it, and all of them stand in the book of results";
+constexpr std::string_view asSpecified =
+    "results are of the variables and codes that the specification dialog was given";
+constexpr std::string_view savedByProgram =
+    "the book of results is saved and exported by the program that runs the analysis";
+
 constexpr AutomationMember members[] = {
-    {"Name", MemberKind::Property, MemberType::Text, 0, ""},
-    {"Application", MemberKind::Property, MemberType::Text, 0, "Returns application object "},
-    {"Parent", MemberKind::Property, MemberType::Text, 0, "Returns the parent of the object"},
+    {"Name", MemberKind::Property, MemberType::Text, 0, "Name of the dialog's class"},
+    {"Application", MemberKind::Property, MemberType::Object, 0, "Returns application object "},
+    {"Parent", MemberKind::Property, MemberType::Object, 0, "Returns the parent of the object"},
     {"OK", MemberKind::Action, MemberType::None, ControlOk, ""},
     {"Cancel", MemberKind::Action, MemberType::None, ControlCancel, ""},
-    {"ResultsSelection", MemberKind::Property, MemberType::Text, 0, ""},
-    {"ResultsSelectionOption", MemberKind::Property, MemberType::Text, 0, ""},
-    {"ResultsVariables", MemberKind::Property, MemberType::Text, 0, ""},
-    {"ResultsOption", MemberKind::Property, MemberType::Text, 0, ""},
-    {"ResultsCodes", MemberKind::Property, MemberType::Text, 0, ""},
-    {"ResultsSaveFileName", MemberKind::Property, MemberType::Text, 0, ""},
-    {"ResultsValues", MemberKind::Property, MemberType::Text, 0, ""},
-    {"ResultsOutputFields", MemberKind::Property, MemberType::Text, 0, ""},
+    Refused("ResultsSelection", oneByOne),
+    Refused("ResultsSelectionOption", oneByOne),
+    Refused("ResultsVariables", asSpecified),
+    Refused("ResultsOption", oneByOne),
+    Refused("ResultsCodes", asSpecified),
+    Refused("ResultsSaveFileName", savedByProgram),
+    Refused("ResultsValues", savedByProgram),
+    Refused("ResultsOutputFields", savedByProgram),
 };
 
 constexpr AutomationInterface base{"OzmAnalysisDialog", "CAnalysisDialog", "KORVANA Dialog", members};

@@ -11,6 +11,7 @@ namespace ozm {
 enum class MemberKind : std::uint8_t {
     Property, ///< read-write twin of a control's value
     Action,   ///< twin of a button
+    Refused,  ///< declared, but nothing of this system: a call is refused, for the reason that `help` gives
 };
 
 enum class MemberType : std::uint8_t {
@@ -24,6 +25,7 @@ enum class MemberType : std::uint8_t {
     Variables, ///< one list per role, each entry a variable's number or name
     Codes,
     Texts,
+    Object,
 };
 
 /// One member of an automation interface: the control that it stands for does the work.
@@ -34,6 +36,7 @@ struct AutomationMember {
     int control = 0;
     std::string_view help;
     std::string_view enumeration{}; ///< its name, for members of that type
+    int choice = 0; ///< a Boolean member of a radio group: the choice (from 1) that it stands for
 };
 
 /// The automation interface of one dialog class.

@@ -1,10 +1,14 @@
 #include "support/dialogs/CAnalysisDialog.h"
 
+#include "support/dialogs/ControlText.h"
+
 #include <algorithm>
 #include <cmath>
 #include <exception>
 #include <limits>
 #include <new>
+#include <optional>
+#include <stdexcept>
 #include <utility>
 
 namespace ozm {
@@ -40,6 +44,18 @@ ControlValue InitialValue(const ControlTemplate& control) {
 
 std::string Plural(std::size_t count, std::string_view noun) {
     return std::to_string(count) + " " + std::string{noun} + (count == 1 ? "" : "s");
+}
+
+/// What a control is called in a sentence.
+std::string Quoted(const ControlTemplate& control) {
+    const std::string text = PlainControlText(control.text);
+    return text.empty() ? "control " + std::to_string(control.id) : "'" + text + "'";
+}
+
+std::optional<double> NumberOf(const ControlTemplate& control, const ControlValue& value) {
+    if (control.kind == ControlKind::Integer) return std::get<int>(value);
+    if (control.kind == ControlKind::Real) return std::get<double>(value);
+    return std::nullopt;
 }
 
 } // namespace
@@ -93,10 +109,70 @@ DialogResult CAnalysisDialog::Open() {
     return Guarded([this] { OnOpen(); });
 }
 
-DialogResult CAnalysisDialog::Press(int control) {
+void CAnalysisDialog::ThrowIfClosed() const {
+    if (IsClosed()) throw std::logic_error("the dialog has been closed");
+}
+
+DialogResult CAnalysisDialog::Usable(int control, std::string_view kind) const {
     if (closed_) return DialogResult::refused("the dialog has been closed");
     const ControlTemplate* found = template_.Find(control);
-    if (found == nullptr || (found->kind != ControlKind::PushButton && found->kind != ControlKind::List))
+    if (found == nullptr)
+        return DialogResult::refused("there is no " + std::string{kind} + " " + std::to_string(control) +
+                                     " in this dialog");
+    if (!IsEnabled(control))
+        return DialogResult::refused(Quoted(*found) + " is disabled while the dialog's settings are as they are");
+    return {};
+}
+
+DialogResult CAnalysisDialog::DataChanged() {
+    if (!open_ || closed_) return DialogResult::refused("the dialog is not open");
+    return Guarded([this] { OnDataChanged(); });
+}
+
+void CAnalysisDialog::Enable(int control, bool enabled) {
+    for (const ControlTemplate& each : template_.controls) {
+        if (each.id != control && (each.repeats == 0 || each.repeats != control)) continue;
+        if (IsEnabled(each.id) == enabled) continue;
+        if (enabled)
+            disabled_.erase(each.id);
+        else
+            disabled_.insert(each.id);
+        Tell(&DialogObserver::ControlEnabled, each.id);
+    }
+}
+
+std::string CAnalysisDialog::TextOf(int string, double number) const {
+    std::string text = string != 0 ? analysis_.GetResourceString(string) : std::string{};
+    if (const auto place = text.find("%1"); place != std::string::npos)
+        text.replace(place, 2, NumberInWords(number));
+    return text;
+}
+
+bool CAnalysisDialog::RangeHolds(int control) {
+    const ControlTemplate* found = template_.Find(control);
+    const auto number = found != nullptr ? NumberOf(*found, Value(control)) : std::nullopt;
+    if (!number || Contains(found->range, *number)) return true;
+    const NumberRange& range = found->range;
+    if (range.message != 0)
+        analysis_.DspMessageBox(MessageStyle::Refusal, this, range.message, TextOf(range.detail, *number));
+    else
+        analysis_.DspMessageBox(MessageStyle::Refusal, this, 0,
+                                Quoted(*found) + " takes numbers " + RangeInWords(range) + ".",
+                                TextOf(range.detail, *number));
+    if (range.IsReset()) {
+        if (found->kind == ControlKind::Integer)
+            SetValue(control, static_cast<int>(range.resetTo));
+        else
+            SetValue(control, range.resetTo);
+        OnValueChanged(control);
+    }
+    return false;
+}
+
+DialogResult CAnalysisDialog::Press(int control) {
+    const ControlTemplate* found = template_.Find(control);
+    if (DialogResult usable = Usable(control, "button"); !usable.done) return usable;
+    if (found->kind != ControlKind::PushButton && found->kind != ControlKind::List)
         return DialogResult::refused("there is no button " + std::to_string(control) + " in this dialog");
     bool succeeded = false;
     DialogResult result = Guarded([&, this] {
@@ -109,10 +185,8 @@ DialogResult CAnalysisDialog::Press(int control) {
 }
 
 DialogResult CAnalysisDialog::PutValue(int control, ControlValue value) {
-    if (closed_) return DialogResult::refused("the dialog has been closed");
     const ControlTemplate* found = template_.Find(control);
-    if (found == nullptr)
-        return DialogResult::refused("there is no control " + std::to_string(control) + " in this dialog");
+    if (DialogResult usable = Usable(control, "control"); !usable.done) return usable;
     return Guarded([&, this] {
         if (DialogResult fit = Fits(*found, value); !fit.done) throw std::runtime_error(fit.reason);
         SetValue(control, std::move(value));
@@ -126,6 +200,14 @@ DialogResult CAnalysisDialog::Fits(const ControlTemplate& control, const Control
     if (value.index() != InitialValue(control).index())
         return DialogResult::refused("the value is of a type that this control does not take");
 
+    const auto number = NumberOf(control, value);
+    if (number && !control.range.IsReset() && !Contains(control.range, *number)) {
+        const std::string known = TextOf(control.range.message, *number);
+        return DialogResult::refused(!known.empty() ? known
+                                                    : Quoted(control) + " takes numbers " +
+                                                          RangeInWords(control.range) + ", not " +
+                                                          NumberInWords(*number));
+    }
     if (const auto* position = std::get_if<int>(&value)) {
         const int first = control.kind == ControlKind::RadioGroup ? 1 : 0;
         const int entries = static_cast<int>(control.choices.size());

@@ -7,6 +7,7 @@
 #include "support/dialogs/DialogTemplate.h"
 
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,8 @@ public:
     virtual ~DialogObserver() = default;
     /// A control's value changed, whoever changed it.
     virtual void ControlChanged(CAnalysisDialog& /*dialog*/, int /*control*/) {}
+    /// A control can be used from now on, or cannot any more.
+    virtual void ControlEnabled(CAnalysisDialog& /*dialog*/, int /*control*/) {}
     /// A button was pressed: what it does begins, and has ended. `succeeded` as in `DialogResult`.
     virtual void CommandBegins(CAnalysisDialog& /*dialog*/, int /*control*/) {}
     virtual void CommandEnded(CAnalysisDialog& /*dialog*/, int /*control*/, bool /*succeeded*/) {}
@@ -61,20 +64,30 @@ public:
     /// Whether it closed towards the next step of the analysis (its OK was accepted).
     [[nodiscard]] bool ClosedForward() const { return forward_; }
 
-    /// Presses a button, or performs a list's selected entry (a double-click). Refused for anything else.
+    /// Throws std::logic_error when the dialog was closed: a script may still hold it.
+    void ThrowIfClosed() const;
+
+    /// Presses a button, or performs a list's selected entry (a double-click). Refused for anything else, and
+    /// for a button that is disabled.
     DialogResult Press(int control);
 
     /// The generic control-value operation. A value that does not fit the control (another type, a position
-    /// that it has not, a variable that the data have not, more variables than a box holds) is refused and
-    /// changes nothing.
+    /// that it has not, a variable that the data have not, more variables than a box holds, a number out of
+    /// range) is refused and changes nothing, and so is any for a control that is disabled.
     DialogResult PutValue(int control, ControlValue value);
     /// With how many decimals a number is shown at most: the template says it, or the dialog by the value.
     [[nodiscard]] virtual int Decimals(const ControlTemplate& control) const { return control.decimals; }
     /// The value of a control; monostate for a button or an unknown control.
     [[nodiscard]] const ControlValue& Value(int control) const;
 
-    /// Settings that every dialog has beyond its controls (where automation routes results to), by name.
-    void PutSetting(std::string_view name, std::string value);
+    /// Whether a control can be used; the dialog says so.
+    [[nodiscard]] bool IsEnabled(int control) const { return disabled_.count(control) == 0; }
+
+    /// Other data took the place of those that the dialog was opened over: it shows what is left of its
+    /// selections, or closes.
+    DialogResult DataChanged();
+
+    /// What a dialog tells scripts besides its controls, by the name of the member.
     [[nodiscard]] std::string Setting(std::string_view name) const;
 
     void AddObserver(DialogObserver& observer);
@@ -85,10 +98,18 @@ protected:
     /// Does what a button is for. Answers whether it came about; why not, the user was told.
     virtual bool OnCommand(int /*control*/) { return true; }
     virtual void OnValueChanged(int /*control*/) {}
+    virtual void OnDataChanged() {}
     /// The message for memory that ran out while this dialog worked, in the string table; 0: none.
     [[nodiscard]] virtual int NotEnoughMemoryString() const { return 0; }
 
     void AttachAutomation(const AutomationInterface& automation) { interface_ = &automation; }
+
+    /// Enables or disables a control, and buttons that do the same; observers hear of it.
+    void Enable(int control, bool enabled);
+    /// Whether the number of a control that the dialog is about to use lies in its range. If not, the message
+    /// of the range is shown, the number that it names takes the place, and false is answered.
+    bool RangeHolds(int control);
+    void PutSetting(std::string_view name, std::string value);
 
     /// Writes a control without asking whether it fits and without `OnValueChanged`; observers hear of it.
     void SetValue(int control, ControlValue value);
@@ -111,11 +132,15 @@ private:
     Guarded(const Action& action); // no std::function: it may ask for memory, which may have run out
     void TellNoMemory() noexcept;
     DialogResult Fits(const ControlTemplate& control, const ControlValue& value) const;
+    /// Whether the control can be used now; a reason when it cannot.
+    DialogResult Usable(int control, std::string_view kind) const;
+    std::string TextOf(int string, double number) const;
 
     CAnalysisSupport& analysis_;
     const DialogTemplate& template_;
     const AutomationInterface* interface_ = nullptr;
     std::map<int, ControlValue> values_;
+    std::set<int> disabled_;
     std::map<std::string, std::string, std::less<>> settings_;
     std::vector<DialogObserver*> observers_;
     bool open_ = false;

@@ -7,8 +7,4 @@ bool CAnalysisModelessDialog::CreateAnalysisDialog(std::unique_ptr<CAnalysisMode
     return host.CreateAnalysisDialog(dialog);
 }
 
-void CAnalysisModelessDialog::ThrowIfClosed() const {
-    if (IsClosed()) throw std::logic_error("the dialog has been closed");
-}
-
 } // namespace ozm

@@ -4,7 +4,6 @@
 #include "support/dialogs/CAnalysisDialog.h"
 
 #include <memory>
-#include <stdexcept>
 
 namespace ozm {
 
@@ -15,9 +14,6 @@ public:
 
     /// Hands a dialog to the host, which opens it. False when the host refused it; the dialog is then gone.
     static bool CreateAnalysisDialog(std::unique_ptr<CAnalysisModelessDialog> dialog);
-
-    /// Throws std::logic_error when the dialog was closed: a script may still hold it.
-    void ThrowIfClosed() const;
 };
 
 } // namespace ozm

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace ozm {
@@ -41,6 +42,32 @@ struct ChoiceTemplate {
     int member = 0;  ///< value of the automation enumeration that stands for the entry, 0: none
 };
 
+/// The numbers that an Integer or Real control takes; its ends have the tolerance of codes.
+struct NumberRange {
+    double least = -std::numeric_limits<double>::infinity();
+    double greatest = std::numeric_limits<double>::infinity();
+    bool withLeast = true; ///< the end itself lies in the range
+    bool withGreatest = true;
+    int message = 0; ///< what is told of a number outside, in the string table; 0: a text that names the range
+    int detail = 0;  ///< text beside the message that takes the number given (%1); 0: none
+    /// NaN: a number outside is refused when it is put. Else it is taken, and when the dialog wants to use it
+    /// (`CAnalysisDialog::RangeHolds`), the message is shown and this number takes its place.
+    double resetTo = std::numeric_limits<double>::quiet_NaN();
+
+    [[nodiscard]] constexpr bool IsLimited() const {
+        return least > -std::numeric_limits<double>::infinity() ||
+               greatest < std::numeric_limits<double>::infinity();
+    }
+    [[nodiscard]] constexpr bool IsReset() const { return resetTo == resetTo; }
+};
+
+/// Whether a number lies in a range; NaN lies in none that is limited.
+KORVANA_SUPPORT bool Contains(const NumberRange& range, double number);
+/// The range in words: "from 3 to 30", "of at least 1e-05 and below 1".
+KORVANA_SUPPORT std::string RangeInWords(const NumberRange& range);
+/// A number in as few digits as tell it from all others.
+KORVANA_SUPPORT std::string NumberInWords(double number);
+
 /// One control as a template states it. Texts may hold an accelerator ("&") and may begin with the number of
 /// an icon
 /// ("!249S&ummary") or its letter ("ePercentiles"); `ParseControlText` takes them apart.
@@ -61,6 +88,7 @@ struct ControlTemplate {
     std::span<const std::string_view> codeWords{};
     /// A real number: a share of 1, which people also write in percent.
     bool isShare = false;
+    NumberRange range{}; ///< of an Integer or Real control
 };
 
 /// A dialog: its number, title, tab pages and controls in tabbing order.

@@ -123,6 +123,10 @@ struct NullExpressions : ExpressionService {
         result = 0.0;
         return 1;
     }
+    int RunSpreadsheetFormulas(std::span<const std::span<const double>>, const CompiledExpression&,
+                               std::span<double>) override {
+        return -1;
+    }
 };
 
 struct NullFiles : FileService {
@@ -152,10 +156,12 @@ struct NullDialogs : DialogService {
     bool CreateAnalysisDialog(std::unique_ptr<CAnalysisModelessDialog>&) override { return false; }
     int RunModal(CAnalysisModalDialog&) override { return -1; }
     void DialogExits(CAnalysisDialog&, int, ExitMode, int) override {}
+    std::string ApplicationName() override { return {}; }
     bool IsOleAutomation() override { return false; }
     bool OpenDataFile() override { return false; }
     void DefineWeight() override {}
     void DefineSelCond() override {}
+    void TurnWeightsOff() override {}
     void EnableStartupMenus(bool) override {}
     void RestoreResultsWindows(CAnalysisDialog&) override {}
 };

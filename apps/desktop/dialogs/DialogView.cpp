@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QLabel>
 #include <QPointer>
 #include <QTabWidget>
 
@@ -36,6 +37,8 @@ DialogView::DialogView(ozm::CAnalysisDialog& dialog, QWidget* parent)
     chooseDefaults();
     for (const ozm::ControlTemplate& control : dialog.Template().controls)
         showValue(control.id);
+    for (const ozm::ControlTemplate& control : dialog.Template().controls)
+        showEnabled(control.id);
     offerCodes();
     dialog.AddObserver(*this);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget* before, QWidget* focused) {
@@ -77,6 +80,27 @@ ControlField* DialogView::fieldOf(int control) {
 void DialogView::showValue(int control) {
     for (const Placed& placed : placed_)
         if (placed.control->id == control) placed.field->showValue(dialog_->Value(control));
+}
+
+void DialogView::showEnabled(int control) {
+    const bool enabled = dialog_->IsEnabled(control);
+    for (const Placed& placed : placed_) {
+        if (placed.control->id != control || placed.field->isEnabledTo(this) == enabled) continue;
+        // What was typed there does not count any more, nor does what was wrong with it.
+        if (!enabled) placed.field->showValue(dialog_->Value(control));
+        const QWidget* subject = callout_->subject();
+        if (!enabled && subject != nullptr &&
+            (subject == placed.field || placed.field->isAncestorOf(subject)))
+            callout_->hide();
+        placed.field->setEnabled(enabled);
+        for (QLabel* caption : findChildren<QLabel*>())
+            if (caption->buddy() != nullptr && placed.field->isAncestorOf(caption->buddy()))
+                caption->setEnabled(enabled);
+    }
+}
+
+void DialogView::ControlEnabled(ozm::CAnalysisDialog& /*dialog*/, int control) {
+    if (dialog_ != nullptr) showEnabled(control);
 }
 
 void DialogView::ControlChanged(ozm::CAnalysisDialog& /*dialog*/, int control) {

@@ -86,6 +86,7 @@ private:
     };
 
     void ControlChanged(ozm::CAnalysisDialog& dialog, int control) override;
+    void ControlEnabled(ozm::CAnalysisDialog& dialog, int control) override;
     void DialogClosed(ozm::CAnalysisDialog& dialog) override;
 
     ozm::CAnalysisSupport* analysis() override;
@@ -100,6 +101,7 @@ private:
     ControlField* add(const ozm::ControlTemplate& control, int page, QWidget* parent);
     void chooseDefaults();
     void showValue(int control);
+    void showEnabled(int control);
     void offerCodes();
     void offerSwaps();
     /// Puts the codes that follow from what the user has just changed.

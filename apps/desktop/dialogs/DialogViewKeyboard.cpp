@@ -26,7 +26,7 @@ void DialogView::focusFirst() {
     const int page = tabs_ != nullptr ? tabs_->currentIndex() : -1;
     for (const Placed& placed : placed_) {
         const bool shown = placed.page == -1 || placed.page == page;
-        if (shown && placed.control->kind != ozm::ControlKind::Summary) {
+        if (shown && placed.field->isEnabledTo(this) && placed.control->kind != ozm::ControlKind::Summary) {
             placed.field->setFocus(Qt::OtherFocusReason);
             return;
         }

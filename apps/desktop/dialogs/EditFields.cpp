@@ -66,6 +66,23 @@ void askForRoom(QPlainTextEdit* text, int columns, int lines) {
                           metrics.height()); // a scroll bar's worth
 }
 
+/// Its arrows stop at the ends of the control's range; anything can be typed, and what is wrong with it is told.
+class RangedBox : public QSpinBox {
+public:
+    RangedBox(const ozm::NumberRange& range, QWidget* parent) : QSpinBox(parent), range_(range) {}
+
+protected:
+    [[nodiscard]] StepEnabled stepEnabled() const override {
+        StepEnabled steps = StepNone;
+        if (ozm::Contains(range_, value() + 1.0) || value() < range_.least) steps |= StepUpEnabled;
+        if (ozm::Contains(range_, value() - 1.0) || value() > range_.greatest) steps |= StepDownEnabled;
+        return steps;
+    }
+
+private:
+    const ozm::NumberRange& range_;
+};
+
 } // namespace
 
 ButtonField::ButtonField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
@@ -118,7 +135,7 @@ void RadioField::showValue(const ozm::ControlValue& value) {
 }
 
 IntegerField::IntegerField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
-    : ControlField(control, host, parent), box_(new QSpinBox(this)) {
+    : ControlField(control, host, parent), box_(new RangedBox(control.range, this)) {
     box_->setLocale(QLocale::c());
     box_->setRange(std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
     box_->setKeyboardTracking(false);

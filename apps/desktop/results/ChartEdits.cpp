@@ -15,6 +15,7 @@ void edit(ozm::ChartAxis& axis, const std::optional<std::string>& title, const s
 ozm::CChartInfo edited(const ozm::CChartInfo& info, const ChartEdits& edits) {
     ozm::CChartInfo result = info;
     if (edits.title) result.title = *edits.title;
+    if (edits.numbersAtRisk) result.numbersAtRisk = *edits.numbersAtRisk;
     edit(result.xAxis, edits.xTitle, edits.x);
     edit(result.yAxis, edits.yTitle, edits.y);
     return result;

@@ -15,10 +15,10 @@ struct ChartEdits {
     std::optional<std::string> yTitle;
     std::optional<Extent> x; ///< low < high
     std::optional<Extent> y;
-    bool numbersAtRisk = false;
+    std::optional<bool> numbersAtRisk{};
     bool operator==(const ChartEdits&) const = default;
 
-    [[nodiscard]] bool changesChart() const { return title || xTitle || yTitle || x || y; }
+    [[nodiscard]] bool changesChart() const { return *this != ChartEdits{}; }
 };
 
 /// The chart with the changes made.

@@ -53,7 +53,7 @@ ChartSettingsDialog::ChartSettingsDialog(const ozm::CChartInfo& original, const 
             edits.y, y);
     if (tellsNumbersAtRisk(original)) {
         atRisk_ = new QCheckBox(tr("&Numbers at risk under the horizontal axis"));
-        atRisk_->setChecked(edits.numbersAtRisk);
+        atRisk_->setChecked(edits.numbersAtRisk.value_or(original.numbersAtRisk));
         column->addWidget(atRisk_);
     }
     problem_->setWordWrap(true);
@@ -144,6 +144,7 @@ void ChartSettingsDialog::restoreOriginal() {
     axes_[1].title->setText(text(original_.yAxis.title));
     for (const Axis& axis : axes_)
         axis.automatic->setChecked(true);
+    if (atRisk_ != nullptr) atRisk_->setChecked(original_.numbersAtRisk);
 }
 
 void ChartSettingsDialog::accept() {
@@ -153,7 +154,10 @@ void ChartSettingsDialog::accept() {
     wanted.title = changed(*title_, original_.title);
     wanted.xTitle = changed(*axes_[0].title, original_.xAxis.title);
     wanted.yTitle = changed(*axes_[1].title, original_.yAxis.title);
-    wanted.numbersAtRisk = atRisk_ != nullptr ? atRisk_->isChecked() : edits_.numbersAtRisk;
+    if (atRisk_ == nullptr)
+        wanted.numbersAtRisk = edits_.numbersAtRisk;
+    else if (atRisk_->isChecked() != original_.numbersAtRisk)
+        wanted.numbersAtRisk = atRisk_->isChecked();
     edits_ = wanted;
     QDialog::accept();
 }

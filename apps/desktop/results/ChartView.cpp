@@ -48,11 +48,12 @@ ChartView::ChartView(const ozm::CChartInfo& info, QWidget* parent)
     addAction(settings_);
     atRisk_->setCheckable(true);
     atRisk_->setVisible(tellsNumbersAtRisk(info));
+    atRisk_->setChecked(info.numbersAtRisk);
     connect(settings_, &QAction::triggered, this, [this] { editSettings(); });
     connect(reset_, &QAction::triggered, this, &ChartView::resetZoom);
     connect(atRisk_, &QAction::toggled, this, [this](bool on) {
-        if (edits_.numbersAtRisk == on) return;
-        edits_.numbersAtRisk = on;
+        if (drawn_.numbersAtRisk == on) return;
+        edits_.numbersAtRisk = on == info_.numbersAtRisk ? std::nullopt : std::optional{on};
         draw();
     });
 
@@ -108,7 +109,6 @@ void ChartView::draw() {
     options.thin = false;
     drawnWidth_ = size.width();
     options.dark = isDark(palette());
-    options.numbersAtRisk = edits_.numbersAtRisk;
     options.textScale =
         std::max(1.0, static_cast<double>(QFontInfo(font()).pixelSize()) / kLettersAtScaleOne);
     fillPlot(*plot_, drawn_, options);
@@ -140,9 +140,9 @@ void ChartView::refresh() {
 
 void ChartView::setEdits(const ChartEdits& edits) {
     edits_ = edits;
-    atRisk_->setChecked(edits.numbersAtRisk);
     resetZoom(); // a range that was asked for is to be seen
     draw();
+    atRisk_->setChecked(drawn_.numbersAtRisk);
 }
 
 ozm::CChartInfo ChartView::shownChart() const {
@@ -161,8 +161,7 @@ void ChartView::editSettings(ChartSettingsDialog::Field field) {
 }
 
 void ChartView::copy() {
-    const Picture picture =
-        renderChart(shownChart(), PictureFormat::Png, {.numbersAtRisk = edits_.numbersAtRisk});
+    const Picture picture = renderChart(shownChart(), PictureFormat::Png);
     QImage image;
     if (picture.drawn()) image.loadFromData(QByteArray::fromStdString(picture.bytes), "PNG");
     if (image.isNull()) {

@@ -36,7 +36,7 @@ ResultsBook alone(const ResultsBook& book, std::size_t place, const Chart* chart
 }
 
 void writePicture(const Chart& chart, PictureFormat format, const std::filesystem::path& target) {
-    const Picture picture = drawChart(chart.info, format, {.numbersAtRisk = chart.numbersAtRisk});
+    const Picture picture = drawChart(chart.info, format);
     if (!picture.drawn()) throwCannotWrite(target, picture.error);
     writeFile(target, picture.bytes);
 }
@@ -115,7 +115,6 @@ ResultsBook withEdits(const ResultsBook& book, const std::map<std::size_t, Chart
         auto* chart = std::get_if<Chart>(&copy.outputs[place]);
         if (chart == nullptr) continue;
         chart->info = edited(chart->info, changes);
-        chart->numbersAtRisk = changes.numbersAtRisk;
     }
     for (auto place = removed.rbegin(); place != removed.rend(); ++place)
         copy.outputs.erase(copy.outputs.begin() + static_cast<std::ptrdiff_t>(*place));

@@ -69,9 +69,7 @@ public:
         const double height = scale * kChartHeight;
         if (y_ + height > area_.height()) newPage();
         QCustomPlot plot;
-        PlotOptions options{kChartWidth, kChartHeight};
-        options.numbersAtRisk = chart.numbersAtRisk;
-        fillPlot(plot, chart.info, options);
+        fillPlot(plot, chart.info, {kChartWidth, kChartHeight});
         painter_.save();
         painter_.translate((area_.width() - scale * kChartWidth) / 2, y_);
         painter_.scale(scale, scale);

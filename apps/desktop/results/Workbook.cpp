@@ -234,13 +234,7 @@ OutputView* Workbook::view(Run& run, int place) {
     if (const auto* sheet = std::get_if<Spreadsheet>(&output)) {
         one = new SheetView(*sheet);
     } else if (const auto* chart = std::get_if<Chart>(&output)) {
-        auto* drawn = new ChartView(chart->info);
-        if (chart->numbersAtRisk) {
-            ChartEdits edits;
-            edits.numbersAtRisk = true;
-            drawn->setEdits(edits);
-        }
-        one = drawn;
+        one = new ChartView(chart->info);
     } else {
         const auto* report = &std::get<Report>(output);
         one = new ReportView([report]() -> const std::vector<std::string>& { return report->lines; },

@@ -95,10 +95,7 @@ void Workbook::clear() {
 
 ChartEdits Workbook::editsOf(const Run& run, std::size_t place) {
     if (const auto* view = qobject_cast<const ChartView*>(run.outputs[place].view)) return view->edits();
-    ChartEdits edits;
-    if (const auto* chart = std::get_if<Chart>(&run.book->outputs[place]))
-        edits.numbersAtRisk = chart->numbersAtRisk;
-    return edits;
+    return {};
 }
 
 void Workbook::markExported(Run& run, const FormatSet& formats) {

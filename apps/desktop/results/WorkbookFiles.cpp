@@ -66,7 +66,7 @@ std::map<std::size_t, ChartEdits> Workbook::editsOf(const Run& run) const {
     std::map<std::size_t, ChartEdits> edits;
     for (std::size_t place = 0; place < run.outputs.size(); ++place) {
         const auto* chart = qobject_cast<const ChartView*>(run.outputs[place].view);
-        if (chart != nullptr && (chart->edits().changesChart() || chart->edits().numbersAtRisk))
+        if (chart != nullptr && chart->edits().changesChart())
             edits[place] = chart->edits();
     }
     return edits;
@@ -82,7 +82,7 @@ std::vector<std::size_t> Workbook::removedOf(const Run& run) {
 std::unique_ptr<Chart> Workbook::shownChart() const {
     const auto* chart = qobject_cast<const ChartView*>(pages_->currentWidget());
     if (chart == nullptr) return nullptr;
-    return std::make_unique<Chart>(Chart{chart->shownChart(), chart->edits().numbersAtRisk});
+    return std::make_unique<Chart>(Chart{chart->shownChart()});
 }
 
 void Workbook::exportOutput() {
@@ -246,8 +246,7 @@ void Workbook::printOn(QPrinter& printer) {
                 if (edit == edits.end()) {
                     items.push_back(printItem(output));
                 } else {
-                    items.emplace_back(Chart{edited(std::get<Chart>(output).info, edit->second),
-                                             edit->second.numbersAtRisk});
+                    items.emplace_back(Chart{edited(std::get<Chart>(output).info, edit->second)});
                 }
             }
         }

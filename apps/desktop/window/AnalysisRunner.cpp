@@ -62,6 +62,7 @@ void AnalysisRunner::start() {
         view_->activateWindow();
         return;
     }
+    knownData_ = data().generation();
     session_.start();
     pump();
 }
@@ -75,13 +76,15 @@ void AnalysisRunner::stop() {
 }
 
 void AnalysisRunner::dataReplaced() {
-    if (!isActive()) return;
-    dropView();
-    start();
+    knownData_ = data().generation();
+    session_.dataReplaced();
+    dataChanged();
+    pump();
 }
 
 void AnalysisRunner::dataChanged() {
     if (view_ == nullptr || view_->dialog() == nullptr) return;
+    if (knownData_ != data().generation()) return; // the dialog still holds variables of the data before
     if (!view_->isBusy()) view_->refreshData();
     // A dialog without an OK has nothing to run: it shows the results of the run before it.
     const bool showsResults = view_->dialog()->Template().Find(ozm::ControlOk) == nullptr;
@@ -249,6 +252,7 @@ std::optional<std::string> AnalysisRunner::fileToSave(const FileRequest& request
 bool AnalysisRunner::openData(ActiveData& /*data*/) {
     bool opened = false;
     emit openDataRequested(&opened);
+    knownData_ = data().generation();
     return opened;
 }
 
@@ -258,10 +262,6 @@ void AnalysisRunner::defineWeights(ActiveData& /*data*/) {
 
 void AnalysisRunner::defineSelection(ActiveData& /*data*/) {
     emit selectionRequested();
-}
-
-void AnalysisRunner::restoreResults(ozm::CAnalysisDialog& /*dialog*/) {
-    emit resultsRequested();
 }
 
 bool AnalysisRunner::editStartValues(std::span<const std::string> names, std::span<double> values) {

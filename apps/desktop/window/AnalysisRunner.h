@@ -48,7 +48,7 @@ public:
     /// A computation that takes longer shows what it is doing; 250 ms unless set.
     void setProgressDelay(int milliseconds) { progressDelay_ = milliseconds; }
 
-    /// Other data were opened: a running analysis begins anew, for its selections belong to the data before.
+    /// Other data were opened: a running analysis goes on over them in its own way.
     void dataReplaced();
     /// Data, selection or weights changed, or may have: a dialog with results of the state before says so.
     void dataChanged();
@@ -64,8 +64,9 @@ signals:
     void openDataRequested(bool* opened);
     void weightsRequested();
     void selectionRequested();
-    void resultsRequested();
     void finishedComputing();
+    /// The analysis itself turned the case weights off.
+    void dataUseWasChanged();
 
 private:
     void pump();
@@ -97,7 +98,7 @@ private:
     void defineWeights(ActiveData& data) override;
     void defineSelection(ActiveData& data) override;
     bool editStartValues(std::span<const std::string> names, std::span<double> values) override;
-    void restoreResults(ozm::CAnalysisDialog& dialog) override;
+    void dataUseChanged() override { emit dataUseWasChanged(); }
 
     /// What a message box stands over, and nothing else in front of it.
     QWidget* boxParent();
@@ -118,6 +119,7 @@ private:
     std::map<int, Left> left_; ///< by the template's number
     QElapsedTimer computing_;
     int progressDelay_ = 250;
+    int knownData_ = 0; ///< generation of the data that the analysis knows of
     bool busy_ = false;
     bool pumping_ = false;
 };

@@ -163,7 +163,7 @@ void MainWindow::connectRunner() {
     });
     connect(runner, &AnalysisRunner::weightsRequested, this, &MainWindow::defineWeights);
     connect(runner, &AnalysisRunner::selectionRequested, this, &MainWindow::defineSelection);
-    connect(runner, &AnalysisRunner::resultsRequested, this, [this] { workbook_->update(); });
+    connect(runner, &AnalysisRunner::dataUseWasChanged, this, &MainWindow::showData);
     connect(runner, &AnalysisRunner::finishedComputing, this, [this] {
         // Not below the runner, which is about to say more.
         if (std::exchange(closeWhenFinished_, false))

@@ -43,7 +43,7 @@ TEST(ResultsBook, OutputsHaveNamesForPrograms) {
         return origin;
     };
     book.append(Report{"", {}, made("Summary")});
-    book.append(Chart{{}, false, made("Summary")});
+    book.append(Chart{{}, made("Summary")});
     for (const char* id : {"Summary", "Tables", "Tables"})
         book.append(Spreadsheet{}).origin = made(id);
     book.append(Report{});

@@ -1,4 +1,4 @@
-#include "module/survdata/CodeComparison.h"
+#include "support/CodeComparison.h"
 #include "module/survdata/CodeDecimals.h"
 #include "module/survdata/CodeIndex.h"
 #include "module/survdata/DayNumber.h"

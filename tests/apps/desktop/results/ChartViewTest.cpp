@@ -183,7 +183,7 @@ TEST_F(SettingsTest, WhatWasNotTouchedIsNoChange) {
 
     ChartEdits all{
         .title = "T", .xTitle = "", .yTitle = "S", .x = Extent{1.0 / 3, 2.0 / 3}, .y = Extent{0, 1e-9 / 7}};
-    all.numbersAtRisk = true;
+    all.numbersAtRisk = false;
     ChartSettingsDialog again(info_, all, {0, 9}, {0, 1}, ChartSettingsDialog::Field::Title);
     again.accept();
     EXPECT_EQ(again.edits(), all) << "an OK alone is no edit";

@@ -1,18 +1,25 @@
-#include "module/survdata/CodeComparison.h"
+#pragma once
 
 #include <bit>
 #include <cmath>
 #include <cstdint>
 
-namespace ozm::survival {
+namespace ozm {
 
-std::int64_t OrderedPattern(double x) {
+/// Codes this many units in the last place apart are equal.
+inline constexpr std::int64_t equalCodesLieWithin = 15;
+
+/// The bit pattern of a finite number on one ordered integer scale: neighbouring doubles differ by 1, and -0
+/// stands where 0 does.
+inline std::int64_t OrderedPattern(double x) {
     const auto pattern = std::bit_cast<std::uint64_t>(x);
     constexpr std::uint64_t signBit = std::uint64_t{1} << 63;
     return static_cast<std::int64_t>((pattern & signBit) != 0 ? signBit - pattern : pattern);
 }
 
-bool CodesEqual(double a, double b) {
+/// Whether two doubles are equal as codes: both finite and at most 15 units in the last place apart. An unset
+/// code equals nothing, itself included.
+inline bool CodesEqual(double a, double b) {
     if (!std::isfinite(a) || !std::isfinite(b)) return false;
     const std::int64_t x = OrderedPattern(a);
     const std::int64_t y = OrderedPattern(b);
@@ -22,8 +29,9 @@ bool CodesEqual(double a, double b) {
     return distance <= static_cast<std::uint64_t>(equalCodesLieWithin);
 }
 
-bool GreaterThan(double a, double b) {
+/// Whether a is greater than b by more than that tolerance.
+inline bool GreaterThan(double a, double b) {
     return a > b && !CodesEqual(a, b);
 }
 
-} // namespace ozm::survival
+} // namespace ozm

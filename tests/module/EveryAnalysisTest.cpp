@@ -163,5 +163,18 @@ TEST_P(EveryAnalysis, EveryAllocationOfTheRuntimeFailingInTurn) {
     EXPECT_TRUE(Whole());
 }
 
+TEST_P(EveryAnalysis, CurvesOverTimeAskForTheNumbersAtRisk) {
+    Specify();
+    ASSERT_TRUE(Whole());
+    ASSERT_FALSE(host.charts.empty());
+    for (const CChartInfo& chart : host.charts) {
+        const bool tell = std::any_of(chart.series.begin(), chart.series.end(),
+                                      [](const ChartSeries& series) { return !series.leaving.empty(); });
+        const bool survival = chart.yAxis.title.starts_with("Cum");
+        const bool overTime = survival && chart.xAxis.title.find("Log") == std::string::npos;
+        EXPECT_EQ(tell && chart.numbersAtRisk, overTime) << chart.title;
+    }
+}
+
 } // namespace
 } // namespace ozm::survival

@@ -3,6 +3,7 @@
 #include "tests/host/session/TinyAnalysis.h"
 
 #include <gtest/gtest.h>
+#include <random>
 
 namespace korvana {
 namespace {
@@ -240,6 +241,48 @@ TEST_F(ServicesTest, FormulasTakeValuesByAscendingReference) {
         std::span<const int> References() const override { return {}; }
     } stranger;
     EXPECT_NE(formulas.RunSpreadsheetFormula({}, stranger, result), 0);
+    EXPECT_LT(formulas.RunSpreadsheetFormulas({}, stranger, {}), 0);
+}
+
+TEST_F(ServicesTest, ManyCasesAtOnceGiveWhatEachGivesByItself) {
+    ozm::ExpressionService& formulas = host.Expressions();
+    const std::string extra[] = {"T_"};
+    std::mt19937 random(1);
+    for (const char* text : {"x1 * T_ + x2", "T_ / x1", "log(x2 - x1) + T_", "if(missing(x2), 1, x1) * T_", "T_", "7"}) {
+        std::unique_ptr<ozm::CompiledExpression> compiled;
+        std::string error;
+        ASSERT_EQ(formulas.COMP(text, extra, compiled, error), 0) << error;
+        constexpr std::size_t cases = 200;
+        const double seldom[] = {0, -9, NAN, 1e308, -1, 2.5};
+        std::vector<std::vector<double>> cells;
+        for (const int reference : compiled->References()) {
+            auto& column = cells.emplace_back(reference == 3 ? 1 : cases); // one time for all
+            for (double& cell : column)
+                cell = seldom[random() % std::size(seldom)];
+        }
+        const std::vector<std::span<const double>> columns(cells.begin(), cells.end());
+        std::vector<double> results(cases, -77);
+        const int failures = formulas.RunSpreadsheetFormulas(columns, *compiled, results);
+        int expectedFailures = 0;
+        for (std::size_t i = 0; i < cases; ++i) {
+            std::vector<double> values;
+            for (const auto& column : cells)
+                values.push_back(column[column.size() == 1 ? 0 : i]);
+            double one = 0;
+            const bool failed = formulas.RunSpreadsheetFormula(values, *compiled, one) != 0;
+            expectedFailures += failed ? 1 : 0;
+            EXPECT_TRUE(failed ? std::isnan(results[i]) : results[i] == one) << text << ", case " << i;
+        }
+        EXPECT_EQ(failures, expectedFailures) << text;
+        if (columns.empty()) continue;
+        const std::vector<double> before = {1, 2, 3};
+        std::vector<double> kept = before;
+        EXPECT_LT(formulas.RunSpreadsheetFormulas(std::span{columns}.first(columns.size() - 1), *compiled, kept), 0);
+        cells[0].resize(2);
+        const std::vector<std::span<const double>> wrong(cells.begin(), cells.end());
+        EXPECT_LT(formulas.RunSpreadsheetFormulas(wrong, *compiled, kept), 0);
+        EXPECT_EQ(kept, before);
+    }
 }
 
 } // namespace

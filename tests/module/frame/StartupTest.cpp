@@ -29,6 +29,10 @@ TEST_F(KaplanFixture, StartupEntriesLeadToTheirAnalyses) {
         EXPECT_EQ(ModuleState().shared.analysisType, row.type);
         EXPECT_EQ(ModuleState().regression.settings.modelKind, row.modelKind);
         EXPECT_EQ(ModuleState().shared.timeVariables, row.type == AnalysisType::Regression ? 0 : 1);
+        // So it is when the analysis is begun anew.
+        analysis.Initialize();
+        host.Go(analysis, StepInitialize);
+        EXPECT_EQ(host.Script().Get("TypeOfAnalysis").value, AutomationValue{row.member});
     }
 }
 

@@ -46,16 +46,40 @@ TEST_F(KaplanFixture, CancelGoesBackWithTheSelectionsInPlace) {
     EXPECT_EQ(analysis.ForwardSequence(StepStart, 99), 0);
 }
 
-TEST_F(KaplanFixture, ChangedDataUnsetTheCodesAndKeepTheVariables) {
-    ASSERT_EQ(Run(), StepKaplanResults);
-    host.Press(analysis, ControlCancel);
-    analysis.InitializeAfterFileChanged();
-    host.Press(analysis, ControlCancel);
-    host.Press(analysis, ControlOk);
-    AutomationObject script = host.Script();
-    EXPECT_TRUE(std::isnan(std::get<double>(script.Get("CodeForCompleteResponses").value.value)));
-    EXPECT_EQ(std::get<AutomationValue::List>(script.Get("Variables").value.value)[1],
-              (AutomationValue{AutomationValue::List{2}}));
+TEST_F(KaplanFixture, OtherDataKeepTheVariablesThatTheyHaveByName) {
+    const auto columns = host.columns;
+    const AutomationValue both{AutomationValue::List{AutomationValue::List{1}, AutomationValue::List{2}}};
+    const AutomationValue moved{AutomationValue::List{AutomationValue::List{2}, AutomationValue::List{1}}};
+    const AutomationValue timesOnly{AutomationValue::List{AutomationValue::List{1}, AutomationValue::List{}}};
+    struct {
+        const char* what;
+        std::vector<std::size_t> order; ///< of the columns before
+        bool renamed;                   ///< the censoring variable
+        AutomationValue left;
+    } const rows[] = {{"the same", {0, 1}, false, both},
+                      {"the other way round", {1, 0}, false, moved},
+                      {"one is called otherwise", {0, 1}, true, timesOnly}};
+    for (const auto& row : rows) {
+        for (const bool whileResults : {true, false}) {
+            host.columns = columns;
+            ASSERT_EQ(Run(), StepKaplanResults) << row.what;
+            if (!whileResults) host.Press(analysis, ControlCancel);
+            host.columns.clear();
+            for (const std::size_t place : row.order)
+                host.columns.push_back(columns[place]);
+            if (row.renamed) host.columns[1].name += "2";
+            analysis.InitializeAfterFileChanged();
+            EXPECT_EQ(host.outstanding, 0) << "results of the data before";
+            host.nextStep = -1;
+            host.Dialog().DataChanged();
+            EXPECT_EQ(host.nextStep, whileResults ? StepSpecifyKaplan : -1) << row.what;
+            if (whileResults) host.Go(analysis, host.nextStep);
+            AutomationObject script = host.Script();
+            EXPECT_EQ(script.Get("Variables").value, row.left) << row.what;
+            EXPECT_TRUE(std::isnan(std::get<double>(script.Get("CodeForCompleteResponses").value.value)));
+            EXPECT_TRUE(std::isnan(std::get<double>(script.Get("CodeForCensoredResponses").value.value)));
+        }
+    }
 }
 
 TEST_F(KaplanFixture, ADialogThatCannotBeCreatedEndsTheSequence) {

@@ -218,5 +218,36 @@ TEST_F(CaseReaderTest, EndsWhenTheHostCannotGoOnOrTheUserStops) {
     EXPECT_EQ(Read().status, Status::Stopped);
 }
 
+TEST_F(CaseReaderTest, AsManyFurtherVariablesAsThereAre) {
+    constexpr int cases = 5;
+    host.columns = {{"t", {5, 6, 7, 8, 9}}, {"d", {1, 0, 1, 1, 7}}, {"w", {1, 3, 1, 1, 1}}};
+    for (int k = 0; k < 200; ++k) {
+        std::vector<double> cells;
+        for (int i = 0; i < cases; ++i)
+            cells.push_back(k * 10 + i);
+        host.columns.push_back({"x" + std::to_string(k), cells, k == 150 ? 1502.0 : none});
+    }
+    host.weight = 3;
+    Times({1}, 2);
+    // Around the 76 that the work areas hold, of which four are taken already.
+    for (const int count : {0, 1, 71, 72, 73, 76, 77, 200}) {
+        std::vector<int> further;
+        for (int k = 0; k < count; ++k)
+            further.push_back(203 - k);
+        CaseReader reader(analysis, settings, CaseReader::Groups::None, further);
+        std::vector<int> read;
+        EXPECT_EQ(reader.Read(100, [&](const Observation& o) {
+            read.push_back(o.caseNumber);
+            ASSERT_EQ(reader.Further().size(), further.size());
+            for (int k = 0; k < count; ++k) {
+                const double value = reader.Further()[static_cast<std::size_t>(k)];
+                const double cell = (199 - k) * 10 + o.caseNumber - 1;
+                EXPECT_TRUE(cell == 1502.0 ? std::isnan(value) : value == cell) << k << " of " << count;
+            }
+        }), Status::Success);
+        EXPECT_EQ(read, (std::vector<int>{1, 2, 2, 2, 3, 4})) << count;
+    }
+}
+
 } // namespace
 } // namespace ozm::survival

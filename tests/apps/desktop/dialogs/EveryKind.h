@@ -63,7 +63,11 @@ inline constexpr ControlTemplate controls[] = {
     {.id = Go, .text = "!249&Go on", .pages = both},
     {.id = Box, .kind = ControlKind::CheckBox, .text = "&Box", .pages = second},
     {.id = Choice, .kind = ControlKind::RadioGroup, .text = "Choice", .pages = second, .choices = choices},
-    {.id = Count, .kind = ControlKind::Integer, .text = "&Number:", .pages = second},
+    {.id = Count,
+     .kind = ControlKind::Integer,
+     .text = "&Number:",
+     .pages = second,
+     .range = {.least = std::numeric_limits<int>::min(), .greatest = 40}},
     {.id = Name, .kind = ControlKind::Text, .text = "N&ame:", .pages = second},
     {.id = Codes, .kind = ControlKind::CodeList, .text = "Gro&ups:", .pages = second, .codesOfRole = 1},
     {.id = Entries, .kind = ControlKind::List, .text = "Entries", .pages = second, .choices = entries},
@@ -105,6 +109,7 @@ class EveryKindDlg final : public CAnalysisModelessDialog {
 public:
     EveryKindDlg(EveryKind& analysis, const DialogTemplate& shape)
         : CAnalysisModelessDialog(analysis, shape), own_(analysis) {}
+    using CAnalysisModelessDialog::Enable;
     using CAnalysisModelessDialog::ExitDialog;
     using CAnalysisModelessDialog::SetValue;
 

@@ -78,6 +78,48 @@ TEST_F(Fields, TheModelsValuesAreShown) {
     EXPECT_EQ(value<double>(Level), 0.123456789) << "looking changes nothing";
 }
 
+TEST_F(Fields, WhatIsDisabledIsGreyedOutAndTakesNothing) {
+    auto& own = dynamic_cast<EveryKindDlg&>(dialog());
+    QLineEdit* name = editor<QLineEdit>(Name);
+    retype(name, "half written");
+    for (const ControlTemplate& control : controls) {
+        own.Enable(control.id, false);
+        for (const QWidget* field : view->findChildren<QWidget*>(QStringLiteral("control%1").arg(control.id)))
+            EXPECT_FALSE(field->isEnabled()) << control.id;
+    }
+    for (const QLabel* caption : view->findChildren<QLabel*>())
+        EXPECT_FALSE(caption->buddy() != nullptr && caption->isEnabled()) << caption->text().toStdString();
+    EXPECT_EQ(name->text(), "") << "what was being typed does not count any more";
+    EXPECT_EQ(value<std::string>(Name), "");
+    own.Enable(Name, true);
+    EXPECT_TRUE(name->isEnabled());
+    retype(name, "Zoe");
+    QTest::keyClick(name, Qt::Key_Tab);
+    EXPECT_EQ(value<std::string>(Name), "Zoe");
+    // A view that comes later shows it at once.
+    korvana::desktop::DialogView again(dialog());
+    for (const QPushButton* button : again.findChildren<QPushButton*>())
+        EXPECT_FALSE(button->isEnabledTo(&again)) << button->text().toStdString();
+}
+
+TEST_F(Fields, ANumberOutOfRangeIsSaidBesideTheField) {
+    auto* number = editor<QSpinBox>(Count);
+    retype(number->findChild<QLineEdit*>(), "39");
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(number, Qt::Key_Up);
+    EXPECT_EQ(value<int>(Count), 40) << "the arrows stop at the end";
+    EXPECT_TRUE(complaint().isEmpty());
+    retype(number->findChild<QLineEdit*>(), "41");
+    QTest::keyClick(number, Qt::Key_Tab);
+    EXPECT_TRUE(complaint().contains("'Number' takes numbers from")) << complaint().toStdString();
+    EXPECT_EQ(value<int>(Count), 40);
+    EXPECT_EQ(number->text(), "41") << "to be mended";
+    retype(number->findChild<QLineEdit*>(), "7");
+    QTest::keyClick(number, Qt::Key_Tab);
+    EXPECT_TRUE(complaint().isEmpty());
+    EXPECT_EQ(value<int>(Count), 7);
+}
+
 TEST_F(Fields, WhatIsNoNumberIsSaidBesideTheFieldAndStopsButtons) {
     auto* level = editor<QLineEdit>(Level);
     for (const char* wrong : {"0,9", "", "abc", "inf", "nan", "1e999"}) {

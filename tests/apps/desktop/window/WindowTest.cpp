@@ -22,14 +22,55 @@ TEST_F(WindowTest, MessagesStandOverTheDialogWithWhatThisRunKnows) {
     EXPECT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
 }
 
-TEST_F(WindowTest, OtherDataHalfWayBeginAnew) {
+TEST_F(WindowTest, OtherDataHalfWayKeepWhatTheyHaveByName) {
+    const QString other = folder.write("other.csv", "status,time\n1,3\n0,4\n1,5\n1,9\n");
+    const QString elsewhere = folder.write("elsewhere.csv", "a,b,c\n1,3,1\n0,4,2\n1,5,3\n");
+    const ozm::VariableSelection found{{2}, {1}};
+    for (const bool whileResults : {false, true}) {
+        ASSERT_TRUE(window->openFile(example("veteran.csv")));
+        specify({{3}, {4}}, 1, 0);
+        if (whileResults) {
+            click("OK");
+            ASSERT_EQ(title(), "Product-Limit (Kaplan-Meier) Analysis Results");
+            click("Survival curve of all observations");
+        }
+        ASSERT_TRUE(window->openFile(other));
+        ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
+        EXPECT_EQ(std::get<ozm::VariableSelection>(model().Value(1001)), found);
+        EXPECT_TRUE(std::isnan(std::get<double>(model().Value(1002)))) << "the codes are to be chosen again";
+        put(1002, 1.0);
+        put(1003, 0.0);
+        click("OK");
+        ASSERT_EQ(title(), "Product-Limit (Kaplan-Meier) Analysis Results");
+        click("Cancel");
+        ASSERT_TRUE(window->openFile(elsewhere));
+        EXPECT_EQ(std::get<ozm::VariableSelection>(model().Value(1001)), (ozm::VariableSelection{{}, {}}));
+        click("Cancel");
+        click("Cancel");
+    }
+    // Other data after the end are no business of the analysis; its list opens on the entry chosen last.
+    ASSERT_TRUE(window->openFile(example("aml.csv")));
+    EXPECT_FALSE(runner().isActive());
+    window->startAnalysis();
+    EXPECT_EQ(std::get<int>(model().Value(180)), 1);
+    EXPECT_EQ(view()->findChild<QListView*>()->currentIndex().row(), 1);
+}
+
+TEST_F(WindowTest, TheConfidenceLevelIsKeptFromRunToRun) {
     ASSERT_TRUE(window->openFile(example("veteran.csv")));
     specify({{3}, {4}}, 1, 0);
-    ASSERT_TRUE(window->openFile(example("aml.csv")));
-    ASSERT_EQ(title(), "Survival and Failure Time Analysis");
-    put(180, 1);
     click("OK");
-    EXPECT_EQ(std::get<ozm::VariableSelection>(model().Value(1001)), (ozm::VariableSelection{{}, {}}));
+    put(1106, 0.9);
+    for (int i = 0; i < 3; ++i)
+        click("Cancel");
+    EXPECT_FALSE(runner().isActive());
+    specify({{3}, {4}}, 1, 0);
+    click("OK");
+    EXPECT_EQ(std::get<double>(model().Value(1106)), 0.9);
+    // Told, and put right, once it is used.
+    put(1106, 1.5);
+    EXPECT_TRUE(boxOf([this] { click("Survival curve of all observations"); }).contains("The level given was 1.5"));
+    EXPECT_EQ(std::get<double>(model().Value(1106)), 0.95);
 }
 
 TEST_F(WindowTest, AFileThatIsNotThereIsToldAndTheDataStay) {

@@ -69,12 +69,12 @@ public:
     /** The values that one of referencedVariables() takes from case to case. */
     struct Input {
         const double* first = nullptr;
-        std::size_t step = 1; ///< 0: the same one for every case
+        std::size_t step = 1;     ///< 0: the same one for every case
         double missingCode = 0.0; ///< a value equal to it is missing; NaN, which equals nothing, for none
     };
 
-    /** Evaluates for as many cases as there are results, without asking for memory; a result that is not finite
-       becomes NaN. Answers how many those are. */
+    /** Evaluates for as many cases as there are results, without asking for memory; a result that is not
+       finite becomes NaN. Answers how many those are. */
     int evaluate(std::span<const Input> inputs, std::span<double> results) const;
 
 private:

@@ -115,8 +115,8 @@ DialogSettings settingsOf(const ozm::CAnalysisDialog& dialog, const DataSet& dat
         if (member.kind != ozm::MemberKind::Property) continue;
         const ozm::ControlTemplate* control = dialog.Template().Find(member.control);
         if (control == nullptr) continue;
-        all.settings.push_back({std::string{member.name}, labelOf(dialog, member, *control),
-                                reading.value(member, *control)});
+        all.settings.push_back(
+            {std::string{member.name}, labelOf(dialog, member, *control), reading.value(member, *control)});
     }
     return all;
 }

@@ -51,9 +51,6 @@ public:
     virtual bool editStartValues(std::span<const std::string> /*names*/, std::span<double> /*values*/) {
         return false;
     }
-
-    /// Brings the results made so far into view again, behind a dialog. Not needed where they always are.
-    virtual void restoreResults(ozm::CAnalysisDialog& /*dialog*/) {}
 };
 
 } // namespace korvana

@@ -33,14 +33,13 @@ public:
     void DefineSelCond() override;
     void TurnWeightsOff() override;
     void EnableStartupMenus(bool enabled) override { parts_.observers.startupMenusEnabled(enabled); }
-    void RestoreResultsWindows(ozm::CAnalysisDialog& dialog) override {
-        parts_.frontEnd->restoreResults(dialog);
-    }
+    /// Outputs stand in the book, which a window shows all the time: none was put away.
+    void RestoreResultsWindows(ozm::CAnalysisDialog& /*dialog*/) override {}
 
     /// The dialog that owns the step, open or with its exit not followed yet; nullptr when there is none.
     [[nodiscard]] ozm::CAnalysisModelessDialog* current() const { return current_; }
-    /// The dialog that is to be dealt with: the modal one that waits, else the one that owns the step if it is
-    /// open; nullptr when there is none.
+    /// The dialog that is to be dealt with: the modal one that waits, else the one that owns the step if it
+    /// is open; nullptr when there is none.
     [[nodiscard]] ozm::CAnalysisDialog* open() const;
     /// Other data were opened: the analysis is told, and then its open dialog.
     void dataReplaced();

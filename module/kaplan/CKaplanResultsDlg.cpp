@@ -39,7 +39,7 @@ OutputResult CKaplanResultsDlg::Output(int control) {
         return RangeHolds(KaplanLevel) ? Plot(KaplanPlot::Survival, control) : OutputResult::NotMade();
     case KaplanCurve:
         return RangeHolds(KaplanLevel) ? PlotSurvivalCurve(Analysis(), Shared(), state_.results, Level())
-                              : OutputResult::NotMade();
+                                       : OutputResult::NotMade();
     case KaplanPlot2:
         return Plot(KaplanPlot::LogTime, control);
     case KaplanPlot3:

@@ -1,7 +1,7 @@
 #include "module/survdata/CaseReader.h"
 
-#include "support/CodeComparison.h"
 #include "module/survdata/DayNumber.h"
+#include "support/CodeComparison.h"
 
 #include <algorithm>
 #include <cmath>

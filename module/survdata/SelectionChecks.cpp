@@ -2,8 +2,8 @@
 
 #include "module/resources/Resources.h"
 #include "module/resources/Shared.h"
-#include "support/CodeComparison.h"
 #include "module/survdata/ReportLines.h"
+#include "support/CodeComparison.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,9 +3,9 @@
 #include "module/resources/Shared.h"
 #include "module/resources/StepNumbers.h"
 #include "module/resources/TwoSamples.h"
-#include "support/CodeComparison.h"
 #include "module/survdata/SelectionChecks.h"
 #include "module/twosample/RunTwoSamples.h"
+#include "support/CodeComparison.h"
 
 namespace ozm::survival {
 

@@ -181,8 +181,8 @@ AutomationValue FromControl(const AutomationMember& member, const ControlTemplat
 
 /// Every accessor ends here: what went wrong becomes an error that names the accessor.
 template <class Action>
-AutomationResult Accessor(const CAnalysisDialog& dialog, std::string_view prefix,
-                          std::string_view member, Action action) {
+AutomationResult Accessor(const CAnalysisDialog& dialog, std::string_view prefix, std::string_view member,
+                          Action action) {
     AutomationResult result;
     try {
         dialog.ThrowIfClosed();

@@ -120,7 +120,8 @@ DialogResult CAnalysisDialog::Usable(int control, std::string_view kind) const {
         return DialogResult::refused("there is no " + std::string{kind} + " " + std::to_string(control) +
                                      " in this dialog");
     if (!IsEnabled(control))
-        return DialogResult::refused(Quoted(*found) + " is disabled while the dialog's settings are as they are");
+        return DialogResult::refused(Quoted(*found) +
+                                     " is disabled while the dialog's settings are as they are");
     return {};
 }
 
@@ -137,7 +138,7 @@ void CAnalysisDialog::Enable(int control, bool enabled) {
             disabled_.erase(each.id);
         else
             disabled_.insert(each.id);
-        Tell(&DialogObserver::ControlEnabled, each.id);
+        Tell([&](DialogObserver& observer) { observer.ControlEnabled(*this, each.id); });
     }
 }
 
@@ -203,10 +204,10 @@ DialogResult CAnalysisDialog::Fits(const ControlTemplate& control, const Control
     const auto number = NumberOf(control, value);
     if (number && !control.range.IsReset() && !Contains(control.range, *number)) {
         const std::string known = TextOf(control.range.message, *number);
-        return DialogResult::refused(!known.empty() ? known
-                                                    : Quoted(control) + " takes numbers " +
-                                                          RangeInWords(control.range) + ", not " +
-                                                          NumberInWords(*number));
+        return DialogResult::refused(!known.empty()
+                                         ? known
+                                         : Quoted(control) + " takes numbers " + RangeInWords(control.range) +
+                                               ", not " + NumberInWords(*number));
     }
     if (const auto* position = std::get_if<int>(&value)) {
         const int first = control.kind == ControlKind::RadioGroup ? 1 : 0;

@@ -48,8 +48,9 @@ struct NumberRange {
     double greatest = std::numeric_limits<double>::infinity();
     bool withLeast = true; ///< the end itself lies in the range
     bool withGreatest = true;
-    int message = 0; ///< what is told of a number outside, in the string table; 0: a text that names the range
-    int detail = 0;  ///< text beside the message that takes the number given (%1); 0: none
+    int message =
+        0;          ///< what is told of a number outside, in the string table; 0: a text that names the range
+    int detail = 0; ///< text beside the message that takes the number given (%1); 0: none
     /// NaN: a number outside is refused when it is put. Else it is taken, and when the dialog wants to use it
     /// (`CAnalysisDialog::RangeHolds`), the message is shown and this number takes its place.
     double resetTo = std::numeric_limits<double>::quiet_NaN();

@@ -43,8 +43,8 @@ public:
 
     /// Whether the host's menus that start an analysis may be used.
     virtual void EnableStartupMenus(bool enabled) = 0;
-    /// Brings the results that were made into view again, behind a dialog that lost them or is about to close;
-    /// none is closed or forgotten. A host that shows them all the time has nothing to do.
+    /// Brings the results that were made into view again, behind a dialog that lost them or is about to
+    /// close; none is closed or forgotten. A host that shows them all the time has nothing to do.
     virtual void RestoreResultsWindows(CAnalysisDialog& dialog) = 0;
 };
 

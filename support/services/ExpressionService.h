@@ -31,8 +31,8 @@ public:
     virtual int RunSpreadsheetFormula(std::span<const double> values, const CompiledExpression& compiled,
                                       double& result) = 0;
 
-    /// Evaluates a formula for many cases in one call. columns[k] holds the values of References()[k], one per
-    /// result, or a single one that stands for every case. results[i] becomes NaN where the result is not
+    /// Evaluates a formula for many cases in one call. columns[k] holds the values of References()[k], one
+    /// per result, or a single one that stands for every case. results[i] becomes NaN where the result is not
     /// finite. Answers how many those are; below 0 when the columns do not fit (no result is then written).
     virtual int RunSpreadsheetFormulas(std::span<const std::span<const double>> columns,
                                        const CompiledExpression& compiled, std::span<double> results) = 0;

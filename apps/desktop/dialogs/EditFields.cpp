@@ -66,7 +66,8 @@ void askForRoom(QPlainTextEdit* text, int columns, int lines) {
                           metrics.height()); // a scroll bar's worth
 }
 
-/// Its arrows stop at the ends of the control's range; anything can be typed, and what is wrong with it is told.
+/// Its arrows stop at the ends of the control's range; anything can be typed, and what is wrong with it is
+/// told.
 class RangedBox : public QSpinBox {
 public:
     RangedBox(const ozm::NumberRange& range, QWidget* parent) : QSpinBox(parent), range_(range) {}

@@ -66,8 +66,7 @@ std::map<std::size_t, ChartEdits> Workbook::editsOf(const Run& run) const {
     std::map<std::size_t, ChartEdits> edits;
     for (std::size_t place = 0; place < run.outputs.size(); ++place) {
         const auto* chart = qobject_cast<const ChartView*>(run.outputs[place].view);
-        if (chart != nullptr && chart->edits().changesChart())
-            edits[place] = chart->edits();
+        if (chart != nullptr && chart->edits().changesChart()) edits[place] = chart->edits();
     }
     return edits;
 }

@@ -233,6 +233,7 @@ void AnalysisRunner::runModal(ozm::CAnalysisModalDialog& dialog) {
     connect(&view, &DialogView::stopRequested, this, &AnalysisRunner::stop);
     QEventLoop untilClosed;
     connect(&view, &DialogView::dialogClosed, &untilClosed, &QEventLoop::quit);
+    connect(&view, &QDialog::finished, &untilClosed, &QEventLoop::quit); // one without a Cancel
     view.show();
     if (!dialog.IsClosed()) untilClosed.exec();
 }

@@ -232,7 +232,8 @@ TEST_F(UsageTest, AModuleThatIsNotThereIsNamed) {
     const std::string found = succeed("typelib").out;
     for (const char* part :
          {"enumeration SurResultsForModel\n  1  scSurExponential\n  2  scSurLinearHazard\n",
-          "\ninterface OzmAnalysisDialog  KORVANA Dialog\n  Name                    text           Name of the dialog's class\n",
+          "\ninterface OzmAnalysisDialog  KORVANA Dialog\n  Name                    text           Name of "
+          "the dialog's class\n",
           "  ResultsSaveFileName     not supported  the book of results is saved",
           "\ninterface SurKaplanMeierResults : OzmAnalysisDialog  "})
         EXPECT_TRUE(has(found, part)) << found;

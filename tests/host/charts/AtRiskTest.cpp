@@ -38,8 +38,7 @@ TEST(AtRisk, NumbersStandUnderTheirTicks) {
     EXPECT_FALSE(tellsNumbersAtRisk(info));
     info.series[0].leaving = {1, 3, 5, 5, 7, 9};
     ASSERT_TRUE(tellsNumbersAtRisk(info));
-    const auto lines =
-        test::readSvg(renderChart(info, PictureFormat::Svg).bytes).lines;
+    const auto lines = test::readSvg(renderChart(info, PictureFormat::Svg).bytes).lines;
     const std::map<std::string, double>* ticks = nullptr;
     const std::map<std::string, double>* numbers = nullptr;
     for (const auto& [y, texts] : lines) {
@@ -55,8 +54,7 @@ TEST(AtRisk, NumbersStandUnderTheirTicks) {
     ozm::CChartInfo plain = info;
     plain.series[0].leaving.clear();
     info.numbersAtRisk = false;
-    EXPECT_EQ(renderChart(info, PictureFormat::Svg).bytes,
-              renderChart(plain, PictureFormat::Svg).bytes);
+    EXPECT_EQ(renderChart(info, PictureFormat::Svg).bytes, renderChart(plain, PictureFormat::Svg).bytes);
 }
 
 } // namespace

@@ -8,7 +8,19 @@ namespace form {
 
 using namespace ozm;
 
-enum Control { Mode = 201, Intervals, Width, Three, Share, Twice, TwiceAgain, Entries, Most, Ask, Weightless };
+enum Control {
+    Mode = 201,
+    Intervals,
+    Width,
+    Three,
+    Share,
+    Twice,
+    TwiceAgain,
+    Entries,
+    Most,
+    Ask,
+    Weightless
+};
 
 inline constexpr ChoiceTemplate two[] = {{.text = 11}, {.text = 12}};
 inline constexpr ChoiceTemplate three[] = {{.text = 11}, {.text = 12}, {.text = 13}};
@@ -26,7 +38,12 @@ inline constexpr ControlTemplate controls[] = {
     {.id = Share,
      .kind = ControlKind::Real,
      .text = "Share:",
-     .range = {.least = 0.00001, .greatest = 1, .withGreatest = false, .message = 14, .detail = 15, .resetTo = 0.5}},
+     .range = {.least = 0.00001,
+               .greatest = 1,
+               .withGreatest = false,
+               .message = 14,
+               .detail = 15,
+               .resetTo = 0.5}},
     {.id = Twice, .text = "Twice"},
     {.id = TwiceAgain, .text = "Twice", .repeats = Twice},
     {.id = Entries, .kind = ControlKind::List, .text = "Entries", .choices = two},
@@ -36,7 +53,10 @@ inline constexpr ControlTemplate controls[] = {
     {.id = ControlCancel, .text = "Cancel"},
 };
 inline constexpr ControlTemplate askControls[] = {
-    {.id = Most, .kind = ControlKind::Integer, .text = "Most:", .range = {.least = 3, .greatest = 200, .resetTo = 50}},
+    {.id = Most,
+     .kind = ControlKind::Integer,
+     .text = "Most:",
+     .range = {.least = 3, .greatest = 200, .resetTo = 50}},
     {.id = ControlOk, .text = "OK"},
 };
 inline constexpr DialogTemplate formTemplate{1, "Form", {}, controls};
@@ -69,6 +89,7 @@ public:
     ModuleHandle GetLibInstance() override { return &resources_; }
     std::string GetAnalysisName() override { return "Forms"; }
     int answer = -2; ///< of the modal dialog
+    bool takesWeights = true;
 
 private:
     static int Open(CAnalysisSupport& analysis);
@@ -107,7 +128,7 @@ private:
         Enable(Width, ValueAs<int>(Mode) == 2);
     }
     bool OnCommand(int control) override {
-        if (control == Weightless) Analysis().TurnWeightsOff();
+        if (control == Weightless || !own_.takesWeights) Analysis().TurnWeightsOff();
         if (control == Ask) own_.answer = AskDlg(own_).DoModal();
         if (control == ControlOk) ExitDialog(1, ExitMode::Forward);
         return true;

@@ -28,7 +28,8 @@ TEST_F(PortTest, WhatIsDisabledIsRefusedByNameAndStaysAsItIs) {
             dialog().Enable(control.id, false);
         const std::size_t buttons = control.id == Twice ? 2 : 1;
         EXPECT_EQ(watcher.heard.size(), buttons) << control.text << ": told once of each";
-        for (const DialogResult& result : {dialog().PutValue(control.id, before), dialog().Press(control.id)}) {
+        for (const DialogResult& result :
+             {dialog().PutValue(control.id, before), dialog().Press(control.id)}) {
             EXPECT_FALSE(result.done);
             EXPECT_NE(result.reason.find("is disabled"), std::string::npos) << result.reason;
         }
@@ -79,11 +80,13 @@ TEST_F(PortTest, ANumberOutOfRangeIsRefusedOrResetAsTheTemplateSays) {
     ASSERT_TRUE(script().Put("Number", 30).ok);
     for (const int wrong : {2, 31, -1, std::numeric_limits<int>::max()}) {
         const AutomationResult refused = script().Put("Number", wrong);
-        EXPECT_EQ(refused.detail, "'Number of intervals' takes numbers from 3 to 30, not " + std::to_string(wrong));
+        EXPECT_EQ(refused.detail,
+                  "'Number of intervals' takes numbers from 3 to 30, not " + std::to_string(wrong));
     }
     EXPECT_EQ(script().Get("Number").value, AutomationValue{30});
     script().Put("ByWidth", true);
-    EXPECT_EQ(script().Put("Width", 0.0).detail, "'Step size' takes numbers above 0 and at most 10000000, not 0");
+    EXPECT_EQ(script().Put("Width", 0.0).detail,
+              "'Step size' takes numbers above 0 and at most 10000000, not 0");
     EXPECT_TRUE(script().Put("Width", 1e-8).ok);
 
     EXPECT_TRUE(dialog().RangeHolds(Width));
@@ -99,9 +102,12 @@ TEST_F(PortTest, ANumberOutOfRangeIsRefusedOrResetAsTheTemplateSays) {
 
 TEST_F(PortTest, AChoiceOfARadioGroupIsAMemberOfItsOwn) {
     EXPECT_EQ(script().Get("ByNumber").value, AutomationValue{true});
-    for (const auto& [member, on, byWidth] :
-         {std::tuple{"ByWidth", true, true}, {"ByNumber", false, true}, {"ByNumber", true, false},
-          {"ByWidth", false, false}, {"ByNumber", false, true}, {"ByWidth", false, false}}) {
+    for (const auto& [member, on, byWidth] : {std::tuple{"ByWidth", true, true},
+                                              {"ByNumber", false, true},
+                                              {"ByNumber", true, false},
+                                              {"ByWidth", false, false},
+                                              {"ByNumber", false, true},
+                                              {"ByWidth", false, false}}) {
         EXPECT_TRUE(script().Put(member, on).ok);
         EXPECT_EQ(script().Get("ByWidth").value, AutomationValue{byWidth}) << member << on;
         EXPECT_EQ(script().Get("ByNumber").value, AutomationValue{!byWidth}) << member << on;
@@ -132,8 +138,8 @@ TEST_F(PortTest, NoMemberOfTheBaseInterfaceIsDecoration) {
         if (member.kind != MemberKind::Refused) continue;
         ++refusals;
         for (const AutomationResult& answer : {script().Get(member.name), script().Call(member.name)})
-            EXPECT_EQ(answer.detail, "'" + std::string{member.name} + "' is not supported: " +
-                                         std::string{member.help});
+            EXPECT_EQ(answer.detail,
+                      "'" + std::string{member.name} + "' is not supported: " + std::string{member.help});
         EXPECT_GT(member.help.size(), 20U) << member.name << " gives no reason";
     }
     EXPECT_EQ(refusals, 8);
@@ -176,6 +182,14 @@ TEST_F(AskedUser, WeightsThatTheAnalysisTurnsOffAreOffForAll) {
     EXPECT_TRUE(running.book().notes.empty()) << "nothing is weighted any more";
     dialog().Press(Weightless);
     EXPECT_EQ(dataUses, 1) << "there was nothing to turn off";
+
+    running.data().weightBy("x2");
+    running.start();
+    analysis->takesWeights = false;
+    dialog().Press(ControlOk);
+    running.pump();
+    EXPECT_EQ(running.run()->data.weightVariable, "") << "the run that its OK began is not weighted";
+    EXPECT_TRUE(running.book().notes.empty());
 }
 
 struct Script : Opened {
@@ -215,9 +229,14 @@ TEST(Texts, AreCleanedBeforeTheyGoToAFile) {
     EXPECT_EQ(text, "a==>b==>") << "what was put in is not replaced again";
     CAnalysisSupport::Replace8CharGrow(text, '>', "");
     EXPECT_EQ(text, "a==b==");
-    for (const auto& [given, plain] :
-         {std::pair{"@L[3]Age@B[]", "Age"}, {"a@b.org", "a@b.org"}, {"@L[3", "@L[3"}, {"@1[3]x", "@1[3]x"},
-          {"x@", "x@"}, {"a\nb\tc\x01", "a b c"}, {"@L[@B[1]]", "]"}, {"Zoë", "Zoë"}}) {
+    for (const auto& [given, plain] : {std::pair{"@L[3]Age@B[]", "Age"},
+                                       {"a@b.org", "a@b.org"},
+                                       {"@L[3", "@L[3"},
+                                       {"@1[3]x", "@1[3]x"},
+                                       {"x@", "x@"},
+                                       {"a\nb\tc\x01", "a b c"},
+                                       {"@L[@B[1]]", "]"},
+                                       {"Zoë", "Zoë"}}) {
         text = given;
         CAnalysisSupport::StripFormatting(text);
         EXPECT_EQ(text, plain) << given;

@@ -248,7 +248,8 @@ TEST_F(ServicesTest, ManyCasesAtOnceGiveWhatEachGivesByItself) {
     ozm::ExpressionService& formulas = host.Expressions();
     const std::string extra[] = {"T_"};
     std::mt19937 random(1);
-    for (const char* text : {"x1 * T_ + x2", "T_ / x1", "log(x2 - x1) + T_", "if(missing(x2), 1, x1) * T_", "T_", "7"}) {
+    for (const char* text :
+         {"x1 * T_ + x2", "T_ / x1", "log(x2 - x1) + T_", "if(missing(x2), 1, x1) * T_", "T_", "7"}) {
         std::unique_ptr<ozm::CompiledExpression> compiled;
         std::string error;
         ASSERT_EQ(formulas.COMP(text, extra, compiled, error), 0) << error;
@@ -277,7 +278,9 @@ TEST_F(ServicesTest, ManyCasesAtOnceGiveWhatEachGivesByItself) {
         if (columns.empty()) continue;
         const std::vector<double> before = {1, 2, 3};
         std::vector<double> kept = before;
-        EXPECT_LT(formulas.RunSpreadsheetFormulas(std::span{columns}.first(columns.size() - 1), *compiled, kept), 0);
+        EXPECT_LT(
+            formulas.RunSpreadsheetFormulas(std::span{columns}.first(columns.size() - 1), *compiled, kept),
+            0);
         cells[0].resize(2);
         const std::vector<std::span<const double>> wrong(cells.begin(), cells.end());
         EXPECT_LT(formulas.RunSpreadsheetFormulas(wrong, *compiled, kept), 0);

@@ -236,15 +236,18 @@ TEST_F(CaseReaderTest, AsManyFurtherVariablesAsThereAre) {
             further.push_back(203 - k);
         CaseReader reader(analysis, settings, CaseReader::Groups::None, further);
         std::vector<int> read;
-        EXPECT_EQ(reader.Read(100, [&](const Observation& o) {
-            read.push_back(o.caseNumber);
-            ASSERT_EQ(reader.Further().size(), further.size());
-            for (int k = 0; k < count; ++k) {
-                const double value = reader.Further()[static_cast<std::size_t>(k)];
-                const double cell = (199 - k) * 10 + o.caseNumber - 1;
-                EXPECT_TRUE(cell == 1502.0 ? std::isnan(value) : value == cell) << k << " of " << count;
-            }
-        }), Status::Success);
+        EXPECT_EQ(reader.Read(100,
+                              [&](const Observation& o) {
+                                  read.push_back(o.caseNumber);
+                                  ASSERT_EQ(reader.Further().size(), further.size());
+                                  for (int k = 0; k < count; ++k) {
+                                      const double value = reader.Further()[static_cast<std::size_t>(k)];
+                                      const double cell = (199 - k) * 10 + o.caseNumber - 1;
+                                      EXPECT_TRUE(cell == 1502.0 ? std::isnan(value) : value == cell)
+                                          << k << " of " << count;
+                                  }
+                              }),
+                  Status::Success);
         EXPECT_EQ(read, (std::vector<int>{1, 2, 2, 2, 3, 4})) << count;
     }
 }

@@ -1,10 +1,10 @@
-#include "support/CodeComparison.h"
 #include "module/survdata/CodeDecimals.h"
 #include "module/survdata/CodeIndex.h"
 #include "module/survdata/DayNumber.h"
 #include "module/survdata/NormalQuantile.h"
 #include "module/survdata/ReportLines.h"
 #include "module/survdata/SharedSettings.h"
+#include "support/CodeComparison.h"
 
 #include <gtest/gtest.h>
 

@@ -69,7 +69,8 @@ TEST_F(WindowTest, TheConfidenceLevelIsKeptFromRunToRun) {
     EXPECT_EQ(std::get<double>(model().Value(1106)), 0.9);
     // Told, and put right, once it is used.
     put(1106, 1.5);
-    EXPECT_TRUE(boxOf([this] { click("Survival curve of all observations"); }).contains("The level given was 1.5"));
+    EXPECT_TRUE(
+        boxOf([this] { click("Survival curve of all observations"); }).contains("The level given was 1.5"));
     EXPECT_EQ(std::get<double>(model().Value(1106)), 0.95);
 }
 

@@ -127,9 +127,12 @@ void VariableField::dataChanged() {
     if (known == known_) return;
     known_ = std::move(known);
     filter();
+    ozm::VariableSelection chosen;
     for (RoleBox* box : boxes_) {
         box->list().viewport()->update();
+        chosen.push_back(box->numbers());
     }
+    showValue(chosen); // which of the variables to choose from are taken
 }
 
 void VariableField::filter() {

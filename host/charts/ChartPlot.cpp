@@ -231,6 +231,7 @@ private:
                 rows.push_back({elidedLine(series.legend, font(13), options_.width / 4),
                                 style_.colour(series), series.x.empty() ? 0.0 : series.x.front(),
                                 Leaving::of(series)});
+        if (rows.size() == 1) rows[0].label.clear(); // there is no other: the axes keep the room
         addAtRiskRows(plot_, std::move(rows), font(13), tones_.ink);
     }
 

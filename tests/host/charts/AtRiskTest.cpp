@@ -37,6 +37,7 @@ TEST(AtRisk, NumbersStandUnderTheirTicks) {
     info.xAxis.max = 10;
     EXPECT_FALSE(tellsNumbersAtRisk(info));
     info.series[0].leaving = {1, 3, 5, 5, 7, 9};
+    info.series[3].leaving = {7, 7, 7};
     ASSERT_TRUE(tellsNumbersAtRisk(info));
     const auto lines = test::readSvg(renderChart(info, PictureFormat::Svg).bytes).lines;
     const std::map<std::string, double>* ticks = nullptr;
@@ -50,6 +51,17 @@ TEST(AtRisk, NumbersStandUnderTheirTicks) {
     for (const auto& [tick, number] : {std::pair{"0", "6"}, {"2", "5"}, {"4", "4"}, {"6", "2"}, {"8", "1"}})
         EXPECT_NEAR(ticks->at(tick), numbers->at(number), 1.5) << tick;
     EXPECT_LT(numbers->at("Estimate"), numbers->at("6") - 20);
+    const double zero = ticks->at("0");
+    // Of one curve alone the numbers need no label, and the axes keep their room.
+    info.series[3].leaving.clear();
+    for (const auto& [y, texts] : test::readSvg(renderChart(info, PictureFormat::Svg).bytes).lines) {
+        if (texts.contains("6") && texts.contains("5")) {
+            EXPECT_FALSE(texts.contains("Estimate"));
+        }
+        if (texts.contains("10") && texts.contains("8")) {
+            EXPECT_LT(texts.at("0"), zero - 5);
+        }
+    }
     // Not wanted: the picture is what it was without them.
     ozm::CChartInfo plain = info;
     plain.series[0].leaving.clear();

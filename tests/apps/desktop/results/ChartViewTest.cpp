@@ -56,6 +56,27 @@ TEST_F(ChartViewTest, ThePointUnderThePointerIsReadOut) {
     EXPECT_EQ(view_->readout().toStdString(), "");
 }
 
+TEST_F(ChartViewTest, NumbersAtRiskAreThereUntilTheyAreTakenAway) {
+    QAction* shown = view_->viewActions().at(1);
+    const int rows = plot().plotLayout()->rowCount();
+    EXPECT_TRUE(shown->isChecked());
+    shown->trigger();
+    EXPECT_EQ(plot().plotLayout()->rowCount(), rows - 1);
+    EXPECT_FALSE(view_->shownChart().numbersAtRisk) << "nor are they in what is exported";
+    EXPECT_TRUE(view_->edits().changesChart());
+    view_->setEdits(ChartEdits(view_->edits()));
+    EXPECT_FALSE(shown->isChecked());
+    shown->trigger();
+    EXPECT_EQ(view_->edits(), ChartEdits{}) << "as the analysis made it";
+    EXPECT_EQ(plot().plotLayout()->rowCount(), rows);
+    // An analysis that does not want them: there on demand.
+    info_.numbersAtRisk = false;
+    ChartView without(info_);
+    EXPECT_FALSE(without.viewActions().at(1)->isChecked());
+    without.viewActions().at(1)->trigger();
+    EXPECT_TRUE(without.shownChart().numbersAtRisk);
+}
+
 TEST_F(ChartViewTest, KeysWalkFromPointToPoint) {
     const std::string first = "Estimate\nSurvival time: 0\nProportion surviving: 1";
     QTest::keyClick(&plot(), Qt::Key_Right);

@@ -213,7 +213,7 @@ private:
     }
 
     void addTitle() {
-        if (info_.title.empty()) return;
+        if (shownLine(info_.title).empty()) return;
         const QFont bold = font(18, true);
         const QString text = wrappedLines(info_.title, bold, options_.width - 60, 2).join('\n');
         plot_.plotLayout()->insertRow(0);
@@ -251,9 +251,9 @@ private:
 
     /// Series with the same text in the same group share one entry, and so do the bounds of a band.
     void addLegendEntry(const ChartSeries& series, QCPAbstractPlottable* plottable) {
-        std::string text = series.legend;
+        std::string text = shownLine(series.legend);
         if (const auto band = bands_.find(series.group); isBound(series) && band != bands_.end()) {
-            text = bandText(band->second.lower->legend, band->second.upper->legend);
+            text = bandText(shownLine(band->second.lower->legend), shownLine(band->second.upper->legend));
             if (bands_.size() <= kMostBands) {
                 ChartCurve* icon = addCurve({}); // line and fill in one
                 icon->setPen(style_.pen(series));

@@ -27,7 +27,7 @@ constexpr int kPngScale = 2;
 constexpr int kPdfScale = 10; // finer than a pixel, so that glyphs are not pushed onto whole pixels
 
 QString titleOf(const ozm::CChartInfo& info) {
-    return QString::fromStdString(oneLine(info.title));
+    return QString::fromStdString(shownLine(info.title));
 }
 
 /// Paints onto a device whose unit is 1/scale of a pixel.
@@ -47,7 +47,7 @@ bool drawSvg(QCustomPlot& plot, const ozm::CChartInfo& info, QBuffer& out) {
     generator.setResolution(kPixelsPerInch);
     generator.setSize(QSize(kWidth, kHeight));
     generator.setViewBox(QRect(0, 0, kWidth, kHeight));
-    generator.setTitle(QString::fromStdString(escaped(oneLine(info.title)))); // Qt writes it as it is
+    generator.setTitle(QString::fromStdString(escaped(shownLine(info.title)))); // Qt writes it as it is
     return paintOn(plot, generator, 1.0, true);
 }
 

@@ -70,7 +70,7 @@ public:
     }
 
     void write() {
-        const std::string title = escaped(oneLine(book_.analysis.empty() ? "Results" : book_.analysis));
+        const std::string title = escaped(shownLine(book_.analysis.empty() ? "Results" : book_.analysis));
         out_ << "<!DOCTYPE html>\n<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\">\n<head>\n"
              << "<meta charset=\"utf-8\"/>\n"
              << "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"/>\n<title>" << title
@@ -118,12 +118,13 @@ private:
     }
 
     [[nodiscard]] static std::string titleOf(const ResultsBook::Output& output) {
-        if (const auto* report = std::get_if<Report>(&output))
-            return report->title.empty() ? "Report" : report->title;
-        if (const auto* sheet = std::get_if<Spreadsheet>(&output))
-            return sheet->title.empty() ? "Table" : sheet->title;
-        const std::string& title = std::get<Chart>(output).info.title;
-        return title.empty() ? "Chart" : title;
+        const auto named = [](const std::string& title, const char* otherwise) {
+            const std::string line = shownLine(title);
+            return escaped(line.empty() ? otherwise : line);
+        };
+        if (const auto* report = std::get_if<Report>(&output)) return named(report->title, "Report");
+        if (const auto* sheet = std::get_if<Spreadsheet>(&output)) return named(sheet->title, "Table");
+        return named(std::get<Chart>(output).info.title, "Chart");
     }
 
     void paragraph(std::string_view text, std::string_view kind = "") {
@@ -137,8 +138,8 @@ private:
         out_ << "<nav aria-label=\"Contents\">\n<ul>\n";
         for (const auto* places : {&summary_, &charts_, &rest_}) {
             for (const std::size_t place : *places)
-                out_ << "<li><a href=\"#output-" << place + 1 << "\">"
-                     << escaped(oneLine(titleOf(book_.outputs[place]))) << "</a></li>\n";
+                out_ << "<li><a href=\"#output-" << place + 1 << "\">" << titleOf(book_.outputs[place])
+                     << "</a></li>\n";
         }
         out_ << "</ul>\n</nav>\n";
     }
@@ -175,8 +176,7 @@ private:
 
     void writeOutput(std::size_t place) {
         const ResultsBook::Output& output = book_.outputs[place];
-        out_ << "<section id=\"output-" << place + 1 << "\">\n<h2>" << escaped(oneLine(titleOf(output)))
-             << "</h2>\n";
+        out_ << "<section id=\"output-" << place + 1 << "\">\n<h2>" << titleOf(output) << "</h2>\n";
         if (const auto* report = std::get_if<Report>(&output)) writeLines(report->lines);
         if (const auto* sheet = std::get_if<Spreadsheet>(&output)) writeTable(*sheet, place);
         if (const auto* chart = std::get_if<Chart>(&output)) writeChart(*chart);
@@ -229,7 +229,7 @@ private:
         const std::size_t rows = sheet.rowCount();
         folded(rows > kMostOpenRows, grouped(rows) + " rows", [&] {
             const std::size_t shown = std::min(rows, options_.mostRows);
-            out_ << R"(<div class="table"><table aria-label=")" << escaped(oneLine(sheet.title)) << "\">\n";
+            out_ << R"(<div class="table"><table aria-label=")" << escaped(shownLine(sheet.title)) << "\">\n";
             if (!sheet.columns.empty()) writeHeadings(sheet);
             out_ << "<tbody>\n";
             if (rows == 0) out_ << "<tr><td class=\"text\">no rows</td></tr>\n";

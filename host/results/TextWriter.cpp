@@ -27,8 +27,8 @@ void writeLine(std::string_view text, std::ostream& out) {
 }
 
 void writeTitle(std::string_view title, char underline, std::ostream& out) {
-    if (title.empty()) return;
-    const std::string line = oneLine(title);
+    const std::string line = shownLine(title);
+    if (line.empty()) return;
     out << line << '\n' << std::string(textWidth(line), underline) << '\n';
 }
 
@@ -163,21 +163,23 @@ std::string messageText(const ResultMessage& message) {
                        : message.severity == ResultMessage::Severity::Warning ? "Warning"
                                                                               : "Note";
     if (message.id != 0) text += " " + std::to_string(message.id);
-    return text + ": " + oneLine(message.text);
+    return text + ": " + shownLine(message.text);
 }
 
 std::string chartLine(const ozm::CChartInfo& info) {
-    std::string line = "Chart: " + oneLine(info.title);
-    if (!info.xAxis.title.empty() || !info.yAxis.title.empty())
-        line += " [x: " + oneLine(info.xAxis.title) + "; y: " + oneLine(info.yAxis.title) + "]";
+    std::string line = "Chart: " + shownLine(info.title);
+    const std::string x = shownLine(info.xAxis.title);
+    const std::string y = shownLine(info.yAxis.title);
+    if (!x.empty() || !y.empty()) line += " [x: " + x + "; y: " + y + "]";
     std::vector<std::string> names;
     for (const ozm::ChartSeries& series : info.series) {
-        if (!series.legend.empty() && std::find(names.begin(), names.end(), series.legend) == names.end())
-            names.push_back(series.legend);
+        std::string name = shownLine(series.legend);
+        if (!name.empty() && std::find(names.begin(), names.end(), name) == names.end())
+            names.push_back(std::move(name));
     }
     constexpr std::size_t kMostNames = 12;
     for (std::size_t i = 0; i < std::min(names.size(), kMostNames); ++i)
-        line += (i == 0 ? " - " : ", ") + oneLine(names[i]);
+        line += (i == 0 ? " - " : ", ") + names[i];
     if (names.size() > kMostNames) line += " and " + std::to_string(names.size() - kMostNames) + " more";
     return line;
 }

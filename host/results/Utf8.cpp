@@ -67,6 +67,13 @@ std::string oneLine(std::string_view text) {
     return out;
 }
 
+std::string shownLine(std::string_view text) {
+    std::string line = oneLine(text);
+    line.erase(line.find_last_not_of(' ') + 1);
+    line.erase(0, line.find_first_not_of(' '));
+    return line;
+}
+
 std::size_t utf16Units(std::string_view text) {
     std::size_t units = 0;
     while (!text.empty())

@@ -23,6 +23,9 @@ void appendCodePoint(std::string& out, char32_t code);
 /// Valid UTF-8 on one line: every run of control characters becomes one blank.
 void appendOneLine(std::string& out, std::string_view text);
 [[nodiscard]] std::string oneLine(std::string_view text);
+/// A title, the legend of a series or a message as people see it: on one line, without the blanks at its ends
+/// that the texts of an analysis may have.
+[[nodiscard]] std::string shownLine(std::string_view text);
 
 /// Lengths as spreadsheet programs count them.
 [[nodiscard]] std::size_t utf16Units(std::string_view text);

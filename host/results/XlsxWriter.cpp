@@ -9,6 +9,7 @@
 #include "host/results/FormatNumber.h"
 #include "host/results/OutputFile.h"
 #include "host/results/TextWriter.h"
+#include "host/results/Utf8.h"
 #include "host/results/WorkApart.h"
 #include "host/results/WritingWatch.h"
 #include "host/results/XlsxBook.h"
@@ -69,7 +70,7 @@ private:
 
     void lines(std::string_view title, const std::vector<std::string>& list) {
         book_.nextRow();
-        if (!title.empty()) book_.line(title, book_.bold());
+        if (const std::string shown = shownLine(title); !shown.empty()) book_.line(shown, book_.bold());
         for (const std::string& one : list)
             line(one);
     }
@@ -80,7 +81,7 @@ private:
         for (std::size_t column = 0; column < columns; ++column)
             book_.setWidth(column + shift, columnWidth(sheet, column, firstRow));
         if (shift != 0) book_.setWidth(0, rowHeadingWidth(sheet, firstRow));
-        std::string title = sheet.title;
+        std::string title = shownLine(sheet.title);
         if (firstRow > 0) title += " (from row " + std::to_string(firstRow + 1) + ")";
         if (columns < sheet.columns.size()) {
             title += " (the first " + std::to_string(columns) + " of " +

@@ -22,7 +22,7 @@ namespace korvana::desktop {
 namespace {
 
 QString text(const std::string& utf8) {
-    return QString::fromStdString(oneLine(utf8));
+    return QString::fromStdString(shownLine(utf8));
 }
 
 QString number(double value) {

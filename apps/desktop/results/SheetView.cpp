@@ -74,9 +74,9 @@ SheetView::SheetView(const Spreadsheet& sheet, QWidget* parent)
 }
 
 void SheetView::showTexts() {
-    title_->setText(QString::fromStdString(oneLine(sheet_.title)));
-    title_->setVisible(!sheet_.title.empty());
-    table_->setAccessibleName(sheet_.title.empty() ? tr("Table") : title_->text());
+    title_->setText(QString::fromStdString(shownLine(sheet_.title)));
+    title_->setVisible(!title_->text().isEmpty());
+    table_->setAccessibleName(title_->text().isEmpty() ? tr("Table") : title_->text());
     QStringList lines;
     for (const std::string& note : sheet_.notes)
         lines += QString::fromStdString(oneLine(note));

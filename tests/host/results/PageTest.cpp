@@ -5,6 +5,9 @@
 #include <sstream>
 
 #include "host/results/HtmlWriter.h"
+#include "host/results/JsonWriter.h"
+#include "host/results/TextWriter.h"
+#include "host/results/WriteBook.h"
 #include "tests/host/results/Books.h"
 
 namespace korvana {
@@ -58,6 +61,45 @@ TEST(HtmlWriter, IsOneWellFormedPage) {
         ASSERT_EQ(link.substr(0, 1), "#");
         EXPECT_TRUE(page.ids.contains(QString::fromStdString(link.substr(1)))) << link;
     }
+}
+
+/// The texts of an analysis may have blanks at their ends: files for programs keep them, nobody sees them.
+TEST(Titles, LoseTheirBlanksWhereTheyAreShown) {
+    ResultsBook padded = test::smallBook();
+    const auto pad = [](std::string& text) {
+        if (!text.empty()) text = "  " + text + "    ";
+    };
+    for (ResultMessage& message : padded.messages)
+        pad(message.text);
+    for (ResultsBook::Output& output : padded.outputs) {
+        if (auto* report = std::get_if<Report>(&output)) pad(report->title);
+        if (auto* sheet = std::get_if<Spreadsheet>(&output)) pad(sheet->title);
+        if (auto* chart = std::get_if<Chart>(&output)) {
+            for (std::string* text : {&chart->info.title, &chart->info.xAxis.title, &chart->info.yAxis.title})
+                pad(*text);
+            for (ozm::ChartSeries& series : chart->info.series)
+                pad(series.legend);
+        }
+    }
+    const auto written = [](const auto& write, const ResultsBook& book) {
+        std::ostringstream out;
+        write(book, out);
+        return out.str();
+    };
+    const auto text = [](const ResultsBook& book, std::ostream& out) { writeText(book, out); };
+    const auto page = [](const ResultsBook& book, std::ostream& out) { writeHtml(book, out); };
+    EXPECT_EQ(written(text, padded), written(text, test::smallBook()));
+    EXPECT_EQ(written(page, padded), written(page, test::smallBook()));
+    EXPECT_EQ(fileNames(padded), fileNames(test::smallBook()));
+    const auto json = [](const ResultsBook& book, std::ostream& out) { writeJson(book, out); };
+    EXPECT_NE(written(json, padded).find("\"  Estimate & bounds <Group 1>    \""), std::string::npos);
+
+    ResultsBook blank = test::smallBook();
+    ResultsBook empty = test::smallBook();
+    std::get<Spreadsheet>(blank.outputs[1]).title = std::get<Chart>(blank.outputs[2]).info.title = "   ";
+    std::get<Spreadsheet>(empty.outputs[1]).title = std::get<Chart>(empty.outputs[2]).info.title = "";
+    EXPECT_EQ(written(text, blank), written(text, empty));
+    EXPECT_EQ(written(page, blank), written(page, empty));
 }
 
 TEST(HtmlWriter, SummaryAndChartsStandFirstAndWhatIsLongIsFolded) {

@@ -14,6 +14,7 @@ TEST_F(Files, WorkbookHoldsNumbersUnderHeadingsAndLegalSheetNames) {
           "One & Two's Test of Everything, Scores", "One & Two's Test of Everything, Statistics"})
         book.append(test::smallSheet()).title = title;
     Spreadsheet& last = book.append(test::smallSheet());
+    last.title = " Survival function    ";
     last.columns[1].heading1 = " Number ";
     last.columns[3].title = "Cumulative survival";
     book.append(Spreadsheet{}); // of nothing
@@ -37,7 +38,7 @@ TEST_F(Files, WorkbookHoldsNumbersUnderHeadingsAndLegalSheetNames) {
     // sight.
     expectIn("xl/worksheets/sheet7.xml",
              {"<v>0.3333333333333333", "<v>10.5</v>", ">censored<", ">Survival Time<", ">Number at Risk<",
-              ">Status<", ">Cumulative survival<", ">Greenwood's standard error.<",
+              ">Status<", ">Survival function<", ">Cumulative survival<", ">Greenwood's standard error.<",
               "<pane xSplit=\"1\" ySplit=\"4\"", "<row r=\"4\" ht=\"30\" customHeight=\"1\">"});
 }
 

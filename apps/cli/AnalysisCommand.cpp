@@ -26,7 +26,7 @@ void AnalysisCommand::declare(CLI::App& app) {
         ->group("Output");
     output_.declare(app);
     log_.declare(app);
-    app.add_flag("--timing", timing_, "tell on standard error how long each phase took")->group("Output");
+    app.add_flag("--timing", timing_, "report on standard error how long each phase took")->group("Output");
     app.footer("Example: " + app.get_name() + " " + description_.example +
                "\n\n"
                "Without -o the report goes to standard output and nothing else does. Messages,\n"

@@ -106,7 +106,7 @@ _korvana_variables() { # SEPARATOR
 }
 )bash";
 
-/// The beginning of a file, up to the end of a line: nobody waits for a big file while typing.
+/// The beginning of a file, up to the end of a line: a big file would delay typing.
 class Beginning final : public ByteSource {
 public:
     explicit Beginning(ByteSource& whole) : name_(whole.name()), text_(64 << 10, ' ') {

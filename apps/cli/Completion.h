@@ -9,7 +9,7 @@
 namespace korvana::cli {
 
 /// Scripts that make a shell complete commands, options, files, fixed values, and variables by the header of
-/// the data file that stands in the line (`korvana completion variables FILE` tells them).
+/// the data file that stands in the line (`korvana completion variables FILE` lists them).
 void writeBashCompletion(const std::vector<CommandApp>& commands, std::ostream& out);
 void writeZshCompletion(const std::vector<CommandApp>& commands, std::ostream& out);
 void writeFishCompletion(const std::vector<CommandApp>& commands, std::ostream& out);

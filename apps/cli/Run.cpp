@@ -33,8 +33,9 @@ void overview(std::ostream& out) {
 const CommandEntry& find(const std::string& name) {
     std::vector<std::string_view> names;
     if (trimmed(name).empty())
-        throw UsageError("the command is empty (a variable of the shell may be without a value); 'korvana --help' "
-                         "lists the commands");
+        throw UsageError(
+            "the command is empty (a variable of the shell may be without a value); 'korvana --help' "
+            "lists the commands");
     for (const CommandEntry& entry : commands()) {
         if (name == entry.name) return entry;
         names.emplace_back(entry.name);
@@ -50,7 +51,7 @@ const CommandEntry& find(const std::string& name) {
                      "; 'korvana --help' lists them");
 }
 
-/// Whatever the options' library reports besides is a fault of the declarations; it is told as it stands.
+/// Any other error of the options' library is a fault of the declarations; its text is shown as it stands.
 int runCommand(const CommandEntry& entry, const std::vector<std::string>& given, Console& console) {
     const CommandApp made = makeApp(entry);
     Arguments arguments = readArguments(*made.app, given);

@@ -13,7 +13,7 @@ std::string counted(int count, const std::string& what) {
 } // namespace
 
 void VerboseLog::declare(CLI::App& app) {
-    app.add_flag("--verbose", wanted_, "tell on standard error what is read and done, and when")
+    app.add_flag("--verbose", wanted_, "report on standard error what is read and done, and when")
         ->group("Output");
 }
 
@@ -50,7 +50,7 @@ void VerboseLog::status(std::string_view text) {
     const auto last = text.find_last_not_of(" .");
     if (first == std::string_view::npos || last == std::string_view::npos) return;
     std::string phase(text.substr(first, last + 1 - first));
-    if (phase == last_) return; // told already; only its progress is new
+    if (phase == last_) return; // reported already; only its progress is new
     last_ = std::move(phase);
     tell(last_);
 }

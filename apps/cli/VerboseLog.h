@@ -11,11 +11,11 @@
 
 namespace korvana::cli {
 
-/// --verbose: tells on standard error what the program does, each line with the seconds since it began.
+/// --verbose: reports on standard error what the program does, each line with the seconds since it began.
 class VerboseLog final : public SessionObserver {
 public:
     void declare(CLI::App& app);
-    /// To be called before anything is told; nothing is told without --verbose.
+    /// To be called before the first report; without --verbose nothing is reported.
     void begin(Console& console);
 
     void tell(const std::string& text);

@@ -17,7 +17,7 @@ namespace {
 bool errIsTerminal = false;
 
 void tell(std::string_view text) {
-    // Nobody is left to be told that this failed.
+    // There is no way left to report that this failed.
     if (::write(STDERR_FILENO, text.data(), text.size()) < 0) return;
 }
 

@@ -24,7 +24,7 @@ public:
         : window_(over == nullptr ? nullptr : over->window()), stop_(std::move(stop)),
           sign_(text, QProgressDialog::tr("Cancel"), 0, 0, over) {
         sign_.setWindowTitle(title);
-        sign_.setMinimumDuration(kNever); // it is shown here
+        sign_.setMinimumDuration(never); // it is shown here
         sign_.setMinimumWidth(sign_.fontMetrics().averageCharWidth() * 50);
         QObject::connect(&sign_, &QProgressDialog::canceled, &sign_, [this] { stop_(); });
     }
@@ -43,7 +43,7 @@ public:
             stop_();
         });
         // Before the busy sign is there to take the clicks, clicks wait. Shown at once it would only flicker.
-        QTimer::singleShot(kPatience, &loop_, &QEventLoop::quit);
+        QTimer::singleShot(patience, &loop_, &QEventLoop::quit);
         loop_.exec(QEventLoop::ExcludeUserInputEvents);
         if (!ended_) {
             const QPointer<QWidget> active = QApplication::activeWindow();
@@ -64,8 +64,8 @@ public:
     }
 
 private:
-    static constexpr int kPatience = 150; // milliseconds
-    static constexpr int kNever = 1 << 30;
+    static constexpr int patience = 150; // milliseconds
+    static constexpr int never = 1 << 30;
 
     QWidget* window_;
     std::function<void()> stop_;

@@ -11,7 +11,7 @@
 namespace korvana {
 namespace {
 
-constexpr double kGap = 8.0; // between a label and the first number, and between numbers
+constexpr double gap = 8.0; // between a label and the first number, and between numbers
 
 class AtRiskRows : public QCPLayoutElement {
 public:
@@ -28,7 +28,7 @@ public:
                             metrics_.horizontalAdvance(row.label) +
                                 metrics_.horizontalAdvance(QString::number(row.leaving.all(), 'f', 0)) / 2);
         }
-        return static_cast<int>(std::ceil(room + 2 * kGap));
+        return static_cast<int>(std::ceil(room + 2 * gap));
     }
 
     [[nodiscard]] QSize minimumOuterSizeHint() const override {
@@ -58,7 +58,7 @@ protected:
             y += lineHeight();
             painter->setPen(row.colour);
             const double half = metrics_.horizontalAdvance(text(row, row.from)) / 2;
-            const double end = area.left() - half - kGap;
+            const double end = area.left() - half - gap;
             painter->drawText(line(0, y, end), Qt::AlignRight | Qt::AlignVCenter, row.label);
             painter->setPen(ink_);
             for (std::size_t i = 0; i < ticks.size(); i += stride) {
@@ -89,7 +89,7 @@ private:
                 widest = std::max(widest, metrics_.horizontalAdvance(text(row, tick)));
         const double apart = std::fabs(axis.coordToPixel(ticks[1]) - axis.coordToPixel(ticks[0]));
         if (!(apart > 0.0)) return ticks.size();
-        return std::clamp<std::size_t>(static_cast<std::size_t>(std::ceil((widest + kGap) / apart)), 1,
+        return std::clamp<std::size_t>(static_cast<std::size_t>(std::ceil((widest + gap) / apart)), 1,
                                        ticks.size());
     }
 

@@ -14,10 +14,10 @@ namespace korvana {
 
 /// Numbers at risk under a curve over time (Pocock, Clayton and Altman 2002, Lancet 359:1686-9).
 
-/// Whether any of the chart's series tells them.
+/// Whether any of the chart's series has them.
 [[nodiscard]] bool tellsNumbersAtRisk(const ozm::CChartInfo& info);
 
-/// When observations leave a sample: as the series of a chart tells it.
+/// When observations leave a sample: from the series of a chart.
 struct Leaving {
     std::vector<double> times;    ///< ascending
     std::vector<double> counts{}; ///< how many leave at each, empty: one

@@ -6,7 +6,7 @@
 namespace korvana {
 namespace {
 
-constexpr int kColumnsPerPixel = 2;
+constexpr int columnsPerPixel = 2;
 
 QVector<QPointF> spaced(const QVector<QPointF>& points, double pixels) {
     QVector<QPointF> kept;
@@ -43,7 +43,7 @@ ChartCurve::ChartCurve(QCustomPlot& plot, const ChartPath& path) : QCPCurve(plot
 
 void ChartCurve::drawCurveLine(QCPPainter* painter, const QVector<QPointF>& lines) const {
     const QRect area = clipRect();
-    const int columns = kColumnsPerPixel * std::max(area.width(), 1);
+    const int columns = columnsPerPixel * std::max(area.width(), 1);
     if (lines.size() <= 4 * columns) return QCPCurve::drawCurveLine(painter, lines);
     ChartPath path;
     path.reserve(static_cast<std::size_t>(lines.size()));

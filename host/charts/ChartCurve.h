@@ -9,7 +9,7 @@ namespace korvana {
 /// How often a path turns from rising to falling or back.
 [[nodiscard]] int reversals(const ChartPath& path);
 /// Beyond this a path is one block of colour rather than a line, and slow to paint.
-inline constexpr int kMostReversals = 300;
+inline constexpr int mostReversals = 300;
 
 /// Joined points or markers of a series, however many: what falls onto one place of the picture is painted
 /// once, at any zoom.

@@ -8,7 +8,7 @@
 namespace korvana {
 namespace {
 
-constexpr const char* kFamily = "DejaVu Sans";
+constexpr const char* fontFamily = "DejaVu Sans";
 
 /// Makes the fonts known to the application. The font database goes with it, so once for each.
 void addFonts() {
@@ -29,7 +29,7 @@ QByteArray chartFontData(bool bold) {
 
 QFont chartFont(int pixels, bool bold) {
     addFonts();
-    QFont font(kFamily);
+    QFont font(fontFamily);
     font.setPixelSize(pixels);
     font.setBold(bold);
     font.setHintingPreference(QFont::PreferNoHinting); // same widths at every resolution
@@ -43,7 +43,7 @@ void useChartFontWhereThereIsNone() {
     if (QFontMetrics(QApplication::font()).inFont('a')) return;
     addFonts();
     QFont font = QApplication::font();
-    font.setFamily(kFamily);
+    font.setFamily(fontFamily);
     QApplication::setFont(font);
 }
 

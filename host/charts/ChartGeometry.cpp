@@ -10,8 +10,8 @@
 namespace korvana {
 namespace {
 
-constexpr double kLargest = 1e200;
-constexpr double kGap = std::numeric_limits<double>::quiet_NaN();
+constexpr double largestValue = 1e200;
+constexpr double gap = std::numeric_limits<double>::quiet_NaN();
 
 /// Below this an axis has no room for ticks that a double can tell apart.
 bool tooNarrow(Extent extent) {
@@ -56,7 +56,7 @@ double niceWidth(double width) {
 } // namespace
 
 bool isDrawable(double value) {
-    return std::fabs(value) <= kLargest;
+    return std::fabs(value) <= largestValue;
 }
 
 bool isDrawable(const ChartPoint& point) {
@@ -92,7 +92,7 @@ ChartPath pathOf(const ozm::ChartSeries& series) {
     for (std::size_t i = 0; i < size; ++i) {
         const ChartPoint point{series.x[i], series.y[i]};
         if (!isDrawable(point)) {
-            path.push_back({kGap, kGap});
+            path.push_back({gap, gap});
             continue;
         }
         if (steps && !path.empty() && isDrawable(path.back())) path.push_back({point.x, path.back().y});
@@ -121,7 +121,7 @@ ChartPath clipped(const ChartPath& path, Extent x, Extent y) {
             continue;
         }
         if (!joined) {
-            if (!result.empty()) result.push_back({kGap, kGap});
+            if (!result.empty()) result.push_back({gap, gap});
             result.push_back(between(a, b, from, x, y));
         }
         result.push_back(between(a, b, to, x, y));
@@ -190,7 +190,7 @@ HistogramClasses histogramClasses(std::span<const double> values) {
     width = niceWidth(std::clamp(width, extent.span() / 60.0, extent.span()));
 
     HistogramClasses classes{std::floor(extent.low / width) * width, width, 1};
-    // Far from zero the multiples of the width cannot be told apart: begin at the data instead.
+    // Far from zero the multiples of the width are equal numbers: begin at the data instead.
     if (std::fabs(extent.low) / width > 1e12) classes.start = extent.low;
     classes.count = std::clamp(static_cast<int>(std::ceil((extent.high - classes.start) / width)), 1, 100);
     return classes;

@@ -7,9 +7,9 @@
 namespace korvana {
 namespace {
 
-constexpr int kIcon = 30;
-constexpr int kSpacing = 14;
-constexpr std::size_t kMostRows = 5;
+constexpr int iconWidth = 30;
+constexpr int spacing = 14;
+constexpr std::size_t mostRows = 5;
 
 std::size_t columnsFor(const std::vector<LegendEntry>& entries, std::size_t groups, int width,
                        const QFont& font) {
@@ -17,7 +17,7 @@ std::size_t columnsFor(const std::vector<LegendEntry>& entries, std::size_t grou
     double widest = 0.0;
     for (const LegendEntry& entry : entries)
         widest = std::max(widest, metrics.horizontalAdvance(entry.text));
-    auto columns = static_cast<std::size_t>(std::max(1.0, (width - 60) / (widest + kIcon + 2 * kSpacing)));
+    auto columns = static_cast<std::size_t>(std::max(1.0, (width - 60) / (widest + iconWidth + 2 * spacing)));
     // Where every group has the same number of entries, no group is torn over the end of a line.
     const std::size_t perGroup = entries.size() / groups;
     if (entries.size() % groups == 0 && perGroup > 1 && columns > perGroup) columns -= columns % perGroup;
@@ -40,9 +40,9 @@ void addLegend(QCustomPlot& plot, std::vector<LegendEntry> entries, std::size_t 
                const QFont& font, const QColor& ink) {
     if (entries.size() < 2) return;
     const std::size_t columns = columnsFor(entries, groups, width, font);
-    if (entries.size() > columns * kMostRows) {
-        const std::size_t left = entries.size() - columns * kMostRows + 1;
-        entries.resize(columns * kMostRows - 1);
+    if (entries.size() > columns * mostRows) {
+        const std::size_t left = entries.size() - columns * mostRows + 1;
+        entries.resize(columns * mostRows - 1);
         auto* blank = new QCPCurve(plot.xAxis, plot.yAxis); // the plot owns it
         blank->setPen(Qt::NoPen);
         entries.push_back({QString("and %1 more").arg(left), blank});
@@ -53,10 +53,10 @@ void addLegend(QCustomPlot& plot, std::vector<LegendEntry> entries, std::size_t 
     legend->setLayer("legend");
     legend->setFont(font);
     legend->setTextColor(ink);
-    legend->setIconSize(kIcon, 14);
+    legend->setIconSize(iconWidth, 14);
     // SVG does not clip a line's icon, which is 5 pixels longer than its place.
     legend->setIconTextPadding(12);
-    legend->setColumnSpacing(kSpacing);
+    legend->setColumnSpacing(spacing);
     legend->setRowSpacing(2);
     legend->setBorderPen(Qt::NoPen);
     legend->setBrush(Qt::NoBrush);

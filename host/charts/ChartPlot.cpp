@@ -26,23 +26,23 @@ namespace {
 
 using ozm::ChartSeries;
 
-constexpr double kBandTint = 0.11;
-constexpr double kBarTint = 0.59;
-constexpr std::size_t kMostBands = 3; // more shades than that hide each other
-constexpr double kMarksApart = 7.0;   // pixels, of the marks of censored observations
-constexpr int kMostNoteLines = 4;
+constexpr double bandTint = 0.11;
+constexpr double barTint = 0.59;
+constexpr std::size_t mostBands = 3; // more shades than that hide each other
+constexpr double marksApart = 7.0;   // pixels, of the marks of censored observations
+constexpr int mostNoteLines = 4;
 
 /// Qt's rasteriser takes time by the square of the edges that one outline has in a scan line, so a path that
 /// goes up and down often is painted in short pieces. Their square caps fill the corners.
 ChartPath inPieces(const ChartPath& path) {
-    constexpr std::size_t kPiece = 4;
-    constexpr double kGap = std::numeric_limits<double>::quiet_NaN();
-    if (reversals(path) <= kMostReversals) return path;
+    constexpr std::size_t pieceSize = 4;
+    constexpr double gap = std::numeric_limits<double>::quiet_NaN();
+    if (reversals(path) <= mostReversals) return path;
     ChartPath pieces;
     pieces.reserve(2 * path.size());
     for (std::size_t i = 0; i < path.size(); ++i) {
         pieces.push_back(path[i]);
-        if (i % kPiece == kPiece - 1) pieces.insert(pieces.end(), {{kGap, kGap}, path[i]});
+        if (i % pieceSize == pieceSize - 1) pieces.insert(pieces.end(), {{gap, gap}, path[i]});
     }
     return pieces;
 }
@@ -142,7 +142,7 @@ private:
         const ChartPath path = visible(pathOf(series));
         ChartCurve* curve = addCurve(inPieces(path));
         QPen line = style_.pen(series);
-        if (reversals(path) > kMostReversals) line.setWidthF(1.0);
+        if (reversals(path) > mostReversals) line.setWidthF(1.0);
         curve->setPen(line);
         if (!hasMarkers(series)) return addLegendEntry(series, curve);
         paintMarkers(series);
@@ -159,7 +159,7 @@ private:
         curve->setLineStyle(QCPCurve::lsNone);
         curve->setPen(style_.pen(series)); // the legend's icon
         curve->setScatterStyle(style_.scatter(series));
-        if (series.role == ChartSeries::Role::Censored) curve->keepMarkersApart(kMarksApart);
+        if (series.role == ChartSeries::Role::Censored) curve->keepMarkersApart(marksApart);
         return curve;
     }
 
@@ -177,14 +177,14 @@ private:
         bars->setWidth(classes.width);
         // Bars of several groups are outlines, so that none hides another.
         const bool alone = style_.groupCount() == 1;
-        bars->setBrush(alone ? QBrush(style_.tint(series, kBarTint)) : QBrush(Qt::NoBrush));
+        bars->setBrush(alone ? QBrush(style_.tint(series, barTint)) : QBrush(Qt::NoBrush));
         bars->setPen(QPen(style_.colour(series).darker(alone ? 130 : 100), alone ? 1 : 2));
         addLegendEntry(series, bars);
     }
 
     /// A light fill between the bounds of a band, below the grid.
     void paintBands() {
-        if (bands_.empty() || bands_.size() > kMostBands) return;
+        if (bands_.empty() || bands_.size() > mostBands) return;
         plot_.addLayer("bands", plot_.layer("grid"), QCustomPlot::limBelow);
         for (const auto& [group, band] : bands_) {
             ChartPath outline = inside(*band.lower);
@@ -195,7 +195,7 @@ private:
             ChartCurve* fill = addCurve(outline);
             fill->setLayer("bands");
             fill->setPen(Qt::NoPen);
-            fill->setBrush(style_.tint(*band.lower, kBandTint));
+            fill->setBrush(style_.tint(*band.lower, bandTint));
         }
     }
 
@@ -209,7 +209,7 @@ private:
                      std::clamp(point.y, ranges_.y.low, ranges_.y.high)};
         }
         path = thinned(path, ranges_.x, options_.width);
-        return reversals(path) <= kMostReversals ? path : ChartPath{};
+        return reversals(path) <= mostReversals ? path : ChartPath{};
     }
 
     void addTitle() {
@@ -239,7 +239,7 @@ private:
     void addNotes() {
         QStringList lines;
         for (const std::string& note : info_.notes)
-            lines += wrappedLines(note, font(12), options_.width - 60, kMostNoteLines);
+            lines += wrappedLines(note, font(12), options_.width - 60, mostNoteLines);
         if (lines.isEmpty()) return;
         auto* notes = new QCPTextElement(&plot_, lines.join('\n'), font(12));
         notes->setTextFlags(Qt::AlignLeft | Qt::AlignVCenter);
@@ -254,10 +254,10 @@ private:
         std::string text = shownLine(series.legend);
         if (const auto band = bands_.find(series.group); isBound(series) && band != bands_.end()) {
             text = bandText(shownLine(band->second.lower->legend), shownLine(band->second.upper->legend));
-            if (bands_.size() <= kMostBands) {
+            if (bands_.size() <= mostBands) {
                 ChartCurve* icon = addCurve({}); // line and fill in one
                 icon->setPen(style_.pen(series));
-                icon->setBrush(style_.tint(series, kBandTint));
+                icon->setBrush(style_.tint(series, bandTint));
                 plottable = icon;
             }
         }

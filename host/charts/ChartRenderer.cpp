@@ -20,11 +20,11 @@
 namespace korvana {
 namespace {
 
-constexpr int kWidth = 960;
-constexpr int kHeight = 640;
-constexpr int kPixelsPerInch = 96;
-constexpr int kPngScale = 2;
-constexpr int kPdfScale = 10; // finer than a pixel, so that glyphs are not pushed onto whole pixels
+constexpr int pictureWidth = 960;
+constexpr int pictureHeight = 640;
+constexpr int pixelsPerInch = 96;
+constexpr int pngScale = 2;
+constexpr int pdfScale = 10; // finer than a pixel, so that glyphs are not pushed onto whole pixels
 
 QString titleOf(const ozm::CChartInfo& info) {
     return QString::fromStdString(shownLine(info.title));
@@ -37,26 +37,26 @@ bool paintOn(QCustomPlot& plot, QPaintDevice& device, double scale, bool vectors
     painter.setMode(QCPPainter::pmNoCaching);
     painter.setMode(QCPPainter::pmVectorized, vectors);
     painter.scale(scale, scale);
-    plot.toPainter(&painter, kWidth, kHeight);
+    plot.toPainter(&painter, pictureWidth, pictureHeight);
     return painter.end();
 }
 
 bool drawSvg(QCustomPlot& plot, const ozm::CChartInfo& info, QBuffer& out) {
     QSvgGenerator generator;
     generator.setOutputDevice(&out);
-    generator.setResolution(kPixelsPerInch);
-    generator.setSize(QSize(kWidth, kHeight));
-    generator.setViewBox(QRect(0, 0, kWidth, kHeight));
+    generator.setResolution(pixelsPerInch);
+    generator.setSize(QSize(pictureWidth, pictureHeight));
+    generator.setViewBox(QRect(0, 0, pictureWidth, pictureHeight));
     generator.setTitle(QString::fromStdString(escaped(shownLine(info.title)))); // Qt writes it as it is
     return paintOn(plot, generator, 1.0, true);
 }
 
 bool drawPng(QCustomPlot& plot, QBuffer& out) {
-    QImage image(kWidth * kPngScale, kHeight * kPngScale, QImage::Format_RGB32);
+    QImage image(pictureWidth * pngScale, pictureHeight * pngScale, QImage::Format_RGB32);
     if (image.isNull()) return false;
     image.fill(Qt::white);
-    const int dotsPerMetre = static_cast<int>(kPixelsPerInch * kPngScale / 0.0254);
-    if (!paintOn(plot, image, kPngScale, false)) return false;
+    const int dotsPerMetre = static_cast<int>(pixelsPerInch * pngScale / 0.0254);
+    if (!paintOn(plot, image, pngScale, false)) return false;
     image.setDotsPerMeterX(dotsPerMetre);
     image.setDotsPerMeterY(dotsPerMetre);
     return image.save(&out, "PNG");
@@ -65,11 +65,11 @@ bool drawPng(QCustomPlot& plot, QBuffer& out) {
 bool drawPdf(QCustomPlot& plot, const ozm::CChartInfo& info, QBuffer& out) {
     QPdfWriter writer(&out);
     writer.setTitle(titleOf(info));
-    writer.setResolution(kPixelsPerInch * kPdfScale);
-    const QSizeF inches(double{kWidth} / kPixelsPerInch, double{kHeight} / kPixelsPerInch);
+    writer.setResolution(pixelsPerInch * pdfScale);
+    const QSizeF inches(double{pictureWidth} / pixelsPerInch, double{pictureHeight} / pixelsPerInch);
     writer.setPageSize(QPageSize(inches, QPageSize::Inch, {}, QPageSize::ExactMatch));
     writer.setPageMargins({});
-    return paintOn(plot, writer, kPdfScale, true);
+    return paintOn(plot, writer, pdfScale, true);
 }
 
 /// The SVG as an HTML page holds it.
@@ -116,7 +116,7 @@ Picture renderChart(const ozm::CChartInfo& info, PictureFormat format, const Pic
         QBuffer out(&bytes);
         out.open(QIODevice::WriteOnly);
         QCustomPlot plot;
-        fillPlot(plot, info, {kWidth, kHeight});
+        fillPlot(plot, info, {pictureWidth, pictureHeight});
         const bool drawn = format == PictureFormat::Svg   ? drawSvg(plot, info, out)
                            : format == PictureFormat::Png ? drawPng(plot, out)
                                                           : drawPdf(plot, info, out);
@@ -127,10 +127,10 @@ Picture renderChart(const ozm::CChartInfo& info, PictureFormat format, const Pic
         if (drawn && !bytes.isEmpty()) {
             picture.bytes = bytes.toStdString();
         } else {
-            picture.error = kNoMemoryToDraw; // there is no other reason
+            picture.error = noMemoryToDraw; // there is no other reason
         }
     } catch (const std::bad_alloc&) {
-        picture.error = kNoMemoryToDraw;
+        picture.error = noMemoryToDraw;
     } catch (const std::exception& problem) {
         picture.error = problem.what();
     }

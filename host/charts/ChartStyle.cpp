@@ -8,14 +8,14 @@ namespace {
 
 using ozm::ChartSeries;
 
-/// Okabe and Ito (2008), told apart with any colour vision; without its yellow, which is lost on white.
-constexpr std::array<QRgb, 7> kPalette{0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7,
-                                       0xFFE69F00, 0xFF56B4E9, 0xFF000000};
+/// Okabe and Ito (2008), distinct with any colour vision; without its yellow, which is lost on white.
+constexpr std::array<QRgb, 7> groupColours{0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7,
+                                           0xFFE69F00, 0xFF56B4E9, 0xFF000000};
 /// The same hues, lightened to stand out from a dark ground; white in black's place.
-constexpr std::array<QRgb, 7> kDarkPalette{0xFF5AB0F0, 0xFFF28446, 0xFF2EC79B, 0xFFE59CC8,
-                                           0xFFFFC247, 0xFFA6DEFF, 0xFFFFFFFF};
+constexpr std::array<QRgb, 7> darkPalette{0xFF5AB0F0, 0xFFF28446, 0xFF2EC79B, 0xFFE59CC8,
+                                          0xFFFFC247, 0xFFA6DEFF, 0xFFFFFFFF};
 
-constexpr double kMarkerFill = 0.43;
+constexpr double markerFill = 0.43;
 
 int mixed(int colour, int ground, double share) {
     return static_cast<int>(std::lround(ground + share * (colour - ground)));
@@ -47,7 +47,7 @@ ChartStyle::ChartStyle(const ozm::CChartInfo& info, bool dark) : dark_(dark) {
 }
 
 QColor ChartStyle::colour(const ChartSeries& series) const {
-    const auto& palette = dark_ ? kDarkPalette : kPalette;
+    const auto& palette = dark_ ? darkPalette : groupColours;
     return QColor::fromRgb(palette[place(series) % palette.size()]);
 }
 
@@ -64,7 +64,7 @@ QPen ChartStyle::pen(const ChartSeries& series) const {
     pen.setJoinStyle(Qt::MiterJoin);
     if (isBound(series)) {
         pen.setDashPattern({5.0, 3.0});
-    } else if (place(series) >= kPalette.size()) {
+    } else if (place(series) >= groupColours.size()) {
         pen.setStyle(Qt::DashDotLine); // colours come round again
     }
     return pen;
@@ -75,7 +75,7 @@ QCPScatterStyle ChartStyle::scatter(const ChartSeries& series) const {
     Marker marker = series.marker;
     if (marker == Marker::None)
         marker = series.role == ChartSeries::Role::Censored ? Marker::Plus : Marker::Circle;
-    const QColor fill = tint(series, kMarkerFill);
+    const QColor fill = tint(series, markerFill);
     const QPen outline(colour(series), 1.0);
     const QPen stroke(colour(series), 1.5);
     switch (marker) {

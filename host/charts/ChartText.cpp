@@ -8,11 +8,11 @@ namespace korvana {
 namespace {
 
 /// Longer texts cannot be shown anyway, and measuring them takes its time.
-constexpr qsizetype kMostCharacters = 2000;
+constexpr qsizetype mostCharacters = 2000;
 
 QString plain(std::string_view text) {
-    const std::string line = oneLine(text.substr(0, 4 * static_cast<std::size_t>(kMostCharacters)));
-    return QString::fromStdString(line).simplified().left(kMostCharacters);
+    const std::string line = oneLine(text.substr(0, 4 * static_cast<std::size_t>(mostCharacters)));
+    return QString::fromStdString(line).simplified().left(mostCharacters);
 }
 
 } // namespace

@@ -11,8 +11,8 @@
 namespace korvana {
 namespace {
 
-constexpr const char* kFamily = "DejaVu Sans";
-constexpr const char* kFamilies = "'DejaVu Sans', 'Bitstream Vera Sans', Verdana, sans-serif";
+constexpr const char* fontFamily = "DejaVu Sans";
+constexpr const char* fontFamilies = "'DejaVu Sans', 'Bitstream Vera Sans', Verdana, sans-serif";
 
 template <auto destroy>
 struct Destroy {
@@ -66,8 +66,9 @@ QByteArray rule(bool bold, const QSet<char32_t>& letters) {
     if (letters.isEmpty()) return {};
     const QByteArray font = subset(chartFontData(bold), letters);
     if (font.isEmpty()) return {};
-    return QByteArray("@font-face{font-family:'") + kFamily + "';font-weight:" + (bold ? "bold" : "normal") +
-           ";src:url(data:font/ttf;base64," + font.toBase64() + ")}";
+    return QByteArray("@font-face{font-family:'") + fontFamily +
+           "';font-weight:" + (bold ? "bold" : "normal") + ";src:url(data:font/ttf;base64," +
+           font.toBase64() + ")}";
 }
 
 } // namespace
@@ -75,7 +76,8 @@ QByteArray rule(bool bold, const QSet<char32_t>& letters) {
 QByteArray withItsFont(QByteArray svg) {
     const Letters letters = lettersOf(svg);
     const QByteArray rules = rule(false, letters.plain) + rule(true, letters.bold);
-    svg.replace(QByteArray("font-family=\"") + kFamily + '"', QByteArray("font-family=\"") + kFamilies + '"');
+    svg.replace(QByteArray("font-family=\"") + fontFamily + '"',
+                QByteArray("font-family=\"") + fontFamilies + '"');
     const qsizetype place = svg.indexOf("<defs>");
     if (place >= 0 && !rules.isEmpty()) svg.insert(place, "<style>" + rules + "</style>\n");
     return svg;

@@ -8,7 +8,7 @@
 
 namespace korvana {
 
-/** The column of case weights, looked up once. */
+/// The column of case weights, looked up once.
 struct CaseWeights {
     int variable = -1;               ///< 0-based
     std::span<const double> weights; ///< one per case, as in the data; lives as long as the data set
@@ -16,8 +16,8 @@ struct CaseWeights {
     int notPositiveCount = 0;        ///< weights of zero or less
 };
 
-/** Resolves a weight variable, given by name or number. Only cases of the mask are counted (1 = counted; an
-   empty mask = all cases). Throws DataError when there is no such variable or it holds texts or dates. */
+/// Resolves a weight variable, given by name or number. Only cases of the mask are counted (1 = counted; an
+/// empty mask = all cases). Throws DataError when there is no such variable or it holds texts or dates.
 CaseWeights resolveWeights(const DataSet& data, std::string_view nameOrNumber1,
                            std::span<const std::uint8_t> mask = {});
 

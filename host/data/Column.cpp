@@ -25,8 +25,8 @@ std::size_t bytesFor(std::size_t cells) {
     return isBig(bytes) ? (bytes + bigPage - 1) / bigPage * bigPage : bytes;
 }
 
-/** Memory that begins with a big page. A big column asks for such pages: fewer faults while it is filled. It
-   need not get them. */
+/// Memory that begins with a big page. A big column asks for such pages: fewer faults while it is filled. It
+/// need not get them.
 void* mapBig(std::size_t bytes) {
     void* const memory =
         mmap(nullptr, bytes + bigPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);

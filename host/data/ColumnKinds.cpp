@@ -72,7 +72,7 @@ private:
         return VariableKind::Number;
     }
 
-    /** One slip would make texts of a whole column of numbers. */
+    /// One slip would make texts of a whole column of numbers.
     void refuseGarbled(std::size_t column) const {
         const ColumnTally& tally = tallies_[column];
         const CellPlace& place = tally.first[Sort::Garbled];
@@ -122,7 +122,7 @@ private:
         }
     };
 
-    /** One mark for the file: that which cannot be anything else, then that of more cells. */
+    /// One mark for the file: that which cannot be anything else, then that of more cells.
     void decideMark() {
         if (!table_.format.dialect.comma) return;
         Found comma;
@@ -156,7 +156,7 @@ private:
                  "numbers with the other are texts then");
     }
 
-    /** 850 and 1.200 in a file without other decimals: whole numbers or not? */
+    /// 850 and 1.200 in a file without other decimals: whole numbers or not?
     void noteLikelyThousands(std::int64_t sure) {
         for (std::size_t i = first_; i < tallies_.size() && sure == 0; ++i) {
             const ColumnTally& tally = tallies_[i];
@@ -198,13 +198,13 @@ private:
             noteTexts(begin, tally, Sort::TooBig, ", which is no finite number");
     }
 
-    /** Cells of one sort that are no numbers or dates, though they look so. */
+    /// Cells of one sort that are no numbers or dates, though they look so.
     void noteTexts(const std::string& begin, const ColumnTally& tally, Sort sort, const std::string& why) {
         notes_.push_back(begin + cellsAre(tally.count[sort], "read as text") + ", such as " +
                          inLine(tally.first[sort]) + why);
     }
 
-    /** Texts of which the first would be a date in another order than that asked for. */
+    /// Texts of which the first would be a date in another order than that asked for.
     void noteOtherOrder(std::size_t column, const std::string& begin) {
         const CellPlace& place = tallies_[column].first[Sort::Text];
         const auto& asked = table_.format.dialect.dates;
@@ -218,7 +218,7 @@ private:
                              .append(")"));
     }
 
-    /** Whether there was something to note. */
+    /// Whether there was something to note.
     bool noteMixture(std::size_t column, const std::string& advice) {
         const ColumnTally& tally = tallies_[column];
         const bool numbers = tally.count[Sort::Number] > 0;

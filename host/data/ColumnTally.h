@@ -10,7 +10,7 @@
 
 namespace korvana {
 
-/** Counts of the cells of one column by what they hold, with the first cell of each sort. */
+/// Counts of the cells of one column by what they hold, with the first cell of each sort.
 struct ColumnTally {
     enum Sort {
         Number,
@@ -41,12 +41,12 @@ struct ColumnTally {
     std::array<std::int64_t, sortCount> count{};
     std::array<CellPlace, sortCount> first;
 
-    /** Cells are to be added in the order of their lines. */
+    /// Cells are to be added in the order of their lines.
     void add(Sort sort, std::int64_t line, std::string_view text) {
         if (count[sort]++ == 0) first[sort] = {line, brief(text)};
     }
 
-    /** Adds the counts of other cells of the column. */
+    /// Adds the counts of other cells of the column.
     void merge(const ColumnTally& other) {
         for (std::size_t sort = 0; sort < sortCount; ++sort) {
             count[sort] += other.count[sort];

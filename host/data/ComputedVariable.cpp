@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::string_view form = "a new variable is NAME = EXPRESSION, such as 'months = days / 30.4375'";
 
-/** Whether a name may stand in an expression without backquotes. */
+/// Whether a name may stand in an expression without backquotes.
 bool isPlainName(std::string_view name) {
     if (trimmed(name) != name) return false; // a byte order mark, say, which signs of a name include
     try {
@@ -43,7 +43,7 @@ void refuseWordOfExpressions(std::string_view name) {
         refuseName(name, std::string("it is ").append(word).append(" of expressions"));
 }
 
-/** The name in backquotes at the beginning of a text; answers where what follows it begins. */
+/// The name in backquotes at the beginning of a text; answers where what follows it begins.
 std::size_t takeQuotedName(std::string_view text, std::string& name) {
     for (std::size_t at = 1; at < text.size(); ++at) {
         if (text[at] == '`') {
@@ -55,7 +55,7 @@ std::size_t takeQuotedName(std::string_view text, std::string& name) {
     throw DataError(std::string("the closing ` of the name is missing; ").append(form));
 }
 
-/** What was found in some of the cases. */
+/// What was found in some of the cases.
 struct Outcome {
     std::int64_t notFinite = 0;
     std::size_t firstNotFinite = 0;

@@ -8,41 +8,41 @@
 
 namespace korvana {
 
-/** A new variable as users write it: NAME = EXPRESSION. */
+/// A new variable as users write it: NAME = EXPRESSION.
 struct Definition {
     std::string name; ///< without backquotes
     std::string expression;
 };
 
-/** Reads "months = days / 30.4375"; a name with blanks or signs stands in backquotes. The expression is not
-   looked at. Throws DataError. */
+/// Reads "months = days / 30.4375"; a name with blanks or signs stands in backquotes. The expression is not
+/// looked at. Throws DataError.
 Definition readDefinition(std::string_view text);
 
-/** The definition as a user would write it. */
+/// The definition as a user would write it.
 std::string definitionText(const Definition& definition);
 
-/** Refuses a name that a new variable cannot have: empty, taken (also in other capital letters), a number
-   (which would be a variable's number), a word of expressions, with control characters, not UTF-8. Throws
-   DataError. */
+/// Refuses a name that a new variable cannot have: empty, taken (also in other capital letters), a number
+/// (which would be a variable's number), a word of expressions, with control characters, not UTF-8. Throws
+/// DataError.
 void requireNewName(const DataSet& data, std::string_view name);
 
-/** A variable computed for every case, not yet part of a data set. */
+/// A variable computed for every case, not yet part of a data set.
 struct ComputedVariable {
     Variable variable; ///< of numbers; its label and its `expression` are the expression
     Column cells;
     std::string note; ///< one sentence or two: the definition, and the cases that have no value by it
 };
 
-/** Computes a variable. A case with a missing value in a variable of the expression has none, unless the
-   expression tests that variable by missing(x); comparisons give 1 or 0. A result that is not finite is a
-   missing value too, and the note counts those and names the first. Refused with DataError (name, too many
-   variables), ExpressionError or ReadingStopped (ReadData.h), nothing else but std::bad_alloc.
-    @param stop  asks from another thread to give up */
+/// Computes a variable. A case with a missing value in a variable of the expression has none, unless the
+/// expression tests that variable by missing(x); comparisons give 1 or 0. A result that is not finite is a
+/// missing value too, and the note counts those and names the first. Refused with DataError (name, too many
+/// variables), ExpressionError or ReadingStopped (ReadData.h), nothing else but std::bad_alloc.
+/// @param stop  asks from another thread to give up
 ComputedVariable computeVariable(const DataSet& data, const Definition& definition,
                                  const std::stop_token& stop = {});
 
-/** Computes a variable and appends it, with its note, to the data set. Errors as above; the data set then
-   stays as it was. */
+/// Computes a variable and appends it, with its note, to the data set. Errors as above; the data set then
+/// stays as it was.
 void defineVariable(DataSet& data, const Definition& definition);
 
 } // namespace korvana

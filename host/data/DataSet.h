@@ -13,22 +13,22 @@
 
 namespace korvana {
 
-/** Names of the cases, kept in one block of text. */
+/// Names of the cases, kept in one block of text.
 struct CaseNames {
     std::string text;
     std::vector<std::uint64_t> ends; ///< end of each name in the text; empty = the cases have no names
 };
 
-/** More variables than this are refused: numbers of variables are 16-bit elsewhere, and expressions number
-   one value more than there are variables. */
+/// More variables than this are refused: numbers of variables are 16-bit elsewhere, and expressions number
+/// one value more than there are variables.
 inline constexpr int maxVariables = 32766;
 
-/** A table of cases by variables, stored by columns. Movable, not copyable. Indices count from 0; the numbers
-   that users write count from 1. */
+/// A table of cases by variables, stored by columns. Movable, not copyable. Indices count from 0; the numbers
+/// that users write count from 1.
 class DataSet {
 public:
-    /** @param path       the file as the user named it
-        @param caseCount  0 or more */
+    /// @param path       the file as the user named it
+    /// @param caseCount  0 or more
     DataSet(std::string path, int caseCount);
     DataSet(DataSet&&) noexcept = default;
     DataSet& operator=(DataSet&&) noexcept = default;
@@ -45,48 +45,48 @@ public:
     const Variable& variable(int index0) const { return variables_.at(static_cast<std::size_t>(index0)); }
     Variable& variable(int index0) { return variables_.at(static_cast<std::size_t>(index0)); }
 
-    /** caseCount() cells; a missing cell is NaN, and so counts a cell that equals the variable's missing
-     * code. */
+    /// caseCount() cells; a missing cell is NaN, and so counts a cell that equals the variable's missing
+    /// code.
     std::span<const double> column(int index0) const;
     bool isMissing(int index0, int case0) const {
         return variable(index0).isMissing(column(index0)[static_cast<std::size_t>(case0)]);
     }
 
-    /** Appends a variable; the column holds at least caseCount() cells. */
+    /// Appends a variable; the column holds at least caseCount() cells.
     void addVariable(Variable variable, Column column);
 
-    /** Takes a variable out, with the notes that begin with a text; those behind it move up. */
+    /// Takes a variable out, with the notes that begin with a text; those behind it move up.
     void removeVariable(int index0, std::string_view noteBeginning);
 
-    /** Finds a variable by its exact name, else by its name without regard to letter case if that is unique,
-       else by its 1-based number such as "3". */
+    /// Finds a variable by its exact name, else by its name without regard to letter case if that is unique,
+    /// else by its 1-based number such as "3".
     std::optional<int> find(std::string_view nameOrNumber1) const;
 
-    /** As find, but throws a DataError that says what was asked for and which names come near. */
+    /// As find, but throws a DataError that says what was asked for and which names come near.
     int require(std::string_view nameOrNumber1) const;
 
-    /** Names that come near a misspelt one, nearest first; none when nothing is near. */
+    /// Names that come near a misspelt one, nearest first; none when nothing is near.
     std::vector<std::string> nearestNames(std::string_view name, int most = 3) const;
 
     bool hasCaseNames() const { return !caseNames_.ends.empty(); }
     std::string_view caseName(int case0) const; ///< empty when the cases have no names
     void setCaseNames(CaseNames names);         ///< one end per case
 
-    /** What the reader wants the user to know, one sentence each. */
+    /// What the reader wants the user to know, one sentence each.
     const std::vector<std::string>& notes() const { return notes_; }
     void addNote(std::string note) { notes_.push_back(std::move(note)); }
-    /** @param layout  it is on how the file was cut into columns and names */
+    /// @param layout  it is on how the file was cut into columns and names
     void addNote(std::string note, bool layout);
 
-    /** The notes on the layout for an error about a variable that is not there: each begins with a line feed
-     * and the path. */
+    /// The notes on the layout for an error about a variable that is not there: each begins with a line feed
+    /// and the path.
     std::string layoutRemarks() const;
 
-    /** How the file was laid out, as the reader found or was told, in a few words; empty when unknown. */
+    /// How the file was laid out, as detected or given, in a few words; empty when unknown.
     const std::string& layout() const { return layout_; }
     void setLayout(std::string layout) { layout_ = std::move(layout); }
 
-    /** What the reader was told about the file. */
+    /// What the user gave about the layout of the file.
     const ReadSettings& readSettings() const { return readSettings_; }
     void setReadSettings(const ReadSettings& settings) { readSettings_ = settings; }
 

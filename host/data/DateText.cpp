@@ -9,7 +9,7 @@
 namespace korvana {
 namespace {
 
-/** What is left of a text that is read from its front. */
+/// What is left of a text that is read from its front.
 class Front {
 public:
     explicit Front(std::string_view text) : text_(text) {}
@@ -26,7 +26,7 @@ public:
         while (skip(' ')) {}
     }
 
-    /** A number of at most so many digits; digits gets how many it has, 0 = none. */
+    /// A number of at most so many digits; digits gets how many it has, 0 = none.
     int number(std::size_t most, std::size_t& digits) {
         int value = 0;
         for (digits = 0; digits < most && digit(); ++digits) {
@@ -36,7 +36,7 @@ public:
         return value;
     }
 
-    /** One of AM and PM in any letter case: 'A', 'P', or none. */
+    /// One of AM and PM in any letter case: 'A', 'P', or none.
     char half() {
         if (text_.size() < 2 || (text_[1] | 0x20) != 'm') return '\0';
         const char c = static_cast<char>(text_[0] & ~0x20);
@@ -49,7 +49,7 @@ private:
     std::string_view text_;
 };
 
-/** Z, +01, +01:00 or +0100 at the end: the date counts as it is written there. */
+/// Z, +01, +01:00 or +0100 at the end: the date counts as it is written there.
 bool readZone(Front& rest) {
     if (rest.skip('Z') || rest.skip('z') || rest.ended()) return rest.ended();
     if (!rest.skip('+') && !rest.skip('-')) return false;
@@ -62,7 +62,7 @@ bool readZone(Front& rest) {
     return digits == 2 && rest.ended();
 }
 
-/** 12:34, 12:34:56, 12:34:56.789, with AM or PM, with a zone; false when the text is something else. */
+/// 12:34, 12:34:56, 12:34:56.789, with AM or PM, with a zone; false when the text is something else.
 bool readTime(Front& rest, DateText& date) {
     if (!rest.skip('T') && !rest.skip('t')) {
         if (!rest.skip(' ')) return false;

@@ -7,8 +7,8 @@
 
 namespace korvana {
 
-/** A text of the form of a date: three numbers with the same separator ( . / - ) between them, the year with
-   four digits first or last, or all three with at most two and the last with two. A time of day may follow. */
+/// A text of the form of a date: three numbers with the same separator ( . / - ) between them, the year with
+/// four digits first or last, or all three with at most two and the last with two. A time of day may follow.
 struct DateText {
     int first = 0;
     int second = 0;
@@ -19,14 +19,14 @@ struct DateText {
     bool noSuchTime = false; ///< 25:00
 };
 
-/** The parts of a text; nothing when it has not the form of a date. */
+/// The parts of a text; nothing when it has not the form of a date.
 std::optional<DateText> readDateText(std::string_view text);
 
-/** The Julian day number of a date that is read in an order; nothing when there is no such day, or the year
-   does not stand where the order wants it. A date with the year first has one reading only. */
+/// The Julian day number of a date that is read in an order; nothing when there is no such day, or the year
+/// does not stand where the order wants it. A date with the year first has one reading only.
 std::optional<int> dayNumberOf(const DateText& date, DateOrder order);
 
-/** A date whose order is not known yet as one negative number, and back. The time of day is lost. */
+/// A date whose order is not known yet as one negative number, and back. The time of day is lost.
 double packedDate(const DateText& date);
 DateText unpackedDate(double packed);
 

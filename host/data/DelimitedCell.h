@@ -8,18 +8,18 @@
 
 namespace korvana {
 
-/** How the cells of a delimited text are written. */
+/// How the cells of a delimited text are written.
 struct Dialect {
     char separator = ',';
     bool point = true;                ///< 1.5 is a number
     bool comma = false;               ///< 1,5 is a number
     bool markTold = false;            ///< which of them, by the user
-    std::optional<DateOrder> dates{}; ///< none: to be found out
+    std::optional<DateOrder> dates{}; ///< none: to be detected
 };
 
 enum class CellFault { None, OpenQuote, TextAfterQuote };
 
-/** One cell as it stands in the text. */
+/// One cell as it stands in the text.
 struct RawCell {
     std::string_view text;      ///< without quotes and surrounding blanks
     const char* next = nullptr; ///< at the separator, the line feed or the end of the text
@@ -27,10 +27,10 @@ struct RawCell {
     CellFault fault = CellFault::None;
 };
 
-/** Reads the cell that begins at p < end or p == end. A cell is quoted when its first character besides
-   blanks is a quotation mark; a quotation mark further inside is an ordinary character. Line breaks inside
-   quotes are line feeds, as an editor that saves the file anew changes them.
-    @param scratch  holds the text of a cell that differs from the file until the next call */
+/// Reads the cell that begins at p < end or p == end. A cell is quoted when its first character besides
+/// blanks is a quotation mark; a quotation mark further inside is an ordinary character. Line breaks inside
+/// quotes are line feeds, as an editor that saves the file anew changes them.
+/// @param scratch  holds the text of a cell that differs from the file until the next call
 RawCell readCell(const char* p, const char* end, char separator, std::string& scratch);
 
 enum class CellKind {
@@ -51,14 +51,14 @@ struct CellValue {
     DateText date{}; ///< of the three kinds of dates
 };
 
-/** Whether a cell without quotes and surrounding blanks stands for a missing value. */
+/// Whether a cell without quotes and surrounding blanks stands for a missing value.
 bool isMissingText(std::string_view text);
 
-/** Whether a text is made of signs in front, digits and marks, one mark or several signs at least, but is no
-   number, date or number with separated thousands: 1.2,3 or --5, though not 3+ or 1-3. */
+/// Whether a text is made of signs in front, digits and marks, one mark or several signs at least, but is no
+/// number, date or number with separated thousands: 1.2,3 or --5, though not 3+ or 1-3.
 bool isGarbledNumber(std::string_view text);
 
-/** @param text  a cell without quotes and surrounding blanks */
+/// @param text  a cell without quotes and surrounding blanks
 CellValue classifyCell(std::string_view text, const Dialect& dialect);
 
 } // namespace korvana

@@ -18,8 +18,8 @@ constexpr std::array<char, 4> separators{'\t', ';', '|', ','};
 
 using Counts = std::array<int, separators.size()>;
 
-/** Counts the separators of the first rows, outside quotes. Only whole rows are taken, unless there is only
- * one. */
+/// Counts the separators of the first rows, outside quotes. Only whole rows are taken, unless there is only
+/// one.
 std::vector<Counts> countSeparators(std::string_view text) {
     constexpr std::size_t mostRows = 50;
     constexpr std::size_t mostBytes = 1 << 20;
@@ -52,7 +52,7 @@ std::vector<Counts> countSeparators(std::string_view text) {
     return rows;
 }
 
-/** The separator that stands equally often in each of the first rows; else the one that occurs most. */
+/// The separator that stands equally often in each of the first rows; else the one that occurs most.
 char findSeparator(std::string_view text) {
     const std::vector<Counts> rows = countSeparators(text);
     Counts total{};
@@ -74,9 +74,9 @@ bool canSeparate(char c) {
     return !letterOrDigit && c != '\0' && std::string_view("\"'\r\n .-+_").find(c) == std::string_view::npos;
 }
 
-/** A first line "sep=;", as spreadsheet programs write it for one another: the separator, and the line is
-   skipped.
-    @param told  the separator is known without it */
+/// A first line "sep=;", as spreadsheet programs write it for one another: the separator, and the line is
+/// skipped.
+/// @param told  the separator is known without it
 std::optional<char> readSeparatorLine(std::string_view text, bool told, const std::string& file,
                                       DelimitedFormat& format) {
     const std::size_t feed = text.find('\n', format.begin);
@@ -120,7 +120,7 @@ Dialect findDialect(std::string_view text, const ReadOptions& options, const std
     return dialect;
 }
 
-/** Skips lines without any character but blanks; false when there is nothing behind them. */
+/// Skips lines without any character but blanks; false when there is nothing behind them.
 bool skipBlankLines(std::string_view text, DelimitedFormat& format) {
     for (std::size_t i = format.begin; i < text.size(); ++i) {
         if (!isBlankCharacter(text[i], format.dialect.separator)) return true;
@@ -152,7 +152,7 @@ struct FirstRow {
                             : "the lines end with carriage returns alone; save the file with line feeds");
 }
 
-/** @param whole  the text ends here; otherwise a row that does not end in it may be half a row */
+/// @param whole  the text ends here; otherwise a row that does not end in it may be half a row
 FirstRow readFirstRow(std::string_view text, bool whole, const DelimitedFormat& format,
                       const std::string& file) {
     FirstRow row;

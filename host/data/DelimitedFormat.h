@@ -12,7 +12,7 @@
 
 namespace korvana {
 
-/** How a delimited text is laid out, as far as its first lines tell. */
+/// How a delimited text is laid out, as far as its first lines show.
 struct DelimitedFormat {
     Dialect dialect;
     std::vector<std::string> header; ///< the header cells, unquoted; empty without a header line
@@ -24,10 +24,10 @@ struct DelimitedFormat {
     bool caseNames = false; ///< the first column, whose header cell is empty, names the cases
 };
 
-/** Finds the layout from the beginning of a text; nothing when more of it is needed. Throws DataError, naming
-   the file, for options that contradict each other, for texts in UTF-16, with line ends of old Macintosh
-   systems or without any row of cells.
-    @param whole  there is no more */
+/// Finds the layout from the beginning of a text; nothing when more of it is needed. Throws DataError, naming
+/// the file, for options that contradict each other, for texts in UTF-16, with line ends of old Macintosh
+/// systems or without any row of cells.
+/// @param whole  there is no more
 std::optional<DelimitedFormat> findFormat(std::string_view text, bool whole, const ReadOptions& options,
                                           const std::string& file);
 

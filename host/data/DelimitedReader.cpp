@@ -20,7 +20,7 @@ namespace {
 
 constexpr auto mostVariables = static_cast<std::size_t>(maxVariables);
 
-/** The beginning of a text, as much of it as its format takes to be known. */
+/// The beginning of a text, as much of it as its format takes to be known.
 struct Head {
     std::string text;
     bool whole = false; ///< there is no more
@@ -54,7 +54,7 @@ unsigned threadsFor(const ReaderTuning& tuning, std::size_t bytes) {
     return bytes < bigFile ? 1 : std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
 }
 
-/** What those who read the numbers share. */
+/// What those who read the numbers share.
 struct NumberPass {
     ByteSource& source;
     DelimitedTable& table;
@@ -94,7 +94,7 @@ public:
 
     void work() override {
         const auto hold = pass_.columns.hold();
-        // From now on the rows without blank lines; the first row does not tell of those yet.
+        // From now on the rows without blank lines; the first row does not show those yet.
         place_->rowCount = readChunk(pass_.table, chunk_, pass_.columns.cells(), tallies);
     }
 
@@ -187,7 +187,7 @@ private:
         columns_ = pass.columns.take(static_cast<std::size_t>(table_.rowCount()));
     }
 
-    /** Blank lines were counted as rows: moves the cells behind them up. */
+    /// Blank lines were counted as rows: moves the cells behind them up.
     void closeGaps(std::span<double* const> cells) {
         std::int64_t rows = 0;
         for (RowChunk& chunk : table_.chunks) {
@@ -206,7 +206,7 @@ private:
             if (cells[row] < 0) cells[row] = dayNumberOf(unpackedDate(cells[row]), order).value_or(0);
     }
 
-    /** Names that only repeat the number of the case are not worth their memory. */
+    /// Names that only repeat the number of the case are not worth their memory.
     bool namesAreNumbers() {
         const std::int64_t rows = table_.rowCount();
         if (tallies_[0].count[ColumnTally::Number] != rows) return false;
@@ -221,7 +221,7 @@ private:
     Head head_;
     DelimitedTable table_;
     unsigned threads_ = 1;
-    bool headerFound_ = false; ///< and not told
+    bool headerFound_ = false; ///< detected, not given
     std::size_t first_ = 0;    ///< the first column that is a variable
     std::vector<Column> columns_;
     std::vector<ColumnTally> tallies_;

@@ -12,7 +12,7 @@
 namespace korvana {
 namespace {
 
-/** Counts distinct values, kept sorted, until there are more than the limit. */
+/// Counts distinct values, kept sorted, until there are more than the limit.
 class DistinctCounter {
 public:
     explicit DistinctCounter(int limit) : limit_(static_cast<std::size_t>(std::max(limit, 0))) {}

@@ -18,13 +18,13 @@ struct DistinctValue {
     std::string label; ///< value label, or the date of a date variable; may be empty
 };
 
-/** The distinct values of a variable in ascending order. */
+/// The distinct values of a variable in ascending order.
 struct DistinctValues {
     std::vector<DistinctValue> values; ///< empty when there are more than the limit
     bool moreThanLimit = false;
 };
 
-/** What there is to say about a variable; missing cells only enter missingCount. */
+/// What there is to say about a variable; missing cells only enter missingCount.
 struct VariableSummary {
     int validCount = 0;
     int missingCount = 0;
@@ -35,14 +35,14 @@ struct VariableSummary {
 
 inline constexpr int defaultDistinctLimit = 50;
 
-/** Describes a variable over the cases of a mask (1 = taken; an empty mask = all cases). */
+/// Describes a variable over the cases of a mask (1 = taken; an empty mask = all cases).
 VariableSummary describeVariable(const DataSet& data, int variable, std::span<const std::uint8_t> mask = {},
                                  int limit = defaultDistinctLimit);
 
-/** Describes a variable piece by piece, for who must not wait for all the cases at once. */
+/// Describes a variable piece by piece, for who must not wait for all the cases at once.
 class VariableDescriber {
 public:
-    /** The data and the mask must stay; arguments as for describeVariable. */
+    /// The data and the mask must stay; arguments as for describeVariable.
     VariableDescriber(const DataSet& data, int variable, std::span<const std::uint8_t> mask = {},
                       int limit = defaultDistinctLimit);
     VariableDescriber(VariableDescriber&&) noexcept;
@@ -51,10 +51,10 @@ public:
     VariableDescriber& operator=(const VariableDescriber&) = delete;
     ~VariableDescriber();
 
-    /** Takes up to the given number of further cases; false when there are no more. */
+    /// Takes up to the given number of further cases; false when there are no more.
     bool advance(std::size_t cases);
 
-    /** What was found in the cases taken; to be called once. */
+    /// What was found in the cases taken; to be called once.
     VariableSummary take();
 
 private:
@@ -62,15 +62,14 @@ private:
     std::unique_ptr<State> state_;
 };
 
-/** The distinct values alone. */
+/// The distinct values alone.
 DistinctValues distinctCodes(const DataSet& data, int variable, std::span<const std::uint8_t> mask = {},
                              int limit = defaultDistinctLimit);
 
-/** The values as a phrase for messages: "0 'alive' (40 cases), 1 'dead' (12 cases)" or "more than 50 values".
- */
+/// The values as a phrase for messages: "0 'alive' (40 cases), 1 'dead' (12 cases)" or "more than 50 values".
 std::string codesText(const DistinctValues& codes, int limit = defaultDistinctLimit);
 
-/** A handful of the values for messages, whether or not there are more. */
+/// A handful of the values for messages, whether or not there are more.
 std::string fewCodesText(const DataSet& data, int variable);
 
 } // namespace korvana

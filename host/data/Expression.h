@@ -13,10 +13,10 @@
 
 namespace korvana {
 
-/** An expression that cannot be understood. what() is a complete message that quotes the expression. */
+/// An expression that cannot be understood. what() is a complete message that quotes the expression.
 class ExpressionError : public std::runtime_error {
 public:
-    /** @param position  0-based offset of the fault in the expression, in bytes */
+    /// @param position  0-based offset of the fault in the expression, in bytes
     ExpressionError(std::string_view expression, std::size_t position, std::string_view text);
 
     std::size_t position() const { return position_; }
@@ -25,27 +25,27 @@ private:
     std::size_t position_;
 };
 
-/** A name that an expression may use besides the variables of the data. */
+/// A name that an expression may use besides the variables of the data.
 struct NamedInput {
     std::string name;
     int reference; ///< its 1-based reference number, beyond the variables: variableCount() + 1, ...
 };
 
-/** A formula over the variables of a data set, compiled once and evaluated for given values.
-
-    Names: variables, exact or without regard to letter case; any name in backquotes (`white cells`). Numbers
-   with a decimal point; dates 1995-01-15. A text in quotes next to = or <> means the value of that label of
-   the variable on the other side. Operators, weakest first: or ||; and &&; not !; = == <> != < <= > >=; + -;
-   * /; sign; ^ or **. Functions: abs sqrt exp ln log (both natural) log10 log2 floor ceil round trunc sign
-   sin cos tan asin acos atan sinh cosh tanh mod(a,b) min(...) max(...) if(condition,a,b) missing(variable);
-   the constant pi.
-
-    True is 1, false is 0; any value but 0 counts as true. A missing value or an undefined operation (log of
-   0, division by 0) makes arithmetic and comparisons undefined; and, or, not follow Kleene's three-valued
-   logic. */
+/// A formula over the variables of a data set, compiled once and evaluated for given values.
+///
+/// Names: variables, exact or without regard to letter case; any name in backquotes (`white cells`). Numbers
+/// with a decimal point; dates 1995-01-15. A text in quotes next to = or <> means the value of that label of
+/// the variable on the other side. Operators, weakest first: or ||; and &&; not !; = == <> != < <= > >=; + -;
+/// * /; sign; ^ or **. Functions: abs sqrt exp ln log (both natural) log10 log2 floor ceil round trunc sign
+/// sin cos tan asin acos atan sinh cosh tanh mod(a,b) min(...) max(...) if(condition,a,b) missing(variable);
+/// the constant pi.
+///
+/// True is 1, false is 0; any value but 0 counts as true. A missing value or an undefined operation (log of
+/// 0, division by 0) makes arithmetic and comparisons undefined; and, or, not follow Kleene's three-valued
+/// logic.
 class Expression {
 public:
-    /** Compiles; throws ExpressionError. The data set is not kept. */
+    /// Compiles; throws ExpressionError. The data set is not kept.
     Expression(std::string_view text, const DataSet& data, std::span<const NamedInput> inputs = {});
     Expression(Expression&&) noexcept;
     Expression& operator=(Expression&&) noexcept;
@@ -55,26 +55,26 @@ public:
 
     const std::string& text() const;
 
-    /** What the expression refers to, each once in order of appearance: 1-based variable numbers and the
-       reference numbers of named inputs. */
+    /// What the expression refers to, each once in order of appearance: 1-based variable numbers and the
+    /// reference numbers of named inputs.
     const std::vector<int>& referencedVariables() const;
 
-    /** Whether missing(x) tests the referenced variable at this place of referencedVariables(). */
+    /// Whether missing(x) tests the referenced variable at this place of referencedVariables().
     bool isTestedForMissing(std::size_t place) const;
 
-    /** Evaluates for the values of referencedVariables(), in that order; NaN = missing. Nothing when the
-       result is not finite. Not for two threads at once on one object. */
+    /// Evaluates for the values of referencedVariables(), in that order; NaN = missing. Nothing when the
+    /// result is not finite. Not for two threads at once on one object.
     std::optional<double> evaluate(std::span<const double> values) const;
 
-    /** The values that one of referencedVariables() takes from case to case. */
+    /// The values that one of referencedVariables() takes from case to case.
     struct Input {
         const double* first = nullptr;
         std::size_t step = 1;     ///< 0: the same one for every case
         double missingCode = 0.0; ///< a value equal to it is missing; NaN, which equals nothing, for none
     };
 
-    /** Evaluates for as many cases as there are results, without asking for memory; a result that is not
-       finite becomes NaN. Answers how many those are. */
+    /// Evaluates for as many cases as there are results, without asking for memory; a result that is not
+    /// finite becomes NaN. Answers how many those are.
     int evaluate(std::span<const Input> inputs, std::span<double> results) const;
 
 private:
@@ -82,17 +82,17 @@ private:
     std::unique_ptr<Compiled> compiled_;
 };
 
-/** Hands out the values of referencedVariables() case by case; missing values are NaN. The data set must be
-   the one the expression was compiled for, and stay. Named inputs take the values given, in the order of
-   their reference numbers from variableCount() + 1 on. */
+/// Hands out the values of referencedVariables() case by case; missing values are NaN. The data set must be
+/// the one the expression was compiled for, and stay. Named inputs take the values given, in the order of
+/// their reference numbers from variableCount() + 1 on.
 class CaseValues {
 public:
     CaseValues(const Expression& expression, const DataSet& data, std::span<const double> inputValues = {});
 
-    /** The values of a case, valid until the next call. */
+    /// The values of a case, valid until the next call.
     std::span<const double> take(std::size_t case0);
 
-    /** Whether the case taken last misses any of the values. */
+    /// Whether the case taken last misses any of the values.
     bool anyMissing() const { return missing_; }
 
 private:
@@ -106,8 +106,8 @@ private:
     bool missing_ = false;
 };
 
-/** Evaluates for every case of the data set the expression was compiled for: one result per case, NaN where
-   it is not finite or a value that it needs is missing. Named inputs as for CaseValues. */
+/// Evaluates for every case of the data set the expression was compiled for: one result per case, NaN where
+/// it is not finite or a value that it needs is missing. Named inputs as for CaseValues.
 std::vector<double> evaluateAll(const Expression& expression, const DataSet& data,
                                 std::span<const double> inputValues = {});
 

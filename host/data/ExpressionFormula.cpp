@@ -17,7 +17,7 @@
 namespace korvana {
 namespace {
 
-/** A pair of parentheses that is open, or the whole expression. */
+/// A pair of parentheses that is open, or the whole expression.
 struct Level {
     const ExpressionFunction* function = nullptr; ///< whose arguments these are
     std::size_t position = 0;
@@ -150,7 +150,7 @@ private:
                                   : "ge";
     }
 
-    /** Whether nothing stands to the left of a token but what begins a truth value. */
+    /// Whether nothing stands to the left of a token but what begins a truth value.
     bool beginsOperand(std::size_t at) const {
         if (at == 0) return true;
         const TokenKind before = kindAt(at - 1);
@@ -204,8 +204,8 @@ private:
                                  .append(level.function->most > fewest ? " or more" : ""));
     }
 
-    /** Emits the variable, input or constant of a name; answers the number of its v symbol (0 for a
-     * constant). */
+    /// Emits the variable, input or constant of a name; answers the number of its v symbol (0 for a
+    /// constant).
     std::size_t takeName() {
         const Token& token = now();
         operandDue_ = false;
@@ -232,7 +232,7 @@ private:
         return function != nullptr && function->name == "missing";
     }
 
-    /** Exact names first, and named inputs before variables. */
+    /// Exact names first, and named inputs before variables.
     std::optional<int> referenceOf(const Token& token) const {
         for (const NamedInput& input : inputs_)
             if (input.name == token.text) return input.reference;
@@ -262,7 +262,7 @@ private:
         fail(token.position, what + data_.layoutRemarks());
     }
 
-    /** The value that a text means next to a comparison with a variable. */
+    /// The value that a text means next to a comparison with a variable.
     double codeOfText() const {
         const Token& text = now();
         const std::size_t last = at_;

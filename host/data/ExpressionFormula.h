@@ -10,8 +10,8 @@
 
 namespace korvana {
 
-/** An expression, checked and rewritten for the formula library: variables are v0, v1, ..., constants c0, c1,
-   ..., functions and operators those of defineExpressionFunctions. */
+/// An expression, checked and rewritten for the formula library: variables are v0, v1, ..., constants c0, c1,
+/// ..., functions and operators those of defineExpressionFunctions.
 struct ExpressionFormula {
     std::string text;
     std::vector<double> constants;
@@ -19,7 +19,7 @@ struct ExpressionFormula {
     std::vector<bool> tested;    ///< whether missing(...) tests v0, v1, ...
 };
 
-/** Checks and rewrites; throws ExpressionError. */
+/// Checks and rewrites; throws ExpressionError.
 ExpressionFormula translate(std::string_view expression, const DataSet& data,
                             std::span<const NamedInput> inputs);
 

@@ -31,7 +31,7 @@ struct Token {
     double value = 0;         ///< of a number or date
 };
 
-/** Splits an expression into tokens; the last is End. Throws ExpressionError. */
+/// Splits an expression into tokens; the last is End. Throws ExpressionError.
 std::vector<Token> tokenize(std::string_view expression);
 
 } // namespace korvana

@@ -10,11 +10,11 @@
 
 namespace korvana {
 
-/** A file, read in blocks and never mapped: a mapped file that somebody shortens ends the program. What
-   comes through a pipe is kept in memory, because it cannot be read a second time. */
+/// A file, read in blocks and never mapped: a mapped file that somebody shortens ends the program. What
+/// comes through a pipe is kept in memory, because it cannot be read a second time.
 class FileSource final : public ByteSource {
 public:
-    /** @param path  "-" is standard input */
+    /// @param path  "-" is standard input
     FileSource(const std::filesystem::path& path, std::stop_token stop);
     ~FileSource() override;
 

@@ -35,7 +35,7 @@ void GzipSource::rewind() {
     inPiece_ = true;
 }
 
-/** Sees to it that there is packed input; false at its end. */
+/// Sees to it that there is packed input; false at its end.
 bool GzipSource::fill() {
     if (stream_.avail_in > 0) return true;
     const std::size_t count = packed_->read(input_);
@@ -44,7 +44,7 @@ bool GzipSource::fill() {
     return count > 0;
 }
 
-/** Between two pieces: zeros that fill a tape's block are skipped. */
+/// Between two pieces: zeros that fill a tape's block are skipped.
 void GzipSource::beginPiece() {
     while (fill() && *stream_.next_in == 0) {
         ++stream_.next_in;

@@ -10,8 +10,8 @@ char lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-/** Optimal string alignment distances (Levenshtein with swaps of neighbours) between a text and each
-   beginning of another, the empty one first; kept in three rows. */
+/// Optimal string alignment distances (Levenshtein with swaps of neighbours) between a text and each
+/// beginning of another, the empty one first; kept in three rows.
 std::vector<std::size_t> editDistances(std::string_view a, std::string_view b) {
     std::vector<std::size_t> before(b.size() + 1);
     std::vector<std::size_t> last(b.size() + 1);
@@ -37,20 +37,20 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
     return editDistances(a, b).back();
 }
 
-/** One slip in three letters, and one in a word of two. */
+/// One slip in three letters, and one in a word of two.
 bool isMisspelt(std::string_view name, std::string_view candidate, std::size_t distance) {
     const std::size_t length = std::max(name.size(), candidate.size());
     return distance <= std::max<std::size_t>(length / 3, 1) && distance < candidate.size();
 }
 
-/** Whether one is the beginning of the other, and long enough to tell. */
+/// Whether one is the beginning of the other, and long enough to be more than chance.
 bool isAbbreviation(std::string_view name, std::string_view candidate) {
     constexpr std::size_t fewest = 3;
     const std::size_t length = std::min(name.size(), candidate.size());
     return length >= fewest && equalIgnoringCase(name.substr(0, length), candidate.substr(0, length));
 }
 
-/** Whether the beginning of a candidate has one slip in it, and is long enough to tell. */
+/// Whether the beginning of a candidate has one slip in it, and is long enough to tell.
 bool isMisspeltAbbreviation(std::string_view name, std::string_view candidate) {
     constexpr std::size_t fewest = 5;
     if (name.size() < fewest || candidate.size() <= name.size()) return false;
@@ -67,7 +67,7 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
 
 std::vector<std::string> nearestOf(std::string_view name, const std::vector<std::string_view>& candidates,
                                    std::size_t most) {
-    constexpr std::size_t longest = 100; // nobody misspells longer names letter by letter
+    constexpr std::size_t longest = 100; // longer names are rarely misspelt by a letter
     std::vector<std::pair<std::size_t, std::string_view>> near;
     if (name.empty() || name.size() > longest) return {};
     for (const std::string_view candidate : candidates) {

@@ -16,8 +16,7 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-/** Whether a number out of range (digits . digits e exponent, already known to be well formed) lies below 1.
- */
+/// Whether a number out of range (digits . digits e exponent, already known to be well formed) lies below 1.
 bool isTiny(std::string_view digits) {
     const std::size_t e = digits.find_first_of("eE");
     const std::string_view mantissa = digits.substr(0, e);
@@ -88,7 +87,7 @@ std::string numberText(double value) {
 
 namespace {
 
-/** The bytes of the blank with which a text begins or ends; 0 = none. */
+/// The bytes of the blank with which a text begins or ends; 0 = none.
 std::size_t blankAtBegin(std::string_view text) {
     if (text.front() == ' ' || text.front() == '\t') return 1;
     if (static_cast<unsigned char>(text.front()) < 0x80) return 0;

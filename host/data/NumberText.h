@@ -17,15 +17,15 @@ struct NumberText {
     double value = 0;
 };
 
-/** Reads a whole text as a decimal number: optional sign, digits with an optional decimal mark, optional
-   exponent. Hexadecimal numbers, thousands separators and units are texts; "inf" and "infinity" are TooBig;
-   "nan" is a text. Does not depend on the locale. */
+/// Reads a whole text as a decimal number: optional sign, digits with an optional decimal mark, optional
+/// exponent. Hexadecimal numbers, thousands separators and units are texts; "inf" and "infinity" are TooBig;
+/// "nan" is a text. Does not depend on the locale.
 NumberText readNumber(std::string_view text, char decimalMark = '.');
 
-/** The shortest text that reads back as the same number. */
+/// The shortest text that reads back as the same number.
 std::string numberText(double value);
 
-/** Without the blanks and tabs at both ends, no-break spaces and their like among them. */
+/// Without the blanks and tabs at both ends, no-break spaces and their like among them.
 std::string_view trimmed(std::string_view text);
 
 } // namespace korvana

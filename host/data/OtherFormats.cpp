@@ -15,7 +15,7 @@ constexpr auto fromProgram = "save the data from the program that made it as tex
                              "tabs (.csv)"sv;
 constexpr auto unpack = "unpack it first, or pack it with gzip (.gz), which can be read"sv;
 
-/** A format, and what to do about it. */
+/// A format, and what to do about it.
 struct OtherFormat {
     std::string_view magic;  ///< first bytes, may be empty
     std::string_view ending; ///< may be empty
@@ -55,7 +55,7 @@ constexpr OtherFormat otherFormats[] = {
     {"{\\rtf", ".rtf", "a document (.rtf)", "save it as plain text"},
 };
 
-/** Workbooks and documents are ZIP archives; the names of what they hold tell which. */
+/// Workbooks and documents are ZIP archives; the names of their members show which.
 OtherFormat zipFormat(std::string_view beginning, std::string_view ending) {
     const auto holds = [&](std::string_view name) { return beginning.find(name) != std::string_view::npos; };
     const auto ends = [&](std::string_view with) { return equalIgnoringCase(ending, with); };
@@ -74,7 +74,7 @@ bool beginsWith(std::string_view text, std::string_view with) {
     return equalIgnoringCase(text.substr(0, with.size()), with);
 }
 
-/** Texts that are no tables; empty when it may be one. */
+/// Texts that are no tables; empty when it may be one.
 std::string_view markupFormat(std::string_view beginning) {
     constexpr auto blanks = " \t\r\n"sv;
     if (beginning.starts_with("\xEF\xBB\xBF")) beginning.remove_prefix(3);
@@ -95,7 +95,7 @@ std::string_view markupFormat(std::string_view beginning) {
                     text.append(format.name).append(", which cannot be read; ").append(format.remedy));
 }
 
-/** Whether there are bytes that no text has. */
+/// Whether there are bytes that no text has.
 bool isBinary(std::string_view beginning) {
     return std::any_of(beginning.begin(), beginning.end(), [](char c) {
         const auto byte = static_cast<unsigned char>(c);
@@ -103,7 +103,7 @@ bool isBinary(std::string_view beginning) {
     });
 }
 
-/** UTF-16 and UTF-32: known by the mark at the beginning, or by Latin letters with a zero beside each. */
+/// UTF-16 and UTF-32: known by the mark at the beginning, or by Latin letters with a zero beside each.
 std::string_view wideEncoding(std::string_view beginning) {
     if (beginning.starts_with("\xFF\xFE\0\0"sv) || beginning.starts_with("\0\0\xFE\xFF"sv)) return "UTF-32";
     if (beginning.starts_with("\xFF\xFE") || beginning.starts_with("\xFE\xFF")) return "UTF-16";

@@ -21,7 +21,7 @@ struct PlainNumber {
     bool sure = true; ///< the mark cannot separate thousands
 };
 
-/** Reads a number that fills its cell without quotes or blanks. */
+/// Reads a number that fills its cell without quotes or blanks.
 class PlainNumberReader {
 public:
     PlainNumberReader(const Dialect& dialect, const char* end)

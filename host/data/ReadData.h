@@ -13,7 +13,7 @@
 
 namespace korvana {
 
-/** How to read a file; what is left automatic is found out from the file. */
+/// How to read a file; what is left automatic is detected.
 struct ReadOptions {
     HeaderLine header = HeaderLine::Automatic;
     std::optional<char> separator;    ///< between cells: , ; tab | or another sign
@@ -22,27 +22,26 @@ struct ReadOptions {
     std::stop_token stop{};           ///< asks from another thread to give up
 };
 
-/** Dates that can be read in several orders, which nothing in the file decides: `ReadOptions::dates` does. */
+/// Dates that can be read in several orders, which nothing in the file decides: `ReadOptions::dates` does.
 class AmbiguousDates : public DataError {
 public:
     AmbiguousDates(const DataError& error, std::vector<DateOrder> orders)
         : DataError(error), orders_(std::move(orders)) {}
 
-    /** In which orders they can be read, two or more. */
+    /// In which orders they can be read, two or more.
     const std::vector<DateOrder>& orders() const { return orders_; }
 
 private:
     std::vector<DateOrder> orders_;
 };
 
-/** Thrown by a reader that was asked to stop. */
+/// Thrown by a reader that was asked to stop.
 struct ReadingStopped : std::exception {
     const char* what() const noexcept override { return "reading was stopped"; }
 };
 
-/** Reads a data file, a pipe, or standard input for "-", also packed by gzip; the format is chosen from its
-   content and ending. Throws DataError (also when memory does not suffice) or ReadingStopped, nothing else.
- */
+/// Reads a data file, a pipe, or standard input for "-", also packed by gzip; the format is chosen from its
+/// content and ending. Throws DataError (also when memory does not suffice) or ReadingStopped, nothing else.
 DataSet readData(const std::filesystem::path& path, const ReadOptions& options = {});
 
 } // namespace korvana

@@ -6,10 +6,10 @@ namespace korvana {
 
 enum class HeaderLine { Automatic, Yes, No };
 
-/** The order of the parts of a date. */
+/// The order of the parts of a date.
 enum class DateOrder { DayMonthYear, MonthDayYear, YearMonthDay };
 
-/** What a reader was told about a file; what was left to be found out is automatic or empty. */
+/// What a user gave about the layout of a file; what was left to be detected is automatic or empty.
 struct ReadSettings {
     HeaderLine header = HeaderLine::Automatic;
     std::optional<char> separator;   ///< between cells

@@ -34,14 +34,14 @@ std::int64_t countBetween(const char* p, const char* end) {
     return count;
 }
 
-/** A run of whole rows at the beginning of a text. */
+/// A run of whole rows at the beginning of a text.
 struct Cut {
     std::size_t bytes = 0; ///< 0: no row ends in the text
     std::int64_t rows = 0;
     std::int64_t lines = 0;
 };
 
-/** Looks through a text, which begins with a row, from one quotation mark to the next. */
+/// Looks through a text, which begins with a row, from one quotation mark to the next.
 class Rows {
 public:
     Rows(std::string_view text, char separator)
@@ -57,7 +57,7 @@ public:
         }
     }
 
-    /** All rows that end in the text, without the blank lines behind the last other one. */
+    /// All rows that end in the text, without the blank lines behind the last other one.
     Cut whole() const {
         if (lastFeed_ == nullptr) return {};
         const char* const text = endOfText(lastFeed_);
@@ -68,7 +68,7 @@ public:
         return {static_cast<std::size_t>(cut - begin_), rows_ - blank, countBetween(begin_, cut)};
     }
 
-    /** All of the text, whose last row needs no line feed, without the blank lines at its end. */
+    /// All of the text, whose last row needs no line feed, without the blank lines at its end.
     Cut untilEnd() const {
         const char* const cut = endOfText(end_);
         if (cut == begin_) return {};

@@ -10,7 +10,7 @@
 
 namespace korvana {
 
-/** A run of whole rows; the next one begins where it ends. */
+/// A run of whole rows; the next one begins where it ends.
 struct RowChunk {
     std::size_t bytes = 0;
     std::int64_t firstRow = 0; ///< 0-based
@@ -18,29 +18,29 @@ struct RowChunk {
     std::int64_t firstLine = 0; ///< 1-based line of the file (quoted cells may span lines)
 };
 
-/** A chunk with its text. Its room is used again for the next one. */
+/// A chunk with its text. Its room is used again for the next one.
 struct ChunkText {
     RowChunk rows;
     std::string_view text; ///< lies in the room
     std::vector<char> room;
 };
 
-/** No row is longer: whoever forgets to close a quotation mark is told before the memory is full. */
+/// No row is longer: a quotation mark that is not closed becomes an error before the memory is full.
 inline constexpr std::size_t mostRowBytes = std::size_t{256} << 20;
 
-/** Cuts a text into chunks at the ends of rows while it is read; what is inside quotes ends no row. Blank
-   lines at the end of the text belong to no chunk. */
+/// Cuts a text into chunks at the ends of rows while it is read; what is inside quotes ends no row. Blank
+/// lines at the end of the text belong to no chunk.
 class RowCutter {
 public:
-    /** @param head       the text that has been read already
-        @param begin      where in it the first row begins
-        @param firstLine  the line on which it begins
-        @param chunkBytes the size that a chunk should have, at least 1 */
+    /// @param head       the text that has been read already
+    /// @param begin      where in it the first row begins
+    /// @param firstLine  the line on which it begins
+    /// @param chunkBytes the size that a chunk should have, at least 1
     RowCutter(ByteSource& source, std::string head, std::size_t begin, std::int64_t firstLine, char separator,
               std::size_t chunkBytes);
 
-    /** The next chunk; false at the end. Throws DataError for NUL bytes and endless rows, and what the source
-       throws. */
+    /// The next chunk; false at the end. Throws DataError for NUL bytes and endless rows, and what the source
+    /// throws.
     bool next(ChunkText& chunk);
 
 private:
@@ -59,13 +59,13 @@ private:
 
 std::int64_t countLineFeeds(std::string_view text);
 
-/** Whether a character stands in a line that is skipped when it has no others. */
+/// Whether a character stands in a line that is skipped when it has no others.
 inline bool isBlankCharacter(char c, char separator) {
     return c == ' ' || c == '\r' || c == '\n' || (c == '\t' && separator != '\t');
 }
 
-/** Throws a DataError when the text has a NUL byte.
-    @param firstLine  the line on which the text begins */
+/// Throws a DataError when the text has a NUL byte.
+/// @param firstLine  the line on which the text begins
 void refuseNul(std::string_view text, std::int64_t firstLine, const std::string& file);
 
 } // namespace korvana

@@ -17,8 +17,7 @@
 namespace korvana {
 namespace {
 
-/** Calls take(column, text, begin of the cell) for the first cells of every row of a chunk, up to a column.
- */
+/// Calls take(column, text, begin of the cell) for the first cells of every row of a chunk, up to a column.
 template <typename Take, typename RowEnd>
 void walkCells(const DelimitedTable& table, std::string_view text, std::size_t lastColumn, const Take& take,
                const RowEnd& rowEnd) {
@@ -42,10 +41,10 @@ void walkCells(const DelimitedTable& table, std::string_view text, std::size_t l
     }
 }
 
-/** The texts of one column that one thread has seen, numbered by first appearance. */
+/// The texts of one column that one thread has seen, numbered by first appearance.
 class LocalTexts {
 public:
-    /** @param check  is called with a text that is seen for the first time, and tells whether it is UTF-8 */
+    /// @param check  is called with a text that is seen for the first time, and answers whether it is UTF-8
     template <typename Check>
     std::size_t codeOf(std::string_view text, const Check& check) {
         if (!texts.empty() && text == texts[last_]) return last_;
@@ -79,7 +78,7 @@ bool before(const std::string& a, const std::string& b) {
     return a < b;
 }
 
-/** Numbers the texts of all threads and gives, per thread, the final code of each of its own. */
+/// Numbers the texts of all threads and gives, per thread, the final code of each of its own.
 std::vector<std::vector<double>> mergeTexts(const std::vector<const LocalTexts*>& parts,
                                             std::vector<ValueLabel>& labels) {
     std::vector<std::string> all;
@@ -106,7 +105,7 @@ std::vector<std::vector<double>> mergeTexts(const std::vector<const LocalTexts*>
     return final;
 }
 
-/** What those who read the texts share. */
+/// What those who read the texts share.
 struct TextPass {
     const DelimitedTable& table;
     ByteSource& source;
@@ -164,7 +163,7 @@ public:
     bool foreignName = false;      ///< some name of a case is no UTF-8
 
 private:
-    /** Whether a text is UTF-8; one that cannot be read at all would become the same as another one. */
+    /// Whether a text is UTF-8; one that cannot be read at all would become the same as another one.
     bool checkCoding(std::string_view text, std::size_t column, const char* begin) const {
         if (isUtf8(text)) return true;
         if (const auto byte = byteOfNoCharacter(text)) {

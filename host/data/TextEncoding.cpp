@@ -10,7 +10,7 @@ unsigned byteAt(std::string_view text, std::size_t i) {
     return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
 }
 
-/** The length of the well-formed sequence at i (Unicode standard, table 3-7), 0 = none. */
+/// The length of the well-formed sequence at i (Unicode standard, table 3-7), 0 = none.
 std::size_t sequenceLength(std::string_view text, std::size_t i) {
     const unsigned first = byteAt(text, i);
     if (first < 0x80) return 1;

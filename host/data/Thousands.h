@@ -11,11 +11,11 @@ enum class Thousands {
     Certain ///< with a decimal mark besides: 1.200,5
 };
 
-/** Whether a text looks like a number whose thousands are separated, by a point, a comma, an apostrophe or a
-   blank. */
+/// Whether a text looks like a number whose thousands are separated, by a point, a comma, an apostrophe or a
+/// blank.
 Thousands thousandsOf(std::string_view text);
 
-/** Such a number without the separators, for a message; the decimal mark stays. */
+/// Such a number without the separators, for a message; the decimal mark stays.
 std::string withoutThousands(std::string_view text);
 
 } // namespace korvana

@@ -14,10 +14,10 @@ struct ValueLabel {
     std::string text; ///< UTF-8
 };
 
-/** Number: plain values. Text: codes 1..k whose texts are the value labels. Date: Julian day numbers. */
+/// Number: plain values. Text: codes 1..k whose texts are the value labels. Date: Julian day numbers.
 enum class VariableKind { Number, Text, Date };
 
-/** What is known about a variable besides its cells. */
+/// What is known about a variable besides its cells.
 struct Variable {
     std::string name;
     std::string label; ///< a longer description, may be empty
@@ -26,14 +26,14 @@ struct Variable {
     std::vector<ValueLabel> valueLabels;
     std::string expression{}; ///< of a variable that was computed from others; empty = it was read
 
-    /** A cell counts as missing when it is not a number or equals the missing code. */
+    /// A cell counts as missing when it is not a number or equals the missing code.
     bool isMissing(double value) const { return std::isnan(value) || value == missingCode; }
 
-    /** The label of a value; nothing when it has none. */
+    /// The label of a value; nothing when it has none.
     std::optional<std::string_view> labelOf(double value) const;
 
-    /** The value that a label stands for: the exact text first, then without regard to the case of ASCII
-       letters if only one label matches. */
+    /// The value that a label stands for: the exact text first, then without regard to the case of ASCII
+    /// letters if only one label matches.
     std::optional<double> valueOf(std::string_view text) const;
 };
 

@@ -10,7 +10,7 @@
 namespace korvana {
 namespace {
 
-/** Who has which piece, and what went wrong first. */
+/// Who has which piece, and what went wrong first.
 class Desk {
 public:
     void serve(Worker& worker) {

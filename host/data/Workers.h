@@ -7,7 +7,7 @@
 
 namespace korvana {
 
-/** What one thread of several needs to do its share of a work that comes in pieces. */
+/// What one thread of several needs to do its share of a work that comes in pieces.
 class Worker {
 public:
     Worker() = default;
@@ -15,20 +15,20 @@ public:
     Worker& operator=(const Worker&) = delete;
     virtual ~Worker() = default;
 
-    /** Fetches the next piece; false when there is none. Called for one worker at a time. */
+    /// Fetches the next piece; false when there is none. Called for one worker at a time.
     virtual bool take() = 0;
 
-    /** Does the piece that was fetched last, side by side with the other workers. */
+    /// Does the piece that was fetched last, side by side with the other workers.
     virtual void work() = 0;
 };
 
-/** Lets the workers, each on a thread of its own, take and do all pieces. When something throws, no further
-   piece is taken and the exception of the earliest piece is thrown: the outcome is that of a plain loop.
-   Where threads are not to be had, fewer workers do the whole. */
+/// Lets the workers, each on a thread of its own, take and do all pieces. When something throws, no further
+/// piece is taken and the exception of the earliest piece is thrown: the outcome is that of a plain loop.
+/// Where threads are not to be had, fewer workers do the whole.
 void runWorkers(std::span<const std::unique_ptr<Worker>> workers);
 
-/** Calls work(0), ..., work(count - 1), each once, on the given number of threads, in the manner of
-   runWorkers. */
+/// Calls work(0), ..., work(count - 1), each once, on the given number of threads, in the manner of
+/// runWorkers.
 void forEachInOrder(std::size_t count, unsigned threads, const std::function<void(std::size_t)>& work);
 
 } // namespace korvana

@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 ChartDrawer own = nullptr;
 
 /// Some hundred times what a picture takes.
-constexpr Work kDrawing{"drawing", kNoMemoryToDraw, std::chrono::seconds{120}};
+constexpr Work drawing{"drawing", noMemoryToDraw, std::chrono::seconds{120}};
 
 Picture notDrawn(const std::string& why) {
     return {.bytes = {}, .error = "the drawing library " + why};
@@ -35,7 +35,7 @@ Picture drawWithLibrary(const ozm::CChartInfo& info, PictureFormat format, const
     // Never unloaded: it leaves things behind that are called when the program ends.
     void* const library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) return notDrawn(std::string("cannot be loaded: ") + dlerror());
-    const auto draw = reinterpret_cast<DrawingEntry*>(dlsym(library, kDrawingEntry));
+    const auto draw = reinterpret_cast<DrawingEntry*>(dlsym(library, drawingEntry));
     if (draw == nullptr) return notDrawn("is of another version: " + file.string());
     Picture picture;
     draw(info, format, options, picture);
@@ -51,7 +51,7 @@ void useChartDrawer(ChartDrawer drawer) {
 Picture drawChart(const ozm::CChartInfo& info, PictureFormat format, const PictureOptions& options) {
     if (own != nullptr) return own(info, format, options);
     const auto draw = [&] { return drawWithLibrary(info, format, options); };
-    std::optional<Answer> answer = workApart(kDrawing, [&] {
+    std::optional<Answer> answer = workApart(drawing, [&] {
         Picture picture = draw();
         return Answer{std::move(picture.bytes), std::move(picture.error)};
     });

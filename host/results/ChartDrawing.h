@@ -10,7 +10,7 @@ namespace korvana {
 
 enum class PictureFormat : std::uint8_t { Svg, Png, Pdf };
 
-inline constexpr const char* kNoMemoryToDraw = "not enough memory to draw";
+inline constexpr const char* noMemoryToDraw = "not enough memory to draw";
 
 /// A drawn chart, or why there is none.
 struct Picture {

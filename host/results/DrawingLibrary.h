@@ -5,7 +5,7 @@
 /// The library that draws for programs without windows is loaded when there is something to draw.
 namespace korvana {
 
-inline constexpr const char* kDrawingEntry = "korvanaDrawChart";
+inline constexpr const char* drawingEntry = "korvanaDrawChart";
 
 /// As `renderChart`.
 using DrawingEntry = void(const ozm::CChartInfo& info, PictureFormat format, const PictureOptions& options,

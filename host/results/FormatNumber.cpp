@@ -35,7 +35,7 @@ void appendNumber(std::string& out, double value, ozm::CellFormat format) {
         return;
     }
     const bool general = probability || format.kind == ozm::CellFormat::Kind::General;
-    const bool fixed = !general && std::fabs(value) < kExponentFrom;
+    const bool fixed = !general && std::fabs(value) < exponentFrom;
     int digits = std::min<int>(format.digits, 17);
     if (format.kind == ozm::CellFormat::Kind::Integer) digits = 0;
     if (!fixed) digits = general ? std::max(digits, 1) : 6;

@@ -19,6 +19,6 @@ void appendNumber(std::string& out, double value, ozm::CellFormat format);
 [[nodiscard]] std::string formatNumber(double value, ozm::CellFormat format);
 
 /// Magnitude from which `Fixed` and `Integer` fall back to the exponent form.
-inline constexpr double kExponentFrom = 1e15;
+inline constexpr double exponentFrom = 1e15;
 
 } // namespace korvana

@@ -12,7 +12,7 @@
 namespace korvana {
 namespace {
 
-constexpr std::string_view kStyle = R"css(
+constexpr std::string_view styleSheet = R"css(
 :root { color-scheme: light dark; --ink: #1c2330; --soft: #5b6472; --page: #fff; --card: #f6f7f9; --line: #d5d9e0;
   --accent: #0b5fa5; --error: #b3261e; --warning: #8a5a00; }
 @media (prefers-color-scheme: dark) {
@@ -51,9 +51,9 @@ figure svg { display: block; width: 100%; max-width: 960px; height: auto; margin
   .table { overflow: visible; } table { font-size: 9pt; } th, td { padding: .1rem .4rem; } }
 )css";
 
-constexpr std::size_t kMostSummaryRows = 6;
-constexpr std::size_t kMostOpenRows = 12;
-constexpr std::size_t kMostOpenLines = 40;
+constexpr std::size_t mostSummaryRows = 6;
+constexpr std::size_t mostOpenRows = 12;
+constexpr std::size_t mostOpenLines = 40;
 
 std::string grouped(std::size_t number) {
     std::string text = std::to_string(number);
@@ -74,7 +74,7 @@ public:
         out_ << "<!DOCTYPE html>\n<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\">\n<head>\n"
              << "<meta charset=\"utf-8\"/>\n"
              << "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"/>\n<title>" << title
-             << "</title>\n<style>" << kStyle << "</style>\n</head>\n<body>\n<header>\n<h1>" << title
+             << "</title>\n<style>" << styleSheet << "</style>\n</head>\n<body>\n<header>\n<h1>" << title
              << "</h1>\n";
         if (!book_.source.empty()) paragraph("Data: " + book_.source);
         for (const std::string& note : book_.notes)
@@ -110,7 +110,7 @@ private:
             reported = reported || firstReport;
             if (std::holds_alternative<Chart>(output))
                 charts_.push_back(place);
-            else if (firstReport || (sheet != nullptr && sheet->rowCount() <= kMostSummaryRows))
+            else if (firstReport || (sheet != nullptr && sheet->rowCount() <= mostSummaryRows))
                 summary_.insert(firstReport ? summary_.begin() : summary_.end(), place);
             else
                 rest_.push_back(place);
@@ -192,7 +192,7 @@ private:
     }
 
     void writeLines(const std::vector<std::string>& lines) {
-        folded(lines.size() > kMostOpenLines, grouped(lines.size()) + " lines", [&] {
+        folded(lines.size() > mostOpenLines, grouped(lines.size()) + " lines", [&] {
             out_ << "<pre>";
             for (const std::string& line : lines)
                 out_ << escaped(oneLine(line)) << '\n';
@@ -227,7 +227,7 @@ private:
         for (const std::string& note : sheet.notes)
             paragraph(note, "note");
         const std::size_t rows = sheet.rowCount();
-        folded(rows > kMostOpenRows, grouped(rows) + " rows", [&] {
+        folded(rows > mostOpenRows, grouped(rows) + " rows", [&] {
             const std::size_t shown = std::min(rows, options_.mostRows);
             out_ << R"(<div class="table"><table aria-label=")" << escaped(shownLine(sheet.title)) << "\">\n";
             if (!sheet.columns.empty()) writeHeadings(sheet);

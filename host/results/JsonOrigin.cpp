@@ -39,7 +39,7 @@ void writeSettings(const std::vector<Setting>& settings, JsonText& json) {
     json.raw("}");
 }
 
-/// What the reader was told, and null for what it found out.
+/// What the user gave about the layout of the file, and null for what was detected.
 void writeReading(const ReadSettings& reading, JsonText& json) {
     const auto sign = [&json](const std::optional<char>& told) {
         if (told)
@@ -57,7 +57,9 @@ void writeReading(const ReadSettings& reading, JsonText& json) {
              : *reading.dates == DateOrder::MonthDayYear ? "\"mdy\""
                                                          : "\"ymd\"");
     json.raw(", \"header\": ");
-    json.raw(reading.header == HeaderLine::Automatic ? "null" : reading.header == HeaderLine::Yes ? "true" : "false");
+    json.raw(reading.header == HeaderLine::Automatic ? "null"
+             : reading.header == HeaderLine::Yes     ? "true"
+                                                     : "false");
     json.raw("}");
 }
 

@@ -15,7 +15,7 @@ public:
 
     JsonText& raw(std::string_view text) {
         text_ += text;
-        if (text_.size() > kPiece) flush();
+        if (text_.size() > pieceSize) flush();
         return *this;
     }
 
@@ -45,7 +45,7 @@ public:
     void flush();
 
 private:
-    static constexpr std::size_t kPiece = 32768;
+    static constexpr std::size_t pieceSize = 32768;
 
     void appendCharacter(char32_t code);
 

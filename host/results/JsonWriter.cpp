@@ -10,10 +10,10 @@
 namespace korvana {
 namespace {
 
-constexpr std::array<std::string_view, 3> kSeverities{"note", "warning", "error"};
-constexpr std::array<std::string_view, 4> kKinds{"line", "step", "scatter", "histogram"};
-constexpr std::array<std::string_view, 4> kStyles{"line", "step", "markers", "histogram"};
-constexpr std::array<std::string_view, 5> kRoles{"estimate", "lower", "upper", "observed", "censored"};
+constexpr std::array<std::string_view, 3> severityNames{"note", "warning", "error"};
+constexpr std::array<std::string_view, 4> kindNames{"line", "step", "scatter", "histogram"};
+constexpr std::array<std::string_view, 4> styleNames{"line", "step", "markers", "histogram"};
+constexpr std::array<std::string_view, 5> roleNames{"estimate", "lower", "upper", "observed", "censored"};
 
 template <std::size_t N, class E>
 std::string_view nameOf(const std::array<std::string_view, N>& names, E value) {
@@ -70,8 +70,8 @@ void writeSpreadsheet(const Spreadsheet& sheet, JsonText& json) {
 void writeSeries(const ozm::ChartSeries& series, JsonText& json) {
     const auto number = [&json](double value) { json.number(value); };
     json.raw("{\"legend\": ").string(series.legend).raw(", \"group\": ").number(series.group);
-    json.raw(", \"style\": ").string(nameOf(kStyles, series.style));
-    json.raw(", \"role\": ").string(nameOf(kRoles, series.role));
+    json.raw(", \"style\": ").string(nameOf(styleNames, series.style));
+    json.raw(", \"role\": ").string(nameOf(roleNames, series.role));
     json.raw(",\n   \"x\": ")
         .array(series.x, ", ", number)
         .raw(",\n   \"y\": ")
@@ -86,17 +86,17 @@ void writeChart(const ozm::CChartInfo& info, JsonText& json) {
         .strings(info.notes)
         .raw(", \"xAxis\": ")
         .string(info.xAxis.title);
-    json.raw(", \"yAxis\": ").string(info.yAxis.title).raw(", \"kind\": ").string(nameOf(kKinds, info.kind));
+    json.raw(", \"yAxis\": ")
+        .string(info.yAxis.title)
+        .raw(", \"kind\": ")
+        .string(nameOf(kindNames, info.kind));
     json.raw(",\n  \"series\": ").array(info.series, ",\n  ", [&json](const auto& one) {
         writeSeries(one, json);
     });
 }
 
 void writeHead(const std::vector<std::string>& files, JsonText& json) {
-    json.raw("{\"format\": ")
-        .string(kResultsFormat)
-        .raw(", \"formatVersion\": ")
-        .number(kResultsFormatVersion);
+    json.raw("{\"format\": ").string(resultsFormat).raw(", \"formatVersion\": ").number(resultsFormatVersion);
     json.raw(",\n\"program\": {\"name\": \"Korvana Survival\", \"version\": \"" KORVANA_VERSION "\"}");
     json.raw(",\n\"files\": ").strings(files);
 }
@@ -117,7 +117,7 @@ void writeJson(const ResultsBook& book, std::ostream& out, const std::vector<std
     json.raw(",\n\"messages\": ").array(book.messages, ",\n ", [&json](const ResultMessage& message) {
         json.raw("{\"id\": ").number(message.id).raw(", \"text\": ").string(message.text);
         json.raw(", \"detail\": ").string(message.detail);
-        json.raw(", \"severity\": ").string(nameOf(kSeverities, message.severity)).raw("}");
+        json.raw(", \"severity\": ").string(nameOf(severityNames, message.severity)).raw("}");
     });
     JsonOrigins origins(book, json);
     json.raw(",\n\"runs\": ");

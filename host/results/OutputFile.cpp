@@ -12,7 +12,7 @@
 namespace korvana {
 namespace {
 
-constexpr std::size_t kBufferSize = std::size_t{1} << 16U;
+constexpr std::size_t bufferSize = std::size_t{1} << 16U;
 
 } // namespace
 
@@ -56,7 +56,7 @@ OutputFile::OutputFile(std::unique_ptr<PendingFile> own) : OutputFile(*own) {
     own_ = std::move(own);
 }
 
-OutputFile::OutputFile(PendingFile& pending) : pending_(pending), buffer_(kBufferSize), stream_(nullptr) {
+OutputFile::OutputFile(PendingFile& pending) : pending_(pending), buffer_(bufferSize), stream_(nullptr) {
     descriptor_ = ::open(pending_.path().c_str(), O_WRONLY | O_CLOEXEC);
     if (descriptor_ < 0) throwCannotWrite(pending_.target(), errno);
     setp(buffer_.data(), buffer_.data() + buffer_.size());

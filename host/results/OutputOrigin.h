@@ -71,7 +71,7 @@ struct ComputedName {
 struct RunOrigin {
     DataState data;
     std::vector<MissingCode> missingCodes; ///< of the variables that take part, also in condition and weights
-    ReadSettings reading;                  ///< what the reader of the file was told
+    ReadSettings reading;                  ///< what the user gave about the layout of the file
     std::vector<ComputedName> definitions; ///< in their order, also of variables that take no part
     std::vector<DialogSettings> dialogs;
     std::vector<std::string> remarks; ///< of the analysis about this run: what it left out, for example

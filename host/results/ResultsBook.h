@@ -38,9 +38,9 @@ struct ResultMessage {
 
 struct ResultsBook;
 
-/// Names of a book's outputs for programs, in their order: the action that made each, with a number from the second
-/// of a kind on. Unique among the outputs of a kind that have one, and the same whenever the same is done; empty
-/// where no action is known.
+/// Names of a book's outputs for programs, in their order: the action that made each, with a number from the
+/// second of a kind on. Unique among the outputs of a kind that have one, and the same whenever the same is
+/// done; empty where no action is known.
 [[nodiscard]] std::vector<std::string> outputIds(const ResultsBook& book);
 
 /// What one run of an analysis leaves. A plain value: every writer reads it, none changes it. Texts should be

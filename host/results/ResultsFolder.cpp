@@ -39,7 +39,7 @@ public:
     }
     bool end_array() override { return --depth_ > 1; }
     bool string(std::string& text) override {
-        if (depth_ == 1 && key_ == "format") isOurs_ = text == kResultsFormat;
+        if (depth_ == 1 && key_ == "format") isOurs_ = text == resultsFormat;
         if (depth_ == 2 && key_ == "files") files.push_back(text);
         return true;
     }
@@ -61,12 +61,12 @@ private:
 };
 
 bool isOfAKindWritten(const fs::path& name) {
-    constexpr std::array<std::string_view, 8> kEndings{".json", ".txt", ".csv", ".html",
-                                                       ".xlsx", ".svg", ".png", ".pdf"};
-    return std::find(kEndings.begin(), kEndings.end(), name.extension().string()) != kEndings.end();
+    constexpr std::array<std::string_view, 8> endings{".json", ".txt", ".csv", ".html",
+                                                      ".xlsx", ".svg", ".png", ".pdf"};
+    return std::find(endings.begin(), endings.end(), name.extension().string()) != endings.end();
 }
 
-/// A list may have been written by anybody: only plain files beside it count.
+/// A list may come from anywhere: only plain files beside it count.
 bool isPlainFileIn(const fs::path& directory, const std::string& name) {
     if (name.empty() || name.find('/') != std::string::npos || name.find('\0') != std::string::npos)
         return false;
@@ -86,7 +86,7 @@ std::vector<std::string> without(std::vector<std::string> names, const std::vect
 
 /// The names of all that a run writes: one without results.json lists its files apart.
 std::vector<std::string> withList(std::vector<std::string> names) {
-    if (!holds(names, kResultsJson)) names.emplace_back(kFileList);
+    if (!holds(names, resultsJson)) names.emplace_back(fileList);
     return names;
 }
 
@@ -94,7 +94,7 @@ std::vector<std::string> withList(std::vector<std::string> names) {
 
 std::vector<std::string> filesOfRun(const fs::path& directory) {
     std::vector<std::string> found;
-    for (const std::string_view list : {kResultsJson, kFileList}) {
+    for (const std::string_view list : {resultsJson, fileList}) {
         if (!isPlainFileIn(directory, std::string(list))) continue;
         std::ifstream in(directory / list, std::ios::binary);
         ListOfFiles reader;
@@ -116,25 +116,25 @@ FolderChanges changesIn(const fs::path& directory, const std::vector<std::string
         if (fs::symlink_status(directory / name, ignored).type() != fs::file_type::not_found && !ignored)
             changes.replaced.push_back(name);
     }
-    std::erase(changes.removed, kFileList);
-    if (holds(earlier, kFileList)) std::erase(changes.replaced, kFileList);
+    std::erase(changes.removed, fileList);
+    if (holds(earlier, fileList)) std::erase(changes.replaced, fileList);
     return changes;
 }
 
 void refuseToReplaceOthers(const fs::path& directory, const std::vector<std::string>& names) {
     const std::vector<std::string> own = filesOfRun(directory);
-    constexpr int kMostNamed = 5;
+    constexpr int mostNamed = 5;
     std::string others;
     int count = 0;
     for (const std::string& name : names) {
         std::error_code ignored;
         const bool there = fs::symlink_status(directory / name, ignored).type() != fs::file_type::not_found;
         if (ignored || !there || holds(own, name)) continue;
-        if (++count <= kMostNamed)
+        if (++count <= mostNamed)
             others += (others.empty() ? "'" : ", '") + (directory / name).string() + "'";
     }
     if (count == 0) return;
-    if (count > kMostNamed) others += " and " + std::to_string(count - kMostNamed) + " more";
+    if (count > mostNamed) others += " and " + std::to_string(count - mostNamed) + " more";
     throw std::runtime_error(
         others + (count == 1 ? " is there already and was" : " are there already and were") +
         " not written by an earlier run; write into another folder, or move " + (count == 1 ? "it" : "them"));
@@ -169,7 +169,7 @@ std::vector<std::string> ResultsFolder::prepareList() {
     const std::vector<std::string> kept = withList(names_);
     if (others_ == OthersFiles::Kept) refuseToReplaceOthers(path_, kept);
     if (kept.size() > names_.size()) {
-        OutputFile list(files_.emplace_back(path_ / kFileList));
+        OutputFile list(files_.emplace_back(path_ / fileList));
         writeFileList(names_, list.stream());
         list.close();
     }

@@ -11,14 +11,14 @@
 
 namespace korvana {
 
-inline constexpr std::string_view kResultsJson = "results.json";
+inline constexpr std::string_view resultsJson = "results.json";
 /// Lists the files of a run that writes no results.json.
-inline constexpr std::string_view kFileList = ".korvana-files.json";
+inline constexpr std::string_view fileList = ".korvana-files.json";
 
 /// What becomes of files in the way that no earlier run listed.
 enum class OthersFiles : std::uint8_t {
     Kept,     ///< they stay, and the run is refused
-    Replaced, ///< whoever writes has asked
+    Replaced, ///< the user has agreed
 };
 
 /// A directory that holds the files of one run. All of them appear together in `commit`, which also removes
@@ -53,9 +53,9 @@ private:
 [[nodiscard]] std::vector<std::string> filesOfRun(const std::filesystem::path& directory);
 
 /// What a run that writes files of these names does to those that are in a directory. The list of files that
-/// runs keep for themselves is not told of.
+/// runs keep for themselves is not counted.
 struct FolderChanges {
-    std::vector<std::string> replaced; ///< an earlier run's or anybody's
+    std::vector<std::string> replaced; ///< an earlier run's or another program's
     std::vector<std::string> removed;  ///< an earlier run's
 };
 [[nodiscard]] FolderChanges changesIn(const std::filesystem::path& directory,

@@ -8,8 +8,8 @@
 namespace korvana {
 namespace {
 
-constexpr std::size_t kMost = 31;
-constexpr std::string_view kEllipsis = "\u2026";
+constexpr std::size_t mostUnits = 31;
+constexpr std::string_view ellipsis = "\u2026";
 
 std::string folded(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
@@ -41,7 +41,7 @@ std::string shortened(const std::string& name, std::size_t most) {
         const std::size_t blank = whole.rfind(' ', head.size());
         if (blank != std::string::npos && blank >= head.size() / 2) head.resize(blank);
     }
-    return head + std::string(kEllipsis) + tail;
+    return head + std::string(ellipsis) + tail;
 }
 
 } // namespace
@@ -49,10 +49,10 @@ std::string shortened(const std::string& name, std::size_t most) {
 std::string SheetNames::take(std::string_view title) {
     std::string stem = legal(title);
     if (stem.empty() || folded(stem) == "history") stem = "Table";
-    std::string name = shortened(stem, kMost);
+    std::string name = shortened(stem, mostUnits);
     for (int number = 2; !taken_.insert(folded(name)).second; ++number) {
         const std::string suffix = " " + std::to_string(number);
-        name = shortened(stem, kMost - suffix.size()) + suffix;
+        name = shortened(stem, mostUnits - suffix.size()) + suffix;
     }
     return name;
 }

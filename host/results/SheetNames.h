@@ -11,7 +11,7 @@ namespace korvana {
 class SheetNames {
 public:
     /// A name after the title. One that is too long loses words before its last comma: what stands behind it
-    /// tells sheets of one kind apart.
+    /// distinguishes sheets of one kind.
     [[nodiscard]] std::string take(std::string_view title);
 
 private:

@@ -30,7 +30,7 @@ struct Spreadsheet {
         ozm::CellFormat format;
         std::variant<std::vector<double>, std::vector<std::int32_t>, Dictionary, std::vector<std::string>>
             cells;
-        std::string id{}; ///< name for programs, the same in every run; may be empty
+        std::string id{};    ///< name for programs, the same in every run; may be empty
         std::string title{}; ///< heading in full, where the two lines abbreviate it
 
         [[nodiscard]] std::size_t size() const;

@@ -11,8 +11,8 @@
 namespace korvana {
 namespace {
 
-constexpr std::string_view kEmpty = "--";
-constexpr std::string_view kGap = "  ";
+constexpr std::string_view emptyMark = "--";
+constexpr std::string_view gap = "  ";
 
 void endLine(std::string& line, std::ostream& out) {
     line.erase(line.find_last_not_of(' ') + 1);
@@ -61,7 +61,7 @@ void formatCell(std::string& out, const Spreadsheet& sheet, std::size_t row, std
         appendOneLine(out, cell.text);
         break;
     case Spreadsheet::Cell::Kind::Empty:
-        out += kEmpty;
+        out += emptyMark;
         break;
     }
 }
@@ -82,8 +82,8 @@ std::size_t numbersWidth(const std::vector<double>& cells, ozm::CellFormat forma
     };
     for (const double value : cells) {
         if (std::isnan(value)) {
-            width = std::max(width, kEmpty.size());
-        } else if (byExtremes && std::fabs(value) < kExponentFrom) {
+            width = std::max(width, emptyMark.size());
+        } else if (byExtremes && std::fabs(value) < exponentFrom) {
             low = std::min(low, value);
             high = std::max(high, value);
         } else {
@@ -99,7 +99,7 @@ std::size_t numbersWidth(const std::vector<double>& cells, ozm::CellFormat forma
 
 std::size_t cellsWidth(const Spreadsheet& sheet, std::size_t column, std::size_t rows) {
     const Spreadsheet::Column& one = sheet.columns[column];
-    const std::size_t shorter = one.size() < rows ? kEmpty.size() : 0;
+    const std::size_t shorter = one.size() < rows ? emptyMark.size() : 0;
     if (const auto* numbers = std::get_if<std::vector<double>>(&one.cells))
         return std::max(shorter, numbersWidth(*numbers, one.format));
     std::size_t width = shorter;
@@ -138,13 +138,13 @@ void writeHeadings(const std::vector<TextColumn>& layout, std::ostream& out) {
         });
         if (!any) continue;
         for (const TextColumn& column : layout) {
-            if (&column != &layout.front()) line += kGap;
+            if (&column != &layout.front()) line += gap;
             appendPadded(line, column.*heading, column.width, column.left);
         }
         endLine(line, out);
     }
     for (const TextColumn& column : layout) {
-        if (&column != &layout.front()) line += kGap;
+        if (&column != &layout.front()) line += gap;
         line.append(column.width, '-');
     }
     endLine(line, out);
@@ -177,10 +177,10 @@ std::string chartLine(const ozm::CChartInfo& info) {
         if (!name.empty() && std::find(names.begin(), names.end(), name) == names.end())
             names.push_back(std::move(name));
     }
-    constexpr std::size_t kMostNames = 12;
-    for (std::size_t i = 0; i < std::min(names.size(), kMostNames); ++i)
+    constexpr std::size_t mostNames = 12;
+    for (std::size_t i = 0; i < std::min(names.size(), mostNames); ++i)
         line += (i == 0 ? " - " : ", ") + names[i];
-    if (names.size() > kMostNames) line += " and " + std::to_string(names.size() - kMostNames) + " more";
+    if (names.size() > mostNames) line += " and " + std::to_string(names.size() - mostNames) + " more";
     return line;
 }
 
@@ -200,7 +200,7 @@ void writeText(const Spreadsheet& sheet, std::ostream& out) {
     for (std::size_t row = 0; row < rows; ++row) {
         if (shift != 0) appendPadded(line, oneLine(sheet.rowHeading(row)), layout[0].width, true);
         for (std::size_t column = 0; column < sheet.columns.size(); ++column) {
-            if (column + shift > 0) line += kGap;
+            if (column + shift > 0) line += gap;
             formatCell(cell, sheet, row, column);
             appendPadded(line, cell, layout[column + shift].width, layout[column + shift].left);
         }

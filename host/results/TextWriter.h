@@ -12,7 +12,7 @@ struct TextOptions {
 };
 
 /// The whole book as plain text for people (UTF-8): tables aligned, empty cells as "--". Tables are written
-/// row by row. The stream's own failure state tells whether everything went out.
+/// row by row. The stream's own failure state shows whether everything was written.
 void writeText(const ResultsBook& book, std::ostream& out, const TextOptions& options = {});
 
 /// One table with its title, notes and headings.

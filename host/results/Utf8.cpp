@@ -24,7 +24,7 @@ char32_t takeCodePoint(std::string_view& text) {
     const std::array<char32_t, 5> smallest{0, 0, 0x80, 0x800, 0x10000};
     valid = valid && code >= smallest[length] && code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
     text.remove_prefix(valid ? length : 1);
-    return valid ? code : kReplacement;
+    return valid ? code : replacementCharacter;
 }
 
 void appendCodePoint(std::string& out, char32_t code) {
@@ -97,16 +97,16 @@ std::string oneLine(std::string_view text, std::size_t most) {
 
 std::size_t textWidth(std::string_view text) {
     using Span = std::pair<char32_t, char32_t>;
-    static constexpr std::array<Span, 5> kNone{
+    static constexpr std::array<Span, 5> none{
         {{0x300, 0x36F}, {0x200B, 0x200F}, {0x20D0, 0x20FF}, {0xFE00, 0xFE0F}, {0xFEFF, 0xFEFF}}};
-    static constexpr std::array<Span, 8> kWide{{{0x1100, 0x115F},
-                                                {0x2E80, 0xA4CF},
-                                                {0xAC00, 0xD7A3},
-                                                {0xF900, 0xFAFF},
-                                                {0xFE30, 0xFE6F},
-                                                {0xFF00, 0xFF60},
-                                                {0x1F300, 0x1FAFF},
-                                                {0x20000, 0x3FFFD}}};
+    static constexpr std::array<Span, 8> wide{{{0x1100, 0x115F},
+                                               {0x2E80, 0xA4CF},
+                                               {0xAC00, 0xD7A3},
+                                               {0xF900, 0xFAFF},
+                                               {0xFE30, 0xFE6F},
+                                               {0xFF00, 0xFF60},
+                                               {0x1F300, 0x1FAFF},
+                                               {0x20000, 0x3FFFD}}};
     const auto within = [](const auto& spans, char32_t code) {
         return std::any_of(spans.begin(), spans.end(),
                            [code](const Span& span) { return code >= span.first && code <= span.second; });
@@ -116,8 +116,8 @@ std::size_t textWidth(std::string_view text) {
         const char32_t code = takeCodePoint(text);
         if (code < 0x300) {
             ++width;
-        } else if (!within(kNone, code)) {
-            width += within(kWide, code) ? 2U : 1U;
+        } else if (!within(none, code)) {
+            width += within(wide, code) ? 2U : 1U;
         }
     }
     return width;
@@ -147,7 +147,7 @@ void appendEscaped(std::string& out, std::string_view text) {
             break;
         case 0xFFFE:
         case 0xFFFF:
-            appendCodePoint(out, kReplacement);
+            appendCodePoint(out, replacementCharacter);
             break; // no characters in XML
         default:
             if (isControl(code)) {

@@ -8,7 +8,7 @@ namespace korvana {
 
 /// Texts reach the writers from files of any origin; none of them may break a document.
 
-inline constexpr char32_t kReplacement = 0xFFFD;
+inline constexpr char32_t replacementCharacter = 0xFFFD;
 
 /// Takes one code point off the front of a text that is not empty. Bytes that are no UTF-8 (also overlong
 /// forms and surrogates) give U+FFFD, one per byte.

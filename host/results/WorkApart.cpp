@@ -21,7 +21,7 @@
 namespace korvana {
 namespace {
 
-constexpr std::size_t kBlock = std::size_t{1} << 16U;
+constexpr std::size_t blockSize = std::size_t{1} << 16U;
 
 /// What the process sends before the bytes of the answer or of the error.
 struct Head {
@@ -95,7 +95,7 @@ bool sendAll(int pipe, const char* data, std::size_t size) {
 bool receive(int pipe, const Work& work, std::string& all) {
     using Clock = std::chrono::steady_clock;
     const auto begin = Clock::now();
-    std::array<char, kBlock> block{};
+    std::array<char, blockSize> block{};
     for (;;) {
         int left = -1; // no end
         if (work.longest) {

@@ -18,7 +18,7 @@
 namespace korvana {
 namespace {
 
-constexpr std::array<std::pair<std::string_view, OutputFormat>, kOutputFormats> kFormats{
+constexpr std::array<std::pair<std::string_view, OutputFormat>, outputFormatCount> formatTexts{
     {{"json", OutputFormat::Json},
      {"txt", OutputFormat::Txt},
      {"csv", OutputFormat::Csv},
@@ -28,19 +28,19 @@ constexpr std::array<std::pair<std::string_view, OutputFormat>, kOutputFormats> 
      {"png", OutputFormat::Png},
      {"pdf", OutputFormat::Pdf}}};
 
-constexpr std::array<std::pair<OutputFormat, PictureFormat>, 3> kPictures{
+constexpr std::array<std::pair<OutputFormat, PictureFormat>, 3> pictureFormats{
     {{OutputFormat::Svg, PictureFormat::Svg},
      {OutputFormat::Png, PictureFormat::Png},
      {OutputFormat::Pdf, PictureFormat::Pdf}}};
 
-constexpr std::size_t kLongestName = 60;
+constexpr std::size_t longestName = 60;
 
-constexpr const char* kReportText = "report.txt";
-constexpr const char* kReportHtml = "report.html";
-constexpr const char* kResultsXlsx = "results.xlsx";
+constexpr const char* reportText = "report.txt";
+constexpr const char* reportHtml = "report.html";
+constexpr const char* resultsXlsx = "results.xlsx";
 
 std::string_view ending(OutputFormat format) {
-    return kFormats[static_cast<std::size_t>(format)].first;
+    return formatTexts[static_cast<std::size_t>(format)].first;
 }
 
 std::string slug(std::string_view title, std::string_view otherwise) {
@@ -52,7 +52,7 @@ std::string slug(std::string_view title, std::string_view otherwise) {
         } else if (!name.empty() && name.back() != '-') {
             name += '-';
         }
-        if (name.size() == kLongestName) break;
+        if (name.size() == longestName) break;
     }
     while (!name.empty() && name.back() == '-')
         name.pop_back();
@@ -72,7 +72,7 @@ void writeCharts(const ResultsBook& book, const std::vector<std::string>& names,
     for (std::size_t place = 0; place < book.outputs.size(); ++place) {
         const auto* chart = std::get_if<Chart>(&book.outputs[place]);
         if (chart == nullptr) continue;
-        for (const auto& [format, picture] : kPictures) {
+        for (const auto& [format, picture] : pictureFormats) {
             if (!formats.has(format)) continue;
             const std::string name = names[place] + "." + std::string(ending(format));
             const Picture drawn = drawChart(chart->info, picture);
@@ -87,7 +87,7 @@ void writeCharts(const ResultsBook& book, const std::vector<std::string>& names,
 
 std::string listOf(FormatSet formats) {
     std::string list;
-    for (const auto& [name, format] : kFormats)
+    for (const auto& [name, format] : formatTexts)
         if (formats.has(format)) list.append(list.empty() ? "" : ", ").append(name);
     return list;
 }
@@ -118,9 +118,9 @@ FormatSet parseFormats(std::string_view list) {
         std::erase(name, ' ');
         std::transform(name.begin(), name.end(), name.begin(),
                        [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-        const auto* known = std::find_if(kFormats.begin(), kFormats.end(),
+        const auto* known = std::find_if(formatTexts.begin(), formatTexts.end(),
                                          [&name](const auto& format) { return format.first == name; });
-        if (known == kFormats.end())
+        if (known == formatTexts.end())
             throw std::invalid_argument("unknown format '" + name + "'; known are " + knownFormats());
         formats.add(known->second);
     }
@@ -161,10 +161,10 @@ std::vector<std::string> fileNames(const ResultsBook& book) {
 
 std::vector<std::string> certainFileNames(FormatSet formats) {
     std::vector<std::string> names;
-    if (formats.has(OutputFormat::Txt)) names.emplace_back(kReportText);
-    names.emplace_back(formats.has(OutputFormat::Json) ? kResultsJson : kFileList);
-    if (formats.has(OutputFormat::Xlsx)) names.emplace_back(kResultsXlsx);
-    if (formats.has(OutputFormat::Html)) names.emplace_back(kReportHtml);
+    if (formats.has(OutputFormat::Txt)) names.emplace_back(reportText);
+    names.emplace_back(formats.has(OutputFormat::Json) ? resultsJson : fileList);
+    if (formats.has(OutputFormat::Xlsx)) names.emplace_back(resultsXlsx);
+    if (formats.has(OutputFormat::Html)) names.emplace_back(reportHtml);
     return names;
 }
 
@@ -175,9 +175,9 @@ std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std:
     const std::vector<std::string> names = fileNames(book);
     std::vector<std::string> tableFiles;
     if (formats.has(OutputFormat::Txt))
-        fill(folder.add(kReportText), [&book](std::ostream& out) { writeText(book, out); });
+        fill(folder.add(reportText), [&book](std::ostream& out) { writeText(book, out); });
     PendingFile* const json =
-        formats.has(OutputFormat::Json) ? &folder.add(std::string(kResultsJson)) : nullptr;
+        formats.has(OutputFormat::Json) ? &folder.add(std::string(resultsJson)) : nullptr;
     if (formats.has(OutputFormat::Csv)) {
         for (std::size_t place = 0; place < book.outputs.size(); ++place) {
             const auto* sheet = std::get_if<Spreadsheet>(&book.outputs[place]);
@@ -186,15 +186,15 @@ std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std:
             fill(folder.add(tableFiles.back()), [sheet](std::ostream& out) { writeCsv(*sheet, out); });
         }
     } else if (formats.has(OutputFormat::Xlsx) || formats.has(OutputFormat::Json)) {
-        tableFiles.assign(book.outputs.size(), formats.has(OutputFormat::Xlsx) ? std::string(kResultsXlsx)
-                                                                               : std::string(kResultsJson));
+        tableFiles.assign(book.outputs.size(), formats.has(OutputFormat::Xlsx) ? std::string(resultsXlsx)
+                                                                               : std::string(resultsJson));
     }
-    if (formats.has(OutputFormat::Xlsx)) writeXlsx(book, folder.add(kResultsXlsx));
+    if (formats.has(OutputFormat::Xlsx)) writeXlsx(book, folder.add(resultsXlsx));
     std::vector<std::string> failures;
     if (formats.has(OutputFormat::Html)) {
         const HtmlOptions options{HtmlOptions{}.mostRows, tableFiles};
         std::vector<std::string> reasons;
-        fill(folder.add(kReportHtml), [&](std::ostream& out) { reasons = writeHtml(book, out, options); });
+        fill(folder.add(reportHtml), [&](std::ostream& out) { reasons = writeHtml(book, out, options); });
         if (!reasons.empty())
             failures.push_back("cannot draw all charts of 'report.html': " + reasons.front());
     }

@@ -15,7 +15,7 @@
 namespace korvana {
 
 enum class OutputFormat : std::uint8_t { Json, Txt, Csv, Html, Xlsx, Svg, Png, Pdf };
-inline constexpr std::size_t kOutputFormats = 8;
+inline constexpr std::size_t outputFormatCount = 8;
 
 class FormatSet {
 public:
@@ -33,7 +33,7 @@ public:
     bool operator==(const FormatSet&) const = default;
 
 private:
-    std::bitset<kOutputFormats> bits_;
+    std::bitset<outputFormatCount> bits_;
 };
 
 /// "json,txt" (blanks and case do not matter). Throws `std::invalid_argument` naming what is unknown and what

@@ -12,8 +12,8 @@ struct WritingStopped : std::exception {
     [[nodiscard]] const char* what() const noexcept override { return "writing was stopped"; }
 };
 
-/// While it lives, what its thread writes can be stopped and tells which file it begins. Without one nothing
-/// stops it.
+/// While it lives, what its thread writes can be stopped and reports which file it begins. Without one
+/// nothing stops it.
 class WritingWatch {
 public:
     using FileBegins = std::function<void(const std::filesystem::path& target)>;
@@ -23,7 +23,7 @@ public:
     WritingWatch(const WritingWatch&) = delete;
     WritingWatch& operator=(const WritingWatch&) = delete;
 
-    /// This thread's; nullptr where nobody watches.
+    /// This thread's; nullptr: none.
     [[nodiscard]] static const WritingWatch* current();
     [[nodiscard]] const std::stop_token& stop() const { return stop_; }
     void fileBegins(const std::filesystem::path& target) const;

@@ -12,11 +12,11 @@
 namespace korvana {
 namespace {
 
-constexpr std::size_t kMostCharacters = 32767; // of a cell
-constexpr double kLineHeight = 15.0;           // points
+constexpr std::size_t mostCharacters = 32767; // of a cell
+constexpr double lineHeight = 15.0;           // points
 // Bytes of a sheet besides its rows, and one column's share of them.
-constexpr std::uintmax_t kAroundRows = 2048;
-constexpr std::uintmax_t kAroundColumn = 128;
+constexpr std::uintmax_t aroundRows = 2048;
+constexpr std::uintmax_t aroundColumn = 128;
 
 } // namespace
 
@@ -31,7 +31,7 @@ void XlsxBook::Free::operator()(lxw_workbook* book) const {
 /// The library's words, but for what others say more plainly.
 void XlsxBook::fail(lxw_error error, int reason) const {
     if (error == LXW_ERROR_MEMORY_MALLOC_FAILED || reason == ENOMEM)
-        throwCannotWrite(target_, kNoMemoryForWorkbook);
+        throwCannotWrite(target_, noMemoryForWorkbook);
     if (error == LXW_ERROR_CREATING_TMPFILE && reason != 0) throwCannotWrite(target_, reason);
     throwCannotWrite(target_, lxw_strerror(error));
 }
@@ -81,7 +81,7 @@ void XlsxBook::finish() {
     const auto space = std::filesystem::space(directory_, unknown);
     if (!unknown && space.available < largest_) throwCannotWrite(target_, ENOSPC);
     rlimit limit{};
-    if (::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur < largest_ + kAroundRows)
+    if (::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur < largest_ + aroundRows)
         throwCannotWrite(target_, EFBIG);
     const auto [error, reason] = file_.pack(book_.release());
     if (error != LXW_NO_ERROR && (reason == EFBIG || reason == ENOSPC || reason == EDQUOT))
@@ -106,12 +106,12 @@ void XlsxBook::endSheet(std::size_t columns) {
         if (errno != 0) throwCannotWrite(target_, errno);
         throwCannotWrite(target_, "no space left for the rows, or a limit to the size of files");
     }
-    largest_ = std::max(largest_, static_cast<std::uintmax_t>(std::max(0L, std::ftell(rows))) +
-                                      columns * kAroundColumn);
+    largest_ = std::max(largest_,
+                        static_cast<std::uintmax_t>(std::max(0L, std::ftell(rows))) + columns * aroundColumn);
 }
 
 void XlsxBook::text(std::size_t column, std::string_view value, lxw_format* look) {
-    const std::string line = oneLine(value, kMostCharacters);
+    const std::string line = oneLine(value, mostCharacters);
     if (line.empty()) return;
     check(worksheet_write_string(sheet_, static_cast<lxw_row_t>(row_), static_cast<lxw_col_t>(column),
                                  line.c_str(), look));
@@ -123,7 +123,7 @@ void XlsxBook::number(std::size_t column, double value, lxw_format* look) {
 }
 
 void XlsxBook::line(std::string_view value, lxw_format* look) {
-    if (row_ >= kMostSheetRows) return;
+    if (row_ >= mostSheetRows) return;
     text(0, value, look);
     ++row_;
 }
@@ -134,7 +134,7 @@ void XlsxBook::setWidth(std::size_t column, std::size_t characters) {
 }
 
 void XlsxBook::setHeight(std::size_t lines) {
-    check(worksheet_set_row(sheet_, static_cast<lxw_row_t>(row_), kLineHeight * static_cast<double>(lines),
+    check(worksheet_set_row(sheet_, static_cast<lxw_row_t>(row_), lineHeight * static_cast<double>(lines),
                             nullptr));
 }
 

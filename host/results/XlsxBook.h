@@ -17,10 +17,10 @@
 namespace korvana {
 
 // The limits of the file format.
-inline constexpr std::size_t kMostSheetRows = 1048576;
-inline constexpr std::size_t kMostSheetColumns = 16384;
+inline constexpr std::size_t mostSheetRows = 1048576;
+inline constexpr std::size_t mostSheetColumns = 16384;
 
-inline constexpr const char* kNoMemoryForWorkbook = "not enough memory";
+inline constexpr const char* noMemoryForWorkbook = "not enough memory";
 
 /// A workbook in the making, and one sheet of it at a time, row after row. What does not succeed throws a
 /// std::runtime_error that names the file, also where the library below does not notice.

@@ -7,10 +7,10 @@
 namespace korvana {
 namespace {
 
-constexpr std::size_t kLookedAt = 500; // rows
-constexpr std::size_t kNarrowest = 8;
-constexpr std::size_t kWidest = 60;
-constexpr std::size_t kHeadingLine = 14; // longer headings are broken, where their words allow
+constexpr std::size_t lookedAt = 500; // rows
+constexpr std::size_t narrowest = 8;
+constexpr std::size_t widestColumn = 60;
+constexpr std::size_t headingLine = 14; // longer headings are broken, where their words allow
 
 std::string_view takeWord(std::string_view& text) {
     text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
@@ -32,17 +32,17 @@ std::size_t columnWidth(const Spreadsheet& sheet, std::size_t column, std::size_
     const Spreadsheet::Column& one = sheet.columns[column];
     const std::string heading = one.readableHeading();
     std::size_t widest =
-        std::max({kNarrowest, std::min(kHeadingLine, textWidth(heading)), longestWord(heading)});
-    for (std::size_t row = firstRow; row < std::min(firstRow + kLookedAt, one.size()); ++row)
+        std::max({narrowest, std::min(headingLine, textWidth(heading)), longestWord(heading)});
+    for (std::size_t row = firstRow; row < std::min(firstRow + lookedAt, one.size()); ++row)
         widest = std::max(widest, textWidth(sheet.cellText(row, column)));
-    return std::min(widest, kWidest);
+    return std::min(widest, widestColumn);
 }
 
 std::size_t rowHeadingWidth(const Spreadsheet& sheet, std::size_t firstRow) {
-    std::size_t widest = kNarrowest;
-    for (std::size_t row = firstRow; row < std::min(firstRow + kLookedAt, sheet.rowHeadings.size()); ++row)
+    std::size_t widest = narrowest;
+    for (std::size_t row = firstRow; row < std::min(firstRow + lookedAt, sheet.rowHeadings.size()); ++row)
         widest = std::max(widest, textWidth(sheet.rowHeadings[row]));
-    return std::min(widest, kWidest);
+    return std::min(widest, widestColumn);
 }
 
 std::size_t brokenLines(std::string_view text, std::size_t width) {

@@ -18,7 +18,7 @@
 namespace korvana {
 namespace {
 
-constexpr Work kWriting{"writing it", kNoMemoryForWorkbook, std::nullopt};
+constexpr Work writing{"writing it", noMemoryForWorkbook, std::nullopt};
 
 /// The report of the outputs, and a sheet or more of each table.
 class Workbook {
@@ -54,7 +54,7 @@ public:
         do {
             book_.beginSheet(sheet.title.empty() ? "Table" : sheet.title);
             writeHead(sheet, begin);
-            const std::size_t end = std::min(rows, begin + (kMostSheetRows - book_.row()));
+            const std::size_t end = std::min(rows, begin + (mostSheetRows - book_.row()));
             for (; begin < end; ++begin, book_.nextRow()) {
                 throwIfWritingStopped();
                 writeRow(sheet, begin);
@@ -109,7 +109,7 @@ private:
     }
 
     static std::size_t columnsOf(const Spreadsheet& sheet) {
-        return std::min(sheet.columns.size(), kMostSheetColumns - (sheet.rowHeadings.empty() ? 0U : 1U));
+        return std::min(sheet.columns.size(), mostSheetColumns - (sheet.rowHeadings.empty() ? 0U : 1U));
     }
 
     void writeRow(const Spreadsheet& sheet, std::size_t row) {
@@ -166,7 +166,7 @@ void writeXlsx(const ResultsBook& book, const std::filesystem::path& target) {
 void writeXlsx(const ResultsBook& book, const PendingFile& pending) {
     // Who watches has threads, and stops by exceptions.
     if (WritingWatch::current() != nullptr) return writeHere(book, pending);
-    const std::optional<Answer> failure = workApart(kWriting, [&] {
+    const std::optional<Answer> failure = workApart(writing, [&] {
         try {
             writeHere(book, pending);
             return Answer{};

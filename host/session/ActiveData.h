@@ -43,7 +43,7 @@ public:
     /// variable use; everything then stays as it was.
     void undefine(int variable0);
 
-    /// Counts the data sets opened: tells whether what was derived from one still belongs to it.
+    /// Counts the data sets opened: shows whether what was derived from one still belongs to it.
     [[nodiscard]] int generation() const { return generation_; }
 
     /// Takes the cases that satisfy a condition (see `selectCases`, whose errors it throws; the selection

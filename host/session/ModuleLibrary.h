@@ -25,7 +25,8 @@ using Analysis = std::shared_ptr<ozm::CAnalysisSupport>;
 std::vector<std::filesystem::path> modulePaths(const std::string& fileName,
                                                const std::vector<std::filesystem::path>& folders = {});
 
-/// The modules that there are (files `libOZM*.so`) in the folders where `modulePaths` looks, by name; each name once.
+/// The modules that there are (files `libOZM*.so`) in the folders where `modulePaths` looks, by name; each
+/// name once.
 std::vector<std::filesystem::path> findModules();
 
 /// Loads the first module found and asks its factory for an analysis object without a document. The library

@@ -12,8 +12,8 @@
 namespace korvana {
 
 struct SessionOptions {
-    bool automation = true;         ///< a script drives the analysis: modal steps run without their dialogs
-    FrontEnd* frontEnd = nullptr;   ///< nullptr: the answers of `FrontEnd` itself; must outlive the session
+    bool automation = true;       ///< a script drives the analysis: modal steps run without their dialogs
+    FrontEnd* frontEnd = nullptr; ///< nullptr: the answers of `FrontEnd` itself; must outlive the session
     StopSignals* stops = nullptr; ///< nullptr: the session's own; must outlive the session
     /// Under automation: called when a modal dialog is open, to set its members; when it leaves the dialog
     /// open, OK is pressed. What it throws comes out of `pump`.

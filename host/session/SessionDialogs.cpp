@@ -96,7 +96,8 @@ void SessionDialogs::dataReplaced() {
     tellAnalysis();
     if (current_ == nullptr || current_->IsClosed()) return;
     if (const ozm::DialogResult shown = current_->DataChanged(); !shown.done)
-        parts_.fail("The dialog '" + std::string{current_->Template().title} + "' does not take the new data" +
+        parts_.fail("The dialog '" + std::string{current_->Template().title} +
+                    "' does not take the new data" +
                     (shown.reason.empty() ? "." : ": " + shown.reason + "."));
 }
 

@@ -34,7 +34,7 @@ struct SessionParts {
     StopSignals* stops = &ownSignals; ///< a program may have its own, for its signal handler
     FrontEnd* frontEnd = &scriptAnswers();
     ozm::CAnalysisSupport* analysis = nullptr;
-    bool automation = true;           ///< a script drives the analysis
+    bool automation = true; ///< a script drives the analysis
     ModalScript modalScript;
     std::exception_ptr scriptFailure; ///< what a modal script threw, for the script that is to learn of it
     std::vector<std::string> remarks; ///< of the analysis, about its runs in this book
@@ -59,7 +59,7 @@ struct SessionParts {
         messagesBefore_ = book->messages.size();
         notesBefore_ = book->notes.size();
     }
-    /// An output, by the action that makes it, was made or was not. The book's status tells whether each that
+    /// An output, by the action that makes it, was made or was not. The book's status says whether each that
     /// was asked for was made in the end.
     void outputEnded(const std::string& action, bool made) {
         if (made)

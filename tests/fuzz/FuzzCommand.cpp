@@ -1,6 +1,6 @@
-// Whole runs of the command line: the first line of the input is the arguments, separated by tabs, the rest is the
-// data file. DATA stands for its path. Every run ends with an exit code of the manual and says why; files that it
-// leaves are whole, and tell the same in every format.
+// Whole runs of the command line: the first line of the input is the arguments, separated by tabs, the rest
+// is the data file. DATA stands for its path. Every run ends with an exit code of the manual and says why;
+// files that it leaves are whole, and tell the same in every format.
 
 #include "apps/cli/Run.h"
 #include "host/data/TextEncoding.h"
@@ -57,8 +57,8 @@ bool isPlain(std::string_view text) {
     return isUtf8(text);
 }
 
-/// Whether a table of results.json holds the cells of a CSV file. Texts are not compared: line breaks in them are
-/// written differently.
+/// Whether a table of results.json holds the cells of a CSV file. Texts are not compared: line breaks in them
+/// are written differently.
 bool sameCells(const Json& sheet, const CsvGrid& grid) {
     const Json& rows = sheet.at("rows");
     if (rows.size() + 1 != grid.size()) return false;
@@ -70,7 +70,8 @@ bool sameCells(const Json& sheet, const CsvGrid& grid) {
         for (std::size_t c = 0; c < cells.size(); ++c) {
             const std::string& field = fields[heading + c];
             if (cells[c].is_null() != field.empty() && !cells[c].is_string()) return false;
-            if (cells[c].is_number() && std::strtod(field.c_str(), nullptr) != cells[c].get<double>()) return false;
+            if (cells[c].is_number() && std::strtod(field.c_str(), nullptr) != cells[c].get<double>())
+                return false;
         }
     }
     return true;
@@ -82,8 +83,8 @@ void checkFiles(const fs::path& folder, const std::string& call) {
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
         if (!entry.is_regular_file() || entry.path().filename() == "data.csv") continue;
         const std::string ending = entry.path().extension();
-        require(entry.path().filename().string().find(".part") == std::string::npos, "nothing half-made stays",
-                entry.path().string());
+        require(entry.path().filename().string().find(".part") == std::string::npos,
+                "nothing half-made stays", entry.path().string());
         require(entry.file_size() > 0, "a file is not empty", entry.path().string());
         if (ending == ".json") results = Json::parse(read(entry.path()), nullptr, false);
         if (ending == ".csv") grids.push_back(test::readCsvGrid(read(entry.path())));
@@ -127,8 +128,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     require(exit == 0 || !err.str().empty(), "who refuses says why", call);
     require(isPlain(err.str()), "standard error is plain UTF-8", err.str());
     require(isPlain(out.str()), "standard output is plain UTF-8", out.str());
-    if (out.str().starts_with('{'))
-        require(Json::accept(out.str()), "JSON on standard output is JSON", call);
+    if (out.str().starts_with('{')) require(Json::accept(out.str()), "JSON on standard output is JSON", call);
     checkFiles(scratch().folder(), call);
     return 0;
 }

@@ -1,4 +1,5 @@
-// Reading: any bytes are a table, or are refused with a DataError that can be shown. The first byte chooses the options.
+// Reading: any bytes are a table, or are refused with a DataError that can be shown. The first byte chooses
+// the options.
 
 #include "host/data/DataError.h"
 #include "host/data/DelimitedReader.h"
@@ -28,13 +29,14 @@ void check(const DataSet& data) {
     for (int v = 0; v < data.variableCount(); ++v) {
         const Variable& variable = data.variable(v);
         require(isUtf8(variable.name), "names are UTF-8", variable.name);
-        require(!variable.name.empty() && names.insert(variable.name).second, "names are unique", variable.name);
+        require(!variable.name.empty() && names.insert(variable.name).second, "names are unique",
+                variable.name);
         const VariableSummary summary = describeVariable(data, v);
         require(summary.validCount + summary.missingCount == data.caseCount(), "every case is counted once");
         if (variable.kind != VariableKind::Text) continue;
         for (const double cell : data.column(v))
-            require(variable.isMissing(cell) || variable.labelOf(cell).has_value(), "every text has its label",
-                    variable.name);
+            require(variable.isMissing(cell) || variable.labelOf(cell).has_value(),
+                    "every text has its label", variable.name);
         for (const ValueLabel& label : variable.valueLabels)
             require(isUtf8(label.text), "texts are UTF-8", label.text);
     }
@@ -43,7 +45,8 @@ void check(const DataSet& data) {
 }
 
 /// Cells and notes, or the message.
-std::string outcome(const std::filesystem::path& path, const ReadOptions& options, const ReaderTuning& tuning) {
+std::string outcome(const std::filesystem::path& path, const ReadOptions& options,
+                    const ReaderTuning& tuning) {
     std::string all;
     try {
         const DataSet data = readDelimited(*openSource(path), options, tuning);
@@ -74,6 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     }
     const ReadOptions options = fuzz::optionsOf(bytes[0]);
     const std::string alone = fuzz::outcome(path, options, {1, 1U << 20U});
-    fuzz::require(fuzz::outcome(path, options, {2, 1 + size % 20}) == alone, "several threads read the same", alone);
+    fuzz::require(fuzz::outcome(path, options, {2, 1 + size % 20}) == alone, "several threads read the same",
+                  alone);
     return 0;
 }

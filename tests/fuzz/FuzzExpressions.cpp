@@ -1,4 +1,5 @@
-// Expressions: any text is a formula, or is refused with the place of the fault; conditions and definitions alike.
+// Expressions: any text is a formula, or is refused with the place of the fault; conditions and definitions
+// alike.
 
 #include "host/data/CaseSelection.h"
 #include "host/data/ComputedVariable.h"
@@ -65,7 +66,8 @@ void evaluate(std::string_view text) {
             require((selection.mask[i] != 0) == (!std::isnan(values[i]) && values[i] != 0),
                     "the cases for which the condition holds are selected", text);
     } catch (const DataError& error) {
-        require(std::string_view(error.what()).find("case ") != std::string_view::npos, "the case is named", text);
+        require(std::string_view(error.what()).find("case ") != std::string_view::npos, "the case is named",
+                text);
     }
 }
 

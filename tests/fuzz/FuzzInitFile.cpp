@@ -27,6 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const auto value = file.value(words[0], words[1]);
     const InitFile back = InitFile::parse(file.text());
     require(back.hasSection(words[0]), "the section is there again", file.text());
-    require(value.has_value() && back.value(words[0], words[1]) == value, "the value is found again", file.text());
+    require(value.has_value() && back.value(words[0], words[1]) == value, "the value is found again",
+            file.text());
     return 0;
 }

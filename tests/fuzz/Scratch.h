@@ -26,8 +26,9 @@ public:
     Scratch() {
         std::error_code none;
         const std::filesystem::path memory = "/dev/shm";
-        folder_ = (std::filesystem::is_directory(memory, none) ? memory : std::filesystem::temp_directory_path()) /
-                  ("korvana-fuzz-" + std::to_string(getpid()));
+        folder_ =
+            (std::filesystem::is_directory(memory, none) ? memory : std::filesystem::temp_directory_path()) /
+            ("korvana-fuzz-" + std::to_string(getpid()));
         clear();
     }
     ~Scratch() {

@@ -141,7 +141,8 @@ void ChartReadout::place(double x, double y, const QString& text, bool ring) {
 void ChartReadout::show(const ChartPlace& at) {
     const ChartSeries& series = info_.series.at(at.series);
     QStringList lines;
-    if (!shownLine(series.legend).empty()) lines += elidedLine(series.legend, box_->font(), plot_.width() / 3);
+    if (!shownLine(series.legend).empty())
+        lines += elidedLine(series.legend, box_->font(), plot_.width() / 3);
     lines += axisLine(info_.xAxis, QStringLiteral("x"), series.x.at(at.point));
     lines += axisLine(info_.yAxis, QStringLiteral("y"), series.y.at(at.point));
     place(series.x[at.point], series.y[at.point], lines.join('\n'), true);

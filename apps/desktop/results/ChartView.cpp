@@ -22,7 +22,7 @@
 namespace korvana::desktop {
 namespace {
 
-constexpr int kLettersAtScaleOne = 13;
+constexpr int lettersAtScaleOne = 13;
 
 bool isDark(const QPalette& palette) {
     return palette.color(QPalette::Base).lightness() < 128;
@@ -109,8 +109,7 @@ void ChartView::draw() {
     options.thin = false;
     drawnWidth_ = size.width();
     options.dark = isDark(palette());
-    options.textScale =
-        std::max(1.0, static_cast<double>(QFontInfo(font()).pixelSize()) / kLettersAtScaleOne);
+    options.textScale = std::max(1.0, static_cast<double>(QFontInfo(font()).pixelSize()) / lettersAtScaleOne);
     fillPlot(*plot_, drawn_, options);
     plot_->setBackground(QBrush(palette().color(QPalette::Base)));
     readout_ = std::make_unique<ChartReadout>(

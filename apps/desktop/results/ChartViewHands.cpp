@@ -12,7 +12,7 @@
 namespace korvana::desktop {
 namespace {
 
-constexpr double kReach = 24.0; // pixels from the pointer to the point that it means
+constexpr double reach = 24.0; // pixels from the pointer to the point that it means
 
 } // namespace
 
@@ -71,7 +71,7 @@ void ChartView::connectPlot() {
 }
 
 void ChartView::followPointer(const QPointF& pixel) {
-    if (const auto place = nearestPoint(drawn_, *plot_, pixel, kReach)) {
+    if (const auto place = nearestPoint(drawn_, *plot_, pixel, reach)) {
         showPlace(place);
         return;
     }
@@ -112,16 +112,16 @@ void ChartView::move(double right, double up) {
 }
 
 bool ChartView::pressKey(int key, Qt::KeyboardModifiers modifiers) {
-    constexpr double kZoom = 0.8;
-    constexpr double kMove = 0.1;
+    constexpr double zoomFactor = 0.8;
+    constexpr double moveShare = 0.1;
     const bool shift = modifiers.testFlag(Qt::ShiftModifier);
     switch (key) {
     case Qt::Key_Plus:
     case Qt::Key_Equal:
-        zoom(kZoom);
+        zoom(zoomFactor);
         return true;
     case Qt::Key_Minus:
-        zoom(1 / kZoom);
+        zoom(1 / zoomFactor);
         return true;
     case Qt::Key_Home:
         resetZoom();
@@ -129,13 +129,13 @@ bool ChartView::pressKey(int key, Qt::KeyboardModifiers modifiers) {
     case Qt::Key_Left:
     case Qt::Key_Right: {
         const int by = key == Qt::Key_Right ? 1 : -1;
-        shift ? move(by * kMove, 0.0) : showPlace(neighbour(drawn_, place_, by, false));
+        shift ? move(by * moveShare, 0.0) : showPlace(neighbour(drawn_, place_, by, false));
         return true;
     }
     case Qt::Key_Up:
     case Qt::Key_Down: {
         const int by = key == Qt::Key_Down ? 1 : -1;
-        shift ? move(0.0, -by * kMove) : showPlace(neighbour(drawn_, place_, by, true));
+        shift ? move(0.0, -by * moveShare) : showPlace(neighbour(drawn_, place_, by, true));
         return true;
     }
     case Qt::Key_Escape:

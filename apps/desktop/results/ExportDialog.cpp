@@ -26,7 +26,7 @@ struct FormatText {
     bool atFirst;
 };
 
-constexpr std::array<FormatText, kOutputFormats> kFormats{
+constexpr std::array<FormatText, outputFormatCount> formatTexts{
     {{OutputFormat::Html, QT_TRANSLATE_NOOP("ExportDialog", "&Web page with everything (HTML)"), true},
      {OutputFormat::Xlsx, QT_TRANSLATE_NOOP("ExportDialog", "Spreadsheet &workbook (XLSX)"), true},
      {OutputFormat::Txt, QT_TRANSLATE_NOOP("ExportDialog", "Plain &text (TXT)"), false},
@@ -68,13 +68,13 @@ ExportDialog::ExportDialog(const QString& runTitle, int runs, QWidget* parent)
 
     auto* group = new QGroupBox(tr("Formats"));
     auto* grid = new QGridLayout(group);
-    constexpr int kRows = 4;
-    for (std::size_t i = 0; i < kFormats.size(); ++i) {
-        const FormatText& format = kFormats[i];
+    constexpr int rows = 4;
+    for (std::size_t i = 0; i < formatTexts.size(); ++i) {
+        const FormatText& format = formatTexts[i];
         auto* box = new QCheckBox(tr(format.text));
         box->setChecked(settings.value(settingsKey(format.format), format.atFirst).toBool());
         formats_[static_cast<std::size_t>(format.format)] = box;
-        grid->addWidget(box, static_cast<int>(i) % kRows, static_cast<int>(i) / kRows);
+        grid->addWidget(box, static_cast<int>(i) % rows, static_cast<int>(i) / rows);
     }
     column->addWidget(group);
 

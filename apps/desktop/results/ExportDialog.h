@@ -47,7 +47,7 @@ private:
 
     QRadioButton* thisRun_;
     QRadioButton* allRuns_;
-    std::array<QCheckBox*, kOutputFormats> formats_{};
+    std::array<QCheckBox*, outputFormatCount> formats_{};
     QLineEdit* directory_;
     QLabel* problem_;
     std::function<FilesAtStake(const ExportDialog&)> atStake_;

@@ -58,9 +58,9 @@ std::vector<OutputFormat> formatsOf(const ResultsBook::Output& output) {
 }
 
 const char* endingOf(OutputFormat format) {
-    constexpr std::array<const char*, kOutputFormats> kEndings{"json", "txt", "csv", "html",
-                                                               "xlsx", "svg", "png", "pdf"};
-    return kEndings.at(static_cast<std::size_t>(format));
+    constexpr std::array<const char*, outputFormatCount> endings{"json", "txt", "csv", "html",
+                                                                 "xlsx", "svg", "png", "pdf"};
+    return endings.at(static_cast<std::size_t>(format));
 }
 
 void exportOutput(const ResultsBook& book, std::size_t place, const Chart* chart, OutputFormat format,

@@ -15,10 +15,10 @@
 namespace korvana::desktop {
 namespace {
 
-constexpr double kLetters = 9.0; // points
-constexpr double kSmallest = 5.0;
-constexpr int kChartWidth = 960;
-constexpr int kChartHeight = 640;
+constexpr double letters = 9.0; // points
+constexpr double smallestSize = 5.0;
+constexpr int chartWidth = 960;
+constexpr int chartHeight = 640;
 
 class Pages {
 public:
@@ -29,7 +29,7 @@ public:
         painter_.setMode(QCPPainter::pmVectorized);
         painter_.setMode(QCPPainter::pmNoCaching);
         const QRectF page = printer_.pageLayout().paintRectPixels(printer_.resolution());
-        foot_ = 2.0 * metrics(fixedFont(kLetters)).height();
+        foot_ = 2.0 * metrics(fixedFont(letters)).height();
         area_ = QRectF(0, 0, page.width(), page.height() - foot_);
         drawFoot();
         return area_.width() > 1.0 && area_.height() > 1.0;
@@ -42,12 +42,12 @@ public:
         std::size_t columns = 1;
         for (const std::string& line : lines)
             columns = std::max(columns, textWidth(line));
-        double size = kLetters;
+        double size = letters;
         QFontMetricsF measure = metrics(fixedFont(size));
         // Letters widen in steps as they grow, so the size that fits is sought and not computed.
-        while (size > kSmallest &&
+        while (size > smallestSize &&
                measure.horizontalAdvance('m') * static_cast<double>(columns) > area_.width())
-            measure = metrics(fixedFont(size = std::max(kSmallest, 0.98 * size)));
+            measure = metrics(fixedFont(size = std::max(smallestSize, 0.98 * size)));
         const QFont font = fixedFont(size);
         const auto most =
             static_cast<qsizetype>(std::max(1.0, area_.width() / measure.horizontalAdvance('m') + 1e-9));
@@ -65,15 +65,15 @@ public:
 
     void add(const Chart& chart) {
         gap();
-        const double scale = std::min(area_.width() / kChartWidth, area_.height() / kChartHeight);
-        const double height = scale * kChartHeight;
+        const double scale = std::min(area_.width() / chartWidth, area_.height() / chartHeight);
+        const double height = scale * chartHeight;
         if (y_ + height > area_.height()) newPage();
         QCustomPlot plot;
-        fillPlot(plot, chart.info, {kChartWidth, kChartHeight});
+        fillPlot(plot, chart.info, {chartWidth, chartHeight});
         painter_.save();
-        painter_.translate((area_.width() - scale * kChartWidth) / 2, y_);
+        painter_.translate((area_.width() - scale * chartWidth) / 2, y_);
         painter_.scale(scale, scale);
-        plot.toPainter(&painter_, kChartWidth, kChartHeight);
+        plot.toPainter(&painter_, chartWidth, chartHeight);
         painter_.restore();
         y_ += height;
     }
@@ -88,7 +88,7 @@ private:
     [[nodiscard]] QFontMetricsF metrics(const QFont& font) const { return {font, &printer_}; }
 
     void gap() {
-        if (y_ > 0.0) y_ += metrics(fixedFont(kLetters)).height();
+        if (y_ > 0.0) y_ += metrics(fixedFont(letters)).height();
     }
 
     void newPage() {
@@ -99,7 +99,7 @@ private:
     }
 
     void drawFoot() {
-        painter_.setFont(fixedFont(kLetters));
+        painter_.setFont(fixedFont(letters));
         painter_.setPen(Qt::black);
         const QRectF foot(0, area_.height(), area_.width(), foot_);
         const QString number = QCoreApplication::translate("Printing", "Page %1").arg(page_);
@@ -123,7 +123,7 @@ private:
 
 PrintItem printItem(const ResultsBook::Output& output) {
     if (const auto* chart = std::get_if<Chart>(&output)) return *chart;
-    if (const auto* sheet = std::get_if<Spreadsheet>(&output)) return sheetLines(*sheet, kMostPrintedRows);
+    if (const auto* sheet = std::get_if<Spreadsheet>(&output)) return sheetLines(*sheet, mostPrintedRows);
     const auto& report = std::get<Report>(output);
     std::vector<std::string> lines;
     if (!report.title.empty()) lines = {report.title, ""};

@@ -12,7 +12,7 @@ class QPrinter;
 namespace korvana::desktop {
 
 /// Rows of a table that go onto paper; a longer table says how many more there are.
-inline constexpr std::size_t kMostPrintedRows = 2000;
+inline constexpr std::size_t mostPrintedRows = 2000;
 
 using PrintItem =
     std::variant<std::vector<std::string>, Chart>; ///< lines of text in a fixed font, or a chart

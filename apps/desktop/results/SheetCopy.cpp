@@ -30,7 +30,7 @@ public:
     Copier(const Spreadsheet& sheet, const QItemSelection& selection, const CopyOptions& options)
         : sheet_(sheet), cells_(selection), options_(options),
           rowHeadings_(options.headings && !sheet.rowHeadings.empty()),
-          html_(static_cast<std::size_t>(cells_.cellCount()) <= kMostHtmlCells) {}
+          html_(static_cast<std::size_t>(cells_.cellCount()) <= mostHtmlCells) {}
 
     [[nodiscard]] bool isEmpty() const { return cells_.isEmpty(); }
 

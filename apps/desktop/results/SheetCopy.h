@@ -19,7 +19,7 @@ struct CopyOptions {
 };
 
 /// Tables of more cells are copied as text only; a spreadsheet program takes that as well.
-inline constexpr std::size_t kMostHtmlCells = 200'000;
+inline constexpr std::size_t mostHtmlCells = 200'000;
 
 /// The selected cells as tab-separated text and as an HTML table. Rows and columns without a selected cell
 /// are left out; a cell that is not selected among others that are stays empty. nullptr when no cell is

@@ -21,8 +21,8 @@ namespace korvana::desktop {
 namespace {
 
 /// A look at some hundred rows, from the first to the last, tells how wide a column is.
-constexpr int kSampledRows = 300;
-constexpr int kWidestEms = 40;
+constexpr int sampledRows = 300;
+constexpr int widestEms = 40;
 
 } // namespace
 
@@ -94,7 +94,7 @@ void SheetView::fitColumns() {
     const int em = metrics.horizontalAdvance('m');
     table_->verticalHeader()->setDefaultSectionSize(metrics.height() + metrics.height() / 3);
     const int rows = model_->rowCount();
-    const int step = std::max(1, rows / kSampledRows);
+    const int step = std::max(1, rows / sampledRows);
     const int margin = em + 2 * style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, table_);
     for (int column = 0; column < model_->columnCount(); ++column) {
         int width = table_->horizontalHeader()->sectionSizeHint(column);
@@ -105,7 +105,7 @@ void SheetView::fitColumns() {
         for (int row = 0; row < rows; row += step)
             include(row);
         if (rows > 0) include(rows - 1);
-        table_->setColumnWidth(column, std::clamp(width, 4 * em, kWidestEms * em));
+        table_->setColumnWidth(column, std::clamp(width, 4 * em, widestEms * em));
     }
     // Qt measures the headings of the first rows only; the longest may stand anywhere.
     qsizetype longest = QString::number(rows).size();
@@ -114,7 +114,7 @@ void SheetView::fitColumns() {
         if (widest == nullptr || heading.size() > widest->size()) widest = &heading;
     const QString text = widest == nullptr ? QString(longest, '0') : QString::fromStdString(oneLine(*widest));
     table_->verticalHeader()->setFixedWidth(
-        std::min(metrics.horizontalAdvance(text) + 2 * margin, kWidestEms * em));
+        std::min(metrics.horizontalAdvance(text) + 2 * margin, widestEms * em));
 }
 
 void SheetView::refresh() {

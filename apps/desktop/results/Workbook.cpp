@@ -25,7 +25,7 @@ namespace {
 
 enum Role : int { RunRole = Qt::UserRole, PlaceRole };
 
-constexpr int kNoPlace = -1; // the run itself
+constexpr int noPlace = -1; // the run itself
 
 OutputIcon iconOf(const ResultsBook::Output& output) {
     if (std::holds_alternative<Spreadsheet>(output)) return OutputIcon::Table;
@@ -109,7 +109,7 @@ int Workbook::addRun(std::shared_ptr<const ResultsBook> book, const QString& tit
     run.title = title;
     run.item = new QTreeWidgetItem(tree_, {title});
     run.item->setData(0, RunRole, number);
-    run.item->setData(0, PlaceRole, kNoPlace);
+    run.item->setData(0, PlaceRole, noPlace);
     run.item->setIcon(0, outputIcon(OutputIcon::Run, *tree_));
     run.item->setToolTip(0, title);
     listOutputs(run);
@@ -202,7 +202,7 @@ int Workbook::currentRun() const {
 
 int Workbook::currentOutput() const {
     const QTreeWidgetItem* item = tree_->currentItem();
-    return item == nullptr ? kNoPlace : item->data(0, PlaceRole).toInt();
+    return item == nullptr ? noPlace : item->data(0, PlaceRole).toInt();
 }
 
 std::shared_ptr<const ResultsBook> Workbook::book(int number) const {
@@ -221,7 +221,7 @@ void Workbook::adopt(OutputView* one) {
 }
 
 OutputView* Workbook::view(Run& run, int place) {
-    if (place == kNoPlace) {
+    if (place == noPlace) {
         if (run.overview == nullptr) {
             run.overview = new ReportView([&run] { return runLines(*run.book, removedOf(run)); }, run.title);
             adopt(run.overview);
@@ -247,7 +247,7 @@ OutputView* Workbook::view(Run& run, int place) {
 void Workbook::showCurrent() {
     Run* run = runOf(currentRun());
     pages_->setCurrentWidget(run == nullptr ? nothing_ : view(*run, currentOutput()));
-    const bool output = run != nullptr && currentOutput() != kNoPlace;
+    const bool output = run != nullptr && currentOutput() != noPlace;
     const auto place = static_cast<std::size_t>(output ? currentOutput() : 0);
     origin_->setText(output ? withShortWords(originText(*run->book, place)) : QString{});
     origin_->setToolTip(output ? originDetails(run->book->outputs.at(place)) : QString{});

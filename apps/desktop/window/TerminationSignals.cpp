@@ -12,7 +12,7 @@
 namespace korvana::desktop {
 namespace {
 
-constexpr std::array kSignals{SIGTERM, SIGHUP, SIGINT};
+constexpr std::array endingSignals{SIGTERM, SIGHUP, SIGINT};
 std::array<int, 2> ends{-1, -1}; // of the pipe from the handler to the event loop
 
 void tell(int number) {
@@ -35,13 +35,13 @@ TerminationSignals::TerminationSignals(QObject* parent) : QObject(parent) {
     struct sigaction action = {};
     action.sa_handler = &tell;
     action.sa_flags = SA_RESTART;
-    for (const int number : kSignals)
+    for (const int number : endingSignals)
         sigaction(number, &action, nullptr);
 }
 
 TerminationSignals::~TerminationSignals() {
     if (notifier_ == nullptr) return;
-    for (const int number : kSignals)
+    for (const int number : endingSignals)
         std::signal(number, SIG_DFL);
     notifier_.reset();
     for (int& end : ends)

@@ -12,13 +12,13 @@ namespace korvana {
 namespace {
 
 using ozm::ChartSeries;
-using test::kInf;
-using test::kNaN;
+using test::infinite;
+using test::notANumber;
 using test::series;
 
 TEST(ChartGeometry, StepsHoldUntilTheNextPoint) {
     const ChartPath path =
-        pathOf(series("", {0, 2, kNaN, 3, 4}, {1, 0.5, 0.4, 0.3, 0.2, 9}, ChartSeries::Style::Step));
+        pathOf(series("", {0, 2, notANumber, 3, 4}, {1, 0.5, 0.4, 0.3, 0.2, 9}, ChartSeries::Style::Step));
     ASSERT_EQ(path.size(), 7U);
     EXPECT_EQ(path[1].x, 2.0);
     EXPECT_EQ(path[1].y, 1.0);
@@ -58,8 +58,14 @@ TEST(ChartGeometry, ThinningKeepsExtremesAndEnds) {
 
 TEST(ChartGeometry, AxesHaveRoomForAnyData) {
     const ozm::ChartAxis chosen;
-    for (const auto& values : std::vector<std::vector<double>>{
-             {}, {0}, {5, 5}, {kNaN, kInf}, {1e15, 1e15 + 1}, {1e-300, 3e-300}, {-1e199, 1e199}, {DBL_MAX}}) {
+    for (const auto& values : std::vector<std::vector<double>>{{},
+                                                               {0},
+                                                               {5, 5},
+                                                               {notANumber, infinite},
+                                                               {1e15, 1e15 + 1},
+                                                               {1e-300, 3e-300},
+                                                               {-1e199, 1e199},
+                                                               {DBL_MAX}}) {
         const Extent extent = axisExtent(chosen, extentOf(values), 0.02);
         EXPECT_GT(extent.span(), 0.0);
         EXPECT_TRUE(isDrawable(extent.low) && isDrawable(extent.high));
@@ -87,7 +93,7 @@ TEST(ChartGeometry, HistogramCountsEveryValueOnce) {
                                            {4, 4, 4},
                                            {0, 0, 0, 0, 0, 0, 0, 0, 0, 100},
                                            {1e15, 1e15 + 2, 1e15 + 9},
-                                           {kNaN, 1, kInf},
+                                           {notANumber, 1, infinite},
                                            {-1e199, 1e199},
                                            {0, 10},
                                            {1e-300, 1e-299}};

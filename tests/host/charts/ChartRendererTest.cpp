@@ -21,8 +21,8 @@ namespace korvana {
 namespace {
 
 using ozm::ChartSeries;
-using test::kInf;
-using test::kNaN;
+using test::infinite;
+using test::notANumber;
 using test::readSvg;
 using test::series;
 using test::Svg;
@@ -120,7 +120,7 @@ TEST(ChartRenderer, ACurveIsSeenHoweverManyMarksItCarries) {
 TEST(ChartRenderer, NotesStandBelowWhateverTheirLength) {
     ozm::CChartInfo info = test::stepChart();
     const auto before = drawSvg(info).texts.size();
-    info.notes = {"The first 32,000 of 10,000,000 observations are shown.", "", test::kAwkward,
+    info.notes = {"The first 32,000 of 10,000,000 observations are shown.", "", test::awkwardText,
                   std::string(300, 'w') + " " + std::string(20000, 'v')};
     for (int word = 0; word < 60; ++word)
         info.notes[1] += "word" + std::to_string(word) + " ";
@@ -185,8 +185,8 @@ TEST(ChartRenderer, DrawsWhateverItIsGiven) {
                  {{1}, {1}},
                  {{2, 2, 2}, {1, 2, 3}},
                  {{1, 2, 3}, {4, 4, 4}},
-                 {{kNaN, 1, kInf, 2, 3}, {1, kNaN, 2, -kInf, 3}},
-                 {{kNaN}, {kNaN}},
+                 {{notANumber, 1, infinite, 2, 3}, {1, notANumber, 2, -infinite, 3}},
+                 {{notANumber}, {notANumber}},
                  {{1e15, 2e15}, {1e-300, 2e-300}},
                  {{-1e308, 1e308}, {1e308, -1e308}},
                  {{1e199, -1e199}, {1, 2}},
@@ -204,10 +204,10 @@ TEST(ChartRenderer, DrawsWhateverItIsGiven) {
             series(std::string(100, 'w') + std::to_string(i), {0, 1}, {0, 1.0 * i}));
         charts.back().series.back().group = -i;
     }
-    charts.push_back(
-        chartOf({series(test::kAwkward, {0, 1}, {0, 1}), series(std::string(100000, 'm'), {0, 1}, {1, 0})}));
-    charts.back().title = std::string(100000, 'm') + test::kAwkward;
-    charts.back().xAxis = {test::kAwkward, -1e300, 1e300};
+    charts.push_back(chartOf(
+        {series(test::awkwardText, {0, 1}, {0, 1}), series(std::string(100000, 'm'), {0, 1}, {1, 0})}));
+    charts.back().title = std::string(100000, 'm') + test::awkwardText;
+    charts.back().xAxis = {test::awkwardText, -1e300, 1e300};
     charts.back().yAxis = {std::string(5000, ' '), 5.0, std::nextafter(5.0, 6.0)};
     for (std::size_t i = 0; i < charts.size(); ++i) {
         SCOPED_TRACE(i);

@@ -23,7 +23,7 @@ DataSet patients() {
                     "Dan,15,,placebo,\n");
 }
 
-/** The new column of a definition, as text. */
+/// The new column of a definition, as text.
 std::string defined(DataSet& data, const std::string& text) {
     defineVariable(data, readDefinition(text));
     std::string all = dump(data);
@@ -103,7 +103,7 @@ TEST(ComputedVariable, ADefinitionReadsBackAsWritten) {
     }
 }
 
-/** Many cases are computed by several threads: nothing of that may show. */
+/// Many cases are computed by several threads: nothing of that may show.
 TEST(ComputedVariable, ManyCasesAreComputedAsOneByOne) {
     const std::string formula = "log(x) * 2 + if(x > 70, x, 1)";
     for (const int cases : {0, 1, 199'999, 200'000, 823'457}) {

@@ -18,7 +18,7 @@
 
 namespace korvana::test {
 
-/** A file that is there for one test. */
+/// A file that is there for one test.
 class TemporaryFile {
 public:
     explicit TemporaryFile(std::string_view content, std::string_view ending = ".csv") {
@@ -43,10 +43,10 @@ inline DataSet readText(std::string_view content, const ReadOptions& options = {
     return readData(file.path(), options);
 }
 
-/** A text that comes a few bytes at a time, as from a slow pipe. */
+/// A text that comes a few bytes at a time, as from a slow pipe.
 class TextSource final : public ByteSource {
 public:
-    /** @param most  bytes at a time */
+    /// @param most  bytes at a time
     explicit TextSource(std::string_view text, std::size_t most = std::string_view::npos)
         : text_(text), most_(most) {}
 
@@ -74,8 +74,8 @@ inline DataSet readTuned(std::string_view content, const ReaderTuning& tuning,
     return readDelimited(source, options, tuning);
 }
 
-/** A data set as one text: "name kind: cell cell ... | name kind: ..."; texts and dates as such, a missing
-   cell as -, case names last. */
+/// A data set as one text: "name kind: cell cell ... | name kind: ..."; texts and dates as such, a missing
+/// cell as -, case names last.
 inline std::string dump(const DataSet& data) {
     std::string text;
     for (int v = 0; v < data.variableCount(); ++v) {
@@ -100,7 +100,7 @@ inline std::string dump(const DataSet& data) {
     return text;
 }
 
-/** Divides the work in several ways: data, notes or message are to be the same. */
+/// Divides the work in several ways: data, notes or message are to be the same.
 inline void expectTheSameFromSeveral(const std::string& text, const ReadOptions& options) {
     const auto outcome = [&](const ReaderTuning& tuning) {
         std::string said;

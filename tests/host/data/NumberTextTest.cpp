@@ -30,7 +30,7 @@ TEST(NumberText, NumbersAtTheEndsOfTheRange) {
         EXPECT_EQ(readNumber(text).form, NumberForm::None) << text;
 }
 
-/** The C library rounds correctly: every cell must read as the same double, whatever path it takes. */
+/// The C library rounds correctly: every cell must read as the same double, whatever path it takes.
 TEST(NumberText, CellsRoundCorrectly) {
     std::mt19937_64 random(7);
     std::string points = "x\n";

@@ -22,7 +22,7 @@
 namespace korvana::test {
 namespace {
 
-/** A random table with its cells as they should be read, and as text. */
+/// A random table with its cells as they should be read, and as text.
 struct RandomTable {
     std::string text;
     std::string expected; ///< as by dump
@@ -55,7 +55,7 @@ struct RandomTable {
     }
 };
 
-/** The text as gzip packs it. */
+/// The text as gzip packs it.
 std::string packed(std::string_view text) {
     z_stream stream{};
     EXPECT_EQ(deflateInit2(&stream, 6, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY), Z_OK);
@@ -71,7 +71,7 @@ std::string packed(std::string_view text) {
     return out;
 }
 
-/** A pipe with a name, into which a thread writes a text in pieces. */
+/// A pipe with a name, into which a thread writes a text in pieces.
 class Pipe {
 public:
     Pipe(const std::string& text, std::size_t pieces) {
@@ -119,7 +119,7 @@ TEST(ReadSources, WhereTheBytesComeFromDoesNotShow) {
     }
 }
 
-/** A pipe that holds these bytes and ends; to be closed. */
+/// A pipe that holds these bytes and ends; to be closed.
 int pipeOf(const std::string& bytes) {
     int ends[2];
     EXPECT_EQ(pipe(ends), 0);
@@ -192,7 +192,7 @@ TEST(ReadSources, WhatGzipLeftIncompleteOrDamagedIsNamed) {
     EXPECT_NE(refusal(packed("")).find("empty"), std::string::npos);
 }
 
-/** Stops a reader that waits for a pipe, before or after somebody has begun to write. */
+/// Stops a reader that waits for a pipe, before or after somebody has begun to write.
 TEST(ReadSources, AStopIsSeenWhileAPipeKeepsOneWaiting) {
     for (const bool begun : {false, true}) {
         const TemporaryFile name("");
@@ -214,7 +214,7 @@ TEST(ReadSources, AStopIsSeenWhileAPipeKeepsOneWaiting) {
     }
 }
 
-/** A file in small pieces, to which something happens before one of them is read. */
+/// A file in small pieces, to which something happens before one of them is read.
 class ChangingSource final : public ByteSource {
 public:
     ChangingSource(const std::filesystem::path& path, int piece, std::function<void()> change)
@@ -235,7 +235,7 @@ private:
     std::function<void()> change_;
 };
 
-/** At whatever moment: what was read before and after belongs together no more, even where it fits. */
+/// At whatever moment: what was read before and after belongs together no more, even where it fits.
 TEST(ReadSources, AFileThatChangesWhileItIsReadIsRefused) {
     std::string text = "time,status,group\n";
     for (int i = 0; i < 10'000; ++i)

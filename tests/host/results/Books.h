@@ -11,12 +11,12 @@
 
 namespace korvana::test {
 
-inline constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-inline constexpr double kInf = std::numeric_limits<double>::infinity();
+inline constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+inline constexpr double infinite = std::numeric_limits<double>::infinity();
 
 /// Mark-up, quotes, line ends, a terminal escape, two-byte and four-byte characters, and bytes that are no
 /// UTF-8.
-inline const std::string kAwkward = "<&\"'>,\r\n\x1b[1m \xC3\xA4 \xF0\x9D\x84\x9E \xFF\xC3";
+inline const std::string awkwardText = "<&\"'>,\r\n\x1b[1m \xC3\xA4 \xF0\x9D\x84\x9E \xFF\xC3";
 
 /// All kinds of columns, with an empty cell, an infinity and a text that needs care.
 inline Spreadsheet smallSheet() {
@@ -25,12 +25,12 @@ inline Spreadsheet smallSheet() {
     sheet.notes = {"Greenwood's standard error."};
     sheet.rowHeadings = {"Case 1", "Case 2", "Case 17"};
     sheet.columns.push_back(
-        {"Survival", "Time", ozm::CellFormat::fixed(3), std::vector<double>{1, 10.5, kNaN}});
+        {"Survival", "Time", ozm::CellFormat::fixed(3), std::vector<double>{1, 10.5, notANumber}});
     sheet.columns.push_back(
         {"Number", "at Risk", ozm::CellFormat::integer(), std::vector<std::int32_t>{60, -59, 8}});
     sheet.columns.push_back({"Status", "", {}, Spreadsheet::Dictionary{{0, 1, 7}, {"complete", "censored"}}});
-    sheet.columns.push_back({"Cumulatv", "Survival", {}, std::vector<double>{1.0 / 3.0, kInf, 1e-9}});
-    sheet.columns.push_back({"Label", "", {}, std::vector<std::string>{"a,b", "say \"no\"", kAwkward}});
+    sheet.columns.push_back({"Cumulatv", "Survival", {}, std::vector<double>{1.0 / 3.0, infinite, 1e-9}});
+    sheet.columns.push_back({"Label", "", {}, std::vector<std::string>{"a,b", "say \"no\"", awkwardText}});
     return sheet;
 }
 
@@ -66,11 +66,11 @@ inline ozm::CChartInfo stepChart() {
 inline ResultsBook smallBook() {
     ResultsBook book;
     book.analysis = "Kaplan-Meier";
-    book.source = "data/" + kAwkward;
+    book.source = "data/" + awkwardText;
     book.notes = {"2 cases were left out."};
     book.messages = {{14152, "The last time is censored.", "group 1", ResultMessage::Severity::Warning},
-                     {0, kAwkward, "", ResultMessage::Severity::Error}};
-    book.append(Report{"Summary " + kAwkward, {"Cases 60", "", kAwkward}});
+                     {0, awkwardText, "", ResultMessage::Severity::Error}};
+    book.append(Report{"Summary " + awkwardText, {"Cases 60", "", awkwardText}});
     book.append(smallSheet());
     book.append(Chart{stepChart()});
     book.append(Report{"", {"second report"}});

@@ -30,12 +30,12 @@ TEST_F(Files, AreWholeOrNotThere) {
 /// Whatever the sizes of what is written, the file is its concatenation: in particular where a piece fills
 /// the buffer to the last byte, or is as large as the whole buffer.
 TEST_F(Files, HoldWhatWasWrittenInItsOrder) {
-    constexpr std::size_t kBuffer = 65536;
+    constexpr std::size_t bufferSize = 65536;
     std::mt19937 random(20);
     const auto pick = [&random](std::size_t most) {
         return std::uniform_int_distribution<std::size_t>(0, most)(random);
     };
-    std::string source(3 * kBuffer + 100, '\0');
+    std::string source(3 * bufferSize + 100, '\0');
     for (char& c : source)
         c = static_cast<char>('a' + pick(25));
     for (int round = 0; round < 200; ++round) {
@@ -44,10 +44,10 @@ TEST_F(Files, HoldWhatWasWrittenInItsOrder) {
         std::ostream& out = file.stream();
         const std::size_t pieces = 1 + pick(40);
         for (std::size_t piece = 0; piece < pieces; ++piece) {
-            const std::size_t room = kBuffer - expected.size() % kBuffer;
+            const std::size_t room = bufferSize - expected.size() % bufferSize;
             // Exactly what is left, one more or less; likewise of the whole buffer; small; any.
-            const std::size_t size = std::array{room - 1 + pick(2), kBuffer - 1 + pick(2), pick(1), pick(100),
-                                                pick(3 * kBuffer)}[pick(4)];
+            const std::size_t size = std::array{room - 1 + pick(2), bufferSize - 1 + pick(2), pick(1),
+                                                pick(100), pick(3 * bufferSize)}[pick(4)];
             std::string text = source.substr(pick(99), size);
             expected += text;
             if (pick(3) == 0) {

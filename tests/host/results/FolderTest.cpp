@@ -18,7 +18,7 @@ TEST_F(Files, AFolderHoldsOneRun) {
             found.insert(entry.path().filename().string());
         return found;
     };
-    const std::string list(kFileList);
+    const std::string list(fileList);
     for (const char* formats : {"json,csv,svg", "csv,svg"}) {
         writeFile(directory_ / "mine.csv", "mine");
         writeBook(test::smallBook(), directory_, parseFormats(formats));
@@ -78,7 +78,7 @@ TEST_F(Files, AListOfFilesIsNotTrusted) {
     for (const char* kept : {"folder.csv", "thesis.odt", "link.csv", "../out.csv"})
         EXPECT_TRUE(fs::exists(inside / kept)) << kept;
     EXPECT_FALSE(fs::exists(inside / "old.csv"));
-    fs::remove(inside / kFileList);
+    fs::remove(inside / fileList);
 
     // Somebody else's file of that name says nothing to us.
     for (const char* other :

@@ -22,8 +22,8 @@ TEST(FormatNumber, DataFilesReadBackTheSameDouble) {
         EXPECT_EQ(back, value) << text;
     }
     EXPECT_EQ(formatNumber(0.1), "0.1"); // shortest, not 0.1000000000000000055
-    EXPECT_EQ(formatNumber(test::kNaN), "nan");
-    EXPECT_EQ(formatNumber(-test::kInf), "-inf");
+    EXPECT_EQ(formatNumber(test::notANumber), "nan");
+    EXPECT_EQ(formatNumber(-test::infinite), "-inf");
 }
 
 TEST(FormatNumber, PeopleReadTheColumnsFormat) {

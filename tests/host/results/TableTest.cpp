@@ -14,12 +14,12 @@
 namespace korvana {
 namespace {
 
-using test::kAwkward;
+using test::awkwardText;
 using test::smallBook;
 using test::smallSheet;
 
 TEST(Spreadsheet, CopiesWhatAModuleHandsOver) {
-    const std::array<double, 2> numbers{1.5, test::kNaN};
+    const std::array<double, 2> numbers{1.5, test::notANumber};
     const std::array<std::uint8_t, 2> index{1, 0};
     const std::array<std::string_view, 2> texts{"no", "yes"};
     ozm::SheetSpec spec{"T", {"note"}, {}, {}};
@@ -76,7 +76,8 @@ TEST(TextWriter, ColumnsHoldTheirWidestNumber) {
          {ozm::CellFormat::fixed(2), ozm::CellFormat::integer(), ozm::CellFormat::general()}) {
         Spreadsheet sheet;
         sheet.columns.push_back(
-            {"x", "", format, std::vector<double>{-9.999, 99.996, -1234.5, 1e20, -test::kInf, test::kNaN}});
+            {"x", "", format,
+             std::vector<double>{-9.999, 99.996, -1234.5, 1e20, -test::infinite, test::notANumber}});
         sheet.columns.push_back(
             {"y", "", format, std::vector<double>{0.001, -0.001, 5, 6, 7}}); // one cell short
         std::ostringstream out;

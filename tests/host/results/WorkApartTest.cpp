@@ -14,16 +14,16 @@ namespace {
 TEST(WorkApart, WhateverItsEndThereIsAnAnswer) {
     // However slow the machine: only who never ends is given a short time.
     const auto drawing = [](auto how, int seconds = 60) {
-        const Work work{"drawing", kNoMemoryToDraw, std::chrono::seconds{seconds}};
+        const Work work{"drawing", noMemoryToDraw, std::chrono::seconds{seconds}};
         return workApart(work, how).value_or(Answer{"", "no process"});
     };
     EXPECT_EQ(drawing([] { return Answer{"bytes", ""}; }).bytes, "bytes");
     const std::string large(std::size_t{5} << 20U, 'x'); // more than a pipe holds
     EXPECT_EQ(drawing([&] { return Answer{large, ""}; }).bytes, large);
     EXPECT_EQ(drawing([] { return Answer{"", "why"}; }).error, "why");
-    EXPECT_EQ(drawing([]() -> Answer { throw std::bad_alloc(); }).error, kNoMemoryToDraw);
+    EXPECT_EQ(drawing([]() -> Answer { throw std::bad_alloc(); }).error, noMemoryToDraw);
     EXPECT_EQ(drawing([]() -> Answer { throw 1; }).error, "drawing failed");
-    EXPECT_EQ(drawing([]() -> Answer { _exit(0); }).error, kNoMemoryToDraw);
+    EXPECT_EQ(drawing([]() -> Answer { _exit(0); }).error, noMemoryToDraw);
     const auto endless = []() -> Answer { pause(), _exit(1); };
     EXPECT_EQ(drawing(endless, 1).error, "drawing did not end within 1 seconds");
     for (const int signal : {SIGABRT, SIGSEGV, SIGKILL, SIGBUS}) {
@@ -31,7 +31,7 @@ TEST(WorkApart, WhateverItsEndThereIsAnAnswer) {
             std::raise(signal);
             return {"bytes", ""};
         });
-        EXPECT_TRUE(answer.error.starts_with(kNoMemoryToDraw)) << answer.error;
+        EXPECT_TRUE(answer.error.starts_with(noMemoryToDraw)) << answer.error;
     }
     // A stop ends the drawing even where the program has handlers for it.
     const auto before = std::signal(SIGTERM, SIG_IGN);

@@ -148,7 +148,8 @@ TEST_F(ChartViewTest, EditsAndZoomAreKeptWhenTheChartIsDrawnAnewAlsoOnADarkGroun
 
 TEST_F(ChartViewTest, ChartsWithoutAnythingToDraw) {
     ozm::CChartInfo odd;
-    odd.series.push_back(test::series("", {test::kNaN, test::kInf}, {1, 2}, ozm::ChartSeries::Style::Step));
+    odd.series.push_back(
+        test::series("", {test::notANumber, test::infinite}, {1, 2}, ozm::ChartSeries::Style::Step));
     odd.series.push_back(test::series("torn", {1, 2, 3}, {1}));
     odd.series.push_back(test::series("", {}, {}, ozm::ChartSeries::Style::Histogram));
     ChartView view(odd);

@@ -90,7 +90,7 @@ TEST(SheetView, WhateverTheTableHolds) {
     view.copy();
     sheet.rowHeadings = {"only a heading"};
     sheet.columns.push_back({"", "", {}, std::vector<double>{}});
-    sheet.columns.push_back({"x", "", {}, std::vector<std::string>{"a", "b", test::kAwkward}});
+    sheet.columns.push_back({"x", "", {}, std::vector<std::string>{"a", "b", test::awkwardText}});
     view.refresh();
     view.copy();
     EXPECT_EQ(QApplication::clipboard()->text().count('\n'), 4); // headings and three rows

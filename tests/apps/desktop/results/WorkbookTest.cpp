@@ -326,7 +326,7 @@ TEST(Printing, ABookGoesOntoPagesAsLongAsItNeeds) {
         return bytes.count("/Type /Page\n");
     };
     const std::vector<std::string> lines(200, std::string(300, 'x')); // too wide for any paper
-    EXPECT_EQ(pagesOf({std::vector<std::string>{"one line", test::kAwkward}}), 1);
+    EXPECT_EQ(pagesOf({std::vector<std::string>{"one line", test::awkwardText}}), 1);
     EXPECT_GE(pagesOf({lines}), 4);
     for (const std::size_t width : {95U, 103U, 110U, 118U}) // set smaller, but not broken
         EXPECT_EQ(pagesOf({std::vector<std::string>(50, std::string(width, 'x'))}), 1) << width;
@@ -334,7 +334,7 @@ TEST(Printing, ABookGoesOntoPagesAsLongAsItNeeds) {
     Spreadsheet sheet;
     sheet.columns.push_back({"x", "", {}, std::vector<double>(5000, 1.0)});
     const auto printed = std::get<std::vector<std::string>>(printItem(sheet));
-    EXPECT_LT(printed.size(), kMostPrintedRows + 10);
+    EXPECT_LT(printed.size(), mostPrintedRows + 10);
     EXPECT_NE(printed.back().find("The first 2000 of 5000 rows"), std::string::npos);
 }
 

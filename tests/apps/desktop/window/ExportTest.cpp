@@ -12,8 +12,8 @@
 namespace korvana::desktop {
 namespace {
 
-constexpr int kRows = 100'000;
-constexpr qint64 kSoon = 5000; // milliseconds; a second, on a machine that has nothing else to do
+constexpr int rows = 100'000;
+constexpr qint64 soon = 5000; // milliseconds; a second, on a machine that has nothing else to do
 
 ResultsBook largeBook() {
     ResultsBook book;
@@ -21,8 +21,8 @@ ResultsBook largeBook() {
     book.append(Report{"Summary", std::vector<std::string>(1000, "a line")});
     Spreadsheet sheet;
     sheet.title = "Survival function";
-    std::vector<double> times(kRows);
-    Spreadsheet::Dictionary status{std::vector<std::uint8_t>(kRows), {"complete", "censored"}};
+    std::vector<double> times(rows);
+    Spreadsheet::Dictionary status{std::vector<std::uint8_t>(rows), {"complete", "censored"}};
     for (std::size_t row = 0; row < times.size(); ++row) {
         times[row] = static_cast<double>(row) / 7.0;
         status.index[row] = row % 3 == 0 ? 1 : 0;
@@ -65,7 +65,7 @@ protected:
         bool stopped = false;
         window->workbook().writeRun(run, place() / into, FormatSet::all(), problems, &stopped);
         EXPECT_TRUE(stopped);
-        EXPECT_LT(sinceStop.elapsed(), kSoon);
+        EXPECT_LT(sinceStop.elapsed(), soon);
         EXPECT_TRUE(problems.isEmpty()) << problems.join('\n').toStdString();
         EXPECT_EQ(filesIn(place()), std::set<std::string>{"theirs.txt"});
     }

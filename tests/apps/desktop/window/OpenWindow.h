@@ -21,8 +21,8 @@ protected:
     void SetUp() override { renew(); }
     void renew() {
         window.reset(); // one analysis object at a time
-        window = std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{},
-                                              folder.path("settings.ini"));
+        window =
+            std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{}, folder.path("settings.ini"));
         window->show();
     }
     static QString example(const char* name) {

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Everything that must hold: all tests optimised by g++, all tests by clang++ under address and undefined-behaviour
-# sanitizers (warnings are errors in both), and two minutes of fuzzing. Exits 0 only when all of it succeeded.
+# Everything that must hold: all tests optimised by g++, the linters over what was changed, all tests by clang++ under
+# address and undefined-behaviour sanitizers (warnings are errors in both), and two minutes of fuzzing. Exits 0 only when
+# all of it succeeded.
 set -uo pipefail
 cd -- "$(dirname -- "$(readlink -f -- "$0")")"
 
@@ -27,6 +28,7 @@ build_and_test() {
 
 scripts/setup.sh || exit 1
 build_and_test release
+if scripts/lint.sh --most 30; then note lint 0 "nothing found in what was changed"; else note lint 1 "found something"; fi
 build_and_test asan+ubsan
 if scripts/fuzz.sh 120; then note fuzz 0 "two minutes, nothing broke"; else note fuzz 1 "broke something, or did not build"; fi
 

@@ -52,7 +52,7 @@ Values valuesOf(const CommandApp& command, const CLI::Option& option) {
 }
 
 std::string shortHelp(const CLI::Option& option) {
-    const std::string text = option.get_description();
+    const std::string& text = option.get_description();
     return text.substr(0, text.find_first_of(":;["));
 }
 

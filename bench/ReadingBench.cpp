@@ -105,5 +105,5 @@ BENCHMARK(readingPass)->Apply(upToTenMillion);
 BENCHMARK(readCsv)
     ->RangeMultiplier(10)
     ->Range(10'000, 1'000'000)
-    ->Unit(benchmark::millisecond)
+    ->Unit(benchmark::kMillisecond)
     ->UseRealTime();

@@ -15,7 +15,7 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-/** The length of three numbers with the same sign between them; 0 = there are none. */
+/// The length of three numbers with the same sign between them; 0 = there are none.
 std::size_t lengthOfThree(std::string_view text) {
     std::size_t at = 0;
     const auto skipDigits = [&] {
@@ -32,7 +32,7 @@ std::size_t lengthOfThree(std::string_view text) {
     return skipDigits() ? at : 0;
 }
 
-/** Whether the parts besides the year can be a day and a month. */
+/// Whether the parts besides the year can be a day and a month.
 bool hasParts(const DateText& date) {
     const auto fits = [](int part) { return part >= 1 && part <= 31; };
     return (date.yearFirst ? fits(date.third) : fits(date.first)) && fits(date.second);
@@ -89,7 +89,7 @@ private:
         return (i > 0 && isFactorSign(tokens_[i - 1])) || isFactorSign(tokens_[i + 1]);
     }
 
-    /** 1995 - 1 - 15, 1995 / 1 / 15, 15/1/95. */
+    /// 1995 - 1 - 15, 1995 / 1 / 15, 15/1/95.
     bool isDateInPieces(std::size_t i) const {
         constexpr std::size_t pieces = 5;
         if (i + pieces >= tokens_.size()) return false;
@@ -119,7 +119,7 @@ private:
         bool number = false; ///< certainly: a number that is not that of a day
     };
 
-    /** What the tokens [first, end) give. */
+    /// What the tokens [first, end) give.
     Side sideOf(std::size_t first, std::size_t end) const {
         int dates = 0; // added less subtracted
         int depth = 0;

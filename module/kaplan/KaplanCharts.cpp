@@ -229,9 +229,9 @@ OutputResult PlotKaplan(CAnalysisSupport& host, const SharedSettings& shared, co
     const CurveNames names(host, shared);
     const PlotTexts texts = TextsOf(plot);
     CChartInfo chart;
-    chart.title = Trimmed(texts.title);
-    chart.xAxis.title = Trimmed(texts.xAxis);
-    chart.yAxis.title = Trimmed(texts.yAxis);
+    chart.title = Text(texts.title);
+    chart.xAxis.title = Text(texts.xAxis);
+    chart.yAxis.title = Text(texts.yAxis);
     const std::size_t values = plot == KaplanPlot::Survival
                                    ? FillSurvival(results, names, level, chart)
                                    : FillLogarithmic(results, names, plot == KaplanPlot::LogLog, chart);
@@ -246,9 +246,9 @@ OutputResult PlotSurvivalCurve(CAnalysisSupport& host, const SharedSettings& sha
                                const KaplanResults& results, double level) {
     const StatusLine line(host, StrPrinting);
     CChartInfo chart;
-    chart.title = Trimmed(StrKmCurve);
-    chart.xAxis.title = Trimmed(StrKmAxisTime);
-    chart.yAxis.title = Trimmed(StrKmAxisSurviving);
+    chart.title = Text(StrKmCurve);
+    chart.xAxis.title = Text(StrKmAxisTime);
+    chart.yAxis.title = Text(StrKmAxisSurviving);
     if (!FillWholeCurve(host, results, CurveNames(host, shared), level, chart))
         return OutputResult::NotMade();
     if (!AllPlotted(results)) chart.notes.push_back(Filled(StrKmNoteThinned, {FormatCount(results.Valid())}));

@@ -44,7 +44,7 @@ ChartCurve::ChartCurve(QCustomPlot& plot, const ChartPath& path) : QCPCurve(plot
 void ChartCurve::drawCurveLine(QCPPainter* painter, const QVector<QPointF>& lines) const {
     const QRect area = clipRect();
     const int columns = columnsPerPixel * std::max(area.width(), 1);
-    if (lines.size() <= 4 * columns) return QCPCurve::drawCurveLine(painter, lines);
+    if (lines.size() <= qsizetype{4} * columns) return QCPCurve::drawCurveLine(painter, lines);
     ChartPath path;
     path.reserve(static_cast<std::size_t>(lines.size()));
     for (const QPointF& point : lines)

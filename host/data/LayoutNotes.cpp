@@ -92,10 +92,17 @@ void noteSingleColumn(const DelimitedTable& table, const ColumnTally& tally,
         const auto count = std::count(header.begin(), header.end(), c);
         if (count == 0 || (c != ' ' && std::count(cell.begin(), cell.end(), c) != count)) continue;
         const std::string sign = c == '\t' ? "tab" : std::string(1, c);
-        notes.push_back("the file has a single column, '" + table.names[0] + "'; if " +
-                        (c == ' ' ? "blanks separate its cells, save it with commas, semicolons or tabs"
-                                  : "'" + sign + "' separates its cells, say so (--separator '" + sign +
-                                        "'), or save it with commas, semicolons or tabs"));
+        std::string note = "the file has a single column, '";
+        note.append(table.names[0]).append("'; if ");
+        if (c == ' ')
+            note += "blanks separate its cells,";
+        else
+            note.append("'")
+                .append(sign)
+                .append("' separates its cells, say so (--separator '")
+                .append(sign)
+                .append("'), or");
+        notes.push_back(note.append(" save it with commas, semicolons or tabs"));
         return;
     }
 }

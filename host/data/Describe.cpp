@@ -78,21 +78,21 @@ VariableDescriber& VariableDescriber::operator=(VariableDescriber&&) noexcept = 
 VariableDescriber::~VariableDescriber() = default;
 
 bool VariableDescriber::advance(std::size_t cases) {
-    auto& [known, cells, mask, counter, summary, next] = *state_;
-    const std::size_t end = next + std::min(cases, cells.size() - next);
-    for (; next < end; ++next) {
-        if (!mask.empty() && mask[next] == 0) continue;
-        const double value = cells[next] + 0.0; // no minus zero
-        if (known.isMissing(value)) {
-            ++summary.missingCount;
+    State& s = *state_;
+    const std::size_t end = s.next + std::min(cases, s.cells.size() - s.next);
+    for (; s.next < end; ++s.next) {
+        if (!s.mask.empty() && s.mask[s.next] == 0) continue;
+        const double value = s.cells[s.next] + 0.0; // no minus zero
+        if (s.known.isMissing(value)) {
+            ++s.summary.missingCount;
             continue;
         }
-        if (summary.validCount++ == 0) summary.min = summary.max = value;
-        summary.min = std::min(summary.min, value);
-        summary.max = std::max(summary.max, value);
-        counter.count(value);
+        if (s.summary.validCount++ == 0) s.summary.min = s.summary.max = value;
+        s.summary.min = std::min(s.summary.min, value);
+        s.summary.max = std::max(s.summary.max, value);
+        s.counter.count(value);
     }
-    return next < cells.size();
+    return s.next < s.cells.size();
 }
 
 VariableSummary VariableDescriber::take() {

@@ -51,7 +51,6 @@ public:
     [[nodiscard]] DataView& dataView() { return *dataView_; }
     [[nodiscard]] const FocusRing& focusRing() const { return *ring_; }
 
-public slots:
     /// False when none was chosen, or it was not opened.
     bool askForFile();
     void askForFileAndOptions();

@@ -30,7 +30,6 @@ public:
     /// Ready for another computation: no lines, Cancel not pressed.
     void reset();
 
-public slots:
     /// Cancel, Escape and the window's close button all ask to stop; the window closes when the computation
     /// has ended.
     void reject() override;

@@ -14,7 +14,6 @@
 namespace korvana {
 namespace {
 
-using test::awkwardText;
 using test::smallBook;
 using test::smallSheet;
 

@@ -5,20 +5,14 @@
 #include "host/data/Codes.h"
 #include "host/data/Describe.h"
 #include "host/data/NumberText.h"
+#include "support/CodeComparison.h"
 
-#include <algorithm>
-#include <cfloat>
 #include <cmath>
 
 namespace korvana::cli {
 namespace {
 
 constexpr int mostCodesListed = 20;
-
-/// Codes are compared as the analyses compare them, with room for the last places.
-bool sameCode(double a, double b) {
-    return std::fabs(a - b) <= 15 * DBL_EPSILON * std::max(std::fabs(a), std::fabs(b));
-}
 
 double codeOf(const ActiveData& data, int variable0, const CodeOption& option) {
     const auto code = resolveCode(data.dataSet(), variable0, option.text);
@@ -38,7 +32,7 @@ CodeCounts countCodes(const ActiveData& data, int variable0, std::span<const dou
         if ((!mask.empty() && mask[i] == 0) || variable.isMissing(cells[i])) continue;
         bool known = false;
         for (std::size_t k = 0; k < codes.size(); ++k) {
-            if (!sameCode(cells[i], codes[k])) continue;
+            if (!ozm::CodesEqual(cells[i], codes[k])) continue;
             ++counts.cases[k];
             known = true;
         }

@@ -1,41 +1,36 @@
 #include "host/results/Spreadsheet.h"
 
+#include "host/results/FormatNumber.h"
+#include "support/Overloaded.h"
+
 #include <algorithm>
 #include <cmath>
 #include <span>
 #include <type_traits>
 
-#include "host/results/FormatNumber.h"
-
 namespace korvana {
 namespace {
-
-template <class... F>
-struct Overload : F... {
-    using F::operator()...;
-};
-template <class... F>
-Overload(F...) -> Overload<F...>;
 
 using Cells = decltype(Spreadsheet::Column::cells);
 
 Cells copyCells(const decltype(ozm::SheetColumn::cells)& from) {
-    return std::visit(Overload{[](const ozm::DictionaryCells& cells) -> Cells {
-                                   return Spreadsheet::Dictionary{{cells.index.begin(), cells.index.end()},
-                                                                  {cells.texts.begin(), cells.texts.end()}};
-                               },
-                               [](const auto& cells) -> Cells {
-                                   using Value = typename std::decay_t<decltype(cells)>::value_type;
-                                   return std::vector<Value>(cells.begin(), cells.end());
-                               }},
+    return std::visit(ozm::Overloaded{[](const ozm::DictionaryCells& cells) -> Cells {
+                                          return Spreadsheet::Dictionary{
+                                              {cells.index.begin(), cells.index.end()},
+                                              {cells.texts.begin(), cells.texts.end()}};
+                                      },
+                                      [](const auto& cells) -> Cells {
+                                          using Value = typename std::decay_t<decltype(cells)>::value_type;
+                                          return std::vector<Value>(cells.begin(), cells.end());
+                                      }},
                       from);
 }
 
 } // namespace
 
 std::size_t Spreadsheet::Column::size() const {
-    return std::visit(Overload{[](const Dictionary& cells1) { return cells1.index.size(); },
-                               [](const auto& cells1) { return cells1.size(); }},
+    return std::visit(ozm::Overloaded{[](const Dictionary& held) { return held.index.size(); },
+                                      [](const auto& held) { return held.size(); }},
                       cells);
 }
 
@@ -79,21 +74,21 @@ std::size_t Spreadsheet::rowCount() const {
 
 Spreadsheet::Cell Spreadsheet::cell(std::size_t row, std::size_t column) const {
     if (column >= columns.size() || row >= columns[column].size()) return {};
-    return std::visit(Overload{[row](const std::vector<double>& cells) -> Cell {
-                                   if (std::isnan(cells[row])) return {};
-                                   return {Cell::Kind::Number, 0, cells[row], {}};
-                               },
-                               [row](const std::vector<std::int32_t>& cells) -> Cell {
-                                   return {Cell::Kind::Integer, cells[row], 0.0, {}};
-                               },
-                               [row](const Dictionary& cells) -> Cell {
-                                   const std::size_t text = cells.index[row];
-                                   if (text >= cells.texts.size()) return {};
-                                   return {Cell::Kind::Text, 0, 0.0, cells.texts[text]};
-                               },
-                               [row](const std::vector<std::string>& cells) -> Cell {
-                                   return {Cell::Kind::Text, 0, 0.0, cells[row]};
-                               }},
+    return std::visit(ozm::Overloaded{[row](const std::vector<double>& cells) -> Cell {
+                                          if (std::isnan(cells[row])) return {};
+                                          return {Cell::Kind::Number, 0, cells[row], {}};
+                                      },
+                                      [row](const std::vector<std::int32_t>& cells) -> Cell {
+                                          return {Cell::Kind::Integer, cells[row], 0.0, {}};
+                                      },
+                                      [row](const Dictionary& cells) -> Cell {
+                                          const std::size_t text = cells.index[row];
+                                          if (text >= cells.texts.size()) return {};
+                                          return {Cell::Kind::Text, 0, 0.0, cells.texts[text]};
+                                      },
+                                      [row](const std::vector<std::string>& cells) -> Cell {
+                                          return {Cell::Kind::Text, 0, 0.0, cells[row]};
+                                      }},
                       columns[column].cells);
 }
 

@@ -5,6 +5,24 @@
 #include <utility>
 
 namespace korvana {
+namespace {
+
+/// A modal dialog among those that run, for as long as it does, whatever ends it.
+class OpenModal {
+public:
+    OpenModal(std::vector<ozm::CAnalysisModalDialog*>& running, ozm::CAnalysisModalDialog& dialog)
+        : running_(running) {
+        running_.push_back(&dialog);
+    }
+    ~OpenModal() { running_.pop_back(); }
+    OpenModal(const OpenModal&) = delete;
+    OpenModal& operator=(const OpenModal&) = delete;
+
+private:
+    std::vector<ozm::CAnalysisModalDialog*>& running_;
+};
+
+} // namespace
 
 bool SessionDialogs::CreateAnalysisDialog(std::unique_ptr<ozm::CAnalysisModelessDialog>& dialog) {
     if (dialog == nullptr) return false;
@@ -34,14 +52,13 @@ bool SessionDialogs::CreateAnalysisDialog(std::unique_ptr<ozm::CAnalysisModeless
 
 int SessionDialogs::RunModal(ozm::CAnalysisModalDialog& dialog) {
     if (!dialog.Open().done) return -1;
-    modal_.push_back(&dialog);
     if (!dialog.IsClosed()) {
+        const OpenModal open(modal_, dialog);
         if (parts_.automation)
             runByScript(dialog);
         else
             parts_.frontEnd->runModal(dialog);
     }
-    modal_.pop_back();
     if (!dialog.IsClosed()) return -1;
     if (dialog.Result() == 0) parts_.origins.alsoAccepted(dialog);
     return dialog.Result();

@@ -2,19 +2,13 @@
 
 #include "module/resources/Resources.h"
 #include "module/resources/Shared.h"
+#include "support/Overloaded.h"
 
 #include <algorithm>
 #include <limits>
 
 namespace ozm::survival {
 namespace {
-
-template <class... F>
-struct Overloaded : F... {
-    using F::operator()...;
-};
-template <class... F>
-Overloaded(F...) -> Overloaded<F...>;
 
 template <class T>
 bool Allocate(CAnalysisSupport& host, HostArray<T>& cells, std::size_t rows, T empty) {

@@ -1,5 +1,7 @@
 #include "support/automation/AutomationObject.h"
 
+#include "support/Overloaded.h"
+
 #include <cmath>
 #include <exception>
 #include <limits>
@@ -7,13 +9,6 @@
 
 namespace ozm {
 namespace {
-
-template <class... F>
-struct Overloaded : F... {
-    using F::operator()...;
-};
-template <class... F>
-Overloaded(F...) -> Overloaded<F...>;
 
 /// A failure without a text of its own still names the call.
 std::string ErrorText(std::string_view dialogClass, std::string_view prefix, std::string_view member) {

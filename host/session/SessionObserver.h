@@ -36,9 +36,9 @@ public:
     virtual void progressCaption(std::string_view /*text*/) {}
     virtual void progress(unsigned /*done*/, unsigned /*units*/) {}
     virtual void iterationLine(std::string_view /*line*/) {}
-    /// Called out of a long computation after `StopSignals::askForBreath`: the place where a window lets its
+    /// Called out of a long computation after `StopSignals::askForEvents`: the place where a window lets its
     /// events through.
-    virtual void breathe() {}
+    virtual void processEvents() {}
 };
 
 /// Tells several observers. One may leave while it is told.
@@ -86,8 +86,8 @@ public:
     void iterationLine(std::string_view line) override {
         each([&](SessionObserver& o) { o.iterationLine(line); });
     }
-    void breathe() override {
-        each([](SessionObserver& o) { o.breathe(); });
+    void processEvents() override {
+        each([](SessionObserver& o) { o.processEvents(); });
     }
 
 private:

@@ -17,17 +17,17 @@ void SessionProgress::termom(unsigned count) {
     parts_.observers.progress(done_, units_);
 }
 
-void SessionProgress::breathe() {
-    if (parts_.stops->take(StopSignals::Breath)) parts_.observers.breathe();
+void SessionProgress::processEvents() {
+    if (parts_.stops->take(StopSignals::Events)) parts_.observers.processEvents();
 }
 
 bool SessionProgress::cancelled() {
-    breathe();
+    processEvents();
     return parts_.stops->take(StopSignals::Display);
 }
 
 bool SessionProgress::stopped() {
-    breathe();
+    processEvents();
     return parts_.stops->has(StopSignals::External);
 }
 

@@ -15,7 +15,7 @@ public:
     void dstop() override { parts_.observers.computationEnded(); }
     void termom(unsigned count) override;
     void bstart() override { dstart(0); }
-    void dsp_st() override { parts_.observers.breathe(); }
+    void dsp_st() override { parts_.observers.processEvents(); }
     void d_stat(std::string_view text) override { parts_.observers.status(text); }
     void d_pbar(std::string_view text) override { parts_.observers.progressCaption(text); }
     bool pcancel() override { return parts_.stops->any() && cancelled(); }
@@ -30,7 +30,7 @@ private:
         SessionProgress& owner;
     };
 
-    void breathe();
+    void processEvents();
     bool cancelled();
     bool stopped();
 

@@ -11,12 +11,12 @@ public:
     enum Signal : unsigned {
         External = 1, ///< stop, from a script or a signal; stays until cleared
         Display = 2,  ///< Cancel in the progress display; stops one computation
-        Breath = 4,   ///< the observers want to be called
+        Events = 4,   ///< the observers want to be called
     };
 
     void requestStop() noexcept { raise(External); }
     void cancel() noexcept { raise(Display); }
-    void askForBreath() noexcept { raise(Breath); }
+    void askForEvents() noexcept { raise(Events); }
 
     [[nodiscard]] bool any() const noexcept { return flags_.load(std::memory_order_relaxed) != 0; }
     [[nodiscard]] bool has(Signal signal) const noexcept {

@@ -146,7 +146,7 @@ DialogView::operate(const std::function<ozm::DialogResult(ozm::CAnalysisDialog&)
 }
 
 void DialogView::tell() {
-    // Queued calls also arrive while an operation lets the window breathe; its end queues another.
+    // Queued calls also arrive while an operation processes events; its end queues another.
     if (busy_) return;
     const QPointer<DialogView> self(this);
     if (std::exchange(closedUntold_, false)) {

@@ -21,7 +21,7 @@ class ControlField;
 /// Draws a dialog of an analysis from its template and follows it. It knows control kinds, not analyses.
 ///
 /// Whatever the user does becomes one operation of the model (`Press`, `PutValue`). Operations do not nest:
-/// what the user does while one runs (the module may let the window breathe) is ignored, and closing the
+/// what the user does while one runs (the module may process events) is ignored, and closing the
 /// window then only emits `stopRequested`. A refusal is shown beside the control that was refused.
 ///
 /// The model must outlive the view or be closed before it goes; `detach` lets go of one that is neither.

@@ -182,7 +182,7 @@ void AnalysisRunner::iterationLine(std::string_view line) {
     progress_.addLine(fromView(line));
 }
 
-void AnalysisRunner::breathe() {
+void AnalysisRunner::processEvents() {
     if (!busy_) {
         busy_ = true;
         computing_.start();

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "apps/desktop/dialogs/DialogView.h"
-#include "apps/desktop/window/BreathTimer.h"
 #include "apps/desktop/window/DialogPlaces.h"
+#include "apps/desktop/window/EventTimer.h"
 #include "apps/desktop/window/ProgressWindow.h"
 #include "host/session/Session.h"
 
@@ -21,7 +21,7 @@ class QWidget;
 namespace korvana::desktop {
 
 /// Runs an analysis in the window: draws the dialogs of its steps, shows its messages, lets the window
-/// breathe while it computes, and tells of its outputs. It knows no analysis.
+/// process events while it computes, and tells of its outputs. It knows no analysis.
 class AnalysisRunner final : public QObject, private SessionObserver, private FrontEnd {
     Q_OBJECT
 
@@ -86,7 +86,7 @@ private:
     void progressCaption(std::string_view text) override;
     void progress(unsigned done, unsigned units) override;
     void iterationLine(std::string_view line) override;
-    void breathe() override;
+    void processEvents() override;
 
     // FrontEnd
     ozm::MessageButton showMessage(const ResultMessage& message, ozm::CAnalysisDialog* window) override;
@@ -107,7 +107,7 @@ private:
     ProgressWindow progress_;
     StopSignals signals_;
     Session session_;
-    BreathTimer breathTimer_{signals_};
+    EventTimer eventTimer_{signals_};
     QPointer<DialogView> view_;
     DialogPlaces places_;
     /// What a dialog was left with.

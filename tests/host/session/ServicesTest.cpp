@@ -186,20 +186,20 @@ TEST_F(ServicesTest, SheetsAndChartsOfWrongShapeAreRefused) {
 }
 
 TEST_F(ServicesTest, StopRequestsAndProgress) {
-    struct Breathing final : SessionObserver {
-        void breathe() override { ++breaths; }
+    struct Processing final : SessionObserver {
+        void processEvents() override { ++calls; }
         void progress(unsigned done, unsigned units) override { shares.push_back(100 * done / units); }
-        int breaths = 0;
+        int calls = 0;
         std::vector<unsigned> shares;
     } window;
     parts.observers.add(window);
     ozm::ProgressService& progress = host.Progress();
     EXPECT_FALSE(progress.pcancel() || progress.IsExternallyCancelled() ||
                  progress.Iterations().WasCanceled());
-    parts.stops->askForBreath();
+    parts.stops->askForEvents();
     EXPECT_FALSE(progress.pcancel());
     EXPECT_FALSE(progress.pcancel());
-    EXPECT_EQ(window.breaths, 1);
+    EXPECT_EQ(window.calls, 1);
     parts.stops->cancel();
     EXPECT_FALSE(progress.IsExternallyCancelled());
     EXPECT_TRUE(progress.pcancel());

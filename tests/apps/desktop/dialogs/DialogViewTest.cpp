@@ -15,7 +15,7 @@ TEST_F(View, OperationsDoNotNestAndAreToldOfAfterwards) {
     const QSignalSpy told(view.get(), &DialogView::operated);
     analysis->onCommand = [&](EveryKindDlg&, int) {
         EXPECT_TRUE(view->isBusy());
-        settle(); // the module lets the window breathe
+        settle(); // the module processes events
         editor<QPushButton>(Beside)->click();
         editor<QCheckBox>(Box)->click();
         view->close();

@@ -1,17 +1,17 @@
-#include "apps/desktop/window/BreathTimer.h"
+#include "apps/desktop/window/EventTimer.h"
 
 #include <chrono>
 
 namespace korvana::desktop {
 
-BreathTimer::BreathTimer(StopSignals& stops)
+EventTimer::EventTimer(StopSignals& stops)
     : thread_([this, &stops] {
           std::unique_lock lock(mutex_);
           while (!ended_.wait_for(lock, std::chrono::milliseconds(30), [this] { return end_; }))
-              stops.askForBreath();
+              stops.askForEvents();
       }) {}
 
-BreathTimer::~BreathTimer() {
+EventTimer::~EventTimer() {
     {
         const std::lock_guard lock(mutex_);
         end_ = true;

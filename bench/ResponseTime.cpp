@@ -1,7 +1,7 @@
 // The longest time for which a run does not ask whether it may go on: a window repaints, and its Cancel
 // works, no sooner.
-//   korvana-breath FILE     (columns time and status with codes 1 and 0, as korvana-make-data writes them)
-// Prints, per status text, how long it lasted and its longest gap between two questions.
+//   korvana-response-time FILE     (columns time and status with codes 1 and 0, as korvana-make-data writes
+//   korvana-response-time FILE     (columns time and status with codes 1 and 0, of korvana-make-data)
 
 #include "host/data/ReadData.h"
 #include "host/session/Session.h"
@@ -24,18 +24,18 @@ double seconds(Clock::duration time) {
     return std::chrono::duration<double>(time).count();
 }
 
-/// Asks for a breath again as soon as it got one, and looks at the clock each time.
+/// Asks to be called again as soon as it was called, and looks at the clock each time.
 class Gaps final : public SessionObserver {
 public:
-    explicit Gaps(StopSignals& stops) : stops_(stops) { stops_.askForBreath(); }
+    explicit Gaps(StopSignals& stops) : stops_(stops) { stops_.askForEvents(); }
 
     void status(std::string_view text) override {
         look();
         phases_.push_back({std::string{text}, Clock::now(), {}});
     }
-    void breathe() override {
+    void processEvents() override {
         look();
-        stops_.askForBreath();
+        stops_.askForEvents();
     }
     void print() {
         look();
@@ -75,7 +75,7 @@ void call(Session& session, const char* member) {
 
 int main(int argc, char* argv[]) {
     try {
-        if (argc != 2) throw std::runtime_error("usage: korvana-breath FILE");
+        if (argc != 2) throw std::runtime_error("usage: korvana-response-time FILE");
         StopSignals stops;
         Gaps gaps(stops);
         Session session(loadAnalysis(findModules()), {.stops = &stops});
@@ -95,7 +95,7 @@ int main(int argc, char* argv[]) {
         gaps.print();
         return 0;
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "korvana-breath: %s\n", error.what());
+        std::fprintf(stderr, "korvana-response-time: %s\n", error.what());
         return 1;
     }
 }

@@ -1,5 +1,5 @@
-// Pictures of the window and of each dialog, for the manual: Screenshots FOLDER. Offscreen, so that they look
-// the same on every machine with the same fonts.
+// Pictures of the window and its dialogs, for the manual: desktop-screenshots FOLDER. They are drawn
+// offscreen and in the font that comes with the program, so that they look the same on every machine.
 
 #include "apps/desktop/data/OpenOptionsDialog.h"
 #include "apps/desktop/data/SelectionDialog.h"
@@ -9,9 +9,11 @@
 #include "apps/desktop/results/Workbook.h"
 #include "apps/desktop/window/AnalysisRunner.h"
 #include "apps/desktop/window/MainWindow.h"
+#include "host/charts/ChartFonts.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QSplitter>
 #include <QTabWidget>
 #include <QTest>
 
@@ -36,6 +38,13 @@ void take(QWidget& widget, const QString& name) {
     std::cout << file.toStdString() << '\n';
 }
 
+/// Gives the data so much of the window's width, and the results the rest.
+void widenData(MainWindow& window, int width) {
+    for (QSplitter* splitter : window.findChildren<QSplitter*>())
+        if (splitter->isAncestorOf(&window.workbook()))
+            splitter->setSizes({width, splitter->width() - width});
+}
+
 void press(MainWindow& window, int control) {
     window.runner().currentView()->dialog()->Press(control);
     window.runner().session().pump();
@@ -50,7 +59,7 @@ void put(MainWindow& window, int control, ozm::ControlValue value) {
 std::unique_ptr<MainWindow> windowOn(const QString& file) {
     auto window = std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{},
                                                folder.filePath(QStringLiteral(".settings.ini")));
-    window->resize(1260, 700); // whatever the screen
+    window->resize(1360, 760); // whatever the screen
     window->show();
     if (!window->openFile(QStringLiteral(KORVANA_SOURCE_DIR "/examples/data/") + file)) std::exit(1);
     return window;
@@ -77,12 +86,13 @@ void oneSample() {
     press(*window, 1101);
     press(*window, 1103);
     take(*window, QStringLiteral("window"));
-    for (QTabWidget* tabs : window->findChildren<QTabWidget*>()) {
-        const int variables = tabs->indexOf(window->findChild<VariablesView*>());
-        if (variables >= 0) tabs->setCurrentIndex(variables);
-    }
+    auto* variables = window->findChild<VariablesView*>();
+    for (QTabWidget* tabs : window->findChildren<QTabWidget*>())
+        if (tabs->indexOf(variables) >= 0) tabs->setCurrentWidget(variables);
+    window->resize(1800, 300); // all columns are seen
+    widenData(*window, 920);
     QTest::qWait(300); // counts come while the program is idle
-    take(*window, QStringLiteral("window-variables"));
+    take(*variables, QStringLiteral("window-variables"));
 
     window->runner().data().select("celltype = 'squamous' and age >= 60");
     SelectionDialog selection(window->runner().data(), window.get());
@@ -113,8 +123,7 @@ void twoSamples() {
     take(dialog(), QStringLiteral("dialog-two-sample-results"));
     for (const int output : {1121, 1125, 1129})
         press(*window, output);
-    for (QAction* action : window->workbook().menuActions())
-        if (action->text() == QStringLiteral("&Numbers at Risk")) action->trigger();
+    widenData(*window, 300);
     take(*window, QStringLiteral("window-two-sample"));
 }
 
@@ -123,6 +132,9 @@ void twoSamples() {
 int main(int argc, char* argv[]) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
+    QFont font = chartFont(12);
+    font.setPointSizeF(9); // dialogs ask for the size in points
+    QApplication::setFont(font);
     if (argc != 2) {
         std::cerr << "usage: desktop-screenshots FOLDER\n";
         return 2;

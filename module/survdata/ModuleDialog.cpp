@@ -12,9 +12,9 @@ ModuleDialog::ModuleDialog(CAnalysisSupport& host, const DialogTemplate& dialogT
     AttachAutomation(automation);
 }
 
-int ModuleDialog::Decimals(const ControlTemplate& control) const {
-    if (control.kind != ControlKind::CodeField) return CAnalysisModelessDialog::Decimals(control);
-    return CodeDecimals(ValueAs<double>(control.id));
+int ModuleDialog::Decimals(const ControlTemplate& control, double number) const {
+    const bool ofCodes = control.kind == ControlKind::CodeField || control.kind == ControlKind::CodeList;
+    return ofCodes ? CodeDecimals(number) : CAnalysisModelessDialog::Decimals(control, number);
 }
 
 bool ModuleDialog::CommonCommand(int control) {

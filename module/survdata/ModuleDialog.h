@@ -15,7 +15,7 @@ public:
                  const AutomationInterface& automation, SharedSettings& shared);
 
     /// Codes have as many decimals as about eight digits leave room for.
-    [[nodiscard]] int Decimals(const ControlTemplate& control) const override;
+    [[nodiscard]] int Decimals(const ControlTemplate& control, double number) const override;
 
 protected:
     [[nodiscard]] SharedSettings& Shared() const { return shared_; }

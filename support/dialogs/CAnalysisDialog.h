@@ -75,8 +75,11 @@ public:
     /// that it has not, a variable that the data have not, more variables than a box holds, a number out of
     /// range) is refused and changes nothing, and so is any for a control that is disabled.
     DialogResult PutValue(int control, ControlValue value);
-    /// With how many decimals a number is shown at most: the template says it, or the dialog by the value.
-    [[nodiscard]] virtual int Decimals(const ControlTemplate& control) const { return control.decimals; }
+    /// How many decimals a number has at most where the control shows it: the template says so, or the dialog
+    /// goes by the number.
+    [[nodiscard]] virtual int Decimals(const ControlTemplate& control, double /*number*/) const {
+        return control.decimals;
+    }
     /// The value of a control; monostate for a button or an unknown control.
     [[nodiscard]] const ControlValue& Value(int control) const;
 

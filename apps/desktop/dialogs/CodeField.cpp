@@ -113,7 +113,7 @@ void CodeField::swapWith(CodeField& other) {
 void CodeField::showText() {
     const QSignalBlocker quiet(combo_);
     combo_->setCurrentIndex(std::isnan(code_) ? -1 : combo_->findData(code_));
-    combo_->setEditText(codeText(code_));
+    combo_->setEditText(textOf(code_));
     const QString label = labelOf(code_);
     const bool filled = code_ == filled_;
     QString remark;
@@ -127,10 +127,9 @@ void CodeField::showText() {
 bool CodeField::commit() {
     if (!edited_) return true;
     const QString text = combo_->currentText().trimmed();
-    ozm::CAnalysisSupport* analysis = host().analysis();
-    if (analysis == nullptr) return true;
+    if (host().analysis() == nullptr) return true;
     std::optional<double> code = std::numeric_limits<double>::quiet_NaN();
-    if (!text.isEmpty()) code = codeOfText(*analysis, variable(), text);
+    if (!text.isEmpty()) code = codeOf(text);
     if (!code) return complain(noCode(text, variable()));
     // Also the code that was there: from now on it is the user's.
     if (!std::isnan(*code) || !std::isnan(code_)) {
@@ -141,6 +140,7 @@ bool CodeField::commit() {
 }
 
 void CodeField::dataChanged() {
+    CodesOfVariable::dataChanged();
     clearOffer();
 }
 
@@ -173,7 +173,7 @@ void CodeField::offer() {
     } else {
         const CodeOffer offer = offeredCodes(*analysis, variable());
         for (const ozm::CodeCount& code : offer.codes)
-            combo_->addItem(offerText(code), code.code);
+            combo_->addItem(offerText(textOf(code.code), code), code.code);
         if (offer.failed) say(QStringLiteral("The codes could not be read; type the code"));
         if (!offer.failed && offer.codes.empty()) say(QStringLiteral("No selected case has a value"));
         if (offer.more > 0) say(QStringLiteral("and %1 more; type the code").arg(offer.more));

@@ -9,7 +9,8 @@ namespace korvana::desktop {
 
 class ElidedLabel;
 /// A code of a variable: typed as a number or a value label, or taken from the list of those that occur. The
-/// data are read when the list is asked for, not before: they may have millions of cases.
+/// data are read only when the list is asked for, or a code has too many digits to be shown: they may have
+/// millions of cases.
 class CodeField : public CodesOfVariable {
 public:
     CodeField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent);

@@ -62,12 +62,17 @@ void CodeListField::showValue(const ozm::ControlValue& value) {
     showCodes();
 }
 
+void CodeListField::dataChanged() {
+    CodesOfVariable::dataChanged();
+    showCodes();
+}
+
 void CodeListField::showCodes() {
     if (line_->isModified()) return;
     QStringList codes;
     QStringList labels;
     for (const double code : codes_) {
-        codes.append(codeText(code));
+        codes.append(textOf(code));
         const QString label = labelOf(code);
         if (!label.isEmpty()) labels.append(codes.back() + " = " + label);
     }
@@ -81,14 +86,13 @@ bool CodeListField::hasPendingEdit() const {
 }
 
 bool CodeListField::commit() {
-    ozm::CAnalysisSupport* analysis = host().analysis();
-    if (!line_->isModified() || analysis == nullptr) return true;
+    if (!line_->isModified() || host().analysis() == nullptr) return true;
     std::vector<double> codes;
     for (const QString& text : splitAtCommas(line_->text())) {
-        const auto code = codeOfText(*analysis, variable(), text);
+        const auto code = codeOf(text);
         if (!code) return complain(noCode(text, variable()));
         if (std::find(codes.begin(), codes.end(), *code) != codes.end())
-            return complain(QStringLiteral("The code %1 stands there twice.").arg(codeText(*code)));
+            return complain(QStringLiteral("The code %1 stands there twice.").arg(textOf(*code)));
         codes.push_back(*code);
     }
     return host().put(*this, std::move(codes)) && settled();
@@ -112,7 +116,7 @@ void CodeListField::openList() {
     auto* layout = new QVBoxLayout(window);
     auto* list = new QListWidget;
     for (const ozm::CodeCount& code : offer.codes) {
-        auto* item = new QListWidgetItem(offerText(code), list);
+        auto* item = new QListWidgetItem(offerText(textOf(code.code), code), list);
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
         item->setData(Qt::UserRole, code.code);
         const bool taken = std::find(codes_.begin(), codes_.end(), code.code) != codes_.end();

@@ -17,7 +17,7 @@ public:
     void showValue(const ozm::ControlValue& value) override;
     [[nodiscard]] bool hasPendingEdit() const override;
     bool commit() override;
-    void dataChanged() override { showCodes(); }
+    void dataChanged() override;
 
 private:
     void showCodes();

@@ -24,9 +24,20 @@ QString codeText(double code) {
     return std::isnan(code) ? QString{} : QString::number(code, 'g', QLocale::FloatingPointShortest);
 }
 
-QString offerText(const ozm::CodeCount& code) {
+QString codeText(double code, int decimals) {
+    constexpr int widest = 17;                                 // the digits that a double can have
+    QString text = QString::number(code + 0.0, 'f', decimals); // no sign before a zero
+    if (text.contains(QLatin1Char('.'))) {
+        while (text.endsWith(QLatin1Char('0')))
+            text.chop(1);
+        if (text.endsWith(QLatin1Char('.'))) text.chop(1);
+    }
+    return std::isnan(code) || text.size() > widest ? codeText(code) : text;
+}
+
+QString offerText(const QString& text, const ozm::CodeCount& code) {
     const QString label = code.text.empty() ? QString{} : " = " + QString::fromStdString(code.text);
-    return codeText(code.code) + label +
+    return text + label +
            (code.cases == 1 ? QStringLiteral(" (1 case)") : QStringLiteral(" (%1 cases)").arg(code.cases));
 }
 

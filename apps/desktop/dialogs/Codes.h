@@ -25,8 +25,10 @@ CodeOffer offeredCodes(ozm::CAnalysisSupport& analysis, int variable);
 
 /// The shortest text that reads back as the same number; empty for NaN.
 QString codeText(double code);
-/// "1 = dead (128 cases)".
-QString offerText(const ozm::CodeCount& code);
+/// With so many decimals at most, none of them a trailing zero; what would be long so, as above.
+QString codeText(double code, int decimals);
+/// "1 = dead (128 cases)", with the text of the code.
+QString offerText(const QString& text, const ozm::CodeCount& code);
 /// The value label of a code, empty when it has none.
 QString codeLabel(ozm::CAnalysisSupport& analysis, int variable, double code);
 

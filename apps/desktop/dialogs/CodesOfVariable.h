@@ -3,9 +3,16 @@
 #include "apps/desktop/dialogs/Codes.h"
 #include "apps/desktop/dialogs/ControlField.h"
 
+#include <optional>
+#include <vector>
+
 namespace korvana::desktop {
 
 /// A field for codes of the variable that another field of the dialog holds.
+///
+/// A code is shown with the decimals of the control. If that rounds it and another code of the data would
+/// look the same, or it is no code of the data, it is shown with all its digits. The kept value is never
+/// rounded.
 class CodesOfVariable : public ControlField {
 public:
     using ControlField::ControlField;
@@ -15,6 +22,7 @@ public:
         variable_ = variable;
         dataChanged();
     }
+    void dataChanged() override { known_.reset(); }
     [[nodiscard]] bool wantsCaption() const override { return true; }
 
 protected:
@@ -30,8 +38,17 @@ protected:
         ozm::CAnalysisSupport* analysis = host().analysis();
         return analysis != nullptr ? codeLabel(*analysis, variable_, code) : QString{};
     }
+    /// How a code is shown; empty for NaN. Reads the data if the decimals round it.
+    [[nodiscard]] QString textOf(double code);
+    /// What the user means by a text: also a code that is shown by this text, though it has more digits.
+    [[nodiscard]] std::optional<double> codeOf(const QString& text);
 
 private:
+    /// The code with the decimals of the control.
+    [[nodiscard]] QString roundedText(double code) const;
+
+    /// The codes of the variable, none if they are more than a list offers; read when they are needed.
+    std::optional<std::vector<double>> known_;
     QString prompt_;
     int variable_ = 0;
 };

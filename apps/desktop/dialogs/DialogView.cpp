@@ -124,6 +124,10 @@ ozm::CAnalysisSupport* DialogView::analysis() {
     return dialog_ != nullptr ? &dialog_->Analysis() : nullptr;
 }
 
+int DialogView::decimals(const ControlField& field, double number) const {
+    return dialog_ != nullptr ? dialog_->Decimals(field.control(), number) : field.control().decimals;
+}
+
 std::optional<ozm::DialogResult>
 DialogView::operate(const std::function<ozm::DialogResult(ozm::CAnalysisDialog&)>& operation) {
     if (dialog_ == nullptr) return std::nullopt;

@@ -90,6 +90,7 @@ private:
     void DialogClosed(ozm::CAnalysisDialog& dialog) override;
 
     ozm::CAnalysisSupport* analysis() override;
+    [[nodiscard]] int decimals(const ControlField& field, double number) const override;
     bool put(ControlField& field, ozm::ControlValue value, QWidget* where) override;
     void press(ControlField& field) override;
     void complain(QWidget& where, const QString& reason) override;

@@ -189,7 +189,7 @@ LineField::LineField(const ozm::ControlTemplate& control, FieldHost& host, QWidg
 
 void LineField::showValue(const ozm::ControlValue& value) {
     QString text;
-    if (const double* number = std::get_if<double>(&value)) text = numberText(*number, control().decimals);
+    if (const double* number = std::get_if<double>(&value)) text = numberText(*number, host().decimals(*this, *number));
     if (const auto* words = std::get_if<std::string>(&value)) text = QString::fromStdString(*words);
     if (line_->text() != text) line_->setText(text);
     line_->setModified(false);

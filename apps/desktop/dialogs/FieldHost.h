@@ -20,6 +20,8 @@ public:
 
     /// The analysis, for names, labels and codes; nullptr once the dialog was closed.
     virtual ozm::CAnalysisSupport* analysis() = 0;
+    /// How many decimals the control shows of a number at most.
+    [[nodiscard]] virtual int decimals(const ControlField& field, double number) const = 0;
     /// Writes the control's value. False when it was refused, which the host has then shown, beside the part
     /// of the field that is given or else beside the whole.
     virtual bool put(ControlField& field, ozm::ControlValue value, QWidget* where = nullptr) = 0;

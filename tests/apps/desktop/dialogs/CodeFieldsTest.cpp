@@ -90,5 +90,43 @@ TEST_F(CodeFields, ListOfCodesIsTypedOrTicked) {
     EXPECT_EQ(value<std::vector<double>>(Codes), (std::vector<double>{1, 7})) << "7 was typed and stays";
 }
 
+TEST_F(CodeFields, ShowFewerDigitsThanTheyKeepAndTellCodesApart) {
+    const std::vector<double> codes{1.0 / 3.0, 2.00001, 2.00002, 100000000.0};
+    const QStringList texts{"0.3333", "2.00001", "2.00002", "100000000"};
+    openCodes(codes);
+    select({{}, {1}});
+    combo()->setFocus();
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(offered().at(i), texts[i] + " (1 case)");
+        QTest::keyClick(combo(), Qt::Key_Down);
+        EXPECT_EQ(code(), codes[static_cast<std::size_t>(i)]) << "chosen from the list";
+        EXPECT_EQ(combo()->currentText(), texts[i]);
+    }
+    for (int i = 0; i < 4; ++i) {
+        type(qPrintable(texts[i]));
+        EXPECT_EQ(code(), codes[static_cast<std::size_t>(i)]) << "typed as it is shown";
+        EXPECT_EQ(combo()->currentText(), texts[i]);
+    }
+    for (const char* other : {"0.33333", "2.000014", "1e-20", "-0.12345678901"}) {
+        type(other);
+        EXPECT_EQ(code(), std::stod(other));
+        EXPECT_EQ(combo()->currentText(), other) << "no code of the data: as it was typed";
+    }
+    ASSERT_TRUE(dialog().PutValue(Code, codes[0]).done);
+    EXPECT_EQ(combo()->currentText(), texts[0]);
+    select({{}, {}});
+    EXPECT_EQ(combo()->currentText().toDouble(), codes[0]) << "of no variable, it may be any";
+
+    select({{}, {1}});
+    view->showPage(1);
+    const std::vector<double> two{codes[2], codes[0]};
+    ASSERT_TRUE(dialog().PutValue(Codes, two).done);
+    auto* line = editor<QLineEdit>(Codes);
+    EXPECT_EQ(line->text(), "2.00002, 0.3333");
+    retype(line, "2.00001, 0.3333");
+    QTest::keyClick(line, Qt::Key_Tab);
+    EXPECT_EQ(value<std::vector<double>>(Codes), (std::vector<double>{codes[1], codes[0]}));
+}
+
 } // namespace
 } // namespace everykind

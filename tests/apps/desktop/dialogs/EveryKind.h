@@ -58,6 +58,7 @@ inline constexpr ControlTemplate controls[] = {
      .kind = ControlKind::CodeField,
      .text = "Code for &events:",
      .pages = first,
+     .decimals = 4,
      .codesOfRole = 1},
     {.id = Level, .kind = ControlKind::Real, .text = "&Level:", .pages = both, .decimals = 3},
     {.id = Go, .text = "!249&Go on", .pages = both},
@@ -69,7 +70,12 @@ inline constexpr ControlTemplate controls[] = {
      .pages = second,
      .range = {.least = std::numeric_limits<int>::min(), .greatest = 40}},
     {.id = Name, .kind = ControlKind::Text, .text = "N&ame:", .pages = second},
-    {.id = Codes, .kind = ControlKind::CodeList, .text = "Gro&ups:", .pages = second, .codesOfRole = 1},
+    {.id = Codes,
+     .kind = ControlKind::CodeList,
+     .text = "Gro&ups:",
+     .pages = second,
+     .decimals = 4,
+     .codesOfRole = 1},
     {.id = Entries, .kind = ControlKind::List, .text = "Entries", .pages = second, .choices = entries},
     {.id = Names, .kind = ControlKind::TextList, .text = "&Texts", .pages = second},
     {.id = ControlOk, .text = "OK"},
@@ -210,6 +216,15 @@ struct Window : ::testing::Test {
     }
     void select(VariableSelection selection) {
         ASSERT_TRUE(dialog().PutValue(Variables, std::move(selection)).done);
+    }
+    /// Other data: one variable of these codes, a case of each.
+    void openCodes(const std::vector<double>& codes) {
+        korvana::DataSet set("codes.csv", static_cast<int>(codes.size()));
+        korvana::Variable variable;
+        variable.name = "code";
+        korvana::test::addVariable(set, variable, [&](int i) { return codes[static_cast<std::size_t>(i)]; });
+        session.data().open(std::move(set));
+        view->refreshData();
     }
     static void retype(QLineEdit* line, const char* text) {
         line->setFocus();

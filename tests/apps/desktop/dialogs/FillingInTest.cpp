@@ -103,6 +103,18 @@ TEST_F(Pair, IsFilledInForAVariableOfTwoCodesAndCanBeSwapped) {
     EXPECT_EQ(code(21), 0.0) << "what the user chose stays";
 }
 
+TEST_F(Pair, IsFilledInAndSwappedToTheLastDigit) {
+    const double codes[] = {1.0 / 3.0, 2.0 / 3.0}; // shown as 0 and 1
+    openCodes({codes[0], codes[1]});
+    choose(Qt::Key_2, {1});
+    ASSERT_EQ(code(21), codes[0]);
+    ASSERT_EQ(code(22), codes[1]);
+    QTest::mouseClick(view->findChild<QToolButton*>("swap"), Qt::LeftButton);
+    EXPECT_EQ(code(21), codes[1]);
+    EXPECT_EQ(code(22), codes[0]);
+    EXPECT_EQ(combo(21)->currentText(), "1");
+}
+
 TEST_F(Pair, NeverReplacesWhatWasTyped) {
     type("7", 21);
     choose(Qt::Key_2, {3});

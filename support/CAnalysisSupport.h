@@ -29,8 +29,8 @@ namespace ozm {
 
 class CAnalysisSupport;
 
-/// A step function: answers the next step's number, -1 while a dialog owns the step, 0 to end; any other
-/// number means the step that follows by default.
+/// A step function: returns the number of the next step, -1 while a dialog owns the step, or 0 to end; any
+/// other number means the step that follows by default.
 using StepFunction = int (*)(CAnalysisSupport& analysis);
 
 /// One row of a step table.
@@ -48,8 +48,7 @@ struct WorkArea {
 
 /// The host's side of an analysis object: a step table, and every operation that an analysis may ask of the
 /// host, under the names that analyses know. Each is one call of the service that does the work (see
-/// support/services for what it takes and answers). An object without a document answers every operation with
-/// a failure.
+/// support/services for what it takes and returns). Without a document every operation fails.
 class KORVANA_SUPPORT CAnalysisSupport {
 public:
     explicit CAnalysisSupport(CAnalysisDoc* document = nullptr);
@@ -154,11 +153,11 @@ public:
         return messages_->DisplayInstQuestion(module, window, id);
     }
 
-    // Texts that users wrote, before they go to a file
+    // Cleaning of texts that users wrote, before they go to a file
     /// Replaces every 8-bit character of a kind by a text, which may be longer; the text grows as it must.
     static void Replace8CharGrow(std::string& text, char what, std::string_view by);
-    /// Takes formatting codes out: "@X[...]" (a letter, what it is given in brackets, "@L[3]") and control
-    /// characters, of which line ends and tabs leave a blank. Any other "@" stays.
+    /// Removes formatting codes, "@X[...]" (a letter and its argument in brackets, "@L[3]"), and control
+    /// characters; line ends and tabs become a blank. Any other "@" is kept.
     static void StripFormatting(std::string& text);
 
     // Memory

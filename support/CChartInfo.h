@@ -14,7 +14,7 @@ struct ChartSeries {
         Markers,   ///< points without a line
         Histogram, ///< y are the values to be counted into classes, x is empty
     };
-    /// What a series is to the reader: bounds are drawn dashed and thin, the estimate with a full line.
+    /// What a series means: bounds are drawn thin and dashed, the estimate as a solid line.
     enum class Role : std::uint8_t { Estimate, LowerBound, UpperBound, Observed, Censored };
     enum class Marker : std::uint8_t { None, Plus, Circle, Square, Triangle, Cross };
 
@@ -26,18 +26,18 @@ struct ChartSeries {
     Marker marker = Marker::None;
     /// Series of one group share a colour: an estimate, its bounds and its censored observations.
     int group = 0;
-    /// Of an estimate over time: when observations leave its sample, complete or censored, ascending, each
-    /// time as often as observations leave. From these the numbers at risk under the curve are counted; empty
-    /// where there are none to show.
+    /// For an estimate over time: the times at which observations leave its sample, complete or censored,
+    /// ascending, one entry per observation. The numbers at risk under the curve are counted from these;
+    /// empty where there are none to show.
     std::vector<double> leaving;
-    /// Of a long sample, gathered: how many leave at each of these times, which are multiples of a step and
-    /// stand for all that leave before the next multiple. Empty: one observation leaves at each time.
+    /// For a long sample: how many leave at each of these times, which are then multiples of a step and stand
+    /// for all times before the next multiple. Empty: one observation leaves at each time.
     std::vector<double> leavingCounts;
-    double leavingStep = 0.0; ///< of gathered times: numbers at risk are known at its multiples
+    double leavingStep = 0.0; ///< for a long sample: numbers at risk are known at its multiples
     double staying = 0.0;     ///< observations that leave after the last of these times (those not plotted)
 };
 
-/// Axis: title, and a range where the caller wants one (min < max), else chosen from the data.
+/// An axis: its title, and its range if the caller sets one (min < max), else chosen from the data.
 struct ChartAxis {
     std::string title;
     double min = 0.0;
@@ -54,9 +54,9 @@ struct CChartInfo {
     ChartAxis yAxis;
     Kind kind = Kind::Line;
     std::vector<ChartSeries> series;
-    /// What a reader must know to read the picture rightly, one sentence each; drawn with it.
+    /// What a reader must know to understand the picture, one sentence each; drawn with it.
     std::vector<std::string> notes;
-    /// Whether the numbers at risk are wanted under the axis, where series tell them.
+    /// Whether the numbers at risk are drawn under the axis, where series have them.
     bool numbersAtRisk = true;
 };
 

@@ -10,7 +10,7 @@ namespace ozm {
 inline constexpr std::int64_t equalCodesLieWithin = 15;
 
 /// The bit pattern of a finite number on one ordered integer scale: neighbouring doubles differ by 1, and -0
-/// stands where 0 does.
+/// and 0 share a place.
 inline std::int64_t OrderedPattern(double x) {
     const auto pattern = std::bit_cast<std::uint64_t>(x);
     constexpr std::uint64_t signBit = std::uint64_t{1} << 63;

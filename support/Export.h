@@ -1,4 +1,4 @@
 #pragma once
 
-/// Marks what the support library shows to modules and hosts; everything else stays inside.
+/// Marks what the support library exports to modules and hosts; everything else is hidden.
 #define KORVANA_SUPPORT __attribute__((visibility("default")))

@@ -22,7 +22,7 @@ struct ModuleResources {
     std::span<const DialogTemplate* const> dialogs;
     const TypeLibrary* typeLibrary = nullptr;
 
-    /// The text of a number, empty when there is none.
+    /// The text with this number, empty when there is none.
     [[nodiscard]] std::string_view String(int id) const {
         const auto found =
             std::lower_bound(strings.begin(), strings.end(), id,

@@ -18,7 +18,7 @@ public:
     /// The words that an option (without its hyphens, or DATA) takes, where only some will do. For shells
     /// that complete them.
     [[nodiscard]] virtual std::vector<std::string> choices(const std::string& /*option*/) const { return {}; }
-    /// Answers an exit code. Throws UsageError, DataError, ExpressionError, ModuleError.
+    /// Returns an exit code. Throws UsageError, DataError, ExpressionError, ModuleError.
     virtual int run(Console& console) = 0;
 };
 

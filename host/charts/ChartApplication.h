@@ -9,7 +9,7 @@ namespace korvana {
 /// stays until the program ends. The program's C locale, environment and signal handling are left as they
 /// were.
 ///
-/// Answers an empty text when charts can be drawn in this thread, else the reason why not: no offscreen
+/// Returns an empty text when charts can be drawn in this thread, else the reason why not: no offscreen
 /// platform installed, an application without widgets, or another thread than the application's own.
 [[nodiscard]] std::string ensureChartApplication();
 

@@ -74,7 +74,7 @@ public:
     };
 
     /// Evaluates for as many cases as there are results, without asking for memory; a result that is not
-    /// finite becomes NaN. Answers how many those are.
+    /// finite becomes NaN. Returns how many those are.
     int evaluate(std::span<const Input> inputs, std::span<double> results) const;
 
 private:

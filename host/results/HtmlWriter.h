@@ -18,7 +18,7 @@ struct HtmlOptions {
 /// The whole book as one self-contained page (UTF-8, no scripts, nothing loaded from elsewhere), which is
 /// also well formed XML: messages, the first report, charts as SVG, then everything else, what is long
 /// folded; light and dark, and printable. A chart that cannot be drawn is replaced by the reason; the page
-/// itself does not fail for it. Answers the reasons.
+/// itself does not fail for it. Returns the reasons.
 std::vector<std::string> writeHtml(const ResultsBook& book, std::ostream& out,
                                    const HtmlOptions& options = {});
 

@@ -35,7 +35,7 @@ public:
     [[nodiscard]] const std::vector<std::string>& names() const { return names_; }
     [[nodiscard]] std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
-    /// Answers the files added, in their order.
+    /// Returns the files added, in their order.
     std::vector<std::filesystem::path> commit();
 
 private:

@@ -55,7 +55,7 @@ struct NothingToWrite : std::runtime_error {
 /// Writes the book into a directory, made if there is none: report.txt, results.json, report.html,
 /// results.xlsx, a CSV file per table and a picture per chart and picture format, named after their titles.
 /// All of them appear together once all are whole, in place of those of an earlier run (see `ResultsFolder`).
-/// Answers the files.
+/// Returns the files.
 ///
 /// Throws `std::runtime_error` naming the file and the reason when one cannot be written; the directory then
 /// is as it was. A chart that cannot be drawn does not keep the other files from being written: its reason is

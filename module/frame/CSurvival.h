@@ -25,7 +25,7 @@ public:
     int GetAnalysisID() override; ///< always 3001
     std::string GetAnalysisName() override;
 
-    /// Registers the shared work areas with the host and unsets the codes. Answers 1.
+    /// Registers the shared work areas with the host and unsets the codes. Returns 1.
     int Init();
 
     static int StartAnalysis(CAnalysisSupport& analysis);

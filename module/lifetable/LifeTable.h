@@ -35,7 +35,7 @@ enum class Correction : bool { Off, On };
 
 /// Computes the table from its counts; of more than `intervalSlots` intervals the first ones. It ends with
 /// the row after the last one that somebody enters, if there is an interval left. A last row with nobody
-/// exposed has Q = 0, corrected or not. Answers NoIntervals (no interval, or nobody enters the first), else
+/// exposed has Q = 0, corrected or not. Returns NoIntervals (no interval, or nobody enters the first), else
 /// NegativeEntering (more leave than have entered), else NoWidth (a lower limit that is not above the one
 /// before, also beyond the table's end), else Success; `table` is meaningful after Success only. NobodyEnters
 /// does not arise: somebody enters the first.

@@ -11,7 +11,7 @@ namespace ozm::survival {
 /// Sorts keys ascending in place and moves each companion with its key (classic heap sort, Williams 1964).
 /// Not stable, but its order of tied companions is part of what reports show, so the steps are fixed. Keys
 /// and companions are equally long; keys hold no NaN; -0 and 0 are equal. Fewer than two entries are left as
-/// they are. Answers Success, or Stopped when the poll asked for it: the arrays are then a permutation of
+/// they are. Returns Success, or Stopped when the poll asked for it: the arrays are then a permutation of
 /// what they were.
 Status HeapSortWithIndex(std::span<double> keys, std::span<std::int32_t> companions, StopPoll stop = {});
 

@@ -12,7 +12,7 @@ namespace ozm::survival {
 inline constexpr std::size_t codesShown = 12;
 
 /// What a specification dialog asks of its selections before it runs: one, two or six time variables, a
-/// censoring variable, two different codes. Answers the string number of the message to show, 0 when all is
+/// censoring variable, two different codes. Returns the string number of the message to show, 0 when all is
 /// well.
 int CheckSelections(const SharedSettings& settings);
 

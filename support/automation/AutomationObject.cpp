@@ -23,7 +23,7 @@ const AutomationMember* FindMember(const CAnalysisDialog& dialog, std::string_vi
     return BaseDialogInterface().Find(name);
 }
 
-/// Whether a member tells something that is no control's value.
+/// Whether a member gives something other than a control's value.
 bool IsTold(const AutomationMember& member) {
     return member.control == 0;
 }
@@ -81,8 +81,8 @@ double Code(const CAnalysisDialog& dialog, const ControlTemplate& control, const
     return code;
 }
 
-/// The choice of a radio group after one of its Boolean members was put. Where that one is to be chosen no
-/// more, there must be one other to choose instead.
+/// The choice of a radio group after one of its Boolean members was set. Setting it to false needs exactly
+/// one other choice to take its place.
 int ChoiceOf(const AutomationMember& member, const ControlTemplate& group, int chosen, bool on) {
     if (on) return member.choice;
     if (chosen != member.choice) return chosen;
@@ -174,7 +174,7 @@ AutomationValue FromControl(const AutomationMember& member, const ControlTemplat
         value);
 }
 
-/// Every accessor ends here: what went wrong becomes an error that names the accessor.
+/// Every accessor runs through here: a failure becomes an error that names the accessor.
 template <class Action>
 AutomationResult Accessor(const CAnalysisDialog& dialog, std::string_view prefix, std::string_view member,
                           Action action) {

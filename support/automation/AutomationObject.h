@@ -9,8 +9,8 @@
 
 namespace ozm {
 
-/// What an automation call answers. `error` begins with "Exception in analysis method: " and the accessor's
-/// qualified name ("CSomeDlg::put_Variables"); `detail` says what was wrong with the call.
+/// The result of an automation call. `error` begins with "Exception in analysis method: " and the accessor's
+/// qualified name ("CSomeDlg::put_Variables"); `detail` says what was wrong.
 struct AutomationResult {
     bool ok = true;
     AutomationValue value;
@@ -28,7 +28,7 @@ public:
 
     [[nodiscard]] AutomationResult Get(std::string_view member) const;
     AutomationResult Put(std::string_view member, const AutomationValue& value);
-    /// Performs an action. OK answers whether the dialog closed forward.
+    /// Performs an action. For OK the value is whether the dialog closed forward.
     AutomationResult Call(std::string_view member);
 
     [[nodiscard]] CAnalysisDialog& Dialog() const { return *dialog_; }

@@ -7,7 +7,7 @@
 
 namespace ozm {
 
-/// An object that a script is told of.
+/// An object as scripts see it: its type and name.
 struct AutomationReference {
     std::string type; ///< "Application" or "Analysis"
     std::string name;

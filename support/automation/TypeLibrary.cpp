@@ -5,7 +5,7 @@
 namespace ozm {
 namespace {
 
-// A host that routed single results elsewhere would give these a meaning.
+// These would have a meaning only for a host that sends single results elsewhere.
 constexpr AutomationMember Refused(std::string_view name, std::string_view why) {
     return {name, MemberKind::Refused, MemberType::Text, 0, why};
 }

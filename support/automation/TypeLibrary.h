@@ -11,7 +11,7 @@ namespace ozm {
 enum class MemberKind : std::uint8_t {
     Property, ///< read-write twin of a control's value
     Action,   ///< twin of a button
-    Refused,  ///< declared, but nothing of this system: a call is refused, for the reason that `help` gives
+    Refused,  ///< declared but not supported: a call is refused, for the reason in `help`
 };
 
 enum class MemberType : std::uint8_t {
@@ -35,7 +35,7 @@ struct AutomationMember {
     MemberType type = MemberType::None;
     int control = 0;
     std::string_view help;
-    std::string_view enumeration{}; ///< its name, for members of that type
+    std::string_view enumeration{}; ///< the name of the enumeration, for members of that type
     int choice = 0; ///< a Boolean member of a radio group: the choice (from 1) that it stands for
 };
 
@@ -53,13 +53,13 @@ struct AutomationInterface {
     }
 };
 
-/// An enumeration; its members count from 1 in the order given.
+/// An enumeration; its members are numbered from 1 in the order given.
 struct AutomationEnumeration {
     std::string_view name;
     std::span<const std::string_view> members;
 };
 
-/// The type library of a module. Interfaces stand in declaration order and extend the base dialog interface.
+/// The type library of a module. Interfaces are in declaration order and extend the base dialog interface.
 struct TypeLibrary {
     std::string_view name;
     std::string_view help;

@@ -46,7 +46,7 @@ std::string Plural(std::size_t count, std::string_view noun) {
     return std::to_string(count) + " " + std::string{noun} + (count == 1 ? "" : "s");
 }
 
-/// What a control is called in a sentence.
+/// A control's name for use in a sentence.
 std::string Quoted(const ControlTemplate& control) {
     const std::string text = PlainControlText(control.text);
     return text.empty() ? "control " + std::to_string(control.id) : "'" + text + "'";
@@ -91,14 +91,13 @@ void CAnalysisDialog::TellNoMemory() noexcept {
     try {
         if (const int id = NotEnoughMemoryString(); id != 0)
             analysis_.DspMessageBox(MessageStyle::Error, this, id);
-    } catch (
-        ...) { // NOLINT(bugprone-empty-catch): not even the message found memory; the caller learns of it
+    } catch (...) { // NOLINT(bugprone-empty-catch): no memory even for the message
     }
 }
 
 template <class Event>
 void CAnalysisDialog::Tell(const Event& event) {
-    // By position: an observer may leave while it is called.
+    // By position: an observer may remove itself while it is called.
     for (std::size_t i = 0; i < observers_.size(); ++i)
         event(*observers_[i]);
 }

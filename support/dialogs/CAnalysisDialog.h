@@ -20,11 +20,11 @@ class CAnalysisDialog;
 class DialogObserver {
 public:
     virtual ~DialogObserver() = default;
-    /// A control's value changed, whoever changed it.
+    /// A control's value changed, by whatever means.
     virtual void ControlChanged(CAnalysisDialog& /*dialog*/, int /*control*/) {}
-    /// A control can be used from now on, or cannot any more.
+    /// A control was enabled or disabled.
     virtual void ControlEnabled(CAnalysisDialog& /*dialog*/, int /*control*/) {}
-    /// A button was pressed: what it does begins, and has ended. `succeeded` as in `DialogResult`.
+    /// A button's action begins, and has ended. `succeeded` as in `DialogResult`.
     virtual void CommandBegins(CAnalysisDialog& /*dialog*/, int /*control*/) {}
     virtual void CommandEnded(CAnalysisDialog& /*dialog*/, int /*control*/, bool /*succeeded*/) {}
     virtual void DialogClosed(CAnalysisDialog& /*dialog*/) {}
@@ -34,15 +34,14 @@ public:
 struct DialogResult {
     bool done = true;
     std::string reason{};
-    /// Of a button that was pressed: what it is for came about (an output was made, a specification was
-    /// accepted).
+    /// For a button: whether its action succeeded (an output was made, a specification was accepted).
     bool succeeded = true;
     static DialogResult refused(std::string why) { return {false, std::move(why), false}; }
 };
 
-/// A dialog as a model: it owns its controls as its template states them and reacts to what is done to them;
-/// how it looks is a front end's business. Derived dialogs react in `OnOpen`, `OnCommand` and
-/// `OnValueChanged`; what they throw ends here, in `DialogResult` and a message, and never reaches the host.
+/// A dialog as a model: it owns the controls of its template and reacts to what is done to them; how it looks
+/// is up to the front end. Derived dialogs react in `OnOpen`, `OnCommand` and `OnValueChanged`; an exception
+/// that they throw is caught here, becomes a `DialogResult` and a message, and never reaches the host.
 class KORVANA_SUPPORT CAnalysisDialog {
 public:
     CAnalysisDialog(CAnalysisSupport& analysis, const DialogTemplate& dialogTemplate);
@@ -54,14 +53,14 @@ public:
     [[nodiscard]] CAnalysisSupport& Analysis() const { return analysis_; }
     /// The automation interface that describes the dialog to scripts.
     [[nodiscard]] const AutomationInterface* Interface() const { return interface_; }
-    /// The dialog class's name, as error texts and recorders give it.
+    /// The dialog class's name, as shown in error texts and by recorders.
     [[nodiscard]] std::string_view ClassName() const;
 
     /// Opens the dialog: `OnOpen` runs, once.
     DialogResult Open();
     [[nodiscard]] bool IsOpen() const { return open_; }
     [[nodiscard]] bool IsClosed() const { return closed_; }
-    /// Whether it closed towards the next step of the analysis (its OK was accepted).
+    /// Whether it closed to go on to the next step of the analysis (its OK was accepted).
     [[nodiscard]] bool ClosedForward() const { return forward_; }
 
     /// Throws std::logic_error when the dialog was closed: a script may still hold it.
@@ -71,26 +70,25 @@ public:
     /// for a button that is disabled.
     DialogResult Press(int control);
 
-    /// The generic control-value operation. A value that does not fit the control (another type, a position
-    /// that it has not, a variable that the data have not, more variables than a box holds, a number out of
-    /// range) is refused and changes nothing, and so is any for a control that is disabled.
+    /// Sets the value of any control. A value that does not fit the control (wrong type, no such position, no
+    /// such variable in the data, more variables than a box holds, a number out of range) is refused and
+    /// changes nothing, and so is any value for a disabled control.
     DialogResult PutValue(int control, ControlValue value);
-    /// How many decimals a number has at most where the control shows it: the template says so, or the dialog
-    /// goes by the number.
+    /// The most decimals that a control shows a number with: set by the template, or by the dialog from the
+    /// number.
     [[nodiscard]] virtual int Decimals(const ControlTemplate& control, double /*number*/) const {
         return control.decimals;
     }
     /// The value of a control; monostate for a button or an unknown control.
     [[nodiscard]] const ControlValue& Value(int control) const;
 
-    /// Whether a control can be used; the dialog says so.
+    /// Whether a control can be used; the dialog decides.
     [[nodiscard]] bool IsEnabled(int control) const { return disabled_.count(control) == 0; }
 
-    /// Other data took the place of those that the dialog was opened over: it shows what is left of its
-    /// selections, or closes.
+    /// Other data were opened: the dialog shows what is left of its selections, or closes.
     DialogResult DataChanged();
 
-    /// What a dialog tells scripts besides its controls, by the name of the member.
+    /// What a dialog gives to scripts apart from its controls' values, by the name of the member.
     [[nodiscard]] std::string Setting(std::string_view name) const;
 
     void AddObserver(DialogObserver& observer);
@@ -98,23 +96,23 @@ public:
 
 protected:
     virtual void OnOpen() {}
-    /// Does what a button is for. Answers whether it came about; why not, the user was told.
+    /// Performs a button's action. Returns whether it succeeded; if not, the user has seen why.
     virtual bool OnCommand(int /*control*/) { return true; }
     virtual void OnValueChanged(int /*control*/) {}
     virtual void OnDataChanged() {}
-    /// The message for memory that ran out while this dialog worked, in the string table; 0: none.
+    /// The number in the string table of the message for running out of memory in this dialog; 0: none.
     [[nodiscard]] virtual int NotEnoughMemoryString() const { return 0; }
 
     void AttachAutomation(const AutomationInterface& automation) { interface_ = &automation; }
 
-    /// Enables or disables a control, and buttons that do the same; observers hear of it.
+    /// Enables or disables a control and the buttons that repeat it; observers are notified.
     void Enable(int control, bool enabled);
-    /// Whether the number of a control that the dialog is about to use lies in its range. If not, the message
-    /// of the range is shown, the number that it names takes the place, and false is answered.
+    /// Checks that the number of a control, which the dialog is about to use, lies in its range. If not,
+    /// shows the range's message, puts the range's `resetTo` in its place and returns false.
     bool RangeHolds(int control);
     void PutSetting(std::string_view name, std::string value);
 
-    /// Writes a control without asking whether it fits and without `OnValueChanged`; observers hear of it.
+    /// Sets a control without checking the value and without `OnValueChanged`; observers are notified.
     void SetValue(int control, ControlValue value);
     template <class T>
     const T& ValueAs(int control) const {
@@ -132,10 +130,10 @@ private:
     void Tell(const Event& event);
     template <class Action>
     DialogResult
-    Guarded(const Action& action); // no std::function: it may ask for memory, which may have run out
+    Guarded(const Action& action); // not std::function, which may allocate when memory has run out
     void TellNoMemory() noexcept;
     DialogResult Fits(const ControlTemplate& control, const ControlValue& value) const;
-    /// Whether the control can be used now; a reason when it cannot.
+    /// Whether the control can be used now, with the reason if not.
     DialogResult Usable(int control, std::string_view kind) const;
     std::string TextOf(int string, double number) const;
 

@@ -10,7 +10,7 @@ class KORVANA_SUPPORT CAnalysisModalDialog : public CAnalysisDialog {
 public:
     using CAnalysisDialog::CAnalysisDialog;
 
-    /// Shows the dialog and waits until it was closed. Answers the result that it closed with, below 0 when
+    /// Shows the dialog and waits until it is closed. Returns the result that it closed with, below 0 when
     /// the host could not show it.
     int DoModal();
     [[nodiscard]] int Result() const { return result_; }

@@ -7,7 +7,7 @@
 
 namespace ozm {
 
-/// What a person reads of a control's text: without icon, accelerator, colon at its end and runs of blanks.
+/// A control's text as a person reads it: without icon, accelerator, trailing colon and runs of blanks.
 /// "!249S&ummary:  All" -> "Summary: All", "&Conf. Level:" -> "Conf. Level".
 KORVANA_SUPPORT std::string PlainControlText(std::string_view controlText);
 

@@ -29,9 +29,9 @@ enum class ControlKind : std::uint8_t {
 struct RoleTemplate {
     std::string_view prompt;
     std::uint8_t list;     ///< which of the analysis's selection lists it fills, 0-based
-    std::uint16_t minimum; ///< how many variables OK wants at least
-    std::uint16_t maximum; ///< how many the box holds at most
-    bool measures = false; ///< its variables are numbers or dates, no texts
+    std::uint16_t minimum; ///< the fewest variables that OK accepts
+    std::uint16_t maximum; ///< the most that the box holds
+    bool measures = false; ///< its variables must be numbers or dates, not texts
 };
 
 /// One entry of a list or a radio group.
@@ -42,17 +42,16 @@ struct ChoiceTemplate {
     int member = 0;  ///< value of the automation enumeration that stands for the entry, 0: none
 };
 
-/// The numbers that an Integer or Real control takes; its ends have the tolerance of codes.
+/// The numbers that an Integer or Real control accepts; its ends have the tolerance of codes.
 struct NumberRange {
     double least = -std::numeric_limits<double>::infinity();
     double greatest = std::numeric_limits<double>::infinity();
-    bool withLeast = true; ///< the end itself lies in the range
+    bool withLeast = true; ///< whether the end itself lies in the range
     bool withGreatest = true;
-    int message =
-        0;          ///< what is told of a number outside, in the string table; 0: a text that names the range
-    int detail = 0; ///< text beside the message that takes the number given (%1); 0: none
-    /// NaN: a number outside is refused when it is put. Else it is taken, and when the dialog wants to use it
-    /// (`CAnalysisDialog::RangeHolds`), the message is shown and this number takes its place.
+    int message = 0; ///< string number of the message for a number outside; 0: a text that names the range
+    int detail = 0;  ///< string number of a further text, with the number given as %1; 0: none
+    /// NaN: a number outside is refused when it is set. Else it is accepted, and when the dialog is about to
+    /// use it (`CAnalysisDialog::RangeHolds`), the message is shown and this number takes its place.
     double resetTo = std::numeric_limits<double>::quiet_NaN();
 
     [[nodiscard]] constexpr bool IsLimited() const {
@@ -69,8 +68,7 @@ KORVANA_SUPPORT std::string RangeInWords(const NumberRange& range);
 /// A number in as few digits as tell it from all others.
 KORVANA_SUPPORT std::string NumberInWords(double number);
 
-/// One control as a template states it. Texts may hold an accelerator ("&") and may begin with the number of
-/// an icon
+/// One control of a template. Texts may hold an accelerator ("&") and may begin with the number of an icon
 /// ("!249S&ummary") or its letter ("ePercentiles"); `ParseControlText` takes them apart.
 struct ControlTemplate {
     int id = 0;
@@ -81,13 +79,13 @@ struct ControlTemplate {
     int codesOfRole = -1;
     std::span<const RoleTemplate> roles{};
     std::span<const ChoiceTemplate> choices{};
-    int repeats = 0; ///< the button that does the same, where the dialog has two; 0: none
-    /// A code field: the code that means it where the data do not say which does; NaN: none in particular.
+    int repeats = 0; ///< another button with the same action, where the dialog has two; 0: none
+    /// A code field: the code to suggest where labels and names give no hint; NaN: none.
     double usualCode = std::numeric_limits<double>::quiet_NaN();
-    /// A code field: words (lower case) by which a value label, or the variable's name, says that it is
+    /// A code field: words (lower case) in a value label, or in the variable's name, that mark the code
     /// meant.
     std::span<const std::string_view> codeWords{};
-    /// A real number: a share of 1, which people also write in percent.
+    /// A real number: a proportion from 0 to 1, which people may also write in percent.
     bool isShare = false;
     NumberRange range{}; ///< of an Integer or Real control
 };

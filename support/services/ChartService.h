@@ -13,11 +13,11 @@ public:
     virtual ~ChartService() = default;
 
     /// Creates a chart of several series (line, step, scatter or histogram) from a descriptor, which the host
-    /// copies; the caller keeps it and releases it with `c_gr0`. Answers 0, or non-zero when none was
+    /// copies; the caller keeps it and releases it with `c_gr0`. Returns 0, or non-zero when none was
     /// created.
     virtual short NewGeneralMultipleChartLongEx(const CChartInfo& chart) = 0;
 
-    /// Creates a simple scatterplot of equally long single-precision arrays. Answers 0, or non-zero on
+    /// Creates a simple scatterplot of equally long single-precision arrays. Returns 0, or non-zero on
     /// failure.
     virtual short MakeScatterplot(std::span<const float> x, std::span<const float> y, std::string_view title,
                                   std::string_view xAxis, std::string_view yAxis) = 0;

@@ -5,10 +5,10 @@
 
 namespace ozm {
 
-/// What `cstart` answers.
+/// What `cstart` returns.
 enum CaseAnswer : short {
     UseCase = 0,     ///< the values are in the buffer
-    SkipCase = 1,    ///< excluded by the selection conditions; the buffer is untouched
+    SkipCase = 1,    ///< excluded by the selection conditions; the buffer is unchanged
     StopReading = 2, ///< no such case, or reading cannot go on
 };
 
@@ -26,9 +26,8 @@ public:
     /// Number of cases of the data set, selected or not.
     virtual int ss_nb() = 0;
 
-    /// The missing-data code of a variable; NaN when it has none, or one that single precision does not hold
-    /// (`cstart` knows it all the same). Answers 0, or non-zero for a number out of range (the code is then
-    /// NaN).
+    /// The missing-data code of a variable; NaN when it has none, or one beyond single precision (`cstart`
+    /// respects it all the same). Returns 0, or non-zero for a number out of range (the code is then NaN).
     virtual short getmd5(int variable, double& missingCode) = 0;
 
     /// The variable whose values weight the cases, 0 while weighting is off.

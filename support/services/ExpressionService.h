@@ -7,12 +7,12 @@
 
 namespace ozm {
 
-/// A compiled formula: an instruction list of the host's. The caller owns it.
+/// A compiled formula, in a form known to the host alone. The caller owns it.
 class CompiledExpression {
 public:
     virtual ~CompiledExpression() = default;
-    /// Reference numbers that the formula reads, ascending: variables of the data set from 1; the number of
-    /// variables plus k stands for the k-th extra name given to `COMP`.
+    /// What the formula reads, ascending: numbers of variables from 1; the number of variables plus k stands
+    /// for the k-th extra name given to `COMP`.
     [[nodiscard]] virtual std::span<const int> References() const = 0;
 };
 
@@ -21,19 +21,20 @@ class ExpressionService {
 public:
     virtual ~ExpressionService() = default;
 
-    /// Compiles a formula over the data set's variables and the extra names. Answers 0; else non-zero, with
+    /// Compiles a formula over the data set's variables and the extra names. Returns 0; else non-zero, with
     /// what is wrong and where in `error`.
     virtual short COMP(std::string_view text, std::span<const std::string> extraNames,
                        std::unique_ptr<CompiledExpression>& compiled, std::string& error) = 0;
 
-    /// Evaluates a formula; values[k] is the value of References()[k]. Answers 0; non-zero when the result is
+    /// Evaluates a formula; values[k] is the value of References()[k]. Returns 0; non-zero when the result is
     /// not finite (`result` is then 0).
     virtual int RunSpreadsheetFormula(std::span<const double> values, const CompiledExpression& compiled,
                                       double& result) = 0;
 
     /// Evaluates a formula for many cases in one call. columns[k] holds the values of References()[k], one
-    /// per result, or a single one that stands for every case. results[i] becomes NaN where the result is not
-    /// finite. Answers how many those are; below 0 when the columns do not fit (no result is then written).
+    /// per result, or a single one for all cases. results[i] becomes NaN where the result is not finite.
+    /// Returns how many did; below 0 when the lengths of the columns do not match (no result is then
+    /// written).
     virtual int RunSpreadsheetFormulas(std::span<const std::span<const double>> columns,
                                        const CompiledExpression& compiled, std::span<double> results) = 0;
 };

@@ -12,7 +12,7 @@ class FileService {
 public:
     virtual ~FileService() = default;
 
-    /// Asks for a file to open or to save to; the path is written only when true is answered (false:
+    /// Asks for a file to open or to save to; the path is written only when true is returned (false:
     /// cancelled).
     virtual bool DoFileOpenDlg(std::string_view title, std::string_view defaultName,
                                std::string_view extension, std::string& path) = 0;
@@ -27,7 +27,7 @@ public:
     /// case.
     virtual bool GetInitKeywordPrivate(const std::string& path, std::string_view section,
                                        std::string_view keyword, std::string& value) = 0;
-    /// Lists the keywords of a section in file order; false when the file or the section is not there.
+    /// Lists the keywords of a section in file order; false when there is no such file or section.
     virtual bool EnumPrivateKeywords(const std::string& path, std::string_view section,
                                      std::vector<std::string>& keywords) = 0;
 

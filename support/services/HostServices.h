@@ -14,7 +14,7 @@ class ReportService;
 class SheetService;
 class VariableService;
 
-/// The root that hands out what a module may ask of its host. All operations are called on the host's
+/// Gives access to all services that a host offers to a module. All operations are called on the host's
 /// user-interface thread; the services live at least as long as the analysis object that uses them.
 class HostServices {
 public:

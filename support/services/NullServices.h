@@ -19,8 +19,8 @@
 
 namespace ozm {
 
-// The services of an analysis object that has no document: each operation fails quietly. A host that does a
-// part of them overrides that.
+// The services of an analysis object without a document: each operation fails quietly. A host that supports
+// only some operations overrides those.
 
 struct NullData : DataService {
     short cstart(int, std::span<double>, std::span<const int>) override { return StopReading; }
@@ -194,7 +194,7 @@ private:
     NullDialogs dialogs_;
 };
 
-/// The one that all such objects share.
+/// The one instance that all such objects share.
 KORVANA_SUPPORT HostServices& NullServices();
 
 } // namespace ozm

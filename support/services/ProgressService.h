@@ -6,8 +6,7 @@
 
 namespace ozm {
 
-/// Progress display and stop requests. The stop tests are asked once per case: an implementation answers from
-/// memory.
+/// Progress display and stop requests. The stop tests are called once per case, so they must be fast.
 class ProgressService {
 public:
     virtual ~ProgressService() = default;
@@ -17,7 +16,7 @@ public:
     virtual void dstop() = 0;
     /// `count` units are done.
     virtual void termom(unsigned count) = 0;
-    /// Shows the busy state of a computation whose length is unknown; `dsp_st` redraws the display at once.
+    /// Shows that a computation of unknown length is running; `dsp_st` redraws the display at once.
     virtual void bstart() = 0;
     virtual void dsp_st() = 0;
 

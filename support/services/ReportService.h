@@ -4,7 +4,7 @@
 
 namespace ozm {
 
-/// The text report, written at a current position as on a page that grows downwards.
+/// The text report: text is written at a current position, on a page that grows downwards.
 class ReportService {
 public:
     virtual ~ReportService() = default;
@@ -19,11 +19,11 @@ public:
     virtual void prttop() = 0;
     /// Closes the block and shows it.
     virtual void type() = 0;
-    /// Moves to a row and a column of the block, both from 1; lines and blanks in between are made.
+    /// Moves to a row and a column of the block, both from 1; adds the lines and blanks needed.
     virtual void cup(int row, int column) = 0;
-    /// Moves there and writes a text in an attribute (0 normal, 1 reverse).
+    /// The same, then writes a text with an attribute (0 normal, 1 reverse).
     virtual void cupst(int row, int column, int attribute, std::string_view text) = 0;
-    /// Following text is normal, reverse, or of a colour (a number of the host's palette). A host whose
+    /// Makes the following text normal, reverse or coloured (a number of the host's palette). A host whose
     /// report is plain text may ignore these.
     virtual void normal() = 0;
     virtual void revers() = 0;

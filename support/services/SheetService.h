@@ -15,9 +15,10 @@ struct CellFormat {
         General,     ///< up to `digits` significant digits, no trailing zeros
         Fixed,       ///< exactly `digits` decimals
         Integer,     ///< a whole number
-        Probability, ///< as General, but "< 1e-30" where it is smaller than that
+        Probability, ///< as General, but "< 1e-30" for smaller values
     };
-    static constexpr double leastProbability = 1e-30; ///< what a `Probability` shows as a number at least
+    static constexpr double leastProbability =
+        1e-30; ///< the smallest value that `Probability` shows as a number
 
     Kind kind = Kind::General;
     std::uint8_t digits = 6;
@@ -28,14 +29,14 @@ struct CellFormat {
     static constexpr CellFormat integer() { return {Kind::Integer, 0}; }
 };
 
-/// Texts that stand in few distinct forms: cell i holds texts[index[i]]. The views live as long as the call.
+/// Texts with few distinct values: cell i holds texts[index[i]]. The views live as long as the call.
 struct DictionaryCells {
     std::span<const std::uint8_t> index;
     std::span<const std::string_view> texts;
 };
 
-/// One column. Exactly one of the cell kinds; a NaN among doubles is an empty cell. All columns of a
-/// spreadsheet are equally long. The spans are read during the call only: the host copies what it keeps.
+/// One column. Exactly one of the kinds of cells is used; a NaN among doubles is an empty cell. All columns
+/// of a spreadsheet are equally long. The spans are read during the call only: the host copies what it keeps.
 struct SheetColumn {
     std::string heading1; ///< upper line of the heading, eight characters wide in this module's tables
     std::string heading2; ///< lower line, may be empty
@@ -43,20 +44,20 @@ struct SheetColumn {
     std::variant<std::span<const double>, std::span<const std::int32_t>, DictionaryCells,
                  std::span<const std::string>>
         cells;
-    /// Name by which programs find the column whatever its heading says ("standardError"): unique in its
-    /// spreadsheet, the same in every run. Empty where there is none.
+    /// The name by which programs find the column, independent of its heading ("standardError"): unique in
+    /// its spreadsheet, the same in every run. Empty where there is none.
     std::string id{};
-    /// Heading in full, for who has more room than two short lines; empty where the lines say it already.
+    /// The heading in full, where there is more room than two short lines; empty if these are not shortened.
     std::string title{};
 };
 
-/// A results spreadsheet as a results routine hands it over.
+/// A results spreadsheet as an analysis hands it over.
 struct SheetSpec {
     std::string title;
     std::vector<std::string> notes;       ///< lines shown with the table
     std::vector<std::string> rowHeadings; ///< one per row, or empty when rows have no heading
     std::vector<SheetColumn> columns;
-    /// Its values stand in the text report already: a report for people leaves the table out.
+    /// The text report already has these values: a report for people leaves the table out.
     bool repeatsReport = false;
 };
 
@@ -66,14 +67,14 @@ public:
     virtual ~SheetService() = default;
 
     /// Creates a spreadsheet whose columns all show the general format (`CellFormat` of the columns is
-    /// ignored). Answers 0, or non-zero when none was created.
+    /// ignored). Returns 0, or non-zero when none was created.
     virtual short table4(const SheetSpec& sheet) = 0;
 
-    /// Creates a spreadsheet with a format per column. Answers 0, or non-zero when none was created.
+    /// Creates a spreadsheet with a format per column. Returns 0, or non-zero when none was created.
     virtual short looka4(const SheetSpec& sheet) = 0;
 
-    /// Renames a column (0-based) of the spreadsheet created last. Answers 0, or non-zero when there is none
-    /// such.
+    /// Renames a column (0-based) of the spreadsheet created last. Returns 0, or non-zero when there is no
+    /// such column.
     virtual short RenameColumn(int column, std::string_view heading1, std::string_view heading2) = 0;
 };
 

@@ -23,8 +23,8 @@ struct CodeCount {
 /// Which cases `ReadDataToGetDefaultCodes` looks at, and how many codes it gathers.
 struct DefaultCodeOptions {
     int most = 100;
-    bool countAll = true; ///< false: a variable of more is answered as having one more, which takes less time
-    /// Codes outside are not looked at.
+    bool countAll = true; ///< false: stops counting at one more than the limit, which is faster
+    /// Codes outside these limits are skipped.
     double least = -std::numeric_limits<double>::infinity();
     double greatest = std::numeric_limits<double>::infinity();
 };
@@ -36,7 +36,7 @@ public:
 
     virtual int NumberOfVariables() = 0;
 
-    /// The variable's name. Answers 0, or non-zero for a number out of range (the name is then empty).
+    /// The variable's name. Returns 0, or non-zero for a number out of range (the name is then empty).
     virtual short getvn5(int variable, std::string& name) = 0;
 
     /// The variable's descriptive label, empty when it has none.
@@ -47,14 +47,14 @@ public:
 
     /// Whether the variable's values are texts, so that its codes measure nothing.
     virtual bool HoldsTexts(int /*variable*/) { return false; }
-    /// Whether they are dates: its numbers are days of the calendar.
+    /// Whether the variable's values are dates: numbers of days.
     virtual bool HoldsDates(int /*variable*/) { return false; }
 
-    /// Value-label lookup: the code that belongs to a text, or the text of a code. Answers 1 when found, else
-    /// 0 (the output is then untouched).
+    /// Value-label lookup: the code that belongs to a text, or the text of a code. Returns 1 when found, else
+    /// 0 (the output is then unchanged).
     virtual int vvlcod8(int variable, LabelLookup mode, std::string& text, double& value) = 0;
 
-    /// The distinct values of a variable among the selected cases, ascending, missing data left out. Answers
+    /// The distinct values of a variable among the selected cases, ascending, missing data left out. Returns
     /// how many the variable has in all, which may be more than were gathered; below 0 on failure.
     virtual int ReadDataToGetDefaultCodes(int variable, const DefaultCodeOptions& options,
                                           std::vector<CodeCount>& codes) = 0;

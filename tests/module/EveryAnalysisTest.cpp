@@ -143,6 +143,25 @@ TEST_P(EveryAnalysis, EveryStopQuestionAnsweredYesInTurn) {
     EXPECT_TRUE(Whole());
 }
 
+TEST_P(EveryAnalysis, AStopEndsAnOutputAtOnce) {
+    ManyCases(of.many);
+    Run();
+    int inAll = 0;
+    for (const AutomationMember& output : Outputs()) {
+        SCOPED_TRACE(output.name);
+        host.stopAt = 0;
+        do {
+            host.questions = 0;
+            ASSERT_LT(++host.stopAt, 100);
+            const bool made = host.Script().Call(output.name).value == AutomationValue{true};
+            EXPECT_EQ(made, host.questions < host.stopAt);
+            EXPECT_LE(host.questions, host.stopAt); // and no further row
+        } while (host.questions == host.stopAt);
+        inAll += host.questions;
+    }
+    EXPECT_GE(inAll, 2);
+}
+
 TEST_P(EveryAnalysis, EveryAllocationOfTheRuntimeFailingInTurn) {
     ManyCases(of.several);
     Specify();

@@ -193,6 +193,27 @@ TEST_F(UsageTest, VerboseTellsWhatIsReadAndDone) {
     EXPECT_FALSE(has(plain.err, "Made Summary"));
 }
 
+/// The phases of --timing are all of a run: together they last as long as it does.
+TEST_F(UsageTest, TimingAddsUp) {
+    const Outcome timed = succeed("kaplan-meier little.csv --time weeks --censor status --complete 1 "
+                                  "--censored 0 --format json --timing");
+    std::istringstream lines(timed.err);
+    double sum = 0;
+    double total = -1;
+    int phases = 0;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.size() < 46 || !line.ends_with(" s")) continue;
+        const double seconds = std::stod(line.substr(line.rfind(' ', line.size() - 3)));
+        if (line.starts_with("total "))
+            total = seconds;
+        else
+            sum += seconds, ++phases;
+    }
+    EXPECT_GE(phases, 5) << timed.err;
+    EXPECT_NEAR(sum, total, 0.001 * (phases + 1)) << timed.err;
+    EXPECT_TRUE(has(timed.err, "Reading data file") && has(timed.err, "Writing")) << timed.err;
+}
+
 /// Files of anybody's are found before anything is computed, and stay.
 TEST_F(UsageTest, NobodyElsesFileIsReplaced) {
     std::filesystem::create_directory("theirs");

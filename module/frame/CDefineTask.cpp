@@ -29,7 +29,7 @@ std::span<const ChoiceTemplate> Entries() {
     return taskTemplate.Find(TaskList)->choices;
 }
 
-/// The first entry with the command, the first entry of all when none has it.
+/// The first entry with this command, or the first entry of all when none has it.
 int PositionOf(int command) {
     const auto entries = Entries();
     const auto found = std::find_if(entries.begin(), entries.end(), [command](const ChoiceTemplate& entry) {

@@ -18,7 +18,7 @@ protected:
 
 private:
     bool PerformSelected();
-    /// Starts the analysis of a command; a command that is none does nothing.
+    /// Starts the analysis of a command; an unknown command does nothing.
     bool Perform(int command);
     void ResetSelections();
 

@@ -40,7 +40,7 @@ int CSurvival::GetAnalysisID() {
 }
 
 std::string CSurvival::GetAnalysisName() {
-    // Through the host, which may translate; by itself where there is none.
+    // Through the host, which may translate; directly where there is no host.
     std::string name = GetResourceString(StrAnalysisName);
     return name.empty() ? GetResourceStringDirect(StrAnalysisName) : name;
 }

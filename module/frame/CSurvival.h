@@ -8,7 +8,7 @@
 namespace ozm::survival {
 
 /// The analysis object of the module. It adds no data of its own: what lives from one step to the next is
-/// module-wide state. Step functions open their dialog and answer -1, 0 when it could not be opened, or the
+/// module-wide state. Step functions open their dialog and return -1, 0 when it could not be opened, or the
 /// next step.
 class KORVANA_SUPPORT CSurvival final : public CAnalysisSupport {
 public:

@@ -17,7 +17,8 @@
 namespace ozm::survival {
 namespace {
 
-/// Makes a step's dialog and hands it to the host. Memory that runs out, as any failure, ends the sequence.
+/// Makes a step's dialog and hands it to the host. A failure, running out of memory included, ends the
+/// sequence.
 template <class Dialog, class... State>
 int OpenStep(CAnalysisSupport& analysis, State&... state) {
     ModuleState().Enter(analysis);
@@ -25,16 +26,16 @@ int OpenStep(CAnalysisSupport& analysis, State&... state) {
     return CAnalysisModelessDialog::CreateAnalysisDialog(std::move(dialog)) ? StepInProgress : StepEnd;
 }
 
-/// Ends the sequence, and says so: a step that vanished without a word would look like a Cancel.
+/// Ends the sequence with a message: a dialog that vanished without one would look cancelled.
 int EndUnexpectedly(CAnalysisSupport& analysis, const char* why) noexcept {
     try {
         analysis.DspMessageBox(MessageStyle::Error, nullptr, StrUnexpectedError, why);
-    } catch (...) { // NOLINT(bugprone-empty-catch): nothing is left to tell it with
+    } catch (...) { // NOLINT(bugprone-empty-catch): nothing is left to report it with
     }
     return StepEnd;
 }
 
-/// The ladder at the module's boundary: no exception leaves a step.
+/// The module's boundary: no exception leaves a step.
 template <StepFunction Step>
 int Guarded(CAnalysisSupport& analysis) {
     try {

@@ -9,8 +9,7 @@ namespace ozm::survival {
 /// The step table that the module registers with its host: 14 rows, ascending.
 std::span<const SEQFUNCTTBL> StepTable();
 
-/// Where a step leads whose analysis is not built yet: says so in a message, and back to the startup dialog.
-/// Its users go one by one, as analyses are built.
+/// The step of an analysis that is not built yet: shows a message and goes back to the startup dialog.
 int NotBuiltYet(CAnalysisSupport& analysis);
 
 } // namespace ozm::survival

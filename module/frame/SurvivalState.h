@@ -8,8 +8,8 @@
 
 namespace ozm::survival {
 
-/// The module-wide state, one set for the whole module: only one analysis is active at a time. An analysis
-/// gets its own struct and the shared one handed in.
+/// The module-wide state, one set for the whole module: only one analysis is active at a time. An analysis is
+/// passed its own struct and the shared one.
 struct SurvivalState {
     SharedSettings shared;
     KaplanState kaplan;
@@ -17,18 +17,18 @@ struct SurvivalState {
     RegressionState regression;
     int startupPosition = 0; ///< entry of the startup dialog's list that was chosen last
 
-    /// Every default for an analysis object that begins; selections and codes are cleared, results released,
-    /// the counts of the data read. What is kept from one analysis to the next stays: the entry chosen last,
-    /// the confidence level.
+    /// Sets the defaults for a new analysis object: selections and codes are cleared, results released, the
+    /// counts of the data read. The entry chosen last and the confidence level are kept from one analysis to
+    /// the next.
     void Reset(CAnalysisSupport& host);
-    /// Other data: the codes become unset, the counts are read anew, results of the data before are released.
-    /// Selections stay where the new data have variables of the same names.
+    /// Other data were opened: codes become unset, the counts are read again, results of the earlier data are
+    /// released. Selections are kept where the new data have variables of the same names.
     void DataChanged(CAnalysisSupport& host);
     /// Forgets all variables and codes that were selected.
     void ClearSelections();
-    /// An analysis object does a step: results of another one are released.
+    /// An analysis object takes a step: results of any other one are released.
     void Enter(CAnalysisSupport& host);
-    /// An analysis object goes: its results are released.
+    /// An analysis object is destroyed: its results are released.
     void Leave(const CAnalysisSupport& host);
 
 private:

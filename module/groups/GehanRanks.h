@@ -19,8 +19,8 @@ struct GehanRanks {
 void ComputeGehanScores(std::span<const PooledObservation> observations, std::span<GehanRanks> ranks,
                         std::span<double> scores);
 
-/// What the continuity correction takes off the magnitude of a sum of scores: 1 where fewer than 20 % of all
-/// observations are censored, else 0.5.
+/// How much the continuity correction subtracts from the magnitude of a sum of scores: 1 where fewer than 20
+/// % of all observations are censored, else 0.5.
 double ContinuityCorrection(const GroupCount& all);
 
 } // namespace ozm::survival

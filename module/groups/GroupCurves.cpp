@@ -28,7 +28,7 @@ ChartSeries SeriesOf(std::string legend, std::size_t group, const LifeTable& tab
     const bool cumulative = plot == SurvivalPlot::Cumulative;
     const IntervalColumn& column = cumulative ? table.cumulativeSurviving : table.proportionSurviving;
     for (std::size_t row = 0; row < static_cast<std::size_t>(table.rows); ++row) {
-        // Where nobody enters an interval there is no proportion that survives it.
+        // Nobody enters the interval: no proportion survives it.
         if (!cumulative && table.entering[row] == 0.0) continue;
         series.x.push_back(table.lower[row]);
         series.y.push_back(column[row]);
@@ -36,7 +36,7 @@ ChartSeries SeriesOf(std::string legend, std::size_t group, const LifeTable& tab
     return series;
 }
 
-/// When the observations of the groups leave: for the numbers at risk below the curves.
+/// Adds the times at which observations leave each group, for the numbers at risk below the curves.
 void AddLeaving(CChartInfo& chart, const PooledSample& sample) {
     std::vector<ChartSeries*> seriesOf(sample.groups.size());
     for (ChartSeries& series : chart.series)

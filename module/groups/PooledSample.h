@@ -35,7 +35,7 @@ struct PooledSample {
 };
 
 /// Sorts by time; at equal times the uncensored ones come before the censored ones, so that an observation
-/// censored at a time of failure is still at risk there. What is left of a tie is sorted by group: the order,
+/// censored at a time of failure is still at risk there. Remaining ties are sorted by group: so the order,
 /// and with it every digit of the tests, does not depend on the order of the data.
 void SortPooled(std::span<PooledObservation> observations);
 

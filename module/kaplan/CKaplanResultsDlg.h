@@ -23,8 +23,8 @@ protected:
     [[nodiscard]] int NotEnoughMemoryString() const override { return StrKaplanNoMemory; }
 
 private:
-    /// The level in force: one that is a rounding error outside 0..1 means the end itself. Limits at one that
-    /// is no level are empty.
+    /// The confidence level: one outside 0..1 by a rounding error means the end itself. At an invalid level
+    /// all limits are empty.
     [[nodiscard]] double Level() const;
     OutputResult Plot(KaplanPlot plot, int control);
     OutputResult Percentiles();

@@ -20,8 +20,8 @@ ConfidenceLimits LogMinusLogLimits(double survival, double standardError, double
 
 PercentileLimits ComputePercentileLimits(std::span<const double> times, std::span<const double> survival,
                                          std::span<const double> standardError, double z) {
-    // Most of a long curve lies far from every target; two bounds without logarithms pass it by. With L = -ln
-    // S and w = z SE / (S L), the lower limit is S exp(-L (e^w - 1)) >= S (1 - L (e^w - 1)) >= S - 1.01 z SE
+    // Most of a long curve lies far from every target; two bounds without logarithms skip it. With L = -ln S
+    // and w = z SE / (S L), the lower limit is S exp(-L (e^w - 1)) >= S (1 - L (e^w - 1)) >= S - 1.01 z SE
     // for w <= 0.01, where L >= 1 - S gives w <= z SE / (S (1 - S)). The upper limit is never below S.
     const auto lowerIsAbove = [&](std::size_t i, double p) {
         const double width = z * standardError[i];

@@ -5,8 +5,8 @@
 
 namespace ozm::survival {
 
-/// A page on which a curve over time is drawn: times from 0 to `end` across, 0 to 1 up. The fields of its
-/// grid are, unless told otherwise, the dots of a printed page at 600 to the inch, finer than any screen.
+/// A page on which a curve over time is drawn: times from 0 to `end` across, 0 to 1 up. By default the fields
+/// of its grid are the dots of a printed page at 600 to the inch, finer than any screen.
 struct CurvePage {
     double end = 0.0;
     int columns = 4096;
@@ -18,8 +18,8 @@ struct CurvePage {
 
 /// A step function of any length, thinned to what a page can show. Of the points in one column of the page it
 /// keeps the lowest, the highest and the last: drawn as steps they cover the same fields as all of them, for
-/// in a column a step function covers every row from where it comes in to its lowest and its highest, and it
-/// goes on to the next column from its last.
+/// within a column a step function covers every row between its lowest and its highest value, and it
+/// continues into the next column from its last.
 class ThinnedSteps {
 public:
     explicit ThinnedSteps(CurvePage page) : page_(page) {}
@@ -40,7 +40,7 @@ private:
     };
 
     CurvePage page_;
-    int column_ = -1; ///< of the points in hand; -1: none are
+    int column_ = -1; ///< of the pending points; -1: there are none
     std::size_t added_ = 0;
     Point lowest_;
     Point highest_;
@@ -63,9 +63,9 @@ private:
     int row_ = -1;
 };
 
-/// Times of a long list, ascending, gathered at the multiples of a step: each counts at the last multiple
-/// that is not beyond it. The step is a power of ten of which 1000 or more go into the range, so that the
-/// ticks of an axis are multiples too, and what is still to come can be counted there exactly.
+/// The ascending times of a long list, gathered at multiples of a step: each counts at the last multiple that
+/// is not beyond it. The step is a power of ten that goes into the range 1000 times or more, so that the
+/// ticks of an axis are multiples too and the numbers at risk there are exact.
 class GatheredTimes {
 public:
     /// `end` is the last time that will come. A range of 0 has no step: equal times are counted together.

@@ -32,7 +32,7 @@ void Add(ChartSeries& series, double x, double y) {
     series.y.push_back(y);
 }
 
-/// What the curves of a picture are of, wherever it may hang: the time variable, and the code of an event.
+/// What the legend of a picture names: the time variable, and the meaning of the codes.
 struct CurveNames {
     std::string times;
     std::string complete;
@@ -67,8 +67,8 @@ struct SurvivalSeries {
         censored.marker = ChartSeries::Marker::Plus;
     }
 
-    /// Into a chart. The curve goes on to the last observation when that one is censored; the band goes as
-    /// far as the curve, where its limits hold up to the event that leaves nobody.
+    /// Moves the series into a chart. The curve goes on to the last observation when that is censored; the
+    /// band goes as far as the curve, unless the last event leaves nobody at risk.
     void Move(double last, CChartInfo& chart) {
         for (ChartSeries* series : {&estimate, &lower, &upper})
             if (series->x.back() < last) Add(*series, last, series->y.back());
@@ -114,7 +114,7 @@ double LastTime(const KaplanResults& results) {
     return results.censored == 0 ? complete : std::max(complete, results.CensoredTimes().back());
 }
 
-/// The survival curve of all observations, thinned as they come: no copy of them is made. Of tied complete
+/// The survival curve of all observations, thinned on the way, without a copy of them. Of tied complete
 /// observations the last has the estimate at their time. False when the user stopped it.
 bool FillWholeCurve(CAnalysisSupport& host, const KaplanResults& results, const CurveNames& names,
                     double level, CChartInfo& chart) {
@@ -171,8 +171,7 @@ bool FillWholeCurve(CAnalysisSupport& host, const KaplanResults& results, const 
     return true;
 }
 
-/// Plots 2 and 3: the uncensored observations. Those left out whose logarithm does not exist are counted in
-/// notes.
+/// Plots 2 and 3: the uncensored observations. Those without a logarithm are left out and counted in notes.
 std::size_t FillLogarithmic(const KaplanResults& results, const CurveNames& names, bool logSurvival,
                             CChartInfo& chart) {
     ChartSeries series = Series(std::string{Text(StrKmLegendObserved)} + names.complete,

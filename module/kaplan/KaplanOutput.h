@@ -35,7 +35,7 @@ void NameLimitColumns(CAnalysisSupport& host, double level);
 enum class KaplanPlot : std::uint8_t { Survival = 1, LogTime = 2, LogLog = 3 };
 OutputResult PlotKaplan(CAnalysisSupport& host, const SharedSettings& shared, const KaplanResults& results,
                         KaplanPlot plot, double level);
-/// The survival curve of all observations, however many.
+/// The survival curve of all observations, without a limit to their number.
 OutputResult PlotSurvivalCurve(CAnalysisSupport& host, const SharedSettings& shared,
                                const KaplanResults& results, double level);
 
@@ -43,12 +43,12 @@ OutputResult PlotSurvivalCurve(CAnalysisSupport& host, const SharedSettings& sha
 struct KaplanRow {
     double time = 0.0;
     bool censored = false;
-    double survival = 1.0;      ///< the estimate in force after the observation
+    double survival = 1.0;      ///< the estimate after the observation
     double standardError = 0.0; ///< of that estimate
     std::int32_t caseNumber = 0;
 };
 
-/// Calls `visit(const KaplanRow&)` for the first `most` observations in time order, for as long as it answers
+/// Calls `visit(const KaplanRow&)` for the first `most` observations in time order, as long as it returns
 /// true. False when it did not.
 template <class Visit>
 bool ForEachObservation(const KaplanResults& results, std::size_t most, Visit&& visit) {

@@ -21,11 +21,11 @@ struct KaplanSettings {
 struct KaplanArrays {
     static constexpr std::int32_t fixedCapacity = 2500;
     static constexpr std::int32_t largestCapacity = 10'000'000;
-    /// What an observation takes of the host's memory.
+    /// The host memory that an observation needs.
     static constexpr std::size_t bytesPerObservation = 4 * sizeof(double) + 3 * sizeof(std::int32_t);
 
-    /// The fixed capacity while the data have at most that many cases and no weights; else twice the number
-    /// of cases but at most `largestCapacity`, which is also what weighted cases get.
+    /// The fixed capacity if the data have at most that many cases and no weights; else twice the number of
+    /// cases, at most `largestCapacity`; with weights always `largestCapacity`.
     static std::int32_t CapacityFor(std::int32_t cases, bool weighted);
 
     /// False when the host refused one.

@@ -30,7 +30,7 @@ std::string CasesLine(int cases) {
            " " + FormatCount(cases);
 }
 
-/// The counts stand in the report's summary as lines; here as cells.
+/// The counts that the report's summary has as lines, as cells.
 OutputResult WriteCounts(CAnalysisSupport& host, const KaplanResults& results) {
     ResultTable table{std::string{Text(StrKmResultsTitle)}};
     table.RepeatsReport();

@@ -17,7 +17,7 @@ void ComputeProductLimit(std::span<const double> uncensored, std::span<const dou
         const std::size_t rank = i + 1 + censoredBefore;
         const double stillAtRisk = observations - static_cast<double>(rank);
         ranks[i] = static_cast<std::int32_t>(rank);
-        // From left to right: the other order rounds differently, and a percentile may then not be located.
+        // From left to right: another order rounds differently, and may then miss a percentile.
         s = s * stillAtRisk / (stillAtRisk + 1.0);
         survival[i] = s;
         if (stillAtRisk > 0.0) {

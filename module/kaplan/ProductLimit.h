@@ -18,13 +18,13 @@ namespace ozm::survival {
 /// time that equals an uncensored one is still at risk there. When the last observation at risk fails, S and
 /// SE are 0.
 ///
-/// In: both lists ascending, without NaN; N is their number together. Out: spans as long as `uncensored`.
+/// Input: both lists ascending, without NaN; N is their total length. Output: spans as long as `uncensored`.
 void ComputeProductLimit(std::span<const double> uncensored, std::span<const double> censored,
                          std::span<std::int32_t> ranks, std::span<double> survival,
                          std::span<double> standardError);
 
 /// Survival times at which an estimate falls to 0.75, 0.50 and 0.25: the 25th, 50th and 75th percentile. A
-/// time is 0 where not located.
+/// time that is not located is 0.
 struct Percentiles {
     static constexpr std::array<double, 3> targets{0.75, 0.50, 0.25};
     std::array<double, 3> times{};
@@ -34,8 +34,8 @@ struct Percentiles {
 /// Locates the percentiles by linear interpolation of time against survival between successive uncensored
 /// observations. `times` ascending; survivalAt(i), i from 0, is the curve after observation i. Fewer than
 /// four observations locate nothing. A target that the curve has passed at the position reached is not
-/// located, and the next one is looked for from there. surelyAbove(i, p) may answer true without computing
-/// the curve where it is above p for certain: it saves time and changes nothing.
+/// located, and the next one is looked for from there. surelyAbove(i, p) may return true where the curve is
+/// known to be above p without computing it: this saves time and changes no result.
 template <class SurvivalAt, class SurelyAbove>
 Percentiles LocatePercentiles(std::span<const double> times, SurvivalAt survivalAt, SurelyAbove surelyAbove) {
     Percentiles found;

@@ -102,7 +102,7 @@ Status ComputeRun(CAnalysisSupport& host, SharedSettings& shared, KaplanResults&
     return Status::Success;
 }
 
-/// What the message of a status does not know.
+/// The details of this run for the message of a status.
 std::string Describe(CAnalysisSupport& host, const SharedSettings& shared, const ReadingCounts& counts,
                      Status status) {
     const std::int32_t capacity = CapacityOf(host);

@@ -11,8 +11,8 @@ class CAnalysisDialog;
 
 namespace ozm::survival {
 
-/// The run behind OK of the specification dialog: obtains the arrays, reads the cases, sorts, computes. True
-/// when `state.results` is filled; the shared statistics then begin with the percentiles. Else the message
+/// The run that the specification dialog's OK starts: obtains the arrays, reads the cases, sorts, computes.
+/// True when `state.results` is filled; the shared statistics then begin with the percentiles. Else a message
 /// was shown over `window` (none after a stop), and nothing is kept.
 bool RunProductLimit(CAnalysisSupport& host, SharedSettings& shared, KaplanState& state,
                      CAnalysisDialog* window);
@@ -21,11 +21,11 @@ bool RunProductLimit(CAnalysisSupport& host, SharedSettings& shared, KaplanState
 /// counts.
 Status ReadKaplanMeierData(CAnalysisSupport& host, SharedSettings& shared, KaplanResults& results);
 
-/// Puts the case numbers of tied times into the order that the paired heap sort gives, where the run left
-/// that open. Called by outputs that list case numbers. NoMemory or Stopped leave the results as they were.
+/// Puts the case numbers of tied times into the order of the paired heap sort, where the run has not done so.
+/// Called by outputs that list case numbers. NoMemory or Stopped leave the results as they were.
 Status MakeTieOrderExact(CAnalysisSupport& host, KaplanResults& results);
 
-/// The message of a status, 0 for one that has none.
+/// The number of a status's message, 0 for none.
 int KaplanMessage(Status status);
 
 } // namespace ozm::survival

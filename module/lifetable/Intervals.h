@@ -24,7 +24,7 @@ struct Intervals {
 Intervals IntervalsByNumber(double largestTime, int count = Intervals::defaultCount);
 
 /// What a life table is computed from: lower limits, and how many were withdrawn (censored) and died in each
-/// interval. Counts are doubles: those of a ready table need not be whole.
+/// interval. Counts are doubles: those of a table given as input need not be whole.
 struct IntervalCounts {
     int intervals = 0;
     double entering = 0.0; ///< alive at the start of the first interval
@@ -35,12 +35,12 @@ struct IntervalCounts {
 
 /// Counts observations into intervals, in ascending order of time. A time t belongs to the first interval
 /// whose upper limit U = lower + step exceeds it by more than its own 1e-12th part, U > t + t / 1e12: a time
-/// on a limit, however it was rounded, begins the next interval. The last interval takes all that is left.
-/// Intervals at the end that nobody falls into stay.
+/// on a limit, even one that rounding put just below it, belongs to the next interval. The last interval
+/// takes the rest. Empty intervals at the end are kept.
 class Tabulation {
 public:
-    explicit Tabulation(const Intervals& intervals); ///< of 1 to `intervalSlots` limits
-    void Add(double time, bool complete);            ///< time >= 0, none below the one before
+    explicit Tabulation(const Intervals& intervals); ///< 1 to `intervalSlots` limits
+    void Add(double time, bool complete);            ///< time >= 0, not below the one before
     [[nodiscard]] const IntervalCounts& Counts() const { return counts_; }
 
 private:

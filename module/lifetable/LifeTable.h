@@ -20,7 +20,7 @@ struct LifeTable {
     IntervalColumn cumulativeSurviving{}; ///< P: surviving to the start of the interval, 1 in the first
 };
 
-/// How the computation of a life table ended. The numbers are those that users know.
+/// How the computation of a life table ended. The numbers are known to users.
 enum class LifeTableStatus : std::int16_t {
     Success = 0,
     NoIntervals = 201,
@@ -33,12 +33,12 @@ enum class LifeTableStatus : std::int16_t {
 /// Q = 0.5/E, and one in which all exposed die (Q = 1) half a survivor, Q = (E - 0.5)/E.
 enum class Correction : bool { Off, On };
 
-/// Computes the table from its counts; of more than `intervalSlots` intervals the first ones. It ends with
-/// the row after the last one that somebody enters, if there is an interval left. A last row with nobody
+/// Computes the table from its counts, for the first `intervalSlots` intervals at most. The table ends with
+/// the row after the last one that somebody enters, if there is such an interval. A last row with nobody
 /// exposed has Q = 0, corrected or not. Returns NoIntervals (no interval, or nobody enters the first), else
-/// NegativeEntering (more leave than have entered), else NoWidth (a lower limit that is not above the one
-/// before, also beyond the table's end), else Success; `table` is meaningful after Success only. NobodyEnters
-/// does not arise: somebody enters the first.
+/// NegativeEntering (more leave than entered), else NoWidth (a lower limit that is not above the one before,
+/// even beyond the table's end), else Success; `table` is meaningful after Success only. NobodyEnters does
+/// not arise: somebody enters the first.
 LifeTableStatus ComputeLifeTable(const IntervalCounts& counts, Correction correction, LifeTable& table);
 
 } // namespace ozm::survival

@@ -27,9 +27,9 @@
       "Note: An interval without a death is given half a death, one that nobody survives half a " \
       "survivor.") \
     S(StrLtCasesOfGroups, 20277, \
-      "A life table takes three valid cases: there are %1 of %2.") \
+      "A life table needs three valid cases: there are %1 of %2.") \
     S(StrLtLargestTime, 20278, \
-      "The largest survival time is %1 (from %2): no interval can be made of it.") \
+      "The largest survival time is %1 (from %2): it cannot be divided into intervals.") \
     S(StrLtCasesWithCode, 20279, "%1 with code %2") \
     S(StrLtEnteringInFull, 20280, "number entering") \
     S(StrLtCensoredInFull, 20281, "number censored") \

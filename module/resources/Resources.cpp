@@ -14,7 +14,7 @@
 namespace ozm::survival {
 namespace {
 
-// The one place that knows all analyses' resources.
+// The only place that knows the resources of all analyses.
 
 constexpr std::span<const StringResource> stringTables[] = {startupStrings, sharedStrings, groupStrings,
                                                             kaplanStrings, twoSampleStrings};

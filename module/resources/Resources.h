@@ -6,10 +6,10 @@
 
 namespace ozm::survival {
 
-/// Everything that the analyses bring along, as the host gets it.
+/// The resources of all analyses, as the host gets them.
 const ModuleResources& Resources();
 
-/// The text of a number of this module's table; empty when there is none.
+/// The text with this number in the module's table; empty when there is none.
 std::string_view Text(int id);
 
 } // namespace ozm::survival

@@ -9,8 +9,8 @@
 #include <string_view>
 
 // What several analyses share: texts of reading passes, headers and outputs, and the controls of
-// specifications. Numbers of texts from 20000 on are this module's own choice; scripts and translations may
-// rely on the others.
+// specifications. Text numbers from 20000 on are this module's own choice; scripts and translations may rely
+// on the others.
 
 // clang-format off
 #define OZM_SHARED_STRINGS(S) \
@@ -31,7 +31,7 @@
     S(StrDataFile, 20007, "Data file:  ") \
     S(StrNoGroupingVariable, 20008, "Select one variable with the group codes.") \
     S(StrNoResults, 20009, \
-      "The results of this dialog are gone, as another analysis was begun or other data were opened; go " \
+      "The results of this dialog are gone, as another analysis was started or other data were opened; go " \
       "back and run it again.") \
     S(StrNoteDatesAsTimes, 20019, \
       "%1 holds dates, and its day numbers were taken as survival times: give two variables, the start and the end.") \
@@ -39,7 +39,7 @@
     S(StrNoteLeftOut, 20021, "%1 of %2 cases left out: %3.") \
     S(StrNoteSelectedLeftOut, 20022, "%1 of %2 selected cases left out: %3.") \
     S(StrWhyNoValue, 20023, "with no value of %1") \
-    S(StrWhyOtherCode, 20024, "with another code of %1 than %2") \
+    S(StrWhyOtherCode, 20024, "with a code of %1 other than %2") \
     S(StrWhyTooLarge, 20025, "with a value of %1 beyond 1e15") \
     S(StrWhyInvalidDate, 20026, "with an invalid date") \
     S(StrWhyNegative, 20027, "with a negative survival time") \
@@ -52,11 +52,11 @@
     S(StrWeightSmallOne, 20034, "%1 case with a weight below 2 in %2 that is not 1 counts once.") \
     S(StrWeightSmall, 20035, "%1 cases with a weight below 2 in %2 that is not 1 count once each.") \
     S(StrWeightRoundedOne, 20036, \
-      "%1 case with a weight in %2 that is no whole number counts as often as the next one says (2.1 " \
-      "would count three times).") \
+      "%1 case with a weight in %2 that is not a whole number: it is rounded up (2.1 would count three " \
+      "times).") \
     S(StrWeightRounded, 20037, \
-      "%1 cases with weights in %2 that are no whole numbers count as often as the next one says (2.1 " \
-      "would count three times).") \
+      "%1 cases with weights in %2 that are not whole numbers: they are rounded up (2.1 would count " \
+      "three times).") \
     S(StrNeedThreeValid, 20040, "Three valid observations are needed.") \
     S(StrAllCensored, 20041, \
       "Every valid observation has the code of censored ones: are the two codes exchanged?") \
@@ -156,7 +156,7 @@ inline constexpr AutomationMember censoredCodeMember{"CodeForCensoredResponses",
                                                      MemberType::Code, SpecifyCensoredCode,
                                                      "Code for censored responses"};
 
-/// A member that makes an output: what the button with this number does.
+/// The member that makes the same output as the button with this number.
 constexpr AutomationMember OutputMember(std::string_view name, int control, std::string_view help) {
     return {name, MemberKind::Action, MemberType::None, control, help};
 }

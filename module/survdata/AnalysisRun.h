@@ -14,14 +14,14 @@ class CAnalysisDialog;
 
 namespace ozm::survival {
 
-/// The skeleton of a run behind OK of a specification dialog. True when results stand. Else nothing is kept,
-/// and the message of the status was shown over `window` (none after a stop).
+/// The skeleton of a run that a specification dialog's OK starts. True when there are results. Else nothing
+/// is kept, and the message of the status was shown over `window` (none after a stop).
 ///
-/// `firstText` is what the status line shows at first, a number of the string table. An analysis hands in
-/// four functions. `Status compute(StatusLine&)` reads and computes; memory that runs out in it is
-/// Status::NoMemory. `void release()` gives back the results; it is called on every way out but success, also
-/// when the host throws. `int message(Status)` answers the number of a status' message, 0 for one that has
-/// none. `std::string describe(Status)` answers what the message does not know of this run.
+/// `firstText` is the string number of what the status line shows first. An analysis passes four functions.
+/// `Status compute(StatusLine&)` reads and computes; running out of memory in it gives Status::NoMemory.
+/// `void release()` gives back the results; it is called unless the run succeeds, also when the host throws.
+/// `int message(Status)` returns the string number of a status's message, 0 for none. `std::string
+/// describe(Status)` returns the details of this run for that message.
 template <class Compute, class Release, class Message, class Describe>
 bool RunAnalysis(CAnalysisSupport& host, CAnalysisDialog* window, int firstText, Compute compute,
                  Release release, Message message, Describe describe) {

@@ -8,11 +8,11 @@
 
 namespace ozm::survival {
 
-/// Room for the values of a case: in the work areas that the host shares while they suffice, in memory of its
-/// own for more variables than that.
+/// Room for the values of a case: in the work areas shared with the host if they suffice, else in memory of
+/// its own.
 class CaseBuffer {
 public:
-    /// Takes the variables' numbers and asks for their missing-data codes.
+    /// Takes the variables' numbers and gets their missing-data codes.
     CaseBuffer(CAnalysisSupport& host, WorkAreas& work, std::span<const int> variables);
     CaseBuffer(const CaseBuffer&) = delete;
     CaseBuffer& operator=(const CaseBuffer&) = delete;

@@ -45,7 +45,7 @@ int Year(double value) {
 ReadingProgress::~ReadingProgress() {
     try {
         host_.dstop();
-    } catch (...) { // NOLINT(bugprone-empty-catch): a display that cannot be taken away
+    } catch (...) { // NOLINT(bugprone-empty-catch): a display that cannot be closed
     }
 }
 

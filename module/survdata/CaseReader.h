@@ -21,7 +21,7 @@ struct ReadingCounts {
     double distinctCasesRead = 0.0; ///< selected cases, each once
     std::int32_t valid = 0;         ///< valid observations, every weighted copy
     double distinctValid = 0.0;     ///< valid cases, each once
-    // Why selected cases were left out: each counts once, by the first reason that holds in this order.
+    // Why selected cases were left out: each counts once, under the first reason that holds, in this order.
     std::int32_t missingCode = 0;  ///< no value of the censoring variable
     std::int32_t otherCode = 0;    ///< neither of the censoring codes
     std::int32_t missingGroup = 0; ///< no value of the grouping variable
@@ -30,11 +30,11 @@ struct ReadingCounts {
     std::int32_t tooLarge = 0;     ///< a time variable beyond 1e15
     std::int32_t invalidDate = 0;
     std::int32_t negativeTime = 0;
-    // Weights of valid cases that do something else than one would think, each case once.
-    std::int32_t missingWeight = 0; ///< counts once, as any weight below 2
+    // Valid cases whose weight has an effect that may surprise, each case once.
+    std::int32_t missingWeight = 0; ///< counts once, like any weight below 2
     std::int32_t zeroWeight = 0;    ///< 0 or less: counts once
     std::int32_t smallWeight = 0;   ///< between 0 and 2 but not 1: counts once
-    std::int32_t roundedWeight = 0; ///< above 2 and no whole number: counts as the next one
+    std::int32_t roundedWeight = 0; ///< above 2 and not a whole number: rounded up
 
     [[nodiscard]] std::int64_t LeftOut() const {
         return std::int64_t{missingCode} + otherCode + missingGroup + otherGroup + missingTime + tooLarge +
@@ -42,7 +42,7 @@ struct ReadingCounts {
     }
 };
 
-/// One observation, as a reading pass hands it to its analysis.
+/// One observation, as a reading pass gives it to its analysis.
 struct Observation {
     double time = 0.0;
     bool complete = false;
@@ -50,7 +50,7 @@ struct Observation {
     std::int32_t caseNumber = 0; ///< from 1
 };
 
-/// The host's progress display while cases are read, from the beginning of the pass to its end.
+/// Shows the host's progress display for the duration of a reading pass.
 class ReadingProgress {
 public:
     ReadingProgress(CAnalysisSupport& host, std::int32_t cases) : host_(host) {
@@ -72,25 +72,25 @@ class CaseReader {
 public:
     enum class Groups : std::uint8_t { None, ByCodes };
 
-    /// `further` variables are read beside those of the rules, as many as there are; see `Further`.
+    /// Any number of `further` variables are read as well; see `Further`.
     CaseReader(CAnalysisSupport& host, SharedSettings& settings, Groups groups = Groups::None,
                std::span<const int> further = {});
 
     /// Reads all cases and calls `append(const Observation&)` for each valid one, a weighted case once per
-    /// copy. Ends with Stopped on a stop request or when the host cannot go on, TooManyCases when a case is
-    /// to be examined while `capacity` observations are stored, TooFewValid when two or fewer are valid. An
-    /// `append` that answers a bool answers false for an observation that it has no room for: TooManyCases.
+    /// copy. Ends with Stopped on a stop request or when the host cannot go on, TooManyCases when a further
+    /// case would be examined after `capacity` observations, TooFewValid when two or fewer are valid. If
+    /// `append` returns a bool, false means that it has no room for the observation: TooManyCases.
     template <class Append>
     Status Read(std::int32_t capacity, Append&& append);
 
     [[nodiscard]] const ReadingCounts& Counts() const { return counts_; }
 
-    /// The values of the further variables for the case in hand, NaN where it has none.
+    /// The values of the further variables for the current case, NaN where it has none.
     [[nodiscard]] std::span<const double> Further() const { return further_; }
 
 private:
-    /// Looks at the case whose values are in hand. True when it is valid; `observation` is then complete but
-    /// for the case number. Else the reason is counted.
+    /// Examines the current case. True when it is valid; `observation` is then complete except for the case
+    /// number. Else the reason is counted.
     bool Examine(Observation& observation);
     template <class Append>
     static bool Appended(Append& append, const Observation& observation) {
@@ -103,20 +103,20 @@ private:
     }
     bool SurvivalTime(double& time);
     bool DateTime(double& time);
-    /// Whether a variable, by its place, has no value for the case in hand.
+    /// Whether the variable at this place has no value for the current case.
     [[nodiscard]] bool IsMissing(std::size_t place) const;
     /// Further values that equal their variable's missing-data code become NaN.
     void MarkMissing();
     [[nodiscard]] double Copies() const;
     void CountWeight();
-    /// Leaves the counts in the work area that the host shares.
+    /// Puts the counts into the work area shared with the host.
     void ShareCounts();
 
     CAnalysisSupport& host_;
     SharedSettings& settings_;
     CodeIndex groups_;
     std::int32_t cases_ = 0;
-    int times_ = 0;        ///< number of time variables; they stand after the censoring variable
+    int times_ = 0;        ///< number of time variables; they follow the censoring variable
     int groupPlace_ = -1;  ///< place of the grouping variable, -1: none
     int weightPlace_ = -1; ///< place of the weight variable, -1: none
     CaseBuffer buffer_;
@@ -148,7 +148,7 @@ Status CaseReader::Read(std::int32_t capacity, Append&& append) {
         Observation observation;
         observation.caseNumber = n;
         if (!Examine(observation)) {
-            // All copies of a case share its fate.
+            // All copies of a case count, or none.
             counts_.casesRead = read < most ? static_cast<std::int32_t>(read) : most;
             continue;
         }
@@ -158,7 +158,7 @@ Status CaseReader::Read(std::int32_t capacity, Append&& append) {
         if (weightPlace_ >= 0) CountWeight();
         ++counts_.valid;
         if (counts_.casesRead < most) ++counts_.casesRead;
-        // More copies than any capacity need not be told apart.
+        // Capped: more copies than any capacity make no difference.
         const auto further = static_cast<std::int64_t>(std::min(copies, 1e10)) - 1;
         for (std::int64_t copy = 0; copy < further; ++copy) {
             if (StopRequested(host_)) return Status::Stopped;

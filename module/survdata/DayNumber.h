@@ -2,7 +2,7 @@
 
 namespace ozm::survival {
 
-/// What `DayNumber` answers for an invalid date; no day number takes this value.
+/// What `DayNumber` returns for an invalid date; no date has this day number.
 inline constexpr double invalidDay = -8.88e-36;
 
 /// Julian day number of a date of the Gregorian calendar (Julian before 15 October 1582). Invalid are year 0

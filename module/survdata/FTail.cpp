@@ -18,12 +18,12 @@ double StirlingRemainder(double z) {
     return sum + (1.0 / 12 - r * (1.0 / 360 - r * (1.0 / 1260 - r / 1680))) / z;
 }
 
-/// ln(ratio), where ratio = 1 + excess; of the two, the one that keeps its digits.
+/// ln(ratio), where ratio = 1 + excess; computed from whichever of the two keeps more digits.
 double LogRatio(double ratio, double excess) {
     return std::abs(excess) < 0.5 ? std::log1p(excess) : std::log(ratio);
 }
 
-/// Where the incomplete beta function is taken: x + y = 1, and lambda = a y - b x >= 0.
+/// The arguments of the incomplete beta function: x + y = 1, and lambda = a y - b x >= 0.
 struct BetaPoint {
     double a, b, x, y, lambda;
 };

@@ -4,7 +4,7 @@
 
 namespace ozm::survival {
 
-/// What `FTailProbability` answers when it has no probability to give.
+/// What `FTailProbability` returns when there is no probability.
 inline constexpr float noProbability = -1.0F;
 
 /// Denominator degrees of freedom above this one count as this one: the tail is then a chi-square's for

@@ -34,7 +34,7 @@ public:
         return *this;
     }
 
-    /// Takes the place of what it held. False when the host refused the request; the array is then empty.
+    /// Replaces what the array held. False when the host refused the request; the array is then empty.
     [[nodiscard]] bool Allocate(CAnalysisSupport& host, std::size_t count) {
         Release();
         if (count > std::numeric_limits<std::size_t>::max() / sizeof(T)) return false;

@@ -20,16 +20,16 @@ public:
 protected:
     [[nodiscard]] SharedSettings& Shared() const { return shared_; }
 
-    /// Performs a button that many dialogs have. False when it is none of those.
+    /// Performs the action of a button that many dialogs have. False for any other button.
     bool CommonCommand(int control);
 
     /// Fills the controls of a selection of times and censoring indicator, with its codes, from the shared
     /// settings.
     void ShowSelections();
-    /// Takes such a control over into the shared settings. False when it is none of those.
+    /// Copies such a control's value into the shared settings. False for any other control.
     bool TakeSelection(int control);
 
-    /// Says why the dialog cannot use what it was given.
+    /// Shows why the dialog cannot use what the user entered.
     void ShowMessage(int id, std::string_view detail = {});
 
 private:

@@ -2,8 +2,8 @@
 
 namespace ozm::survival {
 
-/// How an output ended: made, failed with a message, or not made with nothing to say, as the user stopped it
-/// or was told.
+/// The outcome of an output: made, failed with a message, or not made without one (the user stopped it, or
+/// was already told).
 struct OutputResult {
     bool made = true;
     int message = 0; ///< number in the string table

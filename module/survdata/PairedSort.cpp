@@ -15,7 +15,7 @@ constexpr std::size_t stepsPerPoll = std::size_t{1} << 14;
 /// Below this many entries the heap sort is fast enough and its order exact.
 constexpr std::size_t radixFrom = 20000;
 
-// Positions count from 1 here, as the steps are stated; element k stands at index k - 1.
+// Positions count from 1 here, as in the usual statement of the steps; element k is at index k - 1.
 template <class Companion>
 Status HeapSort(std::span<double> keys, std::span<Companion> companions, StopPoll stop) {
     const std::size_t n = keys.size();
@@ -75,7 +75,7 @@ constexpr unsigned digitBits = 11;
 constexpr std::size_t digitValues = std::size_t{1} << digitBits;
 
 /// A stable sort by the digits of an unsigned pattern, least significant first (Knuth, vol. 3, 5.2.5). A
-/// digit that all entries share costs nothing. Sorted entries end up in `keys` and `companions`.
+/// digit that is the same in all entries is skipped. Sorted entries end up in `keys` and `companions`.
 template <unsigned patternBits, class PatternOf>
 Status RadixSort(std::span<double> keys, std::span<std::int32_t> companions, std::span<double> scratchKeys,
                  std::span<std::int32_t> scratchCompanions, PatternOf patternOf, StopPoll stop) {
@@ -108,7 +108,7 @@ Status RadixSort(std::span<double> keys, std::span<std::int32_t> companions, std
         for (auto& count : places)
             place += std::exchange(count, place);
         for (std::size_t i = 0; i < n; ++i) {
-            // What is sorted from stays whole until the digit is done, so a stop may come in between.
+            // The source stays whole until the digit is done, so a stop is possible here.
             if (i % stepsPerPoll == 0 && stop()) {
                 status = Status::Stopped;
                 break;

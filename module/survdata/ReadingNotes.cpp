@@ -15,7 +15,7 @@
 namespace ozm::survival {
 namespace {
 
-/// Of texts the text: the numbers behind them are the host's, and may look like other texts of the data.
+/// For a variable of texts, the text: its number is the host's, and may look like another text of the data.
 std::string CodeText(CAnalysisSupport& host, int variable, double code) {
     if (!std::isfinite(code)) return std::string{Text(StrNotSet)};
     if (variable != 0 && host.HoldsTexts(variable))
@@ -23,7 +23,7 @@ std::string CodeText(CAnalysisSupport& host, int variable, double code) {
     return CodeWithLabel(host, variable, code);
 }
 
-/// "1 (treated) or 2 (placebo)"; of many the first ones.
+/// "1 (treated) or 2 (placebo)"; of many codes only the first.
 std::string CodeTexts(CAnalysisSupport& host, int variable, std::span<const double> codes) {
     const std::size_t shown = std::min(codes.size(), codesShown);
     std::vector<std::string> texts;

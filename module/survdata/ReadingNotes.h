@@ -9,18 +9,18 @@
 
 namespace ozm::survival {
 
-/// What the user of a run should know about its reading pass, one sentence each: how two time variables were
-/// taken, how many cases were left out and why, and which weights do something else than one would think.
-/// Nothing where all is as expected.
+/// What the user should know about a reading pass, one sentence each: how two time variables were
+/// interpreted, how many cases were left out and why, and which weights have an effect that may surprise.
+/// Empty where all is as expected.
 std::vector<std::string> ReadingNotes(CAnalysisSupport& host, const SharedSettings& settings,
                                       const ReadingCounts& counts);
 
-/// Leaves these notes with the results of the run.
+/// Adds these notes to the results of the run.
 void TellReading(CAnalysisSupport& host, const SharedSettings& settings, const ReadingCounts& counts);
 
-/// What only this run knows, for the message of a pass that found too few observations: how many cases were
-/// read, why they were left out, and which codes the censoring variable has. When cases of other groups were
-/// left out, the codes of the grouping variable too.
+/// Details for the message of a pass that found too few observations: how many cases were read, why they were
+/// left out, and which codes the censoring variable has. When cases of other groups were left out, the codes
+/// of the grouping variable too.
 std::string DescribeReading(CAnalysisSupport& host, const SharedSettings& settings,
                             const ReadingCounts& counts);
 

@@ -25,21 +25,20 @@ std::string FormatFixed(double value, int decimals);
 /// A probability to five significant digits; "< 1e-30" below that.
 std::string FormatProbability(double p);
 
-/// A number with as many digits as tell it from every other one, and no more.
+/// A number with the fewest digits that identify it.
 std::string FormatExact(double value);
 
 /// A code in a field of 10 characters, one less when its magnitude is at least 0.001 and below 1, with as
 /// many digits as the field holds; "--" when unset.
 std::string FormatCode(double code);
 
-/// A label for a sentence: line breaks as programs write them, and not all of a long one.
+/// A label for use in a sentence: line breaks as \n, and long labels cut short.
 std::string InOneLine(std::string_view label);
 
 /// The value label of a code, where the variable has one.
 std::optional<std::string> LabelOfCode(CAnalysisSupport& host, int variable, double code);
 
-/// A code as people know it: its number, and the value label behind it where the variable has one, "1
-/// (6-MP)".
+/// A code for people: its number, followed by the value label if there is one, "1 (6-MP)".
 std::string CodeWithLabel(CAnalysisSupport& host, int variable, double code);
 
 /// What a code stands for in the data's own words, for legends: "treatment = placebo", "status = 1".
@@ -55,11 +54,11 @@ std::string Trimmed(int id);
 std::string VariableName(CAnalysisSupport& host, int variable);
 /// The same in quotation marks, for sentences.
 std::string QuotedName(CAnalysisSupport& host, int variable);
-/// "'a'", "'a' or 'b'", "'a', 'b' or 'c'": what stands before the last one is a text of the string table.
+/// "'a'", "'a' or 'b'", "'a', 'b' or 'c'": the conjunction is a text of the string table.
 std::string QuotedNames(CAnalysisSupport& host, std::span<const int> variables, int conjunction);
 
-/// "a, b or c", or "a, b or 7 more": what stands before the last item, and what tells of those that are not
-/// listed, are texts of the string table (conjunction 0: a comma).
+/// "a, b or c", or "a, b or 7 more": the conjunction and the "more" are texts of the string table
+/// (conjunction 0: a comma).
 std::string Listed(std::span<const std::string> items, int conjunction, int ofMore = 0, std::size_t more = 0);
 
 } // namespace ozm::survival

@@ -26,9 +26,8 @@ struct ColumnName {
                           ///< are none
 };
 
-/// A results spreadsheet while it is made: title, notes and columns first, then room for the rows, then the
-/// cells. Cells lie in memory of the host; those that are not filled are empty, or 0 where whole numbers are
-/// meant.
+/// A results spreadsheet under construction: title, notes and columns first, then room for the rows, then the
+/// cells. Cells are in memory of the host; unfilled cells are empty, or 0 in columns of whole numbers.
 class ResultTable {
 public:
     /// The place of a column, by the type of its cells.
@@ -48,7 +47,7 @@ public:
     explicit ResultTable(std::string title) { sheet_.title = std::move(title); }
 
     void AddNote(std::string note) { sheet_.notes.push_back(std::move(note)); }
-    /// Marks a table whose values stand in the text report already.
+    /// Marks a table whose values the text report already has.
     void RepeatsReport() { sheet_.repeatsReport = true; }
 
     Numbers AddNumbers(const ColumnName& name, CellFormat format);
@@ -70,7 +69,8 @@ public:
     std::span<std::uint8_t> operator[](Marks column) { return Cells<MarkCells>(column.place).index.Span(); }
     std::span<std::string> operator[](Texts column) { return Cells<std::vector<std::string>>(column.place); }
 
-    /// To be asked before a row is filled: whether the user wants it to end. Asks the host now and then only.
+    /// To be called before each row is filled: whether the user wants to stop. Asks the host only now and
+    /// then.
     [[nodiscard]] static bool StopsAt(CAnalysisSupport& host, std::size_t row) {
         constexpr std::size_t rowsPerPoll = std::size_t{1} << 14;
         return row % rowsPerPoll == 0 && StopRequested(host);

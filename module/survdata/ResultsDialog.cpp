@@ -7,8 +7,7 @@
 namespace ozm::survival {
 
 bool ResultsDialog::OnCommand(int control) {
-    // Another analysis object may have begun since: then the results, if there are any, are not this
-    // dialog's.
+    // Another analysis object may have started since: then any results are not this dialog's.
     const bool own = Shared().owner == &Analysis();
     if (control == ControlCancel) {
         if (own) ReleaseResults();

@@ -28,7 +28,7 @@ void FindListsAgain(CAnalysisSupport& host, SharedSettings& shared) {
         std::vector<int> found;
         for (const std::string& name : shared.listNames[list]) {
             const int variable = host.FindVariable(name);
-            // A lookup may be more generous than a name: other letters, a number in digits.
+            // A lookup may also match other letter case or a number in digits.
             if (variable == 0 || NameOf(host, variable) != name) break;
             if (list == ListSurvivalTimes && host.HoldsTexts(variable)) break;
             found.push_back(variable);

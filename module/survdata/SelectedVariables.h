@@ -8,12 +8,12 @@
 
 namespace ozm::survival {
 
-/// Fills a selection list with variables of the present data, and keeps their names.
+/// Fills a selection list with variables of the current data, and stores their names.
 void TakeList(CAnalysisSupport& host, SharedSettings& shared, std::size_t list, std::vector<int> variables);
 
-/// Other data: a list whose variables all exist there by name stays, numbered as they are there. Any other is
-/// cleared: a part of it (an end date without its start) would mean something else. Survival times that are
-/// texts now are none.
+/// After other data were opened: a list whose variables all exist there by name is kept, with the numbers
+/// that they have there. Any other is cleared, as a part of it (an end date without its start) would mean
+/// something else. Survival times that are texts in the new data are cleared too.
 void FindListsAgain(CAnalysisSupport& host, SharedSettings& shared);
 
 } // namespace ozm::survival

@@ -30,7 +30,7 @@ std::string DescribeCodes(CAnalysisSupport& host, int variable) {
 
 bool IsCodeOf(CAnalysisSupport& host, int variable, double code) {
     if (!std::isfinite(code)) return false;
-    // A variable may have any number of codes: ask for those alone that could be this one.
+    // A variable may have any number of codes: ask only for those that could be this one.
     constexpr double infinity = std::numeric_limits<double>::infinity();
     DefaultCodeOptions near{
         .most = 2 * static_cast<int>(equalCodesLieWithin) + 1, .least = code, .greatest = code};

@@ -18,7 +18,7 @@ namespace ozm::survival {
 
 /// A code that has not been chosen: all bits set, a NaN, which matches no value.
 inline constexpr double unsetCode = std::bit_cast<double>(~std::uint64_t{0});
-/// A code as it is kept: whatever NaN stands for none becomes the one above.
+/// A code as it is stored: any NaN becomes the one above.
 inline double KeptCode(double code) {
     return std::isnan(code) ? unsetCode : code;
 }
@@ -41,24 +41,24 @@ using SelectionLists = std::array<std::vector<int>, SelectionListCount>;
 /// Areas through which reading passes and routines exchange data with the host; registered with it as
 /// commons.
 struct WorkAreas {
-    std::array<double, 76> values{};  ///< values of the case in hand, in the order of `variables`
+    std::array<double, 76> values{};  ///< values of the current case, in the order of `variables`
     std::array<double, 76> missing{}; ///< missing-data codes of the same variables
     std::array<std::int32_t, 76> variables{};
     /// Of the last complete reading pass: observations read, valid, then the counts of `ReadingCounts` from
     /// `missingCode` on in their order.
     std::array<std::int32_t, 14> counts{};
-    std::array<double, 8> statistics{}; ///< of the last computation; an analysis says which
+    std::array<double, 8> statistics{}; ///< of the last computation; each analysis documents its own
 };
 
 /// What every analysis shares: selections, codes and what is known of the data.
 struct SharedSettings {
-    /// The analysis object whose selections and results these are; only compared.
+    /// The analysis object that these selections and results belong to; only compared, never used.
     const CAnalysisSupport* owner = nullptr;
     AnalysisType analysisType = AnalysisType::LifeTables;
     InputDataType inputDataType = InputDataType::Raw;
     std::int16_t timeVariables = 0; ///< 0 none yet; 1 times; 2 dates; 6 month, day, year twice
     SelectionLists lists;
-    /// The names of the variables in each list, by which they are found again in other data.
+    /// The names of the variables in each list, to find them again in other data.
     std::array<std::vector<std::string>, SelectionListCount> listNames;
     double completeCode = unsetCode;
     double censoredCode = unsetCode;
@@ -73,7 +73,7 @@ struct SharedSettings {
     [[nodiscard]] const std::vector<int>& List(SelectionListId id) const { return lists[id]; }
     std::vector<int>& List(SelectionListId id) { return lists[id]; }
 
-    /// The time variables in force: none while their number is 0, whatever the list still holds.
+    /// The time variables in use: none while `timeVariables` is 0, even if the list has some.
     [[nodiscard]] std::span<const int> Times() const {
         return timeVariables == 0 ? std::span<const int>{} : std::span<const int>{lists[ListSurvivalTimes]};
     }

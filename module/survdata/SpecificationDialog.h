@@ -18,10 +18,11 @@ protected:
     /// Shows what is left of the selections.
     void OnDataChanged() override { OnOpen(); }
 
-    /// OK: checks, which leave the dialog open, then the run, and the way to the step that follows.
+    /// OK: checks the input (and leaves the dialog open on errors), runs the analysis and goes to the next
+    /// step.
     virtual void Run() = 0;
 
-    /// Times, censoring variable and codes; what is wrong is shown in a message, and false answered.
+    /// Checks times, censoring variable and codes; false after a message about what is wrong.
     bool CommonSelectionsAreValid();
 
     /// Closes the dialog after a run: forward to the results, or back to the specification for other data.

@@ -4,9 +4,8 @@
 
 namespace ozm::survival {
 
-/// How a reading pass ended, or a run that adds no statuses of its own. The numbers are those that users and
-/// scripts know. An analysis with further outcomes has an enumeration for them: the same number means another
-/// thing there.
+/// How a reading pass ended, or a run without statuses of its own. Users and scripts know the numbers. An
+/// analysis with further outcomes has its own enumeration, in which the same number means something else.
 enum class Status : std::int16_t {
     Success = 0,
     NoMemory = -1, ///< the host refused an array; has a message but no number

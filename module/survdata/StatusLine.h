@@ -5,14 +5,14 @@
 
 namespace ozm::survival {
 
-/// The host's status line while something is done; empty again on every way out.
+/// Shows a text in the host's status line for as long as it lives, then clears the line.
 class StatusLine {
 public:
     StatusLine(CAnalysisSupport& host, int text) : host_(host) { Show(text); }
     ~StatusLine() {
         try {
             host_.d_stat({});
-        } catch (...) { // NOLINT(bugprone-empty-catch): a text that cannot be taken away
+        } catch (...) { // NOLINT(bugprone-empty-catch): a text that cannot be cleared
         }
     }
     StatusLine(const StatusLine&) = delete;

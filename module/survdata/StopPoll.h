@@ -2,8 +2,8 @@
 
 namespace ozm::survival {
 
-/// A stop test as numerical routines know it: a question, and nothing about who answers. Without one they run
-/// to their end.
+/// A stop test for numerical routines, which know nothing of the host behind it. Without one they run to
+/// their end.
 class StopPoll {
 public:
     using Question = bool (*)(void* context);

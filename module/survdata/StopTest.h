@@ -5,8 +5,9 @@
 
 namespace ozm::survival {
 
-/// The shared stop test: asks the progress display, then the outside, then the iteration window, and answers
-/// at the first that reports a stop. Every reading and iterating loop asks it once per case or per iteration.
+/// The shared stop test: asks the progress display, then for a stop from outside, then the iteration window,
+/// and returns true at the first that reports a stop. Every reading or iterating loop calls it once per case
+/// or iteration.
 inline bool StopRequested(CAnalysisSupport& host) {
     return host.pcancel() || host.IsExternallyCancelled() || host.Iterations().WasCanceled();
 }

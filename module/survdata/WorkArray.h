@@ -8,16 +8,16 @@
 
 namespace ozm::survival {
 
-/// An array of a run or of its results: fixed storage while `Fixed` entries do, else memory from the host.
+/// An array of a run or of its results: fixed storage for up to `Fixed` entries, else memory from the host.
 /// Elements are not initialised. The host must outlive it.
 template <class T, std::size_t Fixed>
 class WorkArray {
 public:
     WorkArray() = default;
-    WorkArray(const WorkArray&) = delete; // its span may lie in itself
+    WorkArray(const WorkArray&) = delete; // its span may point into the object itself
     WorkArray& operator=(const WorkArray&) = delete;
 
-    /// Takes the place of what it held. False when the host refused the request; the array is then empty.
+    /// Replaces what the array held. False when the host refused the request; the array is then empty.
     [[nodiscard]] bool Obtain(CAnalysisSupport& host, std::size_t count) {
         Release();
         if (count <= Fixed) {

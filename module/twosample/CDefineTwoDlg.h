@@ -24,8 +24,8 @@ protected:
 private:
     /// False when a message was shown.
     bool SelectionsAreValid();
-    /// Whether both codes of groups are set and some selected case has them. A variable whose codes the host
-    /// does not tell, or not all of them, is left to the run.
+    /// Whether both group codes are set and each occurs among the selected cases. If the host cannot list the
+    /// codes, or not all of them, the run decides.
     bool GroupCodesAreValid();
 
     TwoState& state_;

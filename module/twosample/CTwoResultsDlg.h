@@ -9,7 +9,7 @@
 
 namespace ozm::survival {
 
-/// Results of the two-sample comparison. The report's header stands above the first output.
+/// Results of the two-sample comparison. The report's header comes before the first output.
 class CTwoResultsDlg final : public ResultsDialog {
 public:
     CTwoResultsDlg(CAnalysisSupport& host, SharedSettings& shared, TwoState& state);

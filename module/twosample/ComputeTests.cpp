@@ -10,7 +10,7 @@ std::size_t Uncensored(const PooledSample& sample) {
     return static_cast<std::size_t>(sample.Total().uncensored);
 }
 
-/// The probability of a statistic as it is stored.
+/// The probability of a statistic in its stored precision.
 double NormalProbability(float statistic) {
     return TwoSidedProbability(static_cast<double>(statistic));
 }

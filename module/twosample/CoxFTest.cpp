@@ -33,8 +33,8 @@ bool CoxFApplies(const PooledSample& sample) {
 }
 
 CoxFStatistic CoxFTest(const PooledSample& sample, std::span<double> scores) {
-    // The sample's order is that of its uncensored times; which group comes first in a tie does not matter to
-    // scores that are averaged over it.
+    // The sample's order is that of its uncensored times; which group comes first in a tie does not matter,
+    // as scores are averaged over it.
     const int observations = sample.Total().All();
     double expected = 0.0;
     std::size_t k = 0;     // uncensored so far
@@ -64,7 +64,7 @@ CoxFStatistic CoxFTest(const PooledSample& sample, std::span<double> scores) {
     for (const PooledObservation& o : sample.observations)
         if (o.Failed()) sums[o.group == 1 ? 0 : 1] += scores[next++];
     if (sample.Total().censored > 0) {
-        const double last = expected + 1.0 / sample.Total().censored; // N - r are censored
+        const double last = expected + 1.0 / sample.Total().censored; // N - r observations are censored
         sums[0] += last * sample.Group(1).censored;
         sums[1] += last * sample.Group(2).censored;
     }

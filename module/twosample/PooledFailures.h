@@ -22,7 +22,7 @@ struct PooledFailures {
     double survivalAfter = 1.0; ///< S(m+1), just after the last of them
 };
 
-/// Fills `room`, which holds as many entries as the sample has uncensored observations, and answers the part
+/// Fills `room`, which holds as many entries as the sample has uncensored observations, and returns the part
 /// in use. n(1) = N less the censored observations before the first failure; n(j+1) = n(j) - d(j) - c(j) with
 /// c(j) the observations censored from t(j) on and before t(j+1); S(1) = 1, S(j+1) = (1 - q(j)) S(j).
 PooledFailures TabulateFailures(const PooledSample& sample, std::span<FailureTime> room);

@@ -14,17 +14,17 @@
 namespace ozm::survival {
 namespace {
 
-/// What a run learns on its way, for its messages.
+/// What a run keeps for its messages.
 struct Run {
     std::int32_t capacity = 0; ///< of each list
-    Observation refused;       ///< the one that its list had no room for
+    Observation refused;       ///< the one that did not fit into its list
     ReadingCounts reading;
     std::array<GroupCount, 2> groups;
 };
 
 Status Read(CAnalysisSupport& host, SharedSettings& shared, GroupLists& lists, Run& run) {
     CaseReader reader(host, shared, CaseReader::Groups::ByCodes);
-    // The lists are full one by one, not all together.
+    // Each list fills up by itself: no common limit.
     constexpr auto anyNumber = std::numeric_limits<std::int32_t>::max();
     const Status status = reader.Read(anyNumber, [&](const Observation& o) {
         if (lists.Append(o)) return true;
@@ -60,7 +60,7 @@ std::string GroupLine(std::string_view title, const GroupCount& group) {
            Filled(StrTwoGroupCounts, {FormatCount(group.uncensored), FormatCount(group.censored)});
 }
 
-/// The list that had no room for one more, and what to do.
+/// Which list was full, and what to do.
 std::string DescribeFull(const Run& run) {
     const std::string capacity = FormatCount(run.capacity);
     return Filled(run.refused.complete ? StrTwoUncensoredFull : StrTwoCensoredFull,
@@ -68,7 +68,7 @@ std::string DescribeFull(const Run& run) {
            " " + Filled(StrTwoCapacity, {capacity});
 }
 
-/// What the message of a status does not know: the counts of this run.
+/// The details of this run for the message of a status: its counts.
 std::string Describe(CAnalysisSupport& host, const SharedSettings& shared, const Run& run, Status status) {
     switch (status) {
     case Status::TooFewValid:

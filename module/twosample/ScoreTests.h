@@ -15,8 +15,8 @@ struct ScoreStatistic {
     float z = 0.0F;            ///< referred to the standard normal distribution
 };
 
-/// The permutation statistic of one score u(i) per observation: what the sum over group 1 is worth when every
-/// division into groups of these sizes is equally likely and the scores add up to 0,
+/// The permutation statistic of one score u(i) per observation: the sum over group 1, standardised under the
+/// assumption that every division into groups of these sizes is equally likely and the scores add up to 0,
 ///
 ///   WW = sum of u over group 1,  Sum = sum of all u^2,  Var = Sum N1 N2 / (N (N - 1)),  z = WW / sqrt(Var)
 ///

@@ -9,8 +9,8 @@
 
 namespace ozm::survival {
 
-/// One number of a test's line of statistics: how a formula names it, how programs and people find its
-/// column.
+/// One number of a test's line of statistics: its symbol, and the names of its column for programs and
+/// people.
 struct Statistic {
     std::string_view symbol;
     const char* id;
@@ -29,7 +29,7 @@ std::vector<Statistic> StatisticsOf(const TestResult& result);
 /// The notes below it: which variance it uses first.
 std::vector<std::string> NotesOf(const TestResult& result, const PooledSample& sample);
 
-/// What a test has of the columns that set all of them side by side; NaN or empty for what it has not.
+/// A test's row in the table of all tests; NaN or empty where the test has no such value.
 struct SummaryRow {
     static constexpr double empty = std::numeric_limits<double>::quiet_NaN();
     double statistic = empty; ///< z, F or C

@@ -12,14 +12,14 @@
 namespace ozm::survival {
 namespace {
 
-/// Puts a text over the blanks of a line, its last character at `end`.
+/// Writes a text over the blanks of a line, ending at `end`.
 void PutRightAligned(std::string& line, std::size_t end, std::string_view text) {
     const std::size_t from = text.size() > end + 1 ? 0 : end + 1 - text.size();
     line.replace(from, end + 1 - from, text);
 }
 
-/// Fills "Label:        (   .  %)        (   .  %)": a count before each parenthesis, its share of the group
-/// within.
+/// Fills "Label:        (   .  %)        (   .  %)": a count before each parenthesis, and its percentage of
+/// the group inside.
 std::string FillCounts(int id, const PooledSample& sample, std::int32_t GroupCount::*counted) {
     std::string line{Text(id)};
     std::size_t open = 0;
@@ -71,7 +71,7 @@ void WriteTwoHeader(CAnalysisSupport& host, const SharedSettings& shared, const 
     lines.emplace_back();
     std::vector<std::string> shares;
     AddCounts(shares, sample, StrTwoGroupUncensored, StrTwoGroupCensored);
-    // Headings and totals end where the shares of their group do.
+    // Headings and totals end where the percentages of their group do.
     const std::size_t first = shares.front().find(')') + 1;
     const std::size_t second = shares.front().size();
     const auto row = [&](int label, const std::string& one, const std::string& two) {

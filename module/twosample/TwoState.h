@@ -17,8 +17,8 @@ public:
     static constexpr std::int32_t fixedCapacity = 250;
     static constexpr std::int32_t largestCapacity = 2000;
 
-    /// The fixed capacity while the data have at most that many cases and no weights; else one entry per case
-    /// but at most `largestCapacity`, which is also what weighted cases get.
+    /// The fixed capacity if the data have at most that many cases and no weights; else one entry per case,
+    /// at most `largestCapacity`; with weights always `largestCapacity`.
     static std::int32_t CapacityFor(std::int32_t cases, bool weighted);
 
     /// False when the host refused one.
@@ -41,7 +41,7 @@ private:
 
 /// What a run leaves for the results dialog: the pooled sample, sorted.
 struct TwoResults {
-    /// Fixed for as many observations as fixed lists of unweighted cases give.
+    /// Fixed storage for as many observations as fixed lists of unweighted cases can give.
     WorkArray<PooledObservation, GroupLists::fixedCapacity> observations;
     std::array<GroupCount, 2> groups;
 

@@ -129,7 +129,7 @@ OutputResult WriteTest(CAnalysisSupport& host, const PooledSample& sample, TwoTe
         return {false, TwoMessage(status)};
     OutputResult outcome;
     if (result.Computed()) outcome = WriteIntermediate(host, sample, result);
-    // After what it rests on, which may be long: a reader's eye is at the end.
+    // Last, after the spreadsheet it is computed from, which may be long: readers look at the end.
     WriteTestReport(host, sample, result);
     if (result.Computed() && outcome.made) outcome = WriteStatistics(host, sample, result);
     return outcome;

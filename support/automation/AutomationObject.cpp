@@ -35,20 +35,20 @@ bool IsTold(const AutomationMember& member) {
 double Number(const AutomationValue& value) {
     if (const auto* number = std::get_if<double>(&value.value)) return *number;
     if (const auto* whole = std::get_if<int>(&value.value)) return *whole;
-    Refuse("a number is wanted");
+    Refuse("a number is expected");
 }
 
 int WholeNumber(const AutomationValue& value) {
     const double number = Number(value);
     if (!(number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max()) ||
         number != std::trunc(number))
-        Refuse("a whole number is wanted");
+        Refuse("a whole number is expected");
     return static_cast<int>(number);
 }
 
 const AutomationValue::List& ListOf(const AutomationValue& value, const char* what) {
     if (const auto* list = std::get_if<AutomationValue::List>(&value.value)) return *list;
-    Refuse(std::string{"a list of "} + what + " is wanted");
+    Refuse(std::string{"a list of "} + what + " is expected");
 }
 
 int VariableNumber(const CAnalysisDialog& dialog, const AutomationValue& value) {
@@ -88,7 +88,7 @@ int ChoiceOf(const AutomationMember& member, const ControlTemplate& group, int c
     if (chosen != member.choice) return chosen;
     if (group.choices.size() != 2)
         Refuse("'" + std::string{member.name} + "' is one of " + std::to_string(group.choices.size()) +
-               " choices: put true to the one that is wanted instead");
+               " choices: set the wanted one to true instead");
     return 3 - member.choice;
 }
 
@@ -107,7 +107,7 @@ ControlValue ToControl(const CAnalysisDialog& dialog, const AutomationMember& me
         return Number(value);
     case MemberType::Text:
         if (const auto* text = std::get_if<std::string>(&value.value)) return *text;
-        Refuse("a text is wanted");
+        Refuse("a text is expected");
     case MemberType::Code:
         return Code(dialog, control, value);
     case MemberType::Enumeration: {
@@ -136,7 +136,7 @@ ControlValue ToControl(const CAnalysisDialog& dialog, const AutomationMember& me
         std::vector<std::string> texts;
         for (const AutomationValue& entry : ListOf(value, "texts")) {
             const auto* text = std::get_if<std::string>(&entry.value);
-            if (text == nullptr) Refuse("a list of texts is wanted");
+            if (text == nullptr) Refuse("a list of texts is expected");
             texts.push_back(*text);
         }
         return texts;

@@ -79,7 +79,7 @@ TEST_F(TwoSampleTest, CasesOfOtherGroupsAreANote) {
     const Outcome outcome = compare(example("veteran.csv") + " --time time --censor status",
                                     "--group celltype --group1 squamous --group2 large --format json");
     const std::string note =
-        "75 of 137 cases left out: 75 with another code of 'celltype' than 'squamous' or 'large'.";
+        "75 of 137 cases left out: 75 with a code of 'celltype' other than 'squamous' or 'large'.";
     EXPECT_EQ(outcome.err, "korvana: note: " + note + "\n");
     EXPECT_EQ(json::parse(outcome.out)["notes"], json{note});
     EXPECT_TRUE(has(outcome.out, "Total number of valid observations: 62"));

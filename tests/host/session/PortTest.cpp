@@ -115,7 +115,7 @@ TEST_F(PortTest, AChoiceOfARadioGroupIsAMemberOfItsOwn) {
     EXPECT_TRUE(script().Put("Third", 1).ok) << "as from languages without truth values";
     EXPECT_TRUE(script().Put("First", false).ok) << "it is not chosen";
     EXPECT_EQ(script().Put("Third", false).detail,
-              "'Third' is one of 3 choices: put true to the one that is wanted instead");
+              "'Third' is one of 3 choices: set the wanted one to true instead");
     EXPECT_EQ(script().Get("Third").value, AutomationValue{true});
 
     dialog().Press(ControlOk);

@@ -76,8 +76,8 @@ TEST_F(KaplanFixture, DataThatCannotBeAnalysedAreRefused) {
 TEST_F(KaplanFixture, AnEmptyReadingSaysWhichCodesThereAre) {
     const double unset = test::none;
     const std::vector<std::tuple<double, double, std::string>> cases{
-        {5, 6, "with another code of 'relapse' than 5 or 6"},
-        {5, unset, "with another code of 'relapse' than 5 or not set"},
+        {5, 6, "with a code of 'relapse' other than 5 or 6"},
+        {5, unset, "with a code of 'relapse' other than 5 or not set"},
         {unset, unset, "as no codes of 'relapse' are given: give the two whose cases are to be analysed"}};
     Specify();
     for (const auto& [complete, censored, why] : cases) {

@@ -57,8 +57,8 @@ TEST_F(CaseReaderTest, SkipsWhatIsNoObservationAndSaysWhy) {
     EXPECT_EQ(r.counts.LeftOut(), 8);
     EXPECT_EQ(
         ReadingNotes(analysis, settings, r.counts),
-        std::vector<std::string>{"8 of 10 selected cases left out: 2 with no value of 'd', 1 with another "
-                                 "code of 'd' than 1 or 0, 2 with no value of 't', 1 with a value of 't' "
+        std::vector<std::string>{"8 of 10 selected cases left out: 2 with no value of 'd', 1 with a "
+                                 "code of 'd' other than 1 or 0, 2 with no value of 't', 1 with a value of 't' "
                                  "beyond 1e15, 2 with a negative survival time."});
 }
 
@@ -97,14 +97,14 @@ TEST_F(CaseReaderTest, WeightsThatDoSomethingElseAreTold) {
         host.columns[2].values = std::move(weights);
         return ReadingNotes(analysis, settings, Read().counts);
     };
-    const std::string leftOut = "1 of 7 cases left out: 1 with another code of 'd' than 1 or 0.";
+    const std::string leftOut = "1 of 7 cases left out: 1 with a code of 'd' other than 1 or 0.";
     EXPECT_EQ(notes({1, 2, 3, 1, 2, 1, none}), std::vector<std::string>{leftOut});
     EXPECT_EQ(notes({0, none, 2.0000001, 0.5, 1, 1, 0}),
               (std::vector<std::string>{leftOut, "1 case without a weight in 'w' counts once.",
                                         "1 case with a weight of 0 or less in 'w' counts once.",
                                         "1 case with a weight below 2 in 'w' that is not 1 counts once.",
-                                        "1 case with a weight in 'w' that is no whole number counts as often "
-                                        "as the next one says (2.1 would count three times)."}));
+                                        "1 case with a weight in 'w' that is not a whole number: it is "
+                                        "rounded up (2.1 would count three times)."}));
     EXPECT_EQ(notes({0, -1, 0, none, none, 1, 1})[2],
               "3 cases with a weight of 0 or less in 'w' count once each.");
 }
@@ -168,7 +168,7 @@ TEST_F(CaseReaderTest, AsManyGroupsAsThereAreCodes) {
     const std::vector<std::string> notes = ReadingNotes(analysis, settings, reader.Counts());
     ASSERT_EQ(notes.size(), 1U);
     EXPECT_TRUE(
-        notes[0].ends_with("'g' than 20000, 19999, 19998, 19997, 19996, 19995, 19994, 19993, 19992, 19991, "
+        notes[0].ends_with("'g' other than 20000, 19999, 19998, 19997, 19996, 19995, 19994, 19993, 19992, 19991, "
                            "19990, 19989 or 19987 more."))
         << notes[0];
     // The header lists them all; two have names besides.
@@ -204,7 +204,7 @@ TEST_F(CaseReaderTest, GroupsOfTwoCodesAndOverlappingCensoringCodes) {
     EXPECT_EQ(groups, (std::vector<int>{1, 2, 1}));
     EXPECT_EQ(
         ReadingNotes(analysis, settings, reader.Counts()),
-        std::vector<std::string>{"2 of 5 cases left out: 1 with no value of 'g', 1 with another code of 'g' "
+        std::vector<std::string>{"2 of 5 cases left out: 1 with no value of 'g', 1 with a code of 'g' other "
                                  "than 7 (treated) or 8."});
 }
 

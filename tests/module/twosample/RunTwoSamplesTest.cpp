@@ -97,7 +97,7 @@ TEST_F(TwoFixture, AMessageTellsTheCountsOfThisRun) {
         "Two uncensored observations in all are needed, and an observation in each group.\n"
         "Group 1: 1 uncensored, 1 censored. Group 2: 0 uncensored, 1 censored.\n"
         "5 cases in the data, 5 selected, 3 valid.\n"
-        "2 of 5 cases left out: 1 with another code of 'died' than 1 or 0, 1 with another code of 'arm' than "
+        "2 of 5 cases left out: 1 with a code of 'died' other than 1 or 0, 1 with a code of 'arm' other than "
         "1 (CMF) or 2 (control).\n"
         "Codes of 'died' among the selected cases: 0 (2 cases), 1 (2 cases), 7 (1 case).\n"
         "Codes of 'arm' among the selected cases: 1 (3 cases), 2 (1 case), 3 (1 case).");

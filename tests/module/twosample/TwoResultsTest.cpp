@@ -199,8 +199,8 @@ TEST_F(TwoFixture, GroupsTooSmallForALifeTable) {
     host.Script().Call("CumulativeProportionSurvivingByGroup");
     EXPECT_EQ(host.messages.back().id, StrLtNoWidth);
     EXPECT_TRUE(host.messages.back().detail.ends_with(
-        "\nThe largest survival time is 0 (from 'months'): no interval can be "
-        "made of it."));
+        "\nThe largest survival time is 0 (from 'months'): it cannot be "
+        "divided into intervals."));
 }
 
 } // namespace

@@ -20,7 +20,7 @@ public:
         setMargins({});
     }
 
-    /// From the left edge of the plot to that of the axes.
+    /// The width between the left edge of the plot and that of the axes.
     [[nodiscard]] int roomForLabels() const {
         double room = 0.0;
         for (const AtRiskRow& row : rows_) {
@@ -80,7 +80,7 @@ private:
         return std::isnan(number) ? QString() : QString::number(number, 'f', 0);
     }
 
-    /// Every how many ticks a number finds its place.
+    /// How many ticks apart the numbers must be to have room.
     [[nodiscard]] std::size_t strideOf(const std::vector<double>& ticks, const QCPAxis& axis) const {
         if (ticks.size() < 2) return 1;
         double widest = 0.0;
@@ -114,7 +114,7 @@ double Leaving::atRisk(double time) const {
     constexpr double unknown = std::numeric_limits<double>::quiet_NaN();
     const double steps = step > 0.0 ? time / step : 0.0;
     if (std::fabs(steps - std::round(steps)) > 1e-6) return unknown;
-    // A tick is a multiple of the tick step and may lie a rounding error above the time that it stands for.
+    // A tick is a multiple of the tick step and may be a rounding error above the time that it means.
     const double just = time - 1e-12 * std::fabs(time);
     const auto first = std::lower_bound(times.begin(), times.end(), just);
     if (first == times.end() && staying > 0.0) return unknown;

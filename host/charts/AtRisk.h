@@ -17,16 +17,16 @@ namespace korvana {
 /// Whether any of the chart's series has them.
 [[nodiscard]] bool tellsNumbersAtRisk(const ozm::CChartInfo& info);
 
-/// When observations leave a sample: from the series of a chart.
+/// When observations leave a sample, taken from the series of a chart.
 struct Leaving {
     std::vector<double> times;    ///< ascending
-    std::vector<double> counts{}; ///< how many leave at each, empty: one
-    double step = 0.0;            ///< 0: the times are not gathered
-    double staying = 0.0;         ///< leave after the last of the times
+    std::vector<double> counts{}; ///< how many leave at each; empty: one at each
+    double step = 0.0;            ///< 0: the times are exact
+    double staying = 0.0;         ///< how many leave after the last of the times
 
     [[nodiscard]] static Leaving of(const ozm::ChartSeries& series);
     /// How many are under observation just before a time: those that leave then or later. NaN where it is not
-    /// known: beyond the last time while others stay, and between the multiples of the step.
+    /// known: beyond the last time if some leave later, and between the multiples of the step.
     [[nodiscard]] double atRisk(double time) const;
     [[nodiscard]] double all() const;
 };
@@ -34,13 +34,13 @@ struct Leaving {
 struct AtRiskRow {
     QString label;
     QColor colour;
-    double from = 0.0; ///< the curve begins here; nothing is shown before
+    double from = 0.0; ///< the curve begins here; no number is shown before it
     Leaving leaving;
 };
 
-/// Appends the rows to the plot's layout, below the axes; each number stands under its tick of the x axis and
+/// Appends the rows to the plot's layout, below the axes; each number is under its tick of the x axis and
 /// follows it when the axis changes. Where numbers would touch, only every second (third, ...) tick has one.
-/// Makes room for the labels at the left. Nothing when there is no row.
+/// Makes room for the labels at the left. Does nothing when there is no row.
 void addAtRiskRows(QCustomPlot& plot, std::vector<AtRiskRow> rows, const QFont& font, const QColor& ink);
 
 } // namespace korvana

@@ -37,7 +37,7 @@ std::string create() {
         static std::array<char, 10> platform{"offscreen"};
         static std::array<char*, 4> arguments{name.data(), option.data(), platform.data(), nullptr};
         static int count = 3;
-        // Qt sets the C locale from the environment; numbers written by other libraries would change with it.
+        // Qt sets the C locale from the environment, which would change numbers written by other libraries.
         const char* current = std::setlocale(LC_ALL, nullptr);
         const std::string locale = current != nullptr ? current : "C";
         own = new QApplication(count, arguments.data());

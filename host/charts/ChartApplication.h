@@ -10,10 +10,10 @@ namespace korvana {
 /// were.
 ///
 /// Returns an empty text when charts can be drawn in this thread, else the reason why not: no offscreen
-/// platform installed, an application without widgets, or another thread than the application's own.
+/// platform installed, an application without widgets, or a thread other than the application's own.
 [[nodiscard]] std::string ensureChartApplication();
 
-/// Keeps Qt's own remarks (run-time directory, character set) off standard error while it lives, when the
+/// While it lives, keeps Qt's warnings (run-time directory, character set) off standard error if the
 /// application is ours; the program's own application is left alone.
 class QuietQt {
 public:

@@ -11,14 +11,14 @@ namespace korvana {
 /// Beyond this a path is one block of colour rather than a line, and slow to paint.
 inline constexpr int mostReversals = 300;
 
-/// Joined points or markers of a series, however many: what falls onto one place of the picture is painted
-/// once, at any zoom.
+/// The joined points or markers of a series of any length: what falls onto the same place of the picture is
+/// painted once, at any zoom.
 class ChartCurve : public QCPCurve {
 public:
     ChartCurve(QCustomPlot& plot, const ChartPath& path); ///< the plot owns it
 
-    /// Markers nearer than that, in pixels, to the last one painted are left out, and the others are painted
-    /// as thin upright ticks: a curve that carries thousands of them is still seen. 0: all are painted.
+    /// Leaves out markers closer than this, in pixels, to the last one painted, and paints the others as thin
+    /// upright ticks, so that a curve with thousands of them can still be seen. 0: all are painted.
     void keepMarkersApart(double pixels) { apart_ = pixels; }
 
 protected:

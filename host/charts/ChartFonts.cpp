@@ -10,7 +10,7 @@ namespace {
 
 constexpr const char* fontFamily = "DejaVu Sans";
 
-/// Makes the fonts known to the application. The font database goes with it, so once for each.
+/// Makes the fonts known to the application, once for each, as the font database is destroyed with it.
 void addFonts() {
     static const QCoreApplication* done = nullptr;
     if (done == QCoreApplication::instance()) return;
@@ -33,13 +33,13 @@ QFont chartFont(int pixels, bool bold) {
     font.setPixelSize(pixels);
     font.setBold(bold);
     font.setHintingPreference(QFont::PreferNoHinting); // same widths at every resolution
-    // Whatever the desktop's settings are.
+    // Independent of the desktop's settings.
     font.setStyleStrategy(QFont::StyleStrategy(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
     return font;
 }
 
 void useChartFontWhereThereIsNone() {
-    // Names of families are listed even then.
+    // Font families are listed even without any font.
     if (QFontMetrics(QApplication::font()).inFont('a')) return;
     addFonts();
     QFont font = QApplication::font();

@@ -13,7 +13,7 @@ namespace {
 constexpr double largestValue = 1e200;
 constexpr double gap = std::numeric_limits<double>::quiet_NaN();
 
-/// Below this an axis has no room for ticks that a double can tell apart.
+/// Whether an axis is too narrow for ticks that a double can tell apart.
 bool tooNarrow(Extent extent) {
     const double magnitude = std::max(std::fabs(extent.low), std::fabs(extent.high));
     return !(extent.span() > std::max(magnitude * 1e-12, 1e-150));
@@ -104,7 +104,7 @@ ChartPath pathOf(const ozm::ChartSeries& series) {
 ChartPath clipped(const ChartPath& path, Extent x, Extent y) {
     ChartPath result;
     result.reserve(path.size());
-    bool joined = false; // whether the last point of the result is where the path stands
+    bool joined = false; // whether the last point of the result is where the path is now
     if (path.size() == 1 && x.contains(path[0].x) && y.contains(path[0].y)) result.push_back(path[0]);
     for (std::size_t i = 1; i < path.size(); ++i) {
         const ChartPoint& a = path[i - 1];
@@ -190,7 +190,7 @@ HistogramClasses histogramClasses(std::span<const double> values) {
     width = niceWidth(std::clamp(width, extent.span() / 60.0, extent.span()));
 
     HistogramClasses classes{std::floor(extent.low / width) * width, width, 1};
-    // Far from zero the multiples of the width are equal numbers: begin at the data instead.
+    // Far from zero, neighbouring multiples of the width are equal numbers: begin at the data instead.
     if (std::fabs(extent.low) / width > 1e12) classes.start = extent.low;
     classes.count = std::clamp(static_cast<int>(std::ceil((extent.high - classes.start) / width)), 1, 100);
     return classes;

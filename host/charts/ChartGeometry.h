@@ -7,8 +7,8 @@
 
 namespace korvana {
 
-/// What a chart's numbers become before anything is painted: paths inside the axes' ranges, thinned to what
-/// can be seen. The drawing back ends clip differently (SVG not at all), so clipping is settled here.
+/// Turns a chart's numbers into paths inside the axes' ranges, thinned to what can be seen. The drawing back
+/// ends clip differently (SVG not at all), so clipping is done here.
 
 struct Extent {
     double low = 0.0;
@@ -30,11 +30,11 @@ using ChartPath = std::vector<ChartPoint>;
 [[nodiscard]] bool isDrawable(double value);
 [[nodiscard]] bool isDrawable(const ChartPoint& point);
 
-/// Smallest extent of what can be drawn; low > high when there is nothing.
+/// The extent of the drawable values; low > high when there are none.
 [[nodiscard]] Extent extentOf(std::span<const double> values);
 
-/// The axis: the given range where there is one, else the data with `margin` of its span on both sides. A
-/// span too small to be divided (all values alike, none at all) is widened around its middle.
+/// The range of an axis: the given one if there is one, else the data's with `margin` of its span on both
+/// sides. A span too small to be divided (equal values, or none) is widened around its middle.
 [[nodiscard]] Extent axisExtent(const ozm::ChartAxis& axis, Extent data, double margin);
 
 /// The series' points in their order, a step function with its corners written out.
@@ -43,14 +43,14 @@ using ChartPath = std::vector<ChartPoint>;
 /// Cuts the joined points at the borders (Liang and Barsky 1984, ACM Trans. Graphics 3:1-22).
 [[nodiscard]] ChartPath clipped(const ChartPath& path, Extent x, Extent y);
 
-/// Leaves of each stretch within one of `columns` vertical strips the first, lowest, highest and last point.
+/// Of each stretch within one of `columns` vertical strips, keeps the first, lowest, highest and last point.
 [[nodiscard]] ChartPath thinned(const ChartPath& path, Extent x, int columns);
 
 /// Single points inside the ranges, one for each occupied cell of a columns by rows raster.
 [[nodiscard]] ChartPath markersOf(const ozm::ChartSeries& series, Extent x, Extent y, int columns, int rows);
 
-/// Equally wide classes; class k holds start + k*width <= value < start + (k+1)*width, the last one its end
-/// as well.
+/// Classes of equal width; class k holds start + k*width <= value < start + (k+1)*width, the last one also
+/// its end.
 struct HistogramClasses {
     double start = 0.0;
     double width = 1.0;

@@ -18,7 +18,7 @@ std::size_t columnsFor(const std::vector<LegendEntry>& entries, std::size_t grou
     for (const LegendEntry& entry : entries)
         widest = std::max(widest, metrics.horizontalAdvance(entry.text));
     auto columns = static_cast<std::size_t>(std::max(1.0, (width - 60) / (widest + iconWidth + 2 * spacing)));
-    // Where every group has the same number of entries, no group is torn over the end of a line.
+    // Where every group has the same number of entries, no group is split between two lines.
     const std::size_t perGroup = entries.size() / groups;
     if (entries.size() % groups == 0 && perGroup > 1 && columns > perGroup) columns -= columns % perGroup;
     return columns;
@@ -30,7 +30,7 @@ std::string bandText(std::string_view lower, std::string_view upper) {
     if (lower == upper || upper.empty()) return std::string(lower);
     const auto differ = std::mismatch(lower.begin(), lower.end(), upper.begin(), upper.end()).first;
     const std::string_view head = lower.substr(0, static_cast<std::size_t>(differ - lower.begin()));
-    const std::size_t word = head.rfind(' '); // the last word that both share whole ends here
+    const std::size_t word = head.rfind(' '); // the last whole word that both share ends here
     if (word == std::string_view::npos || word == 0)
         return std::string(lower) + (lower.empty() ? "" : ", ") + std::string(upper);
     return std::string(head.substr(0, word)) + " limits";
@@ -54,7 +54,7 @@ void addLegend(QCustomPlot& plot, std::vector<LegendEntry> entries, std::size_t 
     legend->setFont(font);
     legend->setTextColor(ink);
     legend->setIconSize(iconWidth, 14);
-    // SVG does not clip a line's icon, which is 5 pixels longer than its place.
+    // SVG does not clip a line's icon, which is 5 pixels longer than its space.
     legend->setIconTextPadding(12);
     legend->setColumnSpacing(spacing);
     legend->setRowSpacing(2);

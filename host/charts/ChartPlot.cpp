@@ -32,8 +32,8 @@ constexpr std::size_t mostBands = 3; // more shades than that hide each other
 constexpr double marksApart = 7.0;   // pixels, of the marks of censored observations
 constexpr int mostNoteLines = 4;
 
-/// Qt's rasteriser takes time by the square of the edges that one outline has in a scan line, so a path that
-/// goes up and down often is painted in short pieces. Their square caps fill the corners.
+/// Qt's rasteriser takes time in proportion to the square of the edges of an outline in a scan line, so a
+/// path that goes up and down often is painted in short pieces. Their square caps fill the corners.
 ChartPath inPieces(const ChartPath& path) {
     constexpr std::size_t pieceSize = 4;
     constexpr double gap = std::numeric_limits<double>::quiet_NaN();
@@ -175,7 +175,7 @@ private:
         }
         bars->data()->set(data, true);
         bars->setWidth(classes.width);
-        // Bars of several groups are outlines, so that none hides another.
+        // Bars of several groups are outlined only, so that none hides another.
         const bool alone = style_.groupCount() == 1;
         bars->setBrush(alone ? QBrush(style_.tint(series, barTint)) : QBrush(Qt::NoBrush));
         bars->setPen(QPen(style_.colour(series).darker(alone ? 130 : 100), alone ? 1 : 2));
@@ -199,7 +199,7 @@ private:
         }
     }
 
-    /// A bound's path pressed into the axes' ranges; empty when it has gaps, where a fill would mislead, or
+    /// A bound's path limited to the axes' ranges; empty when it has gaps, where a fill would mislead, or
     /// goes up and down so often that filling would take minutes.
     [[nodiscard]] ChartPath inside(const ChartSeries& series) const {
         ChartPath path = pathOf(series);
@@ -231,11 +231,11 @@ private:
                 rows.push_back({elidedLine(series.legend, font(13), options_.width / 4),
                                 style_.colour(series), series.x.empty() ? 0.0 : series.x.front(),
                                 Leaving::of(series)});
-        if (rows.size() == 1) rows[0].label.clear(); // there is no other: the axes keep the room
+        if (rows.size() == 1) rows[0].label.clear(); // a single row needs no label: the axes keep the room
         addAtRiskRows(plot_, std::move(rows), font(13), tones_.ink);
     }
 
-    /// What must be known to read the chart, in full width below everything else.
+    /// The chart's notes, in full width below everything else.
     void addNotes() {
         QStringList lines;
         for (const std::string& note : info_.notes)

@@ -10,8 +10,8 @@ struct ChartRanges {
     HistogramClasses classes; ///< of all histograms of the chart together
 };
 
-/// What the axes show: the given ranges, else the data's. Where something is drawn on an end of a given
-/// range or close to it, the axis goes a little further, so that the line or the marker is drawn whole.
+/// The ranges of the axes: those given, else those of the data. Where something is drawn at an end of a given
+/// range or close to it, the axis goes a little further, so that the line or marker is not cut.
 [[nodiscard]] ChartRanges rangesOf(const ozm::CChartInfo& info);
 
 } // namespace korvana

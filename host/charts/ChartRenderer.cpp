@@ -30,7 +30,7 @@ QString titleOf(const ozm::CChartInfo& info) {
     return QString::fromStdString(shownLine(info.title));
 }
 
-/// Paints onto a device whose unit is 1/scale of a pixel.
+/// Paints onto a device that has `scale` units to a pixel.
 bool paintOn(QCustomPlot& plot, QPaintDevice& device, double scale, bool vectors) {
     QCPPainter painter;
     if (!painter.begin(&device)) return false;
@@ -47,7 +47,7 @@ bool drawSvg(QCustomPlot& plot, const ozm::CChartInfo& info, QBuffer& out) {
     generator.setResolution(pixelsPerInch);
     generator.setSize(QSize(pictureWidth, pictureHeight));
     generator.setViewBox(QRect(0, 0, pictureWidth, pictureHeight));
-    generator.setTitle(QString::fromStdString(escaped(shownLine(info.title)))); // Qt writes it as it is
+    generator.setTitle(QString::fromStdString(escaped(shownLine(info.title)))); // Qt does not escape it
     return paintOn(plot, generator, 1.0, true);
 }
 
@@ -72,7 +72,7 @@ bool drawPdf(QCustomPlot& plot, const ozm::CChartInfo& info, QBuffer& out) {
     return paintOn(plot, writer, pdfScale, true);
 }
 
-/// The SVG as an HTML page holds it.
+/// The SVG in the form for an HTML page.
 QByteArray svgForPage(const QByteArray& svg, std::string_view prefix, const ozm::CChartInfo& info) {
     const QString scope = QString::fromUtf8(prefix.data(), static_cast<qsizetype>(prefix.size()));
     QByteArray bytes;
@@ -127,7 +127,7 @@ Picture renderChart(const ozm::CChartInfo& info, PictureFormat format, const Pic
         if (drawn && !bytes.isEmpty()) {
             picture.bytes = bytes.toStdString();
         } else {
-            picture.error = noMemoryToDraw; // there is no other reason
+            picture.error = noMemoryToDraw; // the only possible reason
         }
     } catch (const std::bad_alloc&) {
         picture.error = noMemoryToDraw;

@@ -11,7 +11,7 @@ using ozm::ChartSeries;
 /// Okabe and Ito (2008), distinct with any colour vision; without its yellow, which is lost on white.
 constexpr std::array<QRgb, 7> groupColours{0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7,
                                            0xFFE69F00, 0xFF56B4E9, 0xFF000000};
-/// The same hues, lightened to stand out from a dark ground; white in black's place.
+/// The same hues, lightened to stand out from a dark ground; white instead of black.
 constexpr std::array<QRgb, 7> darkPalette{0xFF5AB0F0, 0xFFF28446, 0xFF2EC79B, 0xFFE59CC8,
                                           0xFFFFC247, 0xFFA6DEFF, 0xFFFFFFFF};
 
@@ -65,7 +65,7 @@ QPen ChartStyle::pen(const ChartSeries& series) const {
     if (isBound(series)) {
         pen.setDashPattern({5.0, 3.0});
     } else if (place(series) >= groupColours.size()) {
-        pen.setStyle(Qt::DashDotLine); // colours come round again
+        pen.setStyle(Qt::DashDotLine); // the colours repeat
     }
     return pen;
 }

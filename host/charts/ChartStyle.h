@@ -21,10 +21,10 @@ struct ChartTones {
 [[nodiscard]] bool isPath(const ozm::ChartSeries& series); ///< a line or steps
 [[nodiscard]] bool hasMarkers(const ozm::ChartSeries& series);
 
-/// Colours, pens and markers of a chart's series. Colours go by the series' group, in order of appearance.
+/// Colours, pens and markers of a chart's series. Colours are by group of the series, in order of appearance.
 ///
-/// All of them are opaque: Qt mixes translucent ones in threads of its pool and waits for ever where none can
-/// be started. A tint is what the colour would be, translucent, on the chart's ground.
+/// All of them are opaque: Qt blends translucent ones in threads of its pool and waits for ever where none
+/// can be started. A tint is the colour blended with the chart's background.
 class ChartStyle {
 public:
     ChartStyle(const ozm::CChartInfo& info, bool dark);

@@ -7,7 +7,7 @@
 namespace korvana {
 namespace {
 
-/// Longer texts cannot be shown anyway, and measuring them takes its time.
+/// Longer texts cannot be shown anyway, and measuring them is slow.
 constexpr qsizetype mostCharacters = 2000;
 
 QString plain(std::string_view text) {

@@ -44,7 +44,7 @@ Letters lettersOf(const QByteArray& svg) {
     return letters;
 }
 
-/// The font with the glyphs of some characters; empty when that fails.
+/// The font reduced to the glyphs of some characters; empty when that fails.
 QByteArray subset(const QByteArray& font, const QSet<char32_t>& letters) {
     const Blob blob(hb_blob_create(font.constData(), static_cast<unsigned>(font.size()),
                                    HB_MEMORY_MODE_READONLY, nullptr, nullptr));

@@ -18,10 +18,10 @@ struct CaseSelection {
     int missingCount = 0; ///< cases left out because a value that the condition needs is missing
 };
 
-/// Evaluates a condition piece by piece, for who must not wait for all the cases at once.
+/// Evaluates a condition piece by piece, for callers that must not block for all cases at once.
 class SelectionPass {
 public:
-    /// Throws ExpressionError for a condition that cannot be understood. The data must stay.
+    /// Throws ExpressionError for a condition that cannot be understood. The data must outlive this.
     SelectionPass(const DataSet& data, std::string_view condition);
     SelectionPass(const SelectionPass&) = delete;
     SelectionPass& operator=(const SelectionPass&) = delete;
@@ -45,11 +45,10 @@ private:
     std::size_t next_ = 0;
 };
 
-/// Evaluates a condition (see Expression for the syntax) for every case: selected are the cases for which it
-/// is not zero. A case with a missing value in a variable that the condition refers to is not selected,
-/// unless the condition tests that variable by missing(x). Throws ExpressionError for a condition that cannot
-/// be understood and DataError, naming the case, when it has no finite value for a case without missing
-/// values.
+/// Evaluates a condition (see Expression for the syntax) for every case and selects the cases for which it is
+/// not zero. A case with a missing value in a variable that the condition refers to is not selected, unless
+/// the condition tests that variable by missing(x). Throws ExpressionError for a condition that cannot be
+/// understood and DataError, naming the case, when it has no finite value for a case without missing values.
 CaseSelection selectCases(const DataSet& data, std::string_view condition);
 
 } // namespace korvana

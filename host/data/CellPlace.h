@@ -6,13 +6,13 @@
 
 namespace korvana {
 
-/// Where a cell stands, and what stands there, for messages.
+/// A cell's place and content, for messages.
 struct CellPlace {
     std::int64_t line = std::numeric_limits<std::int64_t>::max(); ///< none: the greatest
     std::string text;
 };
 
-/// The cell, and the blank in it that looks like any other.
+/// The cell in quotes; an unusual blank in it is named.
 std::string quoted(const CellPlace& place);
 
 /// The same with its line.

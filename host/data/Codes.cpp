@@ -11,12 +11,12 @@ std::optional<double> resolveCode(const DataSet& data, int variable, std::string
     if (const auto value = known.valueOf(text)) return value;
     text = trimmed(text);
     if (const auto value = known.valueOf(text)) return value;
-    // A label with control characters is given as messages write it.
+    // A label with control characters is given in the form that messages show.
     if (text.find('\\') != std::string_view::npos)
         for (const ValueLabel& label : known.valueLabels)
             if (withEscapes(label.text) == text) return label.value;
     if (known.kind == VariableKind::Date) {
-        // With the year in front there is one reading.
+        // With the year first there is only one reading.
         const auto date = readDateText(text);
         if (date && date->yearFirst) return dayNumberOf(*date, DateOrder::YearMonthDay);
     }

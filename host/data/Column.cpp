@@ -25,8 +25,8 @@ std::size_t bytesFor(std::size_t cells) {
     return isBig(bytes) ? (bytes + bigPage - 1) / bigPage * bigPage : bytes;
 }
 
-/// Memory that begins with a big page. A big column asks for such pages: fewer faults while it is filled. It
-/// need not get them.
+/// Memory aligned for huge pages. A big column asks for them, to have fewer page faults while it is filled;
+/// it works without them too.
 void* mapBig(std::size_t bytes) {
     void* const memory =
         mmap(nullptr, bytes + bigPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -68,7 +68,7 @@ Column::~Column() {
 
 void Column::resize(std::size_t cells) {
     const std::size_t bytes = bytesFor(cells);
-    if (bytes == bytes_ || (bytes < bytes_ && !isBig(bytes_))) return; // a small one is not worth a copy
+    if (bytes == bytes_ || (bytes < bytes_ && !isBig(bytes_))) return; // not worth a copy
     if (isBig(bytes) && isBig(bytes_)) {
         void* const memory = mremap(cells_, bytes_, bytes, MREMAP_MAYMOVE);
         if (memory == MAP_FAILED) throw std::bad_alloc();

@@ -5,8 +5,8 @@
 
 namespace korvana {
 
-/// The cells of one variable, 8 bytes each. A new column is not initialised: its pages are first touched by
-/// whoever writes the cells, so that a big file costs each page one fault. Throws std::bad_alloc.
+/// The cells of one variable, 8 bytes each. A new column is not initialised: its pages are first touched when
+/// the cells are written, so that each page faults only once. Throws std::bad_alloc.
 class Column {
 public:
     Column() = default;
@@ -17,8 +17,8 @@ public:
     Column& operator=(const Column&) = delete;
     ~Column();
 
-    /// Makes room for more cells or fewer. The cells keep their values, and big columns their memory: they
-    /// are not copied. They may move. When this throws, nothing has changed.
+    /// Makes room for more or fewer cells. The cells keep their values; those of a big column are not copied,
+    /// though they may move. When this throws, nothing has changed.
     void resize(std::size_t cells);
 
     double* data() { return cells_; }

@@ -72,7 +72,7 @@ private:
         return VariableKind::Number;
     }
 
-    /// One slip would make texts of a whole column of numbers.
+    /// Without this one typing error would turn a whole column of numbers into texts.
     void refuseGarbled(std::size_t column) const {
         const ColumnTally& tally = tallies_[column];
         const CellPlace& place = tally.first[Sort::Garbled];
@@ -122,7 +122,7 @@ private:
         }
     };
 
-    /// One mark for the file: that which cannot be anything else, then that of more cells.
+    /// One mark for the file: the one that cannot mean anything else, or else the one of more cells.
     void decideMark() {
         if (!table_.format.dialect.comma) return;
         Found comma;
@@ -198,13 +198,13 @@ private:
             noteTexts(begin, tally, Sort::TooBig, ", which is no finite number");
     }
 
-    /// Cells of one sort that are no numbers or dates, though they look so.
+    /// Cells of one sort that look like numbers or dates, but are not.
     void noteTexts(const std::string& begin, const ColumnTally& tally, Sort sort, const std::string& why) {
         notes_.push_back(begin + cellsAre(tally.count[sort], "read as text") + ", such as " +
                          inLine(tally.first[sort]) + why);
     }
 
-    /// Texts of which the first would be a date in another order than that asked for.
+    /// Texts the first of which would be a date in an order other than the one asked for.
     void noteOtherOrder(std::size_t column, const std::string& begin) {
         const CellPlace& place = tallies_[column].first[Sort::Text];
         const auto& asked = table_.format.dialect.dates;
@@ -218,14 +218,14 @@ private:
                              .append(")"));
     }
 
-    /// Whether there was something to note.
+    /// Returns whether there was something to note.
     bool noteMixture(std::size_t column, const std::string& advice) {
         const ColumnTally& tally = tallies_[column];
         const bool numbers = tally.count[Sort::Number] > 0;
         const std::int64_t regular = numbers ? tally.count[Sort::Number] : tally.dates();
         const std::int64_t other = tally.filled() - regular;
         if (regular == 0 || other == 0) return false;
-        if (!numbers && other > regular) return false; // texts of which some look like dates
+        if (!numbers && other > regular) return false; // texts, some of which look like dates
         const CellPlace* first = nullptr;
         for (const auto sort :
              {Sort::Text, Sort::TooBig, Sort::Thousands, Sort::BadDate, Sort::Date, Sort::OpenDate}) {

@@ -13,16 +13,14 @@ namespace korvana {
 
 struct ColumnKind {
     VariableKind kind = VariableKind::Number;
-    std::optional<DateOrder> order; ///< in which the packed dates of the column are to be read
+    std::optional<DateOrder> order; ///< the order of the column's packed dates
 };
 
-/// What the columns are, from the counts of their cells in the whole file; one decimal mark holds for all of
-/// them. Throws DataError for a column of numbers with an infinite one or with separated thousands, for
-/// numbers with another decimal mark than the file's, and for dates that do not exist or can be read in two
-/// ways.
-/// @param tallies  one per column
-/// @param first    the first column that is a variable
-/// @param notes    get what the user should know about it
+/// Decides what the columns hold, from the counts of their cells in the whole file; all share one decimal
+/// mark. Throws DataError for a column of numbers with an infinite one or with separated thousands, for
+/// numbers with a decimal mark other than the file's, and for dates that do not exist or can be read in two
+/// ways. @param tallies  one per column @param first    the first column that is a variable @param notes get
+/// what the user should know about it
 std::vector<ColumnKind> decideKinds(const DelimitedTable& table, std::span<const ColumnTally> tallies,
                                     std::size_t first, std::vector<std::string>& notes);
 

@@ -23,16 +23,16 @@ struct ColumnTally {
         // Of the numbers:
         Comma,     ///< with a decimal comma
         Point,     ///< with a decimal point
-        SureComma, ///< where the comma cannot separate thousands
+        SureComma, ///< with a comma that cannot separate thousands
         SurePoint,
         // Of the texts:
-        CommaText, ///< 1,5 where the comma separates the cells
-        Garbled,   ///< 1.2,3: a number with a slip of the keyboard
+        CommaText, ///< 1,5 although the comma separates the cells
+        Garbled,   ///< 1.2,3: a number with a typing error
         // Of the dates:
-        NotDayFirst, ///< no day of the calendar when read as day, month, year
+        NotDayFirst, ///< no valid date when read as day, month, year
         NotMonthFirst,
         NotYearFirst,
-        Ambiguous, ///< whose readings differ
+        Ambiguous, ///< valid in several orders, as different days
         ShortYear,
         TimeOfDay,
         sortCount
@@ -41,7 +41,7 @@ struct ColumnTally {
     std::array<std::int64_t, sortCount> count{};
     std::array<CellPlace, sortCount> first;
 
-    /// Cells are to be added in the order of their lines.
+    /// Cells must be added in the order of their lines.
     void add(Sort sort, std::int64_t line, std::string_view text) {
         if (count[sort]++ == 0) first[sort] = {line, brief(text)};
     }

@@ -24,7 +24,7 @@ constexpr std::string_view form = "a new variable is NAME = EXPRESSION, such as 
 
 /// Whether a name may stand in an expression without backquotes.
 bool isPlainName(std::string_view name) {
-    if (trimmed(name) != name) return false; // a byte order mark, say, which signs of a name include
+    if (trimmed(name) != name) return false; // a byte order mark, which names may contain
     try {
         const std::vector<Token> tokens = tokenize(name);
         return tokens.size() == 2 && tokens[0].kind == TokenKind::Name && tokens[0].text == name;
@@ -43,12 +43,12 @@ void refuseWordOfExpressions(std::string_view name) {
         refuseName(name, std::string("it is ").append(word).append(" of expressions"));
 }
 
-/// The name in backquotes at the beginning of a text; answers where what follows it begins.
+/// Reads the name in backquotes at the beginning of a text; returns where the rest begins.
 std::size_t takeQuotedName(std::string_view text, std::string& name) {
     for (std::size_t at = 1; at < text.size(); ++at) {
         if (text[at] == '`') {
             if (at + 1 == text.size() || text[at + 1] != '`') return at + 1;
-            ++at; // doubled: stands for itself
+            ++at; // doubled: means itself
         }
         name += text[at];
     }
@@ -154,7 +154,7 @@ ComputedVariable computeVariable(const DataSet& data, const Definition& definiti
 
     ComputedVariable computed;
     computed.cells = Column(cases);
-    // Each thread has its own expression, as evaluating changes it; for few cases that is not worth while.
+    // Each thread has its own expression, as evaluating changes it; for few cases that is not worthwhile.
     constexpr std::size_t fewestPerThread = 100'000;
     const std::size_t threads = std::clamp<std::size_t>(cases / fewestPerThread, 1,
                                                         std::max(std::thread::hardware_concurrency(), 1U));

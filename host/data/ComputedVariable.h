@@ -14,8 +14,8 @@ struct Definition {
     std::string expression;
 };
 
-/// Reads "months = days / 30.4375"; a name with blanks or signs stands in backquotes. The expression is not
-/// looked at. Throws DataError.
+/// Reads "months = days / 30.4375"; a name with blanks or signs is in backquotes. The expression is not
+/// checked. Throws DataError.
 Definition readDefinition(std::string_view text);
 
 /// The definition as a user would write it.
@@ -30,14 +30,14 @@ void requireNewName(const DataSet& data, std::string_view name);
 struct ComputedVariable {
     Variable variable; ///< of numbers; its label and its `expression` are the expression
     Column cells;
-    std::string note; ///< one sentence or two: the definition, and the cases that have no value by it
+    std::string note; ///< one or two sentences: the definition, and how many cases have no value
 };
 
 /// Computes a variable. A case with a missing value in a variable of the expression has none, unless the
 /// expression tests that variable by missing(x); comparisons give 1 or 0. A result that is not finite is a
-/// missing value too, and the note counts those and names the first. Refused with DataError (name, too many
-/// variables), ExpressionError or ReadingStopped (ReadData.h), nothing else but std::bad_alloc.
-/// @param stop  asks from another thread to give up
+/// missing value too, and the note counts those and names the first. Throws DataError (name, too many
+/// variables), ExpressionError, ReadingStopped (ReadData.h) or std::bad_alloc, nothing else. @param stop lets
+/// another thread stop it
 ComputedVariable computeVariable(const DataSet& data, const Definition& definition,
                                  const std::stop_token& stop = {});
 

@@ -14,7 +14,7 @@ namespace {
 
 using Sort = ColumnTally::Sort;
 
-/// An order of dates with what speaks against it.
+/// An order of dates, and the first date that contradicts it.
 struct Order {
     DateOrder order;
     Sort against;
@@ -35,7 +35,7 @@ std::vector<const Order*> fitting(const ColumnTally& tally) {
     return fit;
 }
 
-/// No order fits all dates. Short numbers may be something else than dates.
+/// No order fits all dates. Short numbers may be something other than dates.
 void contradict(const DelimitedTable& table, std::size_t column, const ColumnTally& tally, ColumnKind& kind) {
     if (tally.count[Sort::ShortYear] > 0) {
         kind.kind = VariableKind::Text;

@@ -12,20 +12,20 @@
 
 namespace korvana {
 
-/// As in "day, month, year".
+/// "day, month, year" and so on.
 std::string_view nameOf(DateOrder order);
 
 /// The value of the option that asks for the order: dmy, mdy or ymd.
 std::string_view optionOf(DateOrder order);
 
-/// Decides in which order the columns of dates are read. Columns that leave one order are read in it; those
-/// that leave several follow them, when they agree. Short numbers that fit no order become texts. Throws
-/// DataError for a column that no order fits, AmbiguousDates for one that nothing decides.
-/// @param first  the first column that is a variable
+/// Decides in which order the columns of dates are read. Columns that fit one order are read in it; those
+/// that fit several follow them, if they agree. Short numbers that fit no order become texts. Throws
+/// DataError for a column that no order fits, AmbiguousDates for one that is left undecided. @param first
+/// the first column that is a variable
 void decideOrders(const DelimitedTable& table, std::span<const ColumnTally> tallies, std::size_t first,
                   std::span<ColumnKind> kinds);
 
-/// Dates of one file are mostly written alike; where they are not, who reads them should know.
+/// Adds a note if the file's dates are written in two orders, which is rare.
 void noteTwoOrders(const DelimitedTable& table, std::span<const ColumnKind> kinds,
                    std::vector<std::string>& notes);
 

@@ -9,7 +9,7 @@
 namespace korvana {
 namespace {
 
-/// What is left of a text that is read from its front.
+/// The rest of a text that is read from the front.
 class Front {
 public:
     explicit Front(std::string_view text) : text_(text) {}
@@ -26,7 +26,7 @@ public:
         while (skip(' ')) {}
     }
 
-    /// A number of at most so many digits; digits gets how many it has, 0 = none.
+    /// A number of at most `most` digits; `digits` gets how many it has, 0 = none.
     int number(std::size_t most, std::size_t& digits) {
         int value = 0;
         for (digits = 0; digits < most && digit(); ++digits) {

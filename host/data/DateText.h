@@ -19,11 +19,11 @@ struct DateText {
     bool noSuchTime = false; ///< 25:00
 };
 
-/// The parts of a text; nothing when it has not the form of a date.
+/// The parts of a text; nothing when it does not have the form of a date.
 std::optional<DateText> readDateText(std::string_view text);
 
 /// The Julian day number of a date that is read in an order; nothing when there is no such day, or the year
-/// does not stand where the order wants it. A date with the year first has one reading only.
+/// is not where the order expects it. A date with the year first has one reading only.
 std::optional<int> dayNumberOf(const DateText& date, DateOrder order);
 
 /// A date whose order is not known yet as one negative number, and back. The time of day is lost.

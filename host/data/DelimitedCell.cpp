@@ -82,7 +82,8 @@ namespace {
 constexpr std::array<DateOrder, 3> orders{DateOrder::DayMonthYear, DateOrder::MonthDayYear,
                                           DateOrder::YearMonthDay};
 
-/// What has the form of a date. Three short numbers that are no date may mean something else.
+/// Classifies a text in the form of a date. Three short numbers that are no valid date may mean something
+/// else.
 void classifyDate(CellValue& cell, const Dialect& dialect) {
     const DateText& date = cell.date;
     cell.kind = date.shortYear ? CellKind::Text : CellKind::BadDate;

@@ -52,7 +52,7 @@ std::vector<Counts> countSeparators(std::string_view text) {
     return rows;
 }
 
-/// The separator that stands equally often in each of the first rows; else the one that occurs most.
+/// The separator that occurs equally often in each of the first rows; else the most frequent one.
 char findSeparator(std::string_view text) {
     const std::vector<Counts> rows = countSeparators(text);
     Counts total{};
@@ -74,9 +74,8 @@ bool canSeparate(char c) {
     return !letterOrDigit && c != '\0' && std::string_view("\"'\r\n .-+_").find(c) == std::string_view::npos;
 }
 
-/// A first line "sep=;", as spreadsheet programs write it for one another: the separator, and the line is
-/// skipped.
-/// @param told  the separator is known without it
+/// Reads a first line "sep=;", which spreadsheet programs write, and skips it. @param told  the separator is
+/// already known
 std::optional<char> readSeparatorLine(std::string_view text, bool told, const std::string& file,
                                       DelimitedFormat& format) {
     const std::size_t feed = text.find('\n', format.begin);
@@ -120,7 +119,7 @@ Dialect findDialect(std::string_view text, const ReadOptions& options, const std
     return dialect;
 }
 
-/// Skips lines without any character but blanks; false when there is nothing behind them.
+/// Skips blank lines; false when nothing follows them.
 bool skipBlankLines(std::string_view text, DelimitedFormat& format) {
     for (std::size_t i = format.begin; i < text.size(); ++i) {
         if (!isBlankCharacter(text[i], format.dialect.separator)) return true;
@@ -132,7 +131,7 @@ bool skipBlankLines(std::string_view text, DelimitedFormat& format) {
 }
 
 struct FirstRow {
-    bool ends = false; ///< not with the text
+    bool ends = false; ///< before the end of the text
     std::vector<std::string> cells;
     std::optional<std::string> text;  ///< the first cell that is neither empty nor a value
     std::optional<std::string> value; ///< the first number, date, NA or lone point
@@ -195,7 +194,7 @@ FirstRow readFirstRow(std::string_view text, bool whole, const DelimitedFormat& 
 std::optional<DelimitedFormat> findFormat(std::string_view text, bool whole, const ReadOptions& options,
                                           const std::string& file) {
     constexpr std::size_t beginning = std::size_t{64} << 10;
-    refuseNul(text.substr(0, beginning), 1, file); // the other bytes are looked at later
+    refuseNul(text.substr(0, beginning), 1, file); // the other bytes are checked later
     DelimitedFormat format;
     if (text.starts_with("\xEF\xBB\xBF")) format.begin = 3;
     ReadOptions known = options;

@@ -20,10 +20,10 @@ namespace {
 
 constexpr auto mostVariables = static_cast<std::size_t>(maxVariables);
 
-/// The beginning of a text, as much of it as its format takes to be known.
+/// The beginning of a text, as much as is needed to find its format.
 struct Head {
     std::string text;
-    bool whole = false; ///< there is no more
+    bool whole = false; ///< the text is complete
 
     void grow(ByteSource& source, std::size_t bytes) {
         const std::size_t before = text.size();
@@ -50,11 +50,11 @@ DelimitedFormat findFormat(Head& head, ByteSource& source, const ReadOptions& op
 
 unsigned threadsFor(const ReaderTuning& tuning, std::size_t bytes) {
     if (tuning.threads > 0) return tuning.threads;
-    constexpr std::size_t bigFile = 4 << 20; // below, starting a thread does not pay
+    constexpr std::size_t bigFile = 4 << 20; // below this, a thread is not worth starting
     return bytes < bigFile ? 1 : std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
 }
 
-/// What those who read the numbers share.
+/// What the threads that read the numbers share.
 struct NumberPass {
     ByteSource& source;
     DelimitedTable& table;
@@ -71,7 +71,7 @@ struct NumberPass {
                             "the file has more than " + std::to_string(maxCases) +
                                 " cases, which is the limit; split the file");
         }
-        // As many rows as the file has when all of it is like what was seen; of a pipe, half as many again.
+        // An estimate of the rows from those seen so far; for a pipe, half as many again.
         const auto seen = static_cast<double>(bytesCut);
         const double known = static_cast<double>(source.size()) - static_cast<double>(table.format.begin);
         const double expected = static_cast<double>(rows) * (1.02 * std::max(known, 1.5 * seen) / seen);
@@ -94,7 +94,7 @@ public:
 
     void work() override {
         const auto hold = pass_.columns.hold();
-        // From now on the rows without blank lines; the first row does not show those yet.
+        // From here on counted without blank lines, which were not known when the chunk was cut.
         place_->rowCount = readChunk(pass_.table, chunk_, pass_.columns.cells(), tallies);
     }
 
@@ -187,7 +187,7 @@ private:
         columns_ = pass.columns.take(static_cast<std::size_t>(table_.rowCount()));
     }
 
-    /// Blank lines were counted as rows: moves the cells behind them up.
+    /// Blank lines were counted as rows: moves the cells after them up.
     void closeGaps(std::span<double* const> cells) {
         std::int64_t rows = 0;
         for (RowChunk& chunk : table_.chunks) {
@@ -206,7 +206,7 @@ private:
             if (cells[row] < 0) cells[row] = dayNumberOf(unpackedDate(cells[row]), order).value_or(0);
     }
 
-    /// Names that only repeat the number of the case are not worth their memory.
+    /// Whether the names only repeat the numbers of the cases: then they are not kept.
     bool namesAreNumbers() {
         const std::int64_t rows = table_.rowCount();
         if (tallies_[0].count[ColumnTally::Number] != rows) return false;
@@ -235,7 +235,7 @@ DataSet readDelimited(ByteSource& source, const ReadOptions& options, const Read
     try {
         return Reading(source, options, tuning).run();
     } catch (const DataError&) {
-        source.checkUnchanged(); // what is wrong may be what changed
+        source.checkUnchanged(); // the fault may come from a change of the file
         throw;
     }
 }

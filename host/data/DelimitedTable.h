@@ -20,14 +20,14 @@ struct DelimitedTable {
     std::string file; ///< as the user named it
     DelimitedFormat format;
     std::vector<std::string> names; ///< one per column
-    std::deque<RowChunk> chunks;    ///< in order, without gaps; a chunk stays where it is
+    std::deque<RowChunk> chunks;    ///< in order, without gaps; chunks do not move
     std::stop_token stop;
 
     std::int64_t rowCount() const {
         return chunks.empty() ? 0 : chunks.back().firstRow + chunks.back().rowCount;
     }
 
-    /// Throws ReadingStopped when the reader is to give up; asked once per chunk.
+    /// Throws ReadingStopped when asked to stop; called once per chunk.
     void checkStop() const {
         if (stop.stop_requested()) throw ReadingStopped();
     }

@@ -24,7 +24,7 @@ struct DistinctValues {
     bool moreThanLimit = false;
 };
 
-/// What there is to say about a variable; missing cells only enter missingCount.
+/// A summary of a variable; missing cells count only in missingCount.
 struct VariableSummary {
     int validCount = 0;
     int missingCount = 0;
@@ -39,10 +39,10 @@ inline constexpr int defaultDistinctLimit = 50;
 VariableSummary describeVariable(const DataSet& data, int variable, std::span<const std::uint8_t> mask = {},
                                  int limit = defaultDistinctLimit);
 
-/// Describes a variable piece by piece, for who must not wait for all the cases at once.
+/// Describes a variable piece by piece, for callers that must not block for all cases at once.
 class VariableDescriber {
 public:
-    /// The data and the mask must stay; arguments as for describeVariable.
+    /// The data and the mask must outlive this; arguments as for describeVariable.
     VariableDescriber(const DataSet& data, int variable, std::span<const std::uint8_t> mask = {},
                       int limit = defaultDistinctLimit);
     VariableDescriber(VariableDescriber&&) noexcept;

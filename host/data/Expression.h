@@ -63,18 +63,18 @@ public:
     bool isTestedForMissing(std::size_t place) const;
 
     /// Evaluates for the values of referencedVariables(), in that order; NaN = missing. Nothing when the
-    /// result is not finite. Not for two threads at once on one object.
+    /// result is not finite. One object must not be used by two threads at once.
     std::optional<double> evaluate(std::span<const double> values) const;
 
-    /// The values that one of referencedVariables() takes from case to case.
+    /// The values of one of referencedVariables(), case by case.
     struct Input {
         const double* first = nullptr;
         std::size_t step = 1;     ///< 0: the same one for every case
         double missingCode = 0.0; ///< a value equal to it is missing; NaN, which equals nothing, for none
     };
 
-    /// Evaluates for as many cases as there are results, without asking for memory; a result that is not
-    /// finite becomes NaN. Returns how many those are.
+    /// Evaluates for as many cases as there are results, without allocating; a result that is not finite
+    /// becomes NaN. Returns how many did.
     int evaluate(std::span<const Input> inputs, std::span<double> results) const;
 
 private:
@@ -83,8 +83,8 @@ private:
 };
 
 /// Hands out the values of referencedVariables() case by case; missing values are NaN. The data set must be
-/// the one the expression was compiled for, and stay. Named inputs take the values given, in the order of
-/// their reference numbers from variableCount() + 1 on.
+/// the one that the expression was compiled for, and must outlive this. Named inputs take the values given,
+/// in the order of their reference numbers from variableCount() + 1 on.
 class CaseValues {
 public:
     CaseValues(const Expression& expression, const DataSet& data, std::span<const double> inputValues = {});
@@ -92,7 +92,7 @@ public:
     /// The values of a case, valid until the next call.
     std::span<const double> take(std::size_t case0);
 
-    /// Whether the case taken last misses any of the values.
+    /// Whether any value of the case taken last is missing.
     bool anyMissing() const { return missing_; }
 
 private:
@@ -107,7 +107,7 @@ private:
 };
 
 /// Evaluates for every case of the data set the expression was compiled for: one result per case, NaN where
-/// it is not finite or a value that it needs is missing. Named inputs as for CaseValues.
+/// it is not finite or needs a missing value. Named inputs as for CaseValues.
 std::vector<double> evaluateAll(const Expression& expression, const DataSet& data,
                                 std::span<const double> inputValues = {});
 

@@ -115,11 +115,11 @@ private:
     }
 
     struct Side {
-        bool date = false;   ///< certainly: a date, and days added to it
-        bool number = false; ///< certainly: a number that is not that of a day
+        bool date = false;   ///< certainly a date, perhaps with days added
+        bool number = false; ///< certainly a number that is no day number
     };
 
-    /// What the tokens [first, end) give.
+    /// The kind of result of the tokens [first, end).
     Side sideOf(std::size_t first, std::size_t end) const {
         int dates = 0; // added less subtracted
         int depth = 0;

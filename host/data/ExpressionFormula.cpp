@@ -17,12 +17,12 @@
 namespace korvana {
 namespace {
 
-/// A pair of parentheses that is open, or the whole expression.
+/// An open pair of parentheses, or the whole expression.
 struct Level {
     const ExpressionFunction* function = nullptr; ///< whose arguments these are
     std::size_t position = 0;
     int arguments = 1;
-    bool compared = false; ///< a comparison stands in the present operand of and / or
+    bool compared = false; ///< the current operand of and / or contains a comparison
 };
 
 class Translator {
@@ -150,7 +150,7 @@ private:
                                   : "ge";
     }
 
-    /// Whether nothing stands to the left of a token but what begins a truth value.
+    /// Whether a token is at the beginning of a truth value.
     bool beginsOperand(std::size_t at) const {
         if (at == 0) return true;
         const TokenKind before = kindAt(at - 1);
@@ -178,7 +178,7 @@ private:
                                     .append("'")
                                     .append(didYouMean(nearestOf(name.text, names, 3))));
         }
-        emit(std::string(function->symbol).append("(")); // without a blank, which hides the function
+        emit(std::string(function->symbol).append("(")); // a blank would hide the function
         ++at_;
         levels_.push_back({function, name.position});
         if (function->name != "missing") return;
@@ -204,7 +204,7 @@ private:
                                  .append(level.function->most > fewest ? " or more" : ""));
     }
 
-    /// Emits the variable, input or constant of a name; answers the number of its v symbol (0 for a
+    /// Emits the variable, input or constant with this name; returns the number of its v symbol (0 for a
     /// constant).
     std::size_t takeName() {
         const Token& token = now();
@@ -284,7 +284,7 @@ private:
         if (const auto code = resolveCode(data_, variable, text.text)) return *code;
         const Variable& known = data_.variable(variable);
         std::vector<std::string_view> labels;
-        constexpr std::size_t mostLabels = 10'000; // looking for near ones among more takes too long
+        constexpr std::size_t mostLabels = 10'000; // searching more for similar ones takes too long
         for (std::size_t i = 0; i < known.valueLabels.size() && i < mostLabels; ++i)
             labels.emplace_back(known.valueLabels[i].text);
         fail(text.position, std::string("variable '")

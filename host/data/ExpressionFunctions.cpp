@@ -36,8 +36,7 @@ double logicalOr(double a, double b) {
     if ((std::isfinite(a) && a != 0) || (std::isfinite(b) && b != 0)) return 1;
     return both(a, b) ? 0 : undefined;
 }
-// Written as an operator with an idle left operand: the formula library allows no sign behind a prefix
-// operator.
+// An operator with an unused left operand: the formula library allows no sign after a prefix operator.
 double logicalNot(double /*idle*/, double a) {
     return std::isfinite(a) ? truth(a == 0) : undefined;
 }
@@ -69,7 +68,7 @@ double divide(double a, double b) {
     return both(a, b) ? defined(a / b) : undefined;
 }
 double power(double a, double b) {
-    return both(a, b) ? defined(std::pow(a, b)) : undefined; // the C function answers 1 for pow(NaN, 0)
+    return both(a, b) ? defined(std::pow(a, b)) : undefined; // the C function returns 1 for pow(NaN, 0)
 }
 double modulo(double a, double b) {
     return both(a, b) ? defined(a - b * std::floor(a / b)) : undefined;
@@ -174,7 +173,8 @@ void defineExpressionFunctions(mu::Parser& parser) {
     parser.DefineFun("f_missing", isMissing);
     parser.DefineOprt("or", logicalOr, mu::prLOR);
     parser.DefineOprt("and", logicalAnd, mu::prLAND);
-    // Weaker than a comparison: not a = b means not (a = b). To the right, so that not not a works.
+    // Binds weaker than a comparison: not a = b means not (a = b). Right-associative, so that not not a
+    // works.
     parser.DefineOprt("not", logicalNot, mu::prLOGIC, mu::oaRIGHT);
     parser.DefineOprt("eq", equal, mu::prCMP);
     parser.DefineOprt("ne", unequal, mu::prCMP);

@@ -26,8 +26,8 @@ std::span<const ExpressionFunction> expressionFunctions();
 std::string_view wordOfExpressions(std::string_view name);
 
 /// Gives a parser exactly the functions and operators of expressions, under the symbols of
-/// expressionFunctions() and the operators or, and, not (between an idle operand and its own), eq ne lt le gt
-/// ge, + - *, div, pow.
+/// expressionFunctions() and the operators or, and, not (between an unused operand and its own), eq ne lt le
+/// gt ge, + - *, div, pow.
 void defineExpressionFunctions(mu::Parser& parser);
 
 } // namespace korvana

@@ -30,7 +30,7 @@ struct Sign {
     std::string_view meaning;
 };
 
-// Longer signs come before their beginnings.
+// Longer signs come before shorter ones that they begin with.
 constexpr std::array<Sign, 22> signs{{
     {"&&", TokenKind::And, ""},       {"||", TokenKind::Or, ""},        {"<>", TokenKind::Compare, "!="},
     {"!=", TokenKind::Compare, "!="}, {"==", TokenKind::Compare, "="},  {"<=", TokenKind::Compare, "<="},
@@ -130,7 +130,7 @@ private:
             if (end == text_.size()) fail(std::string("the closing ") + quote + " is missing");
             if (text_[end] == quote) {
                 if (end + 1 == text_.size() || text_[end + 1] != quote) break;
-                ++end; // doubled: stands for itself
+                ++end; // doubled: means itself
             }
             token.text += text_[end];
         }

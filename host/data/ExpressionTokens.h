@@ -27,7 +27,7 @@ enum class TokenKind {
 struct Token {
     TokenKind kind = TokenKind::End;
     std::size_t position = 0; ///< in the expression
-    std::string text;         ///< canonical spelling, or what stands between the quotes
+    std::string text;         ///< canonical spelling, or the text between the quotes
     double value = 0;         ///< of a number or date
 };
 

@@ -18,7 +18,7 @@ namespace korvana {
 FileSource::FileSource(const std::filesystem::path& path, std::stop_token stop)
     : name_(path == "-" ? "standard input" : path.string()), stop_(std::move(stop)),
       descriptor_(STDIN_FILENO), owned_(path != "-") {
-    // Without O_NONBLOCK a pipe without a writer keeps the program where no stop is seen.
+    // Without O_NONBLOCK, opening a pipe that has no writer would block, and a stop would not be noticed.
     if (owned_) descriptor_ = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor_ < 0) refuse(errno);
     struct stat status {};
@@ -42,7 +42,7 @@ FileSource::FileSource(const std::filesystem::path& path, std::stop_token stop)
     posix_fadvise(descriptor_, 0, 0, POSIX_FADV_SEQUENTIAL);
 }
 
-/// A shell's <(command) is /dev/fd/63, a number that means nothing to who reads the results.
+/// A shell's <(command) is /dev/fd/63, a number that means nothing to readers of the results.
 void FileSource::nameDescriptor(const std::filesystem::path& path) {
     const std::filesystem::path folder = path.parent_path();
     if (folder != "/dev/fd" && folder != "/proc/self/fd") return;
@@ -102,7 +102,7 @@ std::size_t FileSource::readPipe(std::span<char> room) {
 }
 
 void FileSource::waitForBytes() const {
-    constexpr int glance = 100; // milliseconds between two looks at the stop
+    constexpr int glance = 100; // milliseconds between two checks for a stop
     for (;;) {
         if (stop_.stop_requested()) throw ReadingStopped();
         pollfd waiting{descriptor_, POLLIN, 0};

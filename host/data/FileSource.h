@@ -10,8 +10,8 @@
 
 namespace korvana {
 
-/// A file, read in blocks and never mapped: a mapped file that somebody shortens ends the program. What
-/// comes through a pipe is kept in memory, because it cannot be read a second time.
+/// A file, read in blocks and never mapped: truncating a mapped file would crash the program. Data from a
+/// pipe are kept in memory, because they cannot be read a second time.
 class FileSource final : public ByteSource {
 public:
     /// @param path  "-" is standard input
@@ -38,9 +38,9 @@ private:
     std::stop_token stop_;
     int descriptor_;
     bool owned_;         ///< standard input is not
-    bool seeks_ = false; ///< it can be read at any place
-    bool ended_ = false; ///< the pipe has no more
-    off_t begin_ = 0;    ///< where standard input stood
+    bool seeks_ = false; ///< it can be read at any position
+    bool ended_ = false; ///< the pipe is at its end
+    off_t begin_ = 0;    ///< the initial position of standard input
     std::size_t size_ = 0;
     timespec modified_{};
     std::size_t at_ = 0;

@@ -14,13 +14,13 @@ void GrowingColumns::require(std::size_t rows, std::size_t expected) {
             resize(expected);
             return;
         }
-    } catch (const std::bad_alloc&) { // what is expected is a guess: let the need decide
+    } catch (const std::bad_alloc&) { // the expected size is only a guess: try the size needed
     }
     resize(rows);
 }
 
 void GrowingColumns::resize(std::size_t rows) {
-    rows_ = 0; // as long as not all have grown
+    rows_ = 0; // until all have grown
     for (std::size_t i = 0; i < columns_.size(); ++i) {
         columns_[i].resize(rows);
         cells_[i] = columns_[i].data();

@@ -14,16 +14,15 @@ class GrowingColumns {
 public:
     explicit GrowingColumns(std::size_t columns) : columns_(columns), cells_(columns) {}
 
-    /// Makes room; waits for those who hold the columns.
-    /// @param rows      needed at least
-    /// @param expected  better, when there is memory for them; may be less than the rows
+    /// Makes room; waits until nobody holds the columns. @param rows      the number needed @param expected
+    /// the number to prefer if there is memory; may be less than rows
     void require(std::size_t rows, std::size_t expected);
 
     /// The cells stay where they are while this is held.
     std::shared_lock<std::shared_mutex> hold() { return std::shared_lock(guard_); }
     std::span<double* const> cells() const { return cells_; }
 
-    /// The columns, cut to a number of rows that there was room for.
+    /// The columns, cut to a number of rows.
     std::vector<Column> take(std::size_t rows);
 
 private:

@@ -14,13 +14,13 @@ namespace {
 constexpr std::size_t inputBytes = std::size_t{64} << 10;
 
 Bytef* bytesOf(char* data) {
-    return reinterpret_cast<Bytef*>(data); // NOLINT: what the library works on
+    return reinterpret_cast<Bytef*>(data); // NOLINT: the library's type
 }
 
 } // namespace
 
 GzipSource::GzipSource(std::unique_ptr<ByteSource> packed) : packed_(std::move(packed)), input_(inputBytes) {
-    constexpr int gzipAlone = 15 + 16; // the greatest window; gzip's frame and no other
+    constexpr int gzipAlone = 15 + 16; // largest window; gzip format only
     if (inflateInit2(&stream_, gzipAlone) != Z_OK) throw std::bad_alloc();
 }
 
@@ -35,7 +35,7 @@ void GzipSource::rewind() {
     inPiece_ = true;
 }
 
-/// Sees to it that there is packed input; false at its end.
+/// Ensures that there is packed input; false at its end.
 bool GzipSource::fill() {
     if (stream_.avail_in > 0) return true;
     const std::size_t count = packed_->read(input_);
@@ -44,7 +44,7 @@ bool GzipSource::fill() {
     return count > 0;
 }
 
-/// Between two pieces: zeros that fill a tape's block are skipped.
+/// Starts the next piece; zeros that pad a tape block are skipped.
 void GzipSource::beginPiece() {
     while (fill() && *stream_.next_in == 0) {
         ++stream_.next_in;

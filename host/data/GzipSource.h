@@ -9,10 +9,10 @@
 
 namespace korvana {
 
-/// The first bytes of what gzip has packed.
+/// The first bytes of gzip data.
 inline constexpr std::string_view gzipMark{"\x1F\x8B"};
 
-/// Unpacks gzip while it reads; several packed pieces one behind the other are one text.
+/// Unpacks gzip data while reading; several packed pieces in a row are one text.
 class GzipSource final : public ByteSource {
 public:
     explicit GzipSource(std::unique_ptr<ByteSource> packed);

@@ -37,7 +37,7 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
     return editDistances(a, b).back();
 }
 
-/// One slip in three letters, and one in a word of two.
+/// One error per three letters, and one in a word of two.
 bool isMisspelt(std::string_view name, std::string_view candidate, std::size_t distance) {
     const std::size_t length = std::max(name.size(), candidate.size());
     return distance <= std::max<std::size_t>(length / 3, 1) && distance < candidate.size();
@@ -50,7 +50,7 @@ bool isAbbreviation(std::string_view name, std::string_view candidate) {
     return length >= fewest && equalIgnoringCase(name.substr(0, length), candidate.substr(0, length));
 }
 
-/// Whether the beginning of a candidate has one slip in it, and is long enough to tell.
+/// Whether the name is the beginning of a candidate with one error, and long enough to tell.
 bool isMisspeltAbbreviation(std::string_view name, std::string_view candidate) {
     constexpr std::size_t fewest = 5;
     if (name.size() < fewest || candidate.size() <= name.size()) return false;
@@ -75,7 +75,7 @@ std::vector<std::string> nearestOf(std::string_view name, const std::vector<std:
         const std::size_t distance = editDistance(name, candidate);
         if (isMisspelt(name, candidate, distance)) near.emplace_back(distance, candidate);
     }
-    // What is short for something counts less than a slip.
+    // An abbreviation is less likely than a typing error.
     for (const std::string_view candidate : candidates)
         if (isAbbreviation(name, candidate) && std::none_of(near.begin(), near.end(), [&](const auto& each) {
                 return each.second == candidate;

@@ -91,7 +91,7 @@ namespace {
 std::size_t blankAtBegin(std::string_view text) {
     if (text.front() == ' ' || text.front() == '\t') return 1;
     if (static_cast<unsigned char>(text.front()) < 0x80) return 0;
-    if (text.front() == '\xA0') return 1; // in Windows-1252; no character of UTF-8 begins so
+    if (text.front() == '\xA0') return 1; // in Windows-1252; no UTF-8 character begins with it
     const std::size_t length = characterLength(text);
     return isForeignBlank(text.substr(0, length)) ? length : 0;
 }

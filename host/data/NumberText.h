@@ -25,7 +25,7 @@ NumberText readNumber(std::string_view text, char decimalMark = '.');
 /// The shortest text that reads back as the same number.
 std::string numberText(double value);
 
-/// Without the blanks and tabs at both ends, no-break spaces and their like among them.
+/// The text without blanks, tabs and no-break or similar spaces at both ends.
 std::string_view trimmed(std::string_view text);
 
 } // namespace korvana

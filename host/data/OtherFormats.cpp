@@ -74,7 +74,7 @@ bool beginsWith(std::string_view text, std::string_view with) {
     return equalIgnoringCase(text.substr(0, with.size()), with);
 }
 
-/// Texts that are no tables; empty when it may be one.
+/// The kind of a text that is no table; empty when it may be one.
 std::string_view markupFormat(std::string_view beginning) {
     constexpr auto blanks = " \t\r\n"sv;
     if (beginning.starts_with("\xEF\xBB\xBF")) beginning.remove_prefix(3);
@@ -95,7 +95,7 @@ std::string_view markupFormat(std::string_view beginning) {
                     text.append(format.name).append(", which cannot be read; ").append(format.remedy));
 }
 
-/// Whether there are bytes that no text has.
+/// Whether there are bytes that do not occur in text.
 bool isBinary(std::string_view beginning) {
     return std::any_of(beginning.begin(), beginning.end(), [](char c) {
         const auto byte = static_cast<unsigned char>(c);

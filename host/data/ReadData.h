@@ -13,22 +13,22 @@
 
 namespace korvana {
 
-/// How to read a file; what is left automatic is detected.
+/// How to read a file; what is not given is detected.
 struct ReadOptions {
     HeaderLine header = HeaderLine::Automatic;
     std::optional<char> separator;    ///< between cells: , ; tab | or another sign
     std::optional<char> decimalMark;  ///< . or ,
     std::optional<DateOrder> dates{}; ///< of 01/02/1995; a year of four digits in front needs none
-    std::stop_token stop{};           ///< asks from another thread to give up
+    std::stop_token stop{};           ///< lets another thread stop it
 };
 
-/// Dates that can be read in several orders, which nothing in the file decides: `ReadOptions::dates` does.
+/// Dates that fit several orders, with nothing in the file to decide: `ReadOptions::dates` must be given.
 class AmbiguousDates : public DataError {
 public:
     AmbiguousDates(const DataError& error, std::vector<DateOrder> orders)
         : DataError(error), orders_(std::move(orders)) {}
 
-    /// In which orders they can be read, two or more.
+    /// The orders that fit, two or more.
     const std::vector<DateOrder>& orders() const { return orders_; }
 
 private:

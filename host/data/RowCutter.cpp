@@ -41,7 +41,7 @@ struct Cut {
     std::int64_t lines = 0;
 };
 
-/// Looks through a text, which begins with a row, from one quotation mark to the next.
+/// Scans a text that begins with a row, from one quotation mark to the next.
 class Rows {
 public:
     Rows(std::string_view text, char separator)
@@ -57,18 +57,18 @@ public:
         }
     }
 
-    /// All rows that end in the text, without the blank lines behind the last other one.
+    /// All rows that end in the text, without trailing blank lines.
     Cut whole() const {
         if (lastFeed_ == nullptr) return {};
         const char* const text = endOfText(lastFeed_);
         if (text == begin_) return {};
-        // Between the last row with text and the last line feed there are blanks only, hence no quotes.
+        // Between the last row with text and the last line feed there are only blanks, so no quotes.
         const char* const cut = findByte(text, lastFeed_, '\n') + 1;
         const std::int64_t blank = countBetween(cut, lastFeed_ + 1);
         return {static_cast<std::size_t>(cut - begin_), rows_ - blank, countBetween(begin_, cut)};
     }
 
-    /// All of the text, whose last row needs no line feed, without the blank lines at its end.
+    /// All of the text, without trailing blank lines; the last row needs no line feed.
     Cut untilEnd() const {
         const char* const cut = endOfText(end_);
         if (cut == begin_) return {};
@@ -125,7 +125,7 @@ std::size_t RowCutter::fetch(char* to, std::size_t most) {
 }
 
 void RowCutter::giveBack(std::string_view text) {
-    if (restAt_ < rest_.size()) { // all of it came from there
+    if (restAt_ < rest_.size()) { // everything came from there
         restAt_ -= text.size();
     } else {
         rest_.assign(text);

@@ -18,18 +18,18 @@ struct RowChunk {
     std::int64_t firstLine = 0; ///< 1-based line of the file (quoted cells may span lines)
 };
 
-/// A chunk with its text. Its room is used again for the next one.
+/// A chunk with its text. The memory is reused for the next one.
 struct ChunkText {
     RowChunk rows;
-    std::string_view text; ///< lies in the room
+    std::string_view text; ///< points into `room`
     std::vector<char> room;
 };
 
-/// No row is longer: a quotation mark that is not closed becomes an error before the memory is full.
+/// The longest row allowed: an unclosed quotation mark becomes an error before memory is full.
 inline constexpr std::size_t mostRowBytes = std::size_t{256} << 20;
 
-/// Cuts a text into chunks at the ends of rows while it is read; what is inside quotes ends no row. Blank
-/// lines at the end of the text belong to no chunk.
+/// Cuts a text into chunks at the ends of rows while it is read; a line break inside quotes does not end a
+/// row. Blank lines at the end of the text belong to no chunk.
 class RowCutter {
 public:
     /// @param head       the text that has been read already
@@ -39,8 +39,8 @@ public:
     RowCutter(ByteSource& source, std::string head, std::size_t begin, std::int64_t firstLine, char separator,
               std::size_t chunkBytes);
 
-    /// The next chunk; false at the end. Throws DataError for NUL bytes and endless rows, and what the source
-    /// throws.
+    /// The next chunk; false at the end. Throws DataError for NUL bytes and rows that are too long, and
+    /// whatever the source throws.
     bool next(ChunkText& chunk);
 
 private:
@@ -59,7 +59,7 @@ private:
 
 std::int64_t countLineFeeds(std::string_view text);
 
-/// Whether a character stands in a line that is skipped when it has no others.
+/// Whether a character is a blank: a line of nothing else is skipped.
 inline bool isBlankCharacter(char c, char separator) {
     return c == ' ' || c == '\r' || c == '\n' || (c == '\t' && separator != '\t');
 }

@@ -44,7 +44,7 @@ void walkCells(const DelimitedTable& table, std::string_view text, std::size_t l
 /// The texts of one column that one thread has seen, numbered by first appearance.
 class LocalTexts {
 public:
-    /// @param check  is called with a text that is seen for the first time, and answers whether it is UTF-8
+    /// @param check  is called with each new text and returns whether it is UTF-8
     template <typename Check>
     std::size_t codeOf(std::string_view text, const Check& check) {
         if (!texts.empty() && text == texts[last_]) return last_;
@@ -58,7 +58,7 @@ public:
     }
 
     std::vector<std::string_view> texts;
-    bool foreign = false; ///< some are no UTF-8
+    bool foreign = false; ///< some are not UTF-8
 
 private:
     struct Hash : std::hash<std::string_view> {
@@ -105,7 +105,7 @@ std::vector<std::vector<double>> mergeTexts(const std::vector<const LocalTexts*>
     return final;
 }
 
-/// What those who read the texts share.
+/// What the threads that read the texts share.
 struct TextPass {
     const DelimitedTable& table;
     ByteSource& source;
@@ -160,10 +160,11 @@ public:
     }
 
     std::vector<LocalTexts> texts; ///< by text column
-    bool foreignName = false;      ///< some name of a case is no UTF-8
+    bool foreignName = false;      ///< some case name is not UTF-8
 
 private:
-    /// Whether a text is UTF-8; one that cannot be read at all would become the same as another one.
+    /// Whether a text is UTF-8. Throws for one that is not Windows-1252 either, which could not be told from
+    /// others.
     bool checkCoding(std::string_view text, std::size_t column, const char* begin) const {
         if (isUtf8(text)) return true;
         if (const auto byte = byteOfNoCharacter(text)) {

@@ -118,7 +118,7 @@ std::string withEscapes(std::string_view text) {
 }
 
 std::string brief(std::string_view text, std::size_t most) {
-    // What Windows-1252 cannot be either is shown byte by byte.
+    // A text that cannot be Windows-1252 either is shown byte by byte.
     const std::string out = withEscapes(byteOfNoCharacter(text) ? std::string(text) : toUtf8(text));
     if (out.size() <= most) return out;
     const auto inside = [&out](std::size_t at) { return (byteAt(out, at) & 0xC0U) == 0x80; };

@@ -15,22 +15,21 @@ std::string toUtf8(std::string_view text);
 /// The first byte of a text that is not UTF-8 for which Windows-1252 has no character either.
 std::optional<unsigned char> byteOfNoCharacter(std::string_view text);
 
-/// What an error says of a text with such a byte, and what to do.
+/// The text of an error about such a byte, with what to do.
 std::string noCharacter(unsigned char byte);
 
-/// A text for a terminal, in one line: control characters are written as \n, \t or \x1B, bytes that are no
-/// UTF-8 as \x81. What a label with control characters is called in messages.
+/// A text for a terminal, in one line: control characters are written as \n, \t or \x1B, bytes that are not
+/// UTF-8 as \x81. Messages show labels with control characters in this form.
 std::string withEscapes(std::string_view text);
 
-/// A text of a file for a message: withEscapes, of what the text is read as; of a longer text the beginning
-/// and the end, cut between characters, with "..." between them.
-/// @param most  bytes, about
+/// A text of a file for a message: decoded, withEscapes, and a long text cut between characters to its
+/// beginning, "..." and its end. @param most  bytes, about
 std::string brief(std::string_view text, std::size_t most = 40);
 
 /// The length of the well-formed character at the beginning of a text; 0 = none.
 std::size_t characterLength(std::string_view text);
 
-/// Whether a character is a blank that is none of ASCII: no-break spaces, thin and other wide or narrow ones.
+/// Whether a character is a blank outside ASCII: a no-break, thin or other special space.
 bool isForeignBlank(std::string_view character);
 
 } // namespace korvana

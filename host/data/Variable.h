@@ -17,14 +17,14 @@ struct ValueLabel {
 /// Number: plain values. Text: codes 1..k whose texts are the value labels. Date: Julian day numbers.
 enum class VariableKind { Number, Text, Date };
 
-/// What is known about a variable besides its cells.
+/// What is known about a variable, without its cells.
 struct Variable {
     std::string name;
     std::string label; ///< a longer description, may be empty
     VariableKind kind = VariableKind::Number;
     double missingCode = std::numeric_limits<double>::quiet_NaN(); ///< NaN = none
     std::vector<ValueLabel> valueLabels;
-    std::string expression{}; ///< of a variable that was computed from others; empty = it was read
+    std::string expression{}; ///< for a variable computed from others; empty = it was read
 
     /// A cell counts as missing when it is not a number or equals the missing code.
     bool isMissing(double value) const { return std::isnan(value) || value == missingCode; }

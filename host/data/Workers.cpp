@@ -10,7 +10,7 @@
 namespace korvana {
 namespace {
 
-/// Who has which piece, and what went wrong first.
+/// Hands out the pieces, and keeps the exception of the earliest one.
 class Desk {
 public:
     void serve(Worker& worker) {
@@ -64,7 +64,7 @@ void runWorkers(std::span<const std::unique_ptr<Worker>> workers) {
         try {
             for (std::size_t i = 1; i < workers.size(); ++i)
                 helpers.emplace_back([&desk, &worker = *workers[i]] { desk.serve(worker); });
-        } catch (const std::exception&) { // no further thread to be had: the others do the work
+        } catch (const std::exception&) { // no further thread available: the others do the work
         }
         if (!workers.empty()) desk.serve(*workers.front());
     }

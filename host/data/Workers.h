@@ -7,7 +7,7 @@
 
 namespace korvana {
 
-/// What one thread of several needs to do its share of a work that comes in pieces.
+/// One of several threads that share work consisting of pieces.
 class Worker {
 public:
     Worker() = default;
@@ -23,12 +23,11 @@ public:
 };
 
 /// Lets the workers, each on a thread of its own, take and do all pieces. When something throws, no further
-/// piece is taken and the exception of the earliest piece is thrown: the outcome is that of a plain loop.
-/// Where threads are not to be had, fewer workers do the whole.
+/// piece is taken and the exception of the earliest piece is thrown: the outcome is that of a plain loop. If
+/// threads cannot be started, fewer workers do all the work.
 void runWorkers(std::span<const std::unique_ptr<Worker>> workers);
 
-/// Calls work(0), ..., work(count - 1), each once, on the given number of threads, in the manner of
-/// runWorkers.
+/// Calls work(0), ..., work(count - 1), each once, on the given number of threads, as runWorkers does.
 void forEachInOrder(std::size_t count, unsigned threads, const std::function<void(std::size_t)>& work);
 
 } // namespace korvana

@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 ChartDrawer own = nullptr;
 
-/// Some hundred times what a picture takes.
+/// About a hundred times the time that a picture takes.
 constexpr Work drawing{"drawing", noMemoryToDraw, std::chrono::seconds{120}};
 
 Picture notDrawn(const std::string& why) {
@@ -32,7 +32,7 @@ Picture drawWithLibrary(const ozm::CChartInfo& info, PictureFormat format, const
     if (!fs::exists(file, error))
         file = (program / ".." / "lib" / "korvana" / KORVANA_DRAWING_FILE).lexically_normal();
     if (!fs::exists(file, error)) return notDrawn("is not installed: there is no " + file.string());
-    // Never unloaded: it leaves things behind that are called when the program ends.
+    // Never unloaded: the library registers functions that are called when the program ends.
     void* const library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) return notDrawn(std::string("cannot be loaded: ") + dlerror());
     const auto draw = reinterpret_cast<DrawingEntry*>(dlsym(library, drawingEntry));

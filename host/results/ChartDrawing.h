@@ -20,20 +20,20 @@ struct Picture {
 };
 
 struct PictureOptions {
-    /// An SVG to stand inside an HTML page: no prolog, sized by the page, a name for screen readers, and
-    /// identifiers beginning with this prefix, so that several can stand on one page.
+    /// For an SVG inside an HTML page: no prolog, sized by the page, a name for screen readers, and
+    /// identifiers beginning with this prefix, so that a page can have several.
     std::string_view pagePrefix{};
 };
 
 using ChartDrawer = Picture (*)(const ozm::CChartInfo& info, PictureFormat format,
                                 const PictureOptions& options);
 
-/// A program with windows, which has to draw in their thread and holds the drawing library anyway, hands its
-/// drawer over (`renderChart`). Any other loads the library for each picture in a process of its own
+/// A program with windows, which must draw in their thread and links the drawing library anyway, passes its
+/// drawer (`renderChart`). Any other program loads the library in a separate process for each picture
 /// (WorkApart.h), so that nothing but pictures depends on it.
 void useChartDrawer(ChartDrawer drawer);
 
-/// Draws a chart, see `renderChart`. A failure is an answer, never an exception, nor the end of the program.
+/// Draws a chart, see `renderChart`. A failure is returned, never thrown, and never ends the program.
 [[nodiscard]] Picture drawChart(const ozm::CChartInfo& info, PictureFormat format,
                                 const PictureOptions& options = {});
 

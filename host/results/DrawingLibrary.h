@@ -2,12 +2,12 @@
 
 #include "host/results/ChartDrawing.h"
 
-/// The library that draws for programs without windows is loaded when there is something to draw.
+/// The entry of the library that draws for programs without windows, loaded when there is something to draw.
 namespace korvana {
 
 inline constexpr const char* drawingEntry = "korvanaDrawChart";
 
-/// As `renderChart`.
+/// Like `renderChart`.
 using DrawingEntry = void(const ozm::CChartInfo& info, PictureFormat format, const PictureOptions& options,
                           Picture& picture);
 

@@ -98,8 +98,8 @@ public:
     [[nodiscard]] std::vector<std::string> failures() { return std::move(failures_); }
 
 private:
-    /// The first report, which sums up, the shortest tables and the charts stand first, then everything else;
-    /// what a report repeats is left out.
+    /// The first report, which is the summary, the shortest tables and the charts come first, then everything
+    /// else; tables that repeat a report are left out.
     void arrange() {
         bool reported = false;
         for (std::size_t place = 0; place < book_.outputs.size(); ++place) {
@@ -164,7 +164,7 @@ private:
         out_ << "</ul>\n";
     }
 
-    /// Summary and charts, beside each other where there is room.
+    /// Summary and charts, side by side where there is room.
     void writeTop() {
         if (summary_.empty() && charts_.empty()) return;
         out_ << "<div class=\"top\">\n";
@@ -183,7 +183,7 @@ private:
         out_ << "</section>\n";
     }
 
-    /// What `write` writes, folded when it is long.
+    /// What `write` writes, folded if it is long.
     template <class Write>
     void folded(bool fold, const std::string& summary, Write write) {
         if (fold) out_ << "<details>\n<summary>" << escaped(summary) << "</summary>\n";
@@ -251,7 +251,7 @@ private:
         out_ << "</tr>\n";
     }
 
-    /// Of an output, among the book's tables.
+    /// The number of an output among the book's tables.
     [[nodiscard]] std::size_t tableNumber(std::size_t place) const {
         const auto begin = book_.outputs.begin();
         return static_cast<std::size_t>(

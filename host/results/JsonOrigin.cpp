@@ -39,7 +39,7 @@ void writeSettings(const std::vector<Setting>& settings, JsonText& json) {
     json.raw("}");
 }
 
-/// What the user gave about the layout of the file, and null for what was detected.
+/// The layout options that the user gave, and null for what was detected.
 void writeReading(const ReadSettings& reading, JsonText& json) {
     const auto sign = [&json](const std::optional<char>& told) {
         if (told)

@@ -18,7 +18,7 @@ public:
 
     /// [{"data": {...}, "dialogs": [...]}]
     void writeRuns();
-    /// "id": ..., "origin": {...}, of the output at a place of the book
+    /// "id": ..., "origin": {...}, for the output at this place in the book
     void write(std::size_t place);
 
 private:

@@ -8,7 +8,7 @@
 
 namespace korvana {
 
-/// JSON in the making: collects text and passes it on in pieces.
+/// Builds JSON: collects text and passes it on in pieces.
 class JsonText {
 public:
     explicit JsonText(std::ostream& out) : out_(out) {}

@@ -36,7 +36,7 @@ std::string roleText(const Setting::Role& role) {
     return joined(role.variables, [](const std::string& name) { return name; });
 }
 
-/// What a setting holds; empty for one that holds nothing.
+/// The text of a setting's value; empty when it has none.
 struct ValueText {
     std::string operator()(bool on) const { return on ? "yes" : "no"; }
     std::string operator()(int number) const { return std::to_string(number); }

@@ -11,7 +11,7 @@ namespace korvana {
 /// variables and codes. Without the time of day, which differs from one output of a run to the next.
 [[nodiscard]] std::string originLine(const RunOrigin& run);
 
-/// The settings of the dialog that made an output, as far as it had others for one of `others`: "Level: 0.9".
+/// Those settings of the dialog that made an output which differ for one of `others`: "Level: 0.9".
 [[nodiscard]] std::string differingSettings(const OutputOrigin& origin,
                                             const std::vector<const OutputOrigin*>& others);
 
@@ -21,8 +21,8 @@ namespace korvana {
 
 /// What a run was made from, one item a line.
 [[nodiscard]] std::vector<std::string> originLines(const RunOrigin& run);
-/// The same for an output, with the time, the settings of the dialog that made it, and what the analysis
-/// remarks about the run.
+/// The same for an output, with the time, the settings of the dialog that made it, and the analysis's remarks
+/// about the run.
 [[nodiscard]] std::vector<std::string> originLines(const OutputOrigin& origin);
 
 } // namespace korvana

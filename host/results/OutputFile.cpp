@@ -61,7 +61,7 @@ OutputFile::OutputFile(PendingFile& pending) : pending_(pending), buffer_(buffer
     if (descriptor_ < 0) throwCannotWrite(pending_.target(), errno);
     setp(buffer_.data(), buffer_.data() + buffer_.size());
     stream_.rdbuf(this);
-    stream_.exceptions(std::ios::badbit); // lets the error of `writeAll` through as it is
+    stream_.exceptions(std::ios::badbit); // passes on the error of `writeAll` unchanged
 }
 
 OutputFile::~OutputFile() {

@@ -13,10 +13,10 @@
 
 namespace korvana {
 
-/// A name for a file in the making, beside the file it will become, so that the final rename is atomic and
-/// nobody finds half a file. The file exists (empty) once this is constructed, and is removed unless `commit`
-/// was called, also when a signal ends the program (see `removeUnfinished`). Every failure is a
-/// `std::runtime_error` that names the wanted file and the reason.
+/// A temporary file beside the file it will become, so that the final rename is atomic and nobody finds half
+/// a file. The file exists (empty) once this is constructed, and is removed unless `commit` was called, also
+/// when a signal ends the program (see `removeUnfinished`). Every failure is a `std::runtime_error` that
+/// names the wanted file and the reason.
 class PendingFile {
 public:
     explicit PendingFile(std::filesystem::path target);
@@ -35,19 +35,19 @@ private:
 };
 
 /// A file written through `stream()`. A failed write (disk full, quota, ...) throws `std::runtime_error` out
-/// of the stream operation that met it, and so does a stop (WritingWatch.h), met at each block. What was
-/// written counts only after `commit()`.
+/// of the stream operation, and so does a stop (WritingWatch.h), checked at each block. The file appears only
+/// with `commit()`.
 class OutputFile : private std::streambuf {
 public:
     explicit OutputFile(std::filesystem::path target);
-    /// Writes into a file that somebody else commits; it must outlive this.
+    /// Writes into a file that the caller commits; it must outlive this.
     explicit OutputFile(PendingFile& pending);
     ~OutputFile() override;
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
     [[nodiscard]] std::ostream& stream() { return stream_; }
-    /// Flushes and closes; the stream is not to be used any more.
+    /// Flushes and closes; the stream must not be used after this.
     void close();
     /// Closes and gives the file its name.
     void commit();
@@ -68,7 +68,7 @@ private:
     std::ostream stream_;
 };
 
-/// Writes a file that is already whole in memory, such as a picture.
+/// Writes a file whose whole content is in memory, such as a picture.
 void writeFile(const std::filesystem::path& target, std::string_view bytes);
 
 /// "cannot write 'report.txt': No space left on device"

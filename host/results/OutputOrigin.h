@@ -10,7 +10,7 @@
 
 namespace korvana {
 
-/// Which cases of which data took part, and how. Two states are equal when an analysis would read the same.
+/// Which cases of which data took part, and how. Equal states mean that an analysis reads the same.
 struct DataState {
     std::string file;     ///< path as the user named it; empty without data
     int generation = 0;   ///< counts the data sets opened
@@ -70,11 +70,11 @@ struct ComputedName {
 /// and the settings of the dialogs that led to it, the first one first.
 struct RunOrigin {
     DataState data;
-    std::vector<MissingCode> missingCodes; ///< of the variables that take part, also in condition and weights
-    ReadSettings reading;                  ///< what the user gave about the layout of the file
-    std::vector<ComputedName> definitions; ///< in their order, also of variables that take no part
+    std::vector<MissingCode> missingCodes; ///< of the variables used, also in condition and weights
+    ReadSettings reading;                  ///< the layout options that the user gave
+    std::vector<ComputedName> definitions; ///< in order, also of unused variables
     std::vector<DialogSettings> dialogs;
-    std::vector<std::string> remarks; ///< of the analysis about this run: what it left out, for example
+    std::vector<std::string> remarks; ///< by the analysis about this run, for example what it left out
 };
 
 /// What an output was made from. One press of a button may make several outputs, which share this.

@@ -4,7 +4,7 @@
 
 namespace korvana {
 
-/// While it lives, printf writes a decimal point in this thread, whatever the language.
+/// While it lives, printf writes a decimal point in this thread, in any locale.
 class PlainNumbers {
 public:
     PlainNumbers() : plain_(::newlocale(LC_NUMERIC_MASK, "C", nullptr)), before_(::uselocale(plain_)) {}

@@ -27,7 +27,7 @@ struct Chart {
     std::shared_ptr<const OutputOrigin> origin{}; ///< nullptr: unknown
 };
 
-/// What the analysis had to say besides its results.
+/// A message of the analysis or the host.
 struct ResultMessage {
     enum class Severity : std::uint8_t { Note, Warning, Error };
     int id = 0; ///< the module's number of the text, 0 for a message of the host
@@ -39,12 +39,12 @@ struct ResultMessage {
 struct ResultsBook;
 
 /// Names of a book's outputs for programs, in their order: the action that made each, with a number from the
-/// second of a kind on. Unique among the outputs of a kind that have one, and the same whenever the same is
-/// done; empty where no action is known.
+/// second of a kind on. Unique among outputs of a kind, and the same in every such run; empty where the
+/// action is unknown.
 [[nodiscard]] std::vector<std::string> outputIds(const ResultsBook& book);
 
-/// What one run of an analysis leaves. A plain value: every writer reads it, none changes it. Texts should be
-/// UTF-8; writers replace what is not.
+/// The results of one run of an analysis. A plain value: every writer reads it, none changes it. Texts should
+/// be UTF-8; writers replace what is not.
 struct ResultsBook {
     using Output = std::variant<Report, Spreadsheet, Chart>;
 
@@ -52,17 +52,17 @@ struct ResultsBook {
     int status = 0;     ///< 0: each output that was asked for was made; 1: at least one was not
     std::string source; ///< name of the data file
     std::vector<ResultMessage> messages;
-    std::deque<Output> outputs;          ///< in the order produced; those that stand stay where they are
+    std::deque<Output> outputs;          ///< in the order produced; appending does not move the others
     std::vector<std::string> iterations; ///< the protocol of an iterative fit
     std::vector<std::string> notes;      ///< the host's own remarks, for example about the data
 
-    /// Appends without copying what is moved in; the reference holds as long as the book.
+    /// Appends without copying what is moved in; the reference is valid as long as the book.
     template <class T>
     T& append(T output) {
         return std::get<T>(outputs.emplace_back(std::in_place_type<T>, std::move(output)));
     }
 
-    /// Where an output came from, or nullptr.
+    /// The origin of an output, or nullptr.
     [[nodiscard]] static const std::shared_ptr<const OutputOrigin>& originOf(const Output& output) {
         return std::visit(
             [](const auto& one) -> const std::shared_ptr<const OutputOrigin>& { return one.origin; }, output);

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Reads the beginning of a results.json: what names the program, and the list of files behind it. The
+/// Reads the beginning of a results.json: the name of the program and the list of files after it. The
 /// results, which may be large, are not read.
 class ListOfFiles : public nlohmann::json_sax<nlohmann::json> {
 public:
@@ -32,7 +32,7 @@ public:
         return !(depth_ == 1 && isOurs_ && !files.empty());
     }
     bool start_array(std::size_t /*count*/) override {
-        // Anything but the list comes after it.
+        // Everything else comes after the list.
         if (depth_ == 0 || (depth_ == 1 && key_ != "files")) return false;
         ++depth_;
         return isOurs_;
@@ -66,7 +66,7 @@ bool isOfAKindWritten(const fs::path& name) {
     return std::find(endings.begin(), endings.end(), name.extension().string()) != endings.end();
 }
 
-/// A list may come from anywhere: only plain files beside it count.
+/// A list cannot be trusted: only plain files beside it count.
 bool isPlainFileIn(const fs::path& directory, const std::string& name) {
     if (name.empty() || name.find('/') != std::string::npos || name.find('\0') != std::string::npos)
         return false;
@@ -84,7 +84,7 @@ std::vector<std::string> without(std::vector<std::string> names, const std::vect
     return names;
 }
 
-/// The names of all that a run writes: one without results.json lists its files apart.
+/// The names of all files of a run, which without results.json include a separate list.
 std::vector<std::string> withList(std::vector<std::string> names) {
     if (!holds(names, resultsJson)) names.emplace_back(fileList);
     return names;
@@ -141,7 +141,7 @@ void refuseToReplaceOthers(const fs::path& directory, const std::vector<std::str
 }
 
 ResultsFolder::ResultsFolder(fs::path path, OthersFiles others) : path_(std::move(path)), others_(others) {
-    // Level by level, so that those made here, and no others, are removed again.
+    // Level by level, so that exactly those made here are removed again.
     std::vector<fs::path> missing;
     std::error_code error;
     for (fs::path level = fs::absolute(path_); !fs::exists(level, error) && level.has_relative_path();
@@ -164,7 +164,7 @@ PendingFile& ResultsFolder::add(const std::string& name) {
     return file;
 }
 
-/// Sees to it that the next run finds the files of this one listed; answers what the one before leaves over.
+/// Lists the files of this run for the next one; returns the files of the previous run that remain.
 std::vector<std::string> ResultsFolder::prepareList() {
     const std::vector<std::string> kept = withList(names_);
     if (others_ == OthersFiles::Kept) refuseToReplaceOthers(path_, kept);

@@ -15,7 +15,7 @@ inline constexpr std::string_view resultsJson = "results.json";
 /// Lists the files of a run that writes no results.json.
 inline constexpr std::string_view fileList = ".korvana-files.json";
 
-/// What becomes of files in the way that no earlier run listed.
+/// What happens to files in the way that no earlier run listed.
 enum class OthersFiles : std::uint8_t {
     Kept,     ///< they stay, and the run is refused
     Replaced, ///< the user has agreed
@@ -26,16 +26,16 @@ enum class OthersFiles : std::uint8_t {
 /// Failures are `std::runtime_error`s that name the file.
 class ResultsFolder {
 public:
-    /// Makes the directory if there is none; it goes again if nothing is committed.
+    /// Makes the directory if there is none; it is removed again if nothing is committed.
     ResultsFolder(std::filesystem::path path, OthersFiles others);
 
-    /// A file to be filled before `commit`. It holds as long as the folder.
+    /// A file to be filled before `commit`. The reference is valid as long as the folder.
     PendingFile& add(const std::string& name);
-    /// The names added so far, in their order.
+    /// The names added so far, in order.
     [[nodiscard]] const std::vector<std::string>& names() const { return names_; }
     [[nodiscard]] std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
-    /// Returns the files added, in their order.
+    /// Returns the files added, in order.
     std::vector<std::filesystem::path> commit();
 
 private:
@@ -43,17 +43,17 @@ private:
 
     std::filesystem::path path_;
     OthersFiles others_;
-    std::deque<Unfinished> made_; // the deepest first: it is the first to go
+    std::deque<Unfinished> made_; // the deepest first: it is removed first
     std::deque<PendingFile> files_;
     std::vector<std::string> names_;
 };
 
-/// The files that the run in a directory says it wrote, as far as they are there, plain files in that very
-/// directory, and of a kind that is written there. Nothing when no run left its list.
+/// The files listed by the run in a directory, as far as they exist, are plain files in that very directory,
+/// and are of a kind that runs write. Empty when there is no list.
 [[nodiscard]] std::vector<std::string> filesOfRun(const std::filesystem::path& directory);
 
-/// What a run that writes files of these names does to those that are in a directory. The list of files that
-/// runs keep for themselves is not counted.
+/// What a run that writes files of these names would do to the files of a directory. The runs' own list of
+/// files is not counted.
 struct FolderChanges {
     std::vector<std::string> replaced; ///< an earlier run's or another program's
     std::vector<std::string> removed;  ///< an earlier run's
@@ -61,8 +61,8 @@ struct FolderChanges {
 [[nodiscard]] FolderChanges changesIn(const std::filesystem::path& directory,
                                       const std::vector<std::string>& names);
 
-/// Throws `std::runtime_error` when files of these names are there that no run listed: they are somebody
-/// else's, and a run that wrote them would replace them.
+/// Throws `std::runtime_error` when files of these names exist that no run listed: they are not ours, and the
+/// run would replace them.
 void refuseToReplaceOthers(const std::filesystem::path& directory, const std::vector<std::string>& names);
 
 } // namespace korvana

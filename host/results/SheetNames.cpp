@@ -17,8 +17,7 @@ std::string folded(std::string text) {
     return text;
 }
 
-/// Without the characters that no name may hold, blanks side by side, and the apostrophes that none may begin
-/// or end with.
+/// Without forbidden characters, repeated blanks, and apostrophes at the beginning or end.
 std::string legal(std::string_view title) {
     std::string name;
     for (char c : oneLine(title)) {

@@ -13,11 +13,11 @@
 
 namespace korvana {
 
-/// A results table, held column by column, so that ten million rows cost what their values cost and nothing
-/// more. Columns are meant to be equally long; where one is shorter its missing cells read as empty.
+/// A results table, stored by columns, so that ten million rows need no more memory than their values.
+/// Columns should be equally long; the missing cells of a shorter one read as empty.
 struct Spreadsheet {
-    /// Texts that stand in few distinct forms: cell i holds texts[index[i]]; an index beyond the texts is
-    /// empty.
+    /// Texts with few distinct values: cell i holds texts[index[i]]; an index beyond the texts is an empty
+    /// cell.
     struct Dictionary {
         std::vector<std::uint8_t> index;
         std::vector<std::string> texts;
@@ -31,7 +31,7 @@ struct Spreadsheet {
         std::variant<std::vector<double>, std::vector<std::int32_t>, Dictionary, std::vector<std::string>>
             cells;
         std::string id{};    ///< name for programs, the same in every run; may be empty
-        std::string title{}; ///< heading in full, where the two lines abbreviate it
+        std::string title{}; ///< heading in full, if the two lines abbreviate it
 
         [[nodiscard]] std::size_t size() const;
         [[nodiscard]] bool isText() const { return cells.index() >= 2; }
@@ -54,10 +54,10 @@ struct Spreadsheet {
     std::vector<std::string> notes;
     std::vector<std::string> rowHeadings; ///< one per row, or empty when rows have no heading
     std::vector<Column> columns;
-    bool repeatsReport = false; ///< its values stand in a report already: reports for people leave it out
+    bool repeatsReport = false; ///< a report already has its values: reports for people leave it out
     std::shared_ptr<const OutputOrigin> origin{}; ///< nullptr: unknown
 
-    /// Copies what a module hands over.
+    /// Copies what a module passes.
     [[nodiscard]] static Spreadsheet fromSpec(const ozm::SheetSpec& spec);
 
     [[nodiscard]] std::size_t rowCount() const;

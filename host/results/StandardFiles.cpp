@@ -7,7 +7,7 @@
 namespace korvana {
 
 void holdStandardFiles() noexcept {
-    // The lowest that is free is the one that is opened.
+    // Opening takes the lowest free descriptor.
     for (const int file : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         if (::fcntl(file, F_GETFD) < 0) ::open("/dev/null", file == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }

@@ -2,9 +2,10 @@
 
 namespace korvana {
 
-/// Holds the places of standard input, output and error where the caller closed them: otherwise the next
-/// files to be opened get them, messages end up in results, and what is made in a process of its own is lost.
-/// Reading and writing there fails as before. Before anything is opened; needs no library that is ready.
+/// Occupies the descriptors of standard input, output and error if the caller closed them: otherwise the next
+/// files opened would get them, messages would end up in results, and the work of other processes would be
+/// lost. Reading and writing there fails as before. Call it before anything is opened; it needs no
+/// initialised library.
 void holdStandardFiles() noexcept;
 
 } // namespace korvana

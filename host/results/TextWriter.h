@@ -18,7 +18,7 @@ void writeText(const ResultsBook& book, std::ostream& out, const TextOptions& op
 /// One table with its title, notes and headings.
 void writeText(const Spreadsheet& sheet, std::ostream& out);
 
-/// "Error 14152: text", the way messages read everywhere.
+/// "Error 14152: text", the form of messages everywhere.
 [[nodiscard]] std::string messageText(const ResultMessage& message);
 
 /// A chart in one line: its title, axes and series.

@@ -8,7 +8,7 @@
 
 namespace korvana {
 
-/// Entries, a few bytes each, are never given back: so a signal handler can walk the list at any moment.
+/// Entries, a few bytes each, are never freed, so that a signal handler can walk the list at any moment.
 struct Unfinished::Entry {
     std::atomic<char*> path = nullptr; ///< nullptr: finished
     Entry* next = nullptr;
@@ -30,7 +30,7 @@ Unfinished::Unfinished(const std::filesystem::path& path) {
     auto text = std::make_unique<char[]>(path.native().size() + 1);
     std::memcpy(text.get(), path.c_str(), path.native().size() + 1);
     const std::lock_guard<std::mutex> lock(adding);
-    // The newest stands first: files are removed before the directories made for them.
+    // The newest comes first: files are removed before the directories made for them.
     entry_ = new Entry;
     entry_->next = newest.load();
     entry_->path = text.release();

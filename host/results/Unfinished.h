@@ -5,8 +5,8 @@
 
 namespace korvana {
 
-/// A file or directory in the making: it is removed (a directory when it is empty) unless `keep` was called.
-/// To be constructed before the file itself, so that no moment is left out.
+/// An unfinished file or directory: it is removed (a directory if it is empty) unless `keep` was called.
+/// Construct it before the file itself, so that there is no gap.
 class Unfinished {
 public:
     explicit Unfinished(const std::filesystem::path& path);
@@ -22,11 +22,11 @@ private:
     Entry* entry_;
 };
 
-/// Removes whatever is unfinished, for a signal handler that then ends the program. It runs in the thread
-/// that writes, or that thread must not go on.
+/// Removes everything unfinished, for a signal handler that then ends the program. It must run in the thread
+/// that writes, or that thread must be stopped.
 void removeUnfinished() noexcept;
 
-/// While it lives, the signals by which people end a program wait.
+/// While it lives, the signals that end a program are held back.
 class HeldSignals {
 public:
     HeldSignals();

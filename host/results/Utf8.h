@@ -6,16 +6,16 @@
 
 namespace korvana {
 
-/// Texts reach the writers from files of any origin; none of them may break a document.
+/// Texts come to the writers from files of any origin; none may break a document.
 
 inline constexpr char32_t replacementCharacter = 0xFFFD;
 
-/// Takes one code point off the front of a text that is not empty. Bytes that are no UTF-8 (also overlong
+/// Takes one code point off the front of a text that is not empty. Bytes that are not UTF-8 (also overlong
 /// forms and surrogates) give U+FFFD, one per byte.
 [[nodiscard]] char32_t takeCodePoint(std::string_view& text);
 void appendCodePoint(std::string& out, char32_t code);
 
-/// True for what has no shape of its own: C0, DEL, C1 (line ends and tabs among them).
+/// Whether a code point is a control character: C0, DEL, C1 (line ends and tabs included).
 [[nodiscard]] constexpr bool isControl(char32_t code) {
     return code < 0x20 || (code >= 0x7F && code < 0xA0);
 }
@@ -29,7 +29,7 @@ void appendOneLine(std::string& out, std::string_view text);
 
 /// Lengths as spreadsheet programs count them.
 [[nodiscard]] std::size_t utf16Units(std::string_view text);
-/// On one line, and no more than its first `most` units.
+/// The text on one line, cut to its first `most` units.
 [[nodiscard]] std::string oneLine(std::string_view text, std::size_t most);
 
 /// Columns a text takes on a terminal: combining marks none, East Asian wide characters two.

@@ -23,7 +23,7 @@ namespace {
 
 constexpr std::size_t blockSize = std::size_t{1} << 16U;
 
-/// What the process sends before the bytes of the answer or of the error.
+/// What the process sends before the bytes of the result or the error.
 struct Head {
     std::uint64_t size;
     bool answered;
@@ -33,7 +33,7 @@ Answer failure(std::string why) {
     return {.bytes = {}, .error = std::move(why)};
 }
 
-/// Keeps signals away between fork and the moment at which the child has handlers of its own.
+/// Blocks signals between fork and the moment when the child has its own handlers.
 class SignalsBlocked {
 public:
     SignalsBlocked() {
@@ -49,13 +49,13 @@ private:
     sigset_t before_{};
 };
 
-/// The program's handlers are not for this process, which has no files to tidy up and nothing to report; nor
-/// should its end be seen on the terminal or leave a core file.
+/// Resets the program's signal handlers, as this process has no files to tidy up and nothing to report; its
+/// end should not show on the terminal or leave a core file either.
 void becomeWorker() {
     for (int signal = 1; signal < NSIG; ++signal)
-        std::signal(signal, SIG_DFL); // refused for those that have no other
+        std::signal(signal, SIG_DFL); // fails for those that cannot be caught
     std::signal(SIGXFSZ, SIG_IGN);    // an error of the write
-    prctl(PR_SET_PDEATHSIG, SIGTERM); // waits where signals are held
+    prctl(PR_SET_PDEATHSIG, SIGTERM); // waits while signals are held back
     const rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
     const int nowhere = ::open("/dev/null", O_RDWR);
@@ -88,10 +88,10 @@ bool sendAll(int pipe, const char* data, std::size_t size) {
     std::array<char, sizeof head> bytes{};
     std::memcpy(bytes.data(), &head, sizeof head);
     const bool sent = sendAll(pipe, bytes.data(), bytes.size()) && sendAll(pipe, text.data(), text.size());
-    ::_exit(sent ? 0 : 1); // nothing of the program is run down here: its files are not this process's
+    ::_exit(sent ? 0 : 1); // no cleanup of the program here: its files are not this process's
 }
 
-/// What comes through the pipe until its end; false when that takes too long.
+/// Reads the pipe to its end; false when that takes too long.
 bool receive(int pipe, const Work& work, std::string& all) {
     using Clock = std::chrono::steady_clock;
     const auto begin = Clock::now();
@@ -113,7 +113,7 @@ bool receive(int pipe, const Work& work, std::string& all) {
     }
 }
 
-/// The process, and this program's end of its pipe. Ends it where it still runs.
+/// The process, and this program's end of its pipe. Ends the process if it still runs.
 class Worker {
 public:
     Worker(pid_t process, int pipe) : process_(process), pipe_(pipe) {}
@@ -128,7 +128,7 @@ public:
 
     [[nodiscard]] int pipe() const { return pipe_; }
 
-    /// Waits for its end and answers the signal that brought it about, 0 when none did.
+    /// Waits for its end and returns the signal that caused it, 0 if none did.
     int end() {
         int status = 0;
         while (::waitpid(process_, &status, 0) < 0 && errno == EINTR) {}

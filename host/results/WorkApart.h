@@ -7,24 +7,23 @@
 
 namespace korvana {
 
-/// What a process of its own answers, or why it answers nothing.
+/// The result of work in a separate process, or why there is none.
 struct Answer {
     std::string bytes;
-    std::string error; ///< empty when it answered
+    std::string error; ///< empty if it succeeded
 };
 
-/// How an error names the work, and how long it may take.
+/// The name of the work in errors, and how long it may take.
 struct Work {
     const char* name;     ///< "drawing"
     const char* noMemory; ///< "not enough memory to draw"
     std::optional<std::chrono::seconds> longest;
 };
 
-/// Calls `answer` in a process of its own and takes over what it answers. A library out of memory writes on
-/// the terminal, aborts, faults or waits for ever; in a process of its own it takes nothing but its work with
-/// it, and the error says so. Stops (SIGINT, SIGTERM, SIGHUP) end that process at once, whatever the program
-/// does about them, and so does the end of the program. Nothing when the system has no room for a further
-/// process (`ulimit -u`).
+/// Calls `answer` in a separate process and returns its result. A library that runs out of memory may write
+/// on the terminal, abort, fault or wait for ever; in a separate process only its work is lost, and the error
+/// says so. SIGINT, SIGTERM, SIGHUP and the end of the program end that process at once. Returns nothing when
+/// the system cannot start another process (`ulimit -u`).
 [[nodiscard]] std::optional<Answer> workApart(const Work& work, const std::function<Answer()>& answer);
 
 } // namespace korvana

@@ -92,7 +92,7 @@ std::string listOf(FormatSet formats) {
     return list;
 }
 
-/// Formats other than these have a file for every book.
+/// The other formats write a file for every book.
 [[noreturn]] void throwNothingToWrite(const std::filesystem::path& directory, FormatSet formats) {
     const bool tables = formats.has(OutputFormat::Csv);
     const bool charts = formats != FormatSet{}.add(OutputFormat::Csv);
@@ -134,7 +134,7 @@ std::vector<std::string> fileNames(const ResultsBook& book) {
         std::map<std::string, int> uses;
         for (const ResultsBook::Output& output : book.outputs)
             if (output.index() == kind) ++uses[stemOf(output)];
-        // A name that only one output has stays as it is, whatever the others are called.
+        // A name that only one output has is kept, whatever the others are called.
         std::set<std::string> taken;
         for (const auto& [stem, count] : uses)
             if (count == 1) taken.insert(stem);
@@ -149,7 +149,7 @@ std::vector<std::string> fileNames(const ResultsBook& book) {
             } while (!taken.insert(names[place]).second);
         }
     };
-    // Tables and charts end differently, so they may share a name.
+    // Tables and charts have different endings, so they may share a name.
     nameKind(1, [](const ResultsBook::Output& output) {
         return slug(std::get<Spreadsheet>(output).title, "table");
     });
@@ -199,7 +199,7 @@ std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std:
             failures.push_back("cannot draw all charts of 'report.html': " + reasons.front());
     }
     writeCharts(book, names, formats, folder, failures);
-    // Last, when it is known which pictures there are.
+    // Last, as it lists the pictures.
     if (json != nullptr) fill(*json, [&](std::ostream& out) { writeJson(book, out, folder.names()); });
     std::vector<std::filesystem::path> files;
     if (!folder.names().empty()) {

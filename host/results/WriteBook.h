@@ -43,11 +43,11 @@ private:
 /// "json, txt, csv, html, xlsx, svg, png, pdf"
 [[nodiscard]] std::string knownFormats();
 
-/// The names that a run of its own folder has whatever its results are; tables and pictures get theirs after
-/// their titles.
+/// The names of files that a run always writes; tables and pictures are named after their titles.
 [[nodiscard]] std::vector<std::string> certainFileNames(FormatSet formats);
 
-/// None of the formats has anything to hold: tables alone in formats of pictures, or the other way round.
+/// The results have nothing for the formats asked for: only tables for formats of pictures, or the other way
+/// round.
 struct NothingToWrite : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -58,16 +58,16 @@ struct NothingToWrite : std::runtime_error {
 /// Returns the files.
 ///
 /// Throws `std::runtime_error` naming the file and the reason when one cannot be written; the directory then
-/// is as it was. A chart that cannot be drawn does not keep the other files from being written: its reason is
-/// put into `problems`, or, without such a list, thrown as `std::runtime_error` at the end. Where that leaves
-/// no file at all, or there was none to write (`NothingToWrite`), the directory is as it was, too.
+/// is as it was. A chart that cannot be drawn does not keep the other files from being written: the reason is
+/// put into `problems`, or, without such a list, thrown as `std::runtime_error` at the end. If that leaves no
+/// file at all, or there was none to write (`NothingToWrite`), the directory also stays as it was.
 std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std::filesystem::path& directory,
                                              FormatSet formats, std::vector<std::string>* problems = nullptr,
                                              OthersFiles others = OthersFiles::Kept);
 
-/// File names (without ending) after the titles of the book's tables and charts, in the order of the outputs,
-/// empty for reports: lower-case ASCII letters, digits and hyphens, 60 characters at most, numbered where
-/// they collide.
+/// File names (without ending) made from the titles of the book's tables and charts, in the order of the
+/// outputs, empty for reports: lower-case ASCII letters, digits and hyphens, 60 characters at most, numbered
+/// where they collide.
 [[nodiscard]] std::vector<std::string> fileNames(const ResultsBook& book);
 
 } // namespace korvana

@@ -7,12 +7,12 @@
 
 namespace korvana {
 
-/// Thrown out of whatever writes when it is to give up; what was not committed is removed on the way.
+/// Thrown by writers that are asked to stop; uncommitted files are removed.
 struct WritingStopped : std::exception {
     [[nodiscard]] const char* what() const noexcept override { return "writing was stopped"; }
 };
 
-/// While it lives, what its thread writes can be stopped and reports which file it begins. Without one
+/// While it lives, writing in its thread can be stopped, and reports each file that it begins. Without one,
 /// nothing stops it.
 class WritingWatch {
 public:
@@ -34,7 +34,7 @@ private:
     const WritingWatch* before_;
 };
 
-/// To be called at least every few milliseconds by what writes. Throws WritingStopped when it is to give up.
+/// Writers call this at least every few milliseconds. Throws WritingStopped when asked to stop.
 void throwIfWritingStopped();
 
 } // namespace korvana

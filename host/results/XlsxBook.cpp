@@ -14,13 +14,13 @@ namespace {
 
 constexpr std::size_t mostCharacters = 32767; // of a cell
 constexpr double lineHeight = 15.0;           // points
-// Bytes of a sheet besides its rows, and one column's share of them.
+// Bytes of a sheet apart from its rows, and the share of one column.
 constexpr std::uintmax_t aroundRows = 2048;
 constexpr std::uintmax_t aroundColumn = 128;
 
 } // namespace
 
-/// The library itself closes the files of waiting rows only as it packs them.
+/// The library closes the files of waiting rows only when it packs them.
 void XlsxBook::Free::operator()(lxw_workbook* book) const {
     lxw_worksheet* sheet = nullptr;
     STAILQ_FOREACH(sheet, book->worksheets, list_pointers)
@@ -28,7 +28,7 @@ void XlsxBook::Free::operator()(lxw_workbook* book) const {
     lxw_workbook_free(book);
 }
 
-/// The library's words, but for what others say more plainly.
+/// The library's text, or a plainer one where we have it.
 void XlsxBook::fail(lxw_error error, int reason) const {
     if (error == LXW_ERROR_MEMORY_MALLOC_FAILED || reason == ENOMEM)
         throwCannotWrite(target_, noMemoryForWorkbook);
@@ -52,7 +52,7 @@ XlsxBook::XlsxBook(const PendingFile& pending, bool large)
     : target_(pending.target()), directory_(pending.path().parent_path().string()),
       file_(pending.path(), target_) {
     if (directory_.empty()) directory_ = ".";
-    // Rows wait beside the file, where there is as much room as for the file itself.
+    // Rows wait in a file beside the workbook, on the same disk.
     lxw_workbook_options options{};
     options.constant_memory = LXW_TRUE;
     options.tmpdir = directory_.data();
@@ -76,7 +76,7 @@ XlsxBook::XlsxBook(const PendingFile& pending, bool large)
 }
 
 void XlsxBook::finish() {
-    // The library does not look whether its waiting rows reached the disk, so ask before they are packed.
+    // The library does not check whether the waiting rows reached the disk, so check before they are packed.
     std::error_code unknown;
     const auto space = std::filesystem::space(directory_, unknown);
     if (!unknown && space.available < largest_) throwCannotWrite(target_, ENOSPC);
@@ -90,7 +90,7 @@ void XlsxBook::finish() {
 }
 
 void XlsxBook::beginSheet(std::string_view title) {
-    // The file where rows wait has a name for a moment.
+    // The file of waiting rows has a name for a moment.
     const HeldSignals meanwhile;
     errno = 0;
     sheet_ = workbook_add_worksheet(book_.get(), names_.take(title).c_str());

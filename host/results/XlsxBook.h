@@ -22,16 +22,16 @@ inline constexpr std::size_t mostSheetColumns = 16384;
 
 inline constexpr const char* noMemoryForWorkbook = "not enough memory";
 
-/// A workbook in the making, and one sheet of it at a time, row after row. What does not succeed throws a
-/// std::runtime_error that names the file, also where the library below does not notice.
+/// A workbook under construction, one sheet at a time, row after row. A failure throws a std::runtime_error
+/// that names the file, even where the library does not notice it.
 class XlsxBook {
 public:
     /// `large`: a sheet may outgrow the 4 GB of the plain container.
     XlsxBook(const PendingFile& pending, bool large);
-    /// Packs what was written into the file.
+    /// Packs the sheets into the file.
     void finish();
 
-    /// The title is made a legal name that no other sheet has.
+    /// The title becomes a legal name that no other sheet has.
     void beginSheet(std::string_view title);
     /// `columns`: how many it has, at most.
     void endSheet(std::size_t columns = 1);
@@ -41,16 +41,16 @@ public:
     void nextRow() { ++row_; }
     void text(std::size_t column, std::string_view value, lxw_format* look = nullptr);
     void number(std::size_t column, double value, lxw_format* look = nullptr);
-    /// A row of one text; nothing once the sheet is full.
+    /// A row of one text; does nothing once the sheet is full.
     void line(std::string_view value, lxw_format* look);
 
     void setWidth(std::size_t column, std::size_t characters);
-    /// The row is as high as that many lines.
+    /// Makes the row as high as that many lines.
     void setHeight(std::size_t lines);
-    /// What stands above the row, and so many columns, stay in sight.
+    /// Keeps everything above the row, and this many columns, in view.
     void freezeAbove(std::size_t columns);
 
-    /// How numbers look; null for the library's own way.
+    /// The format of numbers; null for the library's default.
     lxw_format* numberFormat(ozm::CellFormat wanted);
     [[nodiscard]] lxw_format* bold() const { return bold_; }
     [[nodiscard]] lxw_format* report() const { return text_; }

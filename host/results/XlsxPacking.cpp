@@ -59,7 +59,7 @@ Packed PackedFile::pack(lxw_workbook* book) {
     };
     try {
         std::thread(run).detach();
-    } catch (const std::system_error&) { // no thread to be had
+    } catch (const std::system_error&) { // no thread available
         run();
     }
     std::unique_lock lock(packing->mutex);

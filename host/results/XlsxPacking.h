@@ -12,8 +12,8 @@ struct Packed {
     int reason = 0; ///< errno
 };
 
-/// The file that the library packs a workbook into. Packing takes seconds and cannot be interrupted: where
-/// somebody watches (WritingWatch.h) a stop does not wait for it.
+/// The file that the library packs a workbook into. Packing takes seconds and cannot be interrupted: under a
+/// WritingWatch a stop does not wait for it.
 class PackedFile {
 public:
     /// `pending` exists. Throws `std::runtime_error` naming `target` when it cannot be opened.
@@ -25,13 +25,13 @@ public:
     /// The name to give the library.
     [[nodiscard]] const std::string& path() const { return path_; }
 
-    /// Packs and frees the book. Throws WritingStopped at a stop: packing then goes on in a thread that
-    /// nobody waits for, into a file that has lost its name, and its room is free once it ends.
+    /// Packs and frees the book. Throws WritingStopped at a stop: packing then continues in a detached
+    /// thread, into an unlinked file whose space is freed at the end.
     [[nodiscard]] Packed pack(lxw_workbook* book);
 
 private:
     std::string path_;
-    /// By which the library finds the file, and cannot make it anew; -1: it is not needed.
+    /// The descriptor through which the library opens the file without recreating it; -1: not needed.
     int descriptor_ = -1;
 };
 

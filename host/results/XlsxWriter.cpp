@@ -91,7 +91,7 @@ private:
         for (std::size_t note = 0; note < std::min<std::size_t>(sheet.notes.size(), 1000); ++note)
             book_.line(sheet.notes[note], book_.note());
         book_.nextRow();
-        // Long headings are broken: tall enough for the tallest.
+        // Long headings are broken: the row is tall enough for the tallest.
         std::size_t lines = 1;
         for (std::size_t column = 0; column < columns; ++column) {
             lines = std::max(lines, brokenLines(sheet.columns[column].readableHeading(),
@@ -164,13 +164,13 @@ void writeXlsx(const ResultsBook& book, const std::filesystem::path& target) {
 }
 
 void writeXlsx(const ResultsBook& book, const PendingFile& pending) {
-    // Who watches has threads, and stops by exceptions.
+    // A program with a watch has threads, and stops by exceptions.
     if (WritingWatch::current() != nullptr) return writeHere(book, pending);
     const std::optional<Answer> failure = workApart(writing, [&] {
         try {
             writeHere(book, pending);
             return Answer{};
-        } catch (const std::runtime_error& error) { // it names the file
+        } catch (const std::runtime_error& error) { // the text already names the file
             return Answer{error.what(), {}};
         }
     });

@@ -12,7 +12,7 @@ namespace korvana {
 /// further sheets. Numbers keep full precision and show the column's format. Rows are streamed. Throws
 /// `std::runtime_error` naming the file when it cannot be written; then no file is left.
 void writeXlsx(const ResultsBook& book, const std::filesystem::path& target);
-/// The same into a file that somebody else commits.
+/// The same into a file that the caller commits.
 void writeXlsx(const ResultsBook& book, const PendingFile& pending);
 
 } // namespace korvana

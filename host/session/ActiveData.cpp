@@ -124,7 +124,7 @@ std::vector<std::string> ActiveData::notes() const {
         notes.push_back(std::move(note));
     }
     if (weightVariable_ > 0) {
-        // What odd weights do is the analysis' business, which says so.
+        // The analysis itself explains the effect of unusual weights.
         notes.push_back("Cases weighted by '" + data_.variable(weightVariable_ - 1).name + "'.");
     }
     return notes;

@@ -16,7 +16,7 @@
 namespace korvana {
 
 /// The data that an analysis works on: a data set, which of its cases take part, and what weights them.
-/// Without a data set it is a table of no cases.
+/// Without a data set it is an empty table.
 class ActiveData {
 public:
     ActiveData() = default;
@@ -24,13 +24,13 @@ public:
     ActiveData(const ActiveData&) = delete;
     ActiveData& operator=(const ActiveData&) = delete;
 
-    /// Takes a data set over; selection and weights of the one before are forgotten.
+    /// Takes over a data set; selection and weights of the previous one are dropped.
     void open(DataSet data);
     [[nodiscard]] const DataSet& dataSet() const { return data_; }
 
-    /// Changes what is known about a variable (counted from 0) besides its name, kind and cells, and makes
-    /// the selection anew. Throws what `select` throws when the condition does not hold any more (it refers
-    /// to a label that is gone); everything then stays as it was.
+    /// Changes what is known about a variable (counted from 0) except its name, kind and cells, and repeats
+    /// the selection. Throws what `select` throws when the condition is no longer valid (it refers to a label
+    /// that is gone); nothing is changed then.
     void describe(int variable0, std::string label, double missingCode, std::vector<ValueLabel> valueLabels);
 
     /// Appends a variable computed from others (see `computeVariable`, whose errors it throws), with its
@@ -38,12 +38,12 @@ public:
     void define(const Definition& definition);
     /// Appends a variable that was already computed over this data set.
     void define(ComputedVariable computed);
-    /// Takes a computed variable (counted from 0) out again, with its note; those behind it are numbered
-    /// anew. Throws DataError for one that was read, and for one that selection, weights or another computed
-    /// variable use; everything then stays as it was.
+    /// Removes a computed variable (counted from 0), with its note; those after it are renumbered. Throws
+    /// DataError for one that was read, and for one that selection, weights or another computed variable use;
+    /// nothing is changed then.
     void undefine(int variable0);
 
-    /// Counts the data sets opened: shows whether what was derived from one still belongs to it.
+    /// Counts the data sets opened, to tell whether something derived from one still belongs to it.
     [[nodiscard]] int generation() const { return generation_; }
 
     /// Takes the cases that satisfy a condition (see `selectCases`, whose errors it throws; the selection
@@ -62,13 +62,13 @@ public:
     /// The number of the weight variable from 1, 0 while weighting is off.
     [[nodiscard]] int weightVariable() const { return weightVariable_; }
 
-    /// What results of these data are of: to be kept with them, and compared with the state of later on.
+    /// The state that results of these data belong to: kept with them and compared with the later state.
     [[nodiscard]] DataState state() const;
 
     /// What a reader of results should know about the data: the reader's notes, the selection, the weights.
     [[nodiscard]] std::vector<std::string> notes() const;
 
-    /// A variable's cells, for reading passes: a cell that equals the missing code has no value.
+    /// A variable's cells, for reading passes; a cell that equals the missing code has no value.
     struct Cells {
         const double* first = nullptr;
         double missingCode = 0.0; ///< NaN, which equals nothing, when there is none
@@ -78,7 +78,7 @@ public:
             return cell == missingCode ? std::numeric_limits<double>::quiet_NaN() : cell;
         }
     };
-    /// Of each variable.
+    /// The cells of each variable.
     [[nodiscard]] std::span<const Cells> columns() const { return columns_; }
 
 private:

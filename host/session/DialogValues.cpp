@@ -92,7 +92,7 @@ private:
     const DataSet& data_;
 };
 
-/// What the user reads of a member: of one that stands for a choice, the choice.
+/// The label of a member for the user; for one that stands for a choice, that of the choice.
 std::string labelOf(const ozm::CAnalysisDialog& dialog, const ozm::AutomationMember& member,
                     const ozm::ControlTemplate& control) {
     const auto place = static_cast<std::size_t>(member.choice) - 1;

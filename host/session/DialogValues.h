@@ -8,8 +8,8 @@
 
 namespace korvana {
 
-/// The properties of a dialog's automation interface with the values that they have now, variables and codes
-/// named as the data name them.
+/// The properties of a dialog's automation interface with their current values; variables and codes have
+/// their names in the data.
 [[nodiscard]] DialogSettings settingsOf(const ozm::CAnalysisDialog& dialog, const DataSet& data);
 
 struct ButtonName {

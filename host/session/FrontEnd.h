@@ -14,14 +14,14 @@ namespace korvana {
 
 class ActiveData;
 
-/// What a front end answers when an analysis asks. The answers given here are those of a script: messages are
-/// acknowledged, questions answered No, file and data dialogs cancelled. All calls come on the session's
-/// thread and may wait for a user.
+/// What an analysis asks of a front end. The defaults here are those for a script: messages are acknowledged,
+/// questions answered No, file and data dialogs cancelled. All calls come on the session's thread and may
+/// wait for a user.
 class FrontEnd {
 public:
     virtual ~FrontEnd() = default;
 
-    /// Shows a message over a dialog (nullptr: over the main window) and waits; answers the button pressed.
+    /// Shows a message over a dialog (nullptr: over the main window) and waits; returns the button pressed.
     virtual ozm::MessageButton showMessage(const ResultMessage& /*message*/,
                                            ozm::CAnalysisDialog* /*window*/) {
         return ozm::ButtonOk;
@@ -29,7 +29,8 @@ public:
     /// A yes/no question.
     virtual bool ask(const ResultMessage& /*question*/, ozm::CAnalysisDialog* /*window*/) { return false; }
 
-    /// Shows an open modal dialog and waits until it is closed. Not asked where a script drives the analysis.
+    /// Shows an open modal dialog and waits until it is closed. Not called where a script drives the
+    /// analysis.
     virtual void runModal(ozm::CAnalysisModalDialog& dialog) { dialog.Press(ozm::ControlOk); }
 
     struct FileRequest {
@@ -41,7 +42,7 @@ public:
     virtual std::optional<std::string> fileToOpen(const FileRequest& /*request*/) { return std::nullopt; }
     virtual std::optional<std::string> fileToSave(const FileRequest& /*request*/) { return std::nullopt; }
 
-    /// Opens another data file into `data`; false when cancelled. The session lets the analysis know.
+    /// Opens another data file into `data`; false when cancelled. The session informs the analysis.
     virtual bool openData(ActiveData& /*data*/) { return false; }
     virtual void defineWeights(ActiveData& /*data*/) {}
     virtual void defineSelection(ActiveData& /*data*/) {}

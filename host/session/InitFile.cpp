@@ -56,7 +56,7 @@ InitFile InitFile::parse(std::string_view text) {
         std::string_view line = text.substr(0, end);
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
         while (line.ends_with('\r'))
-            line.remove_suffix(1); // more than one stands for nothing
+            line.remove_suffix(1); // further ones have no meaning
         file.lines_.push_back(classify(line));
     }
     return file;

@@ -10,8 +10,8 @@ namespace korvana {
 
 /// An initialisation file: sections "[name]" of lines "keyword=value", UTF-8, comments from ; or # at the
 /// start of a line. Names compare without regard to the case of ASCII letters; of several equal ones the
-/// first counts. Blanks around names and values count for nothing. Lines that are neither are kept as they
-/// stand, and so are the line ends.
+/// first counts. Blanks around names and values are ignored. Other lines are kept as they are, and so are the
+/// line ends.
 class InitFile {
 public:
     /// Reads a file; nothing when it cannot be read.
@@ -24,11 +24,12 @@ public:
     [[nodiscard]] std::vector<std::string> keywords(std::string_view section) const;
 
     /// Replaces a value, or appends the keyword to its section, or the section to the file. False when the
-    /// names or the value cannot stand in such a file (line breaks, a "]" in a section, a "=" in a keyword).
+    /// names or the value are not possible in such a file (line breaks, a "]" in a section, a "=" in a
+    /// keyword).
     bool put(std::string_view section, std::string_view keyword, std::string_view value);
 
     [[nodiscard]] std::string text() const;
-    /// Replaces the file at once or not at all. Throws std::runtime_error naming the file and the reason.
+    /// Replaces the file atomically. Throws std::runtime_error naming the file and the reason.
     void write(const std::filesystem::path& path) const;
 
 private:
@@ -36,7 +37,7 @@ private:
         enum class Kind { Other, Section, Entry } kind = Kind::Other;
         std::string name;  ///< of the section or the keyword
         std::string value; ///< of an entry
-        std::string text;  ///< as it stands in the file, without its end
+        std::string text;  ///< the line in the file, without its end
     };
     static Line classify(std::string_view text);
     /// Lines of the section, its heading left out: [first, last). Empty at the end when there is none.

@@ -22,7 +22,7 @@ void addBeside(const fs::path& program, const std::string& fileName, std::vector
     }
 }
 
-/// The file that this code was loaded from: a program, or an extension of another one.
+/// The file that this code was loaded from: a program or a shared library.
 fs::path ownFile() {
     Dl_info info{};
     if (dladdr(reinterpret_cast<const void*>(&ownFile), &info) == 0 || info.dli_fname == nullptr) return {};
@@ -57,7 +57,7 @@ std::vector<fs::path> findModules() {
     };
     for (const fs::path& candidate : modulePaths("any")) {
         std::error_code error;
-        add(candidate); // the environment may name a file
+        add(candidate); // the environment variable may name a file
         for (fs::directory_iterator entry(candidate.parent_path(), error), end; !error && entry != end;
              entry.increment(error))
             add(entry->path());
@@ -76,11 +76,11 @@ Analysis loadAnalysis(const std::vector<fs::path>& paths) {
             tried += "not there";
             continue;
         }
-        // A bare name would be looked for in the system's library folders.
+        // A bare name would be searched for in the system's library folders.
         void* library = dlopen(fs::absolute(path, error).c_str(), RTLD_NOW | RTLD_LOCAL);
         if (library == nullptr) {
             const std::string why = dlerror();
-            // Another file would not help then.
+            // Then another file would not help.
             for (const char* const memory :
                  {"Cannot allocate memory", "cannot allocate memory", "failed to map segment"})
                 if (why.find(memory) != std::string::npos)

@@ -16,21 +16,20 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// An analysis object. It keeps the library loaded that its code lives in.
+/// An analysis object. It keeps the library with its code loaded.
 using Analysis = std::shared_ptr<ozm::CAnalysisSupport>;
 
-/// Where a module of this file name is looked for, in order: the file or folder that the environment variable
-/// KORVANA_MODULE names (and then nowhere else); the folders given; beside the running program and beside the
-/// library that this code stands in, there also in ../lib/korvana and ../lib.
+/// The paths where a module of this file name is searched for, in order: the file or folder named by the
+/// environment variable KORVANA_MODULE (and then nowhere else); the folders given; beside the running program
+/// and beside the library with this code, there also in ../lib/korvana and ../lib.
 std::vector<std::filesystem::path> modulePaths(const std::string& fileName,
                                                const std::vector<std::filesystem::path>& folders = {});
 
-/// The modules that there are (files `libOZM*.so`) in the folders where `modulePaths` looks, by name; each
-/// name once.
+/// The modules found (files `libOZM*.so`) in the folders of `modulePaths`, by name; each name once.
 std::vector<std::filesystem::path> findModules();
 
 /// Loads the first module found and asks its factory for an analysis object without a document. The library
-/// is closed after the object was destroyed. A module's state is one per process: one analysis at a time.
+/// is closed after the object is destroyed. A module's state is one per process: one analysis at a time.
 /// Throws ModuleError.
 Analysis loadAnalysis(const std::vector<std::filesystem::path>& paths);
 

@@ -46,7 +46,7 @@ void OriginRecorder::restart() {
 std::shared_ptr<RunOrigin> OriginRecorder::runWith(const ozm::CAnalysisDialog& dialog) const {
     auto run = run_ != nullptr ? std::make_shared<RunOrigin>(*run_) : std::make_shared<RunOrigin>();
     DialogSettings settings = settingsOf(dialog, data_.dataSet());
-    // Who went back and was accepted again takes the place of the time before, and of what followed it.
+    // A dialog that is accepted again replaces its earlier settings, and those of the dialogs that followed.
     run->dialogs.erase(
         std::find_if(run->dialogs.begin(), run->dialogs.end(),
                      [&settings](const DialogSettings& earlier) { return earlier.id == settings.id; }),

@@ -11,13 +11,13 @@
 
 namespace korvana {
 
-/// Follows the dialogs of a session, so that each output can tell what it was made from. It knows dialogs by
-/// their templates and automation tables only.
+/// Follows the dialogs of a session, to record what each output was made from. It knows dialogs by their
+/// templates and automation tables only.
 class OriginRecorder final : public ozm::DialogObserver {
 public:
     explicit OriginRecorder(const ActiveData& data) : data_(data) {}
 
-    /// Forgets the run; the step table begins anew.
+    /// Forgets the run; the step table starts again.
     void restart();
     /// A dialog was accepted: the results that follow are of its settings, and of the data as they were when
     /// its button was pressed.
@@ -27,12 +27,12 @@ public:
     /// The analysis changed selection or weights itself, while a button's command runs.
     void dataUseChanged() { stateAtPress_ = data_.state(); }
 
-    /// The analysis remarks something about the run that its dialog is about to start.
+    /// The analysis remarks on the run that its dialog is about to start.
     void remark(std::string text) { remarks_.push_back(std::move(text)); }
 
-    /// What outputs made at this moment come from.
+    /// The origin of outputs made at this moment.
     [[nodiscard]] std::shared_ptr<const OutputOrigin> current() const;
-    /// What the results at hand are of; nullptr before a dialog was accepted.
+    /// The origin of the current results; nullptr before a dialog was accepted.
     [[nodiscard]] const std::shared_ptr<const RunOrigin>& run() const { return run_; }
 
     void CommandBegins(ozm::CAnalysisDialog& dialog, int control) override;

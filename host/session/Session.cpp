@@ -99,7 +99,7 @@ void Session::followExits() {
 
 void Session::run(int next) {
     const Flag taking(stepping_);
-    // Guards against dialogs that close as they open, too: those are followed without a user in between.
+    // The limit also catches dialogs that close as they open, which are followed without a user in between.
     while (const ozm::SEQFUNCTTBL* found = row(next)) {
         if (++stepsWithoutDialog_ > mostStepsWithoutDialog) {
             parts_.fail("The analysis goes in circles at step " + std::to_string(next) + ".");

@@ -31,8 +31,8 @@ short SessionData::cstart(int caseNumber, std::span<double> values, std::span<co
 short SessionData::getmd5(int variable, double& missingCode) {
     missingCode = std::numeric_limits<double>::quiet_NaN();
     if (index(variable) >= data_.columns().size()) return 1;
-    // A module may round the code to single precision. One that this changes would name other cells; those
-    // that have it come as NaN anyway.
+    // A module may round the code to single precision. A code that this changes would match other cells, so
+    // it is not given; the cells that have it are NaN anyway.
     const double code = data_.dataSet().variable(variable - 1).missingCode;
     if (std::abs(code) <= std::numeric_limits<float>::max() &&
         static_cast<double>(static_cast<float>(code)) == code)

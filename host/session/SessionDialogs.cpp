@@ -7,7 +7,7 @@
 namespace korvana {
 namespace {
 
-/// A modal dialog among those that run, for as long as it does, whatever ends it.
+/// Keeps a modal dialog in the list of those that run, until it ends, also by an exception.
 class OpenModal {
 public:
     OpenModal(std::vector<ozm::CAnalysisModalDialog*>& running, ozm::CAnalysisModalDialog& dialog)
@@ -30,7 +30,7 @@ bool SessionDialogs::CreateAnalysisDialog(std::unique_ptr<ozm::CAnalysisModeless
         parts_.fail("A dialog of the analysis is open already.");
         return false;
     }
-    // Owned before it opens: it may name the next step while it opens.
+    // Owned before it opens, as it may name the next step while opening.
     current_ = dialogs_.emplace_back(std::move(dialog)).get();
     current_->AddObserver(parts_.origins);
     current_->AddObserver(*this);
@@ -68,7 +68,7 @@ void SessionDialogs::runByScript(ozm::CAnalysisModalDialog& dialog) {
     try {
         ozm::AutomationObject object(dialog);
         if (parts_.modalScript) parts_.modalScript(object);
-    } catch (...) { // the analysis is in between, which is no place for a script's failures
+    } catch (...) { // a script's exception must not pass through the analysis
         parts_.scriptFailure = std::current_exception();
         return;
     }
@@ -98,7 +98,7 @@ std::optional<SessionDialogs::Exit> SessionDialogs::takeExit() {
 }
 
 bool SessionDialogs::OpenDataFile() {
-    // The dialog that asked sees to itself.
+    // The dialog that asked updates itself.
     if (!parts_.frontEnd->openData(parts_.data)) return false;
     tellAnalysis();
     return true;
@@ -137,7 +137,7 @@ void SessionDialogs::DefineSelCond() {
 }
 
 void SessionDialogs::CommandEnded(ozm::CAnalysisDialog& dialog, int control, bool succeeded) {
-    // Outputs are what the buttons of a dialog without an OK make: it has nothing to run.
+    // A dialog without an OK is a results dialog: its buttons make outputs.
     if (dialog.Template().Find(ozm::ControlOk) == nullptr)
         parts_.outputEnded(nameOfButton(dialog, control).id, succeeded);
 }

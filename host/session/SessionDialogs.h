@@ -10,8 +10,8 @@
 
 namespace korvana {
 
-/// Owns the dialogs of a session. A closed dialog lives on until `release`, since one of its operations may
-/// still run and a script may still hold it; its exit is noted for the session to follow.
+/// Owns the dialogs of a session. A closed dialog is kept until `release`, since one of its operations may
+/// still run and a script may still hold it; its exit is stored for the session to follow.
 class SessionDialogs : public ozm::DialogService, private ozm::DialogObserver {
 public:
     /// How a dialog wants the analysis to go on.
@@ -33,17 +33,18 @@ public:
     void DefineSelCond() override;
     void TurnWeightsOff() override;
     void EnableStartupMenus(bool enabled) override { parts_.observers.startupMenusEnabled(enabled); }
-    /// Outputs stand in the book, which a window shows all the time: none was put away.
+    /// Outputs are in the book, which a window always shows: nothing to restore.
     void RestoreResultsWindows(ozm::CAnalysisDialog& /*dialog*/) override {}
 
-    /// The dialog that owns the step, open or with its exit not followed yet; nullptr when there is none.
+    /// The dialog that owns the step, open or closed with its exit not followed yet; nullptr when there is
+    /// none.
     [[nodiscard]] ozm::CAnalysisModelessDialog* current() const { return current_; }
-    /// The dialog that is to be dealt with: the modal one that waits, else the one that owns the step if it
-    /// is open; nullptr when there is none.
+    /// The dialog to operate: the modal one if one runs, else the one that owns the step if it is open;
+    /// nullptr when there is none.
     [[nodiscard]] ozm::CAnalysisDialog* open() const;
-    /// Other data were opened: the analysis is told, and then its open dialog.
+    /// Other data were opened: informs the analysis, and then its open dialog.
     void dataReplaced();
-    /// Takes the exit of the current dialog, which then owns the step no more.
+    /// Takes the exit of the current dialog, which then no longer owns the step.
     std::optional<Exit> takeExit();
     /// The page on which the next dialog opens.
     void openNextOn(int page) { page_ = page; }

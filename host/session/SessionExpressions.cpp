@@ -55,9 +55,9 @@ public:
 private:
     Expression expression_;
     std::vector<int> references_;         ///< ascending, as the module sees them
-    std::vector<std::size_t> places_;     ///< where the k-th value of the expression stands among them
+    std::vector<std::size_t> places_;     ///< the place of the expression's k-th value among them
     std::vector<double> missingCodes_;    ///< of the k-th value
-    mutable std::vector<double> inOrder_; ///< kept, so that an evaluation does not allocate
+    mutable std::vector<double> inOrder_; ///< kept so that evaluations do not allocate
     mutable std::vector<Expression::Input> inputs_;
 };
 

@@ -30,7 +30,7 @@ bool SessionFiles::PutInitKeywordPrivate(const std::string& path, std::string_vi
     std::error_code error;
     const bool isNew = !std::filesystem::exists(path, error);
     std::optional<InitFile> file = isNew ? InitFile{} : InitFile::read(path);
-    // A file that is there but cannot be read is not ours to replace.
+    // A file that exists but cannot be read must not be replaced.
     if (!file || !file->put(section, keyword, value)) return false;
     file->write(path);
     return true;

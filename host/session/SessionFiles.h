@@ -14,7 +14,7 @@ public:
                        std::string& path) override;
     bool DoFileSaveAsDlg(std::string_view title, std::string_view defaultName, std::string_view extension,
                          std::string& path) override;
-    /// A failure to write is also recorded as a message that gives the reason.
+    /// A failure to write is also recorded as a message with the reason.
     bool PutInitKeywordPrivate(const std::string& path, std::string_view section, std::string_view keyword,
                                std::string_view value) override;
     bool GetInitKeywordPrivate(const std::string& path, std::string_view section, std::string_view keyword,

@@ -6,7 +6,7 @@
 namespace korvana {
 
 bool SessionMemory::AllocMem(void*& memory, std::size_t size) {
-    // An array of no elements is still an array: null means refused.
+    // Never null for an empty array: null means refused.
     memory = std::malloc(std::max<std::size_t>(size, 1));
     if (memory == nullptr) return false;
     ++outstanding_;

@@ -35,7 +35,7 @@ int SessionMessages::DspMessageBox(ozm::MessageStyle style, ozm::CAnalysisDialog
     ResultMessage message{id, std::string{text}, std::string{detail}, severityOf(style)};
     if (style == ozm::MessageStyle::YesNo)
         return parts_.frontEnd->ask(message, window) ? ozm::ButtonYes : ozm::ButtonNo;
-    // A person has read it once it is shown; who drives by a script reads it in the book.
+    // A person has read it once it is shown; a script finds it in the book.
     if (style != ozm::MessageStyle::Refusal || parts_.automation) parts_.note(message);
     return parts_.frontEnd->showMessage(message, window);
 }

@@ -5,8 +5,8 @@
 
 namespace korvana {
 
-/// Messages are recorded in the book, told to the observers and shown by the front end; questions only reach
-/// the front end, and notes only the book.
+/// Messages are recorded in the book, reported to the observers and shown by the front end; questions go to
+/// the front end only, and notes to the book only.
 class SessionMessages : public ozm::MessageService {
 public:
     explicit SessionMessages(SessionParts& parts) : parts_(parts) {}

@@ -9,14 +9,13 @@
 namespace korvana {
 
 /// Follows a session: a window, a progress line, a recorder. Everything is called on the session's thread,
-/// often in the middle of a module's operation: an observer looks and shows; it neither steps the session nor
-/// throws.
+/// often in the middle of a module's operation: an observer must neither step the session nor throw.
 class SessionObserver {
 public:
     virtual ~SessionObserver() = default;
 
     /// A step's dialog is open, filled in, and should show its tab page (0: the first). It lives until the
-    /// session ends or starts anew, also after it was closed.
+    /// session ends or starts again, even after it was closed.
     virtual void dialogOpened(ozm::CAnalysisModelessDialog& /*dialog*/, int /*page*/) {}
     /// None of the dialog's operations runs any more.
     virtual void dialogClosed(ozm::CAnalysisModelessDialog& /*dialog*/) {}
@@ -25,7 +24,7 @@ public:
     virtual void startupMenusEnabled(bool /*enabled*/) {}
 
     virtual void message(const ResultMessage& /*message*/) {}
-    /// An output stands in the book; the reference holds as long as the book.
+    /// An output was added to the book; the reference is valid as long as the book.
     virtual void outputAdded(const ResultsBook::Output& /*output*/) {}
     /// The output added last was changed (a column renamed).
     virtual void outputChanged(const ResultsBook::Output& /*output*/) {}
@@ -36,12 +35,12 @@ public:
     virtual void progressCaption(std::string_view /*text*/) {}
     virtual void progress(unsigned /*done*/, unsigned /*units*/) {}
     virtual void iterationLine(std::string_view /*line*/) {}
-    /// Called out of a long computation after `StopSignals::askForEvents`: the place where a window lets its
-    /// events through.
+    /// Called from within a long computation after `StopSignals::askForEvents`: a window processes its events
+    /// here.
     virtual void processEvents() {}
 };
 
-/// Tells several observers. One may leave while it is told.
+/// Passes everything on to several observers. One may remove itself meanwhile.
 class ObserverList final : public SessionObserver {
 public:
     void add(SessionObserver& observer) { observers_.push_back(&observer); }
@@ -93,8 +92,7 @@ public:
 private:
     template <class Call>
     void each(Call call) {
-        // By position: the list may shrink while it is told.
-        // NOLINTNEXTLINE(modernize-loop-convert)
+        // By position: the list may shrink meanwhile. NOLINTNEXTLINE(modernize-loop-convert)
         for (std::size_t i = 0; i < observers_.size(); ++i)
             call(*observers_[i]);
     }

@@ -20,14 +20,14 @@
 
 namespace korvana {
 
-/// What a script does with a modal dialog, which is open and never shown to it.
+/// Lets a script operate a modal dialog, which is open but not shown.
 using ModalScript = std::function<void(ozm::AutomationObject& dialog)>;
 
 /// What the services of one session share.
 struct SessionParts {
     ActiveData data;
     OriginRecorder origins{data};
-    /// Shared, so that a front end may keep the book of a run beyond the next one.
+    /// Shared, so that a front end can keep the book of an earlier run.
     std::shared_ptr<ResultsBook> book = std::make_shared<ResultsBook>();
     ObserverList observers;
     StopSignals ownSignals;
@@ -36,15 +36,15 @@ struct SessionParts {
     ozm::CAnalysisSupport* analysis = nullptr;
     bool automation = true; ///< a script drives the analysis
     ModalScript modalScript;
-    std::exception_ptr scriptFailure; ///< what a modal script threw, for the script that is to learn of it
-    std::vector<std::string> remarks; ///< of the analysis, about its runs in this book
+    std::exception_ptr scriptFailure; ///< what a modal script threw, to be rethrown to the script
+    std::vector<std::string> remarks; ///< by the analysis, about its runs in this book
 
     /// Records a message and tells the observers.
     void note(ResultMessage message) {
         book->messages.push_back(std::move(message));
         observers.message(book->messages.back());
     }
-    /// A failure of the host's own.
+    /// Records a failure of the host itself.
     void fail(std::string text) { note({0, std::move(text), {}, ResultMessage::Severity::Error}); }
 
     template <class T>
@@ -59,8 +59,8 @@ struct SessionParts {
         messagesBefore_ = book->messages.size();
         notesBefore_ = book->notes.size();
     }
-    /// An output, by the action that makes it, was made or was not. The book's status says whether each that
-    /// was asked for was made in the end.
+    /// An output, named by the action that makes it, was made or not. The book's status says whether each one
+    /// asked for was made in the end.
     void outputEnded(const std::string& action, bool made) {
         if (made)
             notMade_.erase(action);
@@ -68,10 +68,9 @@ struct SessionParts {
             notMade_.insert(action);
         book->status = notMade_.empty() ? 0 : 1;
     }
-    /// A dialog was accepted: what follows are results of its settings, and of the data as they are. Results
-    /// that stand keep a book of their own, with what was said of them; what was said since the button was
-    /// pressed is about those that follow. What was said in between, by an OK that was refused or failed, was
-    /// mended and is dropped.
+    /// A dialog was accepted: the results that follow are of its settings and of the current data. Earlier
+    /// results keep their own book with the messages about them; messages since the button was pressed belong
+    /// to the new results. Messages in between, from an OK that was refused or failed, are dropped.
     void beginRun() {
         std::vector<ResultMessage> messages = takeFrom(book->messages, messagesBefore_);
         if (book->outputs.empty()) {
@@ -91,24 +90,24 @@ struct SessionParts {
         describeData();
     }
 
-    /// A dialog led back. What is said from the first time on is not about the results that stand.
+    /// The analysis went back from its results. Messages from then on are not about these results.
     void goesBack() {
         if (!resultsLeft_) resultsLeft_ = book->messages.size();
     }
 
-    /// Data, selection or weights changed: the book of a run that was made keeps what it says of them.
+    /// Data, selection or weights changed: the book of a completed run keeps its description of them.
     void dataChanged() {
         if (origins.run() == nullptr) describeData();
     }
 
-    /// Puts what there is to know about the data into the book.
+    /// Puts the description of the data into the book.
     void describeData() {
         book->source = data.dataSet().fileName();
         book->notes = data.notes();
         book->notes.insert(book->notes.end(), remarks.begin(), remarks.end());
     }
-    /// What the analysis remarks about a run stands among the book's notes, below those about the data. A run
-    /// that is repeated repeats no remark.
+    /// Adds a remark of the analysis about a run to the book's notes, below those about the data. Repeating a
+    /// run does not repeat its remarks.
     void remark(std::string text) {
         origins.remark(text);
         if (std::find(remarks.begin(), remarks.end(), text) != remarks.end()) return;
@@ -122,7 +121,7 @@ struct SessionParts {
     }
 
 private:
-    /// What stands in a list from a place on, which then leaves it.
+    /// Removes and returns the elements of a list from a place on.
     template <class T>
     static std::vector<T> takeFrom(std::vector<T>& list, std::size_t place) {
         const auto first = list.begin() + static_cast<std::ptrdiff_t>(std::min(place, list.size()));

@@ -7,7 +7,7 @@ namespace korvana {
 void SessionProgress::dstart(unsigned count) {
     units_ = count;
     done_ = 0;
-    // A Cancel that no computation took note of must not stop the next one.
+    // A Cancel that no computation noticed must not stop the next one.
     parts_.stops->clear(StopSignals::Display);
     parts_.observers.computationStarted(count);
 }

@@ -6,7 +6,7 @@
 namespace korvana {
 
 /// Progress goes to the observers; stop requests come from the session's signals. A stop test without a
-/// signal costs one load.
+/// pending signal costs one load.
 class SessionProgress : public ozm::ProgressService {
 public:
     explicit SessionProgress(SessionParts& parts) : parts_(parts), iterations_(*this) {}

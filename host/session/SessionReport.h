@@ -10,7 +10,7 @@ namespace korvana {
 
 /// Builds the blocks of the text report. A block that is closed becomes a `Report` of the book: its first
 /// line that is not empty is the title, the others are its lines. Positions count characters, not bytes. Text
-/// attributes leave no trace in a plain text. A text outside a block opens one.
+/// attributes are ignored. Text outside a block opens one.
 class SessionReport : public ozm::ReportService {
 public:
     explicit SessionReport(SessionParts& parts) : parts_(parts) {}
@@ -26,8 +26,7 @@ public:
     void revers() override {}
     void SetAttribColor(int) override {}
 
-    /// Positions beyond these are ignored: nobody reads a page that wide, and a wild number must not eat the
-    /// memory.
+    /// Positions beyond these are ignored: no page is that wide, and a wrong number must not use up memory.
     static constexpr int mostColumns = 10'000;
     static constexpr int mostRows = 100'000'000;
 

@@ -5,7 +5,7 @@
 
 namespace korvana {
 
-/// Puts spreadsheets into the session's book. One whose columns are not equally long is refused.
+/// Puts spreadsheets into the session's book. One with columns of different lengths is refused.
 class SessionSheets : public ozm::SheetService {
 public:
     explicit SessionSheets(SessionParts& parts) : parts_(parts) {}

@@ -10,7 +10,7 @@
 namespace korvana {
 namespace {
 
-/// The selected cells that hold a value of the range asked for, ascending.
+/// The values of the selected cells in the range asked for, ascending.
 std::vector<double> sortedCells(const ActiveData& data, int variable0,
                                 const ozm::DefaultCodeOptions& options) {
     const Variable& known = data.dataSet().variable(variable0);

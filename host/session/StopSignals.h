@@ -4,14 +4,14 @@
 
 namespace korvana {
 
-/// Requests that reach a computation from outside its thread. Every member may be called from any thread and
-/// from a signal handler.
+/// Requests to a computation from outside its thread. Every member may be called from any thread and from a
+/// signal handler.
 class StopSignals {
 public:
     enum Signal : unsigned {
         External = 1, ///< stop, from a script or a signal; stays until cleared
         Display = 2,  ///< Cancel in the progress display; stops one computation
-        Events = 4,   ///< the observers want to be called
+        Events = 4,   ///< calls the observers' `processEvents`
     };
 
     void requestStop() noexcept { raise(External); }
@@ -23,7 +23,7 @@ public:
         return (flags_.load(std::memory_order_relaxed) & signal) != 0;
     }
     void clear(Signal signal) noexcept { take(signal); }
-    /// Clears a signal; answers whether it was set.
+    /// Clears a signal; returns whether it was set.
     bool take(Signal signal) noexcept {
         return (flags_.fetch_and(~static_cast<unsigned>(signal), std::memory_order_relaxed) & signal) != 0;
     }

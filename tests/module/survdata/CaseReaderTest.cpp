@@ -55,11 +55,11 @@ TEST_F(CaseReaderTest, SkipsWhatIsNoObservationAndSaysWhy) {
     EXPECT_EQ(r.cases, (std::vector<int>{1, 6}));
     EXPECT_EQ(r.counts.casesRead, 10);
     EXPECT_EQ(r.counts.LeftOut(), 8);
-    EXPECT_EQ(
-        ReadingNotes(analysis, settings, r.counts),
-        std::vector<std::string>{"8 of 10 selected cases left out: 2 with no value of 'd', 1 with a "
-                                 "code of 'd' other than 1 or 0, 2 with no value of 't', 1 with a value of 't' "
-                                 "beyond 1e15, 2 with a negative survival time."});
+    EXPECT_EQ(ReadingNotes(analysis, settings, r.counts),
+              std::vector<std::string>{
+                  "8 of 10 selected cases left out: 2 with no value of 'd', 1 with a "
+                  "code of 'd' other than 1 or 0, 2 with no value of 't', 1 with a value of 't' "
+                  "beyond 1e15, 2 with a negative survival time."});
 }
 
 TEST_F(CaseReaderTest, MissingCodesAreComparedInSinglePrecision) {
@@ -167,9 +167,9 @@ TEST_F(CaseReaderTest, AsManyGroupsAsThereAreCodes) {
     EXPECT_EQ(next, 19999);
     const std::vector<std::string> notes = ReadingNotes(analysis, settings, reader.Counts());
     ASSERT_EQ(notes.size(), 1U);
-    EXPECT_TRUE(
-        notes[0].ends_with("'g' other than 20000, 19999, 19998, 19997, 19996, 19995, 19994, 19993, 19992, 19991, "
-                           "19990, 19989 or 19987 more."))
+    EXPECT_TRUE(notes[0].ends_with(
+        "'g' other than 20000, 19999, 19998, 19997, 19996, 19995, 19994, 19993, 19992, 19991, "
+        "19990, 19989 or 19987 more."))
         << notes[0];
     // The header lists them all; two have names besides.
     settings.analysisType = AnalysisType::MultipleSamples;

@@ -113,7 +113,7 @@ int AnalysisCommand::run(Console& console) {
                 console.say("the analysis ended without a result and without a message");
             return ExitRefused;
         }
-        if (tally.made == 0 && tally.failed > 0) return ExitRefused; // their messages said why
+        if (tally.made == 0 && tally.failed > 0) return ExitRefused; // their messages say why
     } catch (const ScriptError& error) {
         progress.clear();
         console.say(error.what());

@@ -14,28 +14,27 @@
 
 namespace korvana::cli {
 
-/// A command that runs one analysis from its startup dialog to its results: what all of them share. A derived
-/// command brings its options, the way to its results dialog and the outputs of that dialog.
+/// A command that runs one analysis from its startup dialog to its results: the part that all share. A
+/// derived command adds its options, the way to its results dialog and the outputs of that dialog.
 class AnalysisCommand : public Command {
 public:
     void declare(CLI::App& app) final;
     [[nodiscard]] std::vector<std::string> choices(const std::string& option) const final;
     int run(Console& console) final;
 
-    /// An output that --outputs knows by name, and the actions of the results dialog that make it.
+    /// An output, named for --outputs, and the actions of the results dialog that make it.
     struct Output {
         const char* name;
         std::array<const char*, 2> actions; ///< nullptr: none
         const char* help;                   ///< what it shows, empty when the name says it
-        bool onScreen;                      ///< made without -o, when --outputs does not say otherwise
-        bool isChart = false;               ///< and nothing besides
+        bool onScreen;                      ///< made by default without -o
+        bool isChart = false;               ///< a chart and nothing else
     };
     struct Description {
         const char* title;   ///< of the results
         const char* example; ///< the arguments of a typical call, for the help text
         std::span<const Output> outputs;
-        const char* unasked =
-            "all"; ///< what is made with -o, when --outputs does not say otherwise: for the help
+        const char* unasked = "all"; ///< what is made by default with -o, for the help
     };
 
 protected:
@@ -43,21 +42,21 @@ protected:
 
     [[nodiscard]] virtual Analysis load() const = 0;
     virtual void declareOptions(CLI::App& app) = 0;
-    /// Looks at what can be judged without the data. Throws UsageError.
+    /// Checks what can be judged without the data. Throws UsageError.
     virtual void checkOptions() {}
-    /// Checks the options against the data; answers notes and warnings for the user. Throws UsageError.
+    /// Checks the options against the data; returns notes and warnings for the user. Throws UsageError.
     virtual std::vector<ResultMessage> checkData(const ActiveData& data) = 0;
-    /// Leads a started session to its results dialog. False when the analysis did not go there.
+    /// Leads a started session to its results dialog. False when the analysis does not get there.
     virtual bool compute(Script& script) = 0;
-    /// Whether an output is made when --outputs does not say which; asked at the results dialog.
+    /// Whether an output is made by default; called when the results dialog is open.
     [[nodiscard]] virtual bool isMadeUnasked(const Output& /*output*/, const Script& /*script*/) const {
         return true;
     }
-    /// Sets what the results dialog wants before its outputs are made.
+    /// Sets the controls of the results dialog before outputs are made.
     virtual void prepareOutputs(Script& /*script*/) {}
 
 private:
-    /// How many outputs came about, and how many did not.
+    /// How many outputs were made, and how many failed.
     struct Tally {
         int made = 0;
         int failed = 0;

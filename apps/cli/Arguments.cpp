@@ -27,7 +27,7 @@ bool isList(const CLI::Option& option) {
     return option.get_type_name().find("[,") != std::string::npos;
 }
 
-/// A separator may be a blank; nothing else that is blank means anything.
+/// A separator may be a blank; any other blank value counts as empty.
 bool isEmpty(const CLI::Option& option, const std::string& value) {
     return value.empty() || (trimmed(value).empty() && !option.check_lname("separator"));
 }
@@ -36,14 +36,14 @@ std::string nameOf(const CLI::Option& option) {
     return "--" + option.get_lnames().front();
 }
 
-/// A word that is no option, and what stands before it.
+/// A word that is not an option, and what comes before it.
 struct Loose {
     std::string word;
-    const CLI::Option* after = nullptr; ///< the option whose value stands just before, if any
+    const CLI::Option* after = nullptr; ///< the option whose value comes just before, if any
     std::string value;                  ///< that value
     std::size_t place = 0;              ///< among the arguments
-    bool behind = false;                ///< it stands behind "--"
-    bool option = false;                ///< and would be an option before it
+    bool behind = false;                ///< it comes after "--"
+    bool option = false;                ///< and would be an option without the "--"
 };
 
 class Reader {
@@ -142,7 +142,7 @@ private:
         after_ = nullptr;
         if (name == "--help") result_.help = true;
         if (std::find(result_.uniform.begin(), result_.uniform.end(), name) == result_.uniform.end())
-            result_.uniform.push_back(name); // twice says no more than once
+            result_.uniform.push_back(name); // giving it twice changes nothing
         if (isLong || word.size() == 2) return;
         const std::string rest = "-" + word.substr(2); // -qo DIR is -q -o DIR
         if (shortOption(rest[1]) == nullptr) failUnknown(word);
@@ -185,7 +185,7 @@ private:
         after_ = nullptr;
     }
 
-    /// What the next loose word may be.
+    /// What the next loose word should be.
     [[nodiscard]] std::string wanted() const {
         const auto places = app_.get_options([](const CLI::Option* o) { return o->get_positional(); });
         if (loose_.size() >= places.size()) return "an option";
@@ -194,7 +194,7 @@ private:
         return text.substr(0, text.find(':'));
     }
 
-    /// A list that the shell took apart at a blank.
+    /// Reports a list that the shell split at a blank.
     [[noreturn]] void failSplitList() const {
         std::string list = value_;
         std::string written = value_;
@@ -223,7 +223,7 @@ private:
                 throw UsageError("'" + each.word +
                                  "' stands behind --, where everything is a file; options stand before it: " +
                                  app_.get_name() + " OPTIONS -- FILE");
-        // The stranger is no file, and stands behind an option if one does; among files it is the second.
+        // The word to complain about: one after an option's value if there is one, else the second file.
         std::size_t stranger = 1;
         int best = 0;
         for (std::size_t i = 0; i < loose_.size(); ++i) {
@@ -265,7 +265,7 @@ private:
     Arguments result_;
     std::map<const CLI::Option*, std::string> values_;
     std::vector<Loose> loose_;
-    const CLI::Option* after_ = nullptr; ///< the option whose value came last, nothing between
+    const CLI::Option* after_ = nullptr; ///< the option whose value came just before
     std::string value_;
 };
 

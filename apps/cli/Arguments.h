@@ -6,17 +6,17 @@
 
 namespace korvana::cli {
 
-/// The arguments of a command, looked through.
+/// The arguments of a command, checked.
 struct Arguments {
     bool help = false; ///< asked for somewhere
-    /// What was given, in one form: --name=value, --flag, and the rest behind a "--".
+    /// The arguments in one form: --name=value, --flag, and the rest after a "--".
     std::vector<std::string> uniform;
 };
 
-/// Looks the arguments of a command through: each option is known, is there once unless it may be repeated,
-/// and has a value exactly when it takes one; no value is empty, so that a shell variable without a value
-/// changes no analysis; nothing stands where nothing belongs. What follows "--" is no option, whatever it
-/// looks like. Throws UsageError, which says what to write instead.
+/// Checks the arguments of a command: each option is known, is given once unless it may be repeated, and has
+/// a value exactly when it takes one; no value is empty, so that an unset shell variable changes no analysis;
+/// no argument is out of place. After "--" nothing is an option. Throws UsageError, which says what to write
+/// instead.
 Arguments readArguments(const CLI::App& app, const std::vector<std::string>& given);
 
 } // namespace korvana::cli

@@ -8,18 +8,18 @@
 
 namespace korvana::cli {
 
-/// A code of a variable as an option gives it.
+/// A code of a variable, given by an option.
 struct CodeOption {
     std::string name; ///< "--complete"
     std::string text; ///< a number or a value label; empty: not given
 };
 
-/// The values of codes that belong together. A UsageError names the options that are missing, or whose text
-/// is no code, says what they mean ("the codes of the two groups") and lists the codes that there are.
+/// The values of codes that belong together. A UsageError names the options that are missing or whose text is
+/// no code, says what they mean ("the codes of the two groups") and lists the codes that there are.
 std::vector<double> resolveCodes(const ActiveData& data, int variable0,
                                  const std::vector<CodeOption>& options, const char* meaning);
 
-/// How many selected cases have each code, and how many another one; missing values count nowhere.
+/// How many selected cases have each code, and how many another one; missing values are not counted.
 struct CodeCounts {
     std::vector<int> cases; ///< in the order of the codes
     int others = 0;

@@ -15,8 +15,8 @@ public:
     virtual ~Command() = default;
     /// Declares the options; they write into the command.
     virtual void declare(CLI::App& app) = 0;
-    /// The words that an option (without its hyphens, or DATA) takes, where only some will do. For shells
-    /// that complete them.
+    /// The values that an option (without its hyphens, or DATA) accepts, if only some. For completion in
+    /// shells.
     [[nodiscard]] virtual std::vector<std::string> choices(const std::string& /*option*/) const { return {}; }
     /// Returns an exit code. Throws UsageError, DataError, ExpressionError, ModuleError.
     virtual int run(Console& console) = 0;

@@ -9,7 +9,7 @@
 
 namespace korvana::cli {
 
-/// A command with its options declared: what its help, its completion and the manual page are made from.
+/// A command with its options declared: the source of its help, its completion and the manual page.
 struct CommandApp {
     const char* name;
     const char* summary;
@@ -21,10 +21,10 @@ CommandApp makeApp(const CommandEntry& entry);
 /// All of them, in the order of the help.
 std::vector<CommandApp> makeApps();
 
-/// What an option takes, for shells that complete it.
+/// The values that an option takes, for completion in shells.
 struct Values {
     enum class Kind { None, Any, Choice, Variable, Folder, File } kind = Kind::None;
-    bool list = false;                ///< several, with commas
+    bool list = false;                ///< several, separated by commas
     std::vector<std::string> choices; ///< of a Choice
 };
 Values valuesOf(const CommandApp& command, const CLI::Option& option);

@@ -52,7 +52,7 @@ std::vector<const CLI::Option*> optionsOf(const CommandApp& command, bool positi
     return app.get_options([&](const CLI::Option* o) { return o->get_positional() == positional; });
 }
 
-/// What a shell does for each kind of values; the choices are handed over as they are.
+/// What a shell offers for each kind of value; choices are passed as they are.
 struct Offers {
     std::string choice;
     std::string variable;
@@ -66,7 +66,7 @@ struct Offers {
     }
 };
 
-/// The call of a function of the script below that offers the values.
+/// The call of the function in the script below that offers the values.
 std::string bashOffer(const Values& values) {
     const std::string list = values.list ? " ," : " ''";
     return Offers{"_korvana_offer" + list + " " + joinedBy(values.choices, " "), "_korvana_variables" + list,
@@ -74,7 +74,7 @@ std::string bashOffer(const Values& values) {
         .of(values);
 }
 
-// Names of variables come out of files: nothing here expands them, and what is put into the line is quoted.
+// Names of variables come from files: nothing here expands them, and what is put into the line is quoted.
 constexpr const char* bashFunctions = R"bash(# bash completion of korvana; 'korvana completion bash' writes it
 _korvana_offer() { # SEPARATOR WORD...: the words that continue what is typed, behind the last separator
   local separator=$1 before= last=$current word
@@ -191,7 +191,7 @@ void writeZshCommand(const CommandApp& command, std::ostream& out) {
 } // namespace
 
 void writeVariableNames(const std::string& path, std::ostream& out) {
-    if (path == "-") return; // who types has no data to give
+    if (path == "-") return; // standard input has no data while one types
     try {
         const std::unique_ptr<ByteSource> whole = openSource(path);
         Beginning beginning(*whole);

@@ -8,13 +8,13 @@
 
 namespace korvana::cli {
 
-/// Scripts that make a shell complete commands, options, files, fixed values, and variables by the header of
-/// the data file that stands in the line (`korvana completion variables FILE` lists them).
+/// Scripts that make a shell complete commands, options, files, fixed values, and variables from the header
+/// of the data file in the line (`korvana completion variables FILE` lists them).
 void writeBashCompletion(const std::vector<CommandApp>& commands, std::ostream& out);
 void writeZshCompletion(const std::vector<CommandApp>& commands, std::ostream& out);
 void writeFishCompletion(const std::vector<CommandApp>& commands, std::ostream& out);
 
-/// The names of a file's variables, one a line, from the beginning of the file alone. None when it cannot be
+/// The names of a file's variables, one per line, from the beginning of the file only. None when it cannot be
 /// read.
 void writeVariableNames(const std::string& path, std::ostream& out);
 

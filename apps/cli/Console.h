@@ -6,19 +6,18 @@
 
 namespace korvana::cli {
 
-/// The text with what stands in quotes shortened where it is very long: names and cells of files of any
-/// origin.
+/// The text with very long quoted parts shortened: names and cells may come from any file.
 std::string withShortQuotes(std::string_view line);
 
-/// Where a command speaks to its user.
+/// The output streams of a command.
 struct Console {
     std::ostream& out;
     std::ostream& err;
     bool errIsTerminal = false;
 
     /// Writes a message to standard error, its first line after "korvana: ". Texts come from files of any
-    /// origin: control characters and bytes that are no UTF-8 are escaped, and what is quoted
-    /// is shortened.
+    /// origin: control characters and bytes that are not UTF-8 are escaped, and long quoted parts are
+    /// shortened.
     void say(std::string_view text);
 };
 

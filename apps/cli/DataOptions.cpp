@@ -41,7 +41,7 @@ DateOrder dateOrderOf(const std::string& text) {
     throw UsageError("--dates is dmy (day, month, year), mdy or ymd, not '" + text + "'");
 }
 
-/// Sets the codes of --missing, as soon as their variables are there: some are computed only later.
+/// Sets the codes of --missing as soon as their variables exist: some are computed later.
 class MissingCodes {
 public:
     explicit MissingCodes(const std::vector<std::string>& entries) {
@@ -95,10 +95,10 @@ private:
     }
 
     std::vector<Entry> pending_;
-    std::map<int, std::string> done_; ///< with the code as it was given
+    std::map<int, std::string> done_; ///< with the text of the code as given
 };
 
-/// What the variables of a condition have, for who finds that it holds for no case.
+/// The values of a condition's variables, for the message that no case satisfies it.
 std::string valuesIn(const DataSet& data, const std::string& condition) {
     constexpr std::size_t most = 3;
     std::string text;

@@ -17,7 +17,7 @@ public:
 
     /// Reads the file into `data` and applies the options. Throws UsageError, DataError, ExpressionError.
     void open(ActiveData& data) const;
-    /// What is read, as messages name it.
+    /// The name of the data in messages.
     [[nodiscard]] std::string source() const { return path_ == "-" ? "standard input" : path_; }
 
 private:

@@ -26,7 +26,7 @@ Groups GroupsOptions::resolve(const ActiveData& data, const TimesAndCodes& other
     refuseTwice(data.dataSet(), std::move(all));
 
     Groups groups{variable + 1, resolveCodes(data, variable, codes_, "the codes of the two groups")};
-    // Codes that are the same are the analysis' to refuse, which says so.
+    // Equal codes are left to the analysis, which refuses them with a message.
     std::vector<double> sorted = groups.codes;
     std::sort(sorted.begin(), sorted.end());
     if (std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end()) return groups;

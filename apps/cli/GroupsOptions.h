@@ -9,7 +9,7 @@
 
 namespace korvana::cli {
 
-/// A grouping variable with the codes of its groups, as the specification dialogs want them.
+/// A grouping variable with the codes of its groups, for the specification dialogs.
 struct Groups {
     int variable = 0; ///< number from 1
     std::vector<double> codes;
@@ -19,8 +19,8 @@ struct Groups {
 class GroupsOptions {
 public:
     void declare(CLI::App& app);
-    /// Checks the options against the data: the variable is given for nothing else, and each code has cases.
-    /// Throws UsageError.
+    /// Checks the options against the data: the variable has no other role, and each code has cases. Throws
+    /// UsageError.
     [[nodiscard]] Groups resolve(const ActiveData& data, const TimesAndCodes& others) const;
 
 private:

@@ -18,7 +18,7 @@ namespace korvana::cli {
 namespace {
 
 constexpr int mostDistinct = 1000;     // counted
-constexpr std::size_t mostListed = 12; // more values of an unlabelled variable are a scale, not codes
+constexpr std::size_t mostListed = 12; // an unlabelled variable with more values is a scale, not codes
 constexpr std::size_t lineWidth = 100;
 constexpr std::size_t longestName = 40; // bytes
 constexpr std::size_t longestLabel = 60;
@@ -62,7 +62,7 @@ void writePadded(std::ostream& out, const std::string& text, std::size_t width, 
     out << (left ? text + padding : padding + text);
 }
 
-/// Words in lines that hang under their first one.
+/// Writes words in lines, indented under the first one.
 void writeWrapped(std::ostream& out, const std::string& head, const std::vector<std::string>& words) {
     std::string line = head;
     const std::size_t indent = textWidth(head);

@@ -11,9 +11,9 @@ namespace korvana::cli {
 class LevelOption {
 public:
     void declare(CLI::App& app);
-    /// Throws UsageError for what is no number from 0 to 1.
+    /// Throws UsageError for anything but a number from 0 to 1.
     void check() const;
-    /// Sets the level in the results dialog, where one was given.
+    /// Sets the level in the results dialog, if one was given.
     void put(Script& script) const;
 
 private:

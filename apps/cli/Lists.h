@@ -10,7 +10,7 @@ namespace korvana::cli {
 std::vector<std::string> splitList(std::string_view option, std::string_view list);
 
 /// The places of the listed names among the known ones, each once, in the order of the known ones; "all"
-/// means all of them. A UsageError names what is unknown, and what is known.
+/// means all of them. A UsageError names the unknown ones and lists the known ones.
 std::vector<std::size_t> chooseFrom(std::string_view option, std::string_view list,
                                     const std::vector<std::string_view>& known);
 

@@ -6,7 +6,7 @@
 namespace korvana::cli {
 namespace {
 
-/// A text in the language of man(7): hyphens as they are typed, and no line that is taken for a request.
+/// A text in the language of man(7): hyphens are kept as typed, and no line is taken for a request.
 std::string manText(std::string_view text) {
     std::string escaped;
     bool begins = true;

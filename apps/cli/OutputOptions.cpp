@@ -59,7 +59,7 @@ void OutputOptions::checkWithoutChart(const std::string& outputs) const {
 
 int OutputOptions::write(const ResultsBook& book, Console& console) const {
     const bool textOut = !toFiles() && formats_.has(OutputFormat::Txt);
-    // Also where the report shows them: it may be on its way to a file.
+    // Even though the report shows them: it may be redirected to a file.
     if (!quiet_)
         for (const std::string& note : book.notes)
             console.say("note: " + note);

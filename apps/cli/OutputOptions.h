@@ -15,12 +15,12 @@ public:
     void declare(CLI::App& app);
     /// Refuses wrong combinations before any work is done. Throws UsageError.
     void check();
-    /// Refuses files that can only hold charts, where `outputs` (the value of --outputs) makes none.
+    /// Refuses formats that can only hold charts when `outputs` (the value of --outputs) makes none.
     void checkWithoutChart(const std::string& outputs) const;
 
     [[nodiscard]] bool toFiles() const { return !directory_.empty(); }
     [[nodiscard]] bool quiet() const { return quiet_; }
-    /// Writes the book; answers an exit code. Throws std::runtime_error naming a file that cannot be written.
+    /// Writes the book; returns an exit code. Throws std::runtime_error naming a file that cannot be written.
     int write(const ResultsBook& book, Console& console) const;
 
 private:

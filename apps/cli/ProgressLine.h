@@ -11,7 +11,7 @@ namespace korvana::cli {
 /// Shows what an analysis is doing: its messages, and on a terminal one line of status text, rewritten.
 class ProgressLine final : public SessionObserver {
 public:
-    /// @param quiet  of the messages only warnings and errors are shown, and no progress
+    /// @param quiet  shows only warnings and errors, and no progress
     ProgressLine(Console& console, bool quiet)
         : console_(console), quiet_(quiet), shows_(console.errIsTerminal && !quiet) {}
     ~ProgressLine() override { clear(); }

@@ -51,7 +51,7 @@ const CommandEntry& find(const std::string& name) {
                      "; 'korvana --help' lists them");
 }
 
-/// Any other error of the options' library is a fault of the declarations; its text is shown as it stands.
+/// Any other error of the options library is a fault of the declarations; its text is shown unchanged.
 int runCommand(const CommandEntry& entry, const std::vector<std::string>& given, Console& console) {
     const CommandApp made = makeApp(entry);
     Arguments arguments = readArguments(*made.app, given);

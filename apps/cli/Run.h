@@ -7,7 +7,7 @@
 
 namespace korvana::cli {
 
-/// Runs the program with its arguments (the program's name left out) and answers its exit code. Throws
+/// Runs the program with its arguments (without the program's name) and returns its exit code. Throws
 /// nothing.
 int run(const std::vector<std::string>& arguments, Console& console);
 

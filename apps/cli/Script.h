@@ -21,7 +21,7 @@ public:
 
     void put(const std::string& member, const ozm::AutomationValue& value);
     [[nodiscard]] ozm::AutomationValue get(const std::string& member) const;
-    /// Performs an action and follows the analysis to its next dialog. Returns whether the action came about
+    /// Performs an action and follows the analysis to its next dialog. Returns whether the action succeeded
     /// (an output was made, a specification was accepted).
     bool press(const std::string& action);
     [[nodiscard]] bool isAt(const std::string& interfaceName) const {

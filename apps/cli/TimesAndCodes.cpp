@@ -24,7 +24,7 @@ std::vector<int> timeVariables(const DataSet& data, const std::string& list) {
     return times;
 }
 
-/// What the reader has to say on a variable (the cell that is no number, and its line), without its name.
+/// The reader's note on a variable (the cell that is no number, and its line), without the name.
 std::string noteOn(const DataSet& data, const std::string& name) {
     const std::string begin = "variable '" + name + "': ";
     for (const std::string& note : data.notes())
@@ -40,10 +40,10 @@ void refuseTexts(const DataSet& data, const std::vector<int>& times) {
                              noteOn(data, name) + data.layoutRemarks());
 }
 
-/// A code that no case has is a mistake when none has the other one either. When some have, the analysis is a
-/// valid one, and the user is warned where it may be a mistake.
+/// A code that no case has is an error if none has the other one either. If some have, the analysis is valid,
+/// and the user is warned where it may be a mistake.
 void checkCodes(const ActiveData& data, int censor, TimesAndCodes& result) {
-    if (result.complete == result.censored) return; // the analysis says so itself
+    if (result.complete == result.censored) return; // the analysis reports it
     const double codes[] = {result.complete, result.censored};
     const CodeCounts counts = countCodes(data, censor, codes);
     const char* const options[] = {"--complete", "--censored"};

@@ -10,7 +10,7 @@
 
 namespace korvana::cli {
 
-/// Times with a censoring indicator and its codes, as the specification dialogs want them.
+/// Times with a censoring indicator and its codes, for the specification dialogs.
 struct TimesAndCodes {
     std::vector<int> times; ///< variable numbers from 1
     int censor = 0;
@@ -19,13 +19,13 @@ struct TimesAndCodes {
     std::vector<ResultMessage> remarks; ///< what the user should know about the codes
 };
 
-/// Refuses a variable that is given for two things (numbers from 1). Throws UsageError.
+/// Refuses a variable that is given two roles (numbers from 1). Throws UsageError.
 void refuseTwice(const DataSet& data, std::vector<int> variables);
 
 /// The options that name times, censoring indicator and codes.
 class TimesAndCodesOptions {
 public:
-    /// The heading of the help under which options for variables and codes stand.
+    /// The heading in the help above the options for variables and codes.
     static constexpr const char* helpGroup =
         "Variables (by name or number) and codes (numbers or value labels)";
 

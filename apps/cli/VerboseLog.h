@@ -19,7 +19,8 @@ public:
     void begin(Console& console);
 
     void tell(const std::string& text);
-    /// What was read: cases, variables by kind, and what the reader, conditions and definitions note.
+    /// Reports what was read: cases, variables by kind, and the notes of the reader, conditions and
+    /// definitions.
     void tellData(const ActiveData& data);
     void status(std::string_view text) override;
 

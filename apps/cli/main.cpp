@@ -21,8 +21,8 @@ void tell(std::string_view text) {
     if (::write(STDERR_FILENO, text.data(), text.size()) < 0) return;
 }
 
-/// Whatever the program is doing, it ends at once and leaves no file half-made: the files of a run get their
-/// names together, when all of them are whole.
+/// Ends the program at once, at any moment, without leaving half a file: the files of a run get their names
+/// together, when all of them are whole.
 extern "C" void end(int signal) {
     const pid_t process = ::getpid();
     if (::syscall(SYS_gettid) != process) {
@@ -35,7 +35,7 @@ extern "C" void end(int signal) {
     ::_exit(korvana::cli::ExitBySignal + signal);
 }
 
-/// A signal that the caller has the program ignore (nohup, a shell's "&") stays ignored.
+/// A signal that the caller set to be ignored (nohup, a shell's "&") stays ignored.
 void endOn(int signal) {
     struct sigaction action {};
     if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) return;
@@ -51,8 +51,7 @@ void endOn(int signal) {
     ::_exit(korvana::cli::ExitUsage);
 }
 
-/// What the libraries and the program make before main() takes some 200 KB; where it does not find them,
-/// nobody can catch that.
+/// The libraries and the program allocate some 200 KB before main(), where a failure could not be caught.
 void requireRoom() {
     constexpr std::size_t bytes = std::size_t{512} << 10;
     void* const room = ::mmap(nullptr, bytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -60,15 +59,15 @@ void requireRoom() {
     ::munmap(room, bytes);
 }
 
-/// Called by the loader before the libraries are made ready, so that their files stay off the standard ones
-/// and a signal finds its handler. One that comes in the few milliseconds in which the system loads the
-/// program ends it as any program, without a word; nothing has begun then.
+/// Called by the loader before the libraries are initialised, so that their files do not take the standard
+/// descriptors and the signal handlers are set. A signal in the few milliseconds before that ends the program
+/// without a message; nothing has begun then.
 void begin() {
     korvana::holdStandardFiles();
     errIsTerminal = ::isatty(STDERR_FILENO) == 1;
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE})
         endOn(signal);
-    // A limit to the size of files is an error of the write, like a full disk.
+    // A limit on file sizes is a write error, like a full disk.
     std::signal(SIGXFSZ, SIG_IGN);
     requireRoom();
 }
@@ -82,7 +81,7 @@ int main(int count, char** arguments) {
     korvana::cli::Console own{std::cout, std::cerr, errIsTerminal};
     try {
         return korvana::cli::run({arguments + (count > 0 ? 1 : 0), arguments + count}, own);
-    } catch (const std::bad_alloc&) { // there was not even room for the message
+    } catch (const std::bad_alloc&) { // there was not even memory for the message
         endWithoutMemory();
     }
 }

@@ -6,7 +6,7 @@
 namespace korvana::cli {
 namespace {
 
-/// What belongs to the program and is made from its options.
+/// Prints the completion scripts and the manual page, which are made from the options.
 class CompletionCommand final : public Command {
 public:
     void declare(CLI::App& app) override {

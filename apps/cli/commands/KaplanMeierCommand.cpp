@@ -33,7 +33,8 @@ private:
          true},
     };
 
-    /// Plots of the first observations would mislead where there are more: then the curve is made for them.
+    /// Where there are more observations than the plots show, the plots would mislead: the curve is made
+    /// instead.
     [[nodiscard]] bool isMadeUnasked(const Output& output, const Script& script) const override {
         const std::string_view name = output.name;
         if (name != "curve" && !name.starts_with("plot")) return true;

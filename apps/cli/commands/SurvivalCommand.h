@@ -9,25 +9,25 @@
 
 namespace korvana::cli {
 
-/// A command that runs an analysis of survival times: chosen in the startup dialog, specified with variables
-/// and codes, its results in a dialog of their own. A derived command adds what is its own to the
-/// specification.
+/// A command that runs an analysis of survival times: it chooses the analysis in the startup dialog, fills in
+/// variables and codes in the specification dialog and makes outputs in the results dialog. A derived command
+/// adds its own settings to the specification.
 class SurvivalCommand : public AnalysisCommand {
 public:
     SurvivalCommand(Description description, int typeOfAnalysis, const char* resultsDialog)
         : AnalysisCommand(description), typeOfAnalysis_(typeOfAnalysis), resultsDialog_(resultsDialog) {}
 
 protected:
-    /// What the specification dialog is given.
+    /// The settings for the specification dialog.
     struct Specification {
         TimesAndCodes timesAndCodes;
         std::vector<std::vector<int>> boxes; ///< the variables in each box of the selection, from 1
         std::vector<std::pair<const char*, ozm::AutomationValue>>
-            members; ///< besides the selection, in order
+            members; ///< apart from the selection, in order
     };
 
     void declareOptions(CLI::App& app) override;
-    /// Checks the options of its own against the data and adds what they say. Throws UsageError.
+    /// Checks the command's own options against the data and adds their settings. Throws UsageError.
     virtual void specify(const ActiveData& /*data*/, Specification& /*wanted*/) {}
 
 private:

@@ -5,7 +5,7 @@
 
 namespace korvana::desktop {
 
-/// What a reader of files says, with the window's command in place of options of the command line.
+/// A message of a file reader, naming the window's command in place of command-line options.
 inline QString inCommandsOfTheWindow(QString text) {
     static const QRegularExpression option(QStringLiteral(R"(\(--[a-z][^)]*\))"));
     return text.replace(option, QStringLiteral("(File, Open With Options)"));

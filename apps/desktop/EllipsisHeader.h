@@ -7,19 +7,19 @@
 
 namespace korvana::desktop {
 
-/// The header of a table: a name that is longer than its column is wide ends in an ellipsis, each line of it
-/// by itself. (Qt's own eliding takes two lines for one.)
+/// The header of a table: a name too long for its column ends in an ellipsis, line by line. (Qt's own eliding
+/// takes two lines for one.)
 class EllipsisHeader final : public QHeaderView {
 public:
     EllipsisHeader(Qt::Orientation orientation, QWidget* parent) : QHeaderView(orientation, parent) {
-        setSectionsClickable(true); // as the header that a table makes itself
+        setSectionsClickable(true); // like a table's default header
         setHighlightSections(true);
     }
 
 protected:
     void initStyleOptionForIndex(QStyleOptionHeader* option, int section) const override {
         QHeaderView::initStyleOptionForIndex(option, section);
-        // The header of a column with a selected cell is bold, and columns are made wide enough for that.
+        // The heading of a column with a selected cell is bold; columns are made wide enough for that.
         QFont bold = font();
         bold.setBold(true);
         const QFontMetrics metrics(bold);

@@ -14,16 +14,16 @@
 
 namespace korvana::desktop {
 
-/// While it lives, mouse and keyboard reach one window of the program alone: that of something that takes its
-/// time. Modality would do so too, but then a request to close the main window never arrives.
+/// While it lives, mouse and keyboard input reaches only one window of the program: that of a long operation.
+/// A modal window would do the same, but then a request to close the main window would never arrive.
 class InputGate : public QObject {
 public:
     static QKeySequence quitKey() { return {Qt::CTRL | Qt::Key_Q}; }
 
-    /// @param open     the window that is clicked and typed into
-    /// @param main     the window whose closing is still heard, and which Ctrl+Q closes; may be nullptr
-    /// @param closing  hears that `main` is to close, and `main` itself does not, nor does a dialog beside it
-    /// hear that it is to close; none: all of them hear it
+    /// @param open     the window that receives input
+    /// @param main     the window that can still be asked to close, also by Ctrl+Q; may be nullptr
+    /// @param closing  called when `main` is asked to close, instead of `main` itself or a dialog beside it;
+    /// if empty, they get the request themselves
     InputGate(QWidget& open, QWidget* main, std::function<void()> closing = {})
         : open_(&open), main_(main), closing_(std::move(closing)) {
         QCoreApplication::instance()->installEventFilter(this);
@@ -73,7 +73,7 @@ private:
     bool isInside(QObject* watched) const {
         const auto* widget = qobject_cast<QWidget*>(watched);
         if (widget == nullptr)
-            widget = qobject_cast<QWidget*>(watched->parent()); // an action's or a shortcut's
+            widget = qobject_cast<QWidget*>(watched->parent()); // the event is for an action or a shortcut
         return widget != nullptr && widget->window() == open_;
     }
 

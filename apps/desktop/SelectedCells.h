@@ -7,8 +7,8 @@
 
 namespace korvana::desktop {
 
-/// The rows and columns of a table in which a cell is selected. A selection of millions of rows is a few
-/// stretches.
+/// The rows and columns of a table that have a selected cell, kept as ranges: even millions of rows are only
+/// a few.
 class SelectedCells {
 public:
     using Stretch = std::pair<int, int>; ///< first and last
@@ -29,13 +29,13 @@ public:
     }
 
     [[nodiscard]] bool isEmpty() const { return columns_.empty(); }
-    /// Ascending and apart.
+    /// Ascending, without overlap.
     [[nodiscard]] const std::vector<Stretch>& rows() const { return rows_; }
     [[nodiscard]] const std::vector<int>& columns() const { return columns_; }
     [[nodiscard]] qint64 rowCount() const { return rowCount_; }
     [[nodiscard]] qint64 cellCount() const { return rowCount_ * static_cast<qint64>(columns_.size()); }
 
-    /// Whether a cell in one of these rows and columns is selected itself.
+    /// Whether a cell in one of these rows and columns is itself selected.
     [[nodiscard]] bool contains(int row, int column) const {
         if (selection_.size() == 1) return true; // a single block: no cell in it is left out
         return std::any_of(selection_.begin(), selection_.end(),

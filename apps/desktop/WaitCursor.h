@@ -5,7 +5,7 @@
 
 namespace korvana::desktop {
 
-/// The pointer says "wait" as long as this lives.
+/// Shows the wait cursor while it lives.
 class WaitCursor {
 public:
     WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }

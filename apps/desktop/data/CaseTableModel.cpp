@@ -156,7 +156,7 @@ QVariant CaseTableModel::headerData(int section, Qt::Orientation orientation, in
         return QVariant::fromValue(Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter));
     case Qt::ToolTipRole:
         return leftOut(first_ + section) ? QVariant(tr("not selected")) : QVariant();
-    case Qt::FontRole: { // a case left out shows it without colours, too
+    case Qt::FontRole: { // also without colours, a case left out can be told from others
         if (!leftOut(first_ + section)) return {};
         QFont font;
         font.setStrikeOut(true);

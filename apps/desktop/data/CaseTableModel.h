@@ -6,14 +6,14 @@
 
 namespace korvana::desktop {
 
-/// The cases of the active data as a table: the case names first when there are any, then the variables.
-/// Answers from the data's own columns.
+/// The cases of the active data as a table: the case names first if there are any, then the variables. Reads
+/// the data's own columns.
 class CaseTableModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
     enum Role {
-        MissingRole = Qt::UserRole, ///< bool: the cell counts as missing
+        MissingRole = Qt::UserRole, ///< bool: the cell is missing
         LeftOutRole                 ///< bool: the case is not selected
     };
     /// Rows shown at once. A header of the table keeps 8 bytes per row, and pixel positions are 32-bit
@@ -31,7 +31,7 @@ public:
 
     /// The case (from 0) of the first row; 0 unless there are more than `mostRows` cases.
     [[nodiscard]] int firstCase() const { return first_; }
-    /// Moves the rows so that a case is among them.
+    /// Moves the range of rows so that it contains a case.
     void bringCase(int case0);
 
     [[nodiscard]] int nameColumns() const;
@@ -51,7 +51,7 @@ private:
 
     const ActiveData* data_ = nullptr;
     int generation_ = 0;
-    int variables_ = 0; ///< as many as were told of
+    int variables_ = 0; ///< as last announced to the views
     int first_ = 0;
     bool labels_ = true;
 };

@@ -72,7 +72,7 @@ void ComputeDialog::accept() {
         return;
     }
     if (wanted.expression.empty()) {
-        say(tr("What the variable is to be is missing; write an expression."), true);
+        say(tr("The new variable needs an expression."), true);
         expression_->setFocus();
         return;
     }

@@ -6,13 +6,13 @@ class QLineEdit;
 
 namespace korvana::desktop {
 
-/// Computes a new variable from others: a name, an expression and, while one types, what it gives for the
-/// first cases, or what is wrong and where. OK adds the variable to the data (exec() answers Accepted).
+/// Computes a new variable from others: a name, an expression and, while the user types, its values for the
+/// first cases, or the error in it. OK adds the variable to the data (exec() returns Accepted).
 class ComputeDialog final : public ExpressionDialog {
     Q_OBJECT
 
 public:
-    /// @param active  stays while the dialog is open
+    /// @param active  must exist while the dialog is open
     explicit ComputeDialog(ActiveData& active, QWidget* parent = nullptr);
 
     void accept() override;

@@ -54,7 +54,7 @@ void ConditionEdit::drawMark() {
         while (last < size && isWord(last))
             ++last;
         if (last == first && last < size) ++last;
-        if (first == size) // something is missing at the end: the last character that is there
+        if (first == size) // something is missing at the end: mark the last character
             do
                 --first;
             while (first > 0 && text.at(first).isSpace());

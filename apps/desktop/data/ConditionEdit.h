@@ -6,7 +6,7 @@
 
 namespace korvana::desktop {
 
-/// A field for an expression in which a fault can be marked. Enter and Tab are left to the dialog.
+/// A field for an expression in which an error can be marked. Enter and Tab are left to the dialog.
 class ConditionEdit : public QPlainTextEdit {
     Q_OBJECT
 
@@ -16,17 +16,17 @@ public:
     /// The expression, UTF-8.
     [[nodiscard]] std::string expression() const;
 
-    /// Underlines what stands at a byte of expression() and, at its end, the last character.
+    /// Underlines the word at a byte of expression(); at its end, the last character.
     void mark(std::size_t position);
     void clearMark();
-    /// Puts the cursor where the mark is.
+    /// Moves the cursor to the mark.
     void goToMark();
-    /// The marked place in characters, -1 without a mark.
+    /// The position of the mark in characters, -1 if there is none.
     [[nodiscard]] int markedAt() const { return marked_; }
 
-    /// Puts a piece of an expression at the cursor, kept apart by blanks.
+    /// Inserts a piece of an expression at the cursor, with blanks around it where needed.
     void insertPiece(const QString& piece);
-    /// What stands before the cursor (or the selection), without blanks at its end.
+    /// The text before the cursor (or the selection), without trailing blanks.
     [[nodiscard]] QString before() const;
 
 protected:

@@ -13,7 +13,7 @@
 
 namespace korvana::desktop {
 
-/// What the thread leaves behind; read once `done` is ready.
+/// The outcome of the thread; read once `done` is ready.
 struct DataLoader::Outcome {
     std::optional<DataSet> data;
     QString error;
@@ -64,7 +64,7 @@ void DataLoader::load(const QString& path, const ReadOptions& options) {
     };
     try {
         worker_ = std::jthread(read);
-    } catch (const std::system_error&) { // no thread to be had: read here
+    } catch (const std::system_error&) { // no thread can be started: read here
         read(std::stop_token());
     }
 }

@@ -15,8 +15,8 @@ class QWidget;
 
 namespace korvana::desktop {
 
-/// Reads a data file in a thread of its own. Signals come in the thread of this object; after each load
-/// exactly one of them.
+/// Reads a data file in a separate thread. Signals are emitted in the thread of this object, exactly one for
+/// each load.
 class DataLoader : public QObject {
     Q_OBJECT
 
@@ -24,19 +24,19 @@ public:
     explicit DataLoader(QObject* parent = nullptr);
     ~DataLoader() override; ///< stops a load under way
 
-    /// Begins to read. A load under way is stopped without a signal.
+    /// Starts to read. A load under way is stopped without a signal.
     void load(const QString& path, const ReadOptions& options = {});
     /// Asks the load under way to stop; cancelled() follows, unless it has just ended.
     void cancel();
     [[nodiscard]] bool isLoading() const { return loading_; }
 
-    /// Waits without handling events; true when the load has ended (its signal is then on its way).
+    /// Waits without handling events; true when the load has ended (its signal is then queued).
     bool wait(int milliseconds);
 
-    /// The data read, once, after loaded().
+    /// The data that were read; can be taken once, after loaded().
     [[nodiscard]] std::optional<DataSet> take();
-    /// After failed(): the orders in which the file's dates can be read, where that alone stands in the way;
-    /// and whether the fault lies in the file's text, which other options may read otherwise.
+    /// After failed(): the orders in which the file's dates can be read, if that is all that has to be
+    /// decided; and whether the error is in the file's text, which other options may read differently.
     [[nodiscard]] const std::vector<DateOrder>& dateOrders() const { return dateOrders_; }
     [[nodiscard]] bool faultInText() const { return faultInText_; }
 
@@ -61,21 +61,22 @@ private:
 
 /// Why a file was not read.
 struct ReadFault {
-    QString text;        ///< empty: it was read, or the user did not want to
-    bool inText = false; ///< other options may read it
+    QString text;        ///< empty: it was read, or the user cancelled
+    bool inText = false; ///< other options may be able to read it
 };
 
-/// Reads a file and makes it the active data; selection and weights of the data before are forgotten. A file
-/// that takes longer shows a busy sign with a Cancel button over the parent, and the program stays alive; not
-/// to be called again before it answers. False when it was cancelled (the fault is then empty) or could not
-/// be read; the data before then stays. Where the order of the parts of its dates is open, the user is asked.
+/// Reads a file and makes it the active data, without selection or weights. For a file that takes longer, a
+/// progress dialog with a Cancel button is shown over the parent, and the program keeps responding; not to be
+/// called again before it returns. False when it was cancelled (the fault is then empty) or the file could
+/// not be read; the previous data then stay. If the order of day, month and year in its dates is ambiguous,
+/// the user is asked.
 bool openDataFile(ActiveData& data, const QString& path, ReadFault* fault, QWidget* parent = nullptr,
                   ReadOptions options = {});
 
-/// The filter of a file dialog that asks for data.
+/// The filter of file dialogs for data files.
 QString dataFileFilter();
 
-/// The first local file of what is dragged over the window; empty without one.
+/// The first local file among what is dragged over the window; empty if there is none.
 QString droppedFile(const QMimeData* mime);
 
 } // namespace korvana::desktop

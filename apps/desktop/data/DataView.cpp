@@ -22,7 +22,7 @@
 namespace korvana::desktop {
 namespace {
 
-/// Missing cells and cases that are left out step back, in the colours of the palette at hand.
+/// Missing cells and cases that are left out are shown fainter, in colours of the current palette.
 class CellDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -103,14 +103,14 @@ DataView::DataView(QWidget* parent)
 void DataView::setData(const ActiveData* active) {
     const bool another =
         active == nullptr || active != model_->active() || active->generation() != generation_;
-    const int row = table_->currentIndex().row(); // a new table has none
+    const int row = table_->currentIndex().row(); // a new table has no current row
     const int column = table_->currentIndex().column();
     const int columns = table_->horizontalHeader()->count();
     model_->show(active);
-    const bool reshaped = !another && columns != model_->columnCount(); // a variable came or went
+    const bool reshaped = !another && columns != model_->columnCount(); // a variable was added or removed
     generation_ = active != nullptr ? active->generation() : 0;
-    // To show which columns are selected, the header asks its selection at each repaint, and that walks
-    // through all rows. With many of them it gets a selection of its own, which stays empty.
+    // To show which columns are selected, the header queries its selection at each repaint, which visits all
+    // rows. With many rows it gets a selection of its own, which stays empty.
     constexpr int mostHighlighted = 200'000;
     table_->horizontalHeader()->setSelectionModel(
         model_->rowCount() > mostHighlighted ? noSelection_ : table_->selectionModel());
@@ -144,7 +144,7 @@ void DataView::goToCase(int case1) {
 
 void DataView::showLastVariable() {
     if (model_->rowCount() == 0 || model_->columnCount() == 0) return;
-    // The scroll bar learns of a new column only with the next events, and ends before it until then.
+    // The scroll bar includes a new column only after the next events.
     QMetaObject::invokeMethod(table_, "updateGeometries", Qt::DirectConnection);
     const int row = std::max(table_->currentIndex().row(), 0);
     table_->setCurrentIndex(model_->index(row, model_->columnCount() - 1));
@@ -178,7 +178,7 @@ void DataView::fitRows() {
 }
 
 void DataView::fitColumns() {
-    // The contents of thousands of columns are not measured: their headers and room for a number will do.
+    // The contents of thousands of columns are not measured: width for the heading and a number will do.
     constexpr int mostMeasured = 500;
     const int wide = table_->fontMetrics().averageCharWidth() * 32;
     const int narrow = table_->fontMetrics().averageCharWidth() * 8;

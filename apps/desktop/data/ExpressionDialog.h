@@ -15,42 +15,42 @@ class WrappedLabel;
 class ConditionEdit;
 class ExpressionPane;
 
-/// A dialog around an expression: its field, below it what it gives or what is wrong and where, a moment
-/// after the last key, and what expressions are made of, to be inserted.
+/// A dialog for an expression: its field; below it, a moment after the last key, the result or the error; and
+/// variables and values that can be inserted.
 class ExpressionDialog : public QDialog {
     Q_OBJECT
 
 protected:
-    /// @param active  stays while the dialog is open
+    /// @param active  must exist while the dialog is open
     ExpressionDialog(ActiveData& active, const QString& title, QWidget* parent);
 
-    /// Puts the dialog together, these fields at its top.
+    /// Lays out the dialog, with these fields at its top.
     void layOut(QLayout* fields);
-    /// Looks at what is written and says what it gives.
+    /// Checks the expression and shows its result.
     virtual void look() = 0;
-    /// After an edit: a fault is not marked any more, and what is written is looked at soon.
+    /// After an edit: removes the mark of an error, and has the expression checked soon.
     void lookSoon();
-    /// No look is due any more.
+    /// Cancels the check that is due.
     void lookedAt() { pause_.stop(); }
 
     void say(const QString& text, bool error = false);
-    /// Says what is wrong, and marks the place where that is known.
+    /// Shows an error, and marks its place if that is known.
     void sayFault(const std::exception& error);
-    /// Puts the keyboard where the fault is marked.
+    /// Moves the focus to the marked place.
     void goToFault();
 
     ActiveData& data_;
     ConditionEdit* expression_;
 
 private:
-    ExpressionPane* pane_; // made in the order of tabbing
+    ExpressionPane* pane_; // made in tab order
 
 protected:
     QDialogButtonBox* buttons_;
 
 private:
     WrappedLabel* outcome_;
-    QTimer pause_; ///< between the last key and the look
+    QTimer pause_; ///< between the last key and the check
 };
 
 } // namespace korvana::desktop

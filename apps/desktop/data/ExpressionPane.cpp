@@ -33,7 +33,7 @@ ExpressionPane::ExpressionPane(const DataSet& dataSet, ConditionEdit& field, QWi
     codes_->installEventFilter(this);
     variables_->list()->installEventFilter(this);
     auto* hint = new QLabel(
-        tr("Double-click or the space bar inserts. Signs: = <> < <= > >= + - * / ^ and or not ( ); "
+        tr("Double-click or the space bar inserts. Operators: = <> < <= > >= + - * / ^ and or not ( ); "
            "texts in quotation marks; dates as 1995-01-15; missing(variable)."),
         this);
     hint->setWordWrap(true);
@@ -65,7 +65,7 @@ void ExpressionPane::showCodes() {
 }
 
 void ExpressionPane::countSome() {
-    constexpr std::size_t piece = 2'000; // cases between two looks at the clock
+    constexpr std::size_t piece = 2'000; // cases between checks of the clock
     constexpr qint64 milliseconds = 15;
     QElapsedTimer clock;
     clock.start();

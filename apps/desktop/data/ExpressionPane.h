@@ -13,13 +13,13 @@ namespace korvana::desktop {
 class ConditionEdit;
 class VariableChooser;
 
-/// What an expression is made of: the variables of the data and the values of the one that is chosen, which
-/// double-click and the space bar insert into the field of the expression.
+/// The building blocks of an expression: the variables of the data and the values of the selected one. A
+/// double-click or the space bar inserts them into the field of the expression.
 class ExpressionPane : public QWidget {
     Q_OBJECT
 
 public:
-    /// @param dataSet  stays, like the field, while the pane does
+    /// @param dataSet  must outlive the pane, as must the field
     ExpressionPane(const DataSet& dataSet, ConditionEdit& field, QWidget* parent = nullptr);
 
 protected:

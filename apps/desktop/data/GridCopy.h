@@ -18,9 +18,8 @@ struct GridCopy {
 inline constexpr qint64 mostCopiedCells = 5'000'000;
 
 /// The selected cells as they are shown, tabs between columns, one line per row. Rows and columns without a
-/// selected cell are left out; a cell that is not selected in a row and column that are taken, and one
-/// without a value, is empty.
-/// @param names  a first line with the column headings
+/// selected cell are left out; in the others, cells that are not selected or have no value are empty.
+/// @param names  adds a first line with the column headings
 GridCopy copyCells(const CaseTableModel& model, const QItemSelection& selection, bool names);
 
 } // namespace korvana::desktop

@@ -11,11 +11,10 @@ class QWidget;
 
 namespace korvana::desktop {
 
-/// A text of the data for one line of the screen: line ends, tabs and other control characters become blanks.
+/// A text of the data in one line: line ends, tabs and other control characters become blanks.
 QString shown(std::string_view utf8);
 
-/// What a reader has to say about a file: in place of options of the command line it names the menu's
-/// command.
+/// A message of a reader about a file, naming the menu's command in place of command-line options.
 QString readerText(std::string_view utf8);
 
 /// "number", "text", "date".
@@ -28,12 +27,12 @@ QString valueText(const Variable& variable, double value, bool label);
 /// "1 case", "1,234,567 cases".
 QString casesText(qint64 count);
 
-/// Counts with their thousands kept apart.
+/// A count with separators between thousands.
 QString countText(qint64 count);
 
-/// Text that steps back behind the other text of a palette and stays readable on its base, light or dark.
+/// A colour for secondary text: fainter than the text of a palette, but readable on its base, light or dark.
 QColor quietText(const QPalette& palette);
-/// The colour of an error on the window of a palette.
+/// The colour for errors on the window background of a palette.
 QColor errorText(const QPalette& palette);
 
 /// Shows a text of a kind in a label.

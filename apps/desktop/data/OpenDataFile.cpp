@@ -14,13 +14,13 @@ namespace korvana::desktop {
 
 namespace {
 
-/// Asks how a date such as 02/03/1995 is meant; nothing when cancelled.
+/// Asks how a date such as 02/03/1995 is to be read; no value when cancelled.
 std::optional<DateOrder> askDateOrder(const QString& why, const std::vector<DateOrder>& orders,
                                       QWidget* parent) {
     QMessageBox box(QMessageBox::Question, QObject::tr("Open"), why, QMessageBox::Cancel, parent);
     for (QLabel* label : box.findChildren<QLabel*>())
         label->setTextFormat(Qt::PlainText); // names of the data may look like markup
-    box.setInformativeText(QObject::tr("In which order do the parts of the dates stand?"));
+    box.setInformativeText(QObject::tr("In which order are dates written in the file?"));
     std::vector<std::pair<QAbstractButton*, DateOrder>> choices;
     for (const DateOrder order : orders) {
         const QString text = order == DateOrder::DayMonthYear   ? QObject::tr("&Day, month, year")
@@ -36,12 +36,12 @@ std::optional<DateOrder> askDateOrder(const QString& why, const std::vector<Date
 
 struct Read {
     std::optional<DataSet> data;
-    ReadFault fault; ///< empty when there are data, or reading was cancelled
+    ReadFault fault; ///< empty when the file was read or reading was cancelled
     std::vector<DateOrder> dateOrders;
-    bool close = false; ///< the window that waits for the data is to go
+    bool close = false; ///< the window that waits for the data is to close
 };
 
-/// What is read, and how much of it, as far as that is known before.
+/// The file that is read, with its size if that is known.
 QString sourceText(const QString& path) {
     if (path == QLatin1String("-")) return QObject::tr("standard input");
     const QFileInfo file(path);
@@ -54,7 +54,7 @@ Read readFile(const QString& path, const ReadOptions& options, QWidget* parent) 
     DataLoader loader;
     BusyWait wait(parent, QObject::tr("Open"), QObject::tr("Reading %1 ...").arg(sourceText(path)),
                   [&loader] { loader.cancel(); });
-    const QObject life; // of the connections
+    const QObject life; // limits the life of the connections
     QObject::connect(&loader, &DataLoader::loaded, &life, [&wait] { wait.end(); });
     QObject::connect(&loader, &DataLoader::cancelled, &life, [&wait] { wait.end(); });
     QObject::connect(&loader, &DataLoader::failed, &life, [&](const QString& text) {
@@ -62,7 +62,7 @@ Read readFile(const QString& path, const ReadOptions& options, QWidget* parent) 
         wait.end();
     });
     loader.load(path, options);
-    static_cast<void>(wait.run()); // the program's end stops the loader
+    static_cast<void>(wait.run()); // if the program ends, the loader is stopped
     read.close = wait.closes();
     wait.closeIfWanted();
     read.data = loader.take();

@@ -26,7 +26,7 @@ namespace {
 
 constexpr int anotherSign = -2;
 
-/// Choices with the numbers that stand for them, the first of them: as the file has it.
+/// Choices with the numbers that stand for them, the first: as found in the file.
 QComboBox* choice(const char* name, std::initializer_list<std::pair<QString, int>> entries, QWidget* parent) {
     auto* box = new QComboBox(parent);
     box->setObjectName(QLatin1String(name));
@@ -47,8 +47,8 @@ std::optional<Value> chosen(const QComboBox& box) {
     return value < 0 ? std::nullopt : std::optional(static_cast<Value>(value));
 }
 
-/// The first lines of a file as they stand in it, a tab as an arrow; empty where they cannot be had, and of a
-/// pipe, which has them once.
+/// The first lines of a file as they are, tabs shown as arrows; empty if they cannot be read, and for a pipe,
+/// which can be read only once.
 QString beginning(const QString& path) {
     constexpr int most = 5;
     if (!QFileInfo(path).isFile()) return {};
@@ -77,7 +77,7 @@ OpenOptionsDialog::OpenOptionsDialog(const QString& path, const ReadOptions& opt
                                           {tr("semicolon  ;"), ';'},
                                           {tr("tab"), '\t'},
                                           {tr("pipe  |"), '|'},
-                                          {tr("another sign"), anotherSign}},
+                                          {tr("another character"), anotherSign}},
                                          this)),
       sign_(new QLineEdit(this)), fault_(new QLabel(this)),
       decimal_(choice("decimal", {{tr("point  61.5"), '.'}, {tr("comma  61,5"), ','}}, this)),
@@ -105,7 +105,7 @@ OpenOptionsDialog::OpenOptionsDialog(const QString& path, const ReadOptions& opt
     sign_->setObjectName(QStringLiteral("sign"));
     sign_->setMaxLength(1);
     sign_->setMaximumWidth(fontMetrics().averageCharWidth() * 6);
-    sign_->setAccessibleName(tr("Sign between cells"));
+    sign_->setAccessibleName(tr("Character between cells"));
     auto* separators = new QHBoxLayout;
     separators->addWidget(separator_, 1);
     separators->addWidget(sign_);
@@ -173,8 +173,8 @@ void OpenOptionsDialog::accept() {
     if (wanted && (sign_->text().trimmed().isEmpty() || sign_->text().front().toLatin1() == 0)) {
         fault_->setText(
             sign_->text().trimmed().isEmpty()
-                ? tr("Give the sign that stands between the cells.")
-                : tr("'%1' cannot stand between cells; give a sign such as / or :.").arg(sign_->text()));
+                ? tr("Enter the character between the cells.")
+                : tr("'%1' cannot separate cells; enter a character such as / or :.").arg(sign_->text()));
         showAsError(*fault_, true);
         fault_->show();
         sign_->setFocus();

@@ -10,13 +10,13 @@ class QLineEdit;
 
 namespace korvana::desktop {
 
-/// Says how a data file is to be read, where that is not to be found out from it: what stands between its
-/// cells, its decimal mark, its first line and the order of its dates. Shows how the file begins.
+/// Asks how a data file is to be read, where that cannot be detected: the separator between its cells, its
+/// decimal mark, its first line and the order of its dates. Shows how the file begins.
 class OpenOptionsDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// @param options  what is chosen at first
+    /// @param options  what is selected at first
     OpenOptionsDialog(const QString& path, const ReadOptions& options, QWidget* parent = nullptr);
 
     [[nodiscard]] ReadOptions options() const;

@@ -24,7 +24,7 @@ public:
     void remove(const QString& path);
     void clear();
 
-    /// Fills a menu anew: one entry per file, and one that clears the list. Call it when the menu is about to
+    /// Refills a menu: one entry per file, and one that clears the list. Call it when the menu is about to
     /// show. This object must outlive the menu's entries.
     void fill(QMenu& menu, const std::function<void(const QString& path)>& open);
 

@@ -13,7 +13,7 @@
 namespace korvana::desktop {
 namespace {
 
-constexpr std::size_t piece = 2'000; // cases between two looks at the clock
+constexpr std::size_t piece = 2'000; // cases between checks of the clock
 
 bool isBlank(std::string_view text) {
     return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
@@ -23,7 +23,7 @@ bool isBlank(std::string_view text) {
 
 SelectionDialog::SelectionDialog(ActiveData& active, QWidget* parent)
     : ExpressionDialog(active, tr("Select Cases"), parent) {
-    auto* prompt = new QLabel(tr("&Cases take part that satisfy this condition (empty: all cases)"), this);
+    auto* prompt = new QLabel(tr("Select &cases that satisfy this condition (empty: all cases)"), this);
     prompt->setBuddy(expression_);
     prompt->setWordWrap(true);
     expression_->setAccessibleName(tr("Condition"));
@@ -94,7 +94,7 @@ void SelectionDialog::countSome() {
 void SelectionDialog::showCount() {
     const int all = data_.dataSet().caseCount();
     if (!pass_) {
-        say(tr("All %1 take part.").arg(casesText(all)));
+        say(tr("All %1 selected.").arg(casesText(all)));
         return;
     }
     if (!pass_->atEnd()) {

@@ -6,15 +6,15 @@
 
 namespace korvana::desktop {
 
-/// Edits the condition that cases must satisfy to take part; an empty one takes all cases. The number of
-/// cases that it selects is counted while one types, in small pieces, so that the dialog stays alive on any
-/// number of cases. OK applies the condition (exec() answers Accepted) once it is counted; a fault is shown
-/// and marked where it stands.
+/// Edits the condition that cases must satisfy to be selected; an empty one selects all cases. The selected
+/// cases are counted while the user types, in small pieces, so that the dialog responds however many there
+/// are. OK applies the condition (exec() returns Accepted) once they are counted; an error is shown and
+/// marked in the condition.
 class SelectionDialog final : public ExpressionDialog {
     Q_OBJECT
 
 public:
-    /// @param active  stays while the dialog is open
+    /// @param active  must exist while the dialog is open
     explicit SelectionDialog(ActiveData& active, QWidget* parent = nullptr);
     ~SelectionDialog() override;
 
@@ -28,7 +28,7 @@ private:
     void fail(const std::exception& error);
 
     QTimer idle_;
-    std::unique_ptr<SelectionPass> pass_; ///< over the condition as it stands in the field
+    std::unique_ptr<SelectionPass> pass_; ///< over the condition in the field
     bool failed_ = false;
     bool applyWhenCounted_ = false;
 };

@@ -8,13 +8,12 @@ namespace korvana::desktop {
 
 class RecentFiles;
 
-/// What stands where the data will, while there are none: a button that opens a file, and the files opened
-/// last.
+/// The page shown while there are no data: a button that opens a file, and the files opened last.
 class StartPage : public QWidget {
     Q_OBJECT
 
 public:
-    /// @param recent  stays while the page does
+    /// @param recent  must outlive the page
     explicit StartPage(const RecentFiles& recent, QWidget* parent = nullptr);
 
 signals:

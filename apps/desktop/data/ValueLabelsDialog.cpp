@@ -44,7 +44,7 @@ ValueLabelsDialog::ValueLabelsDialog(Variable variable, const VariableSummary* c
     table_->setAccessibleName(tr("Values and their labels"));
     error_->hide();
 
-    constexpr std::size_t mostUnlabelled = 100; // more values without a label are a scale, not codes
+    constexpr std::size_t mostUnlabelled = 100; // more of them are measurements, not codes
     std::map<double, std::pair<QString, QString>> rows;
     for (const ValueLabel& each : variable_.valueLabels)
         rows[each.value].first = QString::fromStdString(each.text);
@@ -113,7 +113,7 @@ void ValueLabelsDialog::fault(int row, const QString& what) {
 }
 
 void ValueLabelsDialog::accept() {
-    setFocus(); // a cell that is being edited takes what was typed
+    setFocus(); // ends the editing of a cell
     std::map<double, QString> labels;
     std::set<double> values;
     for (int row = 0; row < table_->rowCount(); ++row) {
@@ -122,13 +122,13 @@ void ValueLabelsDialog::accept() {
         if (value.isEmpty() && label.isEmpty()) continue;
         const auto read = readValue(variable_, value);
         if (!read) {
-            fault(row, tr("'%1' is no value; enter %2")
+            fault(row, tr("'%1' is not a valid value; enter %2")
                            .arg(value, variable_.kind == VariableKind::Date ? tr("a date as YYYY-MM-DD")
                                                                             : tr("a number")));
             return;
         }
         if (!values.insert(*read).second) {
-            fault(row, tr("the value %1 stands above already; remove one of the rows").arg(value));
+            fault(row, tr("the value %1 is in a row above already; remove one of the two").arg(value));
             return;
         }
         if (!label.isEmpty()) labels[*read] = label;

@@ -11,14 +11,14 @@ class QTableWidget;
 namespace korvana::desktop {
 
 class WrappedLabel;
-/// Edits the value labels of a variable of numbers or dates: one row per value, those of the data included
-/// when they are few. OK is refused while a value cannot be read or stands twice; it changes nothing by
-/// itself, the labels are asked for by valueLabels().
+/// Edits the value labels of a variable of numbers or dates: one row per value, including those of the data
+/// if they are few. OK is refused while a value cannot be read or is there twice. The dialog does not change
+/// the data; valueLabels() returns the labels.
 class ValueLabelsDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// @param counts  what is known of the values in the data; may be nullptr
+    /// @param counts  the counted values of the data; may be nullptr
     ValueLabelsDialog(Variable variable, const VariableSummary* counts, QWidget* parent = nullptr);
 
     /// Ascending by value; values without a label are left out.

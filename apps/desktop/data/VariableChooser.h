@@ -11,15 +11,15 @@ class QStandardItemModel;
 
 namespace korvana::desktop {
 
-/// A list of variables with a field that narrows it down by a part of the name or the label.
+/// A list of variables with a field that filters it by a part of the name or the label.
 class VariableChooser : public QWidget {
     Q_OBJECT
 
 public:
-    /// @param numbersOnly  without variables of texts and dates
+    /// @param numbersOnly  leaves out variables of texts and dates
     VariableChooser(const DataSet& dataSet, bool numbersOnly, QWidget* parent = nullptr);
 
-    /// The current variable, counted from 0; -1 without one.
+    /// The current variable, counted from 0; -1 if there is none.
     [[nodiscard]] int current() const;
     void setCurrent(int variable0);
     [[nodiscard]] int count() const;
@@ -29,7 +29,7 @@ public:
 
 signals:
     void currentChanged(int variable0);
-    /// Double-clicked.
+    /// A variable was double-clicked.
     void chosen(int variable0);
 
 protected:

@@ -43,7 +43,7 @@ const VariableSummary* VariableCounts::of(int variable0) const {
 void VariableCounts::countSome() {
     constexpr std::size_t piece = 20'000;
     constexpr qint64 milliseconds = 5;
-    if (data_ == nullptr || data_->generation() != generation_) { // the columns counted so far are gone
+    if (data_ == nullptr || data_->generation() != generation_) { // the counted columns no longer exist
         describer_.reset();
         idle_.stop();
         return;

@@ -20,14 +20,15 @@ public:
 
     explicit VariableCounts(QObject* parent = nullptr);
 
-    /// Forgets all counts and begins anew; nullptr: nothing to count. The data must stay until the next call.
+    /// Discards all counts and starts again; nullptr: nothing to count. The data must exist until the next
+    /// call.
     void start(const ActiveData* data);
-    /// Forgets the counts of one variable (from 0).
+    /// Discards the counts of one variable (from 0).
     void again(int variable0);
-    /// While not running, counting rests where it is (the state at first).
+    /// Starts or pauses counting (paused at first).
     void setRunning(bool running);
 
-    /// Nothing while it is not counted yet.
+    /// No value while the variable is not counted yet.
     [[nodiscard]] const VariableSummary* of(int variable0) const;
 
 signals:

@@ -140,7 +140,7 @@ bool VariableTableModel::setMissingCode(int variable0, const QString& text) {
         const auto value = resolveCode(data_->dataSet(), variable0, text.toStdString());
         if (!value) {
             emit refused(
-                tr("%1: '%2' is no value of this variable; enter %3, or nothing for no missing code.")
+                tr("%1: '%2' is not a value of this variable; enter %3, or nothing for no missing code.")
                     .arg(shown(variable.name), text,
                          variable.kind == VariableKind::Text   ? tr("one of its texts")
                          : variable.kind == VariableKind::Date ? tr("a date as YYYY-MM-DD")
@@ -160,15 +160,15 @@ bool VariableTableModel::describe(int variable0, const std::string& label, doubl
     const bool sameLabels = std::equal(
         valueLabels.begin(), valueLabels.end(), before.valueLabels.begin(), before.valueLabels.end(),
         [](const ValueLabel& a, const ValueLabel& b) { return a.value == b.value && a.text == b.text; });
-    if (label == before.label && sameCode && sameLabels) return true; // no edit
+    if (label == before.label && sameCode && sameLabels) return true; // nothing was changed
     try {
         data_->describe(variable0, label, missingCode, valueLabels);
     } catch (const std::exception& error) {
-        emit refused(tr("%1 stays as it was, because the selection would not hold any more: %2")
+        emit refused(tr("%1 was not changed, because the selection of cases would no longer be valid: %2")
                          .arg(shown(data_->dataSet().variable(variable0).name), shown(error.what())));
         return false;
     }
-    // A selection made anew changes the counts of every variable.
+    // Repeating the selection changes the counts of every variable.
     if (data_->condition().empty())
         counts_.again(variable0);
     else

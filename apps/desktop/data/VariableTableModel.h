@@ -22,7 +22,8 @@ public:
     [[nodiscard]] bool editable() const { return editable_; }
     [[nodiscard]] VariableCounts& counts() { return counts_; }
 
-    /// Changes what is known about a variable. False: refused() has told why.
+    /// Changes what is known about a variable. False if that was refused; refused() was emitted with the
+    /// reason.
     bool describe(int variable0, const std::string& label, double missingCode,
                   const std::vector<ValueLabel>& valueLabels);
 
@@ -44,7 +45,7 @@ private:
 
     ActiveData* data_ = nullptr;
     int generation_ = 0;
-    int variables_ = 0; ///< as many as were told of
+    int variables_ = 0; ///< as last announced to the views
     bool editable_ = true;
     VariableCounts counts_;
 };

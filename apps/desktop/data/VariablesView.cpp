@@ -65,10 +65,10 @@ VariablesView::VariablesView(QWidget* parent)
 void VariablesView::setData(ActiveData* active) {
     const bool another =
         active == nullptr || active != model_->active() || active->generation() != generation_;
-    const int row = table_->currentIndex().row(); // a new table has none
+    const int row = table_->currentIndex().row(); // a new table has no current row
     const int rows = table_->verticalHeader()->count();
     model_->show(active);
-    if (!another && rows != model_->rowCount()) { // a variable came or went
+    if (!another && rows != model_->rowCount()) { // a variable was added or removed
         fitColumns();
         table_->setCurrentIndex(
             model_->index(std::min(row, model_->rowCount() - 1), VariableTableModel::Label));

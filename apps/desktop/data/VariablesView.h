@@ -11,8 +11,8 @@ namespace korvana::desktop {
 class WrappedLabel;
 class VariableTableModel;
 
-/// What is known about the variables, one row each. Cases, missing ones and distinct values are counted over
-/// the selected cases, in small pieces while the view is visible and the program is idle.
+/// What is known about the variables, one per row. Valid, missing and distinct values are counted over the
+/// selected cases, in small pieces while the view is visible and the program is idle.
 class VariablesView : public QWidget {
     Q_OBJECT
 
@@ -28,16 +28,16 @@ public:
     /// Opens the value labels of a variable, counted from 0, for editing.
     void editValueLabels(int variable0);
 
-    /// Takes a computed variable out of the data; what stands against it is said.
+    /// Removes a computed variable from the data, or says why it cannot be removed.
     void removeVariable(int variable0);
 
     [[nodiscard]] QTableView* table() const { return table_; }
 
 signals:
-    /// Comes before variablesChanged, when nothing was removed.
+    /// Emitted before variablesChanged, unless a variable was removed.
     void labelsEdited();
     /// A label, a missing code or value labels were edited, or a variable was removed. A selection that
-    /// depends on them was made anew.
+    /// depends on them was repeated.
     void variablesChanged();
 
 protected:

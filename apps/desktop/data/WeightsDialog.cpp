@@ -17,7 +17,7 @@ namespace korvana::desktop {
 WeightsDialog::WeightsDialog(ActiveData& active, QWidget* parent)
     : QDialog(parent), data_(active),
       none_(new QRadioButton(tr("&No weights: every case counts once"), this)),
-      byVariable_(new QRadioButton(tr("&Weight cases by a variable of numbers:"), this)),
+      byVariable_(new QRadioButton(tr("&Weight cases by a numeric variable:"), this)),
       variables_(new VariableChooser(active.dataSet(), true, this)), effect_(new WrappedLabel(this)) {
     setWindowTitle(tr("Case Weights"));
     effect_->setMinimumHeight(fontMetrics().lineSpacing() * 2);
@@ -63,7 +63,7 @@ void WeightsDialog::showEffect() {
     const int variable0 = variables_->current();
     showAsError(*effect_, false);
     if (variables_->count() == 0) {
-        effect_->setText(tr("The data have no variable of numbers."));
+        effect_->setText(tr("The data have no numeric variable."));
     } else if (!byVariable_->isChecked() || variable0 < 0) {
         effect_->setText({});
     } else {

@@ -11,13 +11,13 @@ namespace korvana::desktop {
 class WrappedLabel;
 class VariableChooser;
 
-/// Chooses the variable that weights the cases, or none. OK applies the choice to the data (exec() answers
-/// Accepted); Cancel leaves it as it is.
+/// Chooses the variable that weights the cases, or none. OK applies the choice to the data (exec() returns
+/// Accepted); Cancel changes nothing.
 class WeightsDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// @param active  stays while the dialog is open
+    /// @param active  must exist while the dialog is open
     explicit WeightsDialog(ActiveData& active, QWidget* parent = nullptr);
 
     void accept() override;

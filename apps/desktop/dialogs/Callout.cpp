@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::array widths{60, 40, 26, 18}; ///< in letters
 
-/// A light red on light themes, a dark one on dark ones, so that the theme's own text colour reads on it.
+/// A light red in light themes, a dark one in dark themes, so that the theme's text colour is readable on it.
 QColor tinted(const QColor& base, double share) {
     const QColor red(0xd0, 0x30, 0x30);
     const auto mix = [share](int own, int other) { return static_cast<int>(own + share * (other - own)); };
@@ -83,7 +83,7 @@ void Callout::growWindow(const QSize& by) {
     margins.setRight(margins.right() + by.width());
     margins.setBottom(margins.bottom() + by.height());
     layout->setContentsMargins(margins);
-    layout->activate(); // tells the window how small it may be now, and resizes one that is smaller
+    layout->activate(); // updates the window's minimum size, and enlarges the window if it is smaller
     window.resize(size);
     layout->activate();
 }

@@ -9,9 +9,9 @@ class QLabel;
 
 namespace korvana::desktop {
 
-/// A reason, shown at the widget that it is about, where it covers nothing else. It floats over the dialog: a
-/// layout that moved while a mouse button is down would lose the click. Where the dialog has no room there it
-/// grows, at its right end or its lower one, for as long as the reason is shown.
+/// A reason shown beside the widget that it is about, where it covers nothing else. It floats over the
+/// dialog: if the layout moved while a mouse button is down, the click would be lost. If there is no room,
+/// the dialog grows to the right or downwards while the reason is shown.
 class Callout : public QFrame {
 public:
     explicit Callout(QWidget* window);
@@ -29,7 +29,7 @@ protected:
 
 private:
     void takePlace();
-    /// Its size when a line has no more than so many letters.
+    /// Its size with lines of at most so many characters.
     [[nodiscard]] QSize sizeFor(int letters) const;
     /// A place in a window of this size, empty when there is none.
     [[nodiscard]] QRect placeIn(const QSize& room, Reach reach) const;

@@ -19,7 +19,7 @@
 namespace korvana::desktop {
 namespace {
 
-/// Asks its field for the codes before it shows them.
+/// Gets the codes from its field before it shows them.
 class OfferCombo final : public QComboBox {
 public:
     explicit OfferCombo(CodeField& field) : QComboBox(&field), field_(field) {}
@@ -56,7 +56,7 @@ CodeField::CodeField(const ozm::ControlTemplate& control, FieldHost& host, QWidg
     combo_->setMinimumContentsLength(18);
     combo_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     combo_->setAccessibleName(plainCaptionOf(control));
-    combo_->view()->setTextElideMode(Qt::ElideMiddle); // labels that begin alike end otherwise
+    combo_->view()->setTextElideMode(Qt::ElideMiddle); // similar labels often differ at their ends
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(combo_);
@@ -131,7 +131,7 @@ bool CodeField::commit() {
     std::optional<double> code = std::numeric_limits<double>::quiet_NaN();
     if (!text.isEmpty()) code = codeOf(text);
     if (!code) return complain(noCode(text, variable()));
-    // Also the code that was there: from now on it is the user's.
+    // Even if the code is the same: from now on it counts as entered by the user.
     if (!std::isnan(*code) || !std::isnan(code_)) {
         if (!host().put(*this, *code)) return false;
     }
@@ -145,7 +145,7 @@ void CodeField::dataChanged() {
 }
 
 void CodeField::clearOffer() {
-    // Emptying a combo box empties its text too.
+    // Clearing a combo box clears its text too.
     const QString text = combo_->currentText();
     {
         const QSignalBlocker quiet(combo_);
@@ -181,7 +181,7 @@ void CodeField::offer() {
     }
     combo_->setCurrentIndex(std::isnan(code_) ? -1 : combo_->findData(code_));
     combo_->setEditText(text);
-    // The list is as wide as its texts, however narrow the field, as far as the screen goes.
+    // The list is as wide as its texts, however narrow the field, within the limits of the screen.
     const int wanted = combo_->view()->sizeHintForColumn(0) + combo_->fontMetrics().height() * 2;
     combo_->view()->setMinimumWidth(std::min(wanted, combo_->screen()->availableGeometry().width() * 3 / 4));
 }

@@ -8,7 +8,7 @@ class QToolButton;
 namespace korvana::desktop {
 
 class ElidedLabel;
-/// A code of a variable: typed as a number or a value label, or taken from the list of those that occur. The
+/// A code of a variable: typed as a number or a value label, or chosen from a list of those in the data. The
 /// data are read only when the list is asked for, or a code has too many digits to be shown: they may have
 /// millions of cases.
 class CodeField : public CodesOfVariable {
@@ -18,7 +18,7 @@ public:
     [[nodiscard]] bool hasPendingEdit() const override { return edited_; }
     bool commit() override;
     void dataChanged() override;
-    /// Says beside this code, when it is shown, that it was filled in; NaN: beside none.
+    /// Shows, beside this code, that it was filled in; NaN: beside none.
     void remarkFilled(double code);
     /// Offers to exchange the code with that of another field.
     void offerSwapWith(CodeField& other);

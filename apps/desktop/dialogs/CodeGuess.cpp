@@ -13,7 +13,7 @@ constexpr int neither = -1;
 using Fields = std::array<const ozm::ControlTemplate*, 2>;
 
 bool isLetter(char c) {
-    // Letters beyond ASCII are several bytes, all of them above 127.
+    // Letters beyond ASCII are several bytes, all above 127.
     return (c >= 'a' && c <= 'z') || static_cast<unsigned char>(c) > 127;
 }
 
@@ -37,7 +37,7 @@ bool sharesOne(const std::vector<std::string>& words, const List& list) {
     });
 }
 
-/// The field that a text speaks for; neither when it says nothing, speaks for both or denies.
+/// The field that a text points to; neither when it points to none or both, or is a negation.
 int fieldMeant(std::string_view text, const Fields& fields) {
     constexpr std::string_view denials[] = {"no", "not", "non", "never", "without", "free"};
     const std::vector<std::string> words = wordsOf(text);
@@ -46,7 +46,7 @@ int fieldMeant(std::string_view text, const Fields& fields) {
     return first ? 0 : 1;
 }
 
-/// Which code, 0 or 1, answers yes to what the name of the variable asks; neither when none does.
+/// Which code, 0 or 1, means "yes" to the name of the variable; neither when none does.
 int yes(const std::array<ozm::CodeCount, 2>& codes) {
     constexpr std::string_view affirmed[] = {"yes", "true"};
     for (int i = 0; i < 2; ++i)

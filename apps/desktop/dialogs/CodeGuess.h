@@ -9,9 +9,9 @@
 namespace korvana::desktop {
 
 /// Which of the two codes of a variable each of two code fields means, in the order of the fields. The words
-/// of the value labels decide, where they say it of one code and do not contradict it of the other; else the
-/// name of the variable, which says what its code 1 ("yes") stands for; else the fields' usual codes; else
-/// the first field has the lower code.
+/// in the value labels decide, if they fit one code and do not contradict the other; else the name of the
+/// variable, which says what its code 1 ("yes") stands for; else the fields' usual codes; else the first
+/// field gets the lower code.
 /// @param codes     ascending
 /// @param variable  its name
 [[nodiscard]] std::array<double, 2> guessCodes(const std::array<const ozm::ControlTemplate*, 2>& fields,

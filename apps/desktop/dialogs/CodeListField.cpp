@@ -39,12 +39,12 @@ QStringList splitAtCommas(const QString& line) {
 
 CodeListField::CodeListField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
     : CodesOfVariable(control, host, parent), line_(new QLineEdit(this)), open_(new QToolButton(this)) {
-    line_->setPlaceholderText(QStringLiteral("codes or labels, with commas between"));
+    line_->setPlaceholderText(QStringLiteral("codes or labels, separated by commas"));
     line_->setMinimumWidth(line_->fontMetrics().averageCharWidth() * 32);
     line_->setAccessibleName(plainCaptionOf(control));
     open_->setText(QStringLiteral("…"));
-    open_->setToolTip(QStringLiteral("Choose among the codes that occur"));
-    open_->setAccessibleName(plainCaptionOf(control) + QStringLiteral(": choose among the codes that occur"));
+    open_->setToolTip(QStringLiteral("Choose from the codes in the data"));
+    open_->setAccessibleName(plainCaptionOf(control) + QStringLiteral(": choose from the codes in the data"));
     open_->setFocusPolicy(Qt::StrongFocus);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -92,7 +92,7 @@ bool CodeListField::commit() {
         const auto code = codeOf(text);
         if (!code) return complain(noCode(text, variable()));
         if (std::find(codes.begin(), codes.end(), *code) != codes.end())
-            return complain(QStringLiteral("The code %1 stands there twice.").arg(textOf(*code)));
+            return complain(QStringLiteral("The code %1 is there twice.").arg(textOf(*code)));
         codes.push_back(*code);
     }
     return host().put(*this, std::move(codes)) && settled();
@@ -130,7 +130,7 @@ void CodeListField::openList() {
     QObject::connect(buttons, &QDialogButtonBox::accepted, window, &QDialog::accept);
     QObject::connect(buttons, &QDialogButtonBox::rejected, window, &QDialog::reject);
     const bool accepted = window->exec() == QDialog::Accepted;
-    if (window == nullptr) return; // the dialog went while its list was open, and this field with it
+    if (window == nullptr) return; // the dialog was closed while its list was open, and this field with it
     std::vector<double> chosen;
     const auto isOffered = [&offer](double code) {
         return std::any_of(offer.codes.begin(), offer.codes.end(),
@@ -139,7 +139,7 @@ void CodeListField::openList() {
     for (int row = 0; row < list->count(); ++row)
         if (list->item(row)->checkState() == Qt::Checked)
             chosen.push_back(list->item(row)->data(Qt::UserRole).toDouble());
-    // Codes that were typed and do not occur cannot be unticked; they stay.
+    // Codes that were typed and are not in the list cannot be unchecked; they stay.
     for (const double code : codes_)
         if (!isOffered(code)) chosen.push_back(code);
     window->deleteLater();

@@ -9,8 +9,8 @@ class QToolButton;
 
 namespace korvana::desktop {
 
-/// Several codes of a variable: typed with commas between (numbers or value labels, those with a comma in
-/// quotes), or ticked in the list of those that occur.
+/// Several codes of a variable: typed with commas between them (numbers or value labels, those with a comma
+/// in quotes), or checked in a list of those in the data.
 class CodeListField : public CodesOfVariable {
 public:
     CodeListField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent);

@@ -85,7 +85,7 @@ std::vector<CodePairs::Fill> CodePairs::after(ozm::CAnalysisDialog& dialog, int 
             pair.codes = twoCodes(dialog.Analysis(), variable);
             fill(pair, dialog, untouched, fills);
         } else if (changed == pair.fields[0]->id || changed == pair.fields[1]->id) {
-            // From now on it is the user's.
+            // From now on it counts as entered by the user.
             pair.filled[changed == pair.fields[0]->id ? 0 : 1] = std::numeric_limits<double>::quiet_NaN();
             if (!pair.codes) continue;
             fill(
@@ -106,7 +106,7 @@ void CodePairs::fill(Pair& pair, ozm::CAnalysisDialog& dialog,
                       (std::isnan(code[place]) || code[place] == pair.filled[place]);
     }
     std::array<double, 2> wanted = code;
-    if (!pair.codes) { // what was filled in for another variable goes
+    if (!pair.codes) { // remove what was filled in for another variable
         for (const std::size_t place : {0U, 1U})
             if (free[place]) wanted[place] = std::numeric_limits<double>::quiet_NaN();
     } else if (free[0] && free[1]) {
@@ -114,7 +114,7 @@ void CodePairs::fill(Pair& pair, ozm::CAnalysisDialog& dialog,
         (void)dialog.Analysis().getvn5(pair.variable, name);
         wanted = guessCodes(pair.fields, *pair.codes, name);
     } else {
-        for (const std::size_t place : {0U, 1U}) // one is the user's: the other code is for the other field
+        for (const std::size_t place : {0U, 1U}) // the user entered one, the other field gets the other
             for (const std::size_t which : {0U, 1U})
                 if (free[place] && code[1 - place] == (*pair.codes)[which].code)
                     wanted[place] = (*pair.codes)[1 - which].code;

@@ -11,17 +11,17 @@
 namespace korvana::desktop {
 
 /// Pairs of code fields for the variable of one box, filled in when the variable has just two codes. What the
-/// user wrote stays: only fields that are unset, or hold what was filled in before, are filled.
+/// user entered stays: only fields that are unset, or hold what was filled in before, are filled.
 class CodePairs {
 public:
     explicit CodePairs(const ozm::DialogTemplate& shape);
 
     struct Fill {
         int control;
-        double code; ///< NaN: what was filled in before does not belong to the variable of now
+        double code; ///< NaN: what was filled in belonged to another variable
     };
-    /// What is to be put after the user has changed a control. The data are read for it once per variable.
-    /// @param untouched  whether nothing is being written in the field of a control
+    /// The codes to fill in after the user has changed a control. This reads the data once per variable.
+    /// @param untouched  whether nothing is being typed into the field of a control
     [[nodiscard]] std::vector<Fill> after(ozm::CAnalysisDialog& dialog, int changed,
                                           const std::function<bool(int control)>& untouched);
     /// The other control of the pair, 0 for a control that belongs to none.
@@ -37,7 +37,8 @@ public:
         std::array<double, 2> filled{std::numeric_limits<double>::quiet_NaN(),
                                      std::numeric_limits<double>::quiet_NaN()};
     };
-    /// What is known of all pairs, for the same dialog when it comes again; and what of it still holds there.
+    /// Saves what is known of all pairs for the next time the dialog is shown; restores what still applies
+    /// then.
     [[nodiscard]] std::vector<Known> known() const;
     void recall(const std::vector<Known>& known, const ozm::CAnalysisDialog& dialog);
 

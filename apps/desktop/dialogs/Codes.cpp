@@ -12,7 +12,7 @@ namespace korvana::desktop {
 
 CodeOffer offeredCodes(ozm::CAnalysisSupport& analysis, int variable) {
     CodeOffer offer;
-    // A pass over all cases, which may be many.
+    // This reads all cases, possibly very many.
     const WaitCursor cursor;
     const int distinct = analysis.ReadDataToGetDefaultCodes(variable, {}, offer.codes);
     offer.failed = distinct < 0;
@@ -64,7 +64,7 @@ QString noCode(const QString& text, int variable) {
                ? QStringLiteral("'%1' is neither a number nor a value label of the variable; open the list "
                                 "to see its codes.")
                      .arg(text)
-               : QStringLiteral("'%1' is not a number. Value labels can be written once the variable is "
+               : QStringLiteral("'%1' is not a number. Value labels can be entered once the variable is "
                                 "chosen.")
                      .arg(text);
 }

@@ -25,16 +25,16 @@ CodeOffer offeredCodes(ozm::CAnalysisSupport& analysis, int variable);
 
 /// The shortest text that reads back as the same number; empty for NaN.
 QString codeText(double code);
-/// With so many decimals at most, none of them a trailing zero; what would be long so, as above.
+/// With at most so many decimals, without trailing zeros; if that is too long, the text above.
 QString codeText(double code, int decimals);
 /// "1 = dead (128 cases)", with the text of the code.
 QString offerText(const QString& text, const ozm::CodeCount& code);
 /// The value label of a code, empty when it has none.
 QString codeLabel(ozm::CAnalysisSupport& analysis, int variable, double code);
 
-/// What the user means by a text: a value label of the variable or a number. Variable 0: a number alone.
+/// The code that a text stands for: a value label of the variable, or a number. Variable 0: only a number.
 std::optional<double> codeOfText(ozm::CAnalysisSupport& analysis, int variable, const QString& text);
-/// Says that a text is none, and what could be written.
+/// The message for a text that is no code.
 QString noCode(const QString& text, int variable);
 
 } // namespace korvana::desktop

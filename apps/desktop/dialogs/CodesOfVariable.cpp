@@ -41,7 +41,7 @@ std::optional<double> CodesOfVariable::codeOf(const QString& text) {
     ozm::CAnalysisSupport* analysis = host().analysis();
     if (analysis == nullptr) return std::nullopt;
     const std::optional<double> code = codeOfText(*analysis, variable_, text);
-    // Whoever never saw a shortened text cannot mean one.
+    // Without `known_`, no shortened text was ever shown.
     if (!code || !known_ || std::find(known_->begin(), known_->end(), *code) != known_->end()) return code;
     const auto shown = std::find_if(known_->begin(), known_->end(),
                                     [&](double known) { return textOf(known) == text.trimmed(); });

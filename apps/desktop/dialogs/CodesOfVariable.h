@@ -28,7 +28,7 @@ public:
 protected:
     /// The variable, from 1; 0: none is chosen yet.
     [[nodiscard]] int variable() const { return variable_; }
-    /// What there is to do before codes can be offered.
+    /// What the user has to do before codes can be offered.
     [[nodiscard]] QString chooseFirst() const {
         return prompt_.isEmpty() ? QStringLiteral("Choose the variable first")
                                  : QStringLiteral("Choose '%1' first").arg(prompt_);
@@ -40,14 +40,14 @@ protected:
     }
     /// How a code is shown; empty for NaN. Reads the data if the decimals round it.
     [[nodiscard]] QString textOf(double code);
-    /// What the user means by a text: also a code that is shown by this text, though it has more digits.
+    /// The code that a text stands for, which may be one with more digits that is shown by this text.
     [[nodiscard]] std::optional<double> codeOf(const QString& text);
 
 private:
     /// The code with the decimals of the control.
     [[nodiscard]] QString roundedText(double code) const;
 
-    /// The codes of the variable, none if they are more than a list offers; read when they are needed.
+    /// The codes of the variable, none if there are more than a list offers; read when they are needed.
     std::optional<std::vector<double>> known_;
     QString prompt_;
     int variable_ = 0;

@@ -16,27 +16,27 @@ public:
 
     [[nodiscard]] const ozm::ControlTemplate& control() const { return control_; }
 
-    /// Shows the model's value in place of whatever stood there.
+    /// Shows the model's value in place of whatever was there.
     virtual void showValue(const ozm::ControlValue& value) = 0;
     /// Whether something was typed that the model does not know yet.
     [[nodiscard]] virtual bool hasPendingEdit() const { return false; }
     /// Writes what was typed. False when it was refused; the reason is then shown.
     virtual bool commit() { return true; }
-    /// Names, labels or codes may be others now.
+    /// Names, labels or codes may have changed.
     virtual void dataChanged() {}
     /// The variable whose codes the field offers (0: none), and what its box is called.
     virtual void offerCodesOf(int /*variable*/, const QString& /*prompt*/) {}
     /// Whether the layout writes the control's text to the left of the field.
     [[nodiscard]] virtual bool wantsCaption() const { return false; }
-    /// Whether more width, more height does it good.
+    /// Whether it makes use of more width, of more height.
     [[nodiscard]] virtual bool growsInWidth() const { return true; }
     [[nodiscard]] virtual bool growsInHeight() const { return false; }
 
 protected:
     [[nodiscard]] FieldHost& host() const { return host_; }
     enum class Caption { Elsewhere, Above };
-    /// Makes a widget the whole of the field, but for a caption above it that the control's text may be: it
-    /// has the field's focus and accessible name.
+    /// Fills the field with a widget, below the control's text if that is its caption. The widget has the
+    /// field's focus and accessible name.
     void fillWith(QWidget* editor, Caption caption = Caption::Elsewhere);
     /// Marks the field as right or wrong.
     bool settled();
@@ -49,7 +49,7 @@ private:
 
 /// A control's text with its accelerator, its icon taken away.
 QString captionOf(const ozm::ControlTemplate& control);
-/// The same without the accelerator mark, for people who hear it.
+/// The same without the accelerator mark, for screen readers.
 QString plainCaptionOf(const ozm::ControlTemplate& control);
 QString fromView(std::string_view text);
 

@@ -19,7 +19,7 @@ public:
         setWidget(content);
         setWidgetResizable(true);
         setFrameShape(NoFrame);
-        // The page is part of the dialog, not a sheet on it.
+        // The page has the background of the dialog.
         setBackgroundRole(QPalette::NoRole);
         viewport()->setAutoFillBackground(false);
         content->setAutoFillBackground(false);
@@ -30,7 +30,7 @@ public:
 
 private:
     [[nodiscard]] QSize fitted(QSize wanted) const {
-        // Three quarters of the screen: the rest of the dialog and the screen's own bars want some too.
+        // Three quarters of the screen: the rest of the dialog and the desktop's panels need room too.
         const QSize most = screen()->availableSize() * 3 / 4;
         const int bar = verticalScrollBar()->sizeHint().width();
         if (wanted.height() > most.height()) wanted.rwidth() += bar;
@@ -55,7 +55,7 @@ void addButtons(QGridLayout& grid, int row, const std::vector<ControlField*>& bu
 
 void layOutFields(QWidget& onto, const std::vector<ControlField*>& fields) {
     auto* grid = new QGridLayout(&onto);
-    // The third column takes what no caption and no number needs.
+    // The third column takes the width that captions and numbers do not need.
     grid->setColumnStretch(2, 1);
     int row = 0;
     bool grows = false;

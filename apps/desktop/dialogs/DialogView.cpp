@@ -49,11 +49,11 @@ DialogView::DialogView(ozm::CAnalysisDialog& dialog, QWidget* parent)
 }
 
 DialogView::~DialogView() {
-    // A field that loses the focus writes what was typed. That must happen now, while there is somebody to
-    // ask, and to a model that is let go: closing a window takes nothing.
+    // A field that loses the focus writes what was typed. This must happen now, while the view still exists,
+    // and after detaching from the model: closing a window enters nothing.
     detach();
     if (QWidget* focused = focusWidget()) focused->clearFocus();
-    // The focus moves once more while the fields go, when this is no dialog view any longer.
+    // The focus moves once more while the fields are destroyed, when this is no longer a DialogView.
     disconnect(qApp, &QApplication::focusChanged, this, nullptr);
 }
 
@@ -86,7 +86,7 @@ void DialogView::showEnabled(int control) {
     const bool enabled = dialog_->IsEnabled(control);
     for (const Placed& placed : placed_) {
         if (placed.control->id != control || placed.field->isEnabledTo(this) == enabled) continue;
-        // What was typed there does not count any more, nor does what was wrong with it.
+        // What was typed there no longer counts, nor does any error in it.
         if (!enabled) placed.field->showValue(dialog_->Value(control));
         const QWidget* subject = callout_->subject();
         if (!enabled && subject != nullptr &&
@@ -113,7 +113,7 @@ void DialogView::ControlChanged(ozm::CAnalysisDialog& /*dialog*/, int control) {
 }
 
 void DialogView::DialogClosed(ozm::CAnalysisDialog& /*dialog*/) {
-    // The model leaves out its observers when it dies; it is not asked to forget us, for it is telling them.
+    // No RemoveObserver here: the model is just calling its observers, and drops them when it is destroyed.
     dialog_ = nullptr;
     closedUntold_ = true;
     QMetaObject::invokeMethod(
@@ -168,7 +168,8 @@ bool DialogView::put(ControlField& field, ozm::ControlValue value, QWidget* wher
     if (result->done) reconsiderComplaint(&field);
     if (!result->done && dialog_ != nullptr) {
         complain(where != nullptr ? *where : field, sentence(result->reason));
-        // A box that was ticked, a choice made: back to what holds. Typed text stays, to be mended.
+        // A box that was checked or a choice that was made goes back to the model's value. Typed text stays,
+        // to be corrected.
         if (!field.hasPendingEdit()) field.showValue(dialog_->Value(id));
     }
     if (result->done) fillCodes(id);
@@ -193,7 +194,7 @@ bool DialogView::commitEdits() {
             const Placed wrong = placed;
             if (tabs_ != nullptr && wrong.page >= 0) tabs_->setCurrentIndex(wrong.page);
             wrong.field->setFocus(Qt::OtherFocusReason);
-            if (callout_->isHidden()) wrong.field->commit(); // turning the page took the reason away
+            if (callout_->isHidden()) wrong.field->commit(); // turning the page hid the reason
             return false;
         }
         if (dialog_ == nullptr) return false;
@@ -206,7 +207,7 @@ void DialogView::reconsiderComplaint(const ControlField* done) {
     if (subject == nullptr || dialog_ == nullptr) return;
     for (const Placed& placed : placed_) {
         if (!(placed.field == subject || placed.field->isAncestorOf(subject))) continue;
-        // What was typed may be right now; a choice that was refused is not there any more.
+        // What was typed may be valid now; a choice that was refused is no longer there.
         if (placed.field->hasPendingEdit()) {
             if (placed.field == done) return;
             const QPointer<ControlField> field(placed.field);
@@ -225,7 +226,7 @@ void DialogView::reconsiderComplaint(const ControlField* done) {
 }
 
 void DialogView::leaveField(const QWidget* from, const QWidget* to) {
-    // Not for another window, nor before a press of a button that asks for what is lacking is answered.
+    // Not for another window, nor when a button reports what is missing.
     if (callout_ == nullptr || callout_->isHidden() || from == nullptr || to == nullptr) return;
     if (!isAncestorOf(from) || !isAncestorOf(to)) return;
     for (const Placed& placed : placed_) {
@@ -259,7 +260,7 @@ void DialogView::reject() {
 
 void DialogView::closeEvent(QCloseEvent* event) {
     if (dialog_ == nullptr && !busy_) return QDialog::closeEvent(event);
-    event->ignore(); // the window goes when its model was closed
+    event->ignore(); // the window closes when its model was closed
     reject();
 }
 

@@ -18,57 +18,59 @@ namespace korvana::desktop {
 class Callout;
 class ControlField;
 
-/// Draws a dialog of an analysis from its template and follows it. It knows control kinds, not analyses.
+/// Shows a dialog of an analysis, built from its template, and follows its changes. It knows kinds of
+/// controls, not analyses.
 ///
 /// Whatever the user does becomes one operation of the model (`Press`, `PutValue`). Operations do not nest:
 /// what the user does while one runs (the module may process events) is ignored, and closing the
 /// window then only emits `stopRequested`. A refusal is shown beside the control that was refused.
 ///
-/// The model must outlive the view or be closed before it goes; `detach` lets go of one that is neither.
+/// The model must outlive the view or be closed before it is destroyed; otherwise `detach` the view from it.
 class DialogView : public QDialog, private ozm::DialogObserver, private FieldHost {
     Q_OBJECT
 public:
     explicit DialogView(ozm::CAnalysisDialog& dialog, QWidget* parent = nullptr);
     ~DialogView() override;
 
-    /// Shows a tab page (0-based); one that the template has not is ignored.
+    /// Shows a tab page (from 0); a page that the template does not have is ignored.
     void showPage(int page);
-    /// Where the keyboard is, or was before a button took it.
+    /// Where the focus is, or was before a button took it.
     struct FocusPlace {
         int page = -1;
         int control = 0;
         QString part; ///< which part of the field
     };
     [[nodiscard]] const FocusPlace& focusPlace() const { return lastFocus_; }
-    /// Puts the keyboard there; a place that is not in the dialog is ignored.
+    /// Sets the focus there; a place that is not in the dialog is ignored.
     void focusOn(const FocusPlace& place);
-    /// What is known of codes that were filled in, for the view of the same dialog that comes later.
+    /// Which codes were filled in, for a later view of the same dialog.
     [[nodiscard]] std::vector<CodePairs::Known> knownCodes() const { return pairs_.known(); }
     void recallCodes(const std::vector<CodePairs::Known>& known);
-    /// The number of the dialog's template, also after the model was closed.
+    /// The number of the dialog's template, valid also after the model was closed.
     [[nodiscard]] int number() const { return number_; }
-    /// The data changed (another file, weights, selection): variables and codes are asked for anew. Done by
-    /// itself after each operation.
+    /// The data changed (another file, weights, selection): updates variables and codes. Called automatically
+    /// after each operation.
     void refreshData();
-    /// What is to be known about the whole dialog, at its top; empty: nothing. A dialog that is shown grows
-    /// by what the text takes, as far as the screen has room, and shrinks again.
+    /// A notice at the top of the dialog; none if empty. A dialog that is shown grows by the height of the
+    /// text, as far as the screen has room, and shrinks again.
     void setNotice(const QString& text);
-    /// Ends notice and complaint, so that the dialog's size is its own.
+    /// Hides the notice and any complaint, so that the dialog has its own size again.
     void takeBackRoom();
-    /// Lets go of the model, as if it had been closed, without a signal.
+    /// Detaches from the model, as if it had been closed, without a signal.
     void detach();
     /// The model, nullptr after it was closed.
     [[nodiscard]] ozm::CAnalysisDialog* dialog() const { return dialog_; }
     /// Whether an operation of the model is running.
     [[nodiscard]] bool isBusy() const { return busy_; }
 
-    /// Presses Cancel when the template has it (Escape and the window's close button come here).
+    /// Presses Cancel if the template has it (called for Escape and the window's close button).
     void reject() override;
 
 signals:
-    /// An operation has returned; never while one runs. The receiver may delete the view.
+    /// An operation has returned; never emitted while one runs. The receiver may delete the view.
     void operated();
-    /// The model was closed, by whomever. Comes before the `operated` of the operation that closed it.
+    /// The model was closed, by the user or otherwise. Emitted before the `operated` of the operation that
+    /// closed it.
     void dialogClosed();
     /// The user wants to close the window while an operation runs.
     void stopRequested();
@@ -105,18 +107,19 @@ private:
     void showEnabled(int control);
     void offerCodes();
     void offerSwaps();
-    /// Puts the codes that follow from what the user has just changed.
+    /// Fills in the codes that follow from what the user has just changed.
     void fillCodes(int changed);
     void remarkFilledCodes();
     void focusFirst();
     void rememberFocus(QWidget* focused);
-    /// The keyboard goes elsewhere: a refusal of what was not taken, and is not there any more, goes too.
+    /// The focus moves on: hides a refusal whose value is no longer there.
     void leaveField(const QWidget* from, const QWidget* to);
     bool commitEdits();
-    /// After something was done, by the field given or otherwise: a complaint whose cause is gone goes too.
+    /// After an operation, by the given field or otherwise: hides a complaint whose cause is gone.
     void reconsiderComplaint(const ControlField* done);
     ControlField* fieldOf(int control);
-    /// Runs an operation of the model. Nothing when it did not run, or when the view went while it did.
+    /// Runs an operation of the model. No value when it did not run, or when the view was destroyed
+    /// meanwhile.
     std::optional<ozm::DialogResult>
     operate(const std::function<ozm::DialogResult(ozm::CAnalysisDialog&)>& operation);
     void tell();
@@ -125,13 +128,13 @@ private:
     int number_;
     FocusPlace lastFocus_;
     QLabel* notice_ = nullptr;
-    int noticeRoom_ = 0; ///< pixels that the dialog grew for it
+    int noticeRoom_ = 0; ///< height in pixels that the dialog grew by for it
     QTabWidget* tabs_ = nullptr;
     Callout* callout_ = nullptr;
     std::vector<Placed> placed_;
     CodePairs pairs_;
     bool busy_ = false;
-    bool outOfStep_ = false; ///< a field shows what the model did not take
+    bool outOfStep_ = false; ///< a field shows what the model does not have
     bool closedUntold_ = false;
     bool operatedUntold_ = false;
 };

@@ -1,4 +1,4 @@
-// A dialog is put together: its fields in their places, the line of notice at its top.
+// Builds a dialog: its fields and pages, and the notice at its top.
 #include "apps/desktop/dialogs/Callout.h"
 #include "apps/desktop/dialogs/DialogLayout.h"
 #include "apps/desktop/dialogs/DialogView.h"
@@ -50,7 +50,7 @@ void DialogView::build() {
     Fields aboveTabs;
     Fields belowTabs;
 
-    // Fields are made in the template's order, which is the order of tabbing.
+    // Fields are made in the template's order, which is the tab order.
     bool seenPaged = false;
     for (const ozm::ControlTemplate& control : shape.controls) {
         bool paged = false;
@@ -106,7 +106,7 @@ void DialogView::makeNotice() {
     notice_->setAutoFillBackground(true);
     notice_->setBackgroundRole(QPalette::ToolTipBase);
     notice_->setForegroundRole(QPalette::ToolTipText);
-    notice_->setMinimumWidth(1); // it takes the lines that it needs, and makes no dialog wider
+    notice_->setMinimumWidth(1); // it takes as many lines as it needs, and never widens a dialog
     notice_->hide();
 }
 
@@ -114,7 +114,7 @@ void DialogView::chooseDefaults() {
     auto* ok = dynamic_cast<ButtonField*>(fieldOf(ozm::ControlOk));
     for (const Placed& placed : placed_)
         if (const auto* button = dynamic_cast<ButtonField*>(placed.field))
-            // Without an OK, Enter in a field takes what was typed and presses nothing.
+            // Without an OK button, Enter in a field accepts what was typed and presses nothing.
             button->button()->setAutoDefault(ok != nullptr);
     if (ok != nullptr) ok->button()->setDefault(true);
 }
@@ -124,7 +124,7 @@ void DialogView::growForNotice(int wanted) {
     const int most = std::max(room.height() - frameGeometry().height(), 0);
     const int by = std::min(wanted - noticeRoom_, most);
     noticeRoom_ += by;
-    layout()->activate(); // tells the window how small it may be now
+    layout()->activate(); // updates the window's minimum size
     resize(width(), height() + by);
     const int below = frameGeometry().bottom() - room.bottom();
     if (by > 0 && below > 0) move(x(), std::max(y() - below, room.top()));

@@ -1,4 +1,4 @@
-// Codes that follow from the variables that were chosen: offered, filled in, swapped.
+// Codes of the chosen variables: offered, filled in, swapped.
 #include "apps/desktop/dialogs/CodeField.h"
 #include "apps/desktop/dialogs/DialogView.h"
 

@@ -1,4 +1,4 @@
-// Where the keyboard is in a dialog, and what its keys do there.
+// Focus and keys in a dialog.
 #include "apps/desktop/dialogs/ControlField.h"
 #include "apps/desktop/dialogs/DialogView.h"
 
@@ -13,7 +13,7 @@ bool isEnter(const QKeyEvent& event) {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
 }
 
-/// How many pages a key turns. The tabs know Ctrl+Tab, but only while the focus is below them.
+/// How many pages a key turns. The tab widget handles Ctrl+Tab itself, but only while it contains the focus.
 int pagesTurned(const QKeyEvent& event) {
     if (!event.modifiers().testFlag(Qt::ControlModifier)) return 0;
     if (event.key() == Qt::Key_Tab || event.key() == Qt::Key_PageDown) return 1;
@@ -60,7 +60,7 @@ void DialogView::showPage(int page) {
 
 void DialogView::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    // Buttons show that they have the keyboard from the first, not only after a Tab.
+    // Buttons show their focus from the beginning, not only after Tab was pressed.
     setAttribute(Qt::WA_KeyboardFocusChange);
 }
 

@@ -19,7 +19,7 @@ DragList::DragList(QWidget* parent) : QListView(parent) {
     setAcceptDrops(true);
     setDragDropMode(DragDrop);
     setTabKeyNavigation(false);
-    // A ring around the list is apart from a selected row, which may fill all of a list of one line.
+    // The focus ring must stay distinct from a selected row, which may fill a list of one line.
     setViewportMargins(ringRoom, ringRoom, ringRoom, ringRoom);
     setBackgroundRole(QPalette::Base);
     setAutoFillBackground(true);
@@ -50,7 +50,7 @@ void DragList::selectNumbers(const std::vector<int>& numbers) {
 void DragList::keyPressEvent(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isEnter)
-        event->ignore(); // the dialog's OK
+        event->ignore(); // left to the dialog, as OK
     else if (!onKey || !onKey(*event))
         QListView::keyPressEvent(event);
 }
@@ -64,7 +64,7 @@ void DragList::mouseDoubleClickEvent(QMouseEvent* event) {
 void DragList::initViewItemOption(QStyleOptionViewItem* option) const {
     QListView::initViewItemOption(option);
     if (hasFocus()) return;
-    // What is selected stays to be seen, and does not look as if keys went there.
+    // The selection stays visible, but does not look as if it had the focus.
     const QPalette own = palette();
     option->palette.setColor(QPalette::Highlight, own.color(QPalette::Midlight));
     option->palette.setColor(QPalette::HighlightedText, own.color(QPalette::Text));

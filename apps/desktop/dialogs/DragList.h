@@ -8,8 +8,8 @@
 
 namespace korvana::desktop {
 
-/// A list of variables to select in, to drag from and to drop on. What the user wants done is told through
-/// the functions; unset ones do nothing.
+/// A list of variables to select, drag from and drop on. It reports the user's actions through these
+/// functions, any of which may be empty.
 class DragList : public QListView {
 public:
     explicit DragList(QWidget* parent);
@@ -17,13 +17,13 @@ public:
     std::function<void()> onChosen;                              ///< double-click
     std::function<bool(const QKeyEvent&)> onKey;                 ///< true: the key was for the list
     std::function<void(const DraggedVariables&, int)> onDropped; ///< and the row to come before
-    std::function<void()> onEntered;                             ///< got the focus
+    std::function<void()> onEntered;                             ///< the list got the focus
 
     static constexpr int ringRoom = 2; ///< at each side, within the frame
 
-    /// What stands in the list while it is empty.
+    /// The text shown in the list while it is empty.
     void setPlaceholder(const QString& text) { placeholder_ = text; }
-    /// Selected variables, in the order of the list.
+    /// The selected variables, in the order of the list.
     [[nodiscard]] std::vector<int> selectedNumbers() const;
     void selectNumbers(const std::vector<int>& numbers);
 

@@ -27,15 +27,15 @@
 namespace korvana::desktop {
 namespace {
 
-/// Fixed decimals; beyond what a double holds exactly, as many digits as it has.
+/// Fixed decimals; very large numbers with all digits of a double.
 QString numberText(double value, int decimals) {
     if (std::isnan(value)) return {};
     return std::abs(value) < 1e15 ? QLocale::c().toString(value, 'f', decimals).remove(QLatin1Char(','))
                                   : QString::number(value, 'g', 17);
 }
 
-/// A share of 1 out of what was written: 95 and "95 %" are meant in percent. Other numbers stay as they are;
-/// whether they will do is for the dialog to say.
+/// The proportion that a text stands for: 95 and "95 %" are percentages. Other numbers stay as they are;
+/// whether they are valid is for the dialog to decide.
 struct Share {
     double value = 0.0;
     bool isNumber = false;
@@ -47,17 +47,17 @@ Share shareOf(QString text) {
     share.inPercent = text.endsWith(QLatin1Char('%'));
     if (share.inPercent) text.chop(1);
     share.value = text.trimmed().toDouble(&share.isNumber);
-    // Nobody wants a level of 1.5 %; a slip of the keyboard it may be.
+    // 1.5 is hardly meant as a percentage; it is more likely a typing error.
     share.inPercent = share.inPercent || (share.value >= 50.0 && share.value < 100.0);
     if (!share.inPercent) return share;
-    // The decimal text is divided, for 99.9 / 100 is not 0.999 in binary.
+    // The decimal text is divided, since 99.9 / 100 is not 0.999 in binary.
     bool shifted = false;
     const double value = (text.trimmed() + QStringLiteral("e-2")).toDouble(&shifted);
-    share.value = shifted ? value : share.value / 100.0; // not behind an exponent of its own
+    share.value = shifted ? value : share.value / 100.0; // not if the text has an exponent itself
     return share;
 }
 
-/// Room for a number of lines and columns of text, whatever the font.
+/// Makes room for some lines and columns of text, in any font.
 void askForRoom(QPlainTextEdit* text, int columns, int lines) {
     const QFontMetrics metrics(text->font());
     const int around = 2 * (text->frameWidth() + static_cast<int>(text->document()->documentMargin()));
@@ -66,8 +66,7 @@ void askForRoom(QPlainTextEdit* text, int columns, int lines) {
                           metrics.height()); // a scroll bar's worth
 }
 
-/// Its arrows stop at the ends of the control's range; anything can be typed, and what is wrong with it is
-/// told.
+/// Its arrows stop at the ends of the control's range; anything can be typed, and errors are shown.
 class RangedBox : public QSpinBox {
 public:
     RangedBox(const ozm::NumberRange& range, QWidget* parent) : QSpinBox(parent), range_(range) {}
@@ -131,7 +130,7 @@ void RadioField::showValue(const ozm::ControlValue& value) {
     const int* choice = std::get_if<int>(&value);
     QAbstractButton* button = choice != nullptr ? group_->button(*choice) : nullptr;
     if (button != nullptr) button->setChecked(true);
-    // So that Tab comes to the choice made, and arrows go on from there.
+    // So that Tab goes to the selected choice, and arrows continue from there.
     if (button != nullptr) setFocusProxy(button);
 }
 
@@ -189,7 +188,8 @@ LineField::LineField(const ozm::ControlTemplate& control, FieldHost& host, QWidg
 
 void LineField::showValue(const ozm::ControlValue& value) {
     QString text;
-    if (const double* number = std::get_if<double>(&value)) text = numberText(*number, host().decimals(*this, *number));
+    if (const double* number = std::get_if<double>(&value))
+        text = numberText(*number, host().decimals(*this, *number));
     if (const auto* words = std::get_if<std::string>(&value)) text = QString::fromStdString(*words);
     if (line_->text() != text) line_->setText(text);
     line_->setModified(false);
@@ -213,13 +213,13 @@ bool LineField::commitNumber() {
         number = shareOf(text);
     else
         number.value = text.toDouble(&number.isNumber);
-    if (text.isEmpty()) return complain(QStringLiteral("A number is wanted here."));
+    if (text.isEmpty()) return complain(QStringLiteral("Enter a number here."));
     if (!number.isNumber || !std::isfinite(number.value))
         return complain(
             QStringLiteral("'%1' is not a number; write it with a decimal point, as in 0.95.").arg(text));
     if (!host().put(*this, number.value)) return false;
     if (number.inPercent)
-        note_->setText(QStringLiteral("%1 was taken for %2.").arg(text, codeText(number.value)));
+        note_->setText(QStringLiteral("%1 was read as %2.").arg(text, codeText(number.value)));
     return settled();
 }
 
@@ -275,7 +275,7 @@ SummaryField::SummaryField(const ozm::ControlTemplate& control, FieldHost& host,
 void SummaryField::showValue(const ozm::ControlValue& value) {
     if (const auto* text = std::get_if<std::string>(&value))
         text_->setPlainText(QString::fromStdString(*text));
-    // All of it is to be seen at once, unless it is very long.
+    // All of it is visible at once, unless it is very long.
     askForRoom(text_, 60, std::clamp(text_->document()->blockCount() + 1, 9, 16));
 }
 

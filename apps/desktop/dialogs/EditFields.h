@@ -31,7 +31,7 @@ private:
     QCheckBox* box_;
 };
 
-/// Choices below each other; one without a text is left out.
+/// Choices one below the other; one without a text is left out.
 class RadioField : public ControlField {
 public:
     RadioField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent);
@@ -55,9 +55,8 @@ private:
     int shown_ = 0;
 };
 
-/// A line of text: a text, or a number with decimals (a decimal point, whatever the language, as in every
-/// file and on the command line). A share of 1 may be written in percent, and a note then says how it was
-/// taken.
+/// A line of text: a text, or a number with decimals (with a decimal point in any language, as in files and
+/// on the command line). A proportion may be given in percent, and a note then says how it was understood.
 class LineField : public ControlField {
 public:
     LineField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent);
@@ -72,10 +71,10 @@ public:
 private:
     bool commitNumber();
     QLineEdit* line_;
-    ElidedLabel* note_ = nullptr; ///< of a share
+    ElidedLabel* note_ = nullptr; ///< of a proportion given in percent
 };
 
-/// Several texts, one per line. Blank lines count for nothing.
+/// Several texts, one per line. Blank lines are ignored.
 class TextListField : public ControlField {
 public:
     TextListField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent);

@@ -25,7 +25,7 @@ std::vector<QRect> takenPlaces(const QWidget& window, const QWidget& but) {
         const auto* text = qobject_cast<const QLabel*>(one);
         const bool shows = (text != nullptr && !text->text().isEmpty()) ||
                            one->focusPolicy() != Qt::NoFocus || qobject_cast<const QTabBar*>(one) != nullptr;
-        // A scroll area takes the focus for what stands in it, which is looked at by itself.
+        // A scroll area takes the focus for its contents, which are examined separately.
         const auto* area = qobject_cast<const QScrollArea*>(one);
         if (!shows || area != nullptr || qobject_cast<const QTabWidget*>(one) != nullptr) continue;
         places.push_back(within(window, *one));
@@ -33,12 +33,12 @@ std::vector<QRect> takenPlaces(const QWidget& window, const QWidget& but) {
     return places;
 }
 
-/// How far a span begins after another ends.
+/// The distance from the end of a span to the beginning of another.
 int beyond(int from, int to, int otherFrom, int otherTo) {
     return std::max({from - otherTo, otherFrom - to, 0});
 }
 
-/// How much of a span stands out of another.
+/// How far a span extends beyond another.
 int outside(int from, int to, int otherFrom, int otherTo) {
     return std::max(otherFrom - from, 0) + std::max(to - otherTo, 0);
 }
@@ -62,7 +62,7 @@ QRect freePlace(const QWidget& window, const QWidget& but, const QWidget& subjec
     const int margin = window.fontMetrics().height() / 4;
     const std::vector<QRect> taken = takenPlaces(window, but);
     const QRect about = within(window, subject);
-    // Where its edges would touch those of something, the places worth trying end.
+    // Only places whose edges touch those of something need to be tried.
     std::vector<int> xs{margin, room.width() - margin - size.width()};
     std::vector<int> ys{margin, room.height() - margin - size.height()};
     const auto tryAround = [&](const QRect& one) {
@@ -73,7 +73,7 @@ QRect freePlace(const QWidget& window, const QWidget& but, const QWidget& subjec
     tryAround(about);
     for (const QRect& one : taken)
         tryAround(one);
-    // Of places equally near the lower, and the left one.
+    // Of equally near places, the lower one, then the one further left.
     std::sort(xs.begin(), xs.end());
     std::sort(ys.begin(), ys.end(), std::greater<>());
     xs.erase(std::unique(xs.begin(), xs.end()), xs.end());
@@ -86,7 +86,7 @@ QRect freePlace(const QWidget& window, const QWidget& but, const QWidget& subjec
             const QRect place({x, y}, size);
             const int across = beyond(place.left(), place.right(), about.left(), about.right());
             const int down = beyond(place.top(), place.bottom(), about.top(), about.bottom());
-            // One that stands out to the places of others counts as a little farther away.
+            // One that extends beyond its subject counts as a little farther away.
             const int farness =
                 4 * (across + down) +
                 (across > 0 ? outside(place.top(), place.bottom(), about.top(), about.bottom())

@@ -11,7 +11,7 @@
 namespace korvana::desktop {
 namespace {
 
-constexpr int PositionRole = Qt::UserRole; ///< position in the template, -1 for a line
+constexpr int PositionRole = Qt::UserRole; ///< position in the template, -1 for a separator
 
 class EntryDelegate final : public QStyledItemDelegate {
 public:

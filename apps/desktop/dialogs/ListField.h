@@ -6,8 +6,8 @@ class QListWidget;
 
 namespace korvana::desktop {
 
-/// A list of entries, one of them selected; a double-click performs it. An entry without a text is a line
-/// between the others, and nobody comes to stand on it.
+/// A list of entries, one of them selected; a double-click executes it. An entry without a text is a
+/// separator and cannot be selected.
 class ListField : public ControlField {
 public:
     ListField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent);

@@ -11,7 +11,7 @@
 namespace korvana::desktop {
 namespace {
 
-/// Drawn when it is needed: the palette may have changed since, and the scale of the screen too.
+/// Drawn when needed, since the palette and the scale of the screen may change.
 class SheetEngine final : public QIconEngine {
 public:
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override {

@@ -4,8 +4,8 @@
 
 namespace korvana::desktop {
 
-/// The sign of an entry or a button that has an icon. Which picture a number means is known to the analysis
-/// alone, so all have the same one: a sheet of paper, in the colours of the text beside it.
+/// The icon of entries and buttons. Only the analysis knows what picture an icon number means, so all have
+/// the same one: a sheet of paper, in the colour of the text beside it.
 QIcon neutralIcon();
 
 } // namespace korvana::desktop

@@ -31,7 +31,7 @@ RoleBox::RoleBox(const ozm::RoleTemplate& role, int place, const std::vector<Kno
     caption_->setBuddy(list_);
     QFont bold = caption_->font();
     bold.setBold(true);
-    caption_->setMinimumWidth(QFontMetrics(bold).horizontalAdvance(prompt_)); // bold while it is next
+    caption_->setMinimumWidth(QFontMetrics(bold).horizontalAdvance(prompt_)); // bold when it is the next box
     list_->setModel(model_);
     list_->setObjectName(QStringLiteral("role%1").arg(place));
     list_->setPlaceholder(limits);

@@ -9,7 +9,7 @@ class QToolButton;
 
 namespace korvana::desktop {
 
-/// One target box of a variable selection: its prompt, its variables and the arrow that fills or empties it.
+/// One box of a variable selection: its prompt, its variables and the arrow that fills or empties it.
 class RoleBox : public QObject {
 public:
     RoleBox(const ozm::RoleTemplate& role, int place, const std::vector<KnownVariable>& known,
@@ -26,7 +26,7 @@ public:
 
     /// Whether the arrow points into the box.
     void setFilling(bool filling);
-    /// Whether what is chosen next comes here.
+    /// Whether the next chosen variables go into this box.
     void setNext(bool next);
 
     [[nodiscard]] const QString& prompt() const { return prompt_; }

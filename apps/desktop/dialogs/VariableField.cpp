@@ -132,7 +132,7 @@ void VariableField::dataChanged() {
         box->list().viewport()->update();
         chosen.push_back(box->numbers());
     }
-    showValue(chosen); // which of the variables to choose from are taken
+    showValue(chosen); // updates which variables are greyed
 }
 
 void VariableField::filter() {
@@ -146,8 +146,8 @@ void VariableField::filter() {
     }
     availableModel_->setNumbers(std::move(numbers));
     available_->setPlaceholder(wanted.isEmpty() ? QStringLiteral("The data have no variables")
-                                                : QStringLiteral("No variable is like this"));
-    // So that a key takes the match.
+                                                : QStringLiteral("No variable matches"));
+    // So that a key chooses the match.
     if (!wanted.isEmpty() && availableModel_->rowCount() > 0)
         available_->setCurrentIndex(availableModel_->index(0));
 }
@@ -210,14 +210,15 @@ void VariableField::add(int role, const std::vector<int>& numbers, int row, int 
 
 QString VariableField::standsAlready(int role, const std::vector<int>& numbers, int origin) const {
     for (int other = 0; other < static_cast<int>(boxes_.size()); ++other) {
-        if (other == origin) continue; // they leave it
+        if (other == origin) continue; // it loses them anyway
         for (const int number : numbers) {
             if (!holds(box(other).numbers(), number)) continue;
             const auto place = static_cast<std::size_t>(number - 1);
             const QString name = place < known_.size() ? known_[place].name : QString::number(number);
             if (other == role) return QStringLiteral("'%1' is in this box already.").arg(name);
-            return QStringLiteral("'%1' is in '%2' already, and a variable has one role; drag it from "
-                                  "there, or take it away there first.")
+            return QStringLiteral(
+                       "'%1' is in '%2' already, and a variable can have only one role; drag it from "
+                       "there, or remove it there first.")
                 .arg(name, box(other).prompt());
         }
     }
@@ -232,7 +233,7 @@ void VariableField::remove(int role, const std::vector<int>& numbers) {
     std::erase_if(lists[static_cast<std::size_t>(role)], [&](int number) { return holds(numbers, number); });
     if (!host().put(*this, std::move(lists), &list)) return;
     host().complaintSettled(list);
-    // Go on from where the variable stood.
+    // Continue from where the variable was.
     const int rows = static_cast<int>(box(role).numbers().size());
     if (list.hasFocus() && rows > 0)
         list.setCurrentIndex(list.model()->index(std::clamp(row, 0, rows - 1), 0));
@@ -282,7 +283,7 @@ bool VariableField::boxKey(int role, const QKeyEvent& event) {
 }
 
 void VariableField::focusInEvent(QFocusEvent* /*event*/) {
-    // No focus proxy: Tab would go to that past the search before it.
+    // No focus proxy: Tab would skip the search field before it.
     available_->setFocus(Qt::OtherFocusReason);
 }
 

@@ -17,7 +17,7 @@ struct KnownVariable {
     bool operator==(const KnownVariable&) const = default;
 };
 
-/// The variables of an analysis, in their order; their numbers go from 1.
+/// The variables of an analysis in their order, numbered from 1.
 std::vector<KnownVariable> knownVariables(ozm::CAnalysisSupport& analysis);
 
 /// Some of the known variables, by number. They can be dragged as `variablesMimeType`.
@@ -25,12 +25,12 @@ class VariableModel : public QAbstractListModel {
 public:
     static constexpr int NumberRole = Qt::UserRole;
 
-    /// `origin` is carried along by what is dragged from here. `known` is looked into at any time.
+    /// `origin` goes with what is dragged from here. `known` must stay valid.
     VariableModel(const std::vector<KnownVariable>& known, int origin, QObject* parent);
 
     void setNumbers(std::vector<int> numbers);
     [[nodiscard]] const std::vector<int>& numbers() const { return numbers_; }
-    /// Those shown faintly, because they are in use elsewhere; one flag per known variable.
+    /// Which variables are shown greyed because they are used elsewhere; one flag per known variable.
     void setFaint(std::vector<bool> faint);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;

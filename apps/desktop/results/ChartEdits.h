@@ -8,7 +8,7 @@
 
 namespace korvana::desktop {
 
-/// What the user has changed of a chart; the chart of the book stays as its analysis made it.
+/// The user's changes to a chart; the chart in the book stays as the analysis made it.
 struct ChartEdits {
     std::optional<std::string> title;
     std::optional<std::string> xTitle;

@@ -62,7 +62,7 @@ std::optional<ChartPlace> nearestPoint(const ozm::CChartInfo& info, const QCusto
             const bool holds = series.style == ChartSeries::Style::Step && px <= 0.0 &&
                                i + 1 < series.x.size() &&
                                plot.xAxis->coordToPixel(series.x[i + 1]) > pixel.x();
-            // A point itself wins over the line that passes it.
+            // A point takes precedence over a line that passes by.
             if (holds) offer(std::fabs(py) + 2.0, s, i);
         }
     }
@@ -128,7 +128,7 @@ void ChartReadout::place(double x, double y, const QString& text, bool ring) {
     const double px = plot_.xAxis->coordToPixel(x);
     const double py = plot_.yAxis->coordToPixel(y);
     const QRect area = plot_.axisRect()->rect();
-    // Towards the middle, so that it stays inside.
+    // Towards the middle, so that it stays inside the plot.
     const bool left = px > area.center().x();
     const bool above = py > area.center().y();
     box_->setPositionAlignment((left ? Qt::AlignRight : Qt::AlignLeft) |

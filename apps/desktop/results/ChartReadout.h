@@ -27,12 +27,12 @@ struct ChartPlace {
                                                      QPointF pixel, double reach);
 
 /// The point before (`by` -1) or after (+1) this one in its series, or, with `acrossSeries`, the point of
-/// the series before or after that is nearest in x. Stays where there is none. Without a place to start from:
-/// the first point there is; nothing for a chart without points.
+/// the series before or after that is nearest in x. The same point when there is no other. Without a point to
+/// start from: the first one; nothing for a chart without points.
 [[nodiscard]] std::optional<ChartPlace>
 neighbour(const ozm::CChartInfo& info, const std::optional<ChartPlace>& from, int by, bool acrossSeries);
 
-/// A ring around a point and its values beside it, on the plot given (which owns both).
+/// A ring around a point with its values beside it, on the given plot (which owns both).
 class ChartReadout {
 public:
     ChartReadout(QCustomPlot& plot, const ozm::CChartInfo& info, double textScale, const QColor& ink,

@@ -120,14 +120,14 @@ bool ChartSettingsDialog::takeRange(const Axis& axis, const QString& name, std::
                                                std::tuple{axis.high, &wanted.high, axis.offered.high}}) {
         bool good = false;
         *value = QLocale::c().toDouble(edit->text().trimmed(), &good);
-        if (edit->text() == number(offered)) *value = offered; // not touched
+        if (edit->text() == number(offered)) *value = offered; // unchanged
         if (!good || !isDrawable(*value))
             return refuse(edit,
                           tr("The range of the %1: '%2' is not a number that can be drawn. Write it with a "
                              "decimal point, for example 12.5.")
                               .arg(name, edit->text()));
     }
-    // An axis so short that its ends hardly differ has no ticks that could be told apart.
+    // The ticks of an axis whose ends hardly differ could not be told apart.
     const double magnitude = std::max(std::fabs(wanted.low), std::fabs(wanted.high));
     if (!(wanted.span() > 1e-12 * magnitude))
         return refuse(axis.low,

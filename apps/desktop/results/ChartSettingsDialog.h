@@ -18,11 +18,11 @@ class ChartSettingsDialog : public QDialog {
 public:
     enum class Field { Title, XAxis, YAxis };
 
-    /// `x` and `y` are the ranges on the screen, offered where the user has chosen none.
+    /// `x` and `y` are the ranges on the screen, offered where the user has set none.
     ChartSettingsDialog(const ozm::CChartInfo& original, const ChartEdits& edits, Extent x, Extent y,
                         Field field, QWidget* parent = nullptr);
 
-    /// After acceptance. What was left as the analysis made it is not among the changes.
+    /// To be called after acceptance. Only what differs from the analysis' chart counts as a change.
     [[nodiscard]] const ChartEdits& edits() const { return edits_; }
 
     void accept() override;
@@ -38,7 +38,7 @@ private:
 
     void addAxis(Axis& axis, const QString& heading, const QString& name, const std::string& title,
                  const std::optional<Extent>& chosen, Extent shown);
-    /// False, with the field in focus and the reason shown, when the numbers make no range.
+    /// False, with the focus on the field and the reason shown, when the numbers are not a valid range.
     bool takeRange(const Axis& axis, const QString& name, std::optional<Extent>& range);
     void restoreOriginal();
 

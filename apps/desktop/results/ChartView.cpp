@@ -32,7 +32,7 @@ bool same(const Extent& a, const Extent& b) {
     return a.low == b.low && a.high == b.high;
 }
 
-/// The range as people know it: what the axis was given, without the room for markers at its ends.
+/// The range as the user knows it: as set for the axis, without the margins for markers at its ends.
 Extent namedRange(const ozm::ChartAxis& axis, const Extent& shown, const Extent& home) {
     return axis.hasRange() && same(shown, home) ? Extent{axis.min, axis.max} : shown;
 }
@@ -72,7 +72,7 @@ ChartView::ChartView(const ozm::CChartInfo& info, QWidget* parent)
     }
     column_->addLayout(bar);
 
-    // Titles and legend are broken by the width; while a window is being dragged they need not follow at
+    // Titles and legend are wrapped to the width; while a window is being resized they need not follow at
     // once.
     redraw_->setSingleShot(true);
     redraw_->setInterval(50);
@@ -139,7 +139,7 @@ void ChartView::refresh() {
 
 void ChartView::setEdits(const ChartEdits& edits) {
     edits_ = edits;
-    resetZoom(); // a range that was asked for is to be seen
+    resetZoom(); // show the range that was asked for
     draw();
     atRisk_->setChecked(drawn_.numbersAtRisk);
 }
@@ -155,7 +155,7 @@ void ChartView::editSettings(ChartSettingsDialog::Field field) {
     ChartSettingsDialog dialog(
         info_, edits_, namedRange(drawn_.xAxis, extentOf(plot_->xAxis->range()), homeX_),
         namedRange(drawn_.yAxis, extentOf(plot_->yAxis->range()), homeY_), field, this);
-    // An OK that changes nothing leaves also the zoom.
+    // OK without a change keeps the zoom too.
     if (dialog.exec() == QDialog::Accepted && dialog.edits() != edits_) setEdits(dialog.edits());
 }
 

@@ -16,9 +16,9 @@ class QVBoxLayout;
 
 namespace korvana::desktop {
 
-/// A chart on the screen: drag and wheel zoom (over an axis, that axis alone), a double click resets; the
-/// values of the point under the pointer; titles and ranges to be edited. Keys: + and - zoom, Shift with
-/// arrows moves, Home resets, arrows walk from point to point and from series to series.
+/// A chart on the screen. Dragging moves it, the wheel zooms (over an axis, that axis alone), a double click
+/// resets. It shows the values of the point under the pointer; titles and ranges can be edited. Keys: + and -
+/// zoom, Shift with arrows moves, Home resets, arrows go from point to point and from series to series.
 class ChartView : public OutputView {
     Q_OBJECT
 
@@ -27,7 +27,7 @@ public:
     ~ChartView() override;
 
     void refresh() override;
-    /// A picture of the chart as it is on the screen, in light tones.
+    /// A picture of the chart as it is on the screen, on a light background.
     void copy() override;
     [[nodiscard]] QWidget* content() override;
     [[nodiscard]] QList<QAction*> viewActions() override;
@@ -60,7 +60,7 @@ private:
     const ozm::CChartInfo& info_;
     ChartEdits edits_;
     ozm::CChartInfo drawn_;
-    int drawnWidth_ = 0; ///< titles and legend are broken to fit it
+    int drawnWidth_ = 0; ///< titles and legend are wrapped to fit it
     Extent homeX_;
     Extent homeY_;
     QVBoxLayout* column_;

@@ -1,4 +1,4 @@
-// Pointer and keys in a chart: points are read, the axes are moved and zoomed.
+// Mouse and keyboard in a chart: reading points, moving and zooming the axes.
 #include "apps/desktop/results/ChartView.h"
 
 #include <QAction>
@@ -12,7 +12,7 @@
 namespace korvana::desktop {
 namespace {
 
-constexpr double reach = 24.0; // pixels from the pointer to the point that it means
+constexpr double reach = 24.0; // largest distance from the pointer to a point, in pixels
 
 } // namespace
 
@@ -48,7 +48,7 @@ void ChartView::connectPlot() {
         using Field = ChartSettingsDialog::Field;
         const QPoint place = event->position().toPoint();
         auto* heading = qobject_cast<QCPTextElement*>(plot_->plotLayout()->element(0, 0));
-        // The plot is drawn anew by the dialog, and must be out of this event by then.
+        // The dialog redraws the plot, which must have finished handling this event by then.
         const auto edit = [this](Field field) {
             QTimer::singleShot(0, this, [this, field] { editSettings(field); });
         };
@@ -92,7 +92,7 @@ void ChartView::showPlace(const std::optional<ChartPlace>& place) {
 }
 
 void ChartView::zoom(double factor) {
-    // Towards the point that is being read, if there is one, else towards the middle.
+    // Around the point that is being read, if there is one, else around the middle.
     QPointF centre(plot_->xAxis->range().center(), plot_->yAxis->range().center());
     if (place_) {
         const ozm::ChartSeries& series = drawn_.series[place_->series];

@@ -90,8 +90,8 @@ ExportDialog::ExportDialog(const QString& runTitle, int runs, QWidget* parent)
     row->addWidget(browse);
     column->addLayout(row);
     auto* note = new QLabel(
-        tr("The folder is made if there is none, and holds one run. Before files are replaced or removed you "
-           "are asked."));
+        tr("The folder is created if necessary, and holds one run. You are asked before files are replaced "
+           "or removed."));
     note->setWordWrap(true);
     column->addWidget(note);
     problem_->setWordWrap(true);
@@ -102,7 +102,7 @@ ExportDialog::ExportDialog(const QString& runTitle, int runs, QWidget* parent)
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     QPushButton* go = buttons->addButton(tr("&Export"), QDialogButtonBox::AcceptRole);
     column->addWidget(buttons);
-    go->setDefault(true); // a button outside a dialog cannot be its default
+    go->setDefault(true); // a button must be in the dialog to be its default
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(browse, &QPushButton::clicked, this, [this] {
@@ -120,9 +120,9 @@ bool ExportDialog::mayReplace() {
     const FilesAtStake files = atStake_ ? atStake_(*this) : FilesAtStake{};
     if (files.replaced.isEmpty() && files.removed.isEmpty()) return true;
     QStringList what;
-    if (files.replaced.size() == 1) what += tr("One file is there already and would be replaced.");
+    if (files.replaced.size() == 1) what += tr("One file exists already and would be replaced.");
     if (files.replaced.size() > 1)
-        what += tr("%1 files are there already and would be replaced.").arg(files.replaced.size());
+        what += tr("%1 files exist already and would be replaced.").arg(files.replaced.size());
     if (files.removed.size() == 1) what += tr("One file of an earlier run there would be removed.");
     if (files.removed.size() > 1)
         what += tr("%1 files of an earlier run there would be removed.").arg(files.removed.size());

@@ -15,14 +15,14 @@ class QRadioButton;
 
 namespace korvana::desktop {
 
-/// What an export does to files that are there, for people.
+/// What an export would do to existing files, for display.
 struct FilesAtStake {
     QStringList replaced;
-    QStringList removed; ///< an earlier run's, which the new one does not have
+    QStringList removed; ///< files of an earlier run that the new one does not have
 };
 
-/// Where to write a run or all runs, and in which formats. The choice is remembered. Before files are
-/// replaced it asks.
+/// Asks where to write a run or all runs, and in which formats. The choice is remembered. It asks again
+/// before files are replaced.
 class ExportDialog : public QDialog {
     Q_OBJECT
 
@@ -30,7 +30,7 @@ public:
     ExportDialog(const QString& runTitle, int runs, QWidget* parent = nullptr);
 
     void chooseAllRuns();
-    /// Who knows what the present choice would replace.
+    /// Finds out what the current choice would replace.
     void askBeforeReplacing(std::function<FilesAtStake(const ExportDialog&)> atStake) {
         atStake_ = std::move(atStake);
     }

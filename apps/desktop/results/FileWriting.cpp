@@ -19,16 +19,16 @@
 namespace korvana::desktop {
 namespace {
 
-/// A chart on its way to the thread that draws, and back.
+/// A request to draw a chart, passed to the thread that draws and back.
 struct Request {
     enum class State : std::uint8_t { Waits, Drawn, GivenUp };
-    std::mutex mutex; ///< held while it is drawn: who asks stays until then
+    std::mutex mutex; ///< held while the chart is drawn: the asking thread waits for it
     std::condition_variable_any answered;
     State state = State::Waits;
     Picture picture;
 };
 
-/// What the thread leaves behind.
+/// The outcome of the thread.
 struct Outcome {
     std::exception_ptr fault;
     bool stopped = false;
@@ -55,9 +55,9 @@ QString problemText(const std::exception_ptr& fault) {
             "Results", "There is not enough memory to prepare the results. Close other programs, or export "
                        "the outputs one by one; tables as CSV need the least.");
     } catch (const std::exception& problem) {
-        return QCoreApplication::translate("Results",
-                                           "%1.\nChoose another place or name, or make room there, and "
-                                           "export again.")
+        return QCoreApplication::translate(
+                   "Results", "%1.\nChoose another folder or name, or free some space there, and "
+                              "export again.")
             .arg(QString::fromStdString(problem.what()));
     }
 }
@@ -71,7 +71,7 @@ Picture drawInWindowThread(const ozm::CChartInfo& info, PictureFormat format, co
         application,
         [request, &info, format, &options] {
             const std::lock_guard lock(request->mutex);
-            if (request->state == Request::State::GivenUp) return; // and what is referred to is gone
+            if (request->state == Request::State::GivenUp) return; // and the references no longer hold
             request->picture = renderChart(info, format, options);
             request->state = Request::State::Drawn;
             request->answered.notify_all();
@@ -89,7 +89,7 @@ Picture drawInWindowThread(const ozm::CChartInfo& info, PictureFormat format, co
 
 Written writeFiles(QWidget* over, const std::function<void()>& work) {
     Outcome outcome;
-    QObject window; // by which the thread reaches this one
+    QObject window; // receives calls from the thread in this one
     std::jthread worker;
     BusyWait wait(over, QCoreApplication::translate("Results", "Export"),
                   QCoreApplication::translate("Results", "Preparing the results ..."),
@@ -110,7 +110,7 @@ Written writeFiles(QWidget* over, const std::function<void()>& work) {
     };
     try {
         worker = std::jthread(run);
-    } catch (const std::system_error&) { // no thread to be had: the window has to wait
+    } catch (const std::system_error&) { // no thread can be started: the window has to wait
         run(std::stop_token());
     }
     if (!wait.run()) worker.request_stop();

@@ -20,13 +20,13 @@ struct Written {
 /// What went wrong while results were prepared, and what to do.
 [[nodiscard]] QString problemText(const std::exception_ptr& fault);
 
-/// Calls `work`, which writes files and touches nothing of the window's, in a thread of its own, and waits
-/// for it: a busy sign over the widget says which file it writes and offers to stop. A request to close the
-/// window stops it as well, and the window then closes.
+/// Calls `work`, which writes files and uses no widgets, in a separate thread and waits for it. Meanwhile a
+/// progress dialog over the widget says which file is being written and offers to stop. A request to close
+/// the window stops it as well, and the window then closes.
 [[nodiscard]] Written writeFiles(QWidget* over, const std::function<void()>& work);
 
-/// Draws a chart in the window's thread, whichever thread asks. Throws WritingStopped when that one is to
-/// give up before drawing has begun.
+/// Draws a chart in the window's thread, on behalf of any thread. Throws WritingStopped when writing is to
+/// stop before drawing has begun.
 [[nodiscard]] Picture drawInWindowThread(const ozm::CChartInfo& info, PictureFormat format,
                                          const PictureOptions& options);
 

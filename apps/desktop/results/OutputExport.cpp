@@ -16,7 +16,7 @@
 namespace korvana::desktop {
 namespace {
 
-/// The output alone, so that the writers of books write it.
+/// A book with this output alone, for the writers of books.
 ResultsBook alone(const ResultsBook& book, std::size_t place, const Chart* chart) {
     ResultsBook one;
     one.analysis = book.analysis;
@@ -30,7 +30,7 @@ ResultsBook alone(const ResultsBook& book, std::size_t place, const Chart* chart
         one.notes = originLines(*origin);
         std::visit([&origin](auto& output) { output.origin = origin; }, one.outputs.front());
     }
-    // It was asked for, wherever else its values stand.
+    // It was asked for, even if its values are elsewhere too.
     if (auto* sheet = std::get_if<Spreadsheet>(&one.outputs.front())) sheet->repeatsReport = false;
     return one;
 }
@@ -68,7 +68,9 @@ void exportOutput(const ResultsBook& book, std::size_t place, const Chart* chart
     const ResultsBook::Output& output = book.outputs.at(place);
     const auto* sheet = std::get_if<Spreadsheet>(&output);
     if (chart == nullptr) chart = std::get_if<Chart>(&output);
-    const auto refuse = [&target] { throwCannotWrite(target, "this output has no such format"); };
+    const auto refuse = [&target] {
+        throwCannotWrite(target, "this output cannot be written in that format");
+    };
     switch (format) {
     case OutputFormat::Csv:
         if (sheet == nullptr) refuse();
@@ -123,7 +125,7 @@ ResultsBook withEdits(const ResultsBook& book, const std::map<std::size_t, Chart
 
 std::vector<std::string> filesToWrite(const ResultsBook& book, const std::map<std::size_t, ChartEdits>& edits,
                                       const std::vector<std::size_t>& removed, FormatSet formats) {
-    ResultsBook titles; // names come of titles alone
+    ResultsBook titles; // names depend on titles alone
     for (std::size_t place = 0; place < book.outputs.size(); ++place) {
         if (std::binary_search(removed.begin(), removed.end(), place)) continue;
         const ResultsBook::Output& output = book.outputs[place];

@@ -11,24 +11,24 @@
 
 namespace korvana::desktop {
 
-/// The formats one output can be written in, the most fitting first.
+/// The formats in which an output can be written, the most suitable first.
 [[nodiscard]] std::vector<OutputFormat> formatsOf(const ResultsBook::Output& output);
 
-/// The ending of a format's files, without a point.
+/// The file name extension of a format, without the dot.
 [[nodiscard]] const char* endingOf(OutputFormat format);
 
-/// Writes one output into one file. `chart` stands in for a chart as the book has it (edited, zoomed),
-/// nullptr: the book's. Throws `std::runtime_error` naming the file and the reason, `std::bad_alloc` when a
-/// copy of the output finds no room; no file is left then.
+/// Writes one output into one file. `chart` replaces the chart in the book (when edited or zoomed); nullptr:
+/// the book's. Throws `std::runtime_error` naming the file and the reason, `std::bad_alloc` when memory is
+/// short for a copy of the output; no file is left then.
 void exportOutput(const ResultsBook& book, std::size_t place, const Chart* chart, OutputFormat format,
                   const std::filesystem::path& target);
 
-/// The book with its charts as the user has edited them, and without the outputs that were removed (both by
-/// their place, the latter ascending). Copies everything.
+/// A copy of the book with its charts as the user has edited them, and without the outputs that were removed
+/// (both by their place, the latter ascending).
 [[nodiscard]] ResultsBook withEdits(const ResultsBook& book, const std::map<std::size_t, ChartEdits>& edits,
                                     const std::vector<std::size_t>& removed = {});
 
-/// The names of the files that `writeBook` writes for what `withEdits` answers, without making it.
+/// The names of the files that `writeBook` writes for the result of `withEdits`, without making that.
 [[nodiscard]] std::vector<std::string> filesToWrite(const ResultsBook& book,
                                                     const std::map<std::size_t, ChartEdits>& edits,
                                                     const std::vector<std::size_t>& removed,

@@ -9,7 +9,7 @@
 namespace korvana::desktop {
 namespace {
 
-/// Within a square of 16 by 16.
+/// Drawn in a square of 16 by 16.
 QPainterPath shape(OutputIcon kind) {
     QPainterPath path;
     const auto line = [&path](double x1, double y1, double x2, double y2) {

@@ -8,7 +8,7 @@ namespace korvana::desktop {
 
 enum class OutputIcon { Run, Report, Table, Chart };
 
-/// A small drawing in the text colour of the widget, so that it is seen in any theme.
+/// A small icon in the text colour of the widget, visible in any theme.
 [[nodiscard]] QIcon outputIcon(OutputIcon kind, const QWidget& widget);
 
 } // namespace korvana::desktop

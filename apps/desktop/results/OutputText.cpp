@@ -54,14 +54,14 @@ Spreadsheet firstRows(const Spreadsheet& sheet, std::size_t count) {
     return first;
 }
 
-/// The output by name and, where it is known, the time of day.
+/// The name of the output and, where it is known, the time of day.
 std::string outputLine(const ResultsBook& book, std::size_t place) {
     const std::string name = tellingName(book, place).toStdString();
     const auto& origin = ResultsBook::originOf(book.outputs[place]);
     return origin == nullptr ? name : timeOfDay(*origin) + "  " + name;
 }
 
-/// The settings of the run: of the first output that tells them, for they are the same for all.
+/// The settings of the run, taken from the first output that has them: they are the same for all.
 void addSettings(std::vector<std::string>& lines, const ResultsBook& book) {
     for (const ResultsBook::Output& output : book.outputs) {
         const auto& origin = ResultsBook::originOf(output);

@@ -44,7 +44,7 @@ public:
             columns = std::max(columns, textWidth(line));
         double size = letters;
         QFontMetricsF measure = metrics(fixedFont(size));
-        // Letters widen in steps as they grow, so the size that fits is sought and not computed.
+        // Character widths grow in steps with the size, so the size that fits is searched for, not computed.
         while (size > smallestSize &&
                measure.horizontalAdvance('m') * static_cast<double>(columns) > area_.width())
             measure = metrics(fixedFont(size = std::max(smallestSize, 0.98 * size)));

@@ -11,18 +11,18 @@ class QPrinter;
 
 namespace korvana::desktop {
 
-/// Rows of a table that go onto paper; a longer table says how many more there are.
+/// Rows of a table that are printed; a longer table says how many more there are.
 inline constexpr std::size_t mostPrintedRows = 2000;
 
 using PrintItem =
-    std::variant<std::vector<std::string>, Chart>; ///< lines of text in a fixed font, or a chart
+    std::variant<std::vector<std::string>, Chart>; ///< lines of text in a fixed-width font, or a chart
 
-/// The output as it goes onto paper.
+/// The output as it is printed.
 [[nodiscard]] PrintItem printItem(const ResultsBook::Output& output);
 
 /// Prints the items one below the other, with `title` and the page number at the foot of each page. Lines too
-/// long for the paper are set smaller, and broken where that is not enough. Colours are those for a light
-/// ground. False when the printer cannot be used.
+/// long for the paper are printed smaller, and broken where that is not enough. Colours are those for a light
+/// background. False when the printer cannot be used.
 bool print(QPrinter& printer, const std::vector<PrintItem>& items, const QString& title);
 
 } // namespace korvana::desktop

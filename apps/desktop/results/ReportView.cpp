@@ -21,7 +21,7 @@ ReportView::ReportView(Source source, const QString& name, QWidget* parent)
     : OutputView(parent), source_(std::move(source)), edit_(new QPlainTextEdit), bar_(new QWidget),
       rest_(new QLabel), showAll_(new QPushButton(tr("Show &all lines"))) {
     edit_->setReadOnly(true);
-    // A read-only text is still walked and selected with the keyboard.
+    // The cursor can still be moved, and text selected, with the keyboard.
     edit_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     edit_->setLineWrapMode(QPlainTextEdit::NoWrap);
     const QFont font = fixedFont();
@@ -59,9 +59,10 @@ void ReportView::showLines(bool all) {
     const bool cut = shown < lines.size();
     bar_->setVisible(cut);
     const QLocale locale;
-    rest_->setText(tr("The first %1 of %2 lines. Copying takes these; printing and exporting take all.")
-                       .arg(locale.toString(static_cast<qulonglong>(shown)),
-                            locale.toString(static_cast<qulonglong>(lines.size()))));
+    rest_->setText(
+        tr("The first %1 of %2 lines are shown. Copying takes these; printing and exporting take all.")
+            .arg(locale.toString(static_cast<qulonglong>(shown)),
+                 locale.toString(static_cast<qulonglong>(lines.size()))));
 }
 
 void ReportView::refresh() {

@@ -11,8 +11,8 @@ class QPushButton;
 
 namespace korvana::desktop {
 
-/// Text in a fixed font, to be read, selected and copied. Of a long text the beginning is shown and the rest
-/// at the user's wish, because laying out a line takes longer than making it.
+/// Text in a fixed-width font, to be read, selected and copied. Of a long text only the beginning is shown
+/// until the user asks for the rest, because laying out a line takes longer than making it.
 class ReportView : public OutputView {
     Q_OBJECT
 
@@ -20,7 +20,7 @@ public:
     static constexpr std::size_t linesAtFirst = 20000;
 
     using Source = std::function<std::vector<std::string>()>;
-    /// `source` gives the lines (UTF-8); it is asked again by `refresh`.
+    /// `source` gives the lines (UTF-8); `refresh` calls it again.
     ReportView(Source source, const QString& name, QWidget* parent = nullptr);
 
     void refresh() override;

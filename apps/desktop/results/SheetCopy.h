@@ -18,12 +18,12 @@ struct CopyOptions {
     bool headings = false; ///< of the columns and, where rows have one, of the rows
 };
 
-/// Tables of more cells are copied as text only; a spreadsheet program takes that as well.
+/// Larger selections are copied as text only, which spreadsheet programs accept as well.
 inline constexpr std::size_t mostHtmlCells = 200'000;
 
 /// The selected cells as tab-separated text and as an HTML table. Rows and columns without a selected cell
-/// are left out; a cell that is not selected among others that are stays empty. nullptr when no cell is
-/// selected. Throws `std::bad_alloc` when there is no room.
+/// are left out; cells that are not selected in the others stay empty. nullptr when no cell is selected.
+/// Throws `std::bad_alloc` when there is not enough memory.
 [[nodiscard]] std::unique_ptr<QMimeData>
 copiedCells(const Spreadsheet& sheet, const QItemSelection& selection, const CopyOptions& options);
 

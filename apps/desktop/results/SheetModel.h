@@ -6,13 +6,13 @@
 
 namespace korvana::desktop {
 
-/// A results table as Qt's views see it: a look at its columns, without a copy. The table outlives the model;
-/// call `reload` when it has changed.
+/// A results table for Qt's views, reading its columns without a copy. The table must outlive the model; call
+/// `reload` when it has changed.
 class SheetModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
-    /// Qt's views count pixels in an int, so that longer tables cannot be scrolled through.
+    /// Qt's views count pixels in an int; longer tables could not be scrolled.
     static constexpr std::size_t mostRows = 20'000'000;
 
     explicit SheetModel(const Spreadsheet& sheet, QObject* parent = nullptr);

@@ -20,7 +20,7 @@
 namespace korvana::desktop {
 namespace {
 
-/// A look at some hundred rows, from the first to the last, tells how wide a column is.
+/// A sample of some hundred rows, from first to last, gives the width of a column.
 constexpr int sampledRows = 300;
 constexpr int widestEms = 40;
 
@@ -46,7 +46,7 @@ SheetView::SheetView(const Spreadsheet& sheet, QWidget* parent)
     table_->setFrameShape(QFrame::NoFrame);
     table_->setAlternatingRowColors(true);
     table_->setWordWrap(false);
-    table_->setTabKeyNavigation(false); // Tab leaves the table; arrows walk in it
+    table_->setTabKeyNavigation(false); // Tab leaves the table; arrows move within it
     table_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     table_->setCornerButtonEnabled(true);
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
@@ -107,7 +107,7 @@ void SheetView::fitColumns() {
         if (rows > 0) include(rows - 1);
         table_->setColumnWidth(column, std::clamp(width, 4 * em, widestEms * em));
     }
-    // Qt measures the headings of the first rows only; the longest may stand anywhere.
+    // Qt measures the headings of the first rows only; the longest may be anywhere.
     qsizetype longest = QString::number(rows).size();
     const std::string* widest = nullptr;
     for (const std::string& heading : sheet_.rowHeadings)

@@ -9,7 +9,7 @@ class QTableView;
 namespace korvana::desktop {
 
 class WrappedLabel;
-/// A results table: title and notes, two-line headings, cells and whole columns to be selected and copied.
+/// A results table: title and notes, two-line headings; cells and whole columns can be selected and copied.
 /// Opens at once, however long the table is.
 class SheetView : public OutputView {
     Q_OBJECT
@@ -18,7 +18,7 @@ public:
     explicit SheetView(const Spreadsheet& sheet, QWidget* parent = nullptr);
 
     void refresh() override;
-    /// Whole columns are copied with their headings, cells alone.
+    /// Whole columns are copied with their headings, cells without.
     void copy() override;
     [[nodiscard]] QWidget* content() override;
     [[nodiscard]] QList<QAction*> viewActions() override;

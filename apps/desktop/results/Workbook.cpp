@@ -42,7 +42,7 @@ Workbook::Workbook(QWidget* parent)
     tree_->setHeaderHidden(true);
     tree_->setFrameShape(QFrame::NoFrame);
     tree_->setUniformRowHeights(true);
-    tree_->setTextElideMode(Qt::ElideMiddle); // outputs of one kind differ in their last word
+    tree_->setTextElideMode(Qt::ElideMiddle); // similar outputs differ in their last word
     tree_->setAccessibleName(tr("Runs and their outputs"));
     tree_->setContextMenuPolicy(Qt::CustomContextMenu);
     tree_->setMinimumWidth(fontMetrics().averageCharWidth() * 12);
@@ -89,7 +89,7 @@ Workbook::Workbook(QWidget* parent)
 }
 
 Workbook::~Workbook() {
-    tree_->disconnect(this); // items that go one by one must not be shown any more
+    tree_->disconnect(this); // items must not be shown while they are destroyed one by one
 }
 
 Workbook::Run* Workbook::runOf(int run) {
@@ -139,7 +139,7 @@ void Workbook::listOutputs(Run& run) {
         item->setText(0, tellingName(*run.book, at));
         item->setToolTip(0, details.isEmpty() ? name : name + QLatin1Char('\n') + details);
     }
-    if (row > 0) run.removed = false; // it goes on
+    if (row > 0) run.removed = false; // it continues
     run.item->setHidden(run.removed);
     tree_->setVisible(!isEmpty());
 }

@@ -30,8 +30,8 @@ class ReportView;
 
 /// The results of every run: a tree of runs and their outputs at the left, the chosen output at the right.
 ///
-/// A run's book is alive: it grows while its analysis runs. Outputs that stand in it are never moved
-/// (`ResultsBook::outputs`) and are shown without a copy. Everything is called in the window's thread.
+/// The book of a run grows while its analysis runs. Outputs in it are never moved (`ResultsBook::outputs`)
+/// and are shown without a copy. Everything is called in the window's thread.
 class Workbook : public QWidget {
     Q_OBJECT
 
@@ -39,54 +39,54 @@ public:
     explicit Workbook(QWidget* parent = nullptr);
     ~Workbook() override;
 
-    /// Appends a run and what its book holds so far; answers its number, which counts from 0. A book that is
-    /// nullptr is taken for an empty one.
+    /// Appends a run with what its book holds so far; returns its number, from 0. A nullptr counts as an
+    /// empty book.
     int addRun(std::shared_ptr<const ResultsBook> book, const QString& title);
     /// The book of a run has grown: by outputs, messages, notes or lines of its iteration protocol. What is
     /// new is listed, and the newest output is shown, except for tables that repeat a report. An unknown run
     /// is ignored.
     void outputAdded(int run);
-    /// Outputs that stood already have changed (report lines, column headings, title): they are drawn anew.
+    /// Existing outputs have changed (report lines, column headings, title): they are redrawn.
     void outputChanged(int run);
-    /// Chooses a run: its first output, or the run itself while it has none.
+    /// Selects a run: its first output, or the run itself while it has none.
     void showRun(int run);
-    /// Chooses an output of a run by its place in the book; false when there is none such.
+    /// Selects an output of a run by its place in the book; false when there is none.
     bool showOutput(int run, int place);
-    /// What is removed stays removed, also when its run goes on: only what comes later is then listed. `undo`
-    /// brings back what was removed last.
+    /// What is removed stays removed even when its run continues: only later outputs are then listed. `undo`
+    /// restores what was removed last.
     void removeRun(int run);
     void removeOutput(int run, int place);
     void undo();
     void clear();
-    /// How many outputs were not exported since they came or, charts, were edited.
+    /// How many outputs were not exported since they were made or (charts) last edited.
     [[nodiscard]] int unsaved() const;
-    /// Asks where to, and exports the run that is chosen or (to begin with) all runs. False when the user
-    /// does not want to, or something was not written.
+    /// Asks for a folder and exports the selected run or all runs (`all`: which is offered first). False when
+    /// the user cancelled or something was not written.
     bool exportRuns(bool all = false);
 
     [[nodiscard]] bool isEmpty() const;
-    [[nodiscard]] int runCount() const;      ///< runs that stand
-    [[nodiscard]] int currentRun() const;    ///< -1 when none is chosen
-    [[nodiscard]] int currentOutput() const; ///< place in the book; -1 when none is chosen
+    [[nodiscard]] int runCount() const;      ///< without removed ones
+    [[nodiscard]] int currentRun() const;    ///< -1 when none is selected
+    [[nodiscard]] int currentOutput() const; ///< place in the book; -1 when none is selected
     [[nodiscard]] std::shared_ptr<const ResultsBook> book(int run) const; ///< nullptr when unknown
 
-    /// What a menu offers for the output that is shown: copy, export, print; some are disabled as fits.
+    /// Menu actions for the output that is shown: copy, export, print; those that do not apply are disabled.
     [[nodiscard]] QAction* copyAction() const;
     [[nodiscard]] QAction* exportOutputAction() const;
     [[nodiscard]] QAction* exportRunAction() const;
     [[nodiscard]] QAction* printAction() const;
     [[nodiscard]] QAction* printPreviewAction() const;
-    /// All of them and what else there is (remove, undo, ...), in the order of a menu.
+    /// These and the other actions (remove, undo, ...), in menu order.
     [[nodiscard]] QList<QAction*> menuActions() const;
 
-    /// Writes a run into a directory, its charts as the user has edited them. Answers how many files were
-    /// written; what cannot be written or drawn is put into `problems`, one text each. The user may stop it:
-    /// nothing is then written.
+    /// Writes a run into a directory, its charts as the user has edited them. Returns how many files were
+    /// written; `problems` gets a text for each that could not be written or drawn. If the user stops it,
+    /// nothing is written.
     std::size_t writeRun(int run, const std::filesystem::path& directory, FormatSet formats,
                          QStringList& problems, bool* stopped = nullptr);
 
 signals:
-    /// Something about the results to be said in the status line ("4 files were written to ...").
+    /// A message about the results for the status line ("4 files were written to ...").
     void statusText(const QString& text);
 
 protected:
@@ -95,7 +95,7 @@ protected:
 
 private:
     struct Shown {
-        OutputView* view = nullptr; ///< nullptr until looked at
+        OutputView* view = nullptr; ///< nullptr until it is first shown
         bool removed = false;
         bool exported = false;
         ChartEdits exportedAs;
@@ -121,7 +121,7 @@ private:
     void adopt(OutputView* view);
     void listOutputs(Run& run);
     [[nodiscard]] static QTreeWidgetItem* itemOf(const Run& run, int place);
-    /// Lets go of the results of removed runs; not of those that go on, nor of the one given.
+    /// Frees the results of removed runs, except runs that are not finished and the one given.
     void forgetRemovedRuns(int but);
     static void markExported(Run& run, std::size_t place);
     static void markExported(Run& run, const FormatSet& formats);
@@ -148,7 +148,7 @@ private:
     std::vector<Removal> removals_;
     QSplitter* splitter_;
     QTreeWidget* tree_;
-    WrappedLabel* origin_; ///< above the output that is shown: what it came from
+    WrappedLabel* origin_; ///< above the output that is shown: how it was made
     QStackedWidget* pages_;
     QWidget* nothing_;
     QAction* copy_;

@@ -1,4 +1,4 @@
-// What can be done with results, in the menus.
+// Menu actions for results.
 #include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
@@ -23,7 +23,7 @@ void Workbook::makeActions() {
     copy_ = make(tr("&Copy"), QKeySequence::Copy, Qt::WidgetWithChildrenShortcut, [this] {
         if (OutputView* shown = currentView()) shown->copy();
     });
-    // These also with the keyboard in a dialog of the analysis.
+    // These also work with the focus in a dialog of the analysis.
     exportOutput_ = make(tr("&Export This Output..."), Qt::CTRL | Qt::Key_E, Qt::ApplicationShortcut,
                          [this] { exportOutput(); });
     exportRun_ = make(tr("E&xport Workbook..."), Qt::CTRL | Qt::SHIFT | Qt::Key_E, Qt::ApplicationShortcut,
@@ -34,7 +34,7 @@ void Workbook::makeActions() {
         separator = new QAction(this);
         separator->setSeparator(true);
     }
-    // Delete is the tree's: elsewhere it may mean another thing.
+    // Delete works in the tree only: elsewhere it may have another meaning.
     removeOutput_ = new QAction(tr("Remove This &Output"), this);
     removeRun_ = new QAction(tr("&Remove This Run"), this);
     for (QAction* action : {removeOutput_, removeRun_}) {
@@ -48,7 +48,7 @@ void Workbook::makeActions() {
 }
 
 bool Workbook::eventFilter(QObject* watched, QEvent* event) {
-    // Some of these keys walk in a line of text too. Where they export and print, they do so everywhere.
+    // Some of these keys also move the cursor in a line of text. Here they export and print everywhere.
     if (event->type() == QEvent::ShortcutOverride && QApplication::activeModalWidget() == nullptr) {
         const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
         for (const QAction* action : {exportOutput_, exportRun_, print_})

@@ -1,4 +1,4 @@
-// What is taken out of the workbook, brought back, and not exported yet.
+// Removing from the workbook, undoing that, and counting what was not exported yet.
 #include <QAction>
 #include <QTreeWidget>
 #include <algorithm>
@@ -18,7 +18,7 @@ void Workbook::removeOutput(int number, int place) {
     const QString name = item->text(0);
     run->outputs[static_cast<std::size_t>(place)].removed = true;
     removals_.push_back({number, {static_cast<std::size_t>(place)}, false});
-    // The next one is chosen, so that Delete goes on from there.
+    // The next one is selected, so that Delete continues from there.
     const int row = run->item->indexOfChild(item);
     if (tree_->currentItem() == item) {
         QTreeWidgetItem* next = run->item->child(row + 1);
@@ -28,7 +28,7 @@ void Workbook::removeOutput(int number, int place) {
     delete item;
     if (run->overview != nullptr) run->overview->refresh();
     showCurrent();
-    emit statusText(tr("'%1' was removed; Ctrl+Z brings it back.").arg(name));
+    emit statusText(tr("'%1' was removed; Ctrl+Z restores it.").arg(name));
 }
 
 void Workbook::removeRun(int number) {
@@ -49,12 +49,12 @@ void Workbook::removeRun(int number) {
         std::find_if(runs_.rbegin(), runs_.rend(), [](const auto& one) { return !one.second.removed; });
     if (last != runs_.rend()) showRun(last->first);
     showCurrent();
-    emit statusText(tr("The run was removed; Ctrl+Z brings it back."));
+    emit statusText(tr("The run was removed; Ctrl+Z restores it."));
 }
 
 void Workbook::forgetRemovedRuns(int but) {
     std::vector<int> dead;
-    for (const auto& [number, run] : runs_) // a run that still goes on is to stay removed
+    for (const auto& [number, run] : runs_) // a run that is not finished stays removed
         if (run.removed && number != but && run.book.use_count() == 1) dead.push_back(number);
     for (const int number : dead) {
         const Run run = std::move(runs_[number]);
@@ -82,7 +82,7 @@ void Workbook::undo() {
     else
         showOutput(removal.run, static_cast<int>(removal.places.front()));
     showCurrent();
-    emit statusText(removal.whole ? tr("The run is back.") : tr("The output is back."));
+    emit statusText(removal.whole ? tr("The run was restored.") : tr("The output was restored."));
 }
 
 void Workbook::clear() {

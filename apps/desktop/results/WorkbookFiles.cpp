@@ -1,4 +1,4 @@
-// The workbook's way to files and paper.
+// Exporting and printing from the workbook.
 #include <QAction>
 #include <QApplication>
 #include <QDir>
@@ -37,7 +37,7 @@ std::filesystem::path pathOf(const QString& path) {
     return QDir::toNativeSeparators(path).toStdString();
 }
 
-/// The format that the ending of a name says, among those given.
+/// The format that belongs to the extension of a file name, among those given.
 std::optional<OutputFormat> formatOfName(const QString& name, const std::vector<OutputFormat>& formats) {
     for (const OutputFormat one : formats)
         if (name.endsWith(QLatin1Char('.') + QLatin1String(endingOf(one)), Qt::CaseInsensitive)) return one;
@@ -48,8 +48,8 @@ QString unknownEnding(const QString& target, const std::vector<OutputFormat>& fo
     QStringList endings;
     for (const OutputFormat one : formats)
         endings += QLatin1Char('.') + QLatin1String(endingOf(one));
-    return QObject::tr("'%1' does not say in which format this output is to be written. Give the name one of "
-                       "these endings: %2.")
+    return QObject::tr("The name '%1' does not say in which format to write this output. End it with one of "
+                       "these: %2.")
         .arg(QFileInfo(target).fileName(), endings.join(QStringLiteral(", ")));
 }
 
@@ -123,7 +123,7 @@ void Workbook::exportOutput() {
     if (!written.problem.isEmpty()) return showProblem(written.problem);
     const QString shown = QDir::toNativeSeparators(target);
     if (written.stopped) {
-        emit statusText(tr("%1 was not written: it was stopped.").arg(shown));
+        emit statusText(tr("%1 was not written: the export was stopped.").arg(shown));
         return;
     }
     markExported(*run, place);
@@ -143,7 +143,7 @@ std::size_t Workbook::writeRun(int number, const std::filesystem::path& director
         const auto write = [&](const ResultsBook& one) {
             return writeBook(one, directory, formats, &undrawn, OthersFiles::Replaced).size();
         };
-        // Only what was edited is worth a copy.
+        // Copies are made only if something was edited.
         files = edits.empty() && removed.empty() ? write(*book) : write(withEdits(*book, edits, removed));
     });
     for (const std::string& one : undrawn)
@@ -170,7 +170,7 @@ FilesAtStake Workbook::filesAtStake(const ExportDialog& dialog) const {
         };
         const std::vector<std::string> names =
             filesToWrite(*run.book, editsOf(run), removedOf(run), dialog.formats());
-        if (names.empty()) return; // nothing is written, and nothing goes
+        if (names.empty()) return; // nothing is written, and nothing removed
         const FolderChanges changes = changesIn(folder, names);
         atStake.replaced += paths(changes.replaced);
         atStake.removed += paths(changes.removed);
@@ -221,7 +221,7 @@ void Workbook::printOn(QPrinter& printer) {
     try {
         const WaitCursor cursor;
         std::vector<PrintItem> items;
-        // What an output came from stands above it, on paper, too.
+        // How an output was made is printed above it too.
         const auto addOrigin = [&items, run](std::size_t place) {
             std::vector<std::string> lines;
             for (const QString& line :

@@ -10,7 +10,7 @@
 namespace korvana::desktop {
 namespace {
 
-constexpr int most = 60; ///< letters that it asks room for
+constexpr int most = 60; ///< characters that it asks room for
 constexpr int least = 8;
 
 } // namespace

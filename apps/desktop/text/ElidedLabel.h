@@ -4,8 +4,8 @@
 
 namespace korvana::desktop {
 
-/// A text in one line. What does not fit is left out in its middle, where names that begin alike mostly are
-/// alike too; the tooltip then has all of it. It takes room that is there and makes no window wide.
+/// A text in one line. What does not fit is left out of its middle, since similar names mostly differ at
+/// their ends; the tooltip then has the whole text. It uses the room there is and never widens a window.
 class ElidedLabel final : public QLabel {
 public:
     explicit ElidedLabel(QWidget* parent = nullptr);
@@ -14,7 +14,7 @@ public:
     void setText(const QString& text, const QString& kept = {});
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
-    /// The text as it is to be seen now.
+    /// The text as it is shown now.
     [[nodiscard]] QString shownText() const;
 
 protected:

@@ -6,7 +6,7 @@
 namespace korvana::desktop {
 
 QFont fixedFont() {
-    // The font database goes with its application.
+    // The font database is destroyed with its application.
     static const QCoreApplication* added = nullptr;
     if (added != QCoreApplication::instance()) {
         added = QCoreApplication::instance();

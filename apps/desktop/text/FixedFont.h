@@ -4,8 +4,8 @@
 
 namespace korvana::desktop {
 
-/// The font of reports and files, in which columns stand in line: the same on every machine, for it comes
-/// with the program. As large as the application's own.
+/// The fixed-width font of reports and files: the same on every machine, since it comes with the program, and
+/// of the same size as the application's own font.
 [[nodiscard]] QFont fixedFont();
 
 } // namespace korvana::desktop

@@ -4,15 +4,15 @@
 
 namespace korvana::desktop {
 
-/// A text that may be broken anywhere in words too long for a line, as names of variables may be; otherwise
-/// they would decide how narrow a window can be. For showing only: see `WrappedLabel`.
+/// The text with places to break added to its very long words (names of variables can be such); otherwise
+/// they would set how narrow a window can be. For display only: see `WrappedLabel`.
 [[nodiscard]] QString breakable(const QString& text);
 
-/// A text whose words of more than some sixty letters are cut in their middle.
+/// The text with words of more than some sixty characters shortened in the middle.
 [[nodiscard]] QString withShortWords(const QString& text);
 
-/// A text in as many lines as it takes. It makes no window wide, however long its words are, and what is
-/// copied out of it is the text that was given.
+/// A text in as many lines as it needs. It never widens a window, however long its words are, and text copied
+/// from it is the text that was given.
 class WrappedLabel final : public QLabel {
 public:
     explicit WrappedLabel(QWidget* parent = nullptr);

@@ -25,7 +25,7 @@ QString filterOf(std::string_view extension) {
     return ending.isEmpty() ? QString{} : AnalysisRunner::tr("Files (*%1);;All files (*)").arg(ending);
 }
 
-/// What to know about results when the data have changed since; empty when they have not.
+/// The notice for results when the data have changed since; empty when they have not.
 QString changesText(const DataState& then, const DataState& now) {
     if (then == now) return {};
     QStringList changes;
@@ -35,8 +35,8 @@ QString changesText(const DataState& then, const DataState& now) {
         changes += AnalysisRunner::tr("the case weights were changed");
     if (changes.isEmpty()) changes += AnalysisRunner::tr("labels or missing codes were changed");
     return AnalysisRunner::tr(
-               "These results are of the earlier state of the data: %1 since. Cancel leads back, "
-               "and OK there computes them anew.")
+               "These results are from an earlier state of the data: %1 since. Cancel goes back, "
+               "and OK there computes them again.")
         .arg(changes.join(AnalysisRunner::tr(" and ")));
 }
 
@@ -84,7 +84,7 @@ void AnalysisRunner::dataReplaced() {
 
 void AnalysisRunner::dataChanged() {
     if (view_ == nullptr || view_->dialog() == nullptr) return;
-    if (knownData_ != data().generation()) return; // the dialog still holds variables of the data before
+    if (knownData_ != data().generation()) return; // the dialog still holds variables of the previous data
     if (!view_->isBusy()) view_->refreshData();
     // A dialog without an OK has nothing to run: it shows the results of the run before it.
     const bool showsResults = view_->dialog()->Template().Find(ozm::ControlOk) == nullptr;
@@ -118,7 +118,7 @@ void AnalysisRunner::showView(ozm::CAnalysisDialog& dialog, int page) {
         view_->recallCodes(left->second.codes);
     dataChanged();
     places_.place(*view_, *window_);
-    // Back in a dialog, the user goes on where the keyboard was.
+    // Back in a dialog, the user continues where the focus was.
     if (left != left_.end()) view_->focusOn(left->second.focus);
     view_->show();
     if (first) emit activeChanged(true);
@@ -192,7 +192,7 @@ void AnalysisRunner::processEvents() {
         progress_.setStatus(tr("Computing ..."));
         progress_.show();
     }
-    // Before the progress window is there to take the clicks, clicks wait.
+    // Until the progress window is there to receive clicks, they wait in the queue.
     QCoreApplication::processEvents(progress_.isVisible() ? QEventLoop::AllEvents
                                                           : QEventLoop::ExcludeUserInputEvents);
 }

@@ -21,40 +21,40 @@ class QWidget;
 namespace korvana::desktop {
 
 /// Runs an analysis in the window: draws the dialogs of its steps, shows its messages, lets the window
-/// process events while it computes, and tells of its outputs. It knows no analysis.
+/// process events while it computes, and reports its outputs. It is not tied to any particular analysis.
 class AnalysisRunner final : public QObject, private SessionObserver, private FrontEnd {
     Q_OBJECT
 
 public:
-    /// `window` is the parent of dialogs and boxes. An analysis of nullptr serves the data alone.
+    /// `window` is the parent of dialogs and boxes. Without an analysis (nullptr) it only holds the data.
     AnalysisRunner(Analysis analysis, QWidget* window);
     ~AnalysisRunner() override;
 
     Session& session() { return session_; }
     ActiveData& data() { return session_.data(); }
 
-    /// Starts the analysis, or raises its dialog when it runs already.
+    /// Starts the analysis, or raises its dialog when it is already running.
     void start();
-    /// Ends the dialogs of a running analysis; its results stay.
+    /// Closes the dialogs of a running analysis; its results stay.
     void abandon();
     /// Whether a dialog of the analysis is open.
     [[nodiscard]] bool isActive() const { return view_ != nullptr; }
-    /// Whether it computes right now; nothing of it may then be destroyed.
+    /// Whether it is computing; no part of it may be destroyed then.
     [[nodiscard]] bool isBusy() const { return busy_; }
     /// Asks a computation to stop; it does within milliseconds.
     void stop();
     [[nodiscard]] DialogView* currentView() const { return view_; }
     [[nodiscard]] ProgressWindow& progressWindow() { return progress_; }
-    /// A computation that takes longer shows what it is doing; 250 ms unless set.
+    /// A computation that takes longer than this shows its progress window; 250 ms unless set.
     void setProgressDelay(int milliseconds) { progressDelay_ = milliseconds; }
 
-    /// Other data were opened: a running analysis goes on over them in its own way.
+    /// Other data were opened: a running analysis continues with them in its own way.
     void dataReplaced();
-    /// Data, selection or weights changed, or may have: a dialog with results of the state before says so.
+    /// Data, selection or weights may have changed: a dialog with results of an earlier state says so.
     void dataChanged();
 
 signals:
-    /// A run has its first output, or further ones.
+    /// A run has new outputs, perhaps its first.
     void outputAppeared(std::shared_ptr<ResultsBook> book);
     void outputWasChanged(std::shared_ptr<ResultsBook> book);
     void statusText(const QString& text);
@@ -100,7 +100,7 @@ private:
     bool editStartValues(std::span<const std::string> names, std::span<double> values) override;
     void dataUseChanged() override { emit dataUseWasChanged(); }
 
-    /// What a message box stands over, and nothing else in front of it.
+    /// The parent for a message box, with nothing else in front of it.
     QWidget* boxParent();
 
     QWidget* window_;
@@ -110,16 +110,16 @@ private:
     EventTimer eventTimer_{signals_};
     QPointer<DialogView> view_;
     DialogPlaces places_;
-    /// What a dialog was left with.
+    /// The state in which a dialog was left.
     struct Left {
         DialogView::FocusPlace focus;
         std::vector<CodePairs::Known> codes;
         int generation = 0; ///< of the data that the codes belong to
     };
-    std::map<int, Left> left_; ///< by the template's number
+    std::map<int, Left> left_; ///< by the number of the template
     QElapsedTimer computing_;
     int progressDelay_ = 250;
-    int knownData_ = 0; ///< generation of the data that the analysis knows of
+    int knownData_ = 0; ///< generation of the data that the analysis works on
     bool busy_ = false;
     bool pumping_ = false;
 };

@@ -12,17 +12,17 @@ class QWidget;
 
 namespace korvana::desktop {
 
-/// Where the dialogs of an analysis stand: each where the one before was left, in the size that it was given,
-/// and on the screen.
+/// Where the dialogs of an analysis are placed: each where the previous one was left, in the size that the
+/// user gave it, and on the screen.
 ///
-/// Places are those of the contents, which need no knowledge of the frame: a window manager tells its size
-/// only after the window was shown, and counted in once and left out once it moves every dialog a little.
+/// Positions are those of the contents, not of the frame: a window manager reports the frame's size only
+/// after the window was shown, and mixing the two would move every dialog a little.
 class DialogPlaces {
 public:
-    /// Takes note of a dialog that is about to go.
+    /// Remembers the place of a dialog that is about to close.
     void remember(const QWidget& dialog);
-    /// Gives a dialog that was not shown yet its size and place. The first one stands at the left of
-    /// `window`, so that results are seen to appear at the right.
+    /// Sets the size and place of a dialog that was not shown yet. The first one is placed at the left of
+    /// `window`, so that the results appearing at the right are visible.
     void place(QWidget& dialog, const QWidget& window);
 
 private:

@@ -8,8 +8,8 @@
 
 namespace korvana::desktop {
 
-/// Asks a session every 30 ms while it lives to let the window process events: a module computes on the
-/// window's own thread, and only between its steps can the window repaint and take clicks.
+/// Makes a session let the window process events every 30 ms: a module computes on the window's own thread,
+/// and only between its steps can the window repaint and take clicks.
 class EventTimer {
 public:
     explicit EventTimer(StopSignals& stops);

@@ -27,17 +27,17 @@ bool FocusReturn::eventFilter(QObject* watched, QEvent* event) {
     if (window == nullptr || (window->windowType() != Qt::Window && window->windowType() != Qt::Dialog))
         return false;
     if (event->type() == QEvent::Show) {
-        // Of dialogs one after the other each is followed by what was there before the first.
+        // In a sequence of dialogs the focus returns to what had it before the first.
         if (window->isModal())
             before_.insert(window, waiting_.isNull() ? QApplication::activeWindow() : waiting_.data());
-        stop(); // what opens has the keyboard
+        stop(); // a window that opens takes the focus
     }
     if (event->type() != QEvent::Hide) return false;
     const QPointer<QWidget> before = before_.take(window);
     if (before.isNull()) return false;
     waiting_ = before;
     left_ = times;
-    again_.start(0); // once the window manager has heard that the dialog is gone
+    again_.start(0); // once the window manager knows that the dialog is gone
     return false;
 }
 

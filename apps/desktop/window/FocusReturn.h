@@ -8,9 +8,9 @@
 
 namespace korvana::desktop {
 
-/// Gives the keyboard back, after a dialog, to the window that had it before. Left to itself a window manager
-/// may choose another, the last that stands over the main window for instance, and some while after the
-/// dialog has gone. So it is asked again, until that while is over or the user does something.
+/// Gives the focus back, after a dialog, to the window that had it before. A window manager left to itself
+/// may choose another window, and may do so some time after the dialog has closed. So the request is repeated
+/// until that time is over or the user does something.
 class FocusReturn : public QObject {
 public:
     explicit FocusReturn(QObject* parent);
@@ -23,9 +23,9 @@ private:
     void stop();
 
     QHash<QObject*, QPointer<QWidget>> before_; ///< of each open dialog
-    QPointer<QWidget> waiting_;                 ///< for the keyboard that a dialog had
+    QPointer<QWidget> waiting_;                 ///< for the focus that a dialog had
     QTimer again_;
-    int left_ = 0; ///< so often it is asked yet
+    int left_ = 0; ///< requests still to be made
 };
 
 } // namespace korvana::desktop

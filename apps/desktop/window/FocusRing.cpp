@@ -27,7 +27,7 @@ protected:
     }
 };
 
-/// Lists, tables and texts; not the areas that only scroll a page, nor the list that a combo box opens.
+/// Lists, tables and texts; not areas that only scroll a page, nor the popup list of a combo box.
 bool wantsRing(const QWidget* widget) {
     return qobject_cast<const QAbstractScrollArea*>(widget) != nullptr &&
            widget->focusPolicy() != Qt::NoFocus && !widget->window()->windowFlags().testFlag(Qt::Popup);

@@ -5,15 +5,14 @@
 
 namespace korvana::desktop {
 
-/// A ring around the list, table or text that has the keyboard: styles show it by a selected row, and an
-/// empty list or one without a selection has none. One ring serves all windows of the program, while it
-/// lives.
+/// A ring around the list, table or text that has the focus: styles show the focus by a selected row, which
+/// an empty list or one without a selection lacks. One ring serves all windows of the program.
 class FocusRing : public QObject {
 public:
     explicit FocusRing(QObject* parent = nullptr);
     ~FocusRing() override;
 
-    /// What the ring lies around; nullptr while nothing with a ring has the focus.
+    /// The widget with the ring; nullptr while no such widget has the focus.
     [[nodiscard]] QWidget* around() const { return around_.data(); }
 
 protected:
@@ -23,7 +22,7 @@ private:
     void follow(QWidget* focused);
 
     QPointer<QWidget> around_;
-    QPointer<QWidget> ring_; ///< a child of what it lies around
+    QPointer<QWidget> ring_; ///< a child of the widget that it surrounds
 };
 
 } // namespace korvana::desktop

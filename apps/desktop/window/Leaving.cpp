@@ -27,8 +27,9 @@ QString lostText(const DataEdits& edits) {
     if (count > 1) lost += say("%1 variables that you computed (%2)").arg(QString::number(count), names);
     QString text = lost.join(say(" and "));
     text[0] = text[0].toUpper();
-    return text + (!edits.labels && count == 1 ? say(" holds for this session; no file keeps it.")
-                                               : say(" hold for this session; no file keeps them."));
+    return text + (!edits.labels && count == 1
+                       ? say(" exists only in this session; it is not saved in any file.")
+                       : say(" exist only in this session; they are not saved in any file."));
 }
 
 QMessageBox::StandardButton ask(QWidget& window, const QString& question, const QString& why,

@@ -30,7 +30,8 @@
 namespace korvana::desktop {
 namespace {
 
-/// A run by the title of the dialog that specified it and the time of day; without such, by what is known.
+/// The name of a run: the title of the dialog that specified it and the time of day, as far as they are
+/// known.
 QString runTitle(const ResultsBook& book) {
     for (const ResultsBook::Output& output : book.outputs) {
         const auto& origin = ResultsBook::originOf(output);
@@ -81,7 +82,7 @@ MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QStri
 }
 
 MainWindow::~MainWindow() {
-    // Views look at the data of the session, which goes with the runner.
+    // Views read the data of the session, which is destroyed with the runner.
     dataView_->setData(nullptr);
     variablesView_->setData(nullptr);
 }
@@ -97,7 +98,7 @@ void MainWindow::buildMenus(const QString& noAnalysis) {
     file->addActions({workbook_->exportOutputAction(), workbook_->exportRunAction(), workbook_->printAction(),
                       workbook_->printPreviewAction()});
     file->addSeparator();
-    // Also with the keyboard in a dialog of the analysis.
+    // These also work with the focus in a dialog of the analysis.
     file->addAction(tr("&Quit"), InputGate::quitKey(), this, &QWidget::close)
         ->setShortcutContext(Qt::ApplicationShortcut);
 
@@ -120,7 +121,7 @@ void MainWindow::buildMenus(const QString& noAnalysis) {
     const auto* analysis = runner_->session().analysis();
     startAction_ = statistics->addAction(tr("No analysis"), this, &MainWindow::startAnalysis);
     if (analysis != nullptr) {
-        // The name is asked of the analysis; asking does not change it.
+        // Asking the analysis for its name does not change it.
         startAction_->setText(
             QString::fromStdString(const_cast<ozm::CAnalysisSupport*>(analysis)->GetAnalysisName()) +
             tr("..."));
@@ -133,7 +134,7 @@ void MainWindow::buildMenus(const QString& noAnalysis) {
 
     QMenu* results = menuBar()->addMenu(tr("&Results"));
     connect(results, &QMenu::aboutToShow, this, [this, results] {
-        // What there is to do depends on the output that is shown.
+        // The menu depends on the output that is shown.
         results->clear();
         results->addActions(workbook_->menuActions());
     });
@@ -165,7 +166,7 @@ void MainWindow::connectRunner() {
     connect(runner, &AnalysisRunner::selectionRequested, this, &MainWindow::defineSelection);
     connect(runner, &AnalysisRunner::dataUseWasChanged, this, &MainWindow::showData);
     connect(runner, &AnalysisRunner::finishedComputing, this, [this] {
-        // Not below the runner, which is about to say more.
+        // Not from within the runner, which has more to report.
         if (std::exchange(closeWhenFinished_, false))
             QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
     });
@@ -198,7 +199,7 @@ void MainWindow::showData() {
 
 void MainWindow::showOutputs(const std::shared_ptr<ResultsBook>& book, bool changed) {
     const auto run = runs_.find(book.get());
-    // The book may be gone and its address another's by now, so the workbook is asked.
+    // The book may have been destroyed and its address reused, so ask the workbook.
     if (run == runs_.end() || workbook_->book(run->second) != book) {
         const int added = workbook_->addRun(book, runTitle(*book));
         runs_[book.get()] = added;
@@ -257,8 +258,8 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         event->setAccepted(closes);
         return;
     }
-    // The module computes on this thread, below this call: it is asked to stop, and the window closes when it
-    // has.
+    // The module is computing further up this thread's stack: it is asked to stop, and the window closes once
+    // it has.
     closeWhenFinished_ = true;
     runner_->stop();
     event->ignore();

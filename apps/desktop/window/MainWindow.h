@@ -29,22 +29,21 @@ class VariablesView;
 class Workbook;
 
 /// The main window: data and variables at the left, the results workbook at the right, and the menus. It
-/// offers the analysis that it was given under the name that the analysis has.
+/// offers the analysis it was given under the analysis' own name.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    /// @param analysis      may be nullptr: the window then shows data, and `noAnalysis` says why there is
-    /// nothing more
+    /// @param analysis      may be nullptr: the window then only shows data, and `noAnalysis` says why
     /// @param settingsFile  where recent files are remembered; empty: with the user's settings
     explicit MainWindow(Analysis analysis, const QString& noAnalysis = {}, const QString& settingsFile = {});
     ~MainWindow() override;
 
-    /// Opens a data file; what is wrong with it is shown, and the data before stay. False when it was not
-    /// opened.
+    /// Opens a data file. If it cannot be opened, the reason is shown, the previous data stay, and the answer
+    /// is false.
     bool openFile(const QString& path) { return openFileWith(path, {}); }
     bool openFileWith(const QString& path, const ReadOptions& options);
-    /// Stops what runs and closes without asking: nobody may be there to answer.
+    /// Stops any computation and closes without asking: there may be nobody to answer.
     void abandon();
     [[nodiscard]] AnalysisRunner& runner() { return *runner_; }
     [[nodiscard]] Workbook& workbook() { return *workbook_; }
@@ -67,14 +66,14 @@ protected:
 private:
     void buildMenus(const QString& noAnalysis);
     void connectRunner();
-    /// Views and titles after data, selection or weights changed.
+    /// Updates views and titles after data, selection or weights have changed.
     void showData();
     void showOutputs(const std::shared_ptr<ResultsBook>& book, bool changed);
-    /// What a dialog stands over: the dialog of the analysis while that asks for it, else this window.
+    /// The parent of a dialog: the dialog of the analysis if that asks for it, else this window.
     QWidget* front();
     /// What opening other data or closing would lose.
     [[nodiscard]] DataEdits edits() const;
-    /// Offers to open data where there are none; whether there are some now.
+    /// Offers to open data when there are none. True when there are data afterwards.
     bool openFirst();
     QString chooseFile();
     bool loadFile(const QString& path, ReadOptions options);

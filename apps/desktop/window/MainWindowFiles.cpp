@@ -1,4 +1,4 @@
-// Data files on their way into the window.
+// How the window opens data files.
 #include "apps/desktop/data/DataLoader.h"
 #include "apps/desktop/data/GridText.h"
 #include "apps/desktop/data/OpenOptionsDialog.h"
@@ -15,7 +15,7 @@
 namespace korvana::desktop {
 namespace {
 
-/// Says why a file was not read; whether the user wants to try other options.
+/// Says why a file was not read. True when the user wants to try other options.
 bool triesOptions(const ReadFault& fault, bool mayHelp, QWidget* parent) {
     QMessageBox box(QMessageBox::Warning, MainWindow::tr("Open Data File"), fault.text, QMessageBox::Ok,
                     parent);

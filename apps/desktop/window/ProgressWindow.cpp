@@ -41,7 +41,7 @@ void ProgressWindow::showEvent(QShowEvent* event) {
 }
 
 void ProgressWindow::hideEvent(QHideEvent* event) {
-    if (!event->spontaneous()) gate_.reset(); // not when it is only minimized
+    if (!event->spontaneous()) gate_.reset(); // not when it is merely minimized
     QDialog::hideEvent(event);
 }
 
@@ -54,7 +54,7 @@ void ProgressWindow::setCaption(const QString& text) {
 }
 
 void ProgressWindow::setProgress(unsigned done, unsigned units) {
-    // Counts may be beyond what a bar takes; a thousand steps are more than it shows.
+    // Counts may exceed the range of a progress bar; a thousand steps are more than enough for it.
     bar_->setRange(0, units == 0 ? 0 : 1000);
     if (units != 0) bar_->setValue(static_cast<int>(std::lround(1000.0 * std::min(done, units) / units)));
 }

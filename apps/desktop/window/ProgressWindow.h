@@ -14,7 +14,7 @@ class ElidedLabel;
 class InputGate;
 
 /// What an analysis is doing while it computes: status text, progress bar, the lines of an iterative fit, and
-/// a Cancel. While it is shown nothing else is clicked, but the main window can be closed.
+/// a Cancel button. While it is shown, nothing else can be clicked, but the main window can be closed.
 class ProgressWindow : public QDialog {
     Q_OBJECT
 

@@ -18,14 +18,14 @@ std::array<int, 2> ends{-1, -1}; // of the pipe from the handler to the event lo
 void tell(int number) {
     const int before = errno;
     const auto byte = static_cast<char>(number);
-    [[maybe_unused]] const auto written = write(ends[1], &byte, 1); // a full pipe has told enough
+    [[maybe_unused]] const auto written = write(ends[1], &byte, 1); // a full pipe holds a signal already
     errno = before;
 }
 
 } // namespace
 
 TerminationSignals::TerminationSignals(QObject* parent) : QObject(parent) {
-    if (pipe2(ends.data(), O_NONBLOCK | O_CLOEXEC) != 0) return; // signals then end the program as ever
+    if (pipe2(ends.data(), O_NONBLOCK | O_CLOEXEC) != 0) return; // signals then have their default effect
     notifier_ = std::make_unique<QSocketNotifier>(ends[0], QSocketNotifier::Read);
     connect(notifier_.get(), &QSocketNotifier::activated, this, [this] {
         char number = 0;

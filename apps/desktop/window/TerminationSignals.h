@@ -8,7 +8,7 @@ class QSocketNotifier;
 
 namespace korvana::desktop {
 
-/// Turns SIGTERM, SIGHUP and SIGINT into a Qt signal; one at a time, as the program exists once.
+/// Turns SIGTERM, SIGHUP and SIGINT into a Qt signal; only one object of this class at a time.
 class TerminationSignals : public QObject {
     Q_OBJECT
 

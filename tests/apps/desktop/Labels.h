@@ -5,7 +5,7 @@
 
 namespace korvana::desktop {
 
-/// Whether a label that is not hidden says this, among other things.
+/// Whether the text of a label that is not hidden contains this.
 inline bool says(const QWidget& widget, const QString& part) {
     for (const QLabel* label : widget.findChildren<QLabel*>())
         if (!label->isHidden() && label->text().contains(part)) return true;

@@ -1,5 +1,5 @@
 #pragma once
-// Hands for modal windows: the answers to those that an action opens, and an end to those that get none.
+// Helpers for modal windows: answers to those that an action opens, and an end to unanswered ones.
 
 #include <QtTest>
 #include <QtWidgets>
@@ -10,8 +10,8 @@
 
 namespace korvana::desktop {
 
-/// As long as it lives, ends every modal window that has stood for too long, and fails the test that left it
-/// there with what the window says.
+/// While it lives, closes every modal window that has been open for too long, and fails the test that left it
+/// open, with the text of the window.
 class ModalWatch {
 public:
     static constexpr qint64 milliseconds = 20'000;
@@ -47,11 +47,11 @@ private:
     int ended_ = 0;
 };
 
-/// Runs an action that opens modal windows, one from another or one after the other, and gives each answer,
-/// a function of a window of some class, to the next window of that class. Each answer must be asked for.
+/// Runs an action that opens modal windows, nested or in sequence, and applies each answer, a function of a
+/// window of some class, to the next window of that class. Every answer must be used.
 template <class... Answers>
 void answering(const std::function<void()>& action, Answers... answers) {
-    using Answer = std::function<void()>; // to one window; empty where it is not of the answer's class
+    using Answer = std::function<void()>; // for one window; empty if that is not of the answer's class
     std::deque<std::function<Answer(QWidget*)>> left;
     const auto add = [&left]<class Window>(std::function<void(Window&)> answer) {
         left.push_back([answer](QWidget* window) -> Answer {
@@ -61,16 +61,16 @@ void answering(const std::function<void()>& action, Answers... answers) {
         });
     };
     (add(std::function(answers)), ...);
-    const QObject life; // ends the looking
+    const QObject life; // stops the polling
     QPointer<QWidget> answered;
     std::function<void()> look = [&] {
-        // At once again, and each time by another timer: an answer waits for the windows that it opens.
+        // Polls again by a new timer each time, since an answer may wait for windows that it opens.
         QTimer::singleShot(5, &life, look);
         QWidget* window = QApplication::activeModalWidget();
         if (window == answered) return;
         answered = nullptr;
         if (window == nullptr || left.empty()) return;
-        if (QApplication::activeWindow() != window) { // before, it hears no shortcuts
+        if (QApplication::activeWindow() != window) { // before that it gets no shortcuts
             window->activateWindow();
             return;
         }
@@ -96,13 +96,13 @@ inline auto pressing(QMessageBox::StandardButton button) {
 /// An answer to a file dialog: a path.
 inline auto naming(const QString& path) {
     return [path](QFileDialog& dialog) {
-        // selectFile leaves a name field that has the keyboard as it is.
+        // selectFile does not change a name field that has the focus.
         dialog.findChild<QLineEdit*>("fileNameEdit")->setText(path);
         QMetaObject::invokeMethod(&dialog, "accept");
     };
 }
 
-/// Closes the message box that an action shows, and answers its text.
+/// Closes the message box that an action shows, and returns its text.
 inline QString boxOf(const std::function<void()>& action) {
     QString shown;
     answering(action, [&shown](QMessageBox& box) {

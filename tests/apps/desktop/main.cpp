@@ -4,10 +4,10 @@
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    // Whatever the user works on, unless a screen was made for the tests.
+    // Not on the user's screen, unless one was made for the tests.
     qputenv("QT_QPA_PLATFORM", qEnvironmentVariable("KORVANA_TEST_PLATFORM", "offscreen").toLatin1());
     QApplication application(argc, argv);
-    const QTemporaryDir settings; // of the tests alone
+    const QTemporaryDir settings; // used only by the tests
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
     QApplication::setOrganizationName("korvana-tests");
     QApplication::setApplicationName("desktop");

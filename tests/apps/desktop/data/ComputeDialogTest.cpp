@@ -1,4 +1,4 @@
-// Computed variables in the window: made, seen, and taken away again.
+// Computed variables in the window: added, shown, and removed again.
 
 #include "apps/desktop/data/ComputeDialog.h"
 
@@ -30,7 +30,7 @@ TEST_F(Compute, ShowsWhatTheFirstCasesGetAndAddsTheVariable) {
     QTest::keyClicks(expression(), " >= 62");
     EXPECT_TRUE(says("The first cases: 0, 1, 1, 0"));
     write("old", "age >= 62");
-    QTest::keyClick(variables->search(), Qt::Key_Return); // OK, wherever the keyboard is
+    QTest::keyClick(variables->search(), Qt::Key_Return); // OK, wherever the focus is
     ASSERT_TRUE(accepted());
     ASSERT_EQ(data.dataSet().variableCount(), 6);
     EXPECT_EQ(data.dataSet().variable(5).name, "old");
@@ -47,7 +47,7 @@ TEST_F(Compute, SaysWhatIsWrongAndWhereAndAddsNothing) {
                                {"x", "age +", "age +"},
                                {"AGE", "age + 1", "there is already a variable 'age'"},
                                {"", "age + 1", "needs a name"},
-                               {"x", " ", "write an expression"}}) {
+                               {"x", " ", "needs an expression"}}) {
         write(wrong.name, wrong.expression);
         EXPECT_FALSE(accepts()) << wrong.said;
         EXPECT_TRUE(says(wrong.said)) << wrong.said;
@@ -79,7 +79,7 @@ TEST_F(Compute, ViewsFollowAVariableThatComesAndGoes) {
     const QRect cell = cases.table()->visualRect(cases.table()->currentIndex());
     EXPECT_TRUE(cases.table()->viewport()->rect().contains(cell));
 
-    // It goes by key, when nothing uses it.
+    // It can be removed by key when nothing uses it.
     variables.show();
     const auto stays = [&](int row, const char* why) {
         show();

@@ -28,7 +28,7 @@ struct Signals {
     QSignalSpy cancelled;
 };
 
-TEST(DataLoader, TellsOnceHowALoadEnded) {
+TEST(DataLoader, ReportsOnceHowALoadEnded) {
     const Folder folder;
     DataLoader loader;
     Signals told(loader);
@@ -45,7 +45,7 @@ TEST(DataLoader, TellsOnceHowALoadEnded) {
     loader.load(folder.write("big.csv", manyRows(300'000)));
     loader.cancel();
     EXPECT_TRUE(QTest::qWaitFor([&] { return told.count() == 3; }));
-    // A load may have ended just before it was cancelled; whichever it was, the data say the same.
+    // A load may have ended just before it was cancelled; either way, the data agree.
     EXPECT_EQ(told.cancelled.size(), loader.take().has_value() ? 0 : 1);
 
     loader.load(folder.path("big.csv"));
@@ -61,7 +61,7 @@ TEST(DataLoader, TellsOnceHowALoadEnded) {
     loader.load(folder.path("big.csv")); // and goes away
 }
 
-TEST(OpenDataFile, KeepsTheDataBeforeWhenItFails) {
+TEST(OpenDataFile, KeepsThePreviousDataWhenItFails) {
     const Folder folder;
     ActiveData data;
     openTrial(data);
@@ -76,8 +76,8 @@ TEST(OpenDataFile, KeepsTheDataBeforeWhenItFails) {
     EXPECT_EQ(data.condition(), "");
 }
 
-/// Opens a big file and does something to the window that says it is read. A machine may be done before
-/// anyone can look: whether it came to that.
+/// Opens a big file and does something to the progress dialog. A fast machine may finish before that is
+/// shown: returns whether it was.
 bool whileReading(ActiveData& data, QWidget* parent, const std::function<void(QProgressDialog&)>& action) {
     const Folder folder;
     const QString file = folder.write("big.csv", manyRows(1'000'000));
@@ -108,13 +108,13 @@ TEST(OpenDataFile, ABigFileCanBeCancelledAndTheWindowClosedMeanwhile) {
     window.show();
     const bool closed = whileReading(data, &window, [&](QProgressDialog&) {
         EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "a request to close would be dropped";
-        EXPECT_FALSE(window.close()); // not below its own reading
+        EXPECT_FALSE(window.close()); // not while it is reading
     });
     QApplication::processEvents();
     EXPECT_EQ(window.isVisible(), !closed);
 }
 
-TEST(OpenDataFile, TheOrderOfDatesIsAskedForWhereNothingDecidesIt) {
+TEST(OpenDataFile, TheOrderOfDatesIsAskedForIfAmbiguous) {
     const Folder folder;
     const QString file = folder.write("dates.csv", "id,begin\n1,02/03/1995\n2,04/05/1995\n");
     const auto opened = [&](const QString& answer) {
@@ -157,12 +157,12 @@ TEST(OpenDataFile, OptionsSayHowItIsRead) {
     dialog.show();
     auto* separator = dialog.findChild<QComboBox*>("separator");
     const auto* said = dialog.findChild<QLabel*>("fault");
-    QTest::keyClick(separator, Qt::Key_End); // another sign
+    QTest::keyClick(separator, Qt::Key_End); // another character
     EXPECT_EQ(dialog.focusWidget(), dialog.findChild<QLineEdit*>("sign"));
     for (const char* wrong : {"", "\u20ac"}) {
         dialog.findChild<QLineEdit*>("sign")->setText(wrong);
         dialog.accept();
-        EXPECT_TRUE(dialog.isVisible() && said->isVisible() && said->text().contains("sign")) << wrong;
+        EXPECT_TRUE(dialog.isVisible() && said->isVisible() && said->text().contains("character")) << wrong;
     }
     dialog.findChild<QLineEdit*>("sign")->setText("/");
     EXPECT_FALSE(said->isVisible());

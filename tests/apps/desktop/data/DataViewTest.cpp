@@ -47,7 +47,7 @@ TEST_F(DataViews, ShowsLabelsCodesDatesAndWhatIsMissing) {
     EXPECT_FALSE(flag(2, 5, CaseTableModel::MissingRole));
 
     view.setShowLabels(false);
-    EXPECT_EQ(cell(1, 3), "1996-02-29"); // a day number is nothing to read
+    EXPECT_EQ(cell(1, 3), "1996-02-29"); // not the number of the day
     EXPECT_EQ(cell(1, 4), "1");
 }
 
@@ -117,13 +117,13 @@ TEST_F(DataViews, OfMoreCasesThanATableHasRowsReachesEachAndCopiesWhatAClipboard
     EXPECT_EQ(copied(), QString::number(cases - 1) + '\n');
 }
 
-TEST_F(DataViews, StandsOtherDataAndNone) {
+TEST_F(DataViews, HandlesOtherDataAndNone) {
     view.setData(nullptr);
     view.goToCase(1);
     view.setData(&data);
     openTrial(data);
     show();
-    data.open(numbers(2)); // and nobody has told the view
+    data.open(numbers(2)); // without a call to the view
     view.grab();
     EXPECT_EQ(cell(1, 3), "");
     view.setData(&data);

@@ -18,7 +18,7 @@ struct Selecting : DataDialog<SelectionDialog> {
     void pressOk() const {
         QTest::mouseClick(part<QDialogButtonBox>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
     }
-    /// Whether OK keeps the dialog open for this.
+    /// Whether OK leaves the dialog open for this condition.
     bool refuses(const QString& text) const {
         condition->setPlainText(text);
         pressOk();
@@ -32,7 +32,7 @@ struct Selecting : DataDialog<SelectionDialog> {
 
 TEST_F(Selecting, ByTypingWithTheCountShown) {
     openDialog();
-    EXPECT_TRUE(says("All 4 cases take part"));
+    EXPECT_TRUE(says("All 4 cases selected"));
     QTest::keyClicks(condition, "`white cells` > 2");
     EXPECT_TRUE(says("2 of 4 cases selected. 1 case left out"));
     QTest::keyClick(condition, Qt::Key_Return); // the dialog's default button
@@ -72,7 +72,7 @@ TEST_F(Selecting, ByInsertingVariablesAndTheirValues) {
     EXPECT_EQ(data.selectedCount(), 1);
 }
 
-TEST_F(Selecting, AFaultIsMarkedWhereItStands) {
+TEST_F(Selecting, AnErrorIsMarkedWhereItIs) {
     openDialog();
     EXPECT_TRUE(refuses(QStringLiteral("sex = 'm\u00e4le' or agee > 3")));
     EXPECT_TRUE(says("'m\u00e4le'"));
@@ -87,7 +87,7 @@ TEST_F(Selecting, AFaultIsMarkedWhereItStands) {
     EXPECT_EQ(condition->markedAt(), -1);
     EXPECT_TRUE(data.condition().empty());
 
-    EXPECT_TRUE(refuses("1 / (age - 70) < 0")) << "understood, but without a value for one case";
+    EXPECT_TRUE(refuses("1 / (age - 70) < 0")) << "valid, but without a value for one case";
     EXPECT_TRUE(says("case 3 (Cyd)"));
 }
 
@@ -103,7 +103,7 @@ TEST_F(Selecting, OkWaitsUntilManyCasesAreCounted) {
     openDialog();
     condition->setPlainText("x < 5");
     pressOk();
-    dialog->reject(); // while it is counting
+    dialog->reject(); // while the dialog is counting
     EXPECT_EQ(data.selectedCount(), 1'000'001);
 }
 

@@ -33,7 +33,7 @@ inline void open(ActiveData& data, const QByteArray& content) {
         << fault.text.toStdString();
 }
 
-/// Numbers with labels and a missing code, texts, dates, case names, a name that is no word.
+/// Numbers with labels and a missing code, texts, dates, case names, and a name that is not a plain word.
 inline void openTrial(ActiveData& data) {
     open(data, ",age,sex,entry,status,white cells\n"
                "Ada,51,female,1995-01-10,0,1.5\n"
@@ -43,7 +43,7 @@ inline void openTrial(ActiveData& data) {
     data.describe(3, "alive or dead", 9, {{0, "alive"}, {1, "dead"}});
 }
 
-/// A dialog over the trial's data, once it is opened.
+/// A dialog for the trial data; to be opened by the test.
 template <class Dialog>
 struct DataDialog : testing::Test {
     DataDialog() { openTrial(data); }
@@ -55,12 +55,12 @@ struct DataDialog : testing::Test {
     Part* part(const QString& name = {}) const {
         return dialog->template findChild<Part*>(name);
     }
-    /// Whether it comes to say this.
+    /// Whether the dialog shows this text sooner or later.
     bool says(const QString& text) const {
         return QTest::qWaitFor([&] { return desktop::says(*dialog, text); });
     }
     bool accepted() const { return !dialog->isVisible() && dialog->result() == QDialog::Accepted; }
-    /// Whether it is, when asked to.
+    /// Whether it closes when asked to.
     bool accepts() const {
         dialog->accept();
         return accepted();

@@ -71,20 +71,20 @@ TEST_F(Variables, LabelAndMissingCodeAreEditedByKeyboard) {
 
     EXPECT_FALSE(edit(3, VariableTableModel::MissingCode, "nine"));
     EXPECT_EQ(data.dataSet().variable(3).missingCode, 9);
-    EXPECT_TRUE(said("status: 'nine' is no value of this variable; enter a number, or nothing"));
+    EXPECT_TRUE(said("status: 'nine' is not a value of this variable; enter a number, or nothing"));
 
     view.setEditable(false);
     EXPECT_FALSE(edit(0, VariableTableModel::Label, "x"));
 }
 
-TEST_F(Variables, AMissingCodeMakesTheSelectionAnewAndIsRefusedWhereItWouldBreakIt) {
+TEST_F(Variables, AMissingCodeRepeatsTheSelectionAndIsRefusedIfItWouldBreakIt) {
     data.select("age >= 51");
     EXPECT_TRUE(edit(0, VariableTableModel::MissingCode, "51"));
     EXPECT_EQ(data.selectedCount(), 2);
     data.select("1 / (age - 51) > 0 and status = 'alive'");
     EXPECT_FALSE(edit(0, VariableTableModel::MissingCode, ""));
     EXPECT_TRUE(said("case 1 (Ada)"));
-    EXPECT_THROW(data.describe(3, "", 9, {}), std::exception); // the condition has a label of it
+    EXPECT_THROW(data.describe(3, "", 9, {}), std::exception); // the condition uses one of its labels
     EXPECT_EQ(data.dataSet().variable(0).missingCode, 51);
     EXPECT_EQ(data.dataSet().variable(3).valueLabels.size(), 2U);
 }
@@ -116,7 +116,7 @@ TEST_F(Variables, ValueLabelsAreEditedInADialog) {
     EXPECT_TRUE(edit(3, VariableTableModel::MissingCode, "9.0"));
     EXPECT_EQ(changes.count(), 0) << "an OK that changes nothing is no edit";
 
-    view.editValueLabels(1); // no dialog, a word instead
+    view.editValueLabels(1); // no dialog, but a message
     EXPECT_TRUE(said("texts"));
 }
 

@@ -38,7 +38,7 @@ TEST_F(Weights, CancelLeavesThemAndNoneEndsThem) {
     EXPECT_TRUE(accepts());
     EXPECT_EQ(data.weightVariable(), 0);
 
-    open(data, "x,1\n5,3\n5,3\n"); // named like the number of another
+    open(data, "x,1\n5,3\n5,3\n"); // its name is the number of another
     openDialog();
     variables().setCurrent(1);
     EXPECT_TRUE(accepts());

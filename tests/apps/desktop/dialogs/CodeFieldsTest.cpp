@@ -22,7 +22,7 @@ TEST_F(CodeFields, OfferTheCodesOfTheSelectedVariable) {
     EXPECT_EQ(offered(), QStringList{"Choose 'Indicator' first"});
     select({{}, {3}});
     EXPECT_EQ(offered(), (QStringList{"0 = alive (100 cases)", "1 = dead (50 cases)"}));
-    EXPECT_TRUE(std::isnan(code())) << "looking chooses nothing";
+    EXPECT_TRUE(std::isnan(code())) << "opening the list chooses nothing";
 
     combo()->setFocus();
     QTest::keyClick(combo(), Qt::Key_Down);
@@ -32,7 +32,7 @@ TEST_F(CodeFields, OfferTheCodesOfTheSelectedVariable) {
     EXPECT_EQ(combo()->currentText(), "1") << "the number, not the line of the list";
 
     select({{}, {4}});
-    EXPECT_EQ(combo()->currentText(), "1") << "a code outlives another variable";
+    EXPECT_EQ(combo()->currentText(), "1") << "a code survives the choice of another variable";
     ASSERT_EQ(offered().size(), 101);
     EXPECT_EQ(offered().back(), "and 50 more; type the code");
     select({{}, {3}});
@@ -55,13 +55,13 @@ TEST_F(CodeFields, TakeNumbersAndLabels) {
     type("gone");
     EXPECT_EQ(code(), 0.0);
     EXPECT_TRUE(complaint().startsWith("'gone' is neither a number nor a value label"));
-    EXPECT_EQ(combo()->currentText(), "gone") << "to be mended";
+    EXPECT_EQ(combo()->currentText(), "gone") << "to be corrected";
     select({{}, {}});
     type("dead");
     EXPECT_TRUE(complaint().contains("once the variable is chosen"));
 }
 
-TEST_F(CodeFields, ListOfCodesIsTypedOrTicked) {
+TEST_F(CodeFields, ListOfCodesIsTypedOrChecked) {
     view->showPage(1);
     select({{}, {3}});
     auto* line = editor<QLineEdit>(Codes);

@@ -9,7 +9,7 @@ struct ResultsView : Window {
     ResultsView() : Window(results) {}
 };
 
-TEST_F(View, OperationsDoNotNestAndAreToldOfAfterwards) {
+TEST_F(View, OperationsDoNotNestAndAreReportedAfterwards) {
     view->showPage(1);
     const QSignalSpy stops(view.get(), &DialogView::stopRequested);
     const QSignalSpy told(view.get(), &DialogView::operated);
@@ -33,7 +33,7 @@ TEST_F(View, OperationsDoNotNestAndAreToldOfAfterwards) {
     EXPECT_TRUE(view->isVisible());
 }
 
-TEST_F(View, LetsGoOfAModelThatClosed) {
+TEST_F(View, DetachesFromAModelThatClosed) {
     QStringList told;
     QObject::connect(view.get(), &DialogView::dialogClosed, view.get(), [&] { told.append("closed"); });
     QObject::connect(view.get(), &DialogView::operated, view.get(), [&] {
@@ -50,7 +50,7 @@ TEST_F(View, LetsGoOfAModelThatClosed) {
     settle();
     EXPECT_EQ(told, (QStringList{"closed", "operated"}));
     EXPECT_FALSE(view->isVisible());
-    // The model is gone. Whatever is still done to the view does nothing.
+    // The model is gone. Nothing done to the view has an effect now.
     editor<QCheckBox>(Box)->click();
     editor<QPushButton>(Go)->click();
     editor<QLineEdit>(Level)->setText("7");
@@ -60,7 +60,7 @@ TEST_F(View, LetsGoOfAModelThatClosed) {
     EXPECT_EQ(told.size(), 2);
 }
 
-TEST_F(View, MayGoBeforeItsModel) {
+TEST_F(View, MayBeDestroyedBeforeItsModel) {
     editor<QLineEdit>(Level)->setFocus();
     QTest::keyClicks(editor<QLineEdit>(Level), "3");
     view.reset();
@@ -79,11 +79,11 @@ TEST_F(View, ShowsARefusalBesideItsButton) {
     EXPECT_TRUE(complaint().contains("no reason"));
 }
 
-TEST_F(View, AComplaintGoesWithItsCauseWhoeverTookItAway) {
+TEST_F(View, AComplaintDisappearsWithItsCause) {
     type("dead"); // no variable has codes yet
     ASSERT_FALSE(complaint().isEmpty());
     auto* level = editor<QLineEdit>(Level);
-    retype(level, "0.5"); // has nothing to do with it
+    retype(level, "0.5"); // unrelated to the complaint
     QTest::keyClick(level, Qt::Key_Return);
     settle();
     EXPECT_FALSE(complaint().isEmpty());
@@ -94,7 +94,7 @@ TEST_F(View, AComplaintGoesWithItsCauseWhoeverTookItAway) {
     EXPECT_EQ(code(), 1.0);
 }
 
-TEST_F(View, AComplaintStandsAtItsFieldAndCoversNothing) {
+TEST_F(View, AComplaintIsShownAtItsFieldAndCoversNothing) {
     const auto placeOf = [this](const QWidget& one) {
         return QRect(one.mapTo(view.get(), QPoint()), one.size());
     };
@@ -145,7 +145,7 @@ TEST_F(View, EnterTakesWhatWasTypedAndPressesOk) {
     EXPECT_EQ(analysis->commands, (std::vector<int>{ControlOk, Beside}))
         << "a button with the focus comes first";
 
-    // Wherever the keyboard is, but in a text of several lines.
+    // Wherever the focus is, except in a text of several lines.
     select({{1}, {3}});
     analysis->onCommand = {};
     for (const int page : {0, 1}) {
@@ -171,7 +171,7 @@ TEST_F(View, AWrongFieldOnAnotherPageIsTurnedTo) {
     level->setModified(true);
     view->showPage(0);
     editor<QPushButton>(ControlOk)->click();
-    EXPECT_TRUE(level->hasFocus()); // and so on a page that is shown
+    EXPECT_TRUE(level->hasFocus()); // and so its page is shown
     EXPECT_TRUE(complaint().startsWith("'x' is not a number"));
     editor<QPushButton>(ControlCancel)->click();
     EXPECT_TRUE(dialog().IsClosed()) << "Cancel asks for nothing";

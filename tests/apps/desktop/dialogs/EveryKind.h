@@ -1,5 +1,5 @@
 #pragma once
-// An analysis of one dialog that has a control of every kind, over data of four variables, in a session.
+// An analysis with one dialog that has a control of every kind, with data of four variables, in a session.
 
 #include "apps/desktop/dialogs/Callout.h"
 #include "apps/desktop/dialogs/ControlField.h"
@@ -161,7 +161,7 @@ struct Opened final : korvana::SessionObserver {
     CAnalysisModelessDialog* dialog = nullptr;
 };
 
-/// The dialog in a session, drawn and shown.
+/// The dialog in a session, shown by a view.
 struct Window : ::testing::Test {
     explicit Window(const DialogTemplate& shape = everyKind)
         : analysis(new EveryKind(shape)), session(korvana::Analysis(analysis)) {
@@ -179,7 +179,7 @@ struct Window : ::testing::Test {
     const T& value(int control) {
         return std::get<T>(opened.dialog->Value(control));
     }
-    /// The editor of a control, on the page that is shown if that has it.
+    /// The editor of a control, on the current page if that has it.
     template <class T>
     T* editor(int control) {
         T* found = nullptr;
@@ -192,7 +192,7 @@ struct Window : ::testing::Test {
         return dynamic_cast<korvana::desktop::DragList*>(view->findChild<QListView*>(name));
     }
     korvana::desktop::DragList* available() { return list("available"); }
-    /// Puts these into the box of a role, or takes what it holds away.
+    /// Puts these into the box of a role; removes what it holds.
     void choose(Qt::Key role, const std::vector<int>& variables) {
         available()->selectNumbers(variables);
         QTest::keyClick(available(), role, Qt::ControlModifier);
@@ -205,7 +205,7 @@ struct Window : ::testing::Test {
     korvana::desktop::Callout* callout() {
         return dynamic_cast<korvana::desktop::Callout*>(view->findChild<QFrame*>("callout"));
     }
-    /// The reason that is shown, and whether it stands at a control.
+    /// The reason that is shown, and the widget that it is about.
     QString complaint() { return callout()->isHidden() ? QString{} : callout()->text(); }
     QWidget* complainedAt() { return callout()->subject(); }
     QComboBox* combo(int control = Code) { return editor<QComboBox>(control); }
@@ -217,7 +217,7 @@ struct Window : ::testing::Test {
     void select(VariableSelection selection) {
         ASSERT_TRUE(dialog().PutValue(Variables, std::move(selection)).done);
     }
-    /// Other data: one variable of these codes, a case of each.
+    /// Opens other data: one variable with these codes, one case each.
     void openCodes(const std::vector<double>& codes) {
         korvana::DataSet set("codes.csv", static_cast<int>(codes.size()));
         korvana::Variable variable;
@@ -237,7 +237,7 @@ struct Window : ::testing::Test {
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, at);
         QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, at);
     }
-    /// Lets everything queued happen.
+    /// Handles everything that is queued.
     static void settle() { QCoreApplication::processEvents(); }
 
     EveryKind* analysis;

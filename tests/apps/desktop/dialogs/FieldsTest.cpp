@@ -7,12 +7,12 @@ struct Fields : Window {
     Fields() { view->showPage(1); }
 };
 
-TEST_F(Fields, EachControlStandsOnEachOfItsPages) {
+TEST_F(Fields, EachControlIsOnEachOfItsPages) {
     for (const ControlTemplate& control : controls) {
         const auto fields = view->findChildren<QWidget*>(QStringLiteral("control%1").arg(control.id));
         EXPECT_EQ(fields.size(), control.pages.size() == 2 ? 2 : 1) << control.id;
         for (QWidget* field : fields) {
-            field->setFocus(); // goes to a part of it
+            field->setFocus(); // the focus goes to a part of it
             QWidget* part = field->focusProxy() != nullptr ? field->focusProxy() : view->focusWidget();
             ASSERT_TRUE(field->isAncestorOf(part)) << control.id;
             const QAccessibleInterface* heard = QAccessible::queryAccessibleInterface(part);
@@ -102,7 +102,7 @@ TEST_F(Fields, WhatIsDisabledIsGreyedOutAndTakesNothing) {
         EXPECT_FALSE(button->isEnabledTo(&again)) << button->text().toStdString();
 }
 
-TEST_F(Fields, ANumberOutOfRangeIsSaidBesideTheField) {
+TEST_F(Fields, ANumberOutOfRangeIsRefusedBesideTheField) {
     auto* number = editor<QSpinBox>(Count);
     retype(number->findChild<QLineEdit*>(), "39");
     for (int i = 0; i < 3; ++i)
@@ -113,14 +113,14 @@ TEST_F(Fields, ANumberOutOfRangeIsSaidBesideTheField) {
     QTest::keyClick(number, Qt::Key_Tab);
     EXPECT_TRUE(complaint().contains("'Number' takes numbers from")) << complaint().toStdString();
     EXPECT_EQ(value<int>(Count), 40);
-    EXPECT_EQ(number->text(), "41") << "to be mended";
+    EXPECT_EQ(number->text(), "41") << "to be corrected";
     retype(number->findChild<QLineEdit*>(), "7");
     QTest::keyClick(number, Qt::Key_Tab);
     EXPECT_TRUE(complaint().isEmpty());
     EXPECT_EQ(value<int>(Count), 7);
 }
 
-TEST_F(Fields, WhatIsNoNumberIsSaidBesideTheFieldAndStopsButtons) {
+TEST_F(Fields, WhatIsNotANumberIsRefusedBesideTheFieldAndStopsButtons) {
     auto* level = editor<QLineEdit>(Level);
     for (const char* wrong : {"0,9", "", "abc", "inf", "nan", "1e999"}) {
         retype(level, wrong);
@@ -138,7 +138,7 @@ TEST_F(Fields, WhatIsNoNumberIsSaidBesideTheFieldAndStopsButtons) {
     EXPECT_EQ(analysis->commands, std::vector<int>{Go});
 }
 
-TEST_F(Fields, ARefusedValueIsSaidAndThePreviousOneShown) {
+TEST_F(Fields, ARefusedValueIsExplainedAndThePreviousOneShown) {
     analysis->onValue = [](EveryKindDlg& dlg, int control) {
         if (control != Box) return;
         dlg.SetValue(Box, false);

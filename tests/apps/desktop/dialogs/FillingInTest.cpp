@@ -1,4 +1,4 @@
-// What a dialog fills in or understands by itself: the codes of a variable that has just two, percent.
+// What a dialog fills in or understands by itself: the codes of a variable with just two, percentages.
 
 #include "tests/apps/desktop/dialogs/EveryKind.h"
 
@@ -40,7 +40,7 @@ TEST(CodeGuess, GoesByWordsThenByTheVariablesNameThenByWhatIsUsual) {
         const char* variable;
         double lower;
         double upper;
-        double over; ///< the code that the first field is to have
+        double over; ///< the code that the first field should get
     };
     const Trial trials[] = {
         {"Alive", "DEAD", "status", 1, 2, 2},
@@ -51,7 +51,7 @@ TEST(CodeGuess, GoesByWordsThenByTheVariablesNameThenByWhatIsUsual) {
         {"dead of disease", "dead of other causes", "x", 0, 1, 1}, // says nothing
         {"alive after event", "alive", "x", 0, 1, 0},
         {"", "", "status", 0, 1, 1},
-        {"", "", "censored", 0, 1, 0}, // 1 says yes to the name
+        {"", "", "censored", 0, 1, 0}, // 1 means yes to the name
         {"", "", "dead", 0, 1, 1},
         {"no", "yes", "censored", 1, 2, 1},
         {"yes", "no", "event", 1, 2, 1},
@@ -89,9 +89,9 @@ TEST_F(Pair, IsFilledInForAVariableOfTwoCodesAndCanBeSwapped) {
     EXPECT_EQ(combo(21)->currentText(), "1");
     EXPECT_EQ(besides(21), "dead (filled in)");
     empty(1);
-    EXPECT_EQ(besides(21), "") << "it is of no variable now";
+    EXPECT_EQ(besides(21), "") << "there is no variable now";
     choose(Qt::Key_2, {4});
-    EXPECT_TRUE(std::isnan(code(21)) && std::isnan(code(22))) << "it goes with its variable";
+    EXPECT_TRUE(std::isnan(code(21)) && std::isnan(code(22))) << "it is removed with its variable";
     empty(1);
     choose(Qt::Key_2, {3});
     QTest::mouseClick(view->findChild<QToolButton*>("swap"), Qt::LeftButton);
@@ -142,13 +142,13 @@ TEST_F(Pair, OfPercentIsTakenForAShareWithAWord) {
     auto* note = level->parentWidget()->findChild<QLabel*>("note");
     const auto taken = [&](const char* text) {
         retype(level, text);
-        EXPECT_EQ(note->text(), "") << "a note goes with what it was about";
+        EXPECT_EQ(note->text(), "") << "a note disappears with what it was about";
         QTest::keyClick(level, Qt::Key_Tab);
         return value<double>(Level);
     };
     for (const char* percent : {"95", "95 %", "95.0%"}) {
         EXPECT_EQ(taken(percent), 0.95) << percent;
-        EXPECT_EQ(note->text(), QStringLiteral("%1 was taken for 0.95.").arg(percent));
+        EXPECT_EQ(note->text(), QStringLiteral("%1 was read as 0.95.").arg(percent));
         EXPECT_EQ(level->text(), "0.950000");
     }
     EXPECT_EQ(taken("99.9%"), 0.999) << "no tail of rounding";

@@ -78,7 +78,7 @@ TEST_F(VariableBoxes, DraggingAddsMovesAndTakesAway) {
     EXPECT_EQ(chosen(), (VariableSelection{{2}, {}})) << "a text is no variable";
 }
 
-TEST_F(VariableBoxes, WhatDoesNotFitIsNotTakenAndSaid) {
+TEST_F(VariableBoxes, WhatDoesNotFitIsRefusedWithTheReason) {
     select({{1}, {3}});
     const auto refused = [&](const std::function<void()>& way, const char* reason) {
         callout()->hide();
@@ -89,7 +89,7 @@ TEST_F(VariableBoxes, WhatDoesNotFitIsNotTakenAndSaid) {
     };
     refused([&] { choose(Qt::Key_2, {3}); }, "'status' is in this box already.");
     refused([&] { choose(Qt::Key_2, {2}); }, "'Indicator' takes at most 1 variable, not 2.");
-    // Nothing is wrong any more: the reason goes with whatever is done next, and with the keyboard.
+    // Nothing is wrong any more: the reason disappears with the next action, or when the focus moves.
     const std::function<void()> next[] = {
         [&] { QTest::keyClick(available(), Qt::Key_1, Qt::ControlModifier); },
         [&] { empty(1); },
@@ -104,7 +104,7 @@ TEST_F(VariableBoxes, WhatDoesNotFitIsNotTakenAndSaid) {
         EXPECT_EQ(complaint(), "") << &step - next;
     }
 
-    // A variable has one role, however it is put there.
+    // A variable has one role, in whatever way it was put there.
     select({{1}, {3}});
     const char* taken = "'time' is in 'Times' already";
     available()->selectNumbers({1});

@@ -19,7 +19,7 @@ protected:
         settle();
     }
 
-    /// The plot is drawn anew a little after its width has changed.
+    /// The plot is redrawn shortly after its width has changed.
     void settle() {
         QTest::qWait(100);
         plot().replot();
@@ -56,7 +56,7 @@ TEST_F(ChartViewTest, ThePointUnderThePointerIsReadOut) {
     EXPECT_EQ(view_->readout().toStdString(), "");
 }
 
-TEST_F(ChartViewTest, NumbersAtRiskAreThereUntilTheyAreTakenAway) {
+TEST_F(ChartViewTest, NumbersAtRiskAreShownUntilTheyAreSwitchedOff) {
     QAction* shown = view_->viewActions().at(1);
     const int rows = plot().plotLayout()->rowCount();
     EXPECT_TRUE(shown->isChecked());
@@ -69,7 +69,7 @@ TEST_F(ChartViewTest, NumbersAtRiskAreThereUntilTheyAreTakenAway) {
     shown->trigger();
     EXPECT_EQ(view_->edits(), ChartEdits{}) << "as the analysis made it";
     EXPECT_EQ(plot().plotLayout()->rowCount(), rows);
-    // An analysis that does not want them: there on demand.
+    // When the analysis does not ask for them: shown on request.
     info_.numbersAtRisk = false;
     ChartView without(info_);
     EXPECT_FALSE(without.viewActions().at(1)->isChecked());
@@ -77,7 +77,7 @@ TEST_F(ChartViewTest, NumbersAtRiskAreThereUntilTheyAreTakenAway) {
     EXPECT_TRUE(without.shownChart().numbersAtRisk);
 }
 
-TEST_F(ChartViewTest, KeysWalkFromPointToPoint) {
+TEST_F(ChartViewTest, KeysMoveFromPointToPoint) {
     const std::string first = "Estimate\nSurvival time: 0\nProportion surviving: 1";
     QTest::keyClick(&plot(), Qt::Key_Right);
     QTest::keyClick(&plot(), Qt::Key_Left);
@@ -111,7 +111,7 @@ TEST_F(ChartViewTest, WheelAndKeysZoomAndADoubleClickResets) {
     EXPECT_EQ(view_->shownChart().xAxis.min, plot().xAxis->range().lower);
 }
 
-TEST_F(ChartViewTest, EditsAndZoomAreKeptWhenTheChartIsDrawnAnewAlsoOnADarkGround) {
+TEST_F(ChartViewTest, EditsAndZoomAreKeptWhenTheChartIsRedrawnAlsoOnADarkBackground) {
     ChartEdits edits;
     edits.title = "Another title";
     edits.yTitle = "S(t)";
@@ -134,7 +134,7 @@ TEST_F(ChartViewTest, EditsAndZoomAreKeptWhenTheChartIsDrawnAnewAlsoOnADarkGroun
     view_->resetZoom();
     EXPECT_EQ(plot().xAxis->range(), QCPRange(1, 7));
 
-    // On a dark ground ink and curves are light; for paper and other programs it is light itself.
+    // On a dark background lines and curves are light; for paper and other programs the background is light.
     EXPECT_GT(plot().xAxis->labelColor().lightness(), 180);
     EXPECT_GT(plot().xAxis->tickLabelColor().lightness(), 180);
     for (int i = 0; i < plot().plottableCount(); ++i) {
@@ -182,7 +182,7 @@ protected:
     ChartSettingsDialog dialog_{info_, {}, {0, 9}, {0, 1}, ChartSettingsDialog::Field::Title};
 };
 
-TEST_F(SettingsTest, ARangeThatIsNoneIsRefusedWithTheReason) {
+TEST_F(SettingsTest, AnInvalidRangeIsRefusedWithTheReason) {
     chooseRange("5", "2");
     EXPECT_TRUE(says("from 5 to 2"));
     for (const char* text : {"", "1,5", "nan", "1e300"}) {

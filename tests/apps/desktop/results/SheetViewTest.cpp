@@ -46,7 +46,7 @@ TEST(SheetCopy, TextsNeverBreakTheTableAndRowsWithoutASelectedCellAreLeftOut) {
     EXPECT_EQ(textOf(*copiedCells(sheet, cells, {})), "1\t\n\t8\n");
 }
 
-TEST(SheetView, AMillionRowsAreLookedAtWithoutACopy) {
+TEST(SheetView, AMillionRowsAreShownWithoutACopy) {
     Spreadsheet sheet;
     std::vector<double> values(1'000'000);
     for (std::size_t i = 0; i < values.size(); ++i)
@@ -60,7 +60,7 @@ TEST(SheetView, AMillionRowsAreLookedAtWithoutACopy) {
     const QModelIndex last = table->model()->index(999'999, 0);
     EXPECT_TRUE(table->viewport()->rect().contains(table->visualRect(last).center()));
     std::get<std::vector<double>>(sheet.columns[0].cells).back() = -7.0;
-    EXPECT_EQ(last.data().toString(), "-7"); // what the column holds, not what it held
+    EXPECT_EQ(last.data().toString(), "-7"); // the current value, not an earlier one
 
     EXPECT_EQ(table->model()->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(),
               "Cumulatv\nSurvival");
@@ -97,7 +97,7 @@ TEST(SheetView, WhateverTheTableHolds) {
     view.grab();
 }
 
-TEST(ReportView, OfALongReportTheRestIsShownAtWish) {
+TEST(ReportView, TheRestOfALongReportIsShownOnRequest) {
     const std::vector<std::string> lines(ReportView::linesAtFirst + 5, "a line");
     ReportView view([&lines] { return lines; }, "Report");
     view.show();
@@ -110,7 +110,7 @@ TEST(ReportView, OfALongReportTheRestIsShownAtWish) {
         QTest::qWaitFor([&] { return view.text().count('\n') + 1 == static_cast<qsizetype>(lines.size()); }));
 }
 
-/// Where the ink of some lines of a picture ends at the right.
+/// The rightmost drawn pixel in some lines of a picture.
 int inkEnds(const QImage& image, int from, int to) {
     int last = -1;
     for (int y = from; y < to; ++y)
@@ -130,7 +130,7 @@ TEST(SheetView, LongHeadingsEndInAnEllipsisAndAreWholeInTheirTooltips) {
     auto* table = dynamic_cast<QTableView*>(view.content());
     for (const Qt::Orientation each : {Qt::Horizontal, Qt::Vertical})
         EXPECT_EQ(table->model()->headerData(each == Qt::Vertical, each, Qt::ToolTipRole), tooLong);
-    // Dots stand on the ground line; a text that is cut off, or runs on, ends in an H.
+    // The dots of an ellipsis are on the base line; a text that is cut off, or continues, ends in an H.
     const QHeaderView& header = *table->horizontalHeader();
     const QImage image =
         header.viewport()->grab({2, 0, header.sectionSize(0) - 4, header.height()}).toImage();

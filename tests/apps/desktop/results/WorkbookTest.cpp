@@ -44,7 +44,7 @@ protected:
         EXPECT_TRUE(QTest::qWaitForWindowActive(&workbook_));
         return run;
     }
-    /// What could not be written of the run; how many files were is answered.
+    /// Writes the run; `problems` gets what could not be written. Returns the number of files.
     std::size_t write(int run, const char* name, FormatSet formats) {
         problems_.clear();
         return workbook_.writeRun(run, folder() / name, formats, problems_);
@@ -57,7 +57,7 @@ protected:
     }
     std::filesystem::path folder() const { return folder_.path().toStdString(); }
 
-    /// Exports the whole run into a folder of the test's.
+    /// Exports the whole run into a folder of the test.
     template <class... Answers>
     void exportRunTo(const QString& name, Answers... answers) {
         answering([this] { workbook_.exportRunAction()->trigger(); },
@@ -87,7 +87,7 @@ TEST_F(WorkbookTest, ABookIsShownWhileItGrows) {
     repeats.repeatsReport = true;
     book->append(std::move(repeats));
     workbook_.outputAdded(run);
-    EXPECT_EQ(workbook_.currentOutput(), 0); // the report says it already
+    EXPECT_EQ(workbook_.currentOutput(), 0); // the report says the same
     book->append(Chart{test::stepChart()});
     workbook_.outputAdded(run);
     EXPECT_EQ(workbook_.currentOutput(), 2);
@@ -99,7 +99,7 @@ TEST_F(WorkbookTest, ABookIsShownWhileItGrows) {
     EXPECT_EQ(shown<ReportView>()->text(), "60 cases\n2 left out");
 }
 
-TEST_F(WorkbookTest, WhatIsShownIsCopiedAndTheRunSaysItsMessages) {
+TEST_F(WorkbookTest, WhatIsShownIsCopiedAndTheRunListsItsMessages) {
     const auto book = std::make_shared<ResultsBook>(test::smallBook());
     const int run = add(book);
     auto* tree = workbook_.findChild<QTreeWidget*>();
@@ -138,7 +138,7 @@ TEST_F(WorkbookTest, WhatIsRemovedStaysAwayWhileItsRunGoesOnAndComesBackOnUndo) 
     workbook_.showOutput(run, 1);
     QTest::keyClick(tree, Qt::Key_Delete);
     EXPECT_EQ(listed(), without({1}));
-    EXPECT_EQ(workbook_.currentOutput(), 2); // Delete goes on from here
+    EXPECT_EQ(workbook_.currentOutput(), 2); // Delete continues from here
     EXPECT_FALSE(workbook_.showOutput(run, 1));
     QTest::keyClick(tree, Qt::Key_Delete);
     EXPECT_EQ(listed(), without({1, 2}));
@@ -157,7 +157,7 @@ TEST_F(WorkbookTest, WhatIsRemovedStaysAwayWhileItsRunGoesOnAndComesBackOnUndo) 
     book->append(Report{"Last", {"more"}});
     workbook_.outputAdded(run);
     EXPECT_EQ(listed(), QStringList{"Last"});
-    for (int back = 0; back < 4; ++back) // one more than there is
+    for (int back = 0; back < 4; ++back) // once more than needed
         QTest::keyClick(tree, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(listed(), QStringList(all) << "Later"
                                          << "Last");
@@ -179,7 +179,7 @@ TEST_F(WorkbookTest, RunsRemovedLongAgoLeaveTheMemory) {
     EXPECT_EQ(workbook_.book(runs[2]), books[2].lock());
 }
 
-TEST_F(WorkbookTest, WhatWasNotExportedIsKnown) {
+TEST_F(WorkbookTest, OutputsNotExportedYetAreCounted) {
     const auto book = std::make_shared<ResultsBook>(test::smallBook());
     std::get<Spreadsheet>(book->outputs[1]).repeatsReport = true;
     const int run = add(book);
@@ -199,7 +199,7 @@ TEST_F(WorkbookTest, WhatWasNotExportedIsKnown) {
     EXPECT_EQ(workbook_.unsaved(), 2);
 }
 
-TEST_F(WorkbookTest, TheFilesThatWouldBeReplacedAreThoseThatAreWritten) {
+TEST_F(WorkbookTest, TheFilesAnnouncedAsReplacedAreThoseThatAreWritten) {
     ResultsBook book = test::smallBook();
     book.append(Chart{test::stepChart()});
     book.append(Spreadsheet{test::smallSheet()});
@@ -207,7 +207,7 @@ TEST_F(WorkbookTest, TheFilesThatWouldBeReplacedAreThoseThatAreWritten) {
     edits.title = "Another title";
     int number = 0;
     for (const std::vector<std::size_t>& removed : {std::vector<std::size_t>{}, {1, 2}, {2, 5}}) {
-        // Pictures are named alike in every format; one of them is enough to draw.
+        // Picture files are named the same way in every format, so drawing one is enough.
         for (const std::string_view list :
              {"json", "txt", "csv", "html", "xlsx", "svg", "csv,xlsx,svg,txt"}) {
             const FormatSet formats = parseFormats(list);
@@ -222,7 +222,7 @@ TEST_F(WorkbookTest, TheFilesThatWouldBeReplacedAreThoseThatAreWritten) {
     }
 }
 
-TEST_F(WorkbookTest, EditsOfAChartOutliveALookAtOthersAndReachTheFiles) {
+TEST_F(WorkbookTest, EditsOfAChartSurviveLookingAtOthersAndReachTheFiles) {
     const int run = add();
     workbook_.showOutput(run, 2);
     retitle();
@@ -238,7 +238,7 @@ TEST_F(WorkbookTest, EditsOfAChartOutliveALookAtOthersAndReachTheFiles) {
 
 TEST_F(WorkbookTest, EveryOutputIsWrittenInEachOfItsFormats) {
     ResultsBook book = test::smallBook();
-    std::get<Spreadsheet>(book.outputs[1]).repeatsReport = true; // asked for, it is written all the same
+    std::get<Spreadsheet>(book.outputs[1]).repeatsReport = true; // it is written if asked for
     for (std::size_t place = 0; place < 3; ++place) {
         for (const OutputFormat format : formatsOf(book.outputs[place])) {
             const auto target = folder() / (std::to_string(place) + "." + endingOf(format));
@@ -288,7 +288,7 @@ TEST_F(WorkbookTest, NothingIsReplacedUnasked) {
     EXPECT_NE(contents(folder() / "report.html"), "keep");
 }
 
-TEST_F(WorkbookTest, AFileThatCannotBeWrittenIsSaidWithItsNameAndWhatToDo) {
+TEST_F(WorkbookTest, AFileThatCannotBeWrittenIsReportedWithItsNameAndAdvice) {
     add();
     std::ofstream(folder() / "in-the-way") << "a file";
     QString said;
@@ -296,7 +296,7 @@ TEST_F(WorkbookTest, AFileThatCannotBeWrittenIsSaidWithItsNameAndWhatToDo) {
         said = box.text() + box.informativeText();
         QTest::keyClick(&box, Qt::Key_Enter);
     });
-    EXPECT_TRUE(said.contains("in-the-way") && said.contains("Choose another place")) << said.toStdString();
+    EXPECT_TRUE(said.contains("in-the-way") && said.contains("Choose another folder")) << said.toStdString();
     EXPECT_EQ(contents(folder() / "in-the-way"), "a file");
 }
 

@@ -1,4 +1,4 @@
-// Files of large results are written while the window lives, and nothing half-made is left by any stop.
+// Files of large results are written while the window responds, and no way of stopping leaves partial files.
 #include "apps/desktop/results/ExportDialog.h"
 #include "tests/apps/desktop/window/OpenWindow.h"
 #include "tests/host/results/Books.h"
@@ -54,7 +54,8 @@ protected:
     }
     std::filesystem::path place() const { return folder.path("out").toStdString(); }
 
-    /// Exports everything, does something after a while, and expects that this stops it and leaves no trace.
+    /// Exports everything, does something after a while, and expects that this stops the export without a
+    /// trace.
     void stops(const std::function<void()>& way, const char* into = "") {
         QElapsedTimer sinceStop;
         QTimer::singleShot(200, window.get(), [&] {
@@ -97,7 +98,7 @@ TEST_F(ExportTest, TheWindowRepaintsAndSaysWhichFileIsWritten) {
     EXPECT_EQ(window->workbook().unsaved(), 1) << "the chart";
 }
 
-TEST_F(ExportTest, WhatFailedIsNotSaidToBeWritten) {
+TEST_F(ExportTest, AFailureIsNotReportedAsWritten) {
     const QString file = folder.write("file", "in the way");
     QStringList said;
     QObject::connect(&window->workbook(), &Workbook::statusText,

@@ -1,5 +1,4 @@
-// Where the keyboard is: on the way through dialogs and back, and whether it is seen. And the window's
-// beginning.
+// The keyboard focus: on the way through dialogs and back, and whether it is visible. Also the start page.
 
 #include "tests/apps/desktop/Labels.h"
 #include "tests/apps/desktop/window/OpenWindow.h"
@@ -42,7 +41,7 @@ struct Focus : WindowTest {
     }
 };
 
-/// Run under window managers too: each has its own mind about what comes after a dialog.
+/// Also run under window managers, which differ in where they put the focus after a dialog.
 TEST_F(Focus, ReturnsToTheWindowThatHadIt) {
     specify();
     auto* tree = window->findChild<QTreeWidget*>();
@@ -55,11 +54,11 @@ TEST_F(Focus, ReturnsToTheWindowThatHadIt) {
         [&] { answering([&] { window->defineWeights(); }, ok); },
         [&] { answering([&] { window->computeVariable(); }, cancel); },
         [&] { answering([&] { window->askForFileAndOptions(); }, naming(example("aml.csv")), cancel); },
-        [&] { // one after the other, for a name without an ending that says a format
+        [&] { // one after the other, for a name without an extension
             answering([&] { window->workbook().exportOutputAction()->trigger(); },
                       naming(folder.path("out.xyz")), pressing(QMessageBox::Ok), cancel);
         },
-        [&] { // of the dialog itself, over which a window manager keeps it
+        [&] { // opened by the dialog itself, above which a window manager keeps it
             answering([&] { click("Select Cases"); },
                       [&](QDialog& dialog) {
                           EXPECT_EQ(dialog.parentWidget(), view());
@@ -68,7 +67,7 @@ TEST_F(Focus, ReturnsToTheWindowThatHadIt) {
         },
     };
     for (QWidget* before : std::initializer_list<QWidget*>{view(), window.get()}) {
-        if (before != view()) { // a window is brought to the front of its own dialog by the mouse alone
+        if (before != view()) { // a window above its own dialog gets the focus only by the mouse
             view()->hide();
             activate(*before);
             view()->setAttribute(Qt::WA_ShowWithoutActivating);
@@ -79,7 +78,7 @@ TEST_F(Focus, ReturnsToTheWindowThatHadIt) {
         for (const auto& way : ways) {
             way();
             EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::focusWidget() == focus; })) << &way - ways;
-            QTest::qWait(200); // nor does it go elsewhere then
+            QTest::qWait(200); // it does not move later either
             EXPECT_EQ(QApplication::focusWidget(), focus) << &way - ways;
         }
     }
@@ -89,7 +88,7 @@ TEST_F(Focus, InADialogLeavesTheWindowItsKeys) {
     specify();
     const auto* list = qobject_cast<QListView*>(view()->focusWidget());
     ASSERT_NE(list, nullptr);
-    EXPECT_EQ(list->selectionModel()->selectedIndexes().size(), 1) << "keys have something to go on";
+    EXPECT_EQ(list->selectionModel()->selectedIndexes().size(), 1) << "keys have something to act on";
     QTest::keyClick(view(), Qt::Key_Q, Qt::ControlModifier);
     EXPECT_FALSE(window->isVisible());
 }
@@ -110,7 +109,7 @@ TEST_F(Focus, ComesBackToTheFieldInADialogThatWasLeft) {
     escape();
     ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
     EXPECT_EQ(view()->focusWidget(), field("control1003")->focusProxy());
-    EXPECT_TRUE(filledIn()) << "what was filled in before is it still";
+    EXPECT_TRUE(filledIn()) << "what was filled in is still marked so";
     auto* other = field("control1002")->findChild<QComboBox*>();
     other->setFocus();
     other->lineEdit()->selectAll();
@@ -119,7 +118,7 @@ TEST_F(Focus, ComesBackToTheFieldInADialogThatWasLeft) {
     ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
     EXPECT_TRUE(says(*field("control1003"), "(filled in)")) << "also after an OK that failed on the other";
 
-    // A part of a field, too; and what was left with Cancel.
+    // Also to a part of a field, and in a dialog left by Cancel.
     view()->findChild<QListView*>("role1")->setFocus();
     escape();
     click("OK");
@@ -141,7 +140,7 @@ TEST_F(Focus, IsSeenInEveryListAlsoInAnEmptyOneAndOnAButton) {
         EXPECT_NE(with, list->grab().toImage()) << list->objectName().toStdString();
     }
     put(1001, ozm::VariableSelection{{3}, {4}});
-    // A selected row, which may fill all of the box, stands apart from the ring and is grey without it.
+    // A selected row, which may fill the box, is distinct from the ring, and grey without it.
     for (const char* name : {"role0", "role1"}) {
         auto* list = view()->findChild<QListView*>(name);
         list->setFocus();
@@ -164,7 +163,7 @@ TEST_F(Focus, IsSeenInEveryListAlsoInAnEmptyOneAndOnAButton) {
     }
     put(1002, 1.0);
     put(1003, 0.0);
-    click("OK"); // to a dialog that begins with a button
+    click("OK"); // to a dialog whose first control is a button
     activate(*view());
     auto* first = qobject_cast<QPushButton*>(view()->focusWidget());
     ASSERT_NE(first, nullptr);

@@ -1,5 +1,4 @@
-// Names and labels of any length: no window is made too wide by one, and those that begin alike are told
-// apart.
+// Names and labels of any length: none makes a window too wide, and those that begin alike can be told apart.
 
 #include "apps/desktop/text/ElidedLabel.h"
 #include "apps/desktop/text/FixedFont.h"

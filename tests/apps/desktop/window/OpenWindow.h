@@ -1,5 +1,5 @@
 #pragma once
-// The whole window with the survival module in it, and hands for it.
+// The whole window with the survival module in it, and helpers to operate it.
 
 #include "apps/desktop/dialogs/DialogView.h"
 #include "apps/desktop/results/Workbook.h"
@@ -20,7 +20,7 @@ protected:
 
     void SetUp() override { renew(); }
     void renew() {
-        window.reset(); // one analysis object at a time
+        window.reset(); // only one analysis object may exist
         window =
             std::make_unique<MainWindow>(loadAnalysis(findModules()), QString{}, folder.path("settings.ini"));
         window->show();
@@ -51,7 +51,7 @@ protected:
         EXPECT_TRUE(result.done) << result.reason;
     }
 
-    /// From the menu to the specification of the second analysis of the list, with its selections made.
+    /// Goes from the menu to the specification of the second analysis in the list, and fills it in.
     void specify(const ozm::VariableSelection& variables, double complete, double censored) {
         window->startAnalysis();
         ASSERT_EQ(title(), "Survival and Failure Time Analysis");

@@ -1,4 +1,4 @@
-// Results tell what they came from, in the window and on their way out of it.
+// Results say how they were made, in the window and when exported.
 
 #include "tests/apps/desktop/window/OpenWindow.h"
 
@@ -10,7 +10,7 @@ namespace {
 struct Origin : WindowTest {
     Workbook& workbook() { return window->workbook(); }
     QString line() { return workbook().findChild<QLabel*>("origin")->text(); }
-    /// What the dialog says of itself; empty when it says nothing.
+    /// The notice of the dialog; empty when there is none.
     QString notice() {
         auto* label = view()->findChild<QLabel*>("notice");
         return label->isVisible() ? label->text() : QString{};
@@ -47,7 +47,7 @@ TEST_F(Origin, EveryOutputShowsTheStateThatItsRunWasMadeFrom) {
         EXPECT_TRUE(isOfTheRun()) << place << ": " << line().toStdString();
     }
 
-    // What one button made with other settings says them; what another made is left as it is.
+    // Outputs that one button made with different settings name them; those of other buttons do not change.
     const int plot = workbook().currentOutput();
     EXPECT_FALSE(line().contains("Conf. Level")) << line().toStdString();
     put(1106, 0.8);
@@ -60,7 +60,7 @@ TEST_F(Origin, EveryOutputShowsTheStateThatItsRunWasMadeFrom) {
         EXPECT_TRUE(outputs->currentItem()->text(0).contains(level));
     }
 
-    // A run of other settings is another one, and leaves this one alone.
+    // A run with other settings is a separate one, and does not change this one.
     click("Cancel");
     click("OK");
     click("Survival times vs. cum. proportion surviving");
@@ -85,7 +85,7 @@ TEST_F(Origin, AResultsDialogSaysWhenItsResultsAreOfAnEarlierState) {
     const QSize room = page->size();
     change("trt = 2", "prior");
     QApplication::processEvents();
-    EXPECT_EQ(page->size(), room) << "the notice takes nothing away from the page";
+    EXPECT_EQ(page->size(), room) << "the notice takes no room from the page";
     EXPECT_TRUE(notice().contains("the selection of cases was changed since")) << notice().toStdString();
     change("trt = 2", "");
     EXPECT_TRUE(notice().contains("changed and the case weights were changed since"));

@@ -1,4 +1,5 @@
-// Where dialogs stand. Offscreen there is no window manager; under_window_manager.sh runs the same with one.
+// Where dialogs are placed. Offscreen there is no window manager; under_window_manager.sh runs the same tests
+// with one.
 
 #include "tests/apps/desktop/window/OpenWindow.h"
 
@@ -13,7 +14,7 @@ protected:
         WindowTest::SetUp();
         ASSERT_TRUE(window->openFile(example("veteran.csv")));
     }
-    /// Until the window manager has had its say.
+    /// Waits until the window manager has placed the windows.
     void settle() {
         ASSERT_NE(view(), nullptr);
         (void)QTest::qWaitForWindowExposed(view());
@@ -22,7 +23,7 @@ protected:
     static bool windowManager() { return QGuiApplication::platformName() == QStringLiteral("xcb"); }
     QRect frame() { return view()->windowHandle()->frameGeometry(); }
 
-    /// OK with codes that no case has: the dialog goes, a message stands, the dialog comes again.
+    /// OK with codes that no case has: the dialog closes, a message is shown, the dialog opens again.
     void okThatFails() {
         put(1001, ozm::VariableSelection{{3}, {4}});
         put(1002, 5.0);
@@ -64,12 +65,12 @@ TEST_F(PlacesTest, DialogsStayWhereTheyArePut) {
         settle();
         EXPECT_NE(view()->windowHandle()->frameMargins(), QMargins()) << "nothing decorates the windows";
     }
-    // First where they come up: nothing that was moved tells the toolkit of its frame there.
+    // First without moving: the toolkit does not know the frames of windows yet.
     for (const QPoint place : {QPoint(), QPoint(60, 70), QPoint(30, 110)}) {
         window->startAnalysis();
         settle();
         if (!place.isNull()) {
-            view()->windowHandle()->setFramePosition(place); // as the mouse would
+            view()->windowHandle()->setFramePosition(place); // like the mouse
             settle();
             EXPECT_LE((frame().topLeft() - place).manhattanLength(), 2);
         }
@@ -86,11 +87,11 @@ TEST_F(PlacesTest, ASizeThatWasGivenStays) {
     view()->resize(larger);
     settle();
     for (int round = 0; round < 2; ++round) {
-        // That it stands in need of more for a while is no wish of the user's.
+        // A size needed only for a while is not the user's choice.
         auto* callout = dynamic_cast<Callout*>(view()->findChild<QFrame*>("callout"));
         callout->showBeside(*button("OK"), QString("this is no number; ").repeated(9));
         ASSERT_NE(view()->size(), larger);
-        ASSERT_TRUE(window->openFile(example("aml.csv"))); // the analysis begins anew
+        ASSERT_TRUE(window->openFile(example("aml.csv"))); // the analysis starts again
         settle();
         EXPECT_EQ(view()->size(), larger);
     }

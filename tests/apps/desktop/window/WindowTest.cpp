@@ -1,5 +1,5 @@
-// The whole window, offscreen, with the survival module in it: what happens when something goes wrong on the
-// way to results, and what would be lost.
+// The whole window, offscreen, with the survival module in it: errors on the way to results, and warnings
+// about what would be lost.
 
 #include "apps/desktop/data/OpenOptionsDialog.h"
 #include "apps/desktop/data/VariableTableModel.h"
@@ -12,7 +12,7 @@
 namespace korvana::desktop {
 namespace {
 
-TEST_F(WindowTest, MessagesStandOverTheDialogWithWhatThisRunKnows) {
+TEST_F(WindowTest, MessagesAreShownOverTheDialogWithDetailsOfTheRun) {
     ASSERT_TRUE(window->openFile(example("veteran.csv")));
     specify({{3}, {4}}, 5, 6);
     const QString shown = boxOf([this] { click("OK"); });
@@ -22,7 +22,7 @@ TEST_F(WindowTest, MessagesStandOverTheDialogWithWhatThisRunKnows) {
     EXPECT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
 }
 
-TEST_F(WindowTest, OtherDataHalfWayKeepWhatTheyHaveByName) {
+TEST_F(WindowTest, OtherDataWhileAnAnalysisRunsKeepVariablesByName) {
     const QString other = folder.write("other.csv", "status,time\n1,3\n0,4\n1,5\n1,9\n");
     const QString elsewhere = folder.write("elsewhere.csv", "a,b,c\n1,3,1\n0,4,2\n1,5,3\n");
     const ozm::VariableSelection found{{2}, {1}};
@@ -37,7 +37,7 @@ TEST_F(WindowTest, OtherDataHalfWayKeepWhatTheyHaveByName) {
         ASSERT_TRUE(window->openFile(other));
         ASSERT_EQ(title(), "Product-Limit (Kaplan & Meier) Analysis");
         EXPECT_EQ(std::get<ozm::VariableSelection>(model().Value(1001)), found);
-        EXPECT_TRUE(std::isnan(std::get<double>(model().Value(1002)))) << "the codes are to be chosen again";
+        EXPECT_TRUE(std::isnan(std::get<double>(model().Value(1002)))) << "the codes have to be chosen again";
         put(1002, 1.0);
         put(1003, 0.0);
         click("OK");
@@ -48,7 +48,7 @@ TEST_F(WindowTest, OtherDataHalfWayKeepWhatTheyHaveByName) {
         click("Cancel");
         click("Cancel");
     }
-    // Other data after the end are no business of the analysis; its list opens on the entry chosen last.
+    // Opening data does not restart an analysis that has ended; its list opens on the entry chosen last.
     ASSERT_TRUE(window->openFile(example("aml.csv")));
     EXPECT_FALSE(runner().isActive());
     window->startAnalysis();
@@ -67,20 +67,20 @@ TEST_F(WindowTest, TheConfidenceLevelIsKeptFromRunToRun) {
     specify({{3}, {4}}, 1, 0);
     click("OK");
     EXPECT_EQ(std::get<double>(model().Value(1106)), 0.9);
-    // Told, and put right, once it is used.
+    // An invalid level is reported, and reset, once it is used.
     put(1106, 1.5);
     EXPECT_TRUE(
         boxOf([this] { click("Survival curve of all observations"); }).contains("The level given was 1.5"));
     EXPECT_EQ(std::get<double>(model().Value(1106)), 0.95);
 }
 
-TEST_F(WindowTest, AFileThatIsNotThereIsToldAndTheDataStay) {
+TEST_F(WindowTest, AMissingFileIsReportedAndTheDataStay) {
     ASSERT_TRUE(window->openFile(example("aml.csv")));
     const QString shown = boxOf([this] { EXPECT_FALSE(window->openFile(folder.path("gone.csv"))); });
     EXPECT_TRUE(shown.contains("gone.csv")) << shown.toStdString();
     EXPECT_EQ(runner().data().dataSet().caseCount(), 23);
 
-    // What options decide can be said then and there.
+    // If other options may help, they can be chosen at once.
     const QString marks = folder.write("marks.csv", "time;score\n850;61,5\n12;60.2\n");
     answering([&] { EXPECT_TRUE(window->openFile(marks)); },
               [](QMessageBox& box) {
@@ -95,7 +95,7 @@ TEST_F(WindowTest, AFileThatIsNotThereIsToldAndTheDataStay) {
               });
     EXPECT_EQ(runner().data().dataSet().caseCount(), 2);
 
-    // So can what was read, and may be meant otherwise.
+    // A file that was read, but may have been meant differently, comes with a note.
     ASSERT_TRUE(window->openFile(folder.write("first.csv", "\"a,b\",x,1\n1,2,3\n")));
     const QString note = window->statusBar()->currentMessage();
     EXPECT_TRUE(note.contains("(File, Open With Options)")) << note.toStdString();
@@ -125,7 +125,7 @@ TEST_F(WindowTest, ClosingAsksWhatWouldBeLost) {
     });
     EXPECT_TRUE(QFile::exists(folder.path("saved/report.html")));
     window->show();
-    EXPECT_TRUE(window->close()); // nothing to lose any more
+    EXPECT_TRUE(window->close()); // nothing left to lose
     window->show();
     computeAndClose(true, pressing(QMessageBox::Discard));
 }
@@ -137,11 +137,12 @@ TEST_F(WindowTest, EditsOfLabelsAreNotLostUnasked) {
     const auto openOther = [this] { return window->openFile(example("aml.csv")); };
     answering([&] { EXPECT_FALSE(openOther()); }, pressing(QMessageBox::Cancel));
     EXPECT_EQ(window->windowTitle(), "veteran.csv - Korvana");
-    EXPECT_TRUE(boxOf([&] { window->close(); }).contains("Labels or codes that you edited hold"));
+    EXPECT_TRUE(boxOf([&] { window->close(); }).contains("Labels or codes that you edited exist only"));
     answering([&] { EXPECT_TRUE(openOther()); }, pressing(QMessageBox::Discard));
     EXPECT_TRUE(window->openFile(example("veteran.csv"))); // nothing was edited since
     runner().data().define(Definition{"logtime", "log(time)"});
-    EXPECT_TRUE(boxOf([&] { window->close(); }).contains("One variable that you computed (logtime) holds"));
+    EXPECT_TRUE(
+        boxOf([&] { window->close(); }).contains("One variable that you computed (logtime) exists only"));
     runner().data().undefine(runner().data().dataSet().variableCount() - 1);
     EXPECT_TRUE(window->close());
 }
@@ -211,7 +212,7 @@ TEST_F(LongRunTest, LeavingStopsItFirst) {
         ASSERT_TRUE(whileComputing([&] {
             EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "a request to close would be dropped";
             leave();
-            EXPECT_TRUE(window->isVisible()) << "not below its own computation";
+            EXPECT_TRUE(window->isVisible()) << "not during its own computation";
         }));
         QApplication::processEvents();
         EXPECT_FALSE(runner().isBusy());
@@ -221,7 +222,7 @@ TEST_F(LongRunTest, LeavingStopsItFirst) {
     }
 }
 
-TEST(Program, ASignalEndsItAsItEndsOtherProgramsAndALimitToFilesDoesNot) {
+TEST(Program, ASignalEndsItWithTheUsualExitCodeAndALimitOnFilesDoesNot) {
     for (const auto& [number, limited] :
          {std::pair{SIGTERM, false}, {SIGHUP, false}, {SIGINT, false}, {SIGTERM, true}}) {
         const Folder home;

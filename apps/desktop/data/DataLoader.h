@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <memory>
 #include <optional>
 #include <thread>
@@ -76,7 +77,7 @@ bool openDataFile(ActiveData& data, const QString& path, ReadFault* fault, QWidg
 /// The filter of file dialogs for data files.
 QString dataFileFilter();
 
-/// The first local file among what is dragged over the window; empty if there is none.
-QString droppedFile(const QMimeData* mime);
+/// The local files among what is dragged over the window.
+QStringList droppedFiles(const QMimeData* mime);
 
 } // namespace korvana::desktop

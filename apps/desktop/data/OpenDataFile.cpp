@@ -1,8 +1,8 @@
 #include "apps/desktop/BusyWait.h"
 #include "apps/desktop/data/DataLoader.h"
+#include "apps/desktop/text/BoxTexts.h"
 
 #include <QFileInfo>
-#include <QLabel>
 #include <QLocale>
 #include <QMessageBox>
 #include <QMimeData>
@@ -18,9 +18,8 @@ namespace {
 std::optional<DateOrder> askDateOrder(const QString& why, const std::vector<DateOrder>& orders,
                                       QWidget* parent) {
     QMessageBox box(QMessageBox::Question, QObject::tr("Open"), why, QMessageBox::Cancel, parent);
-    for (QLabel* label : box.findChildren<QLabel*>())
-        label->setTextFormat(Qt::PlainText); // names of the data may look like markup
     box.setInformativeText(QObject::tr("In which order are dates written in the file?"));
+    quoteSafely(box);
     std::vector<std::pair<QAbstractButton*, DateOrder>> choices;
     for (const DateOrder order : orders) {
         const QString text = order == DateOrder::DayMonthYear   ? QObject::tr("&Day, month, year")
@@ -89,11 +88,12 @@ QString dataFileFilter() {
     return QObject::tr("Data files (*.csv *.tsv *.tab *.txt *.dat *.gz);;All files (*)");
 }
 
-QString droppedFile(const QMimeData* mime) {
-    if (mime == nullptr) return {};
+QStringList droppedFiles(const QMimeData* mime) {
+    QStringList files;
+    if (mime == nullptr) return files;
     for (const QUrl& url : mime->urls())
-        if (url.isLocalFile()) return url.toLocalFile();
-    return {};
+        if (url.isLocalFile()) files += url.toLocalFile();
+    return files;
 }
 
 } // namespace korvana::desktop

@@ -16,6 +16,7 @@
 #include <QVBoxLayout>
 
 #include "apps/desktop/results/OutputExport.h"
+#include "apps/desktop/text/BoxTexts.h"
 
 namespace korvana::desktop {
 namespace {
@@ -132,8 +133,7 @@ bool ExportDialog::mayReplace() {
     QMessageBox box(QMessageBox::Warning, windowTitle(), what.join(QLatin1Char('\n')), QMessageBox::Cancel,
                     this);
     box.setInformativeText(lists.join(QStringLiteral("\n\n")));
-    for (QLabel* label : box.findChildren<QLabel*>())
-        label->setTextFormat(Qt::PlainText);
+    quoteSafely(box);
     QPushButton* replace = box.addButton(tr("&Replace"), QMessageBox::AcceptRole);
     box.setDefaultButton(QMessageBox::Cancel);
     box.exec();

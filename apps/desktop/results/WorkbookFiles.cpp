@@ -24,6 +24,7 @@
 #include "apps/desktop/results/Printing.h"
 #include "apps/desktop/results/ReportView.h"
 #include "apps/desktop/results/Workbook.h"
+#include "apps/desktop/text/BoxTexts.h"
 
 namespace korvana::desktop {
 namespace {
@@ -57,8 +58,7 @@ QString unknownEnding(const QString& target, const std::vector<OutputFormat>& fo
 
 void Workbook::showProblem(const QString& text) {
     QMessageBox box(QMessageBox::Warning, tr("Results"), text, QMessageBox::Ok, this);
-    box.setTextFormat(Qt::PlainText);
-    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    quoteSafely(box);
     box.exec();
 }
 

@@ -14,8 +14,8 @@ constexpr QChar chance{0x200B}; ///< has no width, and a line may end there
 
 } // namespace
 
-QString breakable(const QString& text) {
-    static const QRegularExpression longWord(QStringLiteral("\\S{21,}"));
+QString breakable(const QString& text, int longest) {
+    const QRegularExpression longWord(QStringLiteral("\\S{%1,}").arg(longest + 1));
     static const QRegularExpression letter(QStringLiteral("(\\X)(?=\\S)"));
     QString broken = text;
     qsizetype more = 0;
@@ -27,6 +27,10 @@ QString breakable(const QString& text) {
         more += pieces.size() - word.capturedLength();
     }
     return broken;
+}
+
+QString unbroken(QString text) {
+    return text.remove(chance);
 }
 
 QString withShortWords(const QString& text) {
@@ -46,7 +50,7 @@ void WrappedLabel::setText(const QString& text) {
 }
 
 QString WrappedLabel::selected() const {
-    return selectedText().remove(chance);
+    return unbroken(selectedText());
 }
 
 void WrappedLabel::keyPressEvent(QKeyEvent* event) {

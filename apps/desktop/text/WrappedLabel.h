@@ -6,7 +6,11 @@ namespace korvana::desktop {
 
 /// The text with places to break added to its very long words (names of variables can be such); otherwise
 /// they would set how narrow a window can be. For display only: see `WrappedLabel`.
-[[nodiscard]] QString breakable(const QString& text);
+[[nodiscard]] /// @param longest  characters of a word that is left whole
+QString
+breakable(const QString& text, int longest = 20);
+/// The text without these places.
+QString unbroken(QString text);
 
 /// The text with words of more than some sixty characters shortened in the middle.
 [[nodiscard]] QString withShortWords(const QString& text);

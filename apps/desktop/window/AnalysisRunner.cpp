@@ -2,12 +2,12 @@
 
 #include "apps/desktop/dialogs/ControlField.h"
 #include "apps/desktop/dialogs/DialogView.h"
+#include "apps/desktop/text/BoxTexts.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFormLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QMessageBox>
@@ -214,17 +214,16 @@ ozm::MessageButton AnalysisRunner::showMessage(const ResultMessage& message,
     if (message.id != 0)
         more += (more.isEmpty() ? QString{} : QStringLiteral("\n\n")) + tr("Message %1").arg(message.id);
     box.setInformativeText(more);
-    // A message quotes names and labels of the data, which may look like markup.
-    for (QLabel* label : box.findChildren<QLabel*>())
-        label->setTextFormat(Qt::PlainText);
-    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    quoteSafely(box);
     box.exec();
     return ozm::ButtonOk;
 }
 
 bool AnalysisRunner::ask(const ResultMessage& question, ozm::CAnalysisDialog* /*window*/) {
-    return QMessageBox::question(boxParent(), fromView(session_.book().analysis),
-                                 fromView(question.text).trimmed()) == QMessageBox::Yes;
+    QMessageBox box(QMessageBox::Question, fromView(session_.book().analysis),
+                    fromView(question.text).trimmed(), QMessageBox::Yes | QMessageBox::No, boxParent());
+    quoteSafely(box);
+    return box.exec() == QMessageBox::Yes;
 }
 
 void AnalysisRunner::runModal(ozm::CAnalysisModalDialog& dialog) {

@@ -1,9 +1,9 @@
 #include "apps/desktop/window/Leaving.h"
 
 #include "apps/desktop/results/Workbook.h"
+#include "apps/desktop/text/BoxTexts.h"
 
 #include <QCoreApplication>
-#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStringList>
@@ -36,8 +36,7 @@ QMessageBox::StandardButton ask(QWidget& window, const QString& question, const 
                                 QMessageBox::StandardButtons buttons, const QString& discard) {
     QMessageBox box(QMessageBox::Warning, say("Korvana"), question, buttons, &window);
     box.setInformativeText(why);
-    for (QLabel* label : box.findChildren<QLabel*>())
-        label->setTextFormat(Qt::PlainText);
+    quoteSafely(box);
     if (auto* save = box.button(QMessageBox::Save)) save->setText(say("&Export Results..."));
     box.button(QMessageBox::Discard)->setText(discard);
     box.setDefaultButton(buttons.testFlag(QMessageBox::Save) ? QMessageBox::Save : QMessageBox::Cancel);

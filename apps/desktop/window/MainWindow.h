@@ -62,6 +62,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    void openDropped(const QStringList& paths);
 
 private:
     void buildMenus(const QString& noAnalysis);

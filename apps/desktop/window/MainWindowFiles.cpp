@@ -2,6 +2,7 @@
 #include "apps/desktop/data/DataLoader.h"
 #include "apps/desktop/data/GridText.h"
 #include "apps/desktop/data/OpenOptionsDialog.h"
+#include "apps/desktop/text/BoxTexts.h"
 #include "apps/desktop/window/AnalysisRunner.h"
 #include "apps/desktop/window/MainWindow.h"
 
@@ -19,8 +20,7 @@ namespace {
 bool triesOptions(const ReadFault& fault, bool mayHelp, QWidget* parent) {
     QMessageBox box(QMessageBox::Warning, MainWindow::tr("Open Data File"), fault.text, QMessageBox::Ok,
                     parent);
-    box.setTextFormat(Qt::PlainText);
-    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    quoteSafely(box);
     const QPushButton* options =
         mayHelp ? box.addButton(MainWindow::tr("Open &With Options..."), QMessageBox::ActionRole) : nullptr;
     box.exec();
@@ -81,14 +81,31 @@ bool MainWindow::openFirst() {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (!runner_->isBusy() && !droppedFile(event->mimeData()).isEmpty()) event->acceptProposedAction();
+    if (runner_->isBusy() || droppedFiles(event->mimeData()).isEmpty()) return;
+    event->setDropAction(Qt::CopyAction); // the file stays where it is
+    event->accept();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
-    const QString path = droppedFile(event->mimeData());
-    if (path.isEmpty()) return;
-    event->acceptProposedAction();
-    openFile(path);
+    const QStringList paths = droppedFiles(event->mimeData());
+    if (paths.isEmpty()) return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    // Later, since the program that the files were dragged from waits for this function to return.
+    QMetaObject::invokeMethod(
+        this, [this, paths] { openDropped(paths); }, Qt::QueuedConnection);
+}
+
+void MainWindow::openDropped(const QStringList& paths) {
+    if (paths.size() == 1) {
+        openFile(paths.front());
+        return;
+    }
+    QMessageBox box(QMessageBox::Warning, tr("Open Data File"),
+                    tr("%1 files were dropped, but only one data file can be open. Drop a single file.")
+                        .arg(paths.size()),
+                    QMessageBox::Ok, front());
+    box.exec();
 }
 
 } // namespace korvana::desktop

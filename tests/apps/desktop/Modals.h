@@ -1,6 +1,8 @@
 #pragma once
 // Helpers for modal windows: answers to those that an action opens, and an end to unanswered ones.
 
+#include "apps/desktop/text/WrappedLabel.h"
+
 #include <QtTest>
 #include <QtWidgets>
 
@@ -9,6 +11,11 @@
 #include <gtest/gtest.h>
 
 namespace korvana::desktop {
+
+/// What a message box says.
+inline QString textOf(const QMessageBox& box) {
+    return unbroken(box.text() + QLatin1Char('\n') + box.informativeText());
+}
 
 /// While it lives, closes every modal window that has been open for too long, and fails the test that left it
 /// open, with the text of the window.
@@ -31,7 +38,7 @@ private:
         const auto* box = qobject_cast<QMessageBox*>(window);
         ADD_FAILURE() << "nobody answered " << window->metaObject()->className() << " '"
                       << window->windowTitle().toStdString() << "' "
-                      << (box == nullptr ? "" : (box->text() + ' ' + box->informativeText()).toStdString());
+                      << (box == nullptr ? "" : textOf(*box).toStdString());
         for (QWidget* each : QApplication::topLevelWidgets()) {
             if (!each->isModal() || !each->isVisible()) continue;
             if (auto* dialog = qobject_cast<QDialog*>(each))
@@ -106,7 +113,7 @@ inline auto naming(const QString& path) {
 inline QString boxOf(const std::function<void()>& action) {
     QString shown;
     answering(action, [&shown](QMessageBox& box) {
-        shown = box.text() + QLatin1Char('\n') + box.informativeText();
+        shown = textOf(box);
         box.accept();
     });
     return shown;

@@ -123,7 +123,7 @@ TEST(OpenDataFile, TheOrderOfDatesIsAskedForIfAmbiguous) {
         bool read = false;
         answering([&] { read = openDataFile(data, file, &fault); },
                   [&](QMessageBox& box) {
-                      EXPECT_TRUE(box.text().contains("begin")) << box.text().toStdString();
+                      EXPECT_TRUE(textOf(box).contains("begin")) << textOf(box).toStdString();
                       for (QAbstractButton* button : box.buttons())
                           if (button->text().remove('&').startsWith(answer)) button->click();
                   });

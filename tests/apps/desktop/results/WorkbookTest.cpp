@@ -253,7 +253,7 @@ TEST_F(WorkbookTest, OneOutputIsExportedInTheFormatOfItsEnding) {
     workbook_.showOutput(run, 1);
     QString said;
     const auto read = [&said](QMessageBox& box) {
-        said = box.text();
+        said = textOf(box);
         QTest::keyClick(&box, Qt::Key_Enter);
     };
     answering([this] { workbook_.exportOutputAction()->trigger(); }, naming(folder_.filePath("mine.dat")),
@@ -278,7 +278,7 @@ TEST_F(WorkbookTest, NothingIsReplacedUnasked) {
     exportRunTo(
         "",
         [&](QMessageBox& box) {
-            said = box.text() + box.informativeText();
+            said = textOf(box);
             escape(box);
         },
         escape);
@@ -293,7 +293,7 @@ TEST_F(WorkbookTest, AFileThatCannotBeWrittenIsReportedWithItsNameAndAdvice) {
     std::ofstream(folder() / "in-the-way") << "a file";
     QString said;
     exportRunTo("in-the-way", [&said](QMessageBox& box) {
-        said = box.text() + box.informativeText();
+        said = textOf(box);
         QTest::keyClick(&box, Qt::Key_Enter);
     });
     EXPECT_TRUE(said.contains("in-the-way") && said.contains("Choose another folder")) << said.toStdString();

@@ -79,6 +79,31 @@ TEST_F(LongNames, MakeNoWindowTooWide) {
     EXPECT_TRUE(QFontInfo(fixedFont()).fixedPitch()) << "also where no font is installed";
 }
 
+TEST_F(LongNames, FitMessageBoxesAndAreCopiedFromThem) {
+    const QString path = folder.path(QString(200, 'x') + "/gone.csv");
+    answering([&] { EXPECT_FALSE(window->openFile(path)); },
+              [&](QMessageBox& box) {
+                  fits(box);
+                  auto* text = box.findChild<QLabel*>("qt_msgbox_label");
+                  text->setSelection(0, static_cast<int>(text->text().size()));
+                  QTest::keyClick(text, Qt::Key_C, Qt::ControlModifier);
+                  EXPECT_TRUE(QApplication::clipboard()->text().contains(path));
+                  box.accept();
+              });
+    window->startAnalysis();
+    put(180, 1);
+    click("OK");
+    put(1001, ozm::VariableSelection{{1}, {2}});
+    put(1002, 5.0);
+    put(1003, 6.0);
+    answering([&] { click("OK"); },
+              [&](QMessageBox& box) {
+                  EXPECT_TRUE(textOf(box).contains(named('s'))) << textOf(box).toStdString();
+                  fits(box);
+                  box.accept();
+              });
+}
+
 TEST_F(LongNames, AreCopiedAsTheyAre) {
     WrappedLabel label;
     const QString text = "read from " + QString::fromLatin1(named('x')) + " alone";

@@ -84,8 +84,8 @@ TEST_F(WindowTest, AMissingFileIsReportedAndTheDataStay) {
     const QString marks = folder.write("marks.csv", "time;score\n850;61,5\n12;60.2\n");
     answering([&] { EXPECT_TRUE(window->openFile(marks)); },
               [](QMessageBox& box) {
-                  EXPECT_TRUE(box.text().contains("(File, Open With Options)")) << box.text().toStdString();
-                  EXPECT_FALSE(box.text().contains("--")) << "an option of the command line";
+                  EXPECT_TRUE(textOf(box).contains("(File, Open With Options)")) << textOf(box).toStdString();
+                  EXPECT_FALSE(textOf(box).contains("--")) << "an option of the command line";
                   ASSERT_EQ(box.buttons().size(), 2);
                   box.buttons().back()->click();
               },
@@ -99,6 +99,34 @@ TEST_F(WindowTest, AMissingFileIsReportedAndTheDataStay) {
     ASSERT_TRUE(window->openFile(folder.write("first.csv", "\"a,b\",x,1\n1,2,3\n")));
     const QString note = window->statusBar()->currentMessage();
     EXPECT_TRUE(note.contains("(File, Open With Options)")) << note.toStdString();
+}
+
+TEST_F(WindowTest, ADroppedFileIsOpenedAndWhatCannotBeIsExplained) {
+    const auto drop = [this](const QList<QUrl>& urls) {
+        QMimeData data;
+        data.setUrls(urls);
+        const QPoint at = window->rect().center();
+        QDragEnterEvent enter(at, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(window.get(), &enter);
+        if (!enter.isAccepted()) return false;
+        QDropEvent event(at, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+        event.setDropAction(Qt::MoveAction);
+        QApplication::sendEvent(window.get(), &event);
+        EXPECT_EQ(event.dropAction(), Qt::CopyAction) << "a move would let the other program delete the file";
+        QApplication::processEvents();
+        return event.isAccepted();
+    };
+    const auto cases = [this] { return runner().data().dataSet().caseCount(); };
+    const QUrl aml = QUrl::fromLocalFile(example("aml.csv"));
+    const QUrl veteran = QUrl::fromLocalFile(example("veteran.csv"));
+    EXPECT_TRUE(drop({aml}));
+    EXPECT_EQ(cases(), 23);
+    EXPECT_TRUE(boxOf([&] { drop({veteran, aml}); }).contains("Drop a single file"));
+    EXPECT_TRUE(boxOf([&] { drop({QUrl::fromLocalFile(folder.path(""))}); }).contains(folder.path("")));
+    EXPECT_FALSE(drop({QUrl("https://example.org/veteran.csv")}));
+    EXPECT_FALSE(drop({}));
+    EXPECT_EQ(cases(), 23);
+    EXPECT_EQ(window->windowTitle(), "aml.csv - Korvana");
 }
 
 TEST_F(WindowTest, WithoutAModuleItShowsData) {

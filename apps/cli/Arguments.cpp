@@ -204,8 +204,8 @@ private:
             written += " " + given_[at];
         }
         const std::string name = nameOf(*after_);
-        throw UsageError(name + " " + written + ": a list has no blanks, or stands in quotes; write " + name +
-                         " " + list);
+        throw UsageError(name + " " + written + ": write a list without blanks, or in quotes: " + name + " " +
+                         list);
     }
 
     /// Gives the loose words to the positional options, or says which is too many.
@@ -221,7 +221,7 @@ private:
         for (const Loose& each : loose_)
             if (each.option)
                 throw UsageError("'" + each.word +
-                                 "' stands behind --, where everything is a file; options stand before it: " +
+                                 "' comes after --, where everything is a file; put options before it: " +
                                  app_.get_name() + " OPTIONS -- FILE");
         // The word to complain about: one after an option's value if there is one, else the second file.
         std::size_t stranger = 1;
@@ -237,15 +237,14 @@ private:
         if (wrong.after != nullptr) {
             const std::string name = nameOf(*wrong.after);
             if (isList(*wrong.after))
-                throw UsageError(
-                    "'" + wrong.word + "' behind " + name + " " + wrong.value +
-                    " belongs to nothing; several names are separated by commas without blanks: " + name +
-                    " " + wrong.value + "," + wrong.word);
+                throw UsageError("'" + wrong.word + "' after " + name + " " + wrong.value +
+                                 " belongs to no option; separate several names by commas without blanks: " +
+                                 name + " " + wrong.value + "," + wrong.word);
             std::string whole = wrong.value;
             for (std::size_t i = wrong.place; i < given_.size() && !given_[i].starts_with("--"); ++i)
                 whole += " " + given_[i];
-            throw UsageError("'" + wrong.word + "' behind " + name + " " + wrong.value +
-                             " belongs to nothing; a value with blanks stands in quotes: " + name + " \"" +
+            throw UsageError("'" + wrong.word + "' after " + name + " " + wrong.value +
+                             " belongs to no option; put a value with blanks in quotes: " + name + " \"" +
                              whole + "\"");
         }
         if (noneTaken) throw UsageError("'" + wrong.word + "' is one argument too many: it takes none", true);
@@ -255,8 +254,8 @@ private:
             throw UsageError(tooMany + app_.get_name() + " takes one file: " + app_.get_name() +
                              " OPTIONS -- FILE");
         throw UsageError(
-            tooMany + "several names of one option are separated by commas without blanks, and a value with "
-                      "blanks stands in quotes");
+            tooMany + "separate several names of one option by commas without blanks, and put a value with "
+                      "blanks in quotes");
     }
 
     const CLI::App& app_;

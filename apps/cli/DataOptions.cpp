@@ -86,7 +86,7 @@ private:
             const std::string one = numberText(data.variable(variable).missingCode);
             const std::string recoded = definitionText(
                 {name + "_2", "if(" + here + " = " + numberText(*value) + ", " + one + ", " + here + ")"});
-            throw UsageError("--missing: '" + name + "' has one missing-data code, not two (" +
+            throw UsageError("--missing: '" + name + "' can have one missing-data code, not two (" +
                              before->second + " and " + entry.code +
                              "); make them one in a new variable, and take that instead: " + "--define \"" +
                              recoded + "\" --missing \"" + name + "_2=" + one + "\"");
@@ -133,7 +133,8 @@ void DataOptions::declare(CLI::App& app) {
     app.add_option("--weight", weight_, "take a case of weight w >= 2 ceil(w) times, any other once")
         ->type_name("V")
         ->group(group);
-    app.add_option("--missing", missing_, "a value of a variable that means no value; may be repeated")
+    app.add_option("--missing", missing_,
+                   "a number that stands for a missing value of a variable; may be repeated")
         ->type_name("V=CODE")
         ->allow_extra_args(false)
         ->expected(1)

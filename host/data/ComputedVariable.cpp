@@ -82,7 +82,7 @@ std::string noteOf(const DataSet& data, const Definition& definition, const Outc
     note.append(" ")
         .append(std::to_string(outcome.notFinite))
         .append(outcome.notFinite == 1 ? " case has" : " cases have")
-        .append(" no finite value by it and so a missing one: ")
+        .append(" no finite result, which counts as missing: ")
         .append(outcome.notFinite == 1 ? "case " : "first case ")
         .append(std::to_string(outcome.firstNotFinite + 1));
     if (data.hasCaseNames())
@@ -114,8 +114,7 @@ Definition readDefinition(std::string_view text) {
         refuseName(found.name, "a name with blanks or signs belongs in backquotes (`...`)");
     found.expression = trimmed(rest.substr(1));
     if (found.expression.empty())
-        throw DataError(
-            std::string("nothing stands behind '").append(found.name).append(" ='; ").append(form));
+        throw DataError(std::string("nothing follows '").append(found.name).append(" ='; ").append(form));
     return found;
 }
 

@@ -64,7 +64,7 @@ int DataSet::require(std::string_view nameOrNumber1) const {
     std::string text(ambiguous ? "several variables differ from '" : "there is no variable '");
     text.append(nameOrNumber1);
     if (ambiguous) {
-        text.append("' in capital letters only; write the name as it stands in the data");
+        text.append("' only in capital letters; write the name as it is in the data");
     } else {
         text.append("'").append(didYouMean(nearestNames(nameOrNumber1)));
         if (variableCount() == 1)

@@ -94,7 +94,7 @@ std::optional<char> readSeparatorLine(std::string_view text, bool told, const st
         throw DataError(
             file, 1, 0,
             "the line '" + brief(line) +
-                "' is to name the sign between the cells, such as sep=; and does not; correct it, or "
+                "' should name the sign between the cells, such as sep=; but does not; correct it, or "
                 "say which sign it is (--separator)");
     }
     format.begin = feed + 1;

@@ -63,9 +63,9 @@ public:
         if (!anyDate) return;
         for (std::size_t i = 0; i < tokens_.size(); ++i) {
             if (tokens_[i].kind == TokenKind::Date && isFactor(i))
-                fail(i,
-                     "a date is no factor; put blanks around the signs to subtract, or the difference of two "
-                     "dates in parentheses");
+                fail(i, "a date cannot be a factor; put blanks around the signs to subtract, or the "
+                        "difference of two "
+                        "dates in parentheses");
             if (isDateInPieces(i))
                 fail(i, std::string(dateIsWritten) +
                             ", without blanks; if this is to be calculated, put a part of it in parentheses");

@@ -97,7 +97,7 @@ private:
         default:
             break;
         }
-        fail(token.position, "a variable, a number or ( should stand here");
+        fail(token.position, "a variable, a number or ( is expected here");
     }
 
     void takeSigns() {
@@ -137,7 +137,7 @@ private:
         case TokenKind::Close:
             return closeLevel();
         default:
-            fail(token.position, "an operator such as = or 'and' should stand here");
+            fail(token.position, "an operator such as = or 'and' is expected here");
         }
     }
 
@@ -255,7 +255,7 @@ private:
         }
         std::string what(ambiguous ? "several variables differ from '" : "there is no variable '");
         what.append(token.text)
-            .append(ambiguous ? "' in capital letters only; write the name as it stands" : "'");
+            .append(ambiguous ? "' only in capital letters; write the name as it is in the data" : "'");
         if (!ambiguous) what.append(didYouMean(nearestOf(token.text, names, 3)));
         if (!ambiguous && token.kind == TokenKind::Name)
             what.append("; a text to compare with belongs in quotes ('...')");

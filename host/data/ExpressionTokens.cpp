@@ -89,7 +89,7 @@ private:
         }
         const NumberText number = readNumber(text_.substr(at_, end - at_));
         if (number.form == NumberForm::TooBig) fail("this number is too big");
-        if (number.form == NumberForm::None) fail("this is no number");
+        if (number.form == NumberForm::None) fail("this is not a number");
         if (end < text_.size() && continuesName(text_[end])) {
             fail("a number and a name run together; put a sign such as * between them, or the name in "
                  "backquotes (`...`)");

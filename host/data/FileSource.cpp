@@ -139,7 +139,7 @@ void FileSource::refuse(int error) const {
         throw DataError(name_, 0, 0, "there is no such file; check the name and the folder");
     case EACCES:
     case EPERM:
-        throw DataError(name_, 0, 0, "the file may not be read; check its permissions");
+        throw DataError(name_, 0, 0, "there is no permission to read the file; check its permissions");
     default:
         throw DataError(name_, 0, 0, std::string("the file cannot be read: ") + std::strerror(error));
     }

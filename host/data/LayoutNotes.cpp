@@ -72,7 +72,7 @@ void noteEncoding(const DelimitedTable& table, ByteSource& source, std::vector<s
              begin = std::min(end, text.size() - 1) + 1, ++line) {
             if (isUtf8(std::string_view(text).substr(begin, end - begin))) continue;
             notes.push_back("line " + std::to_string(line) +
-                            " of the file is no valid UTF-8; texts that are not are read as Windows-1252 "
+                            " of the file is not valid UTF-8; such texts are read as Windows-1252 "
                             "(Western European): save the file as UTF-8 if they look wrong");
             return;
         }

@@ -33,7 +33,7 @@ std::vector<std::string> variableNames(const std::vector<std::string>& header, s
             if (!names[i].empty()) {
                 notes.emplace_back("the name '")
                     .append(base)
-                    .append("' stands twice in the header; variable ")
+                    .append("' occurs twice in the header; variable ")
                     .append(number)
                     .append(" is called '")
                     .append(name)

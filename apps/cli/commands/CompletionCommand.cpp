@@ -13,7 +13,7 @@ public:
         app.add_option("SHELL", shell_,
                        "bash, zsh or fish: the script that makes this shell complete commands and "
                        "options; manual: the manual page; variables: the names of the variables "
-                       "in a data file, one a line")
+                       "in a data file, one per line")
             ->type_name("");
         app.add_option("DATA", data_, "the data file, for variables")->type_name("");
         app.footer("Example: korvana completion bash > ~/.local/share/bash-completion/completions/korvana");

@@ -89,9 +89,10 @@ TEST_F(UsageTest, EveryOptionSaysWhatItLacksOrHasTooMuch) {
 TEST_F(UsageTest, WordsThatTheShellTookApartArePutTogether) {
     refuses("kaplan-meier",
             {{"little.csv --time start, stop --censor status",
-              "--time start, stop: a list has no blanks, or stands in quotes; write --time start,stop"},
-             {"--time start ,stop little.csv", "write --time start,stop"},
-             {"--time weeks status little.csv", "'status' behind --time weeks belongs to nothing"},
+              "--time start, stop: write a list without blanks, or in quotes: --time start,stop"},
+             {"--time start ,stop little.csv",
+              "--time start ,stop: write a list without blanks, or in quotes: --time start,stop"},
+             {"--time weeks status little.csv", "'status' after --time weeks belongs to no option"},
              {"little.csv --select weeks = 3 --quiet", "--select \"weeks = 3\""},
              {"little.csv --time start --time stop", "start,stop: time variables: one"}});
 }
@@ -102,7 +103,7 @@ TEST_F(UsageTest, WhatFollowsTwoHyphensIsAFile) {
     EXPECT_TRUE(has(run("info --json -- -x.csv").out, "\"cases\": 1"));
     refuses("info", {{"-x.csv", "for the file of this name write ./-x.csv"},
                      {"-- --json", "--json: there is no such file"},
-                     {"-- -x.csv --json", "'--json' stands behind --"}});
+                     {"-- -x.csv --json", "'--json' comes after --"}});
 }
 
 TEST_F(UsageTest, ValuesStandBehindABlankOrASign) {

@@ -56,11 +56,12 @@ TEST(ComputedVariable, WhatHasNoFiniteValueIsMissingAndTold) {
     DataSet data = patients();
     EXPECT_TRUE(defined(data, "r = 1 / `white cells`").find(" - 0.25 -") != std::string::npos) << dump(data);
     ASSERT_EQ(data.notes().size(), 1U);
-    EXPECT_EQ(data.notes()[0], "Computed: r = 1 / `white cells`. 1 case has no finite value by it and so a "
-                               "missing one: case 2 (Bob).");
+    EXPECT_EQ(data.notes()[0],
+              "Computed: r = 1 / `white cells`. 1 case has no finite result, which counts as "
+              "missing: case 2 (Bob).");
     defined(data, "`a b` = log(`white cells` - 4)");
-    EXPECT_EQ(data.notes()[1], "Computed: `a b` = log(`white cells` - 4). 3 cases have no finite value by it "
-                               "and so a missing one: first case 1 (Ann).");
+    EXPECT_EQ(data.notes()[1], "Computed: `a b` = log(`white cells` - 4). 3 cases have no finite result, "
+                               "which counts as missing: first case 1 (Ann).");
 }
 
 TEST(ComputedVariable, WhatIsWrongIsNamedAndChangesNothing) {
@@ -70,7 +71,7 @@ TEST(ComputedVariable, WhatIsWrongIsNamedAndChangesNothing) {
         {"", "has no NAME ="},
         {"x == days", "has no NAME ="},
         {"`x y = days", "the closing ` of the name is missing"},
-        {"x =", "nothing stands behind 'x ='"},
+        {"x =", "nothing follows 'x ='"},
         {"x y = days", "belongs in backquotes"},
         {"Not = days", "'Not': it is an operator of expressions"},
         {"PI = 1", "'PI': it is a constant of expressions"},

@@ -132,9 +132,8 @@ struct Noted {
 };
 
 TEST(ReadText, NotesWhatItChanged) {
-    const std::string encoding =
-        " of the file is no valid UTF-8; texts that are not are read as Windows-1252 "
-        "(Western European): save the file as UTF-8 if they look wrong";
+    const std::string encoding = " of the file is not valid UTF-8; such texts are read as Windows-1252 "
+                                 "(Western European): save the file as UTF-8 if they look wrong";
     const std::vector<Noted> table{
         {"a,b\n\"x\ny\",2\n,3\n7,unknown\n7,?\n",
          "variable 'a': 1 of 3 cells is not a number (first: 'x\\ny', line 2); read as text codes\n"
@@ -177,7 +176,7 @@ TEST(ReadText, NotesWhatItChanged) {
         {"d\n1995-01-30\n1995-01-31 08:00\n", "variable 'd': dates count whole days; the time of day is left "
                                               "out of 1 cell (first: '1995-01-31 08:00' in "
                                               "line 3)"},
-        {"a,a\n1,2\n", "the name 'a' stands twice in the header; variable 2 is called 'a_2'"},
+        {"a,a\n1,2\n", "the name 'a' occurs twice in the header; variable 2 is called 'a_2'"},
         {"a,\n1,2\n", "variable 2 has no name in the header; it is called 'Var2'"},
         {"name/title\nDr\n", ""}, // its cells have none
         {"a,b\n13/02/1995,03/14/1995\n",

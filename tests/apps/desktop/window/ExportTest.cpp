@@ -98,20 +98,6 @@ TEST_F(ExportTest, TheWindowRepaintsAndSaysWhichFileIsWritten) {
     EXPECT_EQ(window->workbook().unsaved(), 1) << "the chart";
 }
 
-TEST_F(ExportTest, AFailureIsNotReportedAsWritten) {
-    const QString file = folder.write("file", "in the way");
-    QStringList said;
-    QObject::connect(&window->workbook(), &Workbook::statusText,
-                     [&said](const QString& text) { said += text; });
-    answering([this] { EXPECT_FALSE(window->workbook().exportRuns()); },
-              [&file](ExportDialog& dialog) {
-                  dialog.findChild<QLineEdit*>()->setText(file);
-                  dialog.accept();
-              },
-              pressing(QMessageBox::Ok));
-    EXPECT_EQ(said.join(QString()), "");
-}
-
 TEST_F(ExportTest, EveryWayToStopLeavesTheFolderAsItWas) {
     stops(cancel);
     stops(cancel, "new/deep");

@@ -21,7 +21,7 @@ build_and_test() {
   fi
   echo "testing ($preset) ..."
   ctest --preset "$preset" -j "$(nproc)" --no-tests=error --timeout 300 >"$log" 2>&1 || status=$?
-  # Without the tests that passed; so of a clean run the count and the time.
+  # Leaves out the tests that passed: a clean run shows only the count and the time.
   grep -vE '^ +Start +[0-9]+:|^ *[0-9]+/[0-9]+ Test .* Passed |^Test project|^$' "$log"
   note "$preset" "$status" "$(grep -E 'tests passed' "$log" || echo "ctest ended with $status")"
 }

@@ -17,7 +17,7 @@ using korvana::bench::Times;
 using korvana::bench::upToTenMillion;
 namespace survival = ozm::survival;
 
-/// Sorted times and the place for their estimate.
+/// Sorted times and room for their estimate.
 struct Curve {
     std::vector<double> uncensored;
     std::vector<double> censored;

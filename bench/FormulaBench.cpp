@@ -38,7 +38,7 @@ std::vector<std::vector<double>> columnsOf(const ozm::CompiledExpression& formul
     for (auto& column : columns)
         for (std::size_t i = 0; i < cases; ++i)
             column.push_back(static_cast<double>(i % 90));
-    columns.back().assign(1, 45.0); // the time, one for all
+    columns.back().assign(1, 45.0); // the time, one for all cases
     return columns;
 }
 

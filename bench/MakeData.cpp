@@ -1,5 +1,5 @@
 // Writes a CSV file of survival times: korvana-make-data continuous|ties ROWS FILE. Columns time and status
-// (1 event, 0 censored); times with as many digits as bring the double back.
+// (1 event, 0 censored); times with all digits needed to restore the double.
 
 #include "bench/Times.h"
 

@@ -1,5 +1,5 @@
-// The longest time for which a run does not ask whether it may go on: a window repaints, and its Cancel
-// works, no sooner.
+// The longest time between two checks for a stop in a run: a window repaints, and its Cancel works, only at
+// these.
 //   korvana-response-time FILE     (columns time and status with codes 1 and 0, as korvana-make-data writes
 //   korvana-response-time FILE     (columns time and status with codes 1 and 0, of korvana-make-data)
 
@@ -24,7 +24,7 @@ double seconds(Clock::duration time) {
     return std::chrono::duration<double>(time).count();
 }
 
-/// Asks to be called again as soon as it was called, and looks at the clock each time.
+/// Asks for the next call at each call, and measures the time between them.
 class Gaps final : public SessionObserver {
 public:
     explicit Gaps(StopSignals& stops) : stops_(stops) { stops_.askForEvents(); }

@@ -1,4 +1,4 @@
-// The heap sort, whose order of tied cases reports show, against the path that large samples take.
+// The heap sort, whose order of tied cases reports show, against the method for large samples.
 
 #include "bench/Sizes.h"
 #include "bench/Times.h"
@@ -54,7 +54,7 @@ void sortTimes(benchmark::State& state, Kind kind) {
     });
 }
 
-/// What it costs to bring tied cases into the heap sort's order afterwards.
+/// The cost of putting tied cases into the heap sort's order afterwards.
 void restoreHeapOrder(benchmark::State& state, Kind kind) {
     Sample scratch(kind, static_cast<std::size_t>(state.range(0)));
     sortFresh(state, kind, [&](Sample& s) {

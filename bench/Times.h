@@ -1,6 +1,6 @@
 #pragma once
-// Survival times for the benchmarks and the files they are written to: the same for everybody, since the
-// generator and what is made of it are fixed by the standard.
+// Survival times for the benchmarks and their data files: the same on every machine, since the language
+// standard fixes the generator and the conversion.
 
 #include <charconv>
 #include <cmath>
@@ -21,7 +21,7 @@ struct Case {
     bool event; ///< false in about 30 of 100 cases
 };
 
-/// Cases one after the other, the same sequence for the same kind.
+/// Generates cases, the same sequence for the same kind.
 class Times {
 public:
     explicit Times(Kind kind) : kind_(kind) {}
@@ -42,7 +42,7 @@ private:
 
 inline constexpr const char* fileHeader = "time,status\n";
 
-/// The line of a case in a CSV file (1 event, 0 censored): time with as many digits as bring the double back.
+/// The line of a case in a CSV file (1 event, 0 censored): time with all digits needed to restore the double.
 inline void appendLine(std::string& text, const Case& one) {
     char digits[32];
     text.append(digits, std::to_chars(digits, digits + sizeof digits, one.time).ptr);

@@ -4,8 +4,8 @@ time of korvana's last run went.
 
     compare.py FOLDER
 
-R answers the time of the event at which the estimate first is at or below the quartile, and of the event before;
-korvana interpolates between the two, so its quartile has to lie between them. Exits 1 when one does not.
+R gives the time of the event at which the estimate first is at or below the quartile, and of the event before;
+korvana interpolates between the two, so its quartile must lie between them. Exits 1 when one does not.
 """
 import json
 import os

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Times the product-limit estimate of large CSV files, whole processes from file to results, against R's packages
-# survival and data.table. Runs alternate; what is compared are medians of wall time and peak memory.
+# survival and data.table. Runs alternate; compared are medians of wall time and peak memory.
 #   bench/side-by-side.sh [RUNS [ROWS...]]          default: 3 runs of 1000000 and 10000000 rows
-# Data files are made in $TMPDIR (/tmp), up to 20 bytes a row, and removed afterwards.
+# Data files are made in $TMPDIR (/tmp), up to 20 bytes per row, and removed afterwards.
 set -euo pipefail
 cd -- "$(dirname -- "$(readlink -f -- "$0")")/.."
 

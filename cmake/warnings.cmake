@@ -1,5 +1,5 @@
-# What every target of the project is compiled with: warnings are errors, and arithmetic is the same on every
-# machine (no contraction into fused operations, no value-changing optimisation).
+# Options for every target of the project: warnings are errors, and arithmetic is the same on every machine (no
+# contraction into fused operations, no value-changing optimisation).
 add_library(korvana-flags INTERFACE)
 target_compile_options(korvana-flags INTERFACE
   -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
@@ -10,8 +10,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   target_compile_options(korvana-flags INTERFACE -Wno-restrict)
 endif()
 if(KORVANA_SANITIZE)
-  # One build serves tests and fuzzers. Types of a hidden visibility have a description in each library, which the
-  # checks of vptr and function would take for different ones.
+  # One build serves tests and fuzzers. Types of hidden visibility have type information in each library, which the
+  # checks of vptr and function would take for different types.
   target_compile_options(korvana-flags INTERFACE -fsanitize=fuzzer-no-link,address,undefined
     -fno-sanitize=vptr,function -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(korvana-flags INTERFACE -fsanitize=address,undefined)

@@ -9,7 +9,7 @@ shift
 compiler=g++
 [[ $preset == clang || $preset == asan+ubsan ]] && compiler=clang++
 launcher=
-# A compiler cache is used where there is one that can be written to.
+# A compiler cache is used if there is a writable one.
 if command -v ccache >/dev/null; then
   cache=$(ccache --get-config cache_dir 2>/dev/null || true)
   if [[ -n $cache ]] && mkdir -p "$cache" 2>/dev/null && [[ -w $cache ]]; then launcher=ccache; fi
@@ -24,7 +24,7 @@ started=$SECONDS
 echo "building ($preset) ..."
 if ! { cmake --preset "$preset" "${options[@]}" &&
        cmake --build --preset "$preset" -j "$(nproc)" "${targets[@]}"; } >"$log" 2>&1; then
-  # From the first failure on; a configuration that failed has its reason at the end.
+  # Shows the first failure; the reason of a failed configuration is at the end.
   if grep -q '^FAILED:' "$log"; then sed -n '/^FAILED:/,$p' "$log" | head -n 60; else tail -n 40 "$log"; fi >&2
   echo "the build ($preset) failed; all of its output: $PWD/$log" >&2
   exit 1

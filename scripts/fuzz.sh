@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds the fuzzers and lets them try what nobody would write, two at a time.
+# Builds the fuzzers and runs them on unexpected input, two at a time.
 #   scripts/fuzz.sh [SECONDS] [TARGET]     120 seconds and all of data, expressions, initfile, command when left out
-# FUZZ_SEED=N repeats a run's choices. What was learnt is kept in build/fuzz/corpus, an input that breaks something in
+# FUZZ_SEED=N repeats a run's choices. The corpus is kept in build/fuzz/corpus, an input that breaks something in
 # build/fuzz/found; `build/asan+ubsan/bin/fuzz-TARGET FILE` repeats it. Exits 1 when something broke.
 set -uo pipefail
 cd -- "$(dirname -- "$(readlink -f -- "$0")")/.."

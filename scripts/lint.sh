@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Looks through the sources with clang-format (which changes nothing here) and clang-tidy (.clang-tidy says for what).
+# Checks the sources with clang-format (which changes nothing here) and clang-tidy (with the checks of .clang-tidy).
 #   scripts/lint.sh              what differs from the main branch; on the main branch the last ten commits
 #   scripts/lint.sh FILE...      these
 #   scripts/lint.sh --all        everything
-#   scripts/lint.sh --most N     at most N files with clang-tidy, the one that takes its time
-# A build must be there: clang-tidy compiles as the latest one does. Exits 1 when something is found.
+#   scripts/lint.sh --most N     at most N files with clang-tidy, which is slow
+# Needs a build: clang-tidy compiles with the options of the latest one. Exits 1 when something is found.
 set -uo pipefail
 cd -- "$(dirname -- "$(readlink -f -- "$0")")/.."
 
@@ -23,8 +23,8 @@ done
 
 sources() { grep -E '\.(cpp|h)$' | sort -u | while read -r file; do [[ -f $file ]] && echo "$file"; done; }
 
-# What was changed since the main branch was left, and what is not committed yet. A clone may hold no older commit at
-# all: then files are picked by the commit's name, others each time.
+# What was changed since the main branch was left, and what is not committed yet. A shallow clone may have no older
+# commit: then files are picked by the commit's hash, others each time.
 changed() {
   local base='' other
   for other in origin/main main; do
@@ -80,7 +80,7 @@ mkdir -p build/lint
 sed -E 's/ (-Winvalid-pch )?(-Xclang )?-include(-pch)? (-Xclang )?[^ ]*cmake_pch[^ ]*//g' \
   "$database" >build/lint/compile_commands.json
 
-# A header is looked at through a source: its own, or one that includes it.
+# A header is checked through a source: its own, or one that includes it.
 units=()
 unit() { [[ -n ${1:-} ]] && grep -qF "\"$PWD/$1\"" build/lint/compile_commands.json && units+=("$1"); }
 for file in "${files[@]}"; do

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what the project is built with, as far as it is missing (Debian 12 or later). Asks for nothing and touches no
-# network when all is there.
+# Installs what the project is built with, as far as it is missing (Debian 12 or later). Asks nothing, and uses no
+# network if nothing is missing.
 set -euo pipefail
 
 packages=(
@@ -36,7 +36,7 @@ install() {
 echo "setup: installing ${missing[*]}"
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
-# The package lists may be too old to find the packages, or never have been fetched.
+# The package lists may be too old, or never fetched.
 if ! install >"$log" 2>&1; then
   if ! { "${as_root[@]}" apt-get update -q </dev/null && install; } >"$log" 2>&1; then
     tail -n 30 "$log" >&2

@@ -1,5 +1,5 @@
-// What the leak sanitizer asks every test program: memory that these libraries keep until the program ends is
-// no leak of ours.
+// Read by the leak sanitizer in every test program: memory that these libraries keep until the program ends
+// is not a leak of ours.
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
 
 extern "C" const char* __lsan_default_suppressions() {

@@ -11,9 +11,9 @@ constexpr AutomationMember Refused(std::string_view name, std::string_view why) 
 }
 
 constexpr std::string_view oneByOne =
-    "every output is made by the member named after it, and all of them stand in the book of results";
+    "each output is made by the member named after it and goes into the book of results";
 constexpr std::string_view asSpecified =
-    "results are of the variables and codes that the specification dialog was given";
+    "results use the variables and codes set in the specification dialog";
 constexpr std::string_view savedByProgram =
     "the book of results is saved and exported by the program that runs the analysis";
 

@@ -1,6 +1,6 @@
 // Whole runs of the command line: the first line of the input is the arguments, separated by tabs, the rest
-// is the data file. DATA stands for its path. Every run ends with an exit code of the manual and says why;
-// files that it leaves are whole, and tell the same in every format.
+// is the data file. DATA stands for its path. Every run ends with a documented exit code and says why; its
+// files are complete and agree in every format.
 
 #include "apps/cli/Run.h"
 #include "host/data/TextEncoding.h"
@@ -24,7 +24,7 @@ using test::CsvGrid;
 
 constexpr std::size_t longestArguments = 2000;
 
-/// The words of a line. None leads out of the folder in which the run takes place.
+/// The words of a line. None leads out of the folder of the run.
 std::vector<std::string> argumentsOf(std::string_view line) {
     std::vector<std::string> words;
     std::string word;
@@ -104,7 +104,7 @@ void checkFiles(const fs::path& folder, const std::string& call) {
 
 extern "C" int LLVMFuzzerInitialize(int* /*count*/, char*** /*arguments*/) {
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    // A module that is unloaded would take the fuzzer's counts of it along.
+    // Unloading the module would lose the fuzzer's counters of it.
     for (const auto& module : korvana::findModules())
         if (dlopen(module.c_str(), RTLD_NOW | RTLD_NODELETE) == nullptr) return 1;
     std::filesystem::current_path(korvana::fuzz::scratch().folder());

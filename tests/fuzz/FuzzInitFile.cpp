@@ -1,4 +1,4 @@
-// Initialisation files: any text is kept as it stands, and what is put in is found again.
+// Initialisation files: any text is kept unchanged, and every value that is put in is found again.
 
 #include "host/session/InitFile.h"
 #include "tests/fuzz/Scratch.h"

@@ -1,5 +1,5 @@
 #pragma once
-// A folder of its own for a fuzzer, in memory where that is to be had, and checks that end the run.
+// A folder for a fuzzer, in memory if possible, and checks that end the run.
 
 #include <cstdio>
 #include <cstdlib>
@@ -12,7 +12,7 @@
 
 namespace korvana::fuzz {
 
-/// Ends the run, so that the input is kept, when something does not hold.
+/// Ends the run, so that the input is kept, if a condition does not hold.
 inline void require(bool holds, std::string_view what, std::string_view detail = {}) {
     if (holds) return;
     std::fprintf(stderr, "\nDOES NOT HOLD: %.*s\n%.*s\n", static_cast<int>(what.size()), what.data(),
@@ -20,7 +20,7 @@ inline void require(bool holds, std::string_view what, std::string_view detail =
     std::abort();
 }
 
-/// Lives as long as the process, and goes with it when that ends well.
+/// Lives as long as the process, and is removed if that ends normally.
 class Scratch {
 public:
     Scratch() {

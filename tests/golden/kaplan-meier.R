@@ -3,12 +3,12 @@
 # `survival`, which the tests hold the system's own numbers against.
 #   Rscript tests/golden/kaplan-meier.R
 # The estimate at each distinct time: n at risk just before it, events and censorings at it, survival, Greenwood's
-# standard error of the survival itself (survfit answers that of its logarithm), limits on the log(-log) scale at 0.95.
+# standard error of the survival itself (survfit gives that of its logarithm), limits on the log(-log) scale at 0.95.
 # Where R has no limits or no error (survival 0 or 1), the cell says NA.
 suppressPackageStartupMessages(library(survival))
 
 self <- sub("^--file=", "", grep("^--file=", commandArgs(FALSE), value = TRUE))
-# Rscript hands blanks in its own path over as ~+~.
+# Rscript passes blanks in its own path as ~+~.
 here <- dirname(normalizePath(gsub("~+~", " ", self, fixed = TRUE)))
 data_dir <- file.path(here, "..", "..", "examples", "data")
 

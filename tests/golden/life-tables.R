@@ -8,7 +8,7 @@
 # after the last interval that somebody enters; in that row nobody dies and all survive.
 
 self <- sub("^--file=", "", grep("^--file=", commandArgs(FALSE), value = TRUE))
-# Rscript hands blanks in its own path over as ~+~.
+# Rscript passes blanks in its own path as ~+~.
 here <- dirname(normalizePath(gsub("~+~", " ", self, fixed = TRUE)))
 data_dir <- file.path(here, "..", "..", "examples", "data")
 limits <- 12

@@ -7,7 +7,7 @@
 # freedom has them.
 
 self <- sub("^--file=", "", grep("^--file=", commandArgs(FALSE), value = TRUE))
-# Rscript hands blanks in its own path over as ~+~.
+# Rscript passes blanks in its own path as ~+~.
 here <- dirname(normalizePath(gsub("~+~", " ", self, fixed = TRUE)))
 
 # 17 significant digits bring every double back unchanged.

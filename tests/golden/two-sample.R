@@ -1,14 +1,14 @@
 #!/usr/bin/env Rscript
 # Writes two-sample.csv beside itself: five tests of two samples, which the tests hold the system's own numbers against.
 #   Rscript tests/golden/two-sample.R
-# Every test goes by its textbook definition, on R's package `survival` where that has the piece. Score sums are those
-# of group 1, Cox and Mantel's U is that of group 2, and all p but that of F are two-sided.
-# Sources: Gehan (1965) Biometrika 52, 203; Mantel (1967) Biometrics 23, 65; Cox (1964) JRSS B 26, 103;
-# Mantel (1966) Cancer Chemother. Rep. 50, 163; Peto and Peto (1972) JRSS A 135, 185.
+# Every test follows its textbook definition, using R's package `survival` where possible. Score sums are those of group
+# 1, Cox and Mantel's U is that of group 2, and all p but that of F are two-sided. Sources: Gehan (1965) Biometrika 52,
+# 203; Mantel (1967) Biometrics 23, 65; Cox (1964) JRSS B 26, 103; Mantel (1966) Cancer Chemother. Rep. 50, 163; Peto
+# and Peto (1972) JRSS A 135, 185.
 suppressPackageStartupMessages(library(survival))
 
 self <- sub("^--file=", "", grep("^--file=", commandArgs(FALSE), value = TRUE))
-# Rscript hands blanks in its own path over as ~+~.
+# Rscript passes blanks in its own path as ~+~.
 here <- dirname(normalizePath(gsub("~+~", " ", self, fixed = TRUE)))
 data_dir <- file.path(here, "..", "..", "examples", "data")
 

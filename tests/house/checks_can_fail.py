@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Plants one fault at a time and sees that the checks of the house find it, and nothing without it.
+"""Plants one fault at a time and tests that the checks of the architecture find it, and nothing without it.
 
     checks_can_fail.py CXX NM
 """

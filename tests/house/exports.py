@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds the module's dynamic symbol table to its factory and its analysis object.
+"""Checks that the module exports only its factory and its analysis object.
 
     exports.py NM LIBRARY
 

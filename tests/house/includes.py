@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Holds every #include to the arrows of the house.
+"""Checks every #include against the allowed arrows between folders.
 
     includes.py ROOT
 
 apps -> host -> support <- module; inside the module frame -> the analyses -> survdata -> resources. The comparisons
-twosample and ksample also stand on groups, which may include the numbers of kaplan and lifetable; regression may include
-those of kaplan. Module and support take nothing else but the C++ standard
-library. Prints each offending line and exits 1.
+twosample and ksample may also include groups, which may include the numbers of kaplan and lifetable; regression may
+include those of kaplan. Beyond that, module and support include only the C++ standard library. Prints each offending
+line and exits 1.
 """
 import re
 import sys
@@ -45,7 +45,7 @@ def layer(path):
 
 
 def includes(root, file):
-    """(line number, what stands between the marks, file below the root or None) of each include of a file."""
+    """(line number, text between the marks, file below the root or None) of each include of a file."""
     for number, line in enumerate((root / file).read_text(encoding="utf-8").splitlines(), 1):
         found = INCLUDE.match(line)
         if not found:

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Nobody but the module names an analysis, save the tables through which people reach one by name.
+"""Only the module names analyses, and the tables through which people reach one by name.
 
     mentions.py ROOT
 
-Looks at the names and the texts of all files under support/, host/ and apps/. Support and host say no word of survival
-at all; a front end may speak of survival times, but names no analysis outside its tables. The project's own name is
+Checks the names and the texts of all files under support/, host/ and apps/. Support and host do not mention survival at
+all; a front end may speak of survival times, but names no analysis outside its tables. The project's own name is
 allowed.
 """
 import re

@@ -20,10 +20,10 @@ struct Analysis {
     int specification; ///< the steps of its dialogs
     int results;
     int noMemory;                ///< the message
-    int several;                 ///< so many cases that memory comes from the host
-    int many;                    ///< so many cases that sorting them takes memory and asks for a stop
-    int arrays;                  ///< memory that its results keep, of more than a few cases
-    int requests;                ///< of memory in all, at least
+    int several;                 ///< enough cases that memory comes from the host
+    int many;                    ///< enough cases that sorting them takes memory and checks for a stop
+    int arrays;                  ///< arrays of the host that its results keep, for more than a few cases
+    int requests;                ///< the fewest memory requests of a run
     std::vector<Column> columns; ///< the data
     AutomationValue::List variables;
     int (*observations)(); ///< how many its results hold
@@ -74,7 +74,7 @@ protected:
         analysis.Initialize();
         host.columns = of.columns;
     }
-    /// From the startup dialog to the specification dialog with the selections made; answers its step.
+    /// From the startup dialog to the specification dialog with the selections made; returns its step.
     int Specify() {
         host.Go(analysis, survival::StepInitialize);
         host.Script().Put("TypeOfAnalysis", of.entry);
@@ -92,7 +92,7 @@ protected:
         Specify();
         return host.Press(analysis, ControlOk);
     }
-    /// Other data of the same variables; of the two samples the third ones are the groups.
+    /// Other data of the same variables; the third list has the groups, if there are any.
     void Data(std::vector<double> times, std::vector<double> complete, std::vector<double> groups = {}) {
         host.columns[0].values = std::move(times);
         host.columns[1].values = std::move(complete);
@@ -134,8 +134,8 @@ protected:
             if (sheet.title == title) return sheet;
         throw std::runtime_error("no sheet " + title);
     }
-    /// Does something with every allocation of the C++ runtime failing in turn, and `after` after each that
-    /// did, until it comes through.
+    /// Calls `act` with every allocation of the C++ runtime failing in turn, and `after` each time, until
+    /// `act` succeeds.
     void FailEveryAllocation(const std::function<void()>& act, const std::function<void()>& after) {
         for (long n = 1; n < 5000; ++n) {
             host.messages.clear();

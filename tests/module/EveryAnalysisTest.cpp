@@ -1,6 +1,6 @@
-// What holds of every analysis: every memory request of a whole run refused in turn, every stop question
-// answered yes in turn, every allocation of the C++ runtime failing in turn leave nothing behind, and the
-// next run comes through.
+// Tests of every analysis: refusing every memory request of a whole run in turn, stopping at every stop test
+// in turn, and failing every allocation of the C++ runtime in turn leave nothing behind, and the next run
+// succeeds.
 
 #include "tests/module/AnalysisFixture.h"
 
@@ -110,7 +110,7 @@ TEST_P(EveryAnalysis, EveryMemoryRequestRefusedInTurn) {
         host.refuseRequest = n;
         Whole();
         if (host.requests < n) break;
-        // An output that can do without says so itself.
+        // An output that can do without the memory says so.
         std::string told = host.report;
         for (const test::Sheet& sheet : host.sheets)
             told += sheet.notes.empty() ? "" : sheet.notes.back();
@@ -130,7 +130,7 @@ TEST_P(EveryAnalysis, EveryStopQuestionAnsweredYesInTurn) {
         ASSERT_TRUE(Whole());
         const int all = host.questions;
         EXPECT_GE(all, cases);
-        // Reading asks once per case: some of those, and each of what follows.
+        // Reading asks once per case: tries some of those, and each one that follows.
         for (int n = 1; n <= all; n += n > cases ? 1 : cases / 50) {
             SCOPED_TRACE("question " + std::to_string(n));
             host.stopAt = n;

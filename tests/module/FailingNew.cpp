@@ -5,7 +5,7 @@
 
 thread_local long ozm::test::failingNew = 0;
 
-// NOLINTBEGIN: replacing the global operators is what this file is for.
+// NOLINTBEGIN: the purpose of this file is to replace the global operators.
 void* operator new(std::size_t size) {
     if (ozm::test::failingNew > 0 && --ozm::test::failingNew == 0) throw std::bad_alloc();
     void* memory = std::malloc(size == 0 ? 1 : size);

@@ -2,8 +2,8 @@
 
 namespace ozm::test {
 
-/// The n-th operator new from now on throws std::bad_alloc; 0: none. Counts down, so that what is left tells
-/// whether it came to that.
+/// The n-th operator new from now on throws std::bad_alloc; 0: none. Counts down, so the rest shows whether
+/// it happened.
 extern thread_local long failingNew;
 
 } // namespace ozm::test

@@ -1,6 +1,6 @@
 #pragma once
-// A host in memory: a data set of columns, and everything that a module hands over kept for the test to look
-// at. The n-th memory request and the n-th stop question can be made to fail.
+// A host in memory: a data set of columns, and all output of a module kept for the test to check. The n-th
+// memory request and the n-th stop question can be made to fail.
 
 #include "module/frame/CSurvival.h"
 #include "support/automation/AutomationObject.h"
@@ -74,7 +74,7 @@ public:
 
     // Faults
     int refuseRequest = 0; ///< the n-th memory request is refused; 0: none
-    int stopAt = 0;        ///< the n-th stop question is answered yes, and all after it
+    int stopAt = 0;        ///< stops at the n-th stop test, and at all after it
     bool failCharts = false;
     bool failSheets = false;
     int requests = 0;
@@ -91,8 +91,7 @@ public:
     bool refuseDialogs = false;
     std::vector<std::string> asked;
 
-    /// Runs steps from one on until a dialog owns the step or the sequence ends; answers the step it stands
-    /// at.
+    /// Runs steps from one on until a dialog owns the step or the sequence ends; returns the step reached.
     int Go(CAnalysisSupport& analysis, int step) {
         for (int guard = 0; guard < 50; ++guard) {
             const auto table = analysis.SequenceTable();

@@ -1,5 +1,5 @@
 #pragma once
-// Runs commands in this process, with their streams caught, in a folder of their own.
+// Runs commands in this process, with their streams captured, in a folder of their own.
 
 #include "apps/cli/Run.h"
 
@@ -53,14 +53,14 @@ struct CliTest : ::testing::Test {
         return {code, out.str(), err.str()};
     }
     Outcome run(const std::string& line) const { return runWords(words(line)); }
-    /// The same, of which results are expected.
+    /// The same, for a call that must succeed.
     Outcome succeed(const std::string& line) const {
         Outcome outcome = run(line);
         EXPECT_EQ(outcome.code, ExitResults) << line << "\n" << outcome.err;
         return outcome;
     }
 
-    /// The error of a call that is to end with 2 and to print nothing.
+    /// The error of a call that must end with 2 and print nothing.
     std::string usageError(const std::vector<std::string>& arguments) const {
         const Outcome outcome = runWords(arguments);
         EXPECT_EQ(outcome.code, ExitUsage) << outcome.err;
@@ -68,7 +68,7 @@ struct CliTest : ::testing::Test {
         EXPECT_TRUE(outcome.err.starts_with("korvana: ")) << outcome.err;
         return outcome.err;
     }
-    /// Ends of calls that are refused so, with what their errors say.
+    /// Tries arguments after `begin` that must be refused, each with a part of its error.
     void refuses(const std::string& begin,
                  const std::vector<std::pair<std::string, std::string>>& ends) const {
         for (const auto& [end, said] : ends) {
@@ -77,7 +77,7 @@ struct CliTest : ::testing::Test {
         }
     }
 
-    /// Writes a file into the folder and answers its name.
+    /// Writes a file into the folder and returns its name.
     static std::string file(const std::string& name, const std::string& text) {
         std::ofstream(name, std::ios::binary) << text;
         return name;
@@ -86,7 +86,7 @@ struct CliTest : ::testing::Test {
         std::ifstream in(path, std::ios::binary);
         return {std::istreambuf_iterator<char>{in}, {}};
     }
-    /// Puts an example into the folder and answers its name.
+    /// Puts an example into the folder and returns its name.
     static std::string example(const std::string& name) {
         return file(name, read(std::string{KORVANA_SOURCE_DIR} + "/examples/data/" + name));
     }

@@ -7,7 +7,7 @@
 namespace korvana::cli {
 namespace {
 
-/// What a command of the shell prints.
+/// The output of a shell command.
 std::string printed(const std::string& command) {
     std::string text;
     FILE* pipe = popen((command + " 2>&1").c_str(), "r");
@@ -23,11 +23,11 @@ struct CompletionTest : CliTest {
     CompletionTest() { std::filesystem::create_symlink(program, folder / "korvana"); }
 
     std::string script(const std::string& shell) { return file(shell, succeed("completion " + shell).out); }
-    /// With the program in reach.
+    /// The command with the program in the path.
     [[nodiscard]] std::string here(const std::string& command) const {
         return printed("PATH=" + folder.string() + ":$PATH && " + command);
     }
-    /// What bash offers for the last of these words, one a line.
+    /// What bash offers for the last of these words, one per line.
     std::string offered(const std::vector<std::string>& words) {
         std::string call = ". ./bash; COMP_WORDS=(";
         for (const std::string& word : words)
@@ -61,7 +61,7 @@ TEST_F(CompletionTest, EveryOptionStandsInEveryScriptAndInTheManual) {
     }
 }
 
-/// What is offered is taken: each fixed value of each option passes the option's own check.
+/// Each fixed value offered for an option passes the option's own check.
 TEST_F(CompletionTest, FixedValuesAreThoseThatTheOptionsTake) {
     int tried = 0;
     for (const CommandApp& command : makeApps()) {

@@ -7,7 +7,7 @@ namespace {
 
 struct DefineTest : CliTest {
     DefineTest() {
-        // A trial in days with several codes for dead, and the same as somebody would prepare it by hand.
+        // A trial in days with several codes for dead, and the same prepared by hand.
         file("raw.csv", "days,status,arm,n\n30,2,a,1\n61,1,a,2\n91,3,b,1\n122,2,b,1\n152,1,b,1\n-9,2,a,1\n");
         file("hand.csv",
              "months,dead,group,twice\n1,1,1,2\n2.0333333333333332,0,1,4\n3.0333333333333332,1,2,2\n"
@@ -15,7 +15,7 @@ struct DefineTest : CliTest {
     }
 };
 
-/// Computed variables serve wherever variables of the file do, and give the numbers of a prepared file.
+/// Computed variables work like variables of the file, and give the same numbers as a prepared file.
 TEST_F(DefineTest, ServesLikeAVariableOfTheFile) {
     const std::string definitions =
         " --define \"months = days / 30\" --define \"dead = status = 2 or status = 3\" "

@@ -114,7 +114,7 @@ TEST_F(KaplanMeierTest, SelectionWeightsMissingCodesLabelsAndDates) {
     EXPECT_EQ(times(json::parse(comma.out)), (std::vector<double>{5, 6, 7}));
 }
 
-/// Whatever code is declared, and however near the other cells lie: in single precision as in double.
+/// For any code and any distance of the other cells, in single precision as in double.
 TEST_F(KaplanMeierTest, TheRunLeavesOutAsMissingWhatInfoCallsMissing) {
     std::mt19937_64 random(20);
     std::uniform_real_distribution<double> exponent(-12.0, 14.0);

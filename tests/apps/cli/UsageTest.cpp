@@ -49,8 +49,8 @@ TEST_F(UsageTest, WhatIsUnknownIsNamedWithTheNearest) {
         EXPECT_FALSE(has(usageError({"kaplan-meier", data, strange, "x"}), "did you mean")) << strange;
 }
 
-/// What goes wrong with options in general, tried with every option. An empty shell variable must not analyse
-/// everyone: whatever option and command it stands in.
+/// General mistakes with options, tried with every option. An empty shell variable must never analyse
+/// everyone.
 TEST_F(UsageTest, EveryOptionSaysWhatItLacksOrHasTooMuch) {
     int tried = 0;
     for (const CommandApp& command : makeApps()) {
@@ -159,7 +159,7 @@ TEST_F(UsageTest, DataThatCannotBeUsedAreNamedByPlace) {
              {"--separator blank", "with commas or tabs"},
              {"--dates dym", "--dates is dmy"},
              {"--header --no-header", "contradict"}});
-    // What the message says to write does what was meant.
+    // The call that the message suggests does what was meant.
     const auto told =
         run("info little.csv --define \"weeks_2 = if(weeks = 7, 9, weeks)\" --missing \"weeks_2=9\"");
     EXPECT_TRUE(has(told.out, "weeks_2  number      1        3")) << told.out;
@@ -180,7 +180,7 @@ TEST_F(UsageTest, WhatTheLayoutMakesOfVariablesIsTold) {
               "typo.csv: variable 't': 1 of 4 cells is not a number (first: '3l', line 4)"}});
 }
 
-/// --verbose adds to standard error alone, and tells what was read and made.
+/// --verbose adds to standard error only, and says what was read and made.
 TEST_F(UsageTest, VerboseTellsWhatIsReadAndDone) {
     const std::string call = "kaplan-meier little.csv --time weeks --censor status --complete 1 --censored 0 "
                              "--format json --define \"m = weeks / 4\"";
@@ -194,7 +194,7 @@ TEST_F(UsageTest, VerboseTellsWhatIsReadAndDone) {
     EXPECT_FALSE(has(plain.err, "Made Summary"));
 }
 
-/// The phases of --timing are all of a run: together they last as long as it does.
+/// The phases of --timing cover the whole run: together they last as long as it does.
 TEST_F(UsageTest, TimingAddsUp) {
     const Outcome timed = succeed("kaplan-meier little.csv --time weeks --censor status --complete 1 "
                                   "--censored 0 --format json --timing");
@@ -215,7 +215,7 @@ TEST_F(UsageTest, TimingAddsUp) {
     EXPECT_TRUE(has(timed.err, "Reading data file") && has(timed.err, "Writing")) << timed.err;
 }
 
-/// Files of anybody's are found before anything is computed, and stay.
+/// Files of others are found before anything is computed, and kept.
 TEST_F(UsageTest, NobodyElsesFileIsReplaced) {
     std::filesystem::create_directory("theirs");
     file("theirs/report.txt", "theirs");
@@ -239,10 +239,10 @@ TEST_F(UsageTest, NamesAndCellsOfAnyKindAreShownBriefly) {
         for (std::string line; std::getline(lines, line);)
             EXPECT_LE(line.size(), 700U) << line;
     }
-    // Not a byte comes through that is no character.
+    // No invalid byte is passed through.
     const std::string error = usageError({"info", file("b\xE9\x1b.csv", "a,b\ncaf\x81,1\n")});
     EXPECT_TRUE(has(error, "b\\xE9\\x1B.csv:2:1") && has(error, "'caf\\x81'")) << error;
-    // A label is given as it is shown.
+    // A label can be given as it is shown.
     for (const std::string given : {"\"c\nd\"", "c\\nd"})
         succeed(analysis + " --complete e --censored " + given);
 }

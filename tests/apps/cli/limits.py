@@ -1,9 +1,9 @@
-"""The program where the system gives it less than it asks for: memory limits of every size, and no further thread.
+"""Runs the program with too few resources: memory limits of every size, and no further thread.
 
 usage: limits.py PROGRAM DATA [NO_THREADS_LIBRARY]
 
-Whatever the limit, a run ends within its time, with results or with exit 2 and a message, never by a signal; what it
-says names no C++ exception; and numbers are written whenever the same limit lets a run without pictures write them.
+At any limit, a run ends in time, with results or with exit 2 and a message, never by a signal; no message names a C++
+exception; and numbers are written whenever a run without pictures can write them at the same limit.
 """
 import gzip
 import json
@@ -40,7 +40,7 @@ def ends(command, memory=None, preload=None):
 
 
 def run(program, data, formats, memory=None, preload=None):
-    """Exit status, standard error, and the files that were written with what is in them."""
+    """Exit status, standard error, and the files written, with their contents."""
     with tempfile.TemporaryDirectory() as folder:
         out = os.path.join(folder, "out")
         status, said = ends([program, "kaplan-meier", data, "--time", "weeks", "--censor", "relapse", "--complete", "1",
@@ -70,7 +70,7 @@ def least(suffices, step):
 
 
 def check_beginning(program, data):
-    """From where the system can load the program on, in small steps: what is made before main() needs memory, too."""
+    """Small steps from the limit at which the system can load the program: start-up before main() needs memory, too."""
     loads = least(lambda memory: ends([program, "--version"], memory)[0] != LOADER_FAILS, 4)
     refused = 0
     for memory in range(loads, loads + 1024, 16):
@@ -103,7 +103,7 @@ def check_large_data(program, enough, preloads):
         status, said = ends([program, "info", packed], enough + 32 * KIB)
         if status != 2 or f"{packed}: there is not enough memory for the data" not in said:
             faults.append(f"data that unpack to more than the memory: {status}: {said}")
-        # Large files are read by several threads where there are some.
+        # Large files are read by several threads if they are available.
         large = os.path.join(folder, "large.csv")
         with open(large, "w", encoding="ascii") as file:
             file.write("weeks,relapse\n" + "".join(f"{i},{i % 2}\n" for i in range(1, 600_001)))
@@ -137,14 +137,14 @@ def main():
 
     complete = dict.fromkeys(PICTURES, 0)
     refused = 0
-    # Where the drawing libraries cannot be loaded, where they fail, and where a picture is drawn: some 90 MiB above.
+    # Limits at which the drawing libraries cannot be loaded, fail, and succeed: some 90 MiB above.
     for step in [*range(0, 64 * KIB, 16 * KIB), *range(64 * KIB, 104 * KIB, 4 * KIB), 160 * KIB]:
         for formats in PICTURES:
             outcome = run(program, data, "json,csv,txt," + formats, enough + 512 + step)
             check(f"{formats} at {enough + 512 + step} KiB", outcome, whole)
             complete[formats] += outcome[0] == 0
             refused += outcome[0] == 2
-    # Else the sweep went past everything that can fail, or never reached what can succeed.
+    # Else the sweep missed all failures, or never reached a success.
     assert refused > 0 and all(complete.values()), (enough, complete, refused)
 
     with tempfile.TemporaryDirectory() as folder:  # without what draws

@@ -1,4 +1,4 @@
-"""Holds the results.json of real runs of every analysis against docs/results.schema.json.
+"""Checks the results.json of real runs of every analysis against docs/results.schema.json.
 
 usage: results_json.py KORVANA SOURCE_FOLDER"""
 import copy
@@ -15,12 +15,12 @@ environment = dict(os.environ, QT_QPA_PLATFORM="offscreen")
 data = os.path.join(source, "examples", "data")
 aml = [os.path.join(data, "aml.csv"), "--time", "time", "--censor", "status", "--complete", "1", "--censored", "0"]
 
-# A file of which nothing can be left to be found out.
+# A file for which every reading option must be given.
 told = ["--separator", "|", "--decimal", "comma", "--dates", "mdy", "--header", "--define", "late = d > 2449720",
         "--define", "twice = t * 2", "--select", "late >= 0"]
 odd = "t|s|d\n1,5|1|01/02/1995\n2|0|01/03/1995\n3,25|1|02/03/1995\n4|1|01/04/1995\n"
 
-# Every command that makes outputs, with arguments that use what a run can be told.
+# Every command that makes outputs, with arguments that use the common options.
 runs = {
     "kaplan-meier": [aml, aml + ["--select", "time > 5", "--weight", "time", "--missing", "time=9", "--level", "0.9"]],
     "two-sample": [aml + ["--group", "group", "--group1", "Maintained", "--group2", "Nonmaintained"]],
@@ -77,7 +77,7 @@ with tempfile.TemporaryDirectory() as scratch:
             hold(on_screen, name)
             assert on_screen["files"] == []
 
-    # What was asked for can be read off: by names that stay.
+    # The stable names lead to what was asked for.
     with open(os.path.join(scratch, "kaplan-meier-1", "results.json"), encoding="utf-8") as file:
         results = json.load(file)
     state = results["runs"][0]["data"]
@@ -95,7 +95,7 @@ with tempfile.TemporaryDirectory() as scratch:
     assert state["reading"] == {"separator": "|", "decimal": ",", "dates": "mdy", "header": True}, state
     assert [list(one.values()) for one in state["definitions"]] == [["late", "d > 2449720"], ["twice", "t * 2"]], state
 
-# The schema notices what it should.
+# The schema refuses what it should.
 for spoil in [lambda r: r.pop("program"), lambda r: r.update(extra=1), lambda r: r["charts"][0].pop("id"),
               lambda r: r["runs"][0]["data"].update(cases=-1), lambda r: r["spreadsheets"][0].update(columnIds="x")]:
     spoilt = copy.deepcopy(results)

@@ -1,9 +1,9 @@
-"""Ends the command line at many moments, by signals, limits and closed pipes, and looks at what is left.
+"""Ends the command line at many moments, by signals, limits and closed pipes, and checks what is left.
 
 usage: stops.py KORVANA [RUNS]
 
-A run that is ended leaves the folder as it was, says so and exits as the shell expects; one that came through has all
-of its files. Nothing else is allowed, whatever the moment."""
+A run that is stopped leaves the folder as it was, says so and exits as the shell expects; one that finished has all of
+its files. Nothing else is allowed, at any moment."""
 import os
 import random
 import resource
@@ -38,7 +38,7 @@ def command(data, folder, formats):
 
 
 def write_earlier(folder):
-    """What an earlier run has left."""
+    """Writes the files of an earlier run."""
     subprocess.run(command("few.csv", folder, "json,txt,svg"), env=environment, check=True, capture_output=True)
     return contents(folder)
 
@@ -66,9 +66,9 @@ def stop_at_random_moments():
             break
         number = [signal.SIGINT, signal.SIGTERM, signal.SIGHUP][run % 3]
         folder = f"run/of/{run}"
-        # Into the folder of an earlier run, else into one that is not there.
+        # Into the folder of an earlier run, else into a new one.
         before = write_earlier(folder) if run % 2 == 0 else None
-        # Late moments are where files are written.
+        # Late moments are when files are written.
         delay = length * (1 - chance.random() ** 2)
         start = time.monotonic()
         process = subprocess.Popen(command("many.csv", folder, formats), env=environment, stdout=subprocess.DEVNULL,
@@ -86,7 +86,7 @@ def stop_at_random_moments():
         if process.returncode == 0:
             check(set(left) == complete, f"{what}: came through, but left {sorted(left)}")
         elif process.returncode == -number:
-            # Before the program could ask for the signal: nothing had begun.
+            # Before the program had set its handlers: nothing had begun.
             check(delay < length / 2 and left == before, f"{what}: died of the signal")
         else:
             stopped += 1
@@ -97,7 +97,7 @@ def stop_at_random_moments():
             all_done = left is not None and set(left) == complete
             check(all_done or left == before, f"{what}: left {left if left is None else sorted(left)}")
     check(stopped >= runs / 2, f"only {stopped} of {run + 1} runs were stopped")
-    # Compared with the time that was left, whatever the speed of the machine.
+    # Compared with the remaining time, for machines of any speed.
     check(waited < 0.6 * rest, f"after a stop {waited:.1f} s went by where {rest:.1f} s were left to do")
     print(f"{stopped} of {runs} runs stopped, each of up to {length:.1f} s; waited {waited:.1f} of {rest:.1f} s")
 
@@ -124,7 +124,7 @@ def limit_the_size_of_files():
 
 
 def close_standard_files():
-    """Whichever of standard input, output and error are closed: what is opened then must not get their places."""
+    """With any of standard input, output and error closed, files opened later must not get their descriptors."""
     formats = "json,txt,svg,xlsx"
     complete = None
     for which in range(8):

@@ -52,7 +52,7 @@ TEST(AtRisk, NumbersStandUnderTheirTicks) {
         EXPECT_NEAR(ticks->at(tick), numbers->at(number), 1.5) << tick;
     EXPECT_LT(numbers->at("Estimate"), numbers->at("6") - 20);
     const double zero = ticks->at("0");
-    // Of one curve alone the numbers need no label, and the axes keep their room.
+    // For a single curve the numbers need no label, and the axes keep their room.
     info.series[3].leaving.clear();
     for (const auto& [y, texts] : test::readSvg(renderChart(info, PictureFormat::Svg).bytes).lines) {
         if (texts.contains("6") && texts.contains("5")) {
@@ -62,7 +62,7 @@ TEST(AtRisk, NumbersStandUnderTheirTicks) {
             EXPECT_LT(texts.at("0"), zero - 5);
         }
     }
-    // Not wanted: the picture is what it was without them.
+    // Switched off: the picture is the same as without them.
     ozm::CChartInfo plain = info;
     plain.series[0].leaving.clear();
     info.numbersAtRisk = false;

@@ -23,7 +23,7 @@ struct Svg {
     QString viewBox;
 };
 
-/// Whatever it holds, it is well formed and opaque.
+/// Also checks that it is well formed and opaque.
 inline Svg readSvg(const std::string& bytes) {
     Svg svg;
     QPointF origin; // of the group that is open
@@ -32,7 +32,7 @@ inline Svg readSvg(const std::string& bytes) {
         if (reader.readNext() != QXmlStreamReader::StartElement) continue;
         const auto attributes = reader.attributes();
         const auto value = [&](const char* name) { return attributes.value(name).toString(); };
-        // Translucent colours are mixed in threads, of which there may be none.
+        // Translucent colours would be blended in threads, which may not be available.
         for (const char* opacity : {"fill-opacity", "stroke-opacity", "opacity"})
             EXPECT_TRUE(value(opacity).isEmpty() || value(opacity) == "1") << opacity;
         svg.strokes.insert(value("stroke"));

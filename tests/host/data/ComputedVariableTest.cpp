@@ -104,7 +104,7 @@ TEST(ComputedVariable, ADefinitionReadsBackAsWritten) {
     }
 }
 
-/// Many cases are computed by several threads: nothing of that may show.
+/// Many cases are computed by several threads, with the same results.
 TEST(ComputedVariable, ManyCasesAreComputedAsOneByOne) {
     const std::string formula = "log(x) * 2 + if(x > 70, x, 1)";
     for (const int cases : {0, 1, 199'999, 200'000, 823'457}) {

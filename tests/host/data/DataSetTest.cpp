@@ -53,7 +53,7 @@ TEST(Codes, LabelsBeforeNumbers) {
     EXPECT_EQ(data.variable(0).labelOf(3), std::nullopt);
 }
 
-/// Whatever a name or cell holds, a message has a line of it, of bounded length, in whole characters.
+/// A message quotes any name or cell in one line of bounded length, in whole characters.
 TEST(Messages, QuoteBriefly) {
     EXPECT_EQ(brief("a\nb\t\x1b\x7f\xC2\x85\xC3\xA9"), "a\\nb\\t\\x1B\\x7F\\x85\xC3\xA9");
     EXPECT_EQ(brief("\xE9"), "\xC3\xA9") << "Windows-1252";

@@ -18,7 +18,7 @@
 
 namespace korvana::test {
 
-/// A file that is there for one test.
+/// A file that exists for one test.
 class TemporaryFile {
 public:
     explicit TemporaryFile(std::string_view content, std::string_view ending = ".csv") {
@@ -100,7 +100,7 @@ inline std::string dump(const DataSet& data) {
     return text;
 }
 
-/// Divides the work in several ways: data, notes or message are to be the same.
+/// Divides the work in several ways: data, notes or message must be the same.
 inline void expectTheSameFromSeveral(const std::string& text, const ReadOptions& options) {
     const auto outcome = [&](const ReaderTuning& tuning) {
         std::string said;

@@ -62,7 +62,7 @@ TEST(Expression, NamesAndReferences) {
 TEST(Expression, Selections) {
     DataSet data = patients();
     data.variable(6).missingCode = 4;
-    // A missing value deselects, whatever the rest of the condition says.
+    // A missing value deselects a case, whatever the rest of the condition gives.
     const std::vector<std::pair<std::string, std::string>> table{
         {"age > 45", "1100"},
         {"sex = 'male' or age > 45", "1100"},
@@ -99,7 +99,7 @@ TEST(Expression, Selections) {
     EXPECT_NE(divided.find("no finite value for case 2"), std::string::npos) << divided;
 }
 
-// A date is read, or what looks like one is refused: nothing else may come of it in the company of dates.
+// Something that looks like a date is read as one or refused, never computed.
 TEST(Expression, DatesAreNeverArithmetic) {
     const DataSet data = patients();
     for (const char* date : {"1995-06-01", "1995-6-1", "1995-6-01", "'1995-6-1'", "'1995/06/01'"}) {

@@ -128,7 +128,7 @@ TEST(ReadErrors, FilesThatCannotBeOpened) {
     }
 }
 
-/// By their first bytes, whatever they are called, and by their ending.
+/// They are recognised by their first bytes, whatever their names, and by their ending.
 TEST(ReadErrors, OtherFormatsAreNamedForWhatTheyAre) {
     using namespace std::string_literals;
     struct Format {

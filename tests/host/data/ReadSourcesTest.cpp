@@ -152,18 +152,17 @@ TEST(ReadSources, StandardInputIsReadFromWhereItStands) {
 TEST(ReadSources, BigTextsAreReadByThreadsAndGrowTheirColumns) {
     const RandomTable table(5, 250'000); // above the size from which threads are started
     EXPECT_EQ(dump(readText(table.text)), table.expected);
-    // More rows than a pipe promises.
+    // More rows than estimated for a pipe.
     EXPECT_EQ(dump(readData(Pipe(table.text, 1).path())), table.expected);
     EXPECT_EQ(dump(readData(TemporaryFile(packed(table.text), ".gz").path())), table.expected);
-    std::string longer =
-        "x\n" + std::string(1 << 20, '0') + "1\n"; // the first row does not tell of the others
+    std::string longer = "x\n" + std::string(1 << 20, '0') + "1\n"; // the first row is not like the others
     std::string expected = "x N: 1";
     for (int i = 0; i < 30'000; ++i) {
         longer += "2\n";
         expected += " 2";
     }
     EXPECT_EQ(dump(readData(TemporaryFile(longer).path())), expected);
-    std::string digits = "x\n"; // so many that the memory of the column is moved while it grows
+    std::string digits = "x\n"; // so many that the memory of the column moves while it grows
     for (int i = 0; i < 1'500'000; ++i)
         digits.append(1, static_cast<char>('0' + i % 10)).append("\n");
     const DataSet data = readData(Pipe(digits, 1).path());
@@ -184,7 +183,7 @@ TEST(ReadSources, WhatGzipLeftIncompleteOrDamagedIsNamed) {
         std::string damaged = whole;
         damaged[at] = static_cast<char>(damaged[at] ^ 0x55);
         const std::string said = refusal(damaged);
-        if (at < 10) continue; // there stand the time and the system that packed it
+        if (at < 10) continue; // the time and the system are stored there
         EXPECT_TRUE(said.find("damaged") != std::string::npos || said.find("too early") != std::string::npos)
             << at << said;
     }
@@ -192,7 +191,7 @@ TEST(ReadSources, WhatGzipLeftIncompleteOrDamagedIsNamed) {
     EXPECT_NE(refusal(packed("")).find("empty"), std::string::npos);
 }
 
-/// Stops a reader that waits for a pipe, before or after somebody has begun to write.
+/// Stops a reader that waits for a pipe, before or after writing has begun.
 TEST(ReadSources, AStopIsSeenWhileAPipeKeepsOneWaiting) {
     for (const bool begun : {false, true}) {
         const TemporaryFile name("");
@@ -200,7 +199,7 @@ TEST(ReadSources, AStopIsSeenWhileAPipeKeepsOneWaiting) {
         ASSERT_EQ(mkfifo(name.path().c_str(), 0600), 0);
         std::fstream end;
         if (begun) {
-            end.open(name.path()); // who reads a pipe, too, does not wait for its reader
+            end.open(name.path()); // opening for reading too does not wait for a reader
             end << "a,b\n1,2\n" << std::flush;
         }
         std::stop_source stop;
@@ -235,7 +234,7 @@ private:
     std::function<void()> change_;
 };
 
-/// At whatever moment: what was read before and after belongs together no more, even where it fits.
+/// At any moment: the parts read before and after no longer belong together, even if they fit.
 TEST(ReadSources, AFileThatChangesWhileItIsReadIsRefused) {
     std::string text = "time,status,group\n";
     for (int i = 0; i < 10'000; ++i)

@@ -1,5 +1,5 @@
 #pragma once
-// Tests that write files: a folder of their own, and a disk that is full.
+// For tests that write files: a folder, and a full disk.
 
 #include <csignal>
 #include <filesystem>
@@ -49,7 +49,7 @@ protected:
     fs::path directory_;
 };
 
-/// No file may grow beyond a size, as on a full disk.
+/// Limits the size of files, as on a full disk.
 class SmallDisk {
 public:
     explicit SmallDisk(rlim_t bytes) : signal_(std::signal(SIGXFSZ, SIG_IGN)) {

@@ -27,7 +27,7 @@ TEST_F(Files, AreWholeOrNotThere) {
     EXPECT_EQ(entries(), 1U);
 }
 
-/// Whatever the sizes of what is written, the file is its concatenation: in particular where a piece fills
+/// A file is the concatenation of what is written, for pieces of any size: in particular where a piece fills
 /// the buffer to the last byte, or is as large as the whole buffer.
 TEST_F(Files, HoldWhatWasWrittenInItsOrder) {
     constexpr std::size_t bufferSize = 65536;
@@ -94,7 +94,7 @@ TEST_F(Files, AFullDiskLeavesNoHalfFile) {
     }
 }
 
-/// The numbers of a text, one per place where `before` stands, in their order.
+/// The numbers of a text that follow `before`, in order.
 std::vector<int> numbersAfter(const std::string& text, const std::string& before) {
     std::vector<int> numbers;
     for (std::size_t at = text.find(before); at != std::string::npos; at = text.find(before, at + 1))
@@ -102,8 +102,8 @@ std::vector<int> numbersAfter(const std::string& text, const std::string& before
     return numbers;
 }
 
-/// Tables of every size around which the buffers of the writers fill up, read back whole: each format has all
-/// rows, each once, in their order.
+/// Tables of sizes around those that fill the writers' buffers, read back: each format has all rows once, in
+/// order.
 TEST_F(Files, TablesOfAnySizeKeepTheirRowsInOrder) {
     const FormatSet formats = parseFormats("json,csv,txt,html");
     for (std::size_t size = 1; size < 60000; size += 1 + size * 2 / 3) {

@@ -10,7 +10,7 @@
 namespace korvana {
 namespace {
 
-/// A folder holds one run: what an earlier one listed goes, what anybody else has there stays.
+/// A folder holds one run: files listed by an earlier one are removed, those of others are kept.
 TEST_F(Files, AFolderHoldsOneRun) {
     const auto names = [this] {
         std::set<std::string> found;
@@ -30,7 +30,7 @@ TEST_F(Files, AFolderHoldsOneRun) {
         const auto json = nlohmann::json::parse(read(directory_ / "results.json"));
         EXPECT_EQ(json["files"], nlohmann::json({"report.txt", "results.json"}));
     }
-    // Nobody else's file is replaced, whatever it is and whichever format would do it.
+    // No file of others is replaced, of any kind and by any format.
     const std::vector<std::pair<const char*, const char*>> clashes{
         {"txt", "report.txt"}, {"html", "report.html"},  {"xlsx", "results.xlsx"},
         {"csv", "big.csv"},    {"json", "results.json"}, {"csv", ".korvana-files.json"}};
@@ -47,7 +47,7 @@ TEST_F(Files, AFolderHoldsOneRun) {
         EXPECT_TRUE(fs::is_empty(directory_ / "theirs")) << formats;
     }
     fs::remove(directory_ / "theirs");
-    // Who was asked is told all that goes, and nothing else does.
+    // The user is asked about everything that is removed, and nothing else is.
     writeFile(directory_ / "report.html", "mine");
     const FolderChanges told = changesIn(directory_, {"report.html", "report.txt", "big.csv"});
     EXPECT_EQ(told.replaced, (std::vector<std::string>{"report.html", "report.txt"}));
@@ -59,8 +59,7 @@ TEST_F(Files, AFolderHoldsOneRun) {
         << "the list is no business of theirs";
 }
 
-/// A list of files may say anything: nothing but plain files beside it, of the kinds written there, is
-/// removed.
+/// A list of files cannot be trusted: only plain files beside it, of the kinds that runs write, are removed.
 TEST_F(Files, AListOfFilesIsNotTrusted) {
     const fs::path inside = directory_ / "in";
     fs::create_directories(inside / "folder.csv");
@@ -80,7 +79,7 @@ TEST_F(Files, AListOfFilesIsNotTrusted) {
     EXPECT_FALSE(fs::exists(inside / "old.csv"));
     fs::remove(inside / fileList);
 
-    // Somebody else's file of that name says nothing to us.
+    // Another program's file of that name is not a list.
     for (const char* other :
          {"", "[]", "7", "{\"files\": [\"x.csv\"]}", "{\"format\": \"x\", \"files\": [\"x.csv\"]}",
           "{\"format\": \"korvana-results\", \"files\": \"x.csv\"}", "{\"format\": \"korvana-res"}) {
@@ -90,7 +89,7 @@ TEST_F(Files, AListOfFilesIsNotTrusted) {
     }
 }
 
-/// A run that fails leaves the folder as it was, and none that it made.
+/// A run that fails leaves the folder as it was, and removes one that it made.
 TEST_F(Files, ARunThatFailsChangesNothing) {
     writeBook(test::smallBook(), directory_, parseFormats("json,csv"));
     const std::string before = read(directory_ / "results.json");
@@ -102,7 +101,7 @@ TEST_F(Files, ARunThatFailsChangesNothing) {
             failureOf([&] { writeBook(bigBook(9000), directory_ / "a" / "b", parseFormats("txt,csv")); }),
             "");
     }
-    // Nor does one that has not a single file to write: tables alone as pictures, and pictures that fail.
+    // Nor does one without a file to write: only tables in formats of pictures, and pictures that fail.
     const auto noTable = [] {
         ResultsBook book;
         book.append(Chart{}).info = test::stepChart();

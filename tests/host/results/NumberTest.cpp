@@ -35,11 +35,11 @@ TEST(FormatNumber, PeopleReadTheColumnsFormat) {
     EXPECT_EQ(formatNumber(0.000317647, CellFormat::probability()), "0.00031765");
     EXPECT_EQ(formatNumber(2e-30, CellFormat::probability()), "2e-30");
     EXPECT_EQ(formatNumber(0.0, CellFormat::probability()), "< 1e-30");
-    // No sign on what is shown as zero.
+    // No sign on a value shown as zero.
     EXPECT_EQ(formatNumber(-0.0004, CellFormat::fixed(3)), "0.000");
     EXPECT_EQ(formatNumber(-0.0, CellFormat::general()), "0");
     EXPECT_EQ(formatNumber(-0.0006, CellFormat::fixed(3)), "-0.001");
-    // No hundreds of digits, whatever is asked for.
+    // Never hundreds of digits.
     EXPECT_EQ(formatNumber(1e300, CellFormat::fixed(255)), "1e+300");
     EXPECT_EQ(formatNumber(-1e15, CellFormat::integer()), "-1e+15");
     EXPECT_EQ(formatNumber(5.0, CellFormat::general(0)), "5");

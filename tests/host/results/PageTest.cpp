@@ -63,7 +63,8 @@ TEST(HtmlWriter, IsOneWellFormedPage) {
     }
 }
 
-/// The texts of an analysis may have blanks at their ends: files for programs keep them, nobody sees them.
+/// The texts of an analysis may have blanks at their ends: files for programs keep them, people do not see
+/// them.
 TEST(Titles, LoseTheirBlanksWhereTheyAreShown) {
     ResultsBook padded = test::smallBook();
     const auto pad = [](std::string& text) {

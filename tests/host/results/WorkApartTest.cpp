@@ -12,7 +12,7 @@ namespace korvana {
 namespace {
 
 TEST(WorkApart, WhateverItsEndThereIsAnAnswer) {
-    // However slow the machine: only who never ends is given a short time.
+    // For slow machines: only a process that never ends gets a short time.
     const auto drawing = [](auto how, int seconds = 60) {
         const Work work{"drawing", noMemoryToDraw, std::chrono::seconds{seconds}};
         return workApart(work, how).value_or(Answer{"", "no process"});
@@ -33,7 +33,7 @@ TEST(WorkApart, WhateverItsEndThereIsAnAnswer) {
         });
         EXPECT_TRUE(answer.error.starts_with(noMemoryToDraw)) << answer.error;
     }
-    // A stop ends the drawing even where the program has handlers for it.
+    // A stop ends the drawing even if the program handles the signal.
     const auto before = std::signal(SIGTERM, SIG_IGN);
     EXPECT_EQ(drawing([]() -> Answer {
                   std::raise(SIGTERM);

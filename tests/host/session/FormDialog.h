@@ -1,5 +1,5 @@
 #pragma once
-// An analysis of one dialog whose controls depend on each other, and a modal dialog that its OK asks.
+// An analysis with one dialog whose controls depend on each other, and a modal dialog.
 
 #include "support/dialogs/CAnalysisModalDialog.h"
 #include "tests/host/session/TinyAnalysis.h"

@@ -55,7 +55,7 @@ TEST_F(OriginTest, AnOutputTellsButtonDataAndSettings) {
     EXPECT_EQ(std::get<Setting::Code>(settings[2].value), (Setting::Code{2.0, "two"}));
 }
 
-/// Results are of the data as they were when the analysis ran, whatever is done until a button is pressed.
+/// The origin of results is the data at the time of the run, whatever changes before a button is pressed.
 TEST_F(OriginTest, ResultsKeepTheStateOfTheirRun) {
     const auto ofThese = [this] { return session.run()->data == session.data().state(); };
     session.start();

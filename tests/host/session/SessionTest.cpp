@@ -74,7 +74,7 @@ TEST_F(SessionTest, WhatWasMendedIsForgottenOnceAnOkSucceeds) {
     specify(1);
     EXPECT_EQ(session.currentInterface(), "TinyResults");
     EXPECT_TRUE(session.book().messages.empty()) << lastMessage();
-    // What is said beside results stays with them, whatever fails before the next ones.
+    // Messages about results stay with them, even if a later run fails.
     call("Write");
     session.book().messages.push_back({1, "of an output", {}, {}});
     const auto results = session.sharedBook();
@@ -134,8 +134,8 @@ struct SessionOfAPerson : Person, tiny::TinySession {
     ozm::CAnalysisSupport& host() const { return *analysis; }
 };
 
-/// Whoever reads what a dialog refuses mends it: that is no part of results, whatever is written before or
-/// after. An output that failed is.
+/// What a dialog refuses is corrected by the user, so its message is not part of the results. That of a
+/// failed output is.
 TEST_F(SessionOfAPerson, WhatWasRefusedIsShownAndNoPartOfResults) {
     session.start();
     specify(2);
@@ -151,7 +151,7 @@ TEST_F(SessionOfAPerson, WhatWasRefusedIsShownAndNoPartOfResults) {
     const auto results = session.sharedBook();
     EXPECT_EQ(results->outputs.size(), 3U);
     call("Cancel");
-    specify(2); // not beside the results that stand either
+    specify(2); // not with the existing results either
     EXPECT_EQ(results->messages.size(), 1U);
     EXPECT_EQ(shown, 5);
 }

@@ -29,7 +29,7 @@ TEST_F(KaplanFixture, StartupEntriesLeadToTheirAnalyses) {
         EXPECT_EQ(ModuleState().shared.analysisType, row.type);
         EXPECT_EQ(ModuleState().regression.settings.modelKind, row.modelKind);
         EXPECT_EQ(ModuleState().shared.timeVariables, row.type == AnalysisType::Regression ? 0 : 1);
-        // So it is when the analysis is begun anew.
+        // The same when the analysis is started again.
         analysis.Initialize();
         host.Go(analysis, StepInitialize);
         EXPECT_EQ(host.Script().Get("TypeOfAnalysis").value, AutomationValue{row.member});

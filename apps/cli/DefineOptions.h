@@ -21,8 +21,8 @@ private:
     std::vector<std::string> texts_;
 };
 
-/// Appends the variables in order; each may use those before it. Throws UsageError. @param afterEach  called
-/// after each one, before the next is computed
+/// Appends the variables in order; each may use those before it. Throws UsageError.
+/// @param afterEach  called after each one, before the next is computed
 void define(DataSet& data, const std::vector<Definition>& definitions,
             const std::function<void()>& afterEach);
 

@@ -19,8 +19,10 @@ struct ColumnKind {
 /// Decides what the columns hold, from the counts of their cells in the whole file; all share one decimal
 /// mark. Throws DataError for a column of numbers with an infinite one or with separated thousands, for
 /// numbers with a decimal mark other than the file's, and for dates that do not exist or can be read in two
-/// ways. @param tallies  one per column @param first    the first column that is a variable @param notes get
-/// what the user should know about it
+/// ways.
+/// @param tallies  one per column
+/// @param first  the first column that is a variable
+/// @param notes  get what the user should know about it
 std::vector<ColumnKind> decideKinds(const DelimitedTable& table, std::span<const ColumnTally> tallies,
                                     std::size_t first, std::vector<std::string>& notes);
 

@@ -36,8 +36,8 @@ struct ComputedVariable {
 /// Computes a variable. A case with a missing value in a variable of the expression has none, unless the
 /// expression tests that variable by missing(x); comparisons give 1 or 0. A result that is not finite is a
 /// missing value too, and the note counts those and names the first. Throws DataError (name, too many
-/// variables), ExpressionError, ReadingStopped (ReadData.h) or std::bad_alloc, nothing else. @param stop lets
-/// another thread stop it
+/// variables), ExpressionError, ReadingStopped (ReadData.h) or std::bad_alloc, nothing else.
+/// @param stop  lets another thread stop it
 ComputedVariable computeVariable(const DataSet& data, const Definition& definition,
                                  const std::stop_token& stop = {});
 

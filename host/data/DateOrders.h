@@ -20,8 +20,8 @@ std::string_view optionOf(DateOrder order);
 
 /// Decides in which order the columns of dates are read. Columns that fit one order are read in it; those
 /// that fit several follow them, if they agree. Short numbers that fit no order become texts. Throws
-/// DataError for a column that no order fits, AmbiguousDates for one that is left undecided. @param first
-/// the first column that is a variable
+/// DataError for a column that no order fits, AmbiguousDates for one that is left undecided.
+/// @param first  the first column that is a variable
 void decideOrders(const DelimitedTable& table, std::span<const ColumnTally> tallies, std::size_t first,
                   std::span<ColumnKind> kinds);
 

@@ -74,8 +74,8 @@ bool canSeparate(char c) {
     return !letterOrDigit && c != '\0' && std::string_view("\"'\r\n .-+_").find(c) == std::string_view::npos;
 }
 
-/// Reads a first line "sep=;", which spreadsheet programs write, and skips it. @param told  the separator is
-/// already known
+/// Reads a first line "sep=;", which spreadsheet programs write, and skips it.
+/// @param told  the separator is already known
 std::optional<char> readSeparatorLine(std::string_view text, bool told, const std::string& file,
                                       DelimitedFormat& format) {
     const std::size_t feed = text.find('\n', format.begin);

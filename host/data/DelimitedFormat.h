@@ -26,7 +26,8 @@ struct DelimitedFormat {
 
 /// Finds the layout from the beginning of a text; nothing when more of it is needed. Throws DataError, naming
 /// the file, for options that contradict each other, for texts in UTF-16, with line ends of old Macintosh
-/// systems or without any row of cells. @param whole  the text is complete
+/// systems or without any row of cells.
+/// @param whole  the text is complete
 std::optional<DelimitedFormat> findFormat(std::string_view text, bool whole, const ReadOptions& options,
                                           const std::string& file);
 

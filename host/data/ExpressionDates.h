@@ -26,7 +26,8 @@ std::optional<WrittenDate> writtenDateAt(std::string_view expression, std::size_
 
 /// Refuses what would compute nonsense from dates: a date compared with a number that is no date, such as
 /// 1995 - 1 - 15; such numbers in an expression with dates; a date as a factor. Throws ExpressionError.
-/// @param tokens      of a valid expression @param holdsDates  whether a name is that of a variable of dates
+/// @param tokens  of a valid expression
+/// @param holdsDates  whether a name is that of a variable of dates
 void checkDates(std::string_view expression, std::span<const Token> tokens,
                 const std::function<bool(const Token&)>& holdsDates);
 

@@ -14,8 +14,9 @@ class GrowingColumns {
 public:
     explicit GrowingColumns(std::size_t columns) : columns_(columns), cells_(columns) {}
 
-    /// Makes room; waits until nobody holds the columns. @param rows      the number needed @param expected
-    /// the number to prefer if there is memory; may be less than rows
+    /// Makes room; waits until nobody holds the columns.
+    /// @param rows  the number needed
+    /// @param expected  the number to prefer if there is memory; may be less than rows
     void require(std::size_t rows, std::size_t expected);
 
     /// The cells stay where they are while this is held.

@@ -12,7 +12,8 @@
 
 namespace korvana {
 
-/// How a delimited text was understood, in one line. @param first  the first column that is a variable
+/// How a delimited text was understood, in one line.
+/// @param first  the first column that is a variable
 std::string layoutText(const DelimitedTable& table, std::span<const ColumnTally> tallies,
                        std::span<const ColumnKind> kinds, std::size_t first, unsigned threads);
 

@@ -20,8 +20,9 @@ struct TextColumn {
 /// Reads text columns, and the first column as names of the cases, in a second pass over a table that
 /// readChunk has checked. The texts are numbered in order: numbers by value, then texts by their UTF-8 bytes,
 /// so that the codes do not depend on the order of the rows. The table's chunks must count rows without blank
-/// lines. Throws DataError when the rows are not those of the first pass. @param names  gets the names;
-/// nullptr: not wanted @return whether some text or name is not UTF-8
+/// lines. Throws DataError when the rows are not those of the first pass.
+/// @param names  gets the names; nullptr: not wanted
+/// @return whether some text or name is not UTF-8
 bool readTextColumns(const DelimitedTable& table, ByteSource& source, unsigned threads,
                      std::span<TextColumn> columns, CaseNames* names);
 

@@ -23,7 +23,8 @@ std::string noCharacter(unsigned char byte);
 std::string withEscapes(std::string_view text);
 
 /// A text of a file for a message: decoded, withEscapes, and a long text cut between characters to its
-/// beginning, "..." and its end. @param most  bytes, about
+/// beginning, "..." and its end.
+/// @param most  bytes, about
 std::string brief(std::string_view text, std::size_t most = 40);
 
 /// The length of the well-formed character at the beginning of a text; 0 = none.

@@ -16,7 +16,8 @@ inline constexpr int resultsFormatVersion = 1;
 
 /// Everything in the book as one JSON object (UTF-8), numbers at full double precision; empty cells and
 /// numbers that are not finite are null. Rows are streamed. The same results give the same text, as it has no
-/// time of day. @param files  the names of the files written together, this one included
+/// time of day.
+/// @param files  the names of the files written together, this one included
 void writeJson(const ResultsBook& book, std::ostream& out, const std::vector<std::string>& files = {});
 
 /// Only the head of a results.json: format, program and files.

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the pictures in docs/images anew: two charts by the command line, the window and its dialogs.
+# Regenerates the pictures in docs/images: two charts by the command line, the window and its dialogs.
 set -euo pipefail
 cd -- "$(dirname -- "$(readlink -f -- "$0")")/.."
 scripts/build.sh release korvana OZMSurvival korvana-drawing desktop-screenshots

@@ -15,7 +15,7 @@ struct StringResource {
     std::string_view text;
 };
 
-/// What a module brings along: its string table (ascending by number), dialog templates and type library. The
+/// The resources of a module: its string table (ascending by number), dialog templates and type library. The
 /// object lives as long as the module is loaded.
 struct ModuleResources {
     std::span<const StringResource> strings;

@@ -76,7 +76,7 @@ std::string bashOffer(const Values& values) {
 
 // Names of variables come from files: nothing here expands them, and what is put into the line is quoted.
 constexpr const char* bashFunctions = R"bash(# bash completion of korvana; 'korvana completion bash' writes it
-_korvana_offer() { # SEPARATOR WORD...: the words that continue what is typed, behind the last separator
+_korvana_offer() { # SEPARATOR WORD...: the words that continue what is typed, after the last separator
   local separator=$1 before= last=$current word
   shift
   if [[ -n $separator && $current == *"$separator"* ]]; then

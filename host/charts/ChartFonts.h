@@ -12,7 +12,7 @@ namespace korvana {
 /// The file of that font.
 [[nodiscard]] QByteArray chartFontData(bool bold);
 
-/// For a window on a system without any font: lets the charts' font stand in for the desktop's.
+/// For a window on a system without any font: uses the charts' font for the desktop too.
 void useChartFontWhereThereIsNone();
 
 } // namespace korvana

@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::string_view form = "a new variable is NAME = EXPRESSION, such as 'months = days / 30.4375'";
 
-/// Whether a name may stand in an expression without backquotes.
+/// Whether a name can be used in an expression without backquotes.
 bool isPlainName(std::string_view name) {
     if (trimmed(name) != name) return false; // a byte order mark, which names may contain
     try {

@@ -18,7 +18,7 @@ IsoDate readIsoDate(std::string_view text);
 /// The same of year, month and day; nothing when there is no such day, or a year beyond 0 to 9999.
 std::optional<int> dayNumberOf(int year, int month, int day);
 
-/// The date of a Julian day number as YYYY-MM-DD; empty for a value that is no whole day of the years 0 to
+/// The date of a Julian day number as YYYY-MM-DD; empty for a value that is not a whole day of the years 0 to
 /// 9999.
 std::string isoDateText(double dayNumber);
 

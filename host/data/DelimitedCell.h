@@ -27,10 +27,10 @@ struct RawCell {
     CellFault fault = CellFault::None;
 };
 
-/// Reads the cell that begins at p < end or p == end. A cell is quoted when its first character besides
-/// blanks is a quotation mark; a quotation mark further inside is an ordinary character. Line breaks inside
-/// quotes become line feeds, since editors may change them when they save a file.
-/// @param scratch  holds the text of a cell that differs from the file until the next call
+/// Reads the cell that begins at p < end or p == end. A cell is quoted when its first character other than a
+/// blank is a quotation mark; a quotation mark further inside is an ordinary character. Line breaks inside
+/// quotes become line feeds, since editors may change them when they save a file. @param scratch  holds the
+/// text of a cell that differs from the file until the next call
 RawCell readCell(const char* p, const char* end, char separator, std::string& scratch);
 
 enum class CellKind {

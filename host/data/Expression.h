@@ -25,7 +25,7 @@ private:
     std::size_t position_;
 };
 
-/// A name that an expression may use besides the variables of the data.
+/// A name that an expression may use in addition to the variables of the data.
 struct NamedInput {
     std::string name;
     int reference; ///< its 1-based reference number, beyond the variables: variableCount() + 1, ...

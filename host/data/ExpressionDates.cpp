@@ -32,7 +32,7 @@ std::size_t lengthOfThree(std::string_view text) {
     return skipDigits() ? at : 0;
 }
 
-/// Whether the parts besides the year can be a day and a month.
+/// Whether the parts other than the year can be a day and a month.
 bool hasParts(const DateText& date) {
     const auto fits = [](int part) { return part >= 1 && part <= 31; };
     return (date.yearFirst ? fits(date.third) : fits(date.first)) && fits(date.second);

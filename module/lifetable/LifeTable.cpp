@@ -26,7 +26,7 @@ LifeTableStatus ComputeLifeTable(const IntervalCounts& counts, Correction correc
         table.entering[i] = table.entering[i - 1] - counts.withdrawn[i - 1] - counts.dying[i - 1];
         if (table.entering[i] < 0.0) return LifeTableStatus::NegativeEntering;
     }
-    std::size_t entered = intervals; // ends at 1 at the latest, for somebody enters the first
+    std::size_t entered = intervals; // stops at 1 at the latest, as somebody enters the first
     while (!(table.entering[entered - 1] > 0.0))
         --entered;
     for (std::size_t i = 1; i < intervals; ++i)

@@ -41,7 +41,7 @@ std::optional<std::string> LabelOfCode(CAnalysisSupport& host, int variable, dou
 /// A code for people: its number, followed by the value label if there is one, "1 (6-MP)".
 std::string CodeWithLabel(CAnalysisSupport& host, int variable, double code);
 
-/// What a code stands for in the data's own words, for legends: "treatment = placebo", "status = 1".
+/// The meaning of a code in the data's own words, for legends: "treatment = placebo", "status = 1".
 std::string MeaningOfCode(CAnalysisSupport& host, int variable, double code);
 
 /// A text of the string table with values in the places of its %1, %2 ...

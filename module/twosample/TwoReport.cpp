@@ -47,7 +47,7 @@ std::vector<std::string> VariableLines(CAnalysisSupport& host, const SharedSetti
                 line(StrTwoCensored, FormatCount(sample.Total().censored))};
 }
 
-/// The rows with counts, their labels right-aligned so that the columns stand below each other.
+/// The rows with counts, their labels right-aligned so that the columns line up.
 void AddCounts(std::vector<std::string>& lines, const PooledSample& sample, int uncensored, int censored) {
     lines.push_back(FillCounts(uncensored, sample, &GroupCount::uncensored));
     lines.push_back(RightAligned(FillCounts(censored, sample, &GroupCount::censored), lines.back().size()));

@@ -51,7 +51,7 @@ struct SheetColumn {
     std::string title{};
 };
 
-/// A results spreadsheet as an analysis hands it over.
+/// A results spreadsheet, passed by an analysis.
 struct SheetSpec {
     std::string title;
     std::vector<std::string> notes;       ///< lines shown with the table

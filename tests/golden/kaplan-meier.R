@@ -1,6 +1,6 @@
 #!/usr/bin/env Rscript
 # Writes kaplan-meier-<data>.csv beside itself: product-limit estimates of the example data sets by R's package
-# `survival`, which the tests hold the system's own numbers against.
+# `survival`, against which the system's own numbers are tested.
 #   Rscript tests/golden/kaplan-meier.R
 # The estimate at each distinct time: n at risk just before it, events and censorings at it, survival, Greenwood's
 # standard error of the survival itself (survfit gives that of its logarithm), limits on the log(-log) scale at 0.95.

@@ -1,6 +1,6 @@
 #!/usr/bin/env Rscript
-# Writes life-tables.csv beside itself: actuarial life tables of the groups of two example data sets, which the tests
-# hold the system's own against.
+# Writes life-tables.csv beside itself: actuarial life tables of the groups of two example data sets, against which the
+# system's own are tested.
 #   Rscript tests/golden/life-tables.R
 # Twelve lower limits from 0 to the largest time of both groups; a time on a limit begins the next interval. With W
 # withdrawn and D dying of the N that enter an interval, E = N - W/2 are exposed and D/E of them die; an interval

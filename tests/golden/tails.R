@@ -1,6 +1,6 @@
 #!/usr/bin/env Rscript
-# Writes tails.csv beside itself: upper tails of the normal, chi-square and F distributions by R, which the tests hold
-# the system's own against.
+# Writes tails.csv beside itself: upper tails of the normal, chi-square and F distributions by R, against which the
+# system's own are tested.
 #   Rscript tests/golden/tails.R
 # Chi-square and F values are the quantiles of round probabilities, rounded to single precision (as the system takes
 # them) before their tail is computed. Values beyond single precision are left out: F with few denominator degrees of

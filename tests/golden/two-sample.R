@@ -1,5 +1,5 @@
 #!/usr/bin/env Rscript
-# Writes two-sample.csv beside itself: five tests of two samples, which the tests hold the system's own numbers against.
+# Writes two-sample.csv beside itself: five tests of two samples, against which the system's own numbers are tested.
 #   Rscript tests/golden/two-sample.R
 # Every test follows its textbook definition, using R's package `survival` where possible. Score sums are those of group
 # 1, Cox and Mantel's U is that of group 2, and all p but that of F are two-sided. Sources: Gehan (1965) Biometrika 52,

@@ -182,7 +182,7 @@ TEST_F(KaplanMeierTest, ACodeThatNoCaseHasIsToldAndRefusedOnlyWithoutTheOther) {
     EXPECT_EQ(all.code, ExitResults) << all.err;
     EXPECT_TRUE(has(all.err, "korvana: note: --censored 0: no case has this code of 'status'.\n")) << all.err;
     EXPECT_TRUE(has(json::parse(all.out)["notes"].dump(), "no case has this code"));
-    // With cases of neither code it may be a mistake: all the same nobody could count two codes as censored.
+    // With cases of neither code it may be a mistake: a warning, even with --quiet.
     file("other.csv", "time,status\n1,1\n2,2\n3,1\n4,2\n5,1\n");
     const Outcome other = analyse("other.csv", "-q --format json");
     EXPECT_EQ(other.code, ExitResults);

@@ -24,7 +24,7 @@ TEST(ChartGeometry, StepsHoldUntilTheNextPoint) {
     EXPECT_EQ(path[1].y, 1.0);
     EXPECT_EQ(path[2].y, 0.5);
     EXPECT_TRUE(std::isnan(path[3].x));
-    EXPECT_EQ(path[4].x, 3.0); // after the gap it begins anew
+    EXPECT_EQ(path[4].x, 3.0); // after the gap it starts again
     EXPECT_EQ(path[5].y, 0.3);
 }
 

@@ -26,7 +26,7 @@ TEST_F(KaplanFixture, SummaryListsEveryObservationInTimeOrder) {
               (std::vector<std::string>{"Note: Censored cases are marked with +", "Cases 1 to 21"}));
     ASSERT_EQ(table.headings.size(), 5U); // no column of names where the data name no cases
     EXPECT_EQ(table.headings[2], (std::pair<std::string, std::string>{"Cumulatv", "Survival"}));
-    // 6 6 6 6+ 7 9+ 10 10+ ...: an uncensored case stands before a censored one of the same time.
+    // 6 6 6 6+ 7 9+ 10 10+ ...: an uncensored case comes before a censored one of the same time.
     EXPECT_EQ(std::vector<double>(table.numbers[0].begin(), table.numbers[0].begin() + 8),
               (std::vector<double>{6, 6, 6, 6, 7, 9, 10, 10}));
     EXPECT_EQ(std::vector<std::string>(table.texts[1].begin(), table.texts[1].begin() + 8),
@@ -34,7 +34,7 @@ TEST_F(KaplanFixture, SummaryListsEveryObservationInTimeOrder) {
     EXPECT_TRUE(std::isnan(table.numbers[2][3]));
     EXPECT_NEAR(table.numbers[2][4], .806723, 5e-7);
     EXPECT_EQ(table.numbers[4][3], 4); // the one censored at 6
-    // Counts stand as cells too.
+    // Counts are also cells.
     EXPECT_EQ(host.sheets[0].numbers[0], (std::vector<double>{21, 9, 12}));
 
     for (int i = 1; i <= 21; ++i)

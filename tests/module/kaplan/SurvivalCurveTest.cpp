@@ -180,7 +180,7 @@ TEST_F(KaplanFixture, TheCurveOfManyShowsAllOfThemAndThePlotsSayWhatTheyDoNot) {
     const ChartSeries& curve = host.charts[0].series[0];
     EXPECT_EQ(curve.x.back(), std::max(r.UncensoredTimes().back(), r.CensoredTimes().back()));
     EXPECT_LT(curve.x.size(), 10000U);
-    // Each point stands on the estimate.
+    // Each point is on the estimate.
     for (std::size_t i = 1; i < curve.x.size(); ++i) {
         const auto after =
             std::upper_bound(r.UncensoredTimes().begin(), r.UncensoredTimes().end(), curve.x[i]);

@@ -171,7 +171,7 @@ TEST_F(CaseReaderTest, AsManyGroupsAsThereAreCodes) {
         "'g' other than 20000, 19999, 19998, 19997, 19996, 19995, 19994, 19993, 19992, 19991, "
         "19990, 19989 or 19987 more."))
         << notes[0];
-    // The header lists them all; two have names besides.
+    // The header lists them all; two also have names.
     settings.analysisType = AnalysisType::MultipleSamples;
     WriteInputHeader(analysis, settings);
     EXPECT_NE(host.report.find("Variable with group codes: g\n           20000\n           19999\n"),

@@ -113,7 +113,7 @@ TEST(ReportLines, CodesStandInTheirField) {
     EXPECT_EQ(FormatCode(0.5), "      0.5");
     EXPECT_EQ(FormatCode(-3), "        -3");
     EXPECT_EQ(FormatCode(std::nan("")), "        --");
-    // As many digits as fit: codes told apart by their ninth digit, and never beyond the field.
+    // As many digits as fit: codes that differ in their ninth digit, and never beyond the field.
     EXPECT_EQ(FormatCode(123456789), " 123456789");
     EXPECT_EQ(FormatCode(-0.123456789), "-0.123457");
     EXPECT_EQ(FormatCode(-1234567.891), "-1234567.9");

@@ -193,7 +193,7 @@ Observations Random(std::mt19937& generator, int size, int distinct, double cens
     for (int i = 0; i < size; ++i) {
         const auto time = static_cast<double>(generator() % static_cast<unsigned>(distinct));
         const bool failed = static_cast<double>(generator() % 1000) >= 1000 * censored;
-        // Both groups have somebody.
+        // Neither group is empty.
         const int group = i < 2 ? i + 1 : static_cast<int>(generator() % 2) + 1;
         sample.push_back({time, static_cast<std::int16_t>(failed ? 1 : 0), static_cast<std::int16_t>(group)});
     }

@@ -13,6 +13,7 @@ public:
 
 protected:
     void OnOpen() override;
+    void OnUse() override { Shared().Enter(Analysis()); }
     bool OnCommand(int control) override;
     void OnValueChanged(int control) override;
 

@@ -21,7 +21,7 @@ namespace {
 /// sequence.
 template <class Dialog, class... State>
 int OpenStep(CAnalysisSupport& analysis, State&... state) {
-    ModuleState().Enter(analysis);
+    ModuleState().shared.Enter(analysis);
     auto dialog = std::make_unique<Dialog>(analysis, state...);
     return CAnalysisModelessDialog::CreateAnalysisDialog(std::move(dialog)) ? StepInProgress : StepEnd;
 }

@@ -42,6 +42,7 @@ void UnsetCodes(SharedSettings& shared) {
 void SurvivalState::Reset(CAnalysisSupport& host) {
     ReleaseResults();
     shared = SharedSettings{};
+    shared.releaseResults = [] { ModuleState().ReleaseResults(); };
     shared.owner = &host;
     regression = {};
     shared.reportTitle = Text(StrReportTitle);
@@ -53,7 +54,7 @@ void SurvivalState::Reset(CAnalysisSupport& host) {
 }
 
 void SurvivalState::DataChanged(CAnalysisSupport& host) {
-    Enter(host);
+    shared.owner = &host;
     ReleaseResults();
     FindListsAgain(host, shared);
     UnsetCodes(shared);
@@ -65,11 +66,6 @@ void SurvivalState::ClearSelections() {
     shared.lists = {};
     shared.listNames = {};
     UnsetCodes(shared);
-}
-
-void SurvivalState::Enter(CAnalysisSupport& host) {
-    if (shared.owner != &host) ReleaseResults();
-    shared.owner = &host;
 }
 
 void SurvivalState::Leave(const CAnalysisSupport& host) {

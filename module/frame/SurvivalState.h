@@ -26,8 +26,6 @@ struct SurvivalState {
     void DataChanged(CAnalysisSupport& host);
     /// Forgets all variables and codes that were selected.
     void ClearSelections();
-    /// An analysis object takes a step: results of any other one are released.
-    void Enter(CAnalysisSupport& host);
     /// An analysis object is destroyed: its results are released.
     void Leave(const CAnalysisSupport& host);
 

@@ -18,7 +18,12 @@ namespace {
 void WriteCode(CAnalysisSupport& host, std::string_view lead, int variable, double code,
                std::string_view role) {
     std::string line{lead};
-    line += FormatCode(code);
+    const std::string field = FormatCode(code);
+    if (!line.ends_with(' ') && !field.starts_with(' ')) line += ' ';
+    line += field;
+    // Digits that the field has no room for may be what tells two codes apart.
+    if (const std::string exact = FormatExact(code); std::isfinite(code) && !field.ends_with(exact))
+        line += " = " + exact;
     std::string label;
     double value = code;
     if (std::isfinite(code) && variable != 0 &&

@@ -54,6 +54,8 @@ struct WorkAreas {
 struct SharedSettings {
     /// The analysis object that these selections and results belong to; only compared, never used.
     const CAnalysisSupport* owner = nullptr;
+    /// Releases the results of all analyses; none where there is nothing to release.
+    void (*releaseResults)() = nullptr;
     AnalysisType analysisType = AnalysisType::LifeTables;
     InputDataType inputDataType = InputDataType::Raw;
     std::int16_t timeVariables = 0; ///< 0 none yet; 1 times; 2 dates; 6 month, day, year twice
@@ -69,6 +71,12 @@ struct SharedSettings {
     int cases = 0;
     int variables = 0;
     WorkAreas work;
+
+    /// An analysis object acts: from now on these are its own, and results of any other one are released.
+    void Enter(const CAnalysisSupport& host) {
+        if (owner != &host && releaseResults != nullptr) releaseResults();
+        owner = &host;
+    }
 
     [[nodiscard]] const std::vector<int>& List(SelectionListId id) const { return lists[id]; }
     std::vector<int>& List(SelectionListId id) { return lists[id]; }

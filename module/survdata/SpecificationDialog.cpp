@@ -13,6 +13,14 @@ void SpecificationDialog::OnOpen() {
     ShowSelections();
 }
 
+void SpecificationDialog::OnUse() {
+    if (Shared().owner == &Analysis()) return;
+    Shared().Enter(Analysis());
+    Shared().analysisType = type_;
+    for (const ControlTemplate& control : Template().controls)
+        if (!std::holds_alternative<std::monostate>(Value(control.id))) OnValueChanged(control.id);
+}
+
 void SpecificationDialog::OnValueChanged(int control) {
     TakeSelection(control);
 }

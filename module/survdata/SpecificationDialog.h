@@ -9,10 +9,15 @@ namespace ozm::survival {
 /// in `OnOpen` and `OnValueChanged`.
 class SpecificationDialog : public ModuleDialog {
 public:
-    using ModuleDialog::ModuleDialog;
+    SpecificationDialog(CAnalysisSupport& host, const DialogTemplate& dialogTemplate,
+                        const AutomationInterface& automation, SharedSettings& shared, AnalysisType type)
+        : ModuleDialog(host, dialogTemplate, automation, shared), type_(type) {}
 
 protected:
     void OnOpen() override;
+    /// Where another analysis object has acted since, its selections are in force: those that this dialog
+    /// shows take their place.
+    void OnUse() final;
     bool OnCommand(int control) override;
     void OnValueChanged(int control) override;
     /// Shows what is left of the selections.
@@ -27,6 +32,9 @@ protected:
 
     /// Closes the dialog after a run: forward to the results, or back to the specification for other data.
     void Leave(bool computed, int resultsStep, int specificationStep);
+
+private:
+    AnalysisType type_;
 };
 
 } // namespace ozm::survival

@@ -10,7 +10,7 @@
 namespace ozm::survival {
 
 CDefineTwoDlg::CDefineTwoDlg(CAnalysisSupport& host, SharedSettings& shared, TwoState& state)
-    : SpecificationDialog(host, twoTemplate, twoInterface, shared), state_(state) {}
+    : SpecificationDialog(host, twoTemplate, twoInterface, shared, AnalysisType::TwoSamples), state_(state) {}
 
 double& CDefineTwoDlg::CodeForGroup(int group) {
     auto& codes = Shared().groupCodes;

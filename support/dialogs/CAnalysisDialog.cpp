@@ -177,6 +177,7 @@ DialogResult CAnalysisDialog::Press(int control) {
     bool succeeded = false;
     DialogResult result = Guarded([&, this] {
         Tell([&](DialogObserver& each) { each.CommandBegins(*this, control); });
+        OnUse();
         succeeded = OnCommand(control);
     });
     result.succeeded = succeeded;
@@ -189,6 +190,7 @@ DialogResult CAnalysisDialog::PutValue(int control, ControlValue value) {
     if (DialogResult usable = Usable(control, "control"); !usable.done) return usable;
     return Guarded([&, this] {
         if (DialogResult fit = Fits(*found, value); !fit.done) throw std::runtime_error(fit.reason);
+        OnUse();
         SetValue(control, std::move(value));
         OnValueChanged(control);
     });

@@ -96,6 +96,8 @@ public:
 
 protected:
     virtual void OnOpen() {}
+    /// Somebody presses a button or changes a value: comes before `OnCommand` and `OnValueChanged`.
+    virtual void OnUse() {}
     /// Performs a button's action. Returns whether it succeeded; if not, the user has seen why.
     virtual bool OnCommand(int /*control*/) { return true; }
     virtual void OnValueChanged(int /*control*/) {}

@@ -118,9 +118,10 @@ protected:
         EXPECT_EQ(host.outstanding, 0);
     }
     /// The outputs that scripts know.
-    std::vector<AutomationMember> Outputs() {
+    std::vector<AutomationMember> Outputs() { return Outputs(host.Dialog()); }
+    static std::vector<AutomationMember> Outputs(const CAnalysisDialog& dialog) {
         std::vector<AutomationMember> outputs;
-        for (const AutomationMember& member : host.Dialog().Interface()->members)
+        for (const AutomationMember& member : dialog.Interface()->members)
             if (member.kind == MemberKind::Action) outputs.push_back(member);
         return outputs;
     }

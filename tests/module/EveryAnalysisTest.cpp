@@ -5,8 +5,11 @@
 #include "tests/module/AnalysisFixture.h"
 
 #include "module/resources/Shared.h"
+#include "module/resources/Startup.h"
 
+#include <bit>
 #include <cctype>
+#include <cmath>
 #include <set>
 
 namespace ozm::survival {
@@ -96,8 +99,63 @@ TEST_P(EveryAnalysis, GivesEverythingBackToAHostThatThrowsWhileReading) {
     Specify();
     host.throwsFrom = 300;
     EXPECT_FALSE(Whole());
+    EXPECT_EQ(host.statusTexts.back(), "") << "the status line is cleared";
     host.throwsFrom = 3000;
     EXPECT_TRUE(Whole());
+}
+
+TEST_P(EveryAnalysis, OtherDataUnsetEveryCode) {
+    Run();
+    host.Press(analysis, ControlCancel);
+    analysis.InitializeAfterFileChanged();
+    host.Dialog().DataChanged();
+    int codes = 0;
+    for (const AutomationMember& member : host.Dialog().Interface()->members) {
+        if (member.type != MemberType::Code) continue;
+        EXPECT_TRUE(std::isnan(std::get<double>(host.Script().Get(member.name).value.value))) << member.name;
+        ++codes;
+    }
+    EXPECT_GE(codes, 2);
+}
+
+/// Two analysis objects share the module's one state: the one that acts has it.
+TEST_P(EveryAnalysis, TakesTurnsWithAnotherOne) {
+    ManyCases(of.several);
+    CSurvival other{&host};
+    host.Go(other, of.specification);
+    CAnalysisDialog& others = host.Dialog();
+    Specify();
+    CAnalysisDialog& own = host.Dialog();
+    // What the other one selects, or forgets, does not change what this one shows and computes.
+    AutomationObject{others}.Put("CodeForCompleteResponses", 7);
+    host.Go(other, StepStart);
+    host.Dialog().Press(TaskResetSelections);
+    own.Press(ControlOk);
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(ModuleState().shared.completeCode),
+              std::bit_cast<std::uint64_t>(1.0));
+    ASSERT_EQ(host.Go(analysis, host.nextStep), of.results);
+    EXPECT_GT(of.observations(), 0);
+    CAnalysisDialog& results = host.Dialog();
+    // The other one acts: the results of this one are gone, and so they are when it has results of its own.
+    AutomationObject{others}.Put("CodeForCompleteResponses", test::none);
+    EXPECT_EQ(host.outstanding, 0);
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(ModuleState().shared.completeCode), ~std::uint64_t{0});
+    host.Go(other, of.specification);
+    AutomationObject script = host.Script();
+    script.Put("Variables", of.variables);
+    for (const auto& [code, value] : {std::pair{"CodeForCompleteResponses", 1},
+                                      {"CodeForCensoredResponses", 0},
+                                      {"CodeForGroup1", 1},
+                                      {"CodeForGroup2", 2}})
+        script.Put(code, value);
+    host.Dialog().Press(ControlOk);
+    const int kept = host.outstanding;
+    EXPECT_EQ(kept, of.arrays);
+    const std::string output{Outputs(results).front().name};
+    EXPECT_EQ(AutomationObject{results}.Call(output).value, AutomationValue{false});
+    EXPECT_EQ(host.messages.back().id, StrNoResults);
+    results.Press(ControlCancel);
+    EXPECT_EQ(host.outstanding, kept) << "which are the other one's";
 }
 
 TEST_P(EveryAnalysis, EveryMemoryRequestRefusedInTurn) {

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <functional>
 #include <limits>
 #include <map>
 #include <memory>
@@ -26,6 +27,7 @@ struct Column {
     std::vector<double> values;
     double missingCode = none;
     std::map<double, std::string> labels{};
+    bool texts = false;
 };
 
 struct Shown {
@@ -90,6 +92,7 @@ public:
     bool menus = true;
     bool refuseDialogs = false;
     std::vector<std::string> asked;
+    std::function<void()> whenShown; ///< called while a message box stands
 
     /// Runs steps from one on until a dialog owns the step or the sequence ends; returns the step reached.
     int Go(CAnalysisSupport& analysis, int step) {
@@ -148,6 +151,7 @@ public:
     }
     std::string FileName() override { return "trial.csv"; }
     int NumberOfVariables() override { return static_cast<int>(columns.size()); }
+    bool HoldsTexts(int variable) override { return columns[static_cast<std::size_t>(variable) - 1].texts; }
     short getvn5(int variable, std::string& name) override {
         name = variable > 0 ? columns[static_cast<std::size_t>(variable - 1)].name : "";
         return variable > 0 ? 0 : 1;
@@ -231,6 +235,7 @@ public:
             notes.emplace_back(text);
         else
             messages.push_back({id, std::string{text}, std::string{detail}});
+        if (whenShown) whenShown();
         return ButtonOk;
     }
 

@@ -51,14 +51,17 @@ TEST_F(KaplanFixture, OtherDataKeepTheVariablesThatTheyHaveByName) {
     const AutomationValue both{AutomationValue::List{AutomationValue::List{1}, AutomationValue::List{2}}};
     const AutomationValue moved{AutomationValue::List{AutomationValue::List{2}, AutomationValue::List{1}}};
     const AutomationValue timesOnly{AutomationValue::List{AutomationValue::List{1}, AutomationValue::List{}}};
+    const AutomationValue codesOnly{AutomationValue::List{AutomationValue::List{}, AutomationValue::List{2}}};
     struct {
         const char* what;
         std::vector<std::size_t> order; ///< of the columns before
         bool renamed;                   ///< the censoring variable
+        bool texts;                     ///< where the times were
         AutomationValue left;
-    } const rows[] = {{"the same", {0, 1}, false, both},
-                      {"the other way round", {1, 0}, false, moved},
-                      {"one is called otherwise", {0, 1}, true, timesOnly}};
+    } const rows[] = {{"the same", {0, 1}, false, false, both},
+                      {"the other way round", {1, 0}, false, false, moved},
+                      {"one is called otherwise", {0, 1}, true, false, timesOnly},
+                      {"the times are texts", {0, 1}, false, true, codesOnly}};
     for (const auto& row : rows) {
         for (const bool whileResults : {true, false}) {
             host.columns = columns;
@@ -67,6 +70,7 @@ TEST_F(KaplanFixture, OtherDataKeepTheVariablesThatTheyHaveByName) {
             host.columns.clear();
             for (const std::size_t place : row.order)
                 host.columns.push_back(columns[place]);
+            host.columns[0].texts = row.texts;
             if (row.renamed) host.columns[1].name += "2";
             analysis.InitializeAfterFileChanged();
             EXPECT_EQ(host.outstanding, 0) << "results of the data before";

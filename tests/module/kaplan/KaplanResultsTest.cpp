@@ -125,7 +125,16 @@ TEST_F(KaplanFixture, ALevelOutOfRangeIsToldAndReset) {
     AutomationObject results = host.Script();
     for (const double level : {1.5, -0.1, test::none}) {
         results.Put("ConfidenceLevel", level);
+        // What does not draw the limits' band takes the level as it is.
+        for (const char* output :
+             {"Summary", "PercentilesOfSurvivalFunction", "PlotOfLogSurvivalTimesVsCumProportionSurviving"})
+            EXPECT_EQ(results.Call(output).value, AutomationValue{true}) << output;
+        host.charts.clear();
+        bool stillShown = false;
+        host.whenShown = [&] { stillShown = results.Get("ConfidenceLevel").value != AutomationValue{0.95}; };
         results.Call("PlotOfSurvivalTimesVsCumProportionSurviving");
+        host.whenShown = nullptr;
+        EXPECT_TRUE(stillShown) << "the message comes before the reset";
         EXPECT_EQ(host.messages.back().id, StrInvalidLevel);
         EXPECT_EQ(results.Get("ConfidenceLevel").value, AutomationValue{0.95});
     }

@@ -120,6 +120,19 @@ TEST_F(KaplanFixture, LogarithmicPlotsLeaveOutWhatHasNoLogarithm) {
     EXPECT_EQ(host.messages.back().text, " Fewer than 3 valid values.");
 }
 
+TEST_F(KaplanFixture, CodesInTheHeaderKeepTheDigitsThatTellThemApart) {
+    for (double& code : host.columns[1].values)
+        code = code == 1 ? -0.12345678912 : -1234567.891;
+    Specify();
+    host.Script().Put("CodeForCompleteResponses", -0.12345678912);
+    host.Script().Put("CodeForCensoredResponses", -1234567.891);
+    host.Press(analysis, ControlOk);
+    host.Script().Call("Summary");
+    for (const char* line : {"Codes: -0.123457 = -0.12345678912 (complete observations)\n",
+                             "      -1234567.9 = -1234567.891 (censored observations)\n"})
+        EXPECT_NE(host.report.find(line), std::string::npos) << line << host.report;
+}
+
 TEST_F(KaplanFixture, ALevelOutOfRangeIsToldAndReset) {
     Run();
     AutomationObject results = host.Script();

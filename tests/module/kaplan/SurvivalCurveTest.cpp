@@ -38,7 +38,8 @@ std::vector<double> RandomTimes(std::mt19937& random, std::size_t count) {
 std::vector<bool> Covered(const CurvePage& page, const Points& steps) {
     std::vector<bool> fields(static_cast<std::size_t>(page.columns) * static_cast<std::size_t>(page.rows));
     const auto cover = [&](int column, int row) {
-        fields[static_cast<std::size_t>(column * page.rows + row)] = true;
+        fields[static_cast<std::size_t>(column) * static_cast<std::size_t>(page.rows) +
+               static_cast<std::size_t>(row)] = true;
     };
     for (std::size_t i = 0; i < steps.x.size(); ++i) {
         const int column = page.Column(steps.x[i]);

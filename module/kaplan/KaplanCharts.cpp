@@ -248,7 +248,10 @@ OutputResult PlotSurvivalCurve(CAnalysisSupport& host, const SharedSettings& sha
     chart.title = Text(StrKmCurve);
     chart.xAxis.title = Text(StrKmAxisTime);
     chart.yAxis.title = Text(StrKmAxisSurviving);
-    if (!FillWholeCurve(host, results, CurveNames(host, shared), level, chart))
+    const CurveNames names(host, shared);
+    if (AllPlotted(results))
+        FillSurvival(results, names, level, chart);
+    else if (!FillWholeCurve(host, results, names, level, chart))
         return OutputResult::NotMade();
     if (!AllPlotted(results)) chart.notes.push_back(Filled(StrKmNoteThinned, {FormatCount(results.Valid())}));
     return Show(host, chart);

@@ -57,6 +57,7 @@
     S(StrWeightRounded, 20037, \
       "%1 cases with weights in %2 that are not whole numbers: they are rounded up (2.1 would count " \
       "three times).") \
+    S(StrNoCaseHas, 20038, "(no case has %1)") \
     S(StrNeedThreeValid, 20040, "Three valid observations are needed.") \
     S(StrAllCensored, 20041, \
       "Every valid observation has the code of censored ones: are the two codes exchanged?") \

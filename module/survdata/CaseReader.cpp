@@ -106,6 +106,7 @@ bool CaseReader::Examine(Observation& observation) {
         ++(IsMissing(0) ? counts_.missingCode : counts_.otherCode);
         return false;
     }
+    (observation.complete ? counts_.hasComplete : counts_.hasCensored) = true;
     if (groupPlace_ >= 0) {
         const auto place = static_cast<std::size_t>(groupPlace_);
         observation.group = groups_.Find(values_[place]);

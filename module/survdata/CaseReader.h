@@ -21,6 +21,8 @@ struct ReadingCounts {
     double distinctCasesRead = 0.0; ///< selected cases, each once
     std::int32_t valid = 0;         ///< valid observations, every weighted copy
     double distinctValid = 0.0;     ///< valid cases, each once
+    bool hasComplete = false;       ///< whether any case has the code of complete observations
+    bool hasCensored = false;       ///< and that of censored ones
     // Why selected cases were left out: each counts once, under the first reason that holds, in this order.
     std::int32_t missingCode = 0;  ///< no value of the censoring variable
     std::int32_t otherCode = 0;    ///< neither of the censoring codes

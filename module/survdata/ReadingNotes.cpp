@@ -50,8 +50,13 @@ std::string Reasons(CAnalysisSupport& host, const SharedSettings& settings, cons
         }
         reason(other, StrWhyOtherCode, {name, CodeTexts(host, variable, wanted)});
     };
-    codes(counts.missingCode, counts.otherCode, settings.First(ListCensoring),
+    const int censoring = settings.First(ListCensoring);
+    codes(counts.missingCode, counts.otherCode, censoring,
           std::array{settings.completeCode, settings.censoredCode});
+    // Where others have neither code, one that no case has may be a mistake.
+    if (counts.otherCode > 0 && counts.hasComplete && !counts.hasCensored &&
+        std::isfinite(settings.censoredCode))
+        text += " " + Filled(StrNoCaseHas, {CodeText(host, censoring, settings.censoredCode)});
     codes(counts.missingGroup, counts.otherGroup, settings.First(ListGrouping), settings.groupCodes);
     const auto times = settings.Times();
     reason(counts.missingTime, StrWhyNoValue, {QuotedNames(host, times, StrOr)});

@@ -2,6 +2,7 @@
 
 #include "module/resources/Resources.h"
 #include "module/resources/Shared.h"
+#include "support/dialogs/DialogTemplate.h"
 
 #include <algorithm>
 #include <array>
@@ -92,10 +93,7 @@ std::string Trimmed(int id) {
 }
 
 std::string FormatExact(double value) {
-    std::array<char, 64> buffer{};
-    const double unsignedZero = value + 0.0;
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), unsignedZero);
-    return {buffer.data(), end.ptr};
+    return NumberInWords(value + 0.0);
 }
 
 std::string FormatCode(double code) {

@@ -73,6 +73,16 @@ TEST_F(KaplanFixture, DataThatCannotBeAnalysedAreRefused) {
     ExpectRefused(StrTooManyCasesKaplan);
 }
 
+TEST_F(KaplanFixture, ACodeThatNoCaseHasIsNamedAmongOthersThatDo) {
+    Specify();
+    host.Script().Put("CodeForCensoredResponses", 7777);
+    EXPECT_EQ(host.Press(analysis, ControlOk), StepKaplanResults);
+    ASSERT_EQ(host.notes.size(), 1U);
+    EXPECT_EQ(host.notes[0],
+              "12 of 21 cases left out: 12 with a code of 'relapse' other than 1 or 7777 (no case "
+              "has 7777).");
+}
+
 TEST_F(KaplanFixture, AnEmptyReadingSaysWhichCodesThereAre) {
     const double unset = test::none;
     const std::vector<std::tuple<double, double, std::string>> cases{

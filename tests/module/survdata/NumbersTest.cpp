@@ -109,6 +109,16 @@ TEST(Codes, AnIndexFindsTheFirstThatEquals) {
     EXPECT_EQ(std::bit_cast<std::uint64_t>(KeptCode(std::nan(""))), ~std::uint64_t{0});
 }
 
+TEST(ReportLines, WholeNumbersHaveAllTheirDigits) {
+    for (const auto& [number, text] : {std::pair{100000.0, "100000"},
+                                       {-2e14, "-200000000000000"},
+                                       {0.0001, "0.0001"},
+                                       {0.1 + 0.2, "0.30000000000000004"},
+                                       {1e300, "1e+300"},
+                                       {-0.0, "0"}})
+        EXPECT_EQ(FormatExact(number), text);
+}
+
 TEST(ReportLines, CodesStandInTheirField) {
     EXPECT_EQ(FormatCode(0.5), "      0.5");
     EXPECT_EQ(FormatCode(-3), "        -3");

@@ -6,7 +6,10 @@
 #include <QThread>
 #include <array>
 #include <clocale>
+#include <cstdlib>
 #include <mutex>
+#include <optional>
+#include <string>
 
 namespace korvana {
 namespace {
@@ -15,6 +18,29 @@ std::mutex guard;
 QApplication* own = nullptr; // never deleted: Qt's own statics may be gone by the time ours would be
 
 void swallow(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& /*text*/) {}
+
+constexpr const char* nowhere = "/dev/null"; // no folder can be made in it
+
+/// A variable of the environment, set for a while.
+class Setting {
+public:
+    Setting(const char* name, const char* value) : name_(name) {
+        if (const char* before = std::getenv(name)) before_ = before;
+        ::setenv(name, value, 1);
+    }
+    ~Setting() {
+        if (before_)
+            ::setenv(name_, before_->c_str(), 1);
+        else
+            ::unsetenv(name_);
+    }
+    Setting(const Setting&) = delete;
+    Setting& operator=(const Setting&) = delete;
+
+private:
+    const char* name_;
+    std::optional<std::string> before_;
+};
 
 /// Qt ends the program when it finds no platform plugin, so look first.
 bool offscreenIsInstalled() {
@@ -40,6 +66,10 @@ std::string create() {
         // Qt sets the C locale from the environment, which would change numbers written by other libraries.
         const char* current = std::setlocale(LC_ALL, nullptr);
         const std::string locale = current != nullptr ? current : "C";
+        // Qt looks into the user's runtime folder when it starts, and creates it; failing that, one among the
+        // temporary files. Either would stay behind.
+        const Setting runtime("XDG_RUNTIME_DIR", nowhere);
+        const Setting temporary("TMPDIR", nowhere);
         own = new QApplication(count, arguments.data());
         std::setlocale(LC_ALL, locale.c_str());
     } else {

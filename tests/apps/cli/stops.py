@@ -3,7 +3,7 @@
 usage: stops.py KORVANA [RUNS]
 
 A run that is stopped leaves the folder as it was, says so and exits as the shell expects; one that finished has all of
-its files. Nothing else is allowed, at any moment."""
+its files. Nothing else is allowed, at any moment; and no run leaves anything elsewhere."""
 import os
 import random
 import resource
@@ -16,7 +16,7 @@ import time
 korvana = os.path.abspath(sys.argv[1])
 runs = int(sys.argv[2]) if len(sys.argv) > 2 else 12
 chance = random.Random(7)
-environment = dict(os.environ, QT_QPA_PLATFORM="offscreen")
+environment = {name: value for name, value in os.environ.items() if not name.startswith(("XDG_", "QT_"))}
 faults = []
 
 
@@ -140,13 +140,41 @@ def close_standard_files():
               f"without the files {files}: exit {run.returncode}, {sorted(left)}")
 
 
+def leave_nothing_elsewhere():
+    """Each format by itself, with and without a runtime folder: programs that draw like to create one."""
+    for formats in "json txt csv html xlsx svg png pdf json,txt,csv,html,xlsx,svg,png,pdf".split():
+        for runtime in [None, "no/runtime", "own/runtime"]:
+            places = dict(environment)
+            if runtime is not None:
+                places["XDG_RUNTIME_DIR"] = os.path.abspath(runtime)
+            subprocess.run(command("few.csv", f"elsewhere/{formats}", formats), env=places, check=True,
+                           capture_output=True)
+            check(not os.path.exists("no"), f"{formats}: the runtime folder was created")
+            check(os.stat("own/runtime").st_mode & 0o777 == 0o750, f"{formats}: the runtime folder was changed")
+            check_elsewhere(formats)
+
+
+def check_elsewhere(what):
+    found = [os.path.join(place, name) for folder in ["home", "temporary", "own/runtime"]
+             for place, folders, names in os.walk(folder) for name in folders + names]
+    # The system's own index of its fonts, for all programs, which it may make anew.
+    found = [path for path in found if not "home/.cache/fontconfig".startswith(path.split("/fontconfig/")[0])]
+    check(not found, f"{what}: left {found}")
+
+
 with tempfile.TemporaryDirectory() as scratch:
     os.chdir(scratch)
+    for place in ["home", "temporary", "own/runtime"]:
+        os.makedirs(place)
+    os.chmod("own/runtime", 0o750)
+    environment.update(HOME=os.path.abspath("home"), TMPDIR=os.path.abspath("temporary"))
     write_data("few.csv", 30)
     write_data("many.csv", 20000)
     stop_at_random_moments()
     stop_while_reading_standard_output()
     limit_the_size_of_files()
     close_standard_files()
+    check_elsewhere("stopped and limited runs")
+    leave_nothing_elsewhere()
     os.chdir("/")
 sys.exit(1 if faults else 0)

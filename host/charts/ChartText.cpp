@@ -8,11 +8,10 @@ namespace korvana {
 namespace {
 
 /// Longer texts cannot be shown anyway, and measuring them is slow.
-constexpr qsizetype mostCharacters = 2000;
+constexpr std::size_t mostCharacters = 2000;
 
 QString plain(std::string_view text) {
-    const std::string line = oneLine(text.substr(0, 4 * static_cast<std::size_t>(mostCharacters)));
-    return QString::fromStdString(line).simplified().left(mostCharacters);
+    return QString::fromStdString(oneLine(text.substr(0, 4 * mostCharacters), mostCharacters)).simplified();
 }
 
 } // namespace

@@ -52,7 +52,7 @@ void appendOneLine(std::string& out, std::string_view text) {
         const char32_t code = takeCodePoint(text);
         const bool control = isControl(code);
         if (!control) {
-            appendCodePoint(out, code);
+            appendCodePoint(out, isForbiddenInXml(code) ? replacementCharacter : code);
         } else if (!afterControl) {
             out += ' ';
         }
@@ -145,15 +145,11 @@ void appendEscaped(std::string& out, std::string_view text) {
         case '\n':
             out += '\n';
             break;
-        case 0xFFFE:
-        case 0xFFFF:
-            appendCodePoint(out, replacementCharacter);
-            break; // no characters in XML
         default:
             if (isControl(code)) {
                 out += ' ';
             } else {
-                appendCodePoint(out, code);
+                appendCodePoint(out, isForbiddenInXml(code) ? replacementCharacter : code);
             }
         }
     }

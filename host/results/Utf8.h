@@ -20,7 +20,13 @@ void appendCodePoint(std::string& out, char32_t code);
     return code < 0x20 || (code >= 0x7F && code < 0xA0);
 }
 
-/// Valid UTF-8 on one line: every run of control characters becomes one blank.
+/// Whether a code point, though no control character, is none of the characters of XML.
+[[nodiscard]] constexpr bool isForbiddenInXml(char32_t code) {
+    return code == 0xFFFE || code == 0xFFFF;
+}
+
+/// Valid UTF-8 on one line, of characters that XML has: every run of control characters becomes one blank,
+/// another forbidden one U+FFFD.
 void appendOneLine(std::string& out, std::string_view text);
 [[nodiscard]] std::string oneLine(std::string_view text);
 /// A title, the legend of a series or a message as people see it: on one line, without the blanks at its ends

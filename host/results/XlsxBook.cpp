@@ -7,13 +7,12 @@
 #include <system_error>
 
 #include "host/results/Unfinished.h"
-#include "host/results/Utf8.h"
+#include "host/results/XlsxText.h"
 
 namespace korvana {
 namespace {
 
-constexpr std::size_t mostCharacters = 32767; // of a cell
-constexpr double lineHeight = 15.0;           // points
+constexpr double lineHeight = 15.0; // points
 // Bytes of a sheet apart from its rows, and the share of one column.
 constexpr std::uintmax_t aroundRows = 2048;
 constexpr std::uintmax_t aroundColumn = 128;
@@ -111,7 +110,7 @@ void XlsxBook::endSheet(std::size_t columns) {
 }
 
 void XlsxBook::text(std::size_t column, std::string_view value, lxw_format* look) {
-    const std::string line = oneLine(value, mostCharacters);
+    const std::string line = xlsxText(value);
     if (line.empty()) return;
     check(worksheet_write_string(sheet_, static_cast<lxw_row_t>(row_), static_cast<lxw_col_t>(column),
                                  line.c_str(), look));

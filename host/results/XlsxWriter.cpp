@@ -14,11 +14,42 @@
 #include "host/results/WritingWatch.h"
 #include "host/results/XlsxBook.h"
 #include "host/results/XlsxLayout.h"
+#include "host/results/XlsxText.h"
 
 namespace korvana {
 namespace {
 
 constexpr Work writing{"writing it", noMemoryForWorkbook, std::nullopt};
+
+bool isAnyCut(const std::vector<std::string>& texts) {
+    return std::any_of(texts.begin(), texts.end(), [](const std::string& text) { return isCutInXlsx(text); });
+}
+
+bool cutsTextOf(const Spreadsheet& sheet) {
+    if (isCutInXlsx(sheet.title) || isAnyCut(sheet.notes) || isAnyCut(sheet.rowHeadings)) return true;
+    return std::any_of(sheet.columns.begin(), sheet.columns.end(), [](const Spreadsheet::Column& column) {
+        const auto* dictionary = std::get_if<Spreadsheet::Dictionary>(&column.cells);
+        const auto* texts =
+            dictionary != nullptr ? &dictionary->texts : std::get_if<std::vector<std::string>>(&column.cells);
+        return isCutInXlsx(column.readableHeading()) || (texts != nullptr && isAnyCut(*texts));
+    });
+}
+
+/// Whether cells do not hold all texts.
+bool cutsTextOf(const ResultsBook& book) {
+    const auto inOutput = [](const ResultsBook::Output& output) {
+        if (const auto* report = std::get_if<Report>(&output)) return isAnyCut(report->lines);
+        if (const auto* sheet = std::get_if<Spreadsheet>(&output)) return cutsTextOf(*sheet);
+        const ozm::CChartInfo& info = std::get<Chart>(output).info;
+        return isAnyCut(info.notes) || isCutInXlsx(chartLine(info));
+    };
+    const auto inMessage = [](const ResultMessage& message) {
+        return isCutInXlsx(messageText(message)) || isCutInXlsx(message.detail);
+    };
+    return isAnyCut(book.notes) || isAnyCut(book.iterations) || isCutInXlsx(book.source) ||
+           std::any_of(book.messages.begin(), book.messages.end(), inMessage) ||
+           std::any_of(book.outputs.begin(), book.outputs.end(), inOutput);
+}
 
 /// The report of the outputs, and a sheet or more of each table.
 class Workbook {
@@ -32,6 +63,10 @@ public:
         if (!book.source.empty()) line("Data: " + book.source);
         for (const std::string& note : book.notes)
             line(note);
+        if (cutsTextOf(book)) {
+            line("Texts of more than 32,767 characters, the most that a cell can hold, are cut and end with "
+                 "\u2026. The other formats have them in full.");
+        }
         for (const ResultMessage& message : book.messages) {
             line(messageText(message));
             if (!message.detail.empty()) line("  " + message.detail);

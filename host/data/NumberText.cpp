@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstddef>
 #include <system_error>
 
@@ -80,8 +81,13 @@ NumberText readNumber(std::string_view text, char decimalMark) {
 }
 
 std::string numberText(double value) {
+    constexpr double exponentFrom = 1e15;
     std::array<char, 40> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value == 0 ? 0.0 : value);
+    char* const last = text.data() + text.size();
+    const bool whole = std::fabs(value) < exponentFrom && value == std::trunc(value);
+    const auto end =
+        whole ? std::to_chars(text.data(), last, value == 0 ? 0.0 : value, std::chars_format::fixed)
+              : std::to_chars(text.data(), last, value);
     return {text.data(), end.ptr};
 }
 

@@ -22,7 +22,8 @@ struct NumberText {
 /// "nan" is a text. Does not depend on the locale.
 NumberText readNumber(std::string_view text, char decimalMark = '.');
 
-/// The shortest text that reads back as the same number.
+/// A short text that reads back as the same number: a whole number below 1e15 in plain digits, any other in
+/// the fewest characters.
 std::string numberText(double value);
 
 /// The text without blanks, tabs and no-break or similar spaces at both ends.

@@ -18,12 +18,19 @@ bool appendNonFinite(std::string& out, double value) {
     return true;
 }
 
+bool isPlainWhole(double value) {
+    return std::fabs(value) < exponentFrom && value == std::trunc(value);
+}
+
 } // namespace
 
 void appendNumber(std::string& out, double value) {
     if (appendNonFinite(out, value)) return;
     Buffer buffer;
-    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    char* const end = buffer.data() + buffer.size();
+    const auto result = isPlainWhole(value)
+                            ? std::to_chars(buffer.data(), end, value, std::chars_format::fixed)
+                            : std::to_chars(buffer.data(), end, value);
     out.append(buffer.data(), result.ptr);
 }
 
@@ -34,10 +41,11 @@ void appendNumber(std::string& out, double value, ozm::CellFormat format) {
         out += "< 1e-30";
         return;
     }
+    const bool whole = isPlainWhole(value);
     const bool general = probability || format.kind == ozm::CellFormat::Kind::General;
-    const bool fixed = !general && std::fabs(value) < exponentFrom;
+    const bool fixed = general ? whole : std::fabs(value) < exponentFrom;
     int digits = std::min<int>(format.digits, 17);
-    if (format.kind == ozm::CellFormat::Kind::Integer) digits = 0;
+    if (format.kind == ozm::CellFormat::Kind::Integer || (general && whole)) digits = 0;
     if (!fixed) digits = general ? std::max(digits, 1) : 6;
 
     Buffer buffer;

@@ -60,6 +60,25 @@ TEST(NumberText, CellsRoundCorrectly) {
     }
 }
 
+/// Codes and values in messages: plain digits where they are whole, and what reads back in any case.
+TEST(NumberText, NumbersAreWrittenAsPeopleWriteThem) {
+    std::mt19937_64 random(9);
+    for (double power = 1; power <= 1e14; power *= 10) {
+        for (const double whole : {power, -power, 9 * power, 3 * power + 1}) {
+            EXPECT_EQ(numberText(whole), std::to_string(static_cast<long long>(whole)));
+            EXPECT_EQ(readNumber(numberText(whole)).value, whole);
+        }
+        for (int i = 0; i < 100; ++i) {
+            const double any = std::uniform_real_distribution<double>(-power, power)(random);
+            EXPECT_EQ(readNumber(numberText(any)).value, any);
+            EXPECT_EQ(readNumber(numberText(any * 1e20)).value, any * 1e20);
+        }
+    }
+    EXPECT_EQ(numberText(-0.0), "0");
+    EXPECT_EQ(numberText(0.1), "0.1");
+    EXPECT_EQ(numberText(1e300), "1e+300");
+}
+
 TEST(DayNumber, GregorianDays) {
     // Noon-based Julian days of known dates: Meeus, Astronomical Algorithms, chapter 7.
     const std::vector<std::pair<std::string, int>> table{

@@ -2,6 +2,7 @@
 #include <charconv>
 #include <clocale>
 #include <gtest/gtest.h>
+#include <random>
 
 #include "host/results/FormatNumber.h"
 #include "host/results/Utf8.h"
@@ -24,6 +25,29 @@ TEST(FormatNumber, DataFilesReadBackTheSameDouble) {
     EXPECT_EQ(formatNumber(0.1), "0.1"); // shortest, not 0.1000000000000000055
     EXPECT_EQ(formatNumber(test::notANumber), "nan");
     EXPECT_EQ(formatNumber(-test::infinite), "-inf");
+}
+
+/// Round ones too, which are shorter with an exponent.
+TEST(FormatNumber, WholeNumbersArePlainDigits) {
+    std::mt19937_64 random(9);
+    for (double power = 1; power <= 1e14; power *= 10) {
+        for (int i = 0; i < 200; ++i) {
+            const auto factor = std::uniform_int_distribution<int>(1, i < 100 ? 9 : 999999)(random);
+            const double value = std::min(factor * power, 999999999999999.0) * (i % 2 == 0 ? 1 : -1);
+            const std::string plain = std::to_string(static_cast<long long>(value));
+            EXPECT_EQ(formatNumber(value), plain);
+            EXPECT_EQ(formatNumber(value, CellFormat::general()), plain);
+            EXPECT_EQ(formatNumber(value, CellFormat::integer()), plain);
+        }
+        // Others read back as they were, too.
+        for (int i = 0; i < 200; ++i) {
+            const double value = std::uniform_real_distribution<double>(-power, power)(random);
+            EXPECT_EQ(std::stod(formatNumber(value)), value);
+            EXPECT_EQ(std::stod(formatNumber(value * 1e15)), value * 1e15);
+        }
+    }
+    EXPECT_EQ(formatNumber(1e15), "1e+15");
+    EXPECT_EQ(formatNumber(1e300), "1e+300");
 }
 
 TEST(FormatNumber, PeopleReadTheColumnsFormat) {

@@ -19,7 +19,6 @@ std::optional<DateOrder> askDateOrder(const QString& why, const std::vector<Date
                                       QWidget* parent) {
     QMessageBox box(QMessageBox::Question, QObject::tr("Open"), why, QMessageBox::Cancel, parent);
     box.setInformativeText(QObject::tr("In which order are dates written in the file?"));
-    quoteSafely(box);
     std::vector<std::pair<QAbstractButton*, DateOrder>> choices;
     for (const DateOrder order : orders) {
         const QString text = order == DateOrder::DayMonthYear   ? QObject::tr("&Day, month, year")
@@ -27,7 +26,7 @@ std::optional<DateOrder> askDateOrder(const QString& why, const std::vector<Date
                                                                 : QObject::tr("&Year, month, day");
         choices.emplace_back(box.addButton(text, QMessageBox::AcceptRole), order);
     }
-    box.exec();
+    showBox(box);
     for (const auto& [button, order] : choices)
         if (box.clickedButton() == button) return order;
     return std::nullopt;

@@ -133,10 +133,9 @@ bool ExportDialog::mayReplace() {
     QMessageBox box(QMessageBox::Warning, windowTitle(), what.join(QLatin1Char('\n')), QMessageBox::Cancel,
                     this);
     box.setInformativeText(lists.join(QStringLiteral("\n\n")));
-    quoteSafely(box);
     QPushButton* replace = box.addButton(tr("&Replace"), QMessageBox::AcceptRole);
     box.setDefaultButton(QMessageBox::Cancel);
-    box.exec();
+    showBox(box);
     return box.clickedButton() == replace;
 }
 

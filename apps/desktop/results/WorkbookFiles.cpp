@@ -58,8 +58,7 @@ QString unknownEnding(const QString& target, const std::vector<OutputFormat>& fo
 
 void Workbook::showProblem(const QString& text) {
     QMessageBox box(QMessageBox::Warning, tr("Results"), text, QMessageBox::Ok, this);
-    quoteSafely(box);
-    box.exec();
+    showBox(box);
 }
 
 std::map<std::size_t, ChartEdits> Workbook::editsOf(const Run& run) const {

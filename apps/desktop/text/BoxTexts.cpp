@@ -12,7 +12,13 @@ namespace {
 
 constexpr int longest = 60; // characters of a word; shorter ones fit every box
 
-} // namespace
+/// Qt finds none where another button stands beside a single OK, and then the box cannot be closed.
+QAbstractButton* buttonOfEscape(const QMessageBox& box) {
+    for (const auto role : {QMessageBox::RejectRole, QMessageBox::NoRole})
+        for (QAbstractButton* button : box.buttons())
+            if (box.buttonRole(button) == role) return button;
+    return box.button(QMessageBox::Ok);
+}
 
 void quoteSafely(QMessageBox& box) {
     box.setText(breakable(box.text(), longest));
@@ -27,6 +33,15 @@ void quoteSafely(QMessageBox& box) {
         const bool fromHere = box.text().contains(copied) || box.informativeText().contains(copied);
         if (fromHere && copied != unbroken(copied)) clipboard->setText(unbroken(copied), mode);
     });
+}
+
+} // namespace
+
+int showBox(QMessageBox& box) {
+    if (box.buttons().isEmpty()) box.addButton(QMessageBox::Ok);
+    quoteSafely(box);
+    box.setEscapeButton(buttonOfEscape(box));
+    return box.exec();
 }
 
 } // namespace korvana::desktop

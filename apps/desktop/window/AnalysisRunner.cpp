@@ -214,16 +214,14 @@ ozm::MessageButton AnalysisRunner::showMessage(const ResultMessage& message,
     if (message.id != 0)
         more += (more.isEmpty() ? QString{} : QStringLiteral("\n\n")) + tr("Message %1").arg(message.id);
     box.setInformativeText(more);
-    quoteSafely(box);
-    box.exec();
+    showBox(box);
     return ozm::ButtonOk;
 }
 
 bool AnalysisRunner::ask(const ResultMessage& question, ozm::CAnalysisDialog* /*window*/) {
     QMessageBox box(QMessageBox::Question, fromView(session_.book().analysis),
                     fromView(question.text).trimmed(), QMessageBox::Yes | QMessageBox::No, boxParent());
-    quoteSafely(box);
-    return box.exec() == QMessageBox::Yes;
+    return showBox(box) == QMessageBox::Yes;
 }
 
 void AnalysisRunner::runModal(ozm::CAnalysisModalDialog& dialog) {
@@ -282,8 +280,10 @@ bool AnalysisRunner::editStartValues(std::span<const std::string> names, std::sp
             bool isNumber = false;
             edited[k] = QLocale::c().toDouble(fields[k]->text(), &isNumber);
             if (isNumber && std::isfinite(edited[k])) continue;
-            QMessageBox::warning(&dialog, dialog.windowTitle(),
-                                 tr("'%1' is not a number; give one such as 0.5.").arg(fields[k]->text()));
+            QMessageBox box(QMessageBox::Warning, dialog.windowTitle(),
+                            tr("'%1' is not a number; give one such as 0.5.").arg(fields[k]->text()),
+                            QMessageBox::Ok, &dialog);
+            showBox(box);
             fields[k]->setFocus();
             return;
         }

@@ -36,11 +36,10 @@ QMessageBox::StandardButton ask(QWidget& window, const QString& question, const 
                                 QMessageBox::StandardButtons buttons, const QString& discard) {
     QMessageBox box(QMessageBox::Warning, say("Korvana"), question, buttons, &window);
     box.setInformativeText(why);
-    quoteSafely(box);
     if (auto* save = box.button(QMessageBox::Save)) save->setText(say("&Export Results..."));
     box.button(QMessageBox::Discard)->setText(discard);
     box.setDefaultButton(buttons.testFlag(QMessageBox::Save) ? QMessageBox::Save : QMessageBox::Cancel);
-    return static_cast<QMessageBox::StandardButton>(box.exec());
+    return static_cast<QMessageBox::StandardButton>(showBox(box));
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include "apps/desktop/data/VariablesView.h"
 #include "apps/desktop/data/WeightsDialog.h"
 #include "apps/desktop/results/Workbook.h"
+#include "apps/desktop/text/BoxTexts.h"
 #include "apps/desktop/text/ElidedLabel.h"
 #include "apps/desktop/window/AnalysisRunner.h"
 #include "apps/desktop/window/FocusReturn.h"
@@ -23,6 +24,7 @@
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QStyle>
 #include <QTabWidget>
 
 #include <utility>
@@ -271,11 +273,14 @@ void MainWindow::abandon() {
 }
 
 void MainWindow::about() {
-    QMessageBox::about(
-        this, tr("About Korvana"),
+    QMessageBox box(
+        QMessageBox::NoIcon, tr("About Korvana"),
         tr("Korvana %1\n\nAnalyses from a data file to numbers, reports, spreadsheets and charts.\n\n"
            "This program is free software under the GNU General Public License, version 3 or later.")
-            .arg(QStringLiteral(KORVANA_VERSION)));
+            .arg(QStringLiteral(KORVANA_VERSION)),
+        QMessageBox::Ok, this);
+    box.setIconPixmap(windowIcon().pixmap(box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize)));
+    showBox(box);
 }
 
 } // namespace korvana::desktop

@@ -20,10 +20,9 @@ namespace {
 bool triesOptions(const ReadFault& fault, bool mayHelp, QWidget* parent) {
     QMessageBox box(QMessageBox::Warning, MainWindow::tr("Open Data File"), fault.text, QMessageBox::Ok,
                     parent);
-    quoteSafely(box);
     const QPushButton* options =
         mayHelp ? box.addButton(MainWindow::tr("Open &With Options..."), QMessageBox::ActionRole) : nullptr;
-    box.exec();
+    showBox(box);
     return options != nullptr && box.clickedButton() == options;
 }
 
@@ -76,7 +75,7 @@ bool MainWindow::openFirst() {
                     tr("There are no data yet; open a data file first."), QMessageBox::Cancel, this);
     QPushButton* open = box.addButton(tr("&Open a Data File..."), QMessageBox::AcceptRole);
     box.setDefaultButton(open);
-    box.exec();
+    showBox(box);
     return box.clickedButton() == open && askForFile();
 }
 
@@ -105,7 +104,7 @@ void MainWindow::openDropped(const QStringList& paths) {
                     tr("%1 files were dropped, but only one data file can be open. Drop a single file.")
                         .arg(paths.size()),
                     QMessageBox::Ok, front());
-    box.exec();
+    showBox(box);
 }
 
 } // namespace korvana::desktop

@@ -18,14 +18,25 @@ inline QString textOf(const QMessageBox& box) {
 }
 
 /// While it lives, closes every modal window that has been open for too long, and fails the test that left it
-/// open, with the text of the window.
-class ModalWatch {
+/// open, with the text of the window. Also fails a test in which a message box is shown that has nothing for
+/// Escape and its close button to answer, whichever box it is.
+class ModalWatch : public QObject {
 public:
     static constexpr qint64 milliseconds = 20'000;
 
     ModalWatch() {
         QObject::connect(&pulse_, &QTimer::timeout, [this] { look(); });
         pulse_.start(100);
+        qApp->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const auto* box = event->type() == QEvent::Show ? qobject_cast<QMessageBox*>(watched) : nullptr;
+        const bool own = box != nullptr && qobject_cast<QFileDialog*>(box->parent()) == nullptr;
+        if (own && box->escapeButton() == nullptr)
+            ADD_FAILURE() << "not shown by showBox: " << textOf(*box).toStdString();
+        return false;
     }
 
 private:

@@ -44,8 +44,7 @@ ChartView::ChartView(const ozm::CChartInfo& info, QWidget* parent)
       settings_(new QAction(tr("&Titles and Ranges..."), this)), reset_(new QAction(tr("Reset &Zoom"), this)),
       atRisk_(new QAction(tr("&Numbers at Risk"), this)) {
     settings_->setShortcut(Qt::Key_F2);
-    settings_->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    addAction(settings_);
+    settings_->setShortcutContext(Qt::ApplicationShortcut); // like exporting and printing
     atRisk_->setCheckable(true);
     atRisk_->setVisible(tellsNumbersAtRisk(info));
     atRisk_->setChecked(info.numbersAtRisk);

@@ -21,7 +21,8 @@ public:
     virtual void copy() = 0;
     /// The widget that takes the focus.
     [[nodiscard]] virtual QWidget* content() = 0;
-    /// Menu actions of the view itself, besides copying; the view owns them.
+    /// Menu actions of the view itself, besides copying; the view owns them. Their keys work while it is the
+    /// output that is shown, in the windows and widgets that their context names.
     [[nodiscard]] virtual QList<QAction*> viewActions() { return {}; }
 
 signals:

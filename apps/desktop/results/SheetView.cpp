@@ -56,10 +56,7 @@ SheetView::SheetView(const Spreadsheet& sheet, QWidget* parent)
             [this](const QPoint& place) { emit menuWanted(table_->viewport()->mapToGlobal(place)); });
 
     copyWithHeadings_->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C));
-    for (QAction* action : {copyWithHeadings_, copyAsShown_, selectAll_}) {
-        action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-        addAction(action);
-    }
+    copyWithHeadings_->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     connect(copyWithHeadings_, &QAction::triggered, this, [this] { copyCells({CopyValues::Full, true}); });
     connect(copyAsShown_, &QAction::triggered, this, [this] { copyCells({CopyValues::AsShown, true}); });
     connect(selectAll_, &QAction::triggered, table_, &QTableView::selectAll);

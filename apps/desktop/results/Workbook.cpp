@@ -247,6 +247,7 @@ OutputView* Workbook::view(Run& run, int place) {
 void Workbook::showCurrent() {
     Run* run = runOf(currentRun());
     pages_->setCurrentWidget(run == nullptr ? nothing_ : view(*run, currentOutput()));
+    offerKeysOf(currentView());
     const bool output = run != nullptr && currentOutput() != noPlace;
     const auto place = static_cast<std::size_t>(output ? currentOutput() : 0);
     origin_->setText(output ? withShortWords(originText(*run->book, place)) : QString{});

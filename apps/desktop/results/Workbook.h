@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QPointer>
 #include <QWidget>
 #include <array>
 #include <cstddef>
@@ -133,6 +134,8 @@ private:
     void showCurrent();
     void setIcons();
     void showMenu(const QPoint& place);
+    /// Makes the keys of the view that is shown work, and no longer those of the one before.
+    void offerKeysOf(OutputView* shown);
     void makeActions();
     [[nodiscard]] std::map<std::size_t, ChartEdits> editsOf(const Run& run) const;
     [[nodiscard]] std::unique_ptr<Chart> shownChart() const;
@@ -151,6 +154,7 @@ private:
     WrappedLabel* origin_; ///< above the output that is shown: how it was made
     QStackedWidget* pages_;
     QWidget* nothing_;
+    QPointer<OutputView> keysOf_;
     QAction* copy_;
     QAction* exportOutput_;
     QAction* exportRun_;

@@ -1,4 +1,5 @@
 // Menu actions for results.
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
@@ -9,6 +10,16 @@
 #include "apps/desktop/results/Workbook.h"
 
 namespace korvana::desktop {
+namespace {
+
+/// Whether it is a table whose current cell can be edited.
+bool edits(const QObject* watched) {
+    const auto* table = qobject_cast<const QAbstractItemView*>(watched);
+    return table != nullptr && table->editTriggers().testFlag(QAbstractItemView::EditKeyPressed) &&
+           table->currentIndex().flags().testFlag(Qt::ItemIsEditable);
+}
+
+} // namespace
 
 void Workbook::makeActions() {
     const auto make = [this](const QString& text, const QKeySequence& keys, Qt::ShortcutContext context,
@@ -44,13 +55,27 @@ void Workbook::makeActions() {
     connect(removeOutput_, &QAction::triggered, this,
             [this] { removeOutput(currentRun(), currentOutput()); });
     connect(removeRun_, &QAction::triggered, this, [this] { removeRun(currentRun()); });
-    undo_ = make(tr("&Undo Remove"), QKeySequence::Undo, Qt::WidgetWithChildrenShortcut, [this] { undo(); });
+    undo_ = make(tr("&Undo Remove"), QKeySequence::Undo, Qt::WindowShortcut, [this] { undo(); });
+}
+
+void Workbook::offerKeysOf(OutputView* shown) {
+    if (shown == keysOf_) return;
+    // Only one view's actions are here at a time, or the same keys of several would be ambiguous.
+    if (keysOf_ != nullptr)
+        for (QAction* action : keysOf_->viewActions())
+            removeAction(action);
+    keysOf_ = shown;
+    if (shown != nullptr) addActions(shown->viewActions());
 }
 
 bool Workbook::eventFilter(QObject* watched, QEvent* event) {
-    // Some of these keys also move the cursor in a line of text. Here they export and print everywhere.
     if (event->type() == QEvent::ShortcutOverride && QApplication::activeModalWidget() == nullptr) {
         const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
+        if (keys == QKeySequence(Qt::Key_F2) && edits(watched)) { // begins the editing of the cell
+            event->accept();
+            return true;
+        }
+        // Some of these keys also move the cursor in a line of text. Here they export and print everywhere.
         for (const QAction* action : {exportOutput_, exportRun_, print_})
             if (action->isEnabled() && action->shortcut() == keys) {
                 event->ignore();

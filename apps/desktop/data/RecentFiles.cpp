@@ -17,9 +17,7 @@ QString menuText(QString text) {
 } // namespace
 
 RecentFiles::RecentFiles(const QString& settingsFile)
-    : settings_(settingsFile.isEmpty() ? std::make_unique<QSettings>(
-                                             QSettings::IniFormat, QSettings::UserScope,
-                                             QStringLiteral("korvana"), QStringLiteral("korvana-desktop"))
+    : settings_(settingsFile.isEmpty() ? std::make_unique<QSettings>()
                                        : std::make_unique<QSettings>(settingsFile, QSettings::IniFormat)) {}
 
 QStringList RecentFiles::files() const {

@@ -1,5 +1,6 @@
 #include "apps/desktop/window/MainWindow.h"
 #include "apps/desktop/window/TerminationSignals.h"
+#include "apps/desktop/window/UserSettings.h"
 #include "host/charts/ChartFonts.h"
 #include "host/results/StandardFiles.h"
 
@@ -35,8 +36,7 @@ int main(int argc, char* argv[]) {
     korvana::useChartFontWhereThereIsNone();
     // Numbers in files are written with a point, whatever the user's locale.
     std::setlocale(LC_NUMERIC, "C");
-    QApplication::setOrganizationName(QStringLiteral("Korvana"));
-    QApplication::setApplicationName(QStringLiteral("korvana-desktop"));
+    korvana::desktop::useUserSettings();
     QApplication::setApplicationVersion(QStringLiteral(KORVANA_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("korvana-desktop"));
 

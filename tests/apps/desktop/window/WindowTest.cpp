@@ -6,9 +6,6 @@
 #include "apps/desktop/results/ExportDialog.h"
 #include "tests/apps/desktop/window/OpenWindow.h"
 
-#include <csignal>
-#include <sys/resource.h>
-
 namespace korvana::desktop {
 namespace {
 
@@ -247,35 +244,6 @@ TEST_F(LongRunTest, LeavingStopsItFirst) {
         EXPECT_TRUE(window->workbook().isEmpty());
         EXPECT_EQ(runner().isActive(), &leave == &ways[2]);
         EXPECT_EQ(window->isVisible(), &leave == &ways[2]) << "a signal ends the program without it";
-    }
-}
-
-TEST(Program, ASignalEndsItWithTheUsualExitCodeAndALimitOnFilesDoesNot) {
-    for (const auto& [number, limited] :
-         {std::pair{SIGTERM, false}, {SIGHUP, false}, {SIGINT, false}, {SIGTERM, true}}) {
-        const Folder home;
-        QProcess program;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("QT_QPA_PLATFORM", "offscreen");
-        environment.insert("HOME", home.path(""));
-        program.setProcessEnvironment(environment);
-        if (limited)
-            program.setChildProcessModifier([] {
-                const rlimit none{0, 0};
-                ::setrlimit(RLIMIT_FSIZE, &none);
-            });
-        program.start(QCoreApplication::applicationDirPath() + "/korvana-desktop",
-                      {QStringLiteral(KORVANA_SOURCE_DIR "/examples/data/aml.csv")});
-        ASSERT_TRUE(program.waitForStarted());
-        // It remembers the file once it is open, or tries to, and by then listens to signals.
-        const QString remembered =
-            home.path(limited ? ".config/korvana" : ".config/korvana/korvana-desktop.ini");
-        EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(remembered); }, 20000));
-        ASSERT_EQ(program.state(), QProcess::Running) << program.exitStatus();
-        kill(static_cast<pid_t>(program.processId()), number);
-        EXPECT_TRUE(program.waitForFinished(10000)) << number;
-        EXPECT_EQ(program.exitStatus(), QProcess::NormalExit) << number;
-        EXPECT_EQ(program.exitCode(), 128 + number);
     }
 }
 

@@ -43,6 +43,25 @@ void refuseWordOfExpressions(std::string_view name) {
         refuseName(name, std::string("it is ").append(word).append(" of expressions"));
 }
 
+/// Refuses what cannot be a name, however it is written.
+void refuseUnusable(std::string_view name) {
+    if (trimmed(name).empty()) throw DataError("a new variable needs a name");
+    if (trimmed(name) != name) refuseName(name, "leave out the blanks around the name");
+    if (!isUtf8(name)) refuseName(name, "the name is not valid UTF-8");
+    if (std::any_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }))
+        refuseName(name, "leave out line breaks and other control characters");
+    if (readNumber(name).form != NumberForm::None)
+        refuseName(name, "it would be taken for the number of a variable; put a letter before it");
+    refuseWordOfExpressions(name);
+}
+
+std::string quotedName(std::string_view name) {
+    std::string text = "`";
+    for (const char c : name)
+        text.append(c == '`' ? 2 : 1, c);
+    return text + "`";
+}
+
 /// Reads the name in backquotes at the beginning of a text; returns where the rest begins.
 std::size_t takeQuotedName(std::string_view text, std::string& name) {
     for (std::size_t at = 1; at < text.size(); ++at) {
@@ -110,8 +129,11 @@ Definition readDefinition(std::string_view text) {
         throw DataError(
             std::string("'").append(brief(all)).append("' has no NAME = before it; ").append(form));
     refuseWordOfExpressions(found.name);
-    if (!quoted && !isPlainName(found.name))
-        refuseName(found.name, "a name with blanks or signs belongs in backquotes (`...`)");
+    if (!quoted && !isPlainName(found.name)) {
+        refuseUnusable(found.name);
+        refuseName(found.name,
+                   "a name with blanks or signs belongs in backquotes: " + brief(quotedName(found.name)));
+    }
     found.expression = trimmed(rest.substr(1));
     if (found.expression.empty())
         throw DataError(std::string("nothing follows '").append(found.name).append(" ='; ").append(form));
@@ -120,21 +142,11 @@ Definition readDefinition(std::string_view text) {
 
 std::string definitionText(const Definition& definition) {
     if (isPlainName(definition.name)) return definition.name + " = " + definition.expression;
-    std::string text = "`";
-    for (const char c : definition.name)
-        text.append(c == '`' ? 2 : 1, c);
-    return text + "` = " + definition.expression;
+    return quotedName(definition.name) + " = " + definition.expression;
 }
 
 void requireNewName(const DataSet& data, std::string_view name) {
-    if (trimmed(name).empty()) throw DataError("a new variable needs a name");
-    if (trimmed(name) != name) refuseName(name, "leave out the blanks around the name");
-    if (!isUtf8(name)) refuseName(name, "the name is not valid UTF-8");
-    if (std::any_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }))
-        refuseName(name, "leave out line breaks and other control characters");
-    if (readNumber(name).form != NumberForm::None)
-        refuseName(name, "it would be taken for the number of a variable");
-    refuseWordOfExpressions(name);
+    refuseUnusable(name);
     for (int i = 0; i < data.variableCount(); ++i)
         if (equalIgnoringCase(data.variable(i).name, name))
             throw DataError(std::string("there is already a variable '")

@@ -104,6 +104,39 @@ TEST(ComputedVariable, ADefinitionReadsBackAsWritten) {
     }
 }
 
+/// The advice for a name that cannot stand there as it is can be followed; what no backquotes help is refused
+/// for the same reason with and without them.
+TEST(ComputedVariable, BackquotesAreAdvisedWhereTheyHelp) {
+    const DataSet data = patients();
+    for (const std::string name : {"1",     "1e5",
+                                   "-2",    "1.5",
+                                   "inf",   "1x",
+                                   "1-2",   "1995-01-15",
+                                   "x y",   "x-1",
+                                   "a`b",   "`a",
+                                   "x'",    "%",
+                                   "x\ny",  "x\ty",
+                                   "a\xff", "größe 2",
+                                   "not",   "pi",
+                                   "(x)",   "\xF0\x9F\x98\x80"}) {
+        const auto refusal = [&](const std::string& text) {
+            return refusalOf<DataError>([&] { requireNewName(data, readDefinition(text).name); });
+        };
+        std::string quoted = "`";
+        for (const char c : name)
+            quoted.append(c == '`' ? 2 : 1, c);
+        quoted += '`';
+        const std::string plain = refusal(name + " = 1");
+        const std::string inQuotes = refusal(quoted + " = 1");
+        if (plain.find("belongs in backquotes") != std::string::npos) {
+            EXPECT_EQ(inQuotes, "") << name;
+            EXPECT_NE(plain.find(quoted), std::string::npos) << plain;
+        } else if (!name.starts_with('`')) {
+            EXPECT_EQ(plain, inQuotes) << name;
+        }
+    }
+}
+
 /// Many cases are computed by several threads, with the same results.
 TEST(ComputedVariable, ManyCasesAreComputedAsOneByOne) {
     const std::string formula = "log(x) * 2 + if(x > 70, x, 1)";

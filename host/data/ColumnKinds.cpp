@@ -95,16 +95,24 @@ private:
         return text.find(table_.format.dialect.comma ? '.' : ',') != std::string_view::npos;
     }
 
-    std::string noDay() const {
-        std::string what = "no day of the calendar";
-        if (const auto& asked = table_.format.dialect.dates)
-            what.append(" when read as ").append(nameOf(*asked));
+    /// What is wrong with a date: its time of day, or else there is no such day.
+    std::string wrongIn(const CellPlace& place) const {
+        const auto& asked = table_.format.dialect.dates;
+        if (auto date = readDateText(place.text); date && date->noSuchTime) {
+            date->noSuchTime = false;
+            for (const DateOrder order :
+                 {DateOrder::DayMonthYear, DateOrder::MonthDayYear, DateOrder::YearMonthDay})
+                if (dayNumberOf(*date, asked.value_or(order)))
+                    return "has no possible time of day (00:00 to 23:59, or 1:00 to 12:59 with AM or PM)";
+        }
+        std::string what = "is no day of the calendar";
+        if (asked) what.append(" when read as ").append(nameOf(*asked));
         return what;
     }
 
     [[noreturn]] void failBadDate(std::size_t column) const {
         const CellPlace& place = tallies_[column].first[Sort::BadDate];
-        fail(column, place, quoted(place) + " is " + noDay() + "; correct the date or leave the cell empty");
+        fail(column, place, quoted(place) + " " + wrongIn(place) + "; correct it or leave the cell empty");
     }
 
     struct Found {
@@ -193,7 +201,7 @@ private:
         if (tally.count[Sort::Thousands] == tally.filled())
             noteTexts(begin, tally, Sort::Thousands, "; numbers have no separated thousands");
         if (tally.count[Sort::BadDate] == tally.filled())
-            noteTexts(begin, tally, Sort::BadDate, ", which is " + noDay());
+            noteTexts(begin, tally, Sort::BadDate, ", which " + wrongIn(tally.first[Sort::BadDate]));
         if (tally.count[Sort::TooBig] == tally.filled())
             noteTexts(begin, tally, Sort::TooBig, ", which is no finite number");
     }

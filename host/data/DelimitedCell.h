@@ -40,7 +40,7 @@ enum class CellKind {
     Thousands, ///< a number, except that its thousands are separated
     Date,      ///< the value is its day number
     OpenDate,  ///< a date whose order is not known: the value is packed (DateText.h)
-    BadDate,   ///< has the form of a date, but there is no such day
+    BadDate,   ///< has the form of a date, but there is no such day or time
     Text
 };
 

@@ -170,6 +170,9 @@ TEST(ReadText, NotesWhatItChanged) {
                                   "decimal mark, say so (--decimal comma)"},
         {"d,b\n1995-13-05,1\n,2\n1995-14-05,1\n", "variable 'd': 2 cells are read as text, such as "
                                                   "'1995-13-05' in line 2, which is no day of the calendar"},
+        {"d,b\n1995-12-05 12:60,1\n", "variable 'd': 1 cell is read as text, such as '1995-12-05 12:60' in "
+                                      "line 2, which has no possible time of day (00:00 to 23:59, or 1:00 to "
+                                      "12:59 with AM or PM)"},
         {"a,b\nInf,1\n",
          "variable 'a': 1 cell is read as text, such as 'Inf' in line 2, which is no finite number"},
         {"d\n1995-01-30 00:00:00\n1995-01-31\n", ""},

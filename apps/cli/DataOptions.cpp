@@ -80,7 +80,7 @@ private:
             throw UsageError("--missing: '" + entry.code + "' is neither a number nor a value label of '" +
                              name + "', which has " + fewCodesText(data, variable));
         const auto [before, first] = done_.try_emplace(variable, entry.code);
-        if (!first) {
+        if (!first && *value != data.variable(variable).missingCode) {
             std::string here = definitionText({name, ""});
             here.resize(here.rfind(" = "));
             const std::string one = numberText(data.variable(variable).missingCode);

@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <stdexcept>
+#include <system_error>
 
 namespace korvana::cli {
 namespace {
@@ -43,8 +44,14 @@ void OutputOptions::check() {
     if (!toFiles() && formats_ != only(OutputFormat::Txt) && formats_ != only(OutputFormat::Json))
         throw UsageError("--format " + format_ + " needs -o DIR; standard output takes either txt or json");
     if (!toFiles()) return;
-    const std::filesystem::file_type type = std::filesystem::symlink_status(directory_).type();
-    if (type != std::filesystem::file_type::not_found && !std::filesystem::is_directory(directory_))
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const fs::file_type type = fs::symlink_status(directory_, error).type();
+    if (type == fs::file_type::none) // a missing one is no error here
+        throw UsageError("--output: '" + directory_ + "' cannot be used: " + error.message() +
+                         "; name another folder");
+    std::error_code unknown;
+    if (type != fs::file_type::not_found && !fs::is_directory(directory_, unknown))
         throw UsageError("--output: '" + directory_ + "' is there and no folder; name another one");
     refuseToReplaceOthers(directory_, certainFileNames(formats_));
 }

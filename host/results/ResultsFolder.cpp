@@ -144,8 +144,8 @@ ResultsFolder::ResultsFolder(fs::path path, OthersFiles others) : path_(std::mov
     // Level by level, so that exactly those made here are removed again.
     std::vector<fs::path> missing;
     std::error_code error;
-    for (fs::path level = fs::absolute(path_); !fs::exists(level, error) && level.has_relative_path();
-         level = level.parent_path())
+    for (fs::path level = fs::absolute(path_, error);
+         !error && !fs::exists(level, error) && level.has_relative_path(); level = level.parent_path())
         if (level.has_filename()) missing.push_back(level);
     for (auto level = missing.rbegin(); level != missing.rend() && !error; ++level) {
         made_.emplace_front(*level);

@@ -119,6 +119,39 @@ TEST_F(UsageTest, ValuesStandBehindABlankOrASign) {
     }
 }
 
+/// Paths that the system refuses, each where data are read and where files are written: in plain words.
+TEST_F(UsageTest, PathsThatCannotBeAreRefusedInPlainWords) {
+    std::filesystem::create_symlink("loop", "loop");
+    std::filesystem::create_directory("folder");
+    std::string deep = "d";
+    for (int i = 0; i < 3000; ++i)
+        deep += "/d";
+    const std::string name(256, 'n');
+    const std::vector<std::string> analysis{"kaplan-meier", data,         "--time", "weeks",      "--censor",
+                                            "status",       "--complete", "1",      "--censored", "0"};
+    for (const std::string& path : {name, "folder/" + name, name + "/below", deep, std::string("loop"),
+                                    std::string("loop/below"), data + "/below", std::string("/proc/new")}) {
+        std::vector<std::string> writing = analysis;
+        writing.insert(writing.end(), {"-o", path});
+        for (const auto& arguments : {writing, {"info", path}}) {
+            const Outcome outcome = runWords(arguments);
+            EXPECT_EQ(outcome.code, ExitUsage) << path.substr(0, 20);
+            EXPECT_TRUE(outcome.err.starts_with("korvana: ")) << outcome.err;
+            EXPECT_FALSE(has(outcome.err, "filesystem") || has(outcome.err, "status:")) << outcome.err;
+            EXPECT_TRUE(has(outcome.err, path.substr(0, 20))) << outcome.err;
+        }
+    }
+    EXPECT_TRUE(std::filesystem::is_empty("folder"));
+}
+
+TEST_F(UsageTest, AVariableHasOneMissingDataCode) {
+    const std::string begin = "info little.csv --missing sex=m --missing ";
+    for (const char* same : {"sex=m", "3=2", "SEX=2.0"})
+        EXPECT_EQ(succeed(begin + same).out, succeed("info little.csv --missing sex=m").out) << same;
+    refuses("info little.csv --missing sex=m", {{"--missing sex=f", "not two (m and f)"},
+                                                {"--missing sex=m --missing sex=1", "not two (m and 1)"}});
+}
+
 TEST_F(UsageTest, VariablesCodesAndLevel) {
     const std::string codes = "'status' has 0 (1 case), 1 (2 cases), 2 (1 case)";
     refuses("kaplan-meier little.csv",

@@ -283,7 +283,11 @@ private:
 
 int tickPrecision(double low, double high) {
     const double magnitude = std::max(std::fabs(low), std::fabs(high));
-    return std::clamp(static_cast<int>(std::log10(magnitude / (high - low))) + 4, 6, 15);
+    constexpr double exponentFrom = 1e10; // wider labels would take too much of the picture
+    const int needed = static_cast<int>(std::log10(magnitude / (high - low))) + 4;
+    const int whole =
+        magnitude < exponentFrom ? static_cast<int>(std::log10(std::max(magnitude, 1.0))) + 1 : 0;
+    return std::clamp(std::max(needed, whole), 6, 15);
 }
 
 void fillPlot(QCustomPlot& plot, const ozm::CChartInfo& info, const PlotOptions& options) {

@@ -57,6 +57,24 @@ TEST(ChartRenderer, SvgShowsTitlesLegendAndSeries) {
     EXPECT_EQ(drawSvg(chartOf({series("Only", {0, 1}, {0, 1})})).texts.count("Only"), 0); // needs no legend
 }
 
+/// Not some with an exponent beside others without.
+TEST(ChartRenderer, AxesHaveTheirNumbersInPlainDigits) {
+    for (double power = 1000; power <= 1e8; power *= 10) {
+        for (const double most : {power, 1.25 * power, 4 * power, 9.9 * power}) {
+            ozm::CChartInfo info = chartOf({series("", {0, most}, {-most, most})});
+            info.title = "";
+            int numbers = 0;
+            for (const QString& text : drawSvg(info).texts) {
+                bool number = false;
+                (void)text.toDouble(&number);
+                numbers += number ? 1 : 0;
+                EXPECT_TRUE(number && !text.contains('e')) << text.toStdString() << " up to " << most;
+            }
+            EXPECT_GE(numbers, 6) << most;
+        }
+    }
+}
+
 TEST(ChartRenderer, NothingIsPaintedOutsideAGivenRange) {
     ozm::CChartInfo info =
         chartOf({series("far", {-1e6, 0.5, 1e6}, {-1e9, 0.5, 1e9}),

@@ -283,7 +283,7 @@ private:
 
 int tickPrecision(double low, double high) {
     const double magnitude = std::max(std::fabs(low), std::fabs(high));
-    constexpr double exponentFrom = 1e10; // wider labels would take too much of the picture
+    constexpr double exponentFrom = 1e8; // the last of wider labels would not fit beside the axis
     const int needed = static_cast<int>(std::log10(magnitude / (high - low))) + 4;
     const int whole =
         magnitude < exponentFrom ? static_cast<int>(std::log10(std::max(magnitude, 1.0))) + 1 : 0;

@@ -34,7 +34,12 @@ inline constexpr ChoiceTemplate taskAnalyses[] = {
 };
 
 inline constexpr ControlTemplate taskControls[] = {
-    {.id = TaskList, .kind = ControlKind::List, .text = "", .pages = onFirstPage, .choices = taskAnalyses},
+    {.id = TaskList,
+     .kind = ControlKind::List,
+     .text = "",
+     .pages = onFirstPage,
+     .choices = taskAnalyses,
+     .remembered = true},
     okButton,
     cancelButton,
     {.id = TaskOpenData, .text = "Open &Data"},

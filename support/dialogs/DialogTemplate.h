@@ -88,6 +88,9 @@ struct ControlTemplate {
     /// A real number: a proportion from 0 to 1, which people may also write in percent.
     bool isShare = false;
     NumberRange range{}; ///< of an Integer or Real control
+    /// A window keeps the value from one start of the program to the next: a single number, text or yes or
+    /// no.
+    bool remembered = false;
 };
 
 /// A dialog: its number, title, tab pages and controls in tabbing order.

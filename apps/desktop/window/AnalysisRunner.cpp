@@ -42,10 +42,11 @@ QString changesText(const DataState& then, const DataState& now) {
 
 } // namespace
 
-AnalysisRunner::AnalysisRunner(Analysis analysis, QWidget* window)
+AnalysisRunner::AnalysisRunner(Analysis analysis, QWidget* window, const QString& settingsFile)
     : QObject(window), window_(window), progress_(window),
       session_(std::move(analysis),
-               {.automation = false, .frontEnd = this, .stops = &signals_, .services = {}}) {
+               {.automation = false, .frontEnd = this, .stops = &signals_, .services = {}}),
+      values_(settingsFile) {
     session_.addObserver(*this);
     connect(&progress_, &ProgressWindow::cancelled, this, [this] { signals_.cancel(); });
 }
@@ -110,7 +111,10 @@ void AnalysisRunner::showView(ozm::CAnalysisDialog& dialog, int page) {
     const bool first = view_ == nullptr;
     dropView();
     view_ = new DialogView(dialog, window_);
-    connect(view_, &DialogView::operated, this, &AnalysisRunner::pump);
+    connect(view_, &DialogView::operated, this, [this] {
+        if (view_ != nullptr && view_->dialog() != nullptr) values_.keep(*view_->dialog());
+        pump();
+    });
     connect(view_, &DialogView::stopRequested, this, &AnalysisRunner::stop);
     view_->showPage(page);
     const auto left = left_.find(view_->number());
@@ -136,10 +140,12 @@ void AnalysisRunner::dropView() {
 }
 
 void AnalysisRunner::dialogOpened(ozm::CAnalysisModelessDialog& dialog, int page) {
+    values_.recall(dialog);
     showView(dialog, page);
 }
 
 void AnalysisRunner::dialogClosed(ozm::CAnalysisModelessDialog& dialog) {
+    values_.keep(dialog);
     if (view_ != nullptr && (view_->dialog() == nullptr || view_->dialog() == &dialog)) dropView();
 }
 

@@ -4,6 +4,7 @@
 #include "apps/desktop/window/DialogPlaces.h"
 #include "apps/desktop/window/EventTimer.h"
 #include "apps/desktop/window/ProgressWindow.h"
+#include "apps/desktop/window/RememberedValues.h"
 #include "host/session/Session.h"
 
 #include <QElapsedTimer>
@@ -27,7 +28,8 @@ class AnalysisRunner final : public QObject, private SessionObserver, private Fr
 
 public:
     /// `window` is the parent of dialogs and boxes. Without an analysis (nullptr) it only holds the data.
-    AnalysisRunner(Analysis analysis, QWidget* window);
+    /// `settingsFile`: where values are kept for the next start of the program (`RememberedValues`).
+    AnalysisRunner(Analysis analysis, QWidget* window, const QString& settingsFile = {});
     ~AnalysisRunner() override;
 
     Session& session() { return session_; }
@@ -110,6 +112,7 @@ private:
     EventTimer eventTimer_{signals_};
     QPointer<DialogView> view_;
     DialogPlaces places_;
+    RememberedValues values_;
     /// The state in which a dialog was left.
     struct Left {
         DialogView::FocusPlace focus;

@@ -48,7 +48,8 @@ QString runTitle(const ResultsBook& book) {
 } // namespace
 
 MainWindow::MainWindow(Analysis analysis, const QString& noAnalysis, const QString& settingsFile)
-    : recent_(settingsFile), runner_(std::make_unique<AnalysisRunner>(std::move(analysis), this)),
+    : recent_(settingsFile),
+      runner_(std::make_unique<AnalysisRunner>(std::move(analysis), this, settingsFile)),
       dataView_(new DataView), variablesView_(new VariablesView), dataTabs_(new QTabWidget),
       startPage_(new StartPage(recent_)), left_(new QStackedWidget), workbook_(new Workbook),
       ring_(new FocusRing(this)), state_(new ElidedLabel) {

@@ -35,7 +35,7 @@ class MainWindow : public QMainWindow {
 
 public:
     /// @param analysis      may be nullptr: the window then only shows data, and `noAnalysis` says why
-    /// @param settingsFile  where recent files are remembered; empty: with the user's settings
+    /// @param settingsFile  where recent files and the like are remembered; empty: with the user's settings
     explicit MainWindow(Analysis analysis, const QString& noAnalysis = {}, const QString& settingsFile = {});
     ~MainWindow() override;
 

@@ -71,6 +71,35 @@ TEST_F(WindowTest, TheConfidenceLevelIsKeptFromRunToRun) {
     EXPECT_EQ(std::get<double>(model().Value(1106)), 0.95);
 }
 
+TEST_F(WindowTest, TheEntryAndTheLevelAreKeptFromOneStartOfTheProgramToTheNext) {
+    const auto shows = [this](int entry, double level) {
+        ASSERT_TRUE(window->openFile(example("veteran.csv")));
+        window->startAnalysis();
+        EXPECT_EQ(std::get<int>(model().Value(180)), entry);
+        EXPECT_EQ(view()->findChild<QListView*>()->currentIndex().row(), entry);
+        click("Cancel");
+        specify({{3}, {4}}, 1, 0);
+        click("OK");
+        EXPECT_EQ(std::get<double>(model().Value(1106)), level);
+    };
+    shows(0, 0.95);
+    put(1106, 0.1 + 0.2); // all digits are kept
+    click("Cancel");
+    click("Cancel");
+    auto* list = view()->findChild<QListWidget*>();
+    list->setFocus();
+    QTest::keyClick(list, Qt::Key_Down);
+    QApplication::processEvents();
+    EXPECT_TRUE(window->close()) << "while the list is open";
+    renew();
+    shows(2, 0.1 + 0.2);
+    // What does not fit is ignored.
+    window.reset();
+    folder.write("settings.ini", "[analysis3001]\ndialog3059\\control180=17\ndialog3032\\control1106=many\n");
+    renew();
+    shows(0, 0.95);
+}
+
 TEST_F(WindowTest, AMissingFileIsReportedAndTheDataStay) {
     ASSERT_TRUE(window->openFile(example("aml.csv")));
     const QString shown = boxOf([this] { EXPECT_FALSE(window->openFile(folder.path("gone.csv"))); });

@@ -62,7 +62,7 @@ void askForRoom(QPlainTextEdit* text, int columns, int lines) {
     const QFontMetrics metrics(text->font());
     const int around = 2 * (text->frameWidth() + static_cast<int>(text->document()->documentMargin()));
     text->setMinimumHeight(metrics.lineSpacing() * lines + around);
-    text->setMinimumWidth(metrics.horizontalAdvance(QLatin1Char('0')) * columns + around +
+    text->setMinimumWidth(metrics.horizontalAdvance(QString(columns, QLatin1Char('0'))) + around +
                           metrics.height()); // a scroll bar's worth
 }
 
@@ -265,7 +265,7 @@ SummaryField::SummaryField(const ozm::ControlTemplate& control, FieldHost& host,
     : ControlField(control, host, parent), text_(new QPlainTextEdit(this)) {
     text_->setReadOnly(true);
     text_->setTabChangesFocus(true);
-    text_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    text_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // lines break
     text_->setFont(fixedFont());
     text_->setAccessibleName(plainCaptionOf(control).isEmpty() ? QStringLiteral("Summary")
                                                                : plainCaptionOf(control));
@@ -275,8 +275,16 @@ SummaryField::SummaryField(const ozm::ControlTemplate& control, FieldHost& host,
 void SummaryField::showValue(const ozm::ControlValue& value) {
     if (const auto* text = std::get_if<std::string>(&value))
         text_->setPlainText(QString::fromStdString(*text));
-    // All of it is visible at once, unless it is very long.
-    askForRoom(text_, 60, std::clamp(text_->document()->blockCount() + 1, 9, 16));
+    // All of it is visible at once, unless it is very long: as wide as its lines, of which the longest break.
+    const QStringList lines = text_->toPlainText().split(QLatin1Char('\n'));
+    qsizetype columns = 58;
+    for (const QString& line : lines)
+        columns = std::clamp(line.size(), columns, qsizetype{85});
+    qsizetype rows = 1;
+    for (const QString& line : lines)
+        rows += 1 + line.size() / (columns + 1) * 10 / 9; // breaking at words takes a little more
+    askForRoom(text_, static_cast<int>(columns),
+               static_cast<int>(std::clamp(rows, qsizetype{9}, qsizetype{16})));
 }
 
 } // namespace korvana::desktop

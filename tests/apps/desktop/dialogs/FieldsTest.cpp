@@ -78,6 +78,25 @@ TEST_F(Fields, TheModelsValuesAreShown) {
     EXPECT_EQ(value<double>(Level), 0.123456789) << "looking changes nothing";
 }
 
+TEST_F(Fields, ASummaryIsSeenWholeAtTheSizeInWhichItsDialogOpens) {
+    const std::string line80 =
+        "Plots 1 to 3 draw the first 32000 things that were read, and the others not once";
+    std::string words;
+    while (words.size() < 300)
+        words += "a name of seven words, perhaps, ";
+    for (const std::string& text : {std::string("short"), line80, "a\nb\nc\nd\ne\nf\n" + line80 + "\nh",
+                                    words, std::string(300, 'x'), line80 + '\n' + words + '\n' + words}) {
+        dynamic_cast<EveryKindDlg&>(dialog()).SetValue(Overview, text);
+        korvana::desktop::DialogView again(dialog());
+        again.show();
+        const auto* summary = again.findChild<QWidget*>(QStringLiteral("control%1").arg(Overview))
+                                  ->findChild<QPlainTextEdit*>();
+        EXPECT_EQ(summary->horizontalScrollBar()->maximum(), 0) << text;
+        EXPECT_EQ(summary->verticalScrollBar()->maximum(), 0) << text;
+        EXPECT_LT(again.width(), 1000) << text;
+    }
+}
+
 TEST_F(Fields, WhatIsDisabledIsGreyedOutAndTakesNothing) {
     auto& own = dynamic_cast<EveryKindDlg&>(dialog());
     QLineEdit* name = editor<QLineEdit>(Name);

@@ -91,6 +91,7 @@ struct ControlTemplate {
     /// A window keeps the value from one start of the program to the next: a single number, text or yes or
     /// no.
     bool remembered = false;
+    int hint = 0; ///< string number of a text for the status line while the control has the focus; 0: none
 };
 
 /// A dialog: its number, title, tab pages and controls in tabbing order.

@@ -44,6 +44,7 @@ DialogView::DialogView(ozm::CAnalysisDialog& dialog, QWidget* parent)
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget* before, QWidget* focused) {
         leaveField(before, focused);
         rememberFocus(focused);
+        hintAt(focused);
     });
     focusFirst();
 }
@@ -60,6 +61,7 @@ DialogView::~DialogView() {
 void DialogView::detach() {
     if (dialog_ != nullptr) dialog_->RemoveObserver(*this);
     dialog_ = nullptr;
+    hintAt(nullptr);
 }
 
 void DialogView::refreshData() {
@@ -115,6 +117,7 @@ void DialogView::ControlChanged(ozm::CAnalysisDialog& /*dialog*/, int control) {
 void DialogView::DialogClosed(ozm::CAnalysisDialog& /*dialog*/) {
     // No RemoveObserver here: the model is just calling its observers, and drops them when it is destroyed.
     dialog_ = nullptr;
+    hintAt(nullptr);
     closedUntold_ = true;
     QMetaObject::invokeMethod(
         this, [this] { tell(); }, Qt::QueuedConnection);

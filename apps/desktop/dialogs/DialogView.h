@@ -72,6 +72,8 @@ signals:
     /// The model was closed, by the user or otherwise. Emitted before the `operated` of the operation that
     /// closed it.
     void dialogClosed();
+    /// What the status line is to say about the control that has the focus; empty: nothing more.
+    void hintChanged(const QString& hint);
     /// The user wants to close the window while an operation runs.
     void stopRequested();
 
@@ -112,6 +114,7 @@ private:
     void remarkFilledCodes();
     void focusFirst();
     void rememberFocus(QWidget* focused);
+    void hintAt(const QWidget* focused);
     /// The focus moves on: hides a refusal whose value is no longer there.
     void leaveField(const QWidget* from, const QWidget* to);
     bool commitEdits();
@@ -127,6 +130,7 @@ private:
     ozm::CAnalysisDialog* dialog_;
     int number_;
     FocusPlace lastFocus_;
+    QString hint_;
     QLabel* notice_ = nullptr;
     int noticeRoom_ = 0; ///< height in pixels that the dialog grew by for it
     QTabWidget* tabs_ = nullptr;

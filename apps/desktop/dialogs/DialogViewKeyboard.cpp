@@ -42,6 +42,21 @@ void DialogView::rememberFocus(QWidget* focused) {
     }
 }
 
+void DialogView::hintAt(const QWidget* focused) {
+    QString hint;
+    for (const Placed& placed : placed_) {
+        // A list that a field has opened is a window of its own, whose parents lead back to the field.
+        const QObject* inside = focused;
+        while (inside != nullptr && inside != placed.field)
+            inside = inside->parent();
+        if (inside != nullptr && placed.control->hint != 0 && dialog_ != nullptr)
+            hint = QString::fromStdString(dialog_->Analysis().GetResourceString(placed.control->hint));
+    }
+    if (hint == hint_) return;
+    hint_ = hint;
+    emit hintChanged(hint);
+}
+
 void DialogView::focusOn(const FocusPlace& place) {
     for (const Placed& placed : placed_) {
         if (placed.page != place.page || placed.control->id != place.control) continue;

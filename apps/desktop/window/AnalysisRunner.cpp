@@ -116,6 +116,7 @@ void AnalysisRunner::showView(ozm::CAnalysisDialog& dialog, int page) {
         pump();
     });
     connect(view_, &DialogView::stopRequested, this, &AnalysisRunner::stop);
+    connect(view_, &DialogView::hintChanged, this, &AnalysisRunner::hintChanged);
     view_->showPage(page);
     const auto left = left_.find(view_->number());
     if (left != left_.end() && left->second.generation == data().generation())
@@ -234,6 +235,7 @@ void AnalysisRunner::runModal(ozm::CAnalysisModalDialog& dialog) {
     DialogView view(dialog, boxParent());
     view.setModal(true);
     connect(&view, &DialogView::stopRequested, this, &AnalysisRunner::stop);
+    connect(&view, &DialogView::hintChanged, this, &AnalysisRunner::hintChanged);
     QEventLoop untilClosed;
     connect(&view, &DialogView::dialogClosed, &untilClosed, &QEventLoop::quit);
     connect(&view, &QDialog::finished, &untilClosed, &QEventLoop::quit); // one without a Cancel

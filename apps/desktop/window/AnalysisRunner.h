@@ -60,6 +60,8 @@ signals:
     void outputAppeared(std::shared_ptr<ResultsBook> book);
     void outputWasChanged(std::shared_ptr<ResultsBook> book);
     void statusText(const QString& text);
+    /// A text for the status line as long as a control has the focus; empty: no longer.
+    void hintChanged(const QString& hint);
     void activeChanged(bool active);
     void startupMenusAllowed(bool allowed);
     /// The analysis asks for its host's dialogs. Answers come back through the pointers.

@@ -154,6 +154,7 @@ void MainWindow::connectRunner() {
             [this](const std::shared_ptr<ResultsBook>& book) { showOutputs(book, true); });
     connect(runner, &AnalysisRunner::statusText, this,
             [this](const QString& text) { statusBar()->showMessage(text); });
+    connect(runner, &AnalysisRunner::hintChanged, this, [this](const QString& hint) { hint_.show(hint); });
     connect(runner, &AnalysisRunner::startupMenusAllowed, this, [this](bool allowed) {
         if (runner_->session().analysis() != nullptr) startAction_->setEnabled(allowed);
     });

@@ -2,6 +2,7 @@
 
 #include "apps/desktop/data/RecentFiles.h"
 #include "apps/desktop/window/Leaving.h"
+#include "apps/desktop/window/StatusHint.h"
 #include "host/data/ReadData.h"
 #include "host/results/ResultsBook.h"
 #include "host/session/ModuleLibrary.h"
@@ -90,6 +91,7 @@ private:
     Workbook* workbook_;
     FocusRing* ring_;
     ElidedLabel* state_; ///< selected cases and weights, in the status line
+    StatusHint hint_{*statusBar()};
     QMenu* recentMenu_ = nullptr;
     QAction* startAction_ = nullptr;
     std::map<const ResultsBook*, int> runs_;

@@ -75,7 +75,8 @@ inline constexpr ControlTemplate controls[] = {
      .text = "Gro&ups:",
      .pages = second,
      .decimals = 4,
-     .codesOfRole = 1},
+     .codesOfRole = 1,
+     .hint = 4},
     {.id = Entries, .kind = ControlKind::List, .text = "Entries", .pages = second, .choices = entries},
     {.id = Names, .kind = ControlKind::TextList, .text = "&Texts", .pages = second},
     {.id = ControlOk, .text = "OK"},
@@ -87,7 +88,8 @@ inline constexpr DialogTemplate everyKind{1, "One of each", pages, controls};
 // The same without an OK.
 inline constexpr ControlTemplate resultControls[] = {controls[3], controls[4], controls[13]};
 inline constexpr DialogTemplate results{2, "Results", pages, resultControls};
-inline constexpr StringResource strings[] = {{1, "Alpha"}, {2, "Beta "}, {3, "Gamma"}};
+inline constexpr StringResource strings[] = {
+    {1, "Alpha"}, {2, "Beta "}, {3, "Gamma"}, {4, "Select the codes."}};
 
 class EveryKindDlg;
 

@@ -1,13 +1,10 @@
 #include "apps/desktop/dialogs/CodeListField.h"
 
-#include <QDialog>
-#include <QDialogButtonBox>
+#include "apps/desktop/dialogs/CodeChooser.h"
+
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPointer>
-#include <QPushButton>
 #include <QStringList>
 #include <QToolButton>
 
@@ -15,6 +12,9 @@
 
 namespace korvana::desktop {
 namespace {
+
+constexpr int mostListed = 5000;   ///< of more, nobody looks for one in a list
+constexpr qsizetype mostTold = 25; ///< labels in a tooltip
 
 /// The texts between commas; a comma within double quotes belongs to its text.
 QStringList splitAtCommas(const QString& line) {
@@ -78,6 +78,11 @@ void CodeListField::showCodes() {
     }
     line_->setText(codes.join(QStringLiteral(", ")));
     line_->setModified(false);
+    line_->setCursorPosition(0); // of many codes, the first are seen
+    if (const qsizetype more = labels.size() - mostTold; more > 0) {
+        labels.resize(mostTold);
+        labels.append(QStringLiteral("and %1 more").arg(more));
+    }
     line_->setToolTip(labels.join(QLatin1Char('\n')));
 }
 
@@ -105,43 +110,23 @@ void CodeListField::openList() {
         complain(chooseFirst() + QLatin1Char('.'));
         return;
     }
-    const CodeOffer offer = offeredCodes(*analysis, variable());
+    const CodeOffer offer = offeredCodes(*analysis, variable(), {.most = mostListed});
     if (offer.codes.empty()) {
         complain(offer.failed ? QStringLiteral("The codes could not be read; type them.")
                               : QStringLiteral("No selected case has a value."));
         return;
     }
-    QPointer<QDialog> window = new QDialog(this);
-    window->setWindowTitle(plainCaptionOf(control()));
-    auto* layout = new QVBoxLayout(window);
-    auto* list = new QListWidget;
+    std::vector<double> codes;
+    QStringList texts;
     for (const ozm::CodeCount& code : offer.codes) {
-        auto* item = new QListWidgetItem(offerText(textOf(code.code), code), list);
-        item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
-        item->setData(Qt::UserRole, code.code);
-        const bool taken = std::find(codes_.begin(), codes_.end(), code.code) != codes_.end();
-        item->setCheckState(taken ? Qt::Checked : Qt::Unchecked);
+        codes.push_back(code.code);
+        texts.append(offerText(textOf(code.code), code));
     }
-    layout->addWidget(list);
-    if (offer.more > 0)
-        layout->addWidget(new QLabel(QStringLiteral("%1 more are not listed; type them.").arg(offer.more)));
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    layout->addWidget(buttons);
-    QObject::connect(buttons, &QDialogButtonBox::accepted, window, &QDialog::accept);
-    QObject::connect(buttons, &QDialogButtonBox::rejected, window, &QDialog::reject);
+    const QPointer<CodeChooser> window =
+        new CodeChooser(plainCaptionOf(control()), codes, texts, codes_, offer.more, this);
     const bool accepted = window->exec() == QDialog::Accepted;
     if (window == nullptr) return; // the dialog was closed while its list was open, and this field with it
-    std::vector<double> chosen;
-    const auto isOffered = [&offer](double code) {
-        return std::any_of(offer.codes.begin(), offer.codes.end(),
-                           [code](const ozm::CodeCount& known) { return known.code == code; });
-    };
-    for (int row = 0; row < list->count(); ++row)
-        if (list->item(row)->checkState() == Qt::Checked)
-            chosen.push_back(list->item(row)->data(Qt::UserRole).toDouble());
-    // Codes that were typed and are not in the list cannot be unchecked; they stay.
-    for (const double code : codes_)
-        if (!isOffered(code)) chosen.push_back(code);
+    std::vector<double> chosen = window->chosen();
     window->deleteLater();
     if (accepted && host().put(*this, std::move(chosen))) settled();
 }

@@ -10,11 +10,12 @@
 
 namespace korvana::desktop {
 
-CodeOffer offeredCodes(ozm::CAnalysisSupport& analysis, int variable) {
+CodeOffer offeredCodes(ozm::CAnalysisSupport& analysis, int variable,
+                       const ozm::DefaultCodeOptions& options) {
     CodeOffer offer;
     // This reads all cases, possibly very many.
     const WaitCursor cursor;
-    const int distinct = analysis.ReadDataToGetDefaultCodes(variable, {}, offer.codes);
+    const int distinct = analysis.ReadDataToGetDefaultCodes(variable, options, offer.codes);
     offer.failed = distinct < 0;
     offer.more = std::max(distinct - static_cast<int>(offer.codes.size()), 0);
     return offer;

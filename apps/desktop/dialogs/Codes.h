@@ -20,8 +20,9 @@ struct CodeOffer {
     bool failed = false;
 };
 
-/// Reads the data for the codes of a variable (from 1).
-CodeOffer offeredCodes(ozm::CAnalysisSupport& analysis, int variable);
+/// Reads the data for the codes of a variable (from 1), and offers at most so many of them.
+CodeOffer offeredCodes(ozm::CAnalysisSupport& analysis, int variable,
+                       const ozm::DefaultCodeOptions& options = {});
 
 /// The shortest text that reads back as the same number; empty for NaN.
 QString codeText(double code);

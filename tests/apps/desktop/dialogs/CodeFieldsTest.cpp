@@ -2,6 +2,8 @@
 #include "tests/apps/desktop/dialogs/EveryKind.h"
 
 #include <cmath>
+#include <functional>
+#include <numeric>
 
 namespace everykind {
 namespace {
@@ -85,6 +87,66 @@ TEST_F(CodeFields, ListOfCodesIsTypedOrChecked) {
                                     window.accept();
                                 });
     EXPECT_EQ(value<std::vector<double>>(Codes), (std::vector<double>{1, 7})) << "7 was typed and stays";
+}
+
+TEST_F(CodeFields, ManyCodesAreChosenByTheKeyboardAlone) {
+    using korvana::desktop::answering;
+    std::vector<double> all(250);
+    std::iota(all.begin(), all.end(), 1.0);
+    openCodes(all);
+    select({{}, {1}});
+    view->showPage(1);
+    settle();
+    const auto chosen = [this] { return value<std::vector<double>>(Codes); };
+    const auto key = [](Qt::Key pressed, Qt::KeyboardModifiers modifiers = {}) {
+        ASSERT_NE(QApplication::focusWidget(), nullptr);
+        QTest::keyClick(QApplication::focusWidget(), pressed, modifiers);
+    };
+    // Opens the list from the field, presses keys and ends with the last one.
+    const auto inTheList = [&](const std::function<void()>& keys, Qt::Key last) {
+        view->activateWindow();
+        ASSERT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == view.get(); }));
+        editor<QLineEdit>(Codes)->setFocus();
+        key(Qt::Key_Tab);
+        answering([&] { key(Qt::Key_Space); },
+                  [&](QDialog& list) {
+                      EXPECT_EQ(list.findChild<QListWidget*>()->count(), 250);
+                      keys();
+                      QTest::qWait(150); // a button pressed by its letter moves first
+                      key(last);
+                      EXPECT_FALSE(list.isVisible());
+                  });
+        EXPECT_TRUE(view->isVisible());
+    };
+    EXPECT_EQ(chosen(), std::vector<double>{});
+    inTheList([] {}, Qt::Key_Return);
+    EXPECT_EQ(chosen(), std::vector<double>{}) << "none stays none";
+    inTheList([&] { key(Qt::Key_A, Qt::AltModifier); }, Qt::Key_Escape);
+    EXPECT_EQ(chosen(), std::vector<double>{}) << "Escape changes nothing";
+    inTheList(
+        [&] {
+            key(Qt::Key_End);
+            key(Qt::Key_Space);
+        },
+        Qt::Key_Return);
+    EXPECT_EQ(chosen(), std::vector<double>{250});
+    inTheList(
+        [&] { // the one chosen is where it begins; three more
+            key(Qt::Key_Space);
+            key(Qt::Key_Space);
+            key(Qt::Key_Home);
+            key(Qt::Key_Down, Qt::ShiftModifier);
+            key(Qt::Key_Down, Qt::ShiftModifier);
+            key(Qt::Key_Space);
+        },
+        Qt::Key_Return);
+    EXPECT_EQ(chosen(), (std::vector<double>{250, 1, 2, 3})) << "those chosen first come first";
+    inTheList([&] { key(Qt::Key_A, Qt::AltModifier); }, Qt::Key_Return);
+    EXPECT_EQ(chosen().size(), 250U);
+    EXPECT_TRUE(editor<QLineEdit>(Codes)->text().startsWith("250, 1, 2, 3, 4"));
+    inTheList([&] { key(Qt::Key_N, Qt::AltModifier); }, Qt::Key_Return);
+    EXPECT_EQ(chosen(), std::vector<double>{});
+    EXPECT_EQ(editor<QLineEdit>(Codes)->text(), "");
 }
 
 TEST_F(CodeFields, ShowFewerDigitsThanTheyKeepAndTellCodesApart) {

@@ -24,8 +24,10 @@ struct ChartSeries {
     Style style = Style::Line;
     Role role = Role::Estimate;
     Marker marker = Marker::None;
-    /// Series of one group share a colour: an estimate, its bounds and its censored observations.
+    /// Series of one group share a colour: an estimate, its bounds and its censored observations. A series of
+    /// `allGroups` has none of their colours: an entry of the legend that explains a marker of all of them.
     int group = 0;
+    static constexpr int allGroups = -1;
     /// For an estimate over time: the times at which observations leave its sample, complete or censored,
     /// ascending, one entry per observation. The numbers at risk under the curve are counted from these;
     /// empty where there are none to show.

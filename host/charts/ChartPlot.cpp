@@ -31,6 +31,7 @@ constexpr double barTint = 0.59;
 constexpr std::size_t mostBands = 3; // more shades than that hide each other
 constexpr double marksApart = 7.0;   // pixels, of the marks of censored observations
 constexpr int mostNoteLines = 4;
+constexpr std::size_t mostSideBySide = 6; // groups of bars
 
 /// Qt's rasteriser takes time in proportion to the square of the edges of an outline in a scan line, so a
 /// path that goes up and down often is painted in short pieces. Their square caps fill the corners.
@@ -167,18 +168,24 @@ private:
         auto* bars = new QCPBars(plot_.xAxis, plot_.yAxis);
         const HistogramClasses& classes = ranges_.classes;
         const std::vector<double> counts = countInto(classes, series.y);
+        // Bars of a few groups stand side by side in their class; those of many are outlines, so that none
+        // hides another.
+        const std::size_t groups = style_.groupCount();
+        const bool sideBySide = groups > 1 && groups <= mostSideBySide;
+        const double width = sideBySide ? 0.9 * classes.width / static_cast<double>(groups) : classes.width;
+        const double offset =
+            sideBySide ? 0.05 * classes.width + width * static_cast<double>(style_.place(series)) : 0.0;
         QVector<QCPBarsData> data;
         for (std::size_t k = 0; k < counts.size(); ++k) {
             const double left = classes.start + classes.width * static_cast<double>(k);
             if (left + classes.width <= ranges_.x.low || left >= ranges_.x.high) continue;
-            data.append(QCPBarsData(left + classes.width / 2, std::min(counts[k], ranges_.y.high)));
+            data.append(QCPBarsData(left + offset + width / 2, std::min(counts[k], ranges_.y.high)));
         }
         bars->data()->set(data, true);
-        bars->setWidth(classes.width);
-        // Bars of several groups are outlined only, so that none hides another.
-        const bool alone = style_.groupCount() == 1;
-        bars->setBrush(alone ? QBrush(style_.tint(series, barTint)) : QBrush(Qt::NoBrush));
-        bars->setPen(QPen(style_.colour(series).darker(alone ? 130 : 100), alone ? 1 : 2));
+        bars->setWidth(width);
+        const bool filled = groups == 1 || sideBySide;
+        bars->setBrush(filled ? QBrush(style_.tint(series, barTint)) : QBrush(Qt::NoBrush));
+        bars->setPen(QPen(style_.colour(series).darker(filled ? 130 : 100), filled ? 1 : 2));
         addLegendEntry(series, bars);
     }
 

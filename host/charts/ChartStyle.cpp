@@ -8,12 +8,22 @@ namespace {
 
 using ozm::ChartSeries;
 
-/// Okabe and Ito (2008), distinct with any colour vision; without its yellow, which is lost on white.
-constexpr std::array<QRgb, 7> groupColours{0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7,
-                                           0xFFE69F00, 0xFF56B4E9, 0xFF000000};
+/// Okabe and Ito (2008), distinct with any colour vision; without its yellow, which is lost on white. Then
+/// five darker hues between these, for charts of more groups.
+constexpr std::array<QRgb, 12> groupColours{0xFF0072B2, 0xFFD55E00, 0xFF009E73, 0xFFCC79A7,
+                                            0xFFE69F00, 0xFF56B4E9, 0xFF000000, 0xFF7B1F4B,
+                                            0xFF8A8A1C, 0xFF5B3FA8, 0xFF1B5E3A, 0xFF9C5B2E};
 /// The same hues, lightened to stand out from a dark ground; white instead of black.
-constexpr std::array<QRgb, 7> darkPalette{0xFF5AB0F0, 0xFFF28446, 0xFF2EC79B, 0xFFE59CC8,
-                                          0xFFFFC247, 0xFFA6DEFF, 0xFFFFFFFF};
+constexpr std::array<QRgb, 12> darkPalette{0xFF5AB0F0, 0xFFF28446, 0xFF2EC79B, 0xFFE59CC8,
+                                           0xFFFFC247, 0xFFA6DEFF, 0xFFFFFFFF, 0xFFD96FA0,
+                                           0xFFD2D25C, 0xFFA893F0, 0xFF7FC79B, 0xFFD9A27C};
+
+/// How lines are broken where the colours have been used up: another way each time round.
+QList<qreal> dashOf(std::size_t round) {
+    if (round % 3 == 1) return {8.0, 3.0, 2.0, 3.0};
+    if (round % 3 == 2) return {2.0, 3.0};
+    return {8.0, 3.0, 2.0, 3.0, 2.0, 3.0};
+}
 
 constexpr double markerFill = 0.43;
 
@@ -43,10 +53,11 @@ bool hasMarkers(const ChartSeries& series) {
 
 ChartStyle::ChartStyle(const ozm::CChartInfo& info, bool dark) : dark_(dark) {
     for (const ChartSeries& series : info.series)
-        groups_.try_emplace(series.group, groups_.size());
+        if (series.group != ChartSeries::allGroups) groups_.try_emplace(series.group, groups_.size());
 }
 
 QColor ChartStyle::colour(const ChartSeries& series) const {
+    if (series.group == ChartSeries::allGroups) return chartTones(dark_).ink;
     const auto& palette = dark_ ? darkPalette : groupColours;
     return QColor::fromRgb(palette[place(series) % palette.size()]);
 }
@@ -64,8 +75,9 @@ QPen ChartStyle::pen(const ChartSeries& series) const {
     pen.setJoinStyle(Qt::MiterJoin);
     if (isBound(series)) {
         pen.setDashPattern({5.0, 3.0});
-    } else if (place(series) >= groupColours.size()) {
-        pen.setStyle(Qt::DashDotLine); // the colours repeat
+    } else if (series.group != ChartSeries::allGroups && place(series) >= groupColours.size()) {
+        pen.setCapStyle(Qt::FlatCap);
+        pen.setDashPattern(dashOf(place(series) / groupColours.size()));
     }
     return pen;
 }

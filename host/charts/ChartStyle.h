@@ -30,14 +30,14 @@ public:
     ChartStyle(const ozm::CChartInfo& info, bool dark);
 
     [[nodiscard]] std::size_t groupCount() const { return groups_.size(); }
+    /// The place of a series' group among the groups, from 0.
+    [[nodiscard]] std::size_t place(const ozm::ChartSeries& series) const { return groups_.at(series.group); }
     [[nodiscard]] QColor colour(const ozm::ChartSeries& series) const;
     [[nodiscard]] QColor tint(const ozm::ChartSeries& series, double share) const;
     [[nodiscard]] QPen pen(const ozm::ChartSeries& series) const;
     [[nodiscard]] QCPScatterStyle scatter(const ozm::ChartSeries& series) const;
 
 private:
-    [[nodiscard]] std::size_t place(const ozm::ChartSeries& series) const { return groups_.at(series.group); }
-
     bool dark_;
     std::map<int, std::size_t> groups_;
 };

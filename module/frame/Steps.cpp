@@ -5,6 +5,8 @@
 #include "module/frame/SurvivalState.h"
 #include "module/kaplan/CDefineKaplanDlg.h"
 #include "module/kaplan/CKaplanResultsDlg.h"
+#include "module/ksample/CDefineKSDlg.h"
+#include "module/ksample/CKsResultsDlg.h"
 #include "module/resources/Shared.h"
 #include "module/resources/StepNumbers.h"
 #include "module/twosample/CDefineTwoDlg.h"
@@ -92,6 +94,14 @@ int CSurvival::SpecifyTwoSamples(CAnalysisSupport& analysis) {
 
 int CSurvival::TwoResults(CAnalysisSupport& analysis) {
     return OpenStep<CTwoResultsDlg>(analysis, ModuleState().shared, ModuleState().twoSamples);
+}
+
+int CSurvival::SpecifyKSamples(CAnalysisSupport& analysis) {
+    return OpenStep<CDefineKSDlg>(analysis, ModuleState().shared, ModuleState().kSamples);
+}
+
+int CSurvival::KsResults(CAnalysisSupport& analysis) {
+    return OpenStep<CKsResultsDlg>(analysis, ModuleState().shared, ModuleState().kSamples);
 }
 
 } // namespace ozm::survival

@@ -32,17 +32,19 @@ void ReadDataCounts(CAnalysisSupport& host, SharedSettings& shared) {
     shared.fileName = FileNameField(host.FileName());
 }
 
-void UnsetCodes(SharedSettings& shared) {
+} // namespace
+
+void SurvivalState::UnsetCodes() {
     shared.completeCode = shared.censoredCode = unsetCode;
     shared.groupCodes.clear();
+    kSamples.settings.codes.clear();
 }
-
-} // namespace
 
 void SurvivalState::Reset(CAnalysisSupport& host) {
     ReleaseResults();
     shared = SharedSettings{};
     shared.releaseResults = [] { ModuleState().ReleaseResults(); };
+    UnsetCodes();
     shared.owner = &host;
     regression = {};
     shared.reportTitle = Text(StrReportTitle);
@@ -57,7 +59,7 @@ void SurvivalState::DataChanged(CAnalysisSupport& host) {
     shared.owner = &host;
     ReleaseResults();
     FindListsAgain(host, shared);
-    UnsetCodes(shared);
+    UnsetCodes();
     ReadDataCounts(host, shared);
 }
 
@@ -65,7 +67,7 @@ void SurvivalState::ClearSelections() {
     shared.timeVariables = 0;
     shared.lists = {};
     shared.listNames = {};
-    UnsetCodes(shared);
+    UnsetCodes();
 }
 
 void SurvivalState::Leave(const CAnalysisSupport& host) {
@@ -77,6 +79,7 @@ void SurvivalState::Leave(const CAnalysisSupport& host) {
 void SurvivalState::ReleaseResults() {
     kaplan.results.Release();
     twoSamples.results.Release();
+    kSamples.results.Release();
 }
 
 SurvivalState& ModuleState() {

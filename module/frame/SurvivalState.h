@@ -1,6 +1,7 @@
 #pragma once
 
 #include "module/kaplan/KaplanState.h"
+#include "module/ksample/KsState.h"
 #include "module/regression/RegressionState.h"
 #include "module/survdata/SharedSettings.h"
 #include "module/twosample/TwoState.h"
@@ -14,6 +15,7 @@ struct SurvivalState {
     SharedSettings shared;
     KaplanState kaplan;
     TwoState twoSamples;
+    KsState kSamples;
     RegressionState regression;
     int startupPosition = 0; ///< entry of the startup dialog's list that was chosen last
 
@@ -30,6 +32,7 @@ struct SurvivalState {
     void Leave(const CAnalysisSupport& host);
 
 private:
+    void UnsetCodes();
     void ReleaseResults();
 };
 

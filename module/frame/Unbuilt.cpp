@@ -14,19 +14,11 @@ int CSurvival::SpecifyLifeTables(CAnalysisSupport& analysis) {
     return NotBuiltYet(analysis);
 }
 
-int CSurvival::SpecifyKSamples(CAnalysisSupport& analysis) {
-    return NotBuiltYet(analysis);
-}
-
 int CSurvival::SpecifyRegression(CAnalysisSupport& analysis) {
     return NotBuiltYet(analysis);
 }
 
 int CSurvival::LifeResults(CAnalysisSupport& analysis) {
-    return NotBuiltYet(analysis);
-}
-
-int CSurvival::KsResults(CAnalysisSupport& analysis) {
     return NotBuiltYet(analysis);
 }
 

@@ -14,12 +14,15 @@ GroupCount PooledSample::TotalOf(std::span<const GroupCount> groups) {
     return total;
 }
 
-void SortPooled(std::span<PooledObservation> observations) {
+bool PooledBefore(const PooledObservation& one, const PooledObservation& other) {
     const auto key = [](const PooledObservation& o) {
         return std::tuple{o.time, static_cast<std::int16_t>(-o.status), o.group};
     };
-    std::sort(observations.begin(), observations.end(),
-              [key](const PooledObservation& a, const PooledObservation& b) { return key(a) < key(b); });
+    return key(one) < key(other);
+}
+
+void SortPooled(std::span<PooledObservation> observations) {
+    std::sort(observations.begin(), observations.end(), PooledBefore);
 }
 
 } // namespace ozm::survival

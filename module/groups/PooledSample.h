@@ -39,4 +39,7 @@ struct PooledSample {
 /// and with it every digit of the tests, does not depend on the order of the data.
 void SortPooled(std::span<PooledObservation> observations);
 
+/// Whether one stands before the other in that order.
+bool PooledBefore(const PooledObservation& one, const PooledObservation& other);
+
 } // namespace ozm::survival

@@ -6,6 +6,9 @@
 
 // clang-format off
 #define OZM_GROUP_STRINGS(S) \
+    S(StrInvalidGroupCode, 12358, \
+      "The code for one of the groups has not been selected, or is not valid; please check the text " \
+      "values in the grouping variable.") \
     S(StrComputingSurvival, 20260, " Computing survival... ") \
     S(StrComputingCumulative, 20261, " Computing cumulative survival...") \
     S(StrLtLower1, 20262, "Lower   ") \

@@ -1,6 +1,7 @@
 #include "module/resources/Resources.h"
 
 #include "module/resources/Groups.h"
+#include "module/resources/KSamples.h"
 #include "module/resources/Kaplan.h"
 #include "module/resources/Shared.h"
 #include "module/resources/Startup.h"
@@ -16,15 +17,17 @@ namespace {
 
 // The only place that knows the resources of all analyses.
 
-constexpr std::span<const StringResource> stringTables[] = {startupStrings, sharedStrings, groupStrings,
-                                                            kaplanStrings, twoSampleStrings};
+constexpr std::span<const StringResource> stringTables[] = {startupStrings, sharedStrings,    groupStrings,
+                                                            kaplanStrings,  twoSampleStrings, kSampleStrings};
 
-constexpr const DialogTemplate* dialogs[] = {&taskTemplate, &kaplanTemplate, &kaplanResultsTemplate,
-                                             &twoTemplate, &twoResultsTemplate};
+constexpr const DialogTemplate* dialogs[] = {&taskTemplate,     &kaplanTemplate,     &kaplanResultsTemplate,
+                                             &twoTemplate,      &twoResultsTemplate, &ksTemplate,
+                                             &ksResultsTemplate};
 
 /// In the library's order of declaration.
-constexpr AutomationInterface interfaces[] = {startupInterface, kaplanInterface, kaplanResultsInterface,
-                                              twoInterface, twoResultsInterface};
+constexpr AutomationInterface interfaces[] = {startupInterface,  kaplanInterface,     kaplanResultsInterface,
+                                              twoInterface,      twoResultsInterface, ksInterface,
+                                              ksResultsInterface};
 
 constexpr std::string_view surMethod[] = {"scSurLifeTablesAndDistributions", "scSurKaplanMeierProductLimit",
                                           "scSurComparingTwoSamples",        "scSurComparingMultipleSamples",

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "module/resources/Groups.h"
 #include "module/resources/Shared.h"
 
 // The comparison of two samples.
@@ -8,9 +9,6 @@
 #define OZM_TWO_SAMPLE_STRINGS(S) \
     S(StrIdenticalGroupCodes, 12336, \
       "Codes for first and second group are identical. Select two different codes.") \
-    S(StrInvalidGroupCode, 12358, \
-      "The code for one of the groups has not been selected, or is not valid; please check the text " \
-      "values in the grouping variable.") \
     S(StrTwoNoMemory, 14241, "Not enough memory or too many valid cases; close other applications.") \
     S(StrTwoTooManyCases, 14243, \
       "Too many datapoints; choose the 'Comparing multiple samples' option from the SURVIVAL ANALYSIS " \
@@ -107,8 +105,8 @@
     S(StrTwoGroupCounts, 20390, "%1 uncensored, %2 censored.") \
     S(StrTwoCapacity, 20391, \
       "This analysis takes at most %1 uncensored and %1 censored observations of each group, copies " \
-      "of weighted cases counted: select fewer cases. The comparison of multiple samples is not part " \
-      "of this version yet.") \
+      "of weighted cases counted: select fewer cases, or compare them as multiple samples, of " \
+      "which there may be 32767 cases.") \
     S(StrTwoNeeded, 20392, \
       "Two uncensored observations in all are needed, and an observation in each group.")
 // clang-format on

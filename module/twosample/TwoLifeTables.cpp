@@ -1,4 +1,5 @@
 #include "module/groups/GroupCurves.h"
+#include "module/groups/LifeTableColumns.h"
 #include "module/resources/Groups.h"
 #include "module/resources/Resources.h"
 #include "module/resources/TwoSamples.h"
@@ -25,29 +26,10 @@ std::string CodesLine(CAnalysisSupport& host, const NamedGroups& groups) {
            groups.Code(host, 1);
 }
 
-struct Measure {
-    const char* id;
-    int heading;
-    int inFull;
-    CellFormat format;
-    double factor;
-    IntervalColumn LifeTable::*column;
-};
-
-constexpr Measure measures[] = {
-    {"entering", StrLtEntering, StrLtEnteringInFull, CellFormat::integer(), 1.0, &LifeTable::entering},
-    {"censored", StrLtCensored, StrLtCensoredInFull, CellFormat::integer(), 1.0, &LifeTable::withdrawn},
-    {"dying", StrLtDying, StrLtDyingInFull, CellFormat::integer(), 1.0, &LifeTable::dying},
-    {"percentSurviving", StrLtSurviving, StrLtSurvivingInFull, CellFormat::fixed(4), 100.0,
-     &LifeTable::proportionSurviving},
-    {"cumulativePercentSurviving", StrLtCumulative, StrLtCumulativeInFull, CellFormat::fixed(4), 100.0,
-     &LifeTable::cumulativeSurviving},
-};
-
 /// A column of a measure for each group, in the order of the measures.
 std::vector<ResultTable::Numbers> AddMeasures(ResultTable& sheet) {
     std::vector<ResultTable::Numbers> columns;
-    for (const Measure& measure : measures)
+    for (const LifeTableColumn& measure : lifeTableColumns)
         for (std::size_t g = 0; g < groupTitles.size(); ++g) {
             const std::string id = std::string{measure.id} + "Group" + FormatCount(static_cast<int>(g) + 1);
             const std::string inFull =
@@ -80,8 +62,8 @@ OutputResult WriteGroupLifeTables(CAnalysisSupport& host, const SharedSettings& 
         for (std::size_t row = 0; row < static_cast<std::size_t>(table.rows); ++row) {
             sheet[lower][row] = table.lower[row];
             std::size_t column = g;
-            for (const Measure& measure : measures) {
-                sheet[columns[column]][row] = measure.factor * (table.*measure.column)[row];
+            for (const LifeTableColumn& measure : lifeTableColumns) {
+                sheet[columns[column]][row] = measure.factor * (table.*measure.cells)[row];
                 column += groupTitles.size();
             }
         }

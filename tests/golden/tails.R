@@ -20,7 +20,7 @@ rows <- function(of, x, df1, df2, p)
 z <- c(-6.5, -3, -1.3, -1.28, -1, -0.25, 0, 0.1, 0.5, 1, 1.2, 1.28, 1.2800001, 1.5, 2, 3, 5, 7.5, 12, 18.6)
 normal <- rows("normal", z, NA, NA, pnorm(z, lower.tail = FALSE))
 
-grid <- expand.grid(p = c(0.99, 0.5, 0.05, 1e-3), df = c(1, 2, 5, 20, 100))
+grid <- expand.grid(p = c(0.99, 0.5, 0.05, 1e-3, 1e-12, 1e-100, 1e-300), df = c(1, 2, 3, 5, 20, 30, 100, 249))
 x <- single(qchisq(grid$p, grid$df, lower.tail = FALSE))
 chi_square <- rows("chi-square", x, grid$df, NA, pchisq(x, grid$df, lower.tail = FALSE))
 

@@ -3,6 +3,7 @@
 // dialog to the specification dialog of an analysis and to its results.
 
 #include "module/frame/SurvivalState.h"
+#include "module/resources/KSamples.h"
 #include "module/resources/Kaplan.h"
 #include "module/resources/StepNumbers.h"
 #include "module/resources/TwoSamples.h"
@@ -16,6 +17,7 @@ namespace ozm::test {
 
 /// What is particular to an analysis.
 struct Analysis {
+    const char* name;
     int entry;         ///< of the startup dialog
     int specification; ///< the steps of its dialogs
     int results;
@@ -31,6 +33,7 @@ struct Analysis {
 
 /// The 6-MP group of Freireich et al. 1963, unsorted.
 inline const Analysis kaplan{
+    .name = "Kaplan",
     .entry = 2,
     .specification = survival::StepSpecifyKaplan,
     .results = survival::StepKaplanResults,
@@ -46,6 +49,7 @@ inline const Analysis kaplan{
 
 /// Ten patients of Lee 1980; group 3 takes no part.
 inline const Analysis twoSamples{
+    .name = "TwoSamples",
     .entry = 3,
     .specification = survival::StepSpecifyTwoSamples,
     .results = survival::StepTwoResults,
@@ -59,6 +63,23 @@ inline const Analysis twoSamples{
                 {"arm", {1, 1, 1, 1, 1, 2, 2, 2, 2, 2, 3}, none, {{1, "CMF"}, {2, "control"}}}},
     .variables = {AutomationValue::List{1}, AutomationValue::List{2}, AutomationValue::List{3}},
     .observations = [] { return survival::ModuleState().twoSamples.results.Sample().Total().All(); }};
+
+/// The ten patients and two more of the third group.
+inline const Analysis kSamples{
+    .name = "KSamples",
+    .entry = 4,
+    .specification = survival::StepSpecifyKSamples,
+    .results = survival::StepKsResults,
+    .noMemory = survival::StrKsNoMemory,
+    .several = 6000,
+    .many = 20000,
+    .arrays = 2,
+    .requests = 30,
+    .columns = {{"months", {23, 16, 18, 20, 24, 15, 18, 19, 19, 20, 7, 9, 30}},
+                {"died", {1, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1, 1, 0}},
+                {"arm", {1, 1, 1, 1, 1, 2, 2, 2, 2, 2, 3, 3, 3}, none, {{1, "CMF"}, {2, "control"}}}},
+    .variables = {AutomationValue::List{1}, AutomationValue::List{2}, AutomationValue::List{3}},
+    .observations = [] { return survival::ModuleState().kSamples.results.Sample().Total().All(); }};
 
 class AnalysisFixture : public testing::Test {
 protected:
@@ -163,6 +184,12 @@ class TwoFixture : public AnalysisFixture {
 protected:
     TwoFixture() : AnalysisFixture(twoSamples) {}
     survival::TwoState& State() { return survival::ModuleState().twoSamples; }
+};
+
+class KsFixture : public AnalysisFixture {
+protected:
+    KsFixture() : AnalysisFixture(kSamples) {}
+    survival::KsState& State() { return survival::ModuleState().kSamples; }
 };
 
 } // namespace ozm::test

@@ -36,8 +36,9 @@ protected:
         return results;
     }
 };
-INSTANTIATE_TEST_SUITE_P(Analyses, EveryAnalysis, testing::Values(&test::kaplan, &test::twoSamples),
-                         [](const auto& one) { return one.index == 0 ? "Kaplan" : "TwoSamples"; });
+INSTANTIATE_TEST_SUITE_P(Analyses, EveryAnalysis,
+                         testing::Values(&test::kaplan, &test::twoSamples, &test::kSamples),
+                         [](const auto& one) { return std::string{one.param->name}; });
 
 TEST_P(EveryAnalysis, ChecksSelectionsAndLeavesTheDialogOpen) {
     Specify();
@@ -100,7 +101,7 @@ TEST_P(EveryAnalysis, GivesEverythingBackToAHostThatThrowsWhileReading) {
     host.throwsFrom = 300;
     EXPECT_FALSE(Whole());
     EXPECT_EQ(host.statusTexts.back(), "") << "the status line is cleared";
-    host.throwsFrom = 3000;
+    host.throwsFrom = of.several + 1;
     EXPECT_TRUE(Whole());
 }
 

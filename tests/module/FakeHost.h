@@ -173,8 +173,11 @@ public:
     int ReadDataToGetDefaultCodes(int variable, const DefaultCodeOptions& options,
                                   std::vector<CodeCount>& codes) override {
         std::map<double, int> counts;
-        for (const double v : columns[static_cast<std::size_t>(variable - 1)].values)
-            if (v >= options.least && v <= options.greatest) ++counts[v];
+        const std::vector<double>& values = columns[static_cast<std::size_t>(variable - 1)].values;
+        for (std::size_t i = 0; i < values.size(); ++i)
+            if ((selected.empty() || selected[i]) && values[i] >= options.least &&
+                values[i] <= options.greatest)
+                ++counts[values[i]];
         codes.clear();
         for (const auto& [code, count] : counts)
             if (std::ssize(codes) < options.most) codes.push_back({code, {}, count});

@@ -14,7 +14,6 @@ TEST_F(KaplanFixture, StartupEntriesLeadToTheirAnalyses) {
         AnalysisType type;
         int modelKind;
     } const rows[] = {{1, 0, AnalysisType::LifeTables, 1},
-                      {4, 3, AnalysisType::MultipleSamples, 1},
                       {5, 4, AnalysisType::Regression, 1},
                       {6, 6, AnalysisType::Regression, 5}};
     for (const auto& row : rows) {

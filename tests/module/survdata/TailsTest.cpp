@@ -1,9 +1,11 @@
+#include "module/survdata/ChiSquareTail.h"
 #include "module/survdata/FTail.h"
 #include "module/survdata/NormalTail.h"
 #include "tests/support/Golden.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -25,16 +27,28 @@ TEST(Tails, AgreeWithAnIndependentProgram) {
     for (std::size_t i = 0; i < golden.size(); ++i) {
         SCOPED_TRACE(of[i] + " " + std::to_string(x[i]));
         const auto f = static_cast<float>(x[i]);
-        if (of[i] == "normal") // tight enough for a lost digit of one of the constants
+        if (of[i] == "normal") { // tight enough for a lost digit of one of the constants
             EXPECT_NEAR(NormalTailProbability(x[i]) / p[i], 1.0, 1e-10);
-        else if (of[i] == "F") // the nearest single-precision number, or its neighbour
+            EXPECT_NEAR(NormalUpperTail(x[i]) / p[i], 1.0, 2e-14);
+        } else if (of[i] == "F") // the nearest single-precision number, or its neighbour
             EXPECT_FLOAT_EQ(FTailProbability(f, static_cast<float>(df1[i]), static_cast<float>(df2[i])),
                             static_cast<float>(p[i]));
-        else if (of[i] == "chi-square") // 32000 is not infinitely many
-            EXPECT_NEAR(ChiSquareTailProbability(f, static_cast<std::int16_t>(df1[i])), p[i], 5e-4);
-        else
+        else if (of[i] == "chi-square") { // 32000 is not infinitely many
+            EXPECT_NEAR(ChiSquareTailProbability(f, static_cast<std::int16_t>(df1[i])), p[i],
+                        5e-6 * std::max(100.0, df1[i]));
+            // e^(-x/2) cannot be known better than x/2 times the rounding of x.
+            EXPECT_NEAR(ChiSquareUpperTail(x[i], static_cast<int>(df1[i])) / p[i], 1.0, 3e-14 + 4e-16 * x[i]);
+        } else
             ADD_FAILURE();
     }
+}
+
+TEST(ChiSquareTail, Ends) {
+    EXPECT_EQ(ChiSquareUpperTail(0.0, 4), 1.0);
+    EXPECT_EQ(ChiSquareUpperTail(3.0, 0), 1.0);
+    EXPECT_EQ(ChiSquareUpperTail(1e6, 3), 0.0);
+    EXPECT_TRUE(std::isnan(ChiSquareUpperTail(std::nan(""), 3)));
+    EXPECT_GT(ChiSquareUpperTail(30000.0, 32000), 0.999); // where terms and e^(-x/2) are beyond all doubles
 }
 
 TEST(NormalTail, Ends) {

@@ -1,6 +1,7 @@
 #include "apps/cli/GroupsOptions.h"
 
 #include "apps/cli/DataOptions.h"
+#include "apps/cli/Lists.h"
 #include "apps/cli/UsageError.h"
 
 #include <algorithm>
@@ -9,22 +10,31 @@
 
 namespace korvana::cli {
 
-void GroupsOptions::declare(CLI::App& app) {
-    const std::string group = TimesAndCodesOptions::helpGroup;
-    app.add_option("--group", variable_, "variable with the groups")->type_name("V")->group(group);
-    for (CodeOption& code : codes_)
-        app.add_option(code.name, code.text, "its code for group " + code.name.substr(code.name.size() - 1))
-            ->type_name("CODE")
-            ->group(group);
+void GroupOption::declare(CLI::App& app) {
+    app.add_option("--group", variable_, "variable with the groups")
+        ->type_name("V")
+        ->group(TimesAndCodesOptions::helpGroup);
 }
 
-Groups GroupsOptions::resolve(const ActiveData& data, const TimesAndCodes& others) const {
+int GroupOption::resolve(const ActiveData& data, const TimesAndCodes& others) const {
     if (variable_.empty()) throw UsageError("--group is missing: name the variable with the groups", true);
     const int variable = variableOf(data.dataSet(), "--group", variable_);
     std::vector<int> all = others.times;
     all.insert(all.end(), {others.censor, variable + 1});
     refuseTwice(data.dataSet(), std::move(all));
+    return variable;
+}
 
+void TwoGroupsOptions::declare(CLI::App& app) {
+    variable_.declare(app);
+    for (CodeOption& code : codes_)
+        app.add_option(code.name, code.text, "its code for group " + code.name.substr(code.name.size() - 1))
+            ->type_name("CODE")
+            ->group(TimesAndCodesOptions::helpGroup);
+}
+
+Groups TwoGroupsOptions::resolve(const ActiveData& data, const TimesAndCodes& others) const {
+    const int variable = variable_.resolve(data, others);
     Groups groups{variable + 1, resolveCodes(data, variable, codes_, "the codes of the two groups")};
     // Equal codes are left to the analysis, which refuses them with a message.
     std::vector<double> sorted = groups.codes;
@@ -34,6 +44,31 @@ Groups GroupsOptions::resolve(const ActiveData& data, const TimesAndCodes& other
     for (std::size_t k = 0; k < codes_.size(); ++k)
         if (counts.cases[k] == 0)
             throw UsageError(noCaseHas(codes_[k].name, groups.codes[k]) + "; " + codesOf(data, variable));
+    return groups;
+}
+
+void GroupCodesOptions::declare(CLI::App& app) {
+    variable_.declare(app);
+    app.add_option("--codes", codes_, "its codes of the groups, in this order [all that selected cases have]")
+        ->type_name("CODE,...")
+        ->group(TimesAndCodesOptions::helpGroup);
+}
+
+Groups GroupCodesOptions::resolve(const ActiveData& data, TimesAndCodes& others) const {
+    const int variable = variable_.resolve(data, others);
+    Groups groups{variable + 1, {}};
+    if (codes_.empty()) return groups;
+    std::vector<CodeOption> options;
+    for (std::string& code : splitList("--codes", codes_))
+        options.push_back({"--codes", std::move(code)});
+    groups.codes = resolveCodes(data, variable, options, "the codes of the groups");
+    const CodeCounts counts = countCodes(data, variable, groups.codes);
+    for (std::size_t k = 0; k < options.size(); ++k)
+        if (counts.cases[k] == 0)
+            others.remarks.push_back({0,
+                                      noCaseHas("--codes", groups.codes[k]) + "; " + codesOf(data, variable),
+                                      {},
+                                      ResultMessage::Severity::Warning});
     return groups;
 }
 

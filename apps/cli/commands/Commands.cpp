@@ -7,6 +7,7 @@ constexpr CommandEntry table[] = {
     {"kaplan-meier", "Product-limit (Kaplan-Meier) estimate of the survival function",
      &makeKaplanMeierCommand},
     {"two-sample", "Comparing two samples: five tests, life tables by group", &makeTwoSampleCommand},
+    {"k-sample", "Comparing multiple samples: scores, log-rank tests, curves by group", &makeKSampleCommand},
     {"info", "What a data file holds: variables, ranges, codes", &makeInfoCommand},
     {"typelib", "The names by which scripts reach the analyses", &makeTypelibCommand},
     {"completion", "Completion for bash, zsh and fish; the manual page", &makeCompletionCommand},

@@ -12,6 +12,7 @@ std::span<const CommandEntry> commands();
 
 std::unique_ptr<Command> makeKaplanMeierCommand();
 std::unique_ptr<Command> makeTwoSampleCommand();
+std::unique_ptr<Command> makeKSampleCommand();
 std::unique_ptr<Command> makeInfoCommand();
 std::unique_ptr<Command> makeTypelibCommand();
 std::unique_ptr<Command> makeCompletionCommand();

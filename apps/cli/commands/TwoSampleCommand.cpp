@@ -42,7 +42,7 @@ private:
         wanted.members.emplace_back("CodeForGroup2", groups.codes[1]);
     }
 
-    GroupsOptions groups_;
+    TwoGroupsOptions groups_;
 };
 
 } // namespace

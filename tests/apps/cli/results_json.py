@@ -23,6 +23,7 @@ odd = "t|s|d\n1,5|1|01/02/1995\n2|0|01/03/1995\n3,25|1|02/03/1995\n4|1|01/04/199
 # Every command that makes outputs, with arguments that use the common options.
 runs = {
     "kaplan-meier": [aml, aml + ["--select", "time > 5", "--weight", "time", "--missing", "time=9", "--level", "0.9"]],
+    "k-sample": [aml + ["--group", "group"]],
     "two-sample": [aml + ["--group", "group", "--group1", "Maintained", "--group2", "Nonmaintained"]],
 }
 

@@ -1,6 +1,7 @@
 #include "apps/cli/OutputOptions.h"
 
 #include "apps/cli/UsageError.h"
+#include "host/data/TextEncoding.h"
 #include "host/results/JsonWriter.h"
 #include "host/results/ResultsFolder.h"
 #include "host/results/TextWriter.h"
@@ -81,7 +82,7 @@ int OutputOptions::write(const ResultsBook& book, Console& console) const {
     std::vector<std::string> problems;
     try {
         for (const auto& file : writeBook(book, directory_, formats_, &problems))
-            if (!quiet_) console.err << "wrote " << file.string() << '\n';
+            if (!quiet_) console.err << "wrote " << withEscapes(file.string()) << '\n';
     } catch (const NothingToWrite& error) {
         throw UsageError(std::string{error.what()} + "; choose another --format or other --outputs");
     }

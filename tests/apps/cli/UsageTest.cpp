@@ -275,8 +275,9 @@ TEST_F(UsageTest, NamesAndCellsOfAnyKindAreShownBriefly) {
     // No invalid byte is passed through.
     const std::string error = usageError({"info", file("b\xE9\x1b.csv", "a,b\ncaf\x81,1\n")});
     EXPECT_TRUE(has(error, "b\\xE9\\x1B.csv:2:1") && has(error, "'caf\\x81'")) << error;
-    const Outcome wrote = runWords({"kaplan-meier", data, "--time", "weeks", "--censor", "status", "--complete",
-                                    "1", "--censored", "0", "-o", "o\xCE\x1b", "--format", "json"});
+    const Outcome wrote =
+        runWords({"kaplan-meier", data, "--time", "weeks", "--censor", "status", "--complete", "1",
+                  "--censored", "0", "-o", "o\xCE\x1b", "--format", "json"});
     EXPECT_EQ(wrote.code, ExitResults);
     EXPECT_TRUE(has(wrote.err, "wrote o\\xCE\\x1B/results.json\n")) << wrote.err;
     // A label can be given as it is shown.

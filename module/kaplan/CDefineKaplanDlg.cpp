@@ -7,7 +7,8 @@
 namespace ozm::survival {
 
 CDefineKaplanDlg::CDefineKaplanDlg(CAnalysisSupport& host, SharedSettings& shared, KaplanState& state)
-    : SpecificationDialog(host, kaplanTemplate, kaplanInterface, shared, AnalysisType::KaplanMeier), state_(state) {}
+    : SpecificationDialog(host, kaplanTemplate, kaplanInterface, shared, AnalysisType::KaplanMeier),
+      state_(state) {}
 
 void CDefineKaplanDlg::Run() {
     if (!CommonSelectionsAreValid()) return;

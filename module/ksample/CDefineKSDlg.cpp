@@ -9,6 +9,7 @@
 #include "support/CodeComparison.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <vector>
 

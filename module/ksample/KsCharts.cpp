@@ -1,5 +1,5 @@
+#include "module/groups/GroupEstimates.h"
 #include "module/ksample/GroupColumns.h"
-#include "module/ksample/GroupEstimates.h"
 #include "module/ksample/KsOutput.h"
 #include "module/resources/KSamples.h"
 #include "module/resources/Resources.h"

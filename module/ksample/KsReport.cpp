@@ -4,6 +4,7 @@
 #include "module/survdata/InputHeader.h"
 #include "module/survdata/ReportLines.h"
 
+#include <algorithm>
 #include <initializer_list>
 #include <string>
 

@@ -1,6 +1,5 @@
-#include "module/kaplan/ConfidenceLimits.h"
+#include "module/groups/GroupEstimates.h"
 #include "module/ksample/GroupColumns.h"
-#include "module/ksample/GroupEstimates.h"
 #include "module/ksample/KsOutput.h"
 #include "module/ksample/WeightedLogRank.h"
 #include "module/resources/KSamples.h"

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <iterator>
 #include <numeric>
+#include <utility>
 
 namespace ozm::survival {
 namespace {
@@ -81,8 +82,9 @@ void Adjust(std::vector<PairTest>& pairs) {
     std::vector<PairTest*> order;
     for (PairTest& pair : pairs)
         if (pair.test.df > 0) order.push_back(&pair);
-    std::stable_sort(order.begin(), order.end(),
-                     [](const PairTest* a, const PairTest* b) { return a->test.p < b->test.p; });
+    std::sort(order.begin(), order.end(), [](const PairTest* a, const PairTest* b) {
+        return std::pair{a->test.p, a} < std::pair{b->test.p, b};
+    });
     double least = 0.0;
     for (std::size_t i = 0; i < order.size(); ++i) {
         least = std::max(least, std::min(1.0, static_cast<double>(order.size() - i) * order[i]->test.p));

@@ -168,7 +168,7 @@ inline constexpr ControlTemplate ksControls[] = {
     caseWeightsButton,
 };
 
-inline constexpr DialogTemplate ksTemplate{3040, "Comparing Survival in Several Groups", quickPage,
+inline constexpr DialogTemplate ksTemplate{3042, "Comparing Survival in Multiple Groups", quickPage,
                                            ksControls};
 
 inline constexpr AutomationMember ksMembers[] = {
@@ -214,7 +214,7 @@ inline constexpr ControlTemplate ksResultsControls[] = {
 };
 
 inline constexpr std::string_view ksResultsPages[] = {"Quick", "Survival by group", "Further tests"};
-inline constexpr DialogTemplate ksResultsTemplate{3042, "Comparing Survival in Several Groups, Results",
+inline constexpr DialogTemplate ksResultsTemplate{3044, "Comparing Survival in Multiple Groups, Results",
                                                   ksResultsPages, ksResultsControls};
 
 inline constexpr AutomationMember ksResultsMembers[] = {

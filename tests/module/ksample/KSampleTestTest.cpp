@@ -3,7 +3,7 @@
 
 #include "module/ksample/KSampleTest.h"
 #include "module/groups/GehanRanks.h"
-#include "module/ksample/GroupEstimates.h"
+#include "module/groups/GroupEstimates.h"
 #include "module/ksample/WeightedLogRank.h"
 #include "module/survdata/FTail.h"
 #include "module/survdata/NormalQuantile.h"

@@ -1,4 +1,4 @@
-#include "module/ksample/GroupEstimates.h"
+#include "module/groups/GroupEstimates.h"
 
 #include "module/kaplan/ConfidenceLimits.h"
 #include "module/kaplan/ProductLimit.h"

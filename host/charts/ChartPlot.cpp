@@ -74,7 +74,8 @@ class Painter {
 public:
     Painter(QCustomPlot& plot, const ozm::CChartInfo& info, const PlotOptions& options)
         : plot_(plot), info_(info), options_(options), tones_(chartTones(options.dark)),
-          style_(info, options.dark), ranges_(rangesOf(info)), bands_(bandsOf(info)) {}
+          style_(info, options.dark), ranges_(rangesOf(info)), bands_(bandsOf(info)),
+          atRisk_(numbersAtRisk()) {}
 
     void paint() {
         styleAxes();
@@ -82,7 +83,7 @@ public:
         for (const ChartSeries& series : info_.series)
             paintSeries(series);
         addTitle();
-        addNumbersAtRisk();
+        addAtRiskRows(plot_, atRisk_, font(13), tones_.ink);
         addLegend(plot_, std::move(legend_), style_.groupCount(), options_.width, font(13), tones_.ink);
         addNotes();
     }
@@ -118,7 +119,17 @@ private:
         plot_.setAutoAddPlottableToLegend(false);
         plot_.axisRect()->setMinimumMargins(QMargins(20, 12, 24, 10));
         styleAxis(*plot_.xAxis, ranges_.x, info_.xAxis.title, options_.width - 120);
-        styleAxis(*plot_.yAxis, ranges_.y, info_.yAxis.title, options_.height - 240);
+        // What the numbers at risk take is lost to the axis.
+        const double table = static_cast<double>(atRisk_.size()) * atRiskLine();
+        styleAxis(*plot_.yAxis, ranges_.y, info_.yAxis.title,
+                  std::min(options_.height - 240, options_.height - 170 - static_cast<int>(table)));
+        if (info_.kind != ozm::CChartInfo::Kind::Histogram) return;
+        const QSharedPointer<QCPAxisTickerFixed> whole(new QCPAxisTickerFixed); // counts are whole numbers
+        whole->setTickStep(1.0);
+        whole->setScaleStrategy(QCPAxisTickerFixed::ssMultiples);
+        whole->setTickCount(6);
+        plot_.yAxis->setTicker(whole);
+        plot_.yAxis->setSubTicks(false);
     }
 
     ChartCurve* addCurve(const ChartPath& path) { return new ChartCurve(plot_, path); } // the plot owns it
@@ -185,7 +196,7 @@ private:
         bars->setWidth(width);
         const bool filled = groups == 1 || sideBySide;
         bars->setBrush(filled ? QBrush(style_.tint(series, barTint)) : QBrush(Qt::NoBrush));
-        bars->setPen(QPen(style_.colour(series).darker(filled ? 130 : 100), filled ? 1 : 2));
+        bars->setPen(filled ? QPen(style_.colour(series).darker(130), 1) : style_.pen(series));
         addLegendEntry(series, bars);
     }
 
@@ -230,16 +241,28 @@ private:
         plot_.plotLayout()->addElement(0, 0, title);
     }
 
-    void addNumbersAtRisk() {
-        if (!info_.numbersAtRisk) return;
+    /// A table of many groups would leave no room for their curves: it ends with how many more there are.
+    [[nodiscard]] std::size_t mostAtRiskRows() const {
+        return static_cast<std::size_t>(std::max(2.0, 0.35 * options_.height / atRiskLine()));
+    }
+    [[nodiscard]] double atRiskLine() const { return QFontMetricsF(font(13)).height() * 1.15; }
+
+    [[nodiscard]] std::vector<AtRiskRow> numbersAtRisk() const {
         std::vector<AtRiskRow> rows;
+        if (!info_.numbersAtRisk) return rows;
         for (const ChartSeries& series : info_.series)
             if (!series.leaving.empty())
                 rows.push_back({elidedLine(series.legend, font(13), options_.width / 4),
                                 style_.colour(series), series.x.empty() ? 0.0 : series.x.front(),
                                 Leaving::of(series)});
         if (rows.size() == 1) rows[0].label.clear(); // a single row needs no label: the axes keep the room
-        addAtRiskRows(plot_, std::move(rows), font(13), tones_.ink);
+        const std::size_t most = mostAtRiskRows();
+        if (rows.size() > most) {
+            const QString more = QStringLiteral("and %1 more").arg(rows.size() - most + 1);
+            rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(most) - 1, rows.end());
+            rows.push_back({more, tones_.ink, std::numeric_limits<double>::infinity(), {}});
+        }
+        return rows;
     }
 
     /// The chart's notes, in full width below everything else.
@@ -279,6 +302,7 @@ private:
     ChartStyle style_;
     ChartRanges ranges_;
     std::map<int, Band> bands_; // by group
+    std::vector<AtRiskRow> atRisk_;
     std::set<std::pair<int, std::string>> named_;
     std::vector<LegendEntry> legend_;
     HistogramClasses classes_;

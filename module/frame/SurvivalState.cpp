@@ -37,7 +37,8 @@ void ReadDataCounts(CAnalysisSupport& host, SharedSettings& shared) {
 void SurvivalState::UnsetCodes() {
     shared.completeCode = shared.censoredCode = unsetCode;
     shared.groupCodes.clear();
-    kSamples.settings.codes.clear();
+    twoSamples.settings = {};
+    kSamples.settings = {};
 }
 
 void SurvivalState::Reset(CAnalysisSupport& host) {

@@ -33,7 +33,7 @@ OutputResult CKsResultsDlg::Output(int control) {
     case KsLifeTables:
         return WriteKsLifeTables(of);
     case KsPlotSurviving:
-        return PlotGroupSurvival(Analysis(), groups, state_.results.Sample(), SurvivalPlot::PerInterval);
+        return PlotOf(groups);
     case KsCurves:
         return WriteKsCurves(of);
     case KsLogRankTests:
@@ -45,8 +45,16 @@ OutputResult CKsResultsDlg::Output(int control) {
     }
 }
 
+OutputResult CKsResultsDlg::PlotOf(const NamedGroups& groups) const {
+    OutputResult plot =
+        PlotGroupSurvival(Analysis(), groups, state_.results.Sample(), SurvivalPlot::PerInterval);
+    if (plot.message == StrLtFewerThan3Cases) plot.message = StrKsFewerThan3Values;
+    return plot;
+}
+
 std::string CKsResultsDlg::Reason(int message) const {
-    return GroupLifeTablesReason(Analysis(), Groups(), state_.results.Sample(), message);
+    return GroupLifeTablesReason(Analysis(), Groups(), state_.results.Sample(),
+                                 message == StrKsFewerThan3Values ? StrLtFewerThan3Cases : message);
 }
 
 } // namespace ozm::survival

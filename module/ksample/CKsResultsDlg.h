@@ -25,6 +25,7 @@ protected:
     [[nodiscard]] int NotEnoughMemoryString() const override { return StrKsNoMemory; }
 
 private:
+    [[nodiscard]] OutputResult PlotOf(const NamedGroups& groups) const;
     [[nodiscard]] NamedGroups Groups() const { return {Shared(), Shared().groupCodes}; }
 
     KsState& state_;

@@ -32,7 +32,9 @@ std::string FilledAfterEquals(int id, std::initializer_list<std::string> values)
 
 std::string KsTestLine(const KSampleStatistic& test, int textOfTwo, int textOfMore) {
     const std::string statistic = FormatNumber(test.statistic, 7);
-    const std::string p = FormatProbability(test.Printed());
+    const double printed = test.Printed();
+    // The floor in full, as people write it.
+    const std::string p = printed == 0.00001 ? FormatFixed(printed, 5) : FormatProbability(printed);
     return test.TwoGroups() ? FilledAfterEquals(textOfTwo, {statistic, p})
                             : FilledAfterEquals(textOfMore, {statistic, FormatCount(test.df), p});
 }

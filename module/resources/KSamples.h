@@ -97,6 +97,7 @@
     S(StrKsSurvivalInFull, 20488, "Cumulative proportion surviving") \
     S(StrKsColError1, 20489, "Standard") \
     S(StrKsColError2, 20490, " Error  ") \
+    S(StrKsFewerThan3Values, 20491, " Fewer than 3 valid values. ") \
     S(StrKsLogRankTests, 20500, "Log-Rank, Tarone-Ware and Peto & Peto Tests") \
     S(StrKsLogRank, 20501, "Log-rank") \
     S(StrKsTaroneWare, 20502, "Tarone-Ware") \
@@ -115,7 +116,7 @@
       "Note: Failures at a time count 1 (log-rank), the root of the number at risk (Tarone-Ware), the proportion " \
       "surviving of all groups just before it (Peto & Peto).") \
     S(StrKsNoteNotComparable, 20514, \
-      "Note: Where no group or only one is at risk at a failure, there is nothing to compare.") \
+      "Note: Empty: at no failure are several groups at risk of which some observation lives on.") \
     S(StrKsExpected, 20515, "Observed and Expected Failures, Median Survival Time") \
     S(StrKsColObserved, 20516, "Observed") \
     S(StrKsColExpected, 20517, "Expected") \

@@ -13,9 +13,7 @@ CDefineTwoDlg::CDefineTwoDlg(CAnalysisSupport& host, SharedSettings& shared, Two
     : SpecificationDialog(host, twoTemplate, twoInterface, shared, AnalysisType::TwoSamples), state_(state) {}
 
 double& CDefineTwoDlg::CodeForGroup(int group) {
-    auto& codes = Shared().groupCodes;
-    if (codes.size() != 2) codes.resize(2, unsetCode);
-    return codes[group == 1 ? 0 : 1];
+    return state_.settings.codes[group == 1 ? 0 : 1];
 }
 
 void CDefineTwoDlg::OnOpen() {
@@ -55,6 +53,7 @@ bool CDefineTwoDlg::GroupCodesAreValid() {
 
 void CDefineTwoDlg::Run() {
     if (!SelectionsAreValid()) return;
+    Shared().groupCodes.assign(state_.settings.codes.begin(), state_.settings.codes.end());
     const bool computed = RunTwoSamples(Analysis(), Shared(), state_, this);
     Leave(computed, StepTwoResults, StepSpecifyTwoSamples);
 }

@@ -2,6 +2,7 @@
 
 #include "module/groups/PooledSample.h"
 #include "module/survdata/CaseReader.h"
+#include "module/survdata/SharedSettings.h"
 #include "module/survdata/WorkArray.h"
 
 #include <array>
@@ -52,8 +53,14 @@ struct TwoResults {
     }
 };
 
+/// What the dialogs of the analysis edit.
+struct TwoSettings {
+    std::array<double, 2> codes{unsetCode, unsetCode}; ///< of the groups
+};
+
 /// Everything of the analysis that lives from its specification dialog to its results.
 struct TwoState {
+    TwoSettings settings;
     TwoResults results;
 };
 

@@ -145,9 +145,12 @@ OutputResult PlotCurves(const KsReportOf& of, const Curves& curves) {
     chart.yAxis.title = Text(StrKsAxisSurviving);
     chart.yAxis.min = 0.0;
     chart.yAxis.max = 1.0;
+    // Of a long legend only the beginning is drawn.
+    const bool many = curves.size() > 12;
+    if (many) AddMarkerLegend(chart);
     for (std::size_t g = 0; g < curves.size(); ++g)
         AddCurve(chart, of.groups.Legend(of.host, g), static_cast<int>(g), curves[g]);
-    AddMarkerLegend(chart);
+    if (!many) AddMarkerLegend(chart);
     return Show(of.host, chart);
 }
 

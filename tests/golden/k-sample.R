@@ -88,6 +88,10 @@ compare <- function(data, time, status, codes) {
   names <- apply(pairs, 2, paste, collapse = "-")
   add(data, "pairs", paste0("p", names), p)
   add(data, "pairs", paste0("holm", names), p.adjust(p, "holm"))
+  for (g in c(1:k, 0)) { # 0: all of them
+    those <- if (g == 0) time else time[group == g]
+    add(data, "times", paste0(c("median", "mean", "sd"), g), c(median(those), mean(those), sd(those)))
+  }
   medians <- summary(survfit(Surv(time, status) ~ group, conf.type = "log-log"))$table
   for (column in c("median", "0.95LCL", "0.95UCL"))
     add(data, "median", paste0(column, 1:k), medians[, column])

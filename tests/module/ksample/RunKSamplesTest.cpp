@@ -6,6 +6,7 @@
 #include "tests/module/AnalysisFixture.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace ozm::survival {
 namespace {
@@ -88,6 +89,36 @@ TEST_F(KsFixture, DataThatCannotBeComparedAreRefused) {
     EXPECT_EQ(KsMessage(KsStatus::TooFewUncensored), StrKsTooFewUncensored);
 }
 
+TEST_F(KsFixture, DialogsAreThoseOfTheStepTable) {
+    EXPECT_EQ(Specify(), 106);
+    EXPECT_EQ(host.Dialog().Template().number, 3042);
+    EXPECT_EQ(host.Dialog().Template().title, "Comparing Survival in Multiple Groups");
+    // The codes of this comparison are not those of two samples.
+    host.Script().Put("Codes", List{3, 2, 1});
+    ASSERT_EQ(host.Press(analysis, ControlOk), 111);
+    EXPECT_EQ(host.Dialog().Template().number, 3044);
+    EXPECT_EQ(host.Dialog().Template().title, "Comparing Survival in Multiple Groups, Results");
+    host.Go(analysis, StepSpecifyTwoSamples);
+    EXPECT_TRUE(std::isnan(std::get<double>(host.Script().Get("CodeForGroup1").value.value)));
+}
+
+TEST_F(KsFixture, TakesAtMost250Groups) {
+    const auto groupsOf = [this](int groups) {
+        std::vector<double> times;
+        std::vector<double> codes;
+        for (int i = 0; i < groups; ++i) {
+            times.push_back(1 + i);
+            codes.push_back(i);
+        }
+        Data(times, std::vector<double>(times.size(), 1.0), codes);
+        Specify();
+        return host.Press(analysis, ControlOk);
+    };
+    EXPECT_EQ(groupsOf(250), StepKsResults);
+    MakeEveryOutput();
+    EXPECT_EQ(groupsOf(251), -1);
+}
+
 TEST_F(KsFixture, TakesAtMost32767Cases) {
     ManyCases(32767);
     EXPECT_EQ(Run(), StepKsResults);
@@ -139,6 +170,11 @@ TEST_F(KsFixture, TablesByGroup) {
     EXPECT_EQ(scores.ids, (std::vector<std::string>{"group", "groupLabel", "score", "time", "censored"}));
     EXPECT_EQ(scores.numbers[0][0], 3); // the shortest time
     EXPECT_EQ(scores.numbers[2][0], -12);
+    EXPECT_EQ(scores.numbers[3][2], 15);
+    EXPECT_EQ(scores.numbers[3][3], 16);
+    EXPECT_TRUE(scores.texts[4][2].empty() && scores.texts[4][3] == "+"); // 15 died, 16 is censored
+    EXPECT_EQ(SheetOf("Log-Rank, Tarone-Ware and Peto & Peto Tests").rowHeadings,
+              (std::vector<std::string>{"Log-rank", "Tarone-Ware", "Peto & Peto"}));
     const test::Sheet summary = SheetOf("Summary statistics for each group");
     const auto& sums = summary.numbers[2];
     EXPECT_EQ(sums[0] + sums[1] + sums[2], 0.0);
@@ -161,6 +197,9 @@ TEST_F(KsFixture, TablesByGroup) {
     EXPECT_EQ(censored.legend, "Censored");
     EXPECT_TRUE(complete.x.empty() && complete.group == ChartSeries::allGroups);
     EXPECT_NE(complete.marker, censored.marker);
+    EXPECT_EQ(plot->series[1].marker, complete.marker); // of group 1: the complete ones, then the censored
+    EXPECT_EQ(plot->series[1].x, (std::vector<double>{23}));
+    EXPECT_EQ(plot->series[2].marker, censored.marker);
     const auto histogram = std::ranges::find(host.charts, "Histogram of Sum Scores", &CChartInfo::title);
     ASSERT_NE(histogram, host.charts.end());
     EXPECT_EQ(histogram->series[0].legend, "Group    1 (CMF)");

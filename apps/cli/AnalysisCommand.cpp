@@ -55,14 +55,22 @@ std::vector<std::size_t> AnalysisCommand::chosenOutputs() const {
     return chooseFrom("--outputs", list_.empty() ? "all" : list_, names);
 }
 
-AnalysisCommand::Tally AnalysisCommand::makeOutputs(const std::vector<std::size_t>& chosen, Script& script) {
+AnalysisCommand::Tally AnalysisCommand::makeOutputs(const std::vector<std::size_t>& chosen, Script& script,
+                                                    Console& console) {
     Tally tally;
     for (const std::size_t place : chosen) {
         const Output& output = description_.outputs[place];
         if (list_.empty() && !isMadeUnasked(output, script)) continue;
         for (const char* const action : output.actions) {
             if (action == nullptr) continue;
-            const bool made = script.press(action);
+            bool made = false;
+            try {
+                made = script.press(action);
+            } catch (const ScriptError& error) { // one without memory, say: the others may have enough
+                const std::string why = error.what();
+                console.say(std::string{output.name} +
+                            " is not made: " + why.substr(0, why.find(" (Exception in analysis method")));
+            }
             log_.tell(std::string{made ? "Made " : "Not made: "} + action);
             ++(made ? tally.made : tally.failed);
         }
@@ -105,7 +113,7 @@ int AnalysisCommand::run(Console& console) {
         const bool computed = compute(script);
         if (computed) {
             prepareOutputs(script);
-            tally = makeOutputs(chosen, script);
+            tally = makeOutputs(chosen, script, console);
         }
         progress.clear();
         if (!computed) {

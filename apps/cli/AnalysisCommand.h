@@ -62,7 +62,7 @@ private:
         int failed = 0;
     };
     [[nodiscard]] std::vector<std::size_t> chosenOutputs() const;
-    Tally makeOutputs(const std::vector<std::size_t>& chosen, Script& script);
+    Tally makeOutputs(const std::vector<std::size_t>& chosen, Script& script, Console& console);
 
     Description description_;
     DataOptions data_;

@@ -11,9 +11,14 @@ namespace korvana::cli {
 std::vector<std::string> splitList(std::string_view option, std::string_view list) {
     std::vector<std::string> entries;
     for (bool more = true; more;) {
-        const std::size_t comma = list.find(',');
+        // A comma within double quotes belongs to its entry.
+        list.remove_prefix(std::min(list.find_first_not_of(' '), list.size()));
+        const bool quoted = list.starts_with('"') && list.find('"', 1) != std::string_view::npos;
+        const std::size_t comma = list.find(',', quoted ? list.find('"', 1) : 0);
         more = comma != std::string_view::npos;
-        entries.emplace_back(trimmed(list.substr(0, comma)));
+        std::string_view entry = trimmed(list.substr(0, comma));
+        if (quoted && entry.ends_with('"')) entry = entry.substr(1, entry.size() - 2);
+        entries.emplace_back(entry);
         if (entries.back().empty()) throw UsageError(std::string{option} + ": an entry of the list is empty");
         if (more) list.remove_prefix(comma + 1);
     }

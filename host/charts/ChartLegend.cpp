@@ -9,7 +9,7 @@ namespace {
 
 constexpr int iconWidth = 30;
 constexpr int spacing = 14;
-constexpr std::size_t mostRows = 5;
+constexpr std::size_t mostRows = 6;
 
 std::size_t columnsFor(const std::vector<LegendEntry>& entries, std::size_t groups, int width,
                        const QFont& font) {

@@ -31,7 +31,7 @@ constexpr double barTint = 0.59;
 constexpr std::size_t mostBands = 3; // more shades than that hide each other
 constexpr double marksApart = 7.0;   // pixels, of the marks of censored observations
 constexpr int mostNoteLines = 4;
-constexpr std::size_t mostSideBySide = 6; // groups of bars
+constexpr std::size_t mostSideBySide = 12; // groups of bars
 
 /// Qt's rasteriser takes time in proportion to the square of the edges of an outline in a scan line, so a
 /// path that goes up and down often is painted in short pieces. Their square caps fill the corners.

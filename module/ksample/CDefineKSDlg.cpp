@@ -55,9 +55,10 @@ bool CDefineKSDlg::TakeGroups() {
         const int all = Analysis().ReadDataToGetDefaultCodes(Shared().First(ListGrouping),
                                                              {.most = KsArrays::mostGroups}, found);
         if (all < 0) return Refuse(StrInvalidGroupCode, {});
-        groups = static_cast<std::size_t>(all);
+        // Values that are equal as codes are one group.
         for (const CodeCount& code : found)
-            codes.push_back(code.code);
+            if (codes.empty() || !CodesEqual(codes.back(), code.code)) codes.push_back(code.code);
+        groups = static_cast<std::size_t>(all) - found.size() + codes.size();
     }
     if (std::ranges::any_of(codes, [](double code) { return !std::isfinite(code); }))
         return Refuse(StrInvalidGroupCode, {});

@@ -9,7 +9,7 @@ namespace ozm::survival {
 
 GroupColumns::GroupColumns(const KsReportOf& of, ResultTable& table, const GroupColumnNames& names)
     : of_(of), table_(table),
-      code_(table.AddNumbers({names.id, names.heading1, names.heading2}, CellFormat::general(17))) {
+      code_(table.AddNumbers({names.id, names.heading1, names.heading2}, CellFormat::general(15))) {
     bool any = false;
     for (const double code : of.groups.codes) {
         labels_.push_back(LabelOfCode(of.host, of.groups.shared.First(ListGrouping), code).value_or(""));

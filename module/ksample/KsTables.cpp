@@ -26,7 +26,6 @@ constexpr double none = std::numeric_limits<double>::quiet_NaN();
 OutputResult WriteTestTable(const KsReportOf& of) {
     const KSampleStatistic& test = of.results.test;
     ResultTable table{std::string{Text(StrKsTest)}};
-    table.RepeatsReport();
     table.AddNote(std::string{Text(StrKsNoteFloors)});
     const auto statistic =
         table.AddNumbers({"statistic", StrKsColStatistic1, StrKsColStatistic2}, CellFormat::general(7));

@@ -149,7 +149,7 @@ OutputResult WritePairTests(const KsReportOf& of) {
         table[holm][row] = pairs[row].adjusted;
         comparisons += pairs[row].test.df > 0 ? 1 : 0;
     }
-    table.AddNote(Filled(StrKsNoteHolm, {FormatCount(comparisons)}));
+    if (comparisons > 1) table.AddNote(Filled(StrKsNoteHolm, {FormatCount(comparisons)}));
     if (comparisons < static_cast<long long>(pairs.size())) table.AddNote(Noted(StrKsNoteNotComparable));
     return table.Write(of.host);
 }

@@ -92,7 +92,7 @@ std::string NameEmptyGroups(CAnalysisSupport& host, const SharedSettings& shared
 std::string Describe(CAnalysisSupport& host, const SharedSettings& shared, const Run& run, KsStatus status) {
     switch (status) {
     case KsStatus::TooManyCases:
-        return run.weighted ? std::string{Text(StrKsCapacity)} : std::string{};
+        return std::string{Text(run.weighted ? StrKsCapacityOfCopies : StrKsCapacity)};
     case KsStatus::TooFewValid:
         return std::string{Text(StrNeedThreeValid)} + "\n" + DescribeReading(host, shared, run.reading);
     case KsStatus::FewerThan3Uncensored:

@@ -21,10 +21,11 @@
     S(StrKsCodeTwice, 20409, "A code of the grouping variable was given twice.") \
     S(StrKsCodeGivenTwice, 20410, "The code %1 stands there twice.") \
     S(StrKsChooseFewerCodes, 20411, "Give the codes of the groups to compare, or a variable with fewer.") \
-    S(StrKsCapacity, 20412, \
+    S(StrKsCapacityOfCopies, 20412, \
       "The copies of weighted cases are counted: select fewer cases, or lower their weights.") \
     S(StrKsWithoutUncensored, 20413, "Without an uncensored case: %1.") \
     S(StrKsCensoredCases, 20414, "%1 (%2 censored)") \
+    S(StrKsCapacity, 20415, "Select fewer cases: a sample of them, or fewer groups.") \
     S(StrKsComputing, 20420, "Computing...") \
     S(StrKsTitle, 20421, "Comparing Survival in Several Groups, Results") \
     S(StrKsVariable, 20422, "Variable: ") \

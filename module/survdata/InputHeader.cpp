@@ -3,10 +3,12 @@
 #include "module/resources/Resources.h"
 #include "module/resources/Shared.h"
 #include "module/survdata/ReportLines.h"
+#include "support/CodeComparison.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,8 +24,8 @@ void WriteCode(CAnalysisSupport& host, std::string_view lead, int variable, doub
     if (!line.ends_with(' ') && !field.starts_with(' ')) line += ' ';
     line += field;
     // Digits that the field has no room for may be what tells two codes apart.
-    if (const std::string exact = FormatExact(code); std::isfinite(code) && !field.ends_with(exact))
-        line += " = " + exact;
+    if (std::isfinite(code) && !CodesEqual(std::strtod(field.c_str(), nullptr), code))
+        line += " = " + FormatExact(code);
     std::string label;
     double value = code;
     if (std::isfinite(code) && variable != 0 &&

@@ -162,7 +162,7 @@ TEST_F(KSampleTest, CurvesAndLifeTablesAreThoseOfTheOtherAnalyses) {
         std::vector<json> complete;
         std::vector<json> censored;
         for (const json& row : curves["large"])
-            (row[1] == "" ? complete : censored).push_back(row[0]);
+            (row[1] == "+" ? censored : complete).push_back(row[0]);
         EXPECT_EQ(std::vector<json>(series[1]["x"].begin(), series[1]["x"].end()), complete);
         EXPECT_EQ(std::vector<json>(series[2]["x"].begin(), series[2]["x"].end()), censored);
         EXPECT_EQ(series[1]["y"][0], curves["large"][0][2]);
@@ -189,6 +189,26 @@ TEST_F(KSampleTest, TwoGroupsFarApart) {
             EXPECT_EQ(sheet["notes"][2], "Z = -5.396493               p = 0.002");
         }
     EXPECT_TRUE(has(run(call).out, "         Z = -5.396493               p = 0.002\n"));
+}
+
+/// Values that are equal as codes are one group, and a label may hold commas.
+TEST_F(KSampleTest, CodesAsTheyOccur) {
+    std::string text = "t,c,g,l\n";
+    for (int i = 1; i <= 12; ++i)
+        text += std::to_string(i) + ",1," +
+                (i % 3 == 0   ? "0.30000000000000004"
+                 : i % 3 == 1 ? "0.3"
+                              : "0.7") +
+                ",\"" + (i % 2 == 0 ? "a,b" : "c") + "\"\n";
+    file("codes.csv", text);
+    const std::string call = "k-sample codes.csv --time t --censor c --complete 1 --censored 0 --group ";
+    const Outcome close = run(call + "g");
+    EXPECT_EQ(close.code, ExitResults) << close.err;
+    EXPECT_TRUE(has(close.out, "g    2 Groups") && has(close.out, "     0.3         8 ")) << close.out;
+    const Outcome commas = runWords({"k-sample", "codes.csv", "--time", "t", "--censor", "c", "--complete",
+                                     "1", "--censored", "0", "--group", "l", "--codes", "\"a,b\", c"});
+    EXPECT_EQ(commas.code, ExitResults) << commas.err;
+    EXPECT_TRUE(has(commas.out, "p to all")) << "the probability without floors stands in the report";
 }
 
 TEST_F(KSampleTest, WhatCannotBeComparedIsNamed) {

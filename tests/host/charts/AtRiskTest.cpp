@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 
@@ -67,6 +68,36 @@ TEST(AtRisk, NumbersStandUnderTheirTicks) {
     plain.series[0].leaving.clear();
     info.numbersAtRisk = false;
     EXPECT_EQ(renderChart(info, PictureFormat::Svg).bytes, renderChart(plain, PictureFormat::Svg).bytes);
+}
+
+TEST(AtRisk, CurvesKeepTheirRoomHoweverManyGroupsThereAre) {
+    for (const int groups : {1, 2, 12, 13, 40, 250}) {
+        ozm::CChartInfo info;
+        info.title = "Curves";
+        info.xAxis.title = "Time";
+        info.yAxis = {"Cumulative Proportion Surviving", 0.0, 1.0};
+        for (int g = 0; g < groups; ++g) {
+            ozm::ChartSeries& series = info.series.emplace_back();
+            series.legend = "Group " + std::to_string(g + 1);
+            series.group = g;
+            series.x = {0, 10};
+            series.y = {1, 0};
+            series.leaving = {10};
+        }
+        double top = 0.0;
+        double bottom = 0.0;
+        double table = 1e9;
+        int rows = 0;
+        for (const auto& [y, texts] : test::readSvg(renderChart(info, PictureFormat::Svg).bytes).lines) {
+            if (texts.contains("0.8")) top = y;
+            if (texts.contains("0.2")) bottom = y;
+            if (texts.contains("Numbers at risk")) table = y;
+            if (y > table && texts.contains("1")) ++rows;
+        }
+        EXPECT_GT(bottom - top, 0.6 * 150) << groups; // of at least so many pixels from 0 to 1
+        EXPECT_GT(table, bottom) << groups;
+        EXPECT_EQ(rows, std::min(groups, 12) - (groups > 12 ? 1 : 0)) << groups;
+    }
 }
 
 } // namespace

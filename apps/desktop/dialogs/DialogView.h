@@ -115,6 +115,8 @@ private:
     void focusFirst();
     void rememberFocus(QWidget* focused);
     void hintAt(const QWidget* focused);
+    /// F1: what the control that has the focus is for, beside it, in the words that scripts have for it.
+    void helpOnFocus();
     /// The focus moves on: hides a refusal whose value is no longer there.
     void leaveField(const QWidget* from, const QWidget* to);
     bool commitEdits();

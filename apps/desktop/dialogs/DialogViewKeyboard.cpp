@@ -5,9 +5,12 @@
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QToolTip>
 
 namespace korvana::desktop {
 namespace {
+
+constexpr int helpTime = 20'000; // milliseconds
 
 bool isEnter(const QKeyEvent& event) {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
@@ -57,6 +60,19 @@ void DialogView::hintAt(const QWidget* focused) {
     emit hintChanged(hint);
 }
 
+void DialogView::helpOnFocus() {
+    const QWidget* focused = focusWidget();
+    if (dialog_ == nullptr || dialog_->Interface() == nullptr || focused == nullptr) return;
+    for (const Placed& placed : placed_) {
+        if (placed.field != focused && !placed.field->isAncestorOf(focused)) continue;
+        for (const ozm::AutomationMember& member : dialog_->Interface()->members)
+            if (member.control == placed.control->id)
+                QToolTip::showText(placed.field->mapToGlobal(placed.field->rect().bottomLeft()),
+                                   QString::fromUtf8(member.help.data(), qsizetype(member.help.size())),
+                                   placed.field, {}, helpTime);
+    }
+}
+
 void DialogView::focusOn(const FocusPlace& place) {
     for (const Placed& placed : placed_) {
         if (placed.page != place.page || placed.control->id != place.control) continue;
@@ -82,6 +98,7 @@ void DialogView::showEvent(QShowEvent* event) {
 void DialogView::keyPressEvent(QKeyEvent* event) {
     if (const int turned = pagesTurned(*event); turned != 0 && tabs_ != nullptr)
         return showPage((tabs_->currentIndex() + turned + tabs_->count()) % tabs_->count());
+    if (event->key() == Qt::Key_F1 && event->modifiers() == Qt::NoModifier) return helpOnFocus();
     if (!isEnter(*event)) return QDialog::keyPressEvent(event);
     if (auto* button = qobject_cast<QPushButton*>(focusWidget())) return button->click();
     if (ControlField* ok = fieldOf(ozm::ControlOk)) return press(*ok);

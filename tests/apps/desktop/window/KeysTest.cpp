@@ -5,6 +5,7 @@
 #include "tests/apps/desktop/window/OpenWindow.h"
 #include "tests/host/results/Books.h"
 
+#include <QToolTip>
 #include <set>
 
 namespace korvana::desktop {
@@ -94,6 +95,21 @@ TEST_F(Keys, OfACellThatCanBeEditedStayWithIt) {
                 return;
             }
     FAIL() << "no output with F2";
+}
+
+TEST_F(Keys, F1SaysWhatAFieldIsFor) {
+    specify({{3}, {4}}, 1, 0);
+    int told = 0;
+    for (const ozm::AutomationMember& member : model().Interface()->members) {
+        auto* field = view()->findChild<QWidget*>(QStringLiteral("control%1").arg(member.control));
+        if (field == nullptr) continue;
+        field->setFocus();
+        QTest::keyClick(view()->focusWidget(), Qt::Key_F1);
+        EXPECT_EQ(QToolTip::text().toStdString(), member.help);
+        ++told;
+    }
+    EXPECT_GE(told, 3);
+    QToolTip::hideText();
 }
 
 } // namespace

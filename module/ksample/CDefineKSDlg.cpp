@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ozm::survival {
@@ -47,27 +48,26 @@ bool CDefineKSDlg::SelectionsAreValid() {
 }
 
 bool CDefineKSDlg::TakeGroups() {
-    constexpr auto most = static_cast<std::size_t>(KsArrays::mostGroups);
     std::vector<double> codes = state_.settings.codes;
-    std::size_t groups = codes.size();
+    bool tooMany = false;
     if (codes.empty()) {
+        // Values that are equal as codes are one group, so there may be more of them than groups.
         std::vector<CodeCount> found;
         const int all = Analysis().ReadDataToGetDefaultCodes(Shared().First(ListGrouping),
-                                                             {.most = KsArrays::mostGroups}, found);
+                                                             {.most = 16 * KsArrays::mostGroups}, found);
         if (all < 0) return Refuse(StrInvalidGroupCode, {});
-        // Values that are equal as codes are one group.
+        tooMany = std::cmp_greater(all, found.size());
         for (const CodeCount& code : found)
             if (codes.empty() || !CodesEqual(codes.back(), code.code)) codes.push_back(code.code);
-        groups = static_cast<std::size_t>(all) - found.size() + codes.size();
     }
-    if (std::ranges::any_of(codes, [](double code) { return !std::isfinite(code); }))
-        return Refuse(StrInvalidGroupCode, {});
-    for (std::size_t g = 1; g < std::min(groups, most); ++g)
-        if (std::any_of(codes.begin(), codes.begin() + static_cast<std::ptrdiff_t>(g),
-                        [&](double before) { return CodesEqual(before, codes[g]); }))
-            return Refuse(StrKsCodeTwice, Filled(StrKsCodeGivenTwice, {FormatExact(codes[g])}));
-    if (groups < 2) return Refuse(StrKsTooFewGroups, {});
-    if (groups > most) return Refuse(StrKsTooManyGroups, std::string{Text(StrKsChooseFewerCodes)});
+    if (tooMany || std::cmp_greater(codes.size(), KsArrays::mostGroups))
+        return Refuse(StrKsTooManyGroups, std::string{Text(StrKsChooseFewerCodes)});
+    for (auto code = codes.begin(); code != codes.end(); ++code) {
+        if (!std::isfinite(*code)) return Refuse(StrInvalidGroupCode, {});
+        if (std::any_of(codes.begin(), code, [&](double before) { return CodesEqual(before, *code); }))
+            return Refuse(StrKsCodeTwice, Filled(StrKsCodeGivenTwice, {FormatExact(*code)}));
+    }
+    if (codes.size() < 2) return Refuse(StrKsTooFewGroups, {});
     Shared().groupCodes = std::move(codes);
     return true;
 }

@@ -117,6 +117,16 @@ TEST_F(KsFixture, TakesAtMost250Groups) {
     EXPECT_EQ(groupsOf(250), StepKsResults);
     MakeEveryOutput();
     EXPECT_EQ(groupsOf(251), -1);
+    // Values that are equal as codes are one group, wherever they stand: none is left out, none counts twice.
+    for (double& code : host.columns[2].values)
+        if (code == 7.0) code = std::nextafter(6.0, 7.0);
+    EXPECT_EQ(host.Press(analysis, ControlOk), StepKsResults);
+    EXPECT_EQ(State().results.groups.size(), 250U);
+    EXPECT_EQ(State().results.observations.Size(), 251U);
+    EXPECT_EQ(groupsOf(300), -1);
+    host.columns[2].values[7] = std::nextafter(6.0, 7.0);
+    EXPECT_EQ(host.Press(analysis, ControlOk), -1);
+    EXPECT_EQ(host.messages.back().id, StrKsTooManyGroups);
 }
 
 TEST_F(KsFixture, TakesAtMost32767Cases) {

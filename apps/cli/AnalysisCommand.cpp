@@ -55,8 +55,7 @@ std::vector<std::size_t> AnalysisCommand::chosenOutputs() const {
     return chooseFrom("--outputs", list_.empty() ? "all" : list_, names);
 }
 
-AnalysisCommand::Tally AnalysisCommand::makeOutputs(const std::vector<std::size_t>& chosen, Script& script,
-                                                    Console& console) {
+AnalysisCommand::Tally AnalysisCommand::makeOutputs(const std::vector<std::size_t>& chosen, Script& script) {
     Tally tally;
     for (const std::size_t place : chosen) {
         const Output& output = description_.outputs[place];
@@ -68,8 +67,8 @@ AnalysisCommand::Tally AnalysisCommand::makeOutputs(const std::vector<std::size_
                 made = script.press(action);
             } catch (const ScriptError& error) { // one without memory, say: the others may have enough
                 const std::string why = error.what();
-                console.say(std::string{output.name} +
-                            " is not made: " + why.substr(0, why.find(" (Exception in analysis method")));
+                tally.reasons.push_back(std::string{output.name} + " is not made: " +
+                                        why.substr(0, why.find(" (Exception in analysis method")));
             }
             log_.tell(std::string{made ? "Made " : "Not made: "} + action);
             ++(made ? tally.made : tally.failed);
@@ -113,9 +112,11 @@ int AnalysisCommand::run(Console& console) {
         const bool computed = compute(script);
         if (computed) {
             prepareOutputs(script);
-            tally = makeOutputs(chosen, script, console);
+            tally = makeOutputs(chosen, script);
         }
         progress.clear();
+        for (const std::string& reason : tally.reasons)
+            console.say(reason);
         if (!computed) {
             if (progress.messageCount() == 0)
                 console.say("the analysis ended without a result and without a message");

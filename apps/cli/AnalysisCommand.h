@@ -60,9 +60,10 @@ private:
     struct Tally {
         int made = 0;
         int failed = 0;
+        std::vector<std::string> reasons; ///< of those that failed without a message of the analysis
     };
     [[nodiscard]] std::vector<std::size_t> chosenOutputs() const;
-    Tally makeOutputs(const std::vector<std::size_t>& chosen, Script& script, Console& console);
+    Tally makeOutputs(const std::vector<std::size_t>& chosen, Script& script);
 
     Description description_;
     DataOptions data_;

@@ -4,6 +4,7 @@
 #include "module/resources/Resources.h"
 #include "module/resources/Shared.h"
 #include "module/survdata/ReportLines.h"
+#include "module/survdata/ShowChart.h"
 #include "module/survdata/StatusLine.h"
 #include "module/survdata/StatusMessages.h"
 
@@ -81,9 +82,7 @@ OutputResult PlotGroupSurvival(CAnalysisSupport& host, const NamedGroups& groups
         if (result.tables[g].rows > 0)
             chart.series.push_back(SeriesOf(groups.Legend(host, g), g, result.tables[g], plot));
     if (cumulative) AddLeaving(chart, sample);
-    const short outcome = host.NewGeneralMultipleChartLongEx(chart);
-    host.c_gr0(chart);
-    return outcome == 0 ? OutputResult{} : OutputResult::Failed(StrGraphicsError);
+    return ShowChart(host, chart);
 }
 
 std::string GroupLifeTablesReason(CAnalysisSupport& host, const NamedGroups& groups,

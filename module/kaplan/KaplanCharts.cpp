@@ -7,6 +7,7 @@
 #include "module/survdata/InputHeader.h"
 #include "module/survdata/NormalQuantile.h"
 #include "module/survdata/ReportLines.h"
+#include "module/survdata/ShowChart.h"
 #include "module/survdata/StatusLine.h"
 #include "module/survdata/StopTest.h"
 
@@ -215,12 +216,6 @@ PlotTexts TextsOf(KaplanPlot plot) {
     return {StrKmPlot3, StrKmAxisLogTime, StrKmAxisLogSurviving};
 }
 
-OutputResult Show(CAnalysisSupport& host, CChartInfo& chart) {
-    const short outcome = host.NewGeneralMultipleChartLongEx(chart);
-    host.c_gr0(chart);
-    return outcome == 0 ? OutputResult{} : OutputResult::Failed(StrGraphicsError);
-}
-
 } // namespace
 
 OutputResult PlotKaplan(CAnalysisSupport& host, const SharedSettings& shared, const KaplanResults& results,
@@ -238,7 +233,7 @@ OutputResult PlotKaplan(CAnalysisSupport& host, const SharedSettings& shared, co
     if (!AllPlotted(results))
         chart.notes.push_back(
             Filled(StrKmNoteOnlyFirst, {FormatCount(mostPlotted), FormatCount(results.Valid())}));
-    return Show(host, chart);
+    return ShowChart(host, chart);
 }
 
 OutputResult PlotSurvivalCurve(CAnalysisSupport& host, const SharedSettings& shared,
@@ -254,7 +249,7 @@ OutputResult PlotSurvivalCurve(CAnalysisSupport& host, const SharedSettings& sha
     else if (!FillWholeCurve(host, results, names, level, chart))
         return OutputResult::NotMade();
     if (!AllPlotted(results)) chart.notes.push_back(Filled(StrKmNoteThinned, {FormatCount(results.Valid())}));
-    return Show(host, chart);
+    return ShowChart(host, chart);
 }
 
 } // namespace ozm::survival

@@ -5,6 +5,7 @@
 #include "module/resources/Resources.h"
 #include "module/resources/Shared.h"
 #include "module/survdata/ResultTable.h"
+#include "module/survdata/ShowChart.h"
 #include "module/survdata/StatusLine.h"
 
 #include <array>
@@ -17,12 +18,6 @@ namespace ozm::survival {
 namespace {
 
 constexpr GroupColumnNames groupOfRow{"group", "groupLabel", StrKsColGroup, 0};
-
-OutputResult Show(CAnalysisSupport& host, CChartInfo& chart) {
-    const short outcome = host.NewGeneralMultipleChartLongEx(chart);
-    host.c_gr0(chart);
-    return outcome == 0 ? OutputResult{} : OutputResult::Failed(StrGraphicsError);
-}
 
 /// One row of a group's curve in order of time; at a tie the uncensored observations come first.
 struct CurveRow {
@@ -151,7 +146,7 @@ OutputResult PlotCurves(const KsReportOf& of, const Curves& curves) {
     for (std::size_t g = 0; g < curves.size(); ++g)
         AddCurve(chart, of.groups.Legend(of.host, g), static_cast<int>(g), curves[g]);
     if (!many) AddMarkerLegend(chart);
-    return Show(of.host, chart);
+    return ShowChart(of.host, chart);
 }
 
 } // namespace
@@ -182,7 +177,7 @@ OutputResult PlotKsHistogram(const KsReportOf& of) {
     for (std::size_t i = 0; i < sample.observations.size(); ++i)
         chart.series[static_cast<std::size_t>(sample.observations[i].group) - 1].y.push_back(
             of.results.scores[i]);
-    return Show(of.host, chart);
+    return ShowChart(of.host, chart);
 }
 
 } // namespace ozm::survival

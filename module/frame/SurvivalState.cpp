@@ -47,6 +47,7 @@ void SurvivalState::Reset(CAnalysisSupport& host) {
     shared.releaseResults = [] { ModuleState().ReleaseResults(); };
     UnsetCodes();
     shared.owner = &host;
+    lifeTables = {};
     regression = {};
     shared.reportTitle = Text(StrReportTitle);
     shared.reportTitleLower = shared.reportTitle;
@@ -78,6 +79,7 @@ void SurvivalState::Leave(const CAnalysisSupport& host) {
 }
 
 void SurvivalState::ReleaseResults() {
+    lifeTables.results.Release();
     kaplan.results.Release();
     twoSamples.results.Release();
     kSamples.results.Release();

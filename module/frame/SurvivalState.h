@@ -2,6 +2,7 @@
 
 #include "module/kaplan/KaplanState.h"
 #include "module/ksample/KsState.h"
+#include "module/lifetable/LifeState.h"
 #include "module/regression/RegressionState.h"
 #include "module/survdata/SharedSettings.h"
 #include "module/twosample/TwoState.h"
@@ -13,6 +14,7 @@ namespace ozm::survival {
 /// passed its own struct and the shared one.
 struct SurvivalState {
     SharedSettings shared;
+    LifeState lifeTables;
     KaplanState kaplan;
     TwoState twoSamples;
     KsState kSamples;

@@ -1,6 +1,7 @@
 #include "module/lifetable/LifeTable.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace ozm::survival {
 namespace {
@@ -12,6 +13,38 @@ double ProportionDead(double dying, double exposed, Correction correction) {
         if (q == 0.0) return 0.5 / exposed;
     }
     return q;
+}
+
+void ComputeRates(LifeTable& table) {
+    for (std::size_t i = 0; i < table.Closed(); ++i) {
+        const double q = table.proportionDead[i];
+        const double s = table.proportionSurviving[i];
+        const double h = table.width[i];
+        const double hazard = 2.0 * q / ((1.0 + s) * h);
+        const double half = h * hazard / 2.0;
+        table.density[i] = (table.cumulativeSurviving[i] - table.cumulativeSurviving[i + 1]) / h;
+        table.hazard[i] = hazard;
+        table.hazardVariance[i] =
+            s < 1.0 ? (1.0 - half * half) * (hazard * hazard) / (table.exposed[i] * q) : 0.0;
+    }
+}
+
+void ComputeErrors(LifeTable& table) {
+    double greenwood = 0.0; // of the rows before
+    for (std::size_t i = 0; i < table.Rows(); ++i) {
+        const double q = table.proportionDead[i];
+        const double s = table.proportionSurviving[i];
+        const double p = table.cumulativeSurviving[i];
+        const double exposed = table.exposed[i];
+        table.survivingError[i] = std::sqrt(p * p * greenwood);
+        if (i < table.Closed()) {
+            const double perWidth = p * q / table.width[i];
+            if (exposed * q > 0.0)
+                table.densityError[i] = std::sqrt(perWidth * perWidth * (greenwood + s / (exposed * q)));
+            table.hazardError[i] = std::sqrt(std::max(table.hazardVariance[i], 0.0));
+        }
+        if (s * exposed > 0.0) greenwood += q / (exposed * s);
+    }
 }
 
 } // namespace
@@ -47,8 +80,24 @@ LifeTableStatus ComputeLifeTable(const IntervalCounts& counts, Correction correc
         if (i > 0)
             table.cumulativeSurviving[i] =
                 table.cumulativeSurviving[i - 1] * table.proportionSurviving[i - 1];
+        if (i + 1 < rows) {
+            table.width[i] = counts.lower[i + 1] - counts.lower[i];
+            table.midpoint[i] = counts.lower[i] + table.width[i] / 2.0;
+        }
     }
+    ComputeRates(table);
+    ComputeErrors(table);
     return LifeTableStatus::Success;
+}
+
+double LogLikelihood(const LifeTable& table) {
+    double sum = 0.0;
+    for (std::size_t i = 0; i < table.Closed(); ++i) {
+        const double x = table.cumulativeSurviving[i + 1] / table.cumulativeSurviving[i];
+        if (1.0 - x > 0.0) sum += table.dying[i] * std::log(1.0 - x);
+        if (x > 0.0) sum += (table.exposed[i] - table.dying[i]) * std::log(x);
+    }
+    return sum;
 }
 
 } // namespace ozm::survival

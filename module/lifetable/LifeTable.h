@@ -6,8 +6,9 @@
 
 namespace ozm::survival {
 
-/// An actuarial life table (Berkson & Gage 1950; Cutler & Ederer 1958, J. Chronic Diseases 8:699-712), one
-/// entry per row i = 0..rows-1. The last row is the open interval.
+/// An actuarial life table (Berkson & Gage 1950; Cutler & Ederer 1958, J. Chronic Diseases 8:699-712; Gehan
+/// 1969, J. Chronic Diseases 21:629-644), one entry per row i = 0..rows-1. The last row is the open interval,
+/// of which the columns of the second group hold 0.
 struct LifeTable {
     int rows = 0;
     IntervalColumn lower{};
@@ -18,6 +19,19 @@ struct LifeTable {
     IntervalColumn proportionDead{};      ///< Q = D/E
     IntervalColumn proportionSurviving{}; ///< S = 1 - Q
     IntervalColumn cumulativeSurviving{}; ///< P: surviving to the start of the interval, 1 in the first
+    IntervalColumn survivingError{};      ///< standard error of P (Greenwood 1926)
+
+    IntervalColumn width{};          ///< h: to the next lower limit
+    IntervalColumn midpoint{};       ///< lower + h/2
+    IntervalColumn density{};        ///< F = (P - next P) / h: the probability of dying per unit of time
+    IntervalColumn hazard{};         ///< H = 2Q / ((1 + S) h): deaths per person and unit of time
+    IntervalColumn hazardVariance{}; ///< (1 - (h H/2)^2) H^2 / (E Q), 0 where nobody died
+    IntervalColumn densityError{};
+    IntervalColumn hazardError{};
+
+    [[nodiscard]] std::size_t Rows() const { return static_cast<std::size_t>(rows); }
+    /// The number of closed intervals.
+    [[nodiscard]] std::size_t Closed() const { return Rows() - 1; }
 };
 
 /// How the computation of a life table ended. The numbers are known to users.
@@ -40,5 +54,9 @@ enum class Correction : bool { Off, On };
 /// even beyond the table's end), else Success; `table` is meaningful after Success only. NobodyEnters does
 /// not arise: somebody enters the first.
 LifeTableStatus ComputeLifeTable(const IntervalCounts& counts, Correction correction, LifeTable& table);
+
+/// The log-likelihood of the counts under the table's own proportions: the sum over the closed intervals of
+/// D ln(1 - x) + (E - D) ln(x) with x = next P / P, without the terms whose logarithm does not exist.
+double LogLikelihood(const LifeTable& table);
 
 } // namespace ozm::survival

@@ -3,6 +3,7 @@
 #include "module/resources/Groups.h"
 #include "module/resources/KSamples.h"
 #include "module/resources/Kaplan.h"
+#include "module/resources/LifeTables.h"
 #include "module/resources/Shared.h"
 #include "module/resources/Startup.h"
 #include "module/resources/TwoSamples.h"
@@ -17,17 +18,18 @@ namespace {
 
 // The only place that knows the resources of all analyses.
 
-constexpr std::span<const StringResource> stringTables[] = {startupStrings, sharedStrings,    groupStrings,
-                                                            kaplanStrings,  twoSampleStrings, kSampleStrings};
+constexpr std::span<const StringResource> stringTables[] = {startupStrings,  sharedStrings,    groupStrings,
+                                                            kaplanStrings,   twoSampleStrings, kSampleStrings,
+                                                            lifeTableStrings};
 
-constexpr const DialogTemplate* dialogs[] = {&taskTemplate,     &kaplanTemplate,     &kaplanResultsTemplate,
-                                             &twoTemplate,      &twoResultsTemplate, &ksTemplate,
-                                             &ksResultsTemplate};
+constexpr const DialogTemplate* dialogs[] = {
+    &taskTemplate,          &lifeRawTemplate, &lifeTableTemplate,  &lifeResultsTemplate, &kaplanTemplate,
+    &kaplanResultsTemplate, &twoTemplate,     &twoResultsTemplate, &ksTemplate,          &ksResultsTemplate};
 
 /// In the library's order of declaration.
-constexpr AutomationInterface interfaces[] = {startupInterface,  kaplanInterface,     kaplanResultsInterface,
-                                              twoInterface,      twoResultsInterface, ksInterface,
-                                              ksResultsInterface};
+constexpr AutomationInterface interfaces[] = {
+    startupInterface,       lifeRawInterface, lifeTableInterface,  lifeResultsInterface, kaplanInterface,
+    kaplanResultsInterface, twoInterface,     twoResultsInterface, ksInterface,          ksResultsInterface};
 
 constexpr std::string_view surMethod[] = {"scSurLifeTablesAndDistributions", "scSurKaplanMeierProductLimit",
                                           "scSurComparingTwoSamples",        "scSurComparingMultipleSamples",
@@ -77,7 +79,17 @@ static_assert(std::ranges::all_of(stringTables,
               "the texts of a list stand in the order of their numbers");
 static_assert(std::ranges::adjacent_find(allStrings, {}, numberOf) == allStrings.end(),
               "two texts have the same number");
-static_assert(AllDiffer(dialogs, [](const DialogTemplate* dialog) { return dialog->number; }),
+/// Dialogs with one number are forms of one dialog: they have its title and its pages.
+constexpr bool AreFormsOfOne(const DialogTemplate& one, const DialogTemplate& other) {
+    return one.title == other.title && std::ranges::equal(one.pages, other.pages);
+}
+
+static_assert(std::ranges::all_of(dialogs,
+                                  [](const DialogTemplate* one) {
+                                      return std::ranges::all_of(dialogs, [one](const DialogTemplate* other) {
+                                          return one->number != other->number || AreFormsOfOne(*one, *other);
+                                      });
+                                  }),
               "two dialogs have the same number");
 static_assert(std::ranges::all_of(dialogs,
                                   [](const DialogTemplate* dialog) {

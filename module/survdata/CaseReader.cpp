@@ -29,9 +29,13 @@ std::vector<int> VariablesOf(CAnalysisSupport& host, const SharedSettings& setti
     return variables;
 }
 
+bool IsDatePart(double value) {
+    return value > 0.0 && value < 32000.0;
+}
+
 /// A part of a date: values strictly between 0 and 32000 are truncated, any other leaves the part 0.
 int DatePart(double value) {
-    return value > 0.0 && value < 32000.0 ? static_cast<int>(value) : 0;
+    return IsDatePart(value) ? static_cast<int>(value) : 0;
 }
 
 /// Two-digit years mean 1900 to 1999; a part left 0 stays an invalid year.
@@ -107,6 +111,7 @@ bool CaseReader::Examine(Observation& observation) {
         return false;
     }
     (observation.complete ? counts_.hasComplete : counts_.hasCensored) = true;
+    if (!observation.complete) counts_.censoredCodes += Copies();
     if (groupPlace_ >= 0) {
         const auto place = static_cast<std::size_t>(groupPlace_);
         observation.group = groups_.Find(values_[place]);
@@ -148,6 +153,10 @@ bool CaseReader::SurvivalTime(double& time) {
 
 bool CaseReader::DateTime(double& time) {
     const auto times = values_.subspan(1, 6);
+    if (requiresDateParts_ && !std::ranges::all_of(times, IsDatePart)) {
+        ++counts_.invalidDate;
+        return false;
+    }
     const double start = DayNumber(DatePart(times[0]), DatePart(times[1]), Year(times[2]));
     const double end = DayNumber(DatePart(times[3]), DatePart(times[4]), Year(times[5]));
     if (start == invalidDay || end == invalidDay) {

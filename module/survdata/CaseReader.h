@@ -23,6 +23,7 @@ struct ReadingCounts {
     double distinctValid = 0.0;     ///< valid cases, each once
     bool hasComplete = false;       ///< whether any case has the code of complete observations
     bool hasCensored = false;       ///< and that of censored ones
+    double censoredCodes = 0.0;     ///< cases with that code, valid or not, every weighted copy
     // Why selected cases were left out: each counts once, under the first reason that holds, in this order.
     std::int32_t missingCode = 0;  ///< no value of the censoring variable
     std::int32_t otherCode = 0;    ///< neither of the censoring codes
@@ -78,6 +79,10 @@ public:
     CaseReader(CAnalysisSupport& host, SharedSettings& settings, Groups groups = Groups::None,
                std::span<const int> further = {});
 
+    /// From now on a case whose date has a part that is not strictly between 0 and 32000 is left out; else
+    /// such a part counts as 0.
+    void RequireDateParts() { requiresDateParts_ = true; }
+
     /// Reads all cases and calls `append(const Observation&)` for each valid one, a weighted case once per
     /// copy. Ends with Stopped on a stop request or when the host cannot go on, TooManyCases when a further
     /// case would be examined after `capacity` observations, TooFewValid when two or fewer are valid. If
@@ -121,6 +126,7 @@ private:
     int times_ = 0;        ///< number of time variables; they follow the censoring variable
     int groupPlace_ = -1;  ///< place of the grouping variable, -1: none
     int weightPlace_ = -1; ///< place of the weight variable, -1: none
+    bool requiresDateParts_ = false;
     CaseBuffer buffer_;
     std::span<double> values_;
     std::span<const int> variables_;

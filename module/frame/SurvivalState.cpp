@@ -37,6 +37,7 @@ void ReadDataCounts(CAnalysisSupport& host, SharedSettings& shared) {
 void SurvivalState::UnsetCodes() {
     shared.completeCode = shared.censoredCode = unsetCode;
     shared.groupCodes.clear();
+    lifeTables.settings.ForgetEntering();
     twoSamples.settings = {};
     kSamples.settings = {};
 }

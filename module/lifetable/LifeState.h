@@ -18,6 +18,12 @@ struct LifeSettings {
     std::int32_t entering = 0;  ///< table input: the number entering the first interval; 0: from the data
     bool enteringGiven = false; ///< whether somebody gave that number
 
+    /// Other data: their own number is to be found.
+    void ForgetEntering() {
+        entering = 0;
+        enteringGiven = false;
+    }
+
     static constexpr std::int32_t leastEntering = 5;
     static constexpr std::int32_t mostEntering = 99'999'999;
 };

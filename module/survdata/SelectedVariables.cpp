@@ -13,6 +13,12 @@ std::string NameOf(CAnalysisSupport& host, int variable) {
     return name;
 }
 
+/// Lists of variables that are measured or counted.
+constexpr bool HoldsNumbers(std::size_t list) {
+    return list == ListSurvivalTimes || list == ListIntervalLimits || list == ListWithdrawn ||
+           list == ListDying;
+}
+
 } // namespace
 
 void TakeList(CAnalysisSupport& host, SharedSettings& shared, std::size_t list, std::vector<int> variables) {
@@ -30,7 +36,7 @@ void FindListsAgain(CAnalysisSupport& host, SharedSettings& shared) {
             const int variable = host.FindVariable(name);
             // A lookup may also match other letter case or a number in digits.
             if (variable == 0 || NameOf(host, variable) != name) break;
-            if (list == ListSurvivalTimes && host.HoldsTexts(variable)) break;
+            if (HoldsNumbers(list) && host.HoldsTexts(variable)) break;
             found.push_back(variable);
         }
         if (found.size() != shared.listNames[list].size()) {

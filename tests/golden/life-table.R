@@ -72,6 +72,8 @@ life_table <- function(counts, corrected) {
   e <- E[closed]
   d <- D[closed]
   loglik <- sum(ifelse(x < 1, d * log(1 - x), 0), ifelse(x > 0, (e - d) * log(x), 0))
+  density_se[R] <- NA
+  hazard_variance[R] <- NA
   columns <- list(lower = L, midpoint = L + h / 2, width = h, entering = N, withdrawn = W, exposed = E, dying = D,
                   dead = Q, surviving = S, cumulative = P, density = density, hazard = hazard,
                   se_cumulative = P * sqrt(G), se_density = density_se, se_hazard = sqrt(pmax(hazard_variance, 0)),
@@ -203,6 +205,8 @@ analyse("uneven", list(entering = 100, lower = c(0.5, 1, 2, 4, 7, 11, 20), withd
                        dying = c(20.5, 15, 12, 9.75, 4, 3, 0)))
 # Half survive to the end: the target of the first median is met on the plateau. No variance where nobody dies.
 analyse("plateau", list(entering = 8, lower = 0:4, withdrawn = c(0, 0, 0, 2, 2), dying = c(4, 0, 0, 0, 0)), FALSE)
+# Nobody survives the second interval, and nobody enters the third.
+analyse("died-out", list(entering = 10, lower = 0:2, withdrawn = c(0, 0, 0), dying = c(4, 6, 0)), FALSE)
 # Three intervals: nothing is left of the degrees of freedom of the models with two parameters.
 analyse("short", list(entering = 50, lower = c(0, 1, 2), withdrawn = c(3, 2, 5), dying = c(8, 12, 20)), curves = FALSE)
 

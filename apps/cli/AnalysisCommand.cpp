@@ -60,21 +60,28 @@ AnalysisCommand::Tally AnalysisCommand::makeOutputs(const std::vector<std::size_
     for (const std::size_t place : chosen) {
         const Output& output = description_.outputs[place];
         if (list_.empty() && !isMadeUnasked(output, script)) continue;
-        for (const char* const action : output.actions) {
-            if (action == nullptr) continue;
-            bool made = false;
-            try {
-                made = script.press(action);
-            } catch (const ScriptError& error) { // one without memory, say: the others may have enough
-                const std::string why = error.what();
-                tally.reasons.push_back(std::string{output.name} + " is not made: " +
-                                        why.substr(0, why.find(" (Exception in analysis method")));
-            }
-            log_.tell(std::string{made ? "Made " : "Not made: "} + action);
-            ++(made ? tally.made : tally.failed);
+        for (const Settings& settings : settingsOf(output)) {
+            for (const auto& [member, value] : settings)
+                script.put(member, value);
+            makeOutput(output, script, tally);
         }
     }
     return tally;
+}
+
+void AnalysisCommand::makeOutput(const Output& output, Script& script, Tally& tally) {
+    for (const char* const action : output.actions) {
+        bool made = false;
+        try {
+            made = script.press(action);
+        } catch (const ScriptError& error) { // one without memory, say: the others may have enough
+            const std::string why = error.what();
+            tally.reasons.push_back(std::string{output.name} + " is not made: " +
+                                    why.substr(0, why.find(" (Exception in analysis method")));
+        }
+        log_.tell(std::string{made ? "Made " : "Not made: "} + action);
+        ++(made ? tally.made : tally.failed);
+    }
 }
 
 int AnalysisCommand::run(Console& console) {

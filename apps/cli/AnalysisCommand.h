@@ -7,9 +7,8 @@
 #include "apps/cli/VerboseLog.h"
 #include "host/session/ModuleLibrary.h"
 
-#include <array>
-#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace korvana::cli {
@@ -25,20 +24,22 @@ public:
     /// An output, named for --outputs, and the actions of the results dialog that make it.
     struct Output {
         const char* name;
-        std::array<const char*, 2> actions; ///< nullptr: none
-        const char* help;                   ///< what it shows, empty when the name says it
-        bool onScreen;                      ///< made by default without -o
-        bool isChart = false;               ///< a chart and nothing else
+        std::vector<const char*> actions;
+        const char* help;     ///< what it shows, empty when the name says it
+        bool onScreen;        ///< made by default without -o
+        bool isChart = false; ///< a chart and nothing else
     };
+    /// Values for properties of the results dialog.
+    using Settings = std::vector<std::pair<const char*, ozm::AutomationValue>>;
     struct Description {
         const char* title;   ///< of the results
         const char* example; ///< the arguments of a typical call, for the help text
-        std::span<const Output> outputs;
+        std::vector<Output> outputs;
         const char* unasked = "all"; ///< what is made by default with -o, for the help
     };
 
 protected:
-    explicit AnalysisCommand(const Description& description) : description_(description) {}
+    explicit AnalysisCommand(Description description) : description_(std::move(description)) {}
 
     [[nodiscard]] virtual Analysis load() const = 0;
     virtual void declareOptions(CLI::App& app) = 0;
@@ -54,6 +55,11 @@ protected:
     }
     /// Sets the controls of the results dialog before outputs are made.
     virtual void prepareOutputs(Script& /*script*/) {}
+    /// The settings that an output is made with: once for each of them. By default it is made once, with the
+    /// results dialog as it is.
+    [[nodiscard]] virtual std::vector<Settings> settingsOf(const Output& /*output*/) const {
+        return {Settings{}};
+    }
 
 private:
     /// How many outputs were made, and how many failed.
@@ -64,6 +70,7 @@ private:
     };
     [[nodiscard]] std::vector<std::size_t> chosenOutputs() const;
     Tally makeOutputs(const std::vector<std::size_t>& chosen, Script& script);
+    void makeOutput(const Output& output, Script& script, Tally& tally);
 
     Description description_;
     DataOptions data_;

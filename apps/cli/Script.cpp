@@ -19,7 +19,9 @@ ozm::AutomationObject Script::dialog() const {
 }
 
 void Script::put(const std::string& member, const ozm::AutomationValue& value) {
-    require(dialog().Put(member, value));
+    const ozm::AutomationResult result = dialog().Put(member, value);
+    session_.pump();
+    require(result);
 }
 
 ozm::AutomationValue Script::get(const std::string& member) const {

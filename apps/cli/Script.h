@@ -19,6 +19,7 @@ class Script {
 public:
     explicit Script(Session& session) : session_(session) {}
 
+    /// Sets a property and follows the analysis where that leads to another dialog.
     void put(const std::string& member, const ozm::AutomationValue& value);
     [[nodiscard]] ozm::AutomationValue get(const std::string& member) const;
     /// Performs an action and follows the analysis to its next dialog. Returns whether the action succeeded

@@ -51,6 +51,7 @@ struct Setting {
 struct DialogSettings {
     std::string id;    ///< the name of its automation interface
     std::string title; ///< as the dialog shows it
+    int number = 0;    ///< of its template; forms of one dialog share it
     std::vector<Setting> settings;
 };
 

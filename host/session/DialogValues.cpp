@@ -107,6 +107,7 @@ std::string labelOf(const ozm::CAnalysisDialog& dialog, const ozm::AutomationMem
 DialogSettings settingsOf(const ozm::CAnalysisDialog& dialog, const DataSet& data) {
     DialogSettings all;
     all.title = dialog.Template().title;
+    all.number = dialog.Template().number;
     const ozm::AutomationInterface* interface = dialog.Interface();
     if (interface == nullptr) return all;
     all.id = interface->name;

@@ -46,11 +46,13 @@ void OriginRecorder::restart() {
 std::shared_ptr<RunOrigin> OriginRecorder::runWith(const ozm::CAnalysisDialog& dialog) const {
     auto run = run_ != nullptr ? std::make_shared<RunOrigin>(*run_) : std::make_shared<RunOrigin>();
     DialogSettings settings = settingsOf(dialog, data_.dataSet());
-    // A dialog that is accepted again replaces its earlier settings, and those of the dialogs that followed.
-    run->dialogs.erase(
-        std::find_if(run->dialogs.begin(), run->dialogs.end(),
-                     [&settings](const DialogSettings& earlier) { return earlier.id == settings.id; }),
-        run->dialogs.end());
+    // A dialog that is accepted again, perhaps in another of its forms, replaces its earlier settings, and
+    // those of the dialogs that followed.
+    run->dialogs.erase(std::find_if(run->dialogs.begin(), run->dialogs.end(),
+                                    [&settings](const DialogSettings& earlier) {
+                                        return earlier.number == settings.number;
+                                    }),
+                       run->dialogs.end());
     run->dialogs.push_back(std::move(settings));
     return run;
 }

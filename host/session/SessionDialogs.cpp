@@ -84,6 +84,7 @@ void SessionDialogs::DialogExits(ozm::CAnalysisDialog& dialog, int nextStep, ozm
     if (&dialog != current_ || exit_) return;
     exit_ = Exit{nextStep, mode, page};
     if (mode == ozm::ExitMode::Back) parts_.goesBack();
+    if (mode == ozm::ExitMode::SwitchForm) parts_.switchesForm();
     if (mode != ozm::ExitMode::Forward) return;
     parts_.origins.accepted(dialog);
     parts_.beginRun();
@@ -137,6 +138,7 @@ void SessionDialogs::DefineSelCond() {
 }
 
 void SessionDialogs::CommandEnded(ozm::CAnalysisDialog& dialog, int control, bool succeeded) {
+    parts_.commandEnded();
     // A dialog without an OK is a results dialog: its buttons make outputs.
     if (dialog.Template().Find(ozm::ControlOk) == nullptr)
         parts_.outputEnded(nameOfButton(dialog, control).id, succeeded);

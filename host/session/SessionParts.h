@@ -59,6 +59,8 @@ struct SessionParts {
         messagesBefore_ = book->messages.size();
         notesBefore_ = book->notes.size();
     }
+    /// Its action has ended.
+    void commandEnded() { messagesAfter_ = book->messages.size(); }
     /// An output, named by the action that makes it, was made or not. The book's status says whether each one
     /// asked for was made in the end.
     void outputEnded(const std::string& action, bool made) {
@@ -69,10 +71,14 @@ struct SessionParts {
         book->status = notMade_.empty() ? 0 : 1;
     }
     /// A dialog was accepted: the results that follow are of its settings and of the current data. Earlier
-    /// results keep their own book with the messages about them; messages since the button was pressed belong
-    /// to the new results. Messages in between, from an OK that was refused or failed, are dropped.
+    /// results keep their own book with the messages about them; messages since the button was pressed, and
+    /// those on the way to this form of the dialog, belong to the new results. Messages in between, from an
+    /// OK that was refused or failed, are dropped.
     void beginRun() {
-        std::vector<ResultMessage> messages = takeFrom(book->messages, messagesBefore_);
+        std::vector<ResultMessage> messages = std::move(aboutForm_);
+        const std::vector<ResultMessage> sincePress = takeFrom(book->messages, messagesBefore_);
+        messages.insert(messages.end(), sincePress.begin(), sincePress.end());
+        aboutForm_.clear();
         if (book->outputs.empty()) {
             book->messages.clear();
         } else {
@@ -92,7 +98,15 @@ struct SessionParts {
 
     /// The analysis went back from its results. Messages from then on are not about these results.
     void goesBack() {
+        aboutForm_.clear();
         if (!resultsLeft_) resultsLeft_ = book->messages.size();
+    }
+
+    /// The dialog goes on in another of its forms. What it said since its last command belongs to that form.
+    void switchesForm() {
+        const auto first = std::min(messagesAfter_, book->messages.size());
+        aboutForm_.assign(book->messages.begin() + static_cast<std::ptrdiff_t>(first), book->messages.end());
+        messagesAfter_ = book->messages.size();
     }
 
     /// Data, selection or weights changed: the book of a completed run keeps its description of them.
@@ -130,7 +144,9 @@ private:
         return taken;
     }
 
-    std::size_t messagesBefore_ = 0;
+    std::size_t messagesBefore_ = 0; ///< the last command
+    std::size_t messagesAfter_ = 0;  ///< the last command, or the last change of forms
+    std::vector<ResultMessage> aboutForm_;
     std::size_t notesBefore_ = 0;
     std::set<std::string> notMade_;          ///< outputs asked for, by their actions
     std::optional<std::size_t> resultsLeft_; ///< how many messages there were then

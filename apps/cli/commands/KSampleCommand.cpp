@@ -11,26 +11,28 @@ public:
         : SurvivalCommand({.title = "Comparing multiple samples",
                            .example = "trial.csv --time weeks --censor relapse --complete 1 --censored 0 "
                                       "--group arm",
-                           .outputs = known},
+                           .outputs = known()},
                           scSurComparingMultipleSamples, "SurKSamplesResults") {}
 
 private:
     static constexpr int scSurComparingMultipleSamples = 4;
-    static constexpr Output known[] = {
-        {"summary", {"Summary"}, "the test by Gehan's scores, sums of scores by group", true},
-        {"log-rank", {"LogRankTests"}, "with Tarone-Ware, Peto & Peto, trend, medians by group", true},
-        {"pairs", {"PairwiseComparisons"}, "log-rank tests of two groups each, p after Holm", true},
-        {"scores", {"ScoresByGroup"}, "of every case", false},
-        {"descriptive", {"DescriptiveStatistics"}, "of the times by group", false},
-        {"histogram", {"HistogramOfSumOfScoresByGroup"}, "", false, true},
-        {"curves",
-         {"CumulativeProportionSurvivingByGroup"},
-         "Kaplan-Meier, all groups in one plot",
-         false,
-         true},
-        {"life-tables", {"ProportionSurvivingByGroup"}, "one per group", false},
-        {"plot", {"PlotOfProportionSurvivingByGroup"}, "proportion surviving per interval", false, true},
-    };
+    static std::vector<Output> known() {
+        return {
+            {"summary", {"Summary"}, "the test by Gehan's scores, sums of scores by group", true},
+            {"log-rank", {"LogRankTests"}, "with Tarone-Ware, Peto & Peto, trend, medians by group", true},
+            {"pairs", {"PairwiseComparisons"}, "log-rank tests of two groups each, p after Holm", true},
+            {"scores", {"ScoresByGroup"}, "of every case", false},
+            {"descriptive", {"DescriptiveStatistics"}, "of the times by group", false},
+            {"histogram", {"HistogramOfSumOfScoresByGroup"}, "", false, true},
+            {"curves",
+             {"CumulativeProportionSurvivingByGroup"},
+             "Kaplan-Meier, all groups in one plot",
+             false,
+             true},
+            {"life-tables", {"ProportionSurvivingByGroup"}, "one per group", false},
+            {"plot", {"PlotOfProportionSurvivingByGroup"}, "proportion surviving per interval", false, true},
+        };
+    }
 
     void declareOptions(CLI::App& app) override {
         SurvivalCommand::declareOptions(app);

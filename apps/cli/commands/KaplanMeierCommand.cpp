@@ -10,28 +10,30 @@ public:
     KaplanMeierCommand()
         : SurvivalCommand({.title = "Kaplan-Meier",
                            .example = "trial.csv --time weeks --censor relapse --complete 1 --censored 0",
-                           .outputs = known,
+                           .outputs = known(),
                            .unasked = "all but curve; above 32,000 observations all but the plots"},
                           scSurKaplanMeierProductLimit, "SurKaplanMeierResults") {}
 
 private:
     static constexpr int scSurKaplanMeierProductLimit = 2;
-    static constexpr Output known[] = {
-        {"summary", {"Summary"}, "", true},
-        {"percentiles", {"PercentilesOfSurvivalFunction"}, "", true},
-        {"curve", {"SurvivalCurve"}, "survival against time, of all observations", false, true},
-        {"plot-1",
-         {"PlotOfSurvivalTimesVsCumProportionSurviving"},
-         "the same of the first 32,000",
-         false,
-         true},
-        {"plot-2", {"PlotOfLogSurvivalTimesVsCumProportionSurviving"}, "against log time", false, true},
-        {"plot-3",
-         {"PlotOfLogSurvivalTimesVsLogCumProportionSurviving"},
-         "log survival against log time",
-         false,
-         true},
-    };
+    static std::vector<Output> known() {
+        return {
+            {"summary", {"Summary"}, "", true},
+            {"percentiles", {"PercentilesOfSurvivalFunction"}, "", true},
+            {"curve", {"SurvivalCurve"}, "survival against time, of all observations", false, true},
+            {"plot-1",
+             {"PlotOfSurvivalTimesVsCumProportionSurviving"},
+             "the same of the first 32,000",
+             false,
+             true},
+            {"plot-2", {"PlotOfLogSurvivalTimesVsCumProportionSurviving"}, "against log time", false, true},
+            {"plot-3",
+             {"PlotOfLogSurvivalTimesVsLogCumProportionSurviving"},
+             "log survival against log time",
+             false,
+             true},
+        };
+    }
 
     /// Where there are more observations than the plots show, the plots would mislead: the curve is made
     /// instead.

@@ -15,7 +15,7 @@ namespace korvana::cli {
 class SurvivalCommand : public AnalysisCommand {
 public:
     SurvivalCommand(Description description, int typeOfAnalysis, const char* resultsDialog)
-        : AnalysisCommand(description), typeOfAnalysis_(typeOfAnalysis), resultsDialog_(resultsDialog) {}
+        : AnalysisCommand(std::move(description)), typeOfAnalysis_(typeOfAnalysis), resultsDialog_(resultsDialog) {}
 
 protected:
     /// The settings for the specification dialog.

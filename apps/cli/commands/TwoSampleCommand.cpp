@@ -11,25 +11,27 @@ public:
         : SurvivalCommand({.title = "Comparing two samples",
                            .example = "trial.csv --time weeks --censor relapse --complete 1 --censored 0 "
                                       "--group arm --group1 treated --group2 placebo",
-                           .outputs = known},
+                           .outputs = known()},
                           scSurComparingTwoSamples, "SurTwoSamplesResults") {}
 
 private:
     static constexpr int scSurComparingTwoSamples = 3;
-    static constexpr Output known[] = {
-        {"summary", {"Summary"}, "the five tests side by side", true},
-        {"gehan", {"GehanWilcoxonTest"}, "", false},
-        {"cox-f", {"CoxFTest"}, "", false},
-        {"cox-mantel", {"CoxMantelTest"}, "", false},
-        {"log-rank", {"LogRankTest"}, "", false},
-        {"peto", {"PetoPetoWilcoxonTest"}, "", false},
-        {"life-tables", {"ProportionSurvivingByGroup"}, "of both groups", true},
-        {"plots",
-         {"PlotOfProportionSurvivingByGroup", "CumulativeProportionSurvivingByGroup"},
-         "proportion surviving by group, per interval and cumulative",
-         false,
-         true},
-    };
+    static std::vector<Output> known() {
+        return {
+            {"summary", {"Summary"}, "the five tests side by side", true},
+            {"gehan", {"GehanWilcoxonTest"}, "", false},
+            {"cox-f", {"CoxFTest"}, "", false},
+            {"cox-mantel", {"CoxMantelTest"}, "", false},
+            {"log-rank", {"LogRankTest"}, "", false},
+            {"peto", {"PetoPetoWilcoxonTest"}, "", false},
+            {"life-tables", {"ProportionSurvivingByGroup"}, "of both groups", true},
+            {"plots",
+             {"PlotOfProportionSurvivingByGroup", "CumulativeProportionSurvivingByGroup"},
+             "proportion surviving by group, per interval and cumulative",
+             false,
+             true},
+        };
+    }
 
     void declareOptions(CLI::App& app) override {
         SurvivalCommand::declareOptions(app);

@@ -50,7 +50,7 @@ TEST_F(OriginTest, AnOutputTellsButtonDataAndSettings) {
     EXPECT_EQ(run.missingCodes[0].code, 4);
     ASSERT_EQ(run.dialogs.size(), 1U);
     const auto& settings = run.dialogs[0].settings;
-    ASSERT_EQ(settings.size(), 3U);
+    ASSERT_EQ(settings.size(), 4U);
     EXPECT_EQ(settings[2].label, "Code to sum");
     EXPECT_EQ(std::get<Setting::Code>(settings[2].value), (Setting::Code{2.0, "two"}));
 }
@@ -99,6 +99,42 @@ TEST_F(OriginTest, ResultsKeepTheStateOfTheirRun) {
     EXPECT_FALSE(ofThese());
     session.start();
     EXPECT_EQ(session.run(), nullptr);
+}
+
+/// One dialog in two forms: a value changes from one to the other. That neither accepts the form nor goes
+/// back.
+TEST_F(OriginTest, ADialogChangesItsForm) {
+    session.start();
+    put("Short", true);
+    EXPECT_FALSE(session.currentDialog()) << "the form has closed";
+    session.pump();
+    EXPECT_EQ(session.currentInterface(), "TinyShort");
+    EXPECT_EQ(session.run(), nullptr) << "nothing was accepted";
+    call("OK"); // refused: there is no variable
+    specify(1);
+    ASSERT_EQ(session.book().messages.size(), 1U) << "what was said on the way to the form is about its run";
+    EXPECT_EQ(lastMessage(), "Another form.");
+    call("Write");
+    const std::shared_ptr<const ResultsBook> first = session.sharedBook();
+    call("Cancel");
+    put("Short", false);
+    session.pump();
+    put("Short", true);
+    session.pump();
+    put("Short", false);
+    session.pump();
+    EXPECT_EQ(session.sharedBook(), first);
+    specify(1);
+    EXPECT_EQ(session.book().messages.size(), 1U) << "only that of the last change";
+    call("Write");
+    EXPECT_EQ(first->messages.size(), 1U) << "nor is it about the results before";
+    const RunOrigin& run = *origin(0).run;
+    ASSERT_EQ(run.dialogs.size(), 1U) << "the form that was accepted, instead of the other one";
+    EXPECT_EQ(run.dialogs[0].id, "TinySpecify");
+    EXPECT_EQ(origin(*first, 0).run->dialogs.at(0).id, "TinyShort");
+    call("Cancel");
+    specify(1);
+    EXPECT_TRUE(session.book().messages.empty()) << "the form was not changed again";
 }
 
 TEST(ControlLabels, AreReadableAsText) {

@@ -1,6 +1,7 @@
 #pragma once
 // An analysis of two dialogs, as small as one can be: "Specify" asks for a variable, a number and a switch;
 // its OK sums the variable over the cases and goes on to "Results", whose button writes one of each output.
+// "Specify" has two forms; setting its switch changes from one to the other.
 
 #include "host/data/DataSet.h"
 #include "host/session/Session.h"
@@ -20,7 +21,7 @@ namespace tiny {
 using namespace ozm;
 
 enum Step { Prepare = 10, Specify = 20, Results = 30 };
-enum Control { Variables = 101, Number, Write, Throw, Leave, Code, Digits };
+enum Control { Variables = 101, Number, Write, Throw, Leave, Code, Digits, Short };
 
 inline constexpr RoleTemplate roles[] = {{"Summed", 0, 1, 1}};
 inline constexpr ControlTemplate specifyControls[] = {
@@ -30,6 +31,12 @@ inline constexpr ControlTemplate specifyControls[] = {
     {Number, ControlKind::Integer, "Leaves to this step", {}, 0, -1, {}, {}},
     {Leave, ControlKind::PushButton, "Leave", {}, 0, -1, {}, {}},
     {Code, ControlKind::CodeField, "&Code to sum:", {}, 0, 0, {}, {}},
+    {Short, ControlKind::CheckBox, "Short form", {}, 0, -1, {}, {}},
+};
+inline constexpr ControlTemplate shortControls[] = {
+    {ControlOk, ControlKind::PushButton, "OK", {}, 0, -1, {}, {}},
+    {Variables, ControlKind::VariableSelection, "Variables", {}, 0, 0, roles, {}},
+    {Short, ControlKind::CheckBox, "Short form", {}, 0, -1, {}, {}},
 };
 inline constexpr ControlTemplate resultsControls[] = {
     {ControlCancel, ControlKind::PushButton, "Cancel", {}, 0, -1, {}, {}},
@@ -38,12 +45,18 @@ inline constexpr ControlTemplate resultsControls[] = {
     {Throw, ControlKind::PushButton, "Throw", {}, 0, -1, {}, {}},
 };
 inline constexpr DialogTemplate specifyTemplate{1, "Specify sums", {}, specifyControls};
+inline constexpr DialogTemplate shortTemplate{1, "Specify sums", {}, shortControls};
 inline constexpr DialogTemplate resultsTemplate{2, "Sums", {}, resultsControls};
 inline constexpr AutomationMember specifyMembers[] = {
     {"Variables", MemberKind::Property, MemberType::Variables, Variables, "Variables"},
     {"Number", MemberKind::Property, MemberType::Integer, Number, "Number"},
     {"Code", MemberKind::Property, MemberType::Code, Code, "Code"},
     {"Leave", MemberKind::Action, MemberType::None, Leave, "Leaves to step Number"},
+    {"Short", MemberKind::Property, MemberType::Boolean, Short, "Whether this is the short form"},
+};
+inline constexpr AutomationMember shortMembers[] = {
+    {"Variables", MemberKind::Property, MemberType::Variables, Variables, "Variables"},
+    {"Short", MemberKind::Property, MemberType::Boolean, Short, "Whether this is the short form"},
 };
 inline constexpr AutomationMember resultsMembers[] = {
     {"Write", MemberKind::Action, MemberType::None, Write, "Writes the outputs"},
@@ -53,10 +66,11 @@ inline constexpr AutomationMember resultsMembers[] = {
 inline constexpr AutomationInterface interfaces[] = {
     {"TinySpecify", "CSpecifyDlg", "Specifies", specifyMembers},
     {"TinyResults", "CResultsDlg", "Shows", resultsMembers},
+    {"TinyShort", "CSpecifyDlg", "Specifies in short", shortMembers},
 };
 inline constexpr TypeLibrary typeLibrary{"Tiny", "A tiny library", {}, interfaces};
 inline constexpr StringResource strings[] = {
-    {7, "Tiny Analysis"}, {8, "No case has a value."}, {9, "Again?"}};
+    {7, "Tiny Analysis"}, {8, "No case has a value."}, {9, "Again?"}, {10, "Another form."}};
 
 class Sums final : public CAnalysisSupport {
 public:
@@ -99,6 +113,7 @@ public:
     int initialized = 0;
     int fileChanges = 0;
     int dialogsAlive = 0;
+    bool shortForm = false;
     int prepareAnswers = 1;   ///< 1: no row, so the step that follows by default
     bool failToOpen = false;  ///< the specification dialog throws while it opens
     bool leaveAtOnce = false; ///< it names its own step again while it opens
@@ -130,8 +145,9 @@ protected:
 
 class SpecifyDlg final : public TinyDialog {
 public:
-    explicit SpecifyDlg(Sums& analysis) : TinyDialog(analysis, specifyTemplate), tiny_(analysis) {
-        AttachAutomation(interfaces[0]);
+    explicit SpecifyDlg(Sums& analysis)
+        : TinyDialog(analysis, analysis.shortForm ? shortTemplate : specifyTemplate), tiny_(analysis) {
+        AttachAutomation(interfaces[analysis.shortForm ? 2 : 0]);
         ++tiny_.dialogsAlive;
     }
     ~SpecifyDlg() override { --tiny_.dialogsAlive; }
@@ -140,6 +156,13 @@ private:
     void OnOpen() override {
         if (tiny_.failToOpen) throw std::runtime_error("no window");
         if (tiny_.leaveAtOnce) ExitDialog(Specify, ExitMode::Forward);
+        SetValue(Short, tiny_.shortForm);
+    }
+    void OnValueChanged(int control) override {
+        if (control != Short || ValueAs<bool>(Short) == tiny_.shortForm) return;
+        tiny_.shortForm = ValueAs<bool>(Short);
+        Analysis().DspMessageBox(MessageStyle::Warning, this, 10, "");
+        ExitDialog(Specify, ExitMode::SwitchForm, Short);
     }
     bool OnCommand(int control) override {
         if (control == ControlCancel) return Exit(0, ExitMode::Back);

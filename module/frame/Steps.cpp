@@ -7,6 +7,9 @@
 #include "module/kaplan/CKaplanResultsDlg.h"
 #include "module/ksample/CDefineKSDlg.h"
 #include "module/ksample/CKsResultsDlg.h"
+#include "module/lifetable/CDefineLifeRawDlg.h"
+#include "module/lifetable/CDefineLifeTableDlg.h"
+#include "module/lifetable/CLifeResultsDlg.h"
 #include "module/resources/Shared.h"
 #include "module/resources/StepNumbers.h"
 #include "module/twosample/CDefineTwoDlg.h"
@@ -78,6 +81,21 @@ std::span<const SEQFUNCTTBL> StepTable() {
 
 int CSurvival::StartAnalysis(CAnalysisSupport& analysis) {
     return OpenStep<CDefineTask>(analysis, ModuleState());
+}
+
+int CSurvival::SpecifyLifeTables(CAnalysisSupport& analysis) {
+    SurvivalState& state = ModuleState();
+    switch (state.shared.inputDataType) {
+    case InputDataType::Raw:
+        return OpenStep<CDefineLifeRawDlg>(analysis, state.shared, state.lifeTables);
+    case InputDataType::Table:
+        return OpenStep<CDefineLifeTableDlg>(analysis, state.shared, state.lifeTables);
+    }
+    return StepEnd;
+}
+
+int CSurvival::LifeResults(CAnalysisSupport& analysis) {
+    return OpenStep<CLifeResultsDlg>(analysis, ModuleState().shared, ModuleState().lifeTables);
 }
 
 int CSurvival::SpecifyKaplan(CAnalysisSupport& analysis) {

@@ -10,15 +10,7 @@ int NotBuiltYet(CAnalysisSupport& analysis) {
     return StepStart;
 }
 
-int CSurvival::SpecifyLifeTables(CAnalysisSupport& analysis) {
-    return NotBuiltYet(analysis);
-}
-
 int CSurvival::SpecifyRegression(CAnalysisSupport& analysis) {
-    return NotBuiltYet(analysis);
-}
-
-int CSurvival::LifeResults(CAnalysisSupport& analysis) {
     return NotBuiltYet(analysis);
 }
 

@@ -4,6 +4,8 @@
 #include "module/survdata/CodeDecimals.h"
 #include "module/survdata/SelectedVariables.h"
 
+#include <utility>
+
 namespace ozm::survival {
 
 ModuleDialog::ModuleDialog(CAnalysisSupport& host, const DialogTemplate& dialogTemplate,
@@ -40,8 +42,9 @@ void ModuleDialog::ShowSelections() {
         }
         SetValue(SpecifyVariables, std::move(selection));
     }
-    SetValue(SpecifyCompleteCode, shared_.completeCode);
-    SetValue(SpecifyCensoredCode, shared_.censoredCode);
+    for (const auto& [field, code] :
+         {std::pair{SpecifyCompleteCode, shared_.completeCode}, {SpecifyCensoredCode, shared_.censoredCode}})
+        if (Template().Find(field) != nullptr) SetValue(field, code);
 }
 
 bool ModuleDialog::TakeSelection(int control) {
@@ -49,9 +52,12 @@ bool ModuleDialog::TakeSelection(int control) {
     case SpecifyVariables: {
         const auto& selection = ValueAs<VariableSelection>(control);
         const ControlTemplate* found = Template().Find(control);
-        for (std::size_t role = 0; role < selection.size(); ++role)
-            TakeList(Analysis(), shared_, found->roles[role].list, selection[role]);
-        shared_.timeVariables = static_cast<std::int16_t>(shared_.lists[ListSurvivalTimes].size());
+        for (std::size_t role = 0; role < selection.size(); ++role) {
+            const std::size_t list = found->roles[role].list;
+            TakeList(Analysis(), shared_, list, selection[role]);
+            if (list == ListSurvivalTimes)
+                shared_.timeVariables = static_cast<std::int16_t>(selection[role].size());
+        }
         return true;
     }
     case SpecifyCompleteCode:

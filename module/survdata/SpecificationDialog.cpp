@@ -17,6 +17,10 @@ void SpecificationDialog::OnUse() {
     if (Shared().owner == &Analysis()) return;
     Shared().Enter(Analysis());
     Shared().analysisType = type_;
+    TakeAll();
+}
+
+void SpecificationDialog::TakeAll() {
     for (const ControlTemplate& control : Template().controls)
         if (!std::holds_alternative<std::monostate>(Value(control.id))) OnValueChanged(control.id);
 }

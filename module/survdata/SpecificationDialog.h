@@ -23,6 +23,9 @@ protected:
     /// Shows what is left of the selections.
     void OnDataChanged() override { OnOpen(); }
 
+    /// Puts all that the dialog shows into the settings.
+    virtual void TakeAll();
+
     /// OK: checks the input (and leaves the dialog open on errors), runs the analysis and goes to the next
     /// step.
     virtual void Run() = 0;

@@ -5,6 +5,7 @@
 #include "module/frame/SurvivalState.h"
 #include "module/resources/KSamples.h"
 #include "module/resources/Kaplan.h"
+#include "module/resources/LifeTables.h"
 #include "module/resources/StepNumbers.h"
 #include "module/resources/TwoSamples.h"
 #include "tests/module/FailingNew.h"
@@ -15,7 +16,7 @@
 
 namespace ozm::test {
 
-/// What is particular to an analysis.
+/// What is particular to an analysis, or to one of its inputs.
 struct Analysis {
     const char* name;
     int entry;         ///< of the startup dialog
@@ -29,6 +30,7 @@ struct Analysis {
     std::vector<Column> columns; ///< the data
     AutomationValue::List variables;
     int (*observations)(); ///< how many its results hold
+    bool table = false;    ///< the input is a table: each case is a row, not an observation
 };
 
 /// The 6-MP group of Freireich et al. 1963, unsorted.
@@ -81,6 +83,43 @@ inline const Analysis kSamples{
     .variables = {AutomationValue::List{1}, AutomationValue::List{2}, AutomationValue::List{3}},
     .observations = [] { return survival::ModuleState().kSamples.results.Sample().Total().All(); }};
 
+inline int LifeObservations() {
+    return static_cast<int>(survival::ModuleState().lifeTables.results.valid);
+}
+
+inline const Analysis lifeRaw{
+    .name = "LifeTable",
+    .entry = 1,
+    .specification = survival::StepSpecifyLifeTables,
+    .results = survival::StepLifeResults,
+    .noMemory = survival::StrLifeNoMemory,
+    .several = 9000,
+    .many = 20000,
+    .arrays = 0,
+    .requests = 20,
+    .columns = {{"weeks", {10, 6, 7, 6, 32, 6, 23, 22, 11, 16, 34, 32, 25, 10, 9, 6, 13, 20, 17, 19, 35}},
+                {"relapse", {1, 1, 1, 0, 0, 1, 1, 1, 0, 1, 0, 0, 0, 0, 0, 1, 1, 0, 0, 0, 0}}},
+    .variables = {AutomationValue::List{1}, AutomationValue::List{2}},
+    .observations = LifeObservations};
+
+/// 2418 men with angina pectoris by the years since the diagnosis.
+inline const Analysis lifeOfTable{
+    .name = "LifeTableOfTable",
+    .entry = 1,
+    .specification = survival::StepSpecifyLifeTables,
+    .results = survival::StepLifeResults,
+    .noMemory = survival::StrLifeNoMemory,
+    .several = 600,
+    .many = 600,
+    .arrays = 0,
+    .requests = 20,
+    .columns = {{"year", {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}},
+                {"withdrawn", {0, 39, 22, 23, 24, 107, 133, 102, 68, 64, 45, 53, 33, 27, 23, 30}},
+                {"died", {456, 226, 152, 171, 135, 125, 83, 74, 51, 42, 43, 34, 18, 9, 6, 0}}},
+    .variables = {AutomationValue::List{1}, AutomationValue::List{2}, AutomationValue::List{3}},
+    .observations = LifeObservations,
+    .table = true};
+
 class AnalysisFixture : public testing::Test {
 protected:
     explicit AnalysisFixture(const Analysis& one) : of(one) {}
@@ -99,7 +138,9 @@ protected:
     int Specify() {
         host.Go(analysis, survival::StepInitialize);
         host.Script().Put("TypeOfAnalysis", of.entry);
-        const int step = host.Press(analysis, ControlOk);
+        int step = host.Press(analysis, ControlOk);
+        if (of.table && host.Script().Put("TypeOfInputData", survival::LifeFromTable).ok)
+            step = host.Go(analysis, host.nextStep);
         AutomationObject script = host.Script();
         script.Put("Variables", of.variables);
         script.Put("CodeForCompleteResponses", 1);
@@ -119,7 +160,7 @@ protected:
         host.columns[1].values = std::move(complete);
         if (!groups.empty()) host.columns[2].values = std::move(groups);
     }
-    /// Tied observations, every other one censored, in two groups alike.
+    /// Tied observations, every other one censored, in two groups alike; or the rows of a table.
     void ManyCases(int cases) {
         for (Column& column : host.columns)
             column.values.resize(static_cast<std::size_t>(cases));
@@ -127,6 +168,11 @@ protected:
             const auto n = static_cast<std::size_t>(i);
             host.columns[0].values[n] = (i * 31) % 977;
             host.columns[1].values[n] = i % 2;
+            if (of.table) { // fifteen intervals; the other rows are left out
+                const int every = cases / 15;
+                host.columns[0].values[n] = i % every == 0 ? i : none;
+                host.columns[1].values[n] = 3;
+            }
             if (host.columns.size() > 2) host.columns[2].values[n] = 1 + i / 2 % 2;
         }
     }
@@ -184,6 +230,12 @@ class TwoFixture : public AnalysisFixture {
 protected:
     TwoFixture() : AnalysisFixture(twoSamples) {}
     survival::TwoState& State() { return survival::ModuleState().twoSamples; }
+};
+
+class LifeFixture : public AnalysisFixture {
+protected:
+    explicit LifeFixture(const Analysis& one = lifeRaw) : AnalysisFixture(one) {}
+    survival::LifeState& State() { return survival::ModuleState().lifeTables; }
 };
 
 class KsFixture : public AnalysisFixture {

@@ -40,7 +40,13 @@ INSTANTIATE_TEST_SUITE_P(Analyses, EveryAnalysis,
                          testing::Values(&test::kaplan, &test::twoSamples, &test::kSamples),
                          [](const auto& one) { return std::string{one.param->name}; });
 
-TEST_P(EveryAnalysis, ChecksSelectionsAndLeavesTheDialogOpen) {
+/// Those with times, a censoring indicator and codes.
+class EveryAnalysisOfCases : public EveryAnalysis {};
+INSTANTIATE_TEST_SUITE_P(Analyses, EveryAnalysisOfCases,
+                         testing::Values(&test::lifeRaw, &test::kaplan, &test::twoSamples, &test::kSamples),
+                         [](const auto& one) { return std::string{one.param->name}; });
+
+TEST_P(EveryAnalysisOfCases, ChecksSelectionsAndLeavesTheDialogOpen) {
     Specify();
     const auto refusal = [this](const char* property, const AutomationValue& value) {
         host.messages.clear();
@@ -105,7 +111,7 @@ TEST_P(EveryAnalysis, GivesEverythingBackToAHostThatThrowsWhileReading) {
     EXPECT_TRUE(Whole());
 }
 
-TEST_P(EveryAnalysis, OtherDataUnsetEveryCode) {
+TEST_P(EveryAnalysisOfCases, OtherDataUnsetEveryCode) {
     Run();
     host.Press(analysis, ControlCancel);
     analysis.InitializeAfterFileChanged();
@@ -120,7 +126,7 @@ TEST_P(EveryAnalysis, OtherDataUnsetEveryCode) {
 }
 
 /// Two analysis objects share the module's one state: the one that acts has it.
-TEST_P(EveryAnalysis, TakesTurnsWithAnotherOne) {
+TEST_P(EveryAnalysisOfCases, TakesTurnsWithAnotherOne) {
     ManyCases(of.several);
     CSurvival other{&host};
     host.Go(other, of.specification);

@@ -265,6 +265,7 @@ public:
     bool IsOleAutomation() override { return true; }
     bool OpenDataFile() override { return opensData; }
     void DefineWeight() override { asked.emplace_back("weight"); }
+    void TurnWeightsOff() override { weight = 0; }
     void DefineSelCond() override { asked.emplace_back("selection"); }
     void EnableStartupMenus(bool enabled) override { menus = enabled; }
     void RestoreResultsWindows(CAnalysisDialog&) override { asked.emplace_back("results"); }

@@ -48,7 +48,7 @@ std::vector<std::size_t> AnalysisCommand::chosenOutputs() const {
     std::vector<std::string_view> names;
     std::vector<std::size_t> onScreen;
     for (const Output& output : description_.outputs) {
-        if (output.onScreen) onScreen.push_back(names.size());
+        if (isOnScreen(output)) onScreen.push_back(names.size());
         names.emplace_back(output.name);
     }
     if (list_.empty() && !output_.toFiles()) return onScreen;

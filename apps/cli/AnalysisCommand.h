@@ -49,6 +49,8 @@ protected:
     virtual std::vector<ResultMessage> checkData(const ActiveData& data) = 0;
     /// Leads a started session to its results dialog. False when the analysis does not get there.
     virtual bool compute(Script& script) = 0;
+    /// Whether an output is made by default without -o.
+    [[nodiscard]] virtual bool isOnScreen(const Output& output) const { return output.onScreen; }
     /// Whether an output is made by default; called when the results dialog is open.
     [[nodiscard]] virtual bool isMadeUnasked(const Output& /*output*/, const Script& /*script*/) const {
         return true;

@@ -11,11 +11,15 @@ void LevelOption::declare(CLI::App& app) {
         ->group("Output");
 }
 
-void LevelOption::check() const {
+void LevelOption::check(Ends ends) const {
     if (level_.empty()) return;
     const NumberText number = readNumber(level_);
-    if (number.form != NumberForm::Finite || number.value < 0.0 || number.value > 1.0)
-        throw UsageError("--level is a number from 0 to 1, such as 0.95, not '" + level_ + "'");
+    const bool within = ends == Ends::Included ? number.value >= 0.0 && number.value <= 1.0
+                                               : number.value > 0.0 && number.value < 1.0;
+    if (number.form != NumberForm::Finite || !within)
+        throw UsageError(std::string{"--level is a number "} +
+                         (ends == Ends::Included ? "from 0 to 1" : "between 0 and 1") +
+                         ", such as 0.95, not '" + level_ + "'");
 }
 
 void LevelOption::put(Script& script) const {

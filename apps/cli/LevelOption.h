@@ -11,8 +11,9 @@ namespace korvana::cli {
 class LevelOption {
 public:
     void declare(CLI::App& app);
-    /// Throws UsageError for anything but a number from 0 to 1.
-    void check() const;
+    enum class Ends { Included, Excluded };
+    /// Throws UsageError for anything but a number from 0 to 1, with or without these themselves.
+    void check(Ends ends = Ends::Included) const;
     /// Sets the level in the results dialog, if one was given.
     void put(Script& script) const;
 

@@ -32,14 +32,6 @@ std::string noteOn(const DataSet& data, const std::string& name) {
     return {};
 }
 
-void refuseTexts(const DataSet& data, const std::vector<int>& times) {
-    for (const int time : times)
-        if (const std::string& name = data.variable(time).name;
-            data.variable(time).kind == VariableKind::Text)
-            throw UsageError("--time: '" + name + "' holds texts, times are numbers or dates (YYYY-MM-DD)" +
-                             noteOn(data, name) + data.layoutRemarks());
-}
-
 /// A code that no case has is an error if none has the other one either. If some have, the analysis is valid,
 /// and the user is warned where it may be a mistake.
 void checkCodes(const ActiveData& data, int censor, TimesAndCodes& result) {
@@ -70,6 +62,15 @@ void refuseTwice(const DataSet& data, std::vector<int> variables) {
         throw UsageError("variable '" + data.variable(*twice - 1).name + "' is given twice");
 }
 
+void refuseTexts(const DataSet& data, const std::string& option, const std::vector<int>& variables0,
+                 const std::string& wanted) {
+    for (const int variable : variables0)
+        if (const std::string& name = data.variable(variable).name;
+            data.variable(variable).kind == VariableKind::Text)
+            throw UsageError(option + ": '" + name + "' holds texts, " + wanted + noteOn(data, name) +
+                             data.layoutRemarks());
+}
+
 void TimesAndCodesOptions::declare(CLI::App& app) {
     const std::string group = helpGroup;
     app.add_option("--time", times_, std::string{"time variables: "} + timeForms)
@@ -86,6 +87,16 @@ void TimesAndCodesOptions::declare(CLI::App& app) {
         ->group(group);
 }
 
+std::vector<std::string> TimesAndCodesOptions::given() const {
+    std::vector<std::string> names;
+    for (const auto& [name, text] : {std::pair{"--time", &times_},
+                                     {"--censor", &censor_},
+                                     {"--complete", &complete_},
+                                     {"--censored", &censored_}})
+        if (!text->empty()) names.emplace_back(name);
+    return names;
+}
+
 TimesAndCodes TimesAndCodesOptions::resolve(const ActiveData& active) const {
     const DataSet& data = active.dataSet();
     if (times_.empty()) throw UsageError("--time is missing: name the variable with the times", true);
@@ -94,7 +105,7 @@ TimesAndCodes TimesAndCodesOptions::resolve(const ActiveData& active) const {
     const std::vector<int> variables = timeVariables(data, times_);
     if (const auto n = variables.size(); n != 1 && n != 2 && n != 6)
         throw UsageError("--time names " + std::to_string(n) + " variables; it takes " + timeForms);
-    refuseTexts(data, variables);
+    refuseTexts(data, "--time", variables, "times are numbers or dates (YYYY-MM-DD)");
     TimesAndCodes result;
     for (const int time : variables)
         result.times.push_back(time + 1);

@@ -21,6 +21,10 @@ struct TimesAndCodes {
 
 /// Refuses a variable that is given two roles (numbers from 1). Throws UsageError.
 void refuseTwice(const DataSet& data, std::vector<int> variables);
+/// Refuses variables (numbers from 0) that hold texts, naming the option and what is wanted instead ("times
+/// are numbers"). Throws UsageError.
+void refuseTexts(const DataSet& data, const std::string& option, const std::vector<int>& variables0,
+                 const std::string& wanted);
 
 /// The options that name times, censoring indicator and codes.
 class TimesAndCodesOptions {
@@ -32,6 +36,8 @@ public:
     void declare(CLI::App& app);
     /// Checks the options against the data. Throws UsageError.
     [[nodiscard]] TimesAndCodes resolve(const ActiveData& data) const;
+    /// The names of those that were given.
+    [[nodiscard]] std::vector<std::string> given() const;
 
 private:
     std::string times_;

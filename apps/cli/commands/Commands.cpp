@@ -4,6 +4,8 @@ namespace korvana::cli {
 namespace {
 
 constexpr CommandEntry table[] = {
+    {"life-table", "Life table, with distributions fitted to it; from cases or from a table",
+     &makeLifeTableCommand},
     {"kaplan-meier", "Product-limit (Kaplan-Meier) estimate of the survival function",
      &makeKaplanMeierCommand},
     {"two-sample", "Comparing two samples: five tests, life tables by group", &makeTwoSampleCommand},

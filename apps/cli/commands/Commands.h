@@ -10,6 +10,7 @@ namespace korvana::cli {
 /// The commands of the program, in the order of its help.
 std::span<const CommandEntry> commands();
 
+std::unique_ptr<Command> makeLifeTableCommand();
 std::unique_ptr<Command> makeKaplanMeierCommand();
 std::unique_ptr<Command> makeTwoSampleCommand();
 std::unique_ptr<Command> makeKSampleCommand();

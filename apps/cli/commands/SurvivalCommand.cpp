@@ -13,11 +13,13 @@ Analysis SurvivalCommand::load() const {
 }
 
 std::vector<ResultMessage> SurvivalCommand::checkData(const ActiveData& data) {
-    wanted_.timesAndCodes = options_.resolve(data);
-    const TimesAndCodes& known = wanted_.timesAndCodes;
-    wanted_.boxes = {known.times, {known.censor}};
-    wanted_.members = {{"CodeForCompleteResponses", known.complete},
-                       {"CodeForCensoredResponses", known.censored}};
+    TimesAndCodes& known = wanted_.timesAndCodes;
+    if (hasCases()) {
+        known = options_.resolve(data);
+        wanted_.boxes = {known.times, {known.censor}};
+        wanted_.members = {{"CodeForCompleteResponses", known.complete},
+                           {"CodeForCensoredResponses", known.censored}};
+    }
     specify(data, wanted_);
     return known.remarks;
 }
@@ -26,6 +28,8 @@ bool SurvivalCommand::compute(Script& script) {
     using List = ozm::AutomationValue::List;
     script.put("TypeOfAnalysis", typeOfAnalysis_);
     if (!script.press("OK")) return false;
+    for (const auto& [member, value] : wanted_.form)
+        script.put(member, value);
     List boxes;
     for (const std::vector<int>& box : wanted_.boxes)
         boxes.emplace_back(List(box.begin(), box.end()));

@@ -15,11 +15,13 @@ namespace korvana::cli {
 class SurvivalCommand : public AnalysisCommand {
 public:
     SurvivalCommand(Description description, int typeOfAnalysis, const char* resultsDialog)
-        : AnalysisCommand(std::move(description)), typeOfAnalysis_(typeOfAnalysis), resultsDialog_(resultsDialog) {}
+        : AnalysisCommand(std::move(description)), typeOfAnalysis_(typeOfAnalysis),
+          resultsDialog_(resultsDialog) {}
 
 protected:
     /// The settings for the specification dialog.
     struct Specification {
+        std::vector<std::pair<const char*, ozm::AutomationValue>> form; ///< what comes before the selection
         TimesAndCodes timesAndCodes;
         std::vector<std::vector<int>> boxes; ///< the variables in each box of the selection, from 1
         std::vector<std::pair<const char*, ozm::AutomationValue>>
@@ -29,6 +31,10 @@ protected:
     void declareOptions(CLI::App& app) override;
     /// Checks the command's own options against the data and adds their settings. Throws UsageError.
     virtual void specify(const ActiveData& /*data*/, Specification& /*wanted*/) {}
+    /// Whether the data hold one case per observation; else `specify` names all variables.
+    [[nodiscard]] virtual bool hasCases() const { return true; }
+    /// The options for times and codes that were given.
+    [[nodiscard]] std::vector<std::string> givenForCases() const { return options_.given(); }
 
 private:
     [[nodiscard]] Analysis load() const final;

@@ -32,7 +32,8 @@ public:
     explicit DialogView(ozm::CAnalysisDialog& dialog, QWidget* parent = nullptr);
     ~DialogView() override;
 
-    /// Shows a tab page (from 0); a page that the template does not have is ignored.
+    /// Shows a tab page (from 0). Where the template has no such page but a control of that number, sets the
+    /// focus on that; any other number is ignored.
     void showPage(int page);
     /// Where the focus is, or was before a button took it.
     struct FocusPlace {

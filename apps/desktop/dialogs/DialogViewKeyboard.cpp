@@ -84,7 +84,12 @@ void DialogView::focusOn(const FocusPlace& place) {
 }
 
 void DialogView::showPage(int page) {
-    if (tabs_ == nullptr || page < 0 || page >= tabs_->count() || page == tabs_->currentIndex()) return;
+    if (tabs_ == nullptr || page < 0 || page >= tabs_->count()) {
+        for (const Placed& placed : placed_)
+            if (placed.control->id == page) return focusOn({placed.page, page, {}});
+        return;
+    }
+    if (page == tabs_->currentIndex()) return;
     tabs_->setCurrentIndex(page);
     focusFirst();
 }

@@ -134,7 +134,12 @@ void AnalysisRunner::dropView() {
     DialogView* view = std::exchange(view_, nullptr);
     view->takeBackRoom();
     places_.remember(*view);
-    left_[view->number()] = {view->focusPlace(), view->knownCodes(), data().generation()};
+    Left& left = left_[view->number()];
+    left.focus = view->focusPlace();
+    // Another form of the dialog, without codes, does not make those forgotten.
+    if (auto codes = view->knownCodes(); !codes.empty() || left.generation != data().generation())
+        left.codes = std::move(codes);
+    left.generation = data().generation();
     view->detach();
     view->hide();
     view->deleteLater();

@@ -18,7 +18,7 @@ namespace korvana::cli {
 class AnalysisCommand : public Command {
 public:
     void declare(CLI::App& app) final;
-    [[nodiscard]] std::vector<std::string> choices(const std::string& option) const final;
+    [[nodiscard]] std::vector<std::string> choices(const std::string& option) const override;
     int run(Console& console) final;
 
     /// An output, named for --outputs, and the actions of the results dialog that make it.

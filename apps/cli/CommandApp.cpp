@@ -40,14 +40,15 @@ Values valuesOf(const CommandApp& command, const CLI::Option& option) {
     if (option.get_items_expected_max() == 0) return values;
     const std::string& name = option.get_positional() ? option.get_name(true) : option.get_lnames().front();
     const std::string type = option.get_type_name();
-    values.list = type.find("[,") != std::string::npos;
+    values.list = type.find(',') != std::string::npos;
     values.choices = command.command->choices(name);
     if (values.choices.empty()) values.choices = commonChoices(name);
-    values.kind = !values.choices.empty()                                     ? Values::Kind::Choice
-                  : name == "DATA"                                            ? Values::Kind::File
-                  : type == "DIR"                                             ? Values::Kind::Folder
-                  : type == "V" || type.starts_with("V[") || type == "V=CODE" ? Values::Kind::Variable
-                                                                              : Values::Kind::Any;
+    values.kind = !values.choices.empty() ? Values::Kind::Choice
+                  : name == "DATA"        ? Values::Kind::File
+                  : type == "DIR"         ? Values::Kind::Folder
+                  : type == "V" || type.starts_with("V[") || type.starts_with("V,") || type == "V=CODE"
+                      ? Values::Kind::Variable
+                      : Values::Kind::Any;
     return values;
 }
 

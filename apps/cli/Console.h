@@ -19,6 +19,8 @@ struct Console {
     /// origin: control characters and bytes that are not UTF-8 are escaped, and long quoted parts are
     /// shortened.
     void say(std::string_view text);
+    /// Further lines of the message before.
+    void sayMore(std::string_view text);
 };
 
 enum ExitCode : int {

@@ -27,11 +27,11 @@ void checkRange(const std::string& option, const std::string& text, double least
                      " to " + numberText(greatest) + ", not '" + text + "'");
 }
 
-/// The places of the listed names among the known ones, from 1; all of them without a list.
-std::vector<int> places(const std::string& option, const std::string& list,
-                        const std::vector<std::string_view>& known) {
+/// The places of the listed names among those that the option takes, from 1; all of them without a list.
+std::vector<int> places(const std::string& option, const std::string& list) {
+    const auto known = LifeTableFitOptions::choices(option);
     std::vector<int> places;
-    for (const std::size_t place : chooseFrom(option, list.empty() ? "all" : list, known))
+    for (const std::size_t place : chooseFrom("--" + option, list.empty() ? "all" : list, known))
         places.push_back(static_cast<int>(place) + 1);
     return places;
 }
@@ -80,8 +80,8 @@ void LifeTableInputOptions::check(const std::vector<std::string>& forCases) cons
     if (!intervals_.empty()) others.emplace_back("--intervals");
     if (!step_.empty()) others.emplace_back("--step");
     if (isTable() && !others.empty())
-        throw UsageError("--table and " + joined(others) + " exclude" +
-                         " each other: a table has its intervals, and no single cases");
+        throw UsageError("--table excludes " + joined(others) +
+                         ": a table has its intervals, and no single cases");
     if (!isTable() && !entering_.empty())
         throw UsageError("--entering needs --table: cases are counted by the program");
     if (!intervals_.empty() && !step_.empty())
@@ -141,10 +141,15 @@ void LifeTableFitOptions::declare(CLI::App& app) {
         ->group(group);
 }
 
+std::vector<std::string_view> LifeTableFitOptions::choices(std::string_view option) {
+    if (option == "distribution") return {"exponential", "linear-hazard", "gompertz", "weibull"};
+    if (option == "weighting") return {"1", "2", "3"};
+    return {};
+}
+
 void LifeTableFitOptions::check() {
-    distributions_ =
-        places("--distribution", distributionList_, {"exponential", "linear-hazard", "gompertz", "weibull"});
-    weightings_ = places("--weighting", weightingList_, {"1", "2", "3"});
+    distributions_ = places("distribution", distributionList_);
+    weightings_ = places("weighting", weightingList_);
     proportions_ = numbers("--survival", survivalList_, "proportions surviving, between 0 and 1",
                            [](double p) { return p > 0.0 && p < 1.0; });
     times_ = numbers("--times", timesList_, "times of 0 or more", [](double t) { return t >= 0.0; });

@@ -5,6 +5,7 @@
 
 #include <CLI/App.hpp>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -35,6 +36,8 @@ private:
 class LifeTableFitOptions {
 public:
     void declare(CLI::App& app);
+    /// What an option of these takes, by its name without hyphens; empty for those that take any number.
+    [[nodiscard]] static std::vector<std::string_view> choices(std::string_view option);
     /// Throws UsageError.
     void check();
     /// The models and the weightings to show, from 1.

@@ -51,16 +51,25 @@ void ProgressLine::message(const ResultMessage& message) {
     ++messages_;
     if (quiet_ && message.severity == ResultMessage::Severity::Note) return;
     clear();
+    // Of many outputs with the same message it is said once, then only what differs.
+    const bool again = message.id != 0 && message.id == last_.id && message.text == last_.text;
+    const bool repeated = again && message.detail == last_.detail;
+    last_ = message;
+    if (repeated) return;
     std::string text = message.id != 0 ? "message " + std::to_string(message.id) + ": " : std::string{};
     text += trimmed(message.text);
     // A detail may have lines of its own.
+    std::string details;
     std::string_view detail = trimmed(message.detail);
     while (!detail.empty()) {
         const std::size_t end = std::min(detail.find('\n'), detail.size());
-        text.append("\n  ").append(detail.substr(0, end));
+        details.append(details.empty() ? "  " : "\n  ").append(detail.substr(0, end));
         detail.remove_prefix(std::min(end + 1, detail.size()));
     }
-    console_.say(text);
+    if (again)
+        console_.sayMore(details);
+    else
+        console_.say(details.empty() ? text : text + "\n" + details);
 }
 
 } // namespace korvana::cli

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/cli/Console.h"
+#include "host/results/ResultsBook.h"
 #include "host/session/SessionObserver.h"
 
 #include <string>
@@ -37,6 +38,7 @@ private:
     int messages_ = 0;
     unsigned percent_ = 0;
     std::string text_;
+    ResultMessage last_; ///< message
 };
 
 } // namespace korvana::cli

@@ -1,5 +1,6 @@
 #include "apps/cli/LevelOption.h"
 #include "apps/cli/LifeTableOptions.h"
+#include "apps/cli/UsageError.h"
 #include "apps/cli/commands/Commands.h"
 #include "apps/cli/commands/SurvivalCommand.h"
 
@@ -40,6 +41,11 @@ private:
         };
     }
 
+    [[nodiscard]] std::vector<std::string> choices(const std::string& option) const override {
+        const auto known = LifeTableFitOptions::choices(option);
+        if (known.empty()) return SurvivalCommand::choices(option);
+        return {known.begin(), known.end()};
+    }
     void declareOptions(CLI::App& app) override {
         SurvivalCommand::declareOptions(app);
         input_.declare(app);
@@ -48,6 +54,11 @@ private:
     }
     void checkOptions() override {
         input_.check(givenForCases());
+        if (!input_.isTable() && givenForCases().empty())
+            throw UsageError(
+                "which data? Name the variable with the times by --time, or the three of a table "
+                "by --table",
+                true);
         fits_.check();
         level_.check(LevelOption::Ends::Excluded);
     }

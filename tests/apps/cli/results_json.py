@@ -21,9 +21,11 @@ told = ["--separator", "|", "--decimal", "comma", "--dates", "mdy", "--header", 
 odd = "t|s|d\n1,5|1|01/02/1995\n2|0|01/03/1995\n3,25|1|02/03/1995\n4|1|01/04/1995\n"
 
 # Every command that makes outputs, with arguments that use the common options.
+angina = [os.path.join(data, "angina.csv"), "--table", "lower,withdrawn,dying"]
 runs = {
     "kaplan-meier": [aml, aml + ["--select", "time > 5", "--weight", "time", "--missing", "time=9", "--level", "0.9"]],
     "k-sample": [aml + ["--group", "group"]],
+    "life-table": [aml + ["--intervals", "5"], angina + ["--survival", ".9,.5", "--times", "1,10", "--level", "0.9"]],
     "two-sample": [aml + ["--group", "group", "--group1", "Maintained", "--group2", "Nonmaintained"]],
 }
 

@@ -1,7 +1,7 @@
 #include "apps/cli/LevelOption.h"
-#include "apps/cli/LifeTableOptions.h"
 #include "apps/cli/UsageError.h"
 #include "apps/cli/commands/Commands.h"
+#include "apps/cli/commands/LifeTableOptions.h"
 #include "apps/cli/commands/SurvivalCommand.h"
 
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "apps/cli/LifeTableOptions.h"
+#include "apps/cli/commands/LifeTableOptions.h"
 
 #include "apps/cli/DataOptions.h"
 #include "apps/cli/Lists.h"

@@ -114,13 +114,9 @@ void CAnalysisDialog::ThrowIfClosed() const {
 
 DialogResult CAnalysisDialog::Usable(int control, std::string_view kind) const {
     if (closed_) return DialogResult::refused("the dialog has been closed");
-    const ControlTemplate* found = template_.Find(control);
-    if (found == nullptr)
+    if (template_.Find(control) == nullptr)
         return DialogResult::refused("there is no " + std::string{kind} + " " + std::to_string(control) +
                                      " in this dialog");
-    if (!IsEnabled(control))
-        return DialogResult::refused(Quoted(*found) +
-                                     " is disabled while the dialog's settings are as they are");
     return {};
 }
 
@@ -172,6 +168,9 @@ bool CAnalysisDialog::RangeHolds(int control) {
 DialogResult CAnalysisDialog::Press(int control) {
     const ControlTemplate* found = template_.Find(control);
     if (DialogResult usable = Usable(control, "button"); !usable.done) return usable;
+    if (!IsEnabled(control))
+        return DialogResult::refused(Quoted(*found) +
+                                     " is disabled while the dialog's settings are as they are");
     if (found->kind != ControlKind::PushButton && found->kind != ControlKind::List)
         return DialogResult::refused("there is no button " + std::to_string(control) + " in this dialog");
     bool succeeded = false;

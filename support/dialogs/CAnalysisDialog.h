@@ -72,7 +72,7 @@ public:
 
     /// Sets the value of any control. A value that does not fit the control (wrong type, no such position, no
     /// such variable in the data, more variables than a box holds, a number out of range) is refused and
-    /// changes nothing, and so is any value for a disabled control.
+    /// changes nothing. A disabled control takes values, so that scripts may set a dialog's values in any order.
     DialogResult PutValue(int control, ControlValue value);
     /// The most decimals that a control shows a number with: set by the template, or by the dialog from the
     /// number.
@@ -135,7 +135,7 @@ private:
     Guarded(const Action& action); // not std::function, which may allocate when memory has run out
     void TellNoMemory() noexcept;
     DialogResult Fits(const ControlTemplate& control, const ControlValue& value) const;
-    /// Whether the control can be used now, with the reason if not.
+    /// Whether the dialog is open and has the control, with the reason if not.
     DialogResult Usable(int control, std::string_view kind) const;
     std::string TextOf(int string, double number) const;
 

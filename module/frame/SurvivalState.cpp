@@ -40,7 +40,6 @@ void SurvivalState::UnsetCodes() {
     lifeTables.settings.ForgetEntering();
     twoSamples.settings = {};
     kSamples.settings = {};
-    lifeTables.settings.enteringGiven = false; // a number of the data, too
 }
 
 void SurvivalState::Reset(CAnalysisSupport& host) {

@@ -1,7 +1,5 @@
 #include "module/kaplan/ConfidenceLimits.h"
 
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <limits>
@@ -32,18 +30,6 @@ PercentileLimits ComputePercentileLimits(std::span<const double> times, std::spa
     const auto lower = [&](std::size_t i) { return LogMinusLogLimit(survival[i], standardError[i], z); };
     const auto upper = [&](std::size_t i) { return LogMinusLogLimit(survival[i], standardError[i], -z); };
     return {LocatePercentiles(times, lower, lowerIsAbove), LocatePercentiles(times, upper, upperIsAbove)};
-}
-
-std::string LevelInPercent(double level) {
-    std::array<char, 400> buffer{};
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), level * 100.0,
-                                   std::chars_format::fixed, 2);
-    std::string text{buffer.data(), end.ptr};
-    while (text.ends_with('0'))
-        text.pop_back();
-    while (text.ends_with('.') || text.ends_with(','))
-        text.pop_back();
-    return text;
 }
 
 } // namespace ozm::survival

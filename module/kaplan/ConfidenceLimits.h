@@ -3,7 +3,6 @@
 #include "module/kaplan/ProductLimit.h"
 
 #include <span>
-#include <string>
 
 namespace ozm::survival {
 
@@ -31,8 +30,5 @@ struct PercentileLimits {
 /// equally long.
 PercentileLimits ComputePercentileLimits(std::span<const double> times, std::span<const double> survival,
                                          std::span<const double> standardError, double z);
-
-/// A confidence level in percent as column headings show it: 0.95 gives "95", 0.975 gives "97.5".
-std::string LevelInPercent(double level);
 
 } // namespace ozm::survival

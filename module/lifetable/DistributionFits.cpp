@@ -11,9 +11,6 @@ namespace {
 
 constexpr double largestExponent = 70.0;
 
-constexpr std::array families{Distribution::Exponential, Distribution::LinearHazard, Distribution::Gompertz,
-                              Distribution::Weibull};
-
 void Mark(DistributionFit& fit, Inadequacy why, std::size_t where) {
     fit.inadequacy = why;
     fit.where = static_cast<std::uint8_t>(where);
@@ -24,7 +21,7 @@ void Mark(DistributionFit& fit, Inadequacy why, std::size_t where) {
 /// inadequate yet. True unless it stopped.
 template <class Step>
 bool ForEachFit(DistributionFits& all, Step step) {
-    for (const Distribution family : families)
+    for (const Distribution family : allDistributions)
         for (std::size_t w = 0; w < weightings; ++w) {
             DistributionFit& fit = all.Of(family, w);
             if (fit.inadequacy != Inadequacy::None) continue;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -13,6 +14,8 @@ enum class Distribution : std::uint8_t {
     Weibull,      ///< h = lambda gamma t^(gamma - 1), S = exp(-lambda t^gamma)
 };
 inline constexpr std::size_t distributions = 4;
+inline constexpr std::array<Distribution, distributions> allDistributions{
+    Distribution::Exponential, Distribution::LinearHazard, Distribution::Gompertz, Distribution::Weibull};
 
 /// A member of a family.
 struct DistributionParameters {

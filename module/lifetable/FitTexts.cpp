@@ -9,11 +9,6 @@
 namespace ozm::survival {
 namespace {
 
-std::string FitName(Distribution family, std::size_t weighting) {
-    return Filled(StrLifeFitName,
-                  {DistributionName(family), FormatCount(static_cast<long long>(weighting) + 1)});
-}
-
 std::string WhyStopped(const DistributionFits& fits, const LifeTable& table) {
     const std::string at = FormatNumber(table.lower[fits.stoppedRow]);
     switch (fits.stop) {
@@ -37,6 +32,11 @@ std::string WhyStopped(const DistributionFits& fits, const LifeTable& table) {
 
 std::string DistributionName(Distribution family) {
     return Trimmed(StrLifeExponential + static_cast<int>(family));
+}
+
+std::string FitName(Distribution family, std::size_t weighting) {
+    return Filled(StrLifeFitName,
+                  {DistributionName(family), FormatCount(static_cast<long long>(weighting) + 1)});
 }
 
 std::string WhyInadequate(const DistributionFits& fits, Distribution family, std::size_t weighting,
@@ -64,10 +64,17 @@ std::string WhyInadequate(const DistributionFits& fits, Distribution family, std
                   {FitName(fits.stoppedAt, fits.stoppedWeighting), WhyStopped(fits, table)});
 }
 
+void AddReasons(std::vector<std::string>& sentences, const DistributionFits& fits, Distribution family,
+                const LifeTable& table) {
+    for (std::size_t w = 0; w < weightings; ++w)
+        if (const std::string why = WhyInadequate(fits, family, w, table); !why.empty())
+            sentences.push_back(Filled(StrLifeInadequateFit, {FitName(family, w), why}));
+}
+
 std::string DescribeStop(const DistributionFits& fits, const LifeTable& table) {
     const std::string why = WhyStopped(fits, table);
     if (fits.stop == FitStop::NoVariance) return Filled(StrLifeWhyStoppedAll, {why});
-    return Filled(StrLifeWhyStopped, {FitName(fits.stoppedAt, fits.stoppedWeighting), why}) + ".";
+    return Filled(StrLifeStoppedAt, {FitName(fits.stoppedAt, fits.stoppedWeighting), why});
 }
 
 } // namespace ozm::survival

@@ -63,11 +63,10 @@
       "%1 enter the first interval: the number of all that are withdrawn or die, as no other number was given.") \
     S(StrLifeRowsUnused, 20643, \
       "The table ends at %1, where nobody is left; later intervals are not used.") \
-    S(StrLifeTwoTables, 20644, "Two different inputs cannot be read at once.") \
-    S(StrLifeBadNumbers, 20645, "These are not numbers as they are needed here.") \
-    S(StrLifeBadProportion, 20646, "'%1' is no proportion surviving between 0 and 1.") \
-    S(StrLifeBadTime, 20647, "'%1' is no time of 0 or more.") \
-    S(StrLifeNoTimes, 20648, "Give times, separated by blanks or commas.") \
+    S(StrLifeBadNumbers, 20645, "The list of numbers cannot be used.") \
+    S(StrLifeBadProportion, 20646, "'%1' is no proportion between 0 and 1, as in 0.75 0.5 0.25.") \
+    S(StrLifeBadTime, 20647, "'%1' is no time of 0 or more, as in 1 2.5 10.") \
+    S(StrLifeNoTimes, 20648, "No interval starts after 0: give the times.") \
     S(StrLifeResults, 20650, "Life Table & Survival Time Distribution Results ") \
     S(StrLifeVariable, 20651, "Variable: ") \
     S(StrLifeCensoringVariable, 20652, "Variable with censoring indicator: ") \
@@ -166,6 +165,9 @@
     S(StrLifeLeftOutNote, 20757, "Not drawn: %1.") \
     S(StrLifeAllModels, 20758, "Fitted Survival Functions, Weight %1") \
     S(StrLifeFitName, 20759, "%1, weight %2") \
+    S(StrLifeWeight1, 20760, "Weight 1") \
+    S(StrLifeWeight2, 20761, "Weight 2") \
+    S(StrLifeWeight3, 20762, "Weight 3") \
     S(StrLifeRanking, 20770, "Ranking of the Fits by Akaike's Criterion") \
     S(StrLifeColRank, 20771, "Rank") \
     S(StrLifeColModel, 20772, "Model") \
@@ -190,9 +192,9 @@
     S(StrLifeWhyLargeLambda, 20789, "Lambda is beyond 1e15") \
     S(StrLifeWhyExponent, 20790, "an exponent is beyond 70 at %1") \
     S(StrLifeWhyGammaZero, 20791, "Gamma is 0") \
-    S(StrLifeWhyStoppedAll, 20792, "%1: no model can be fitted") \
-    S(StrLifeInadequateFit, 20793, "%1, weight %2: %3.") \
-    S(StrLifeWhyNotComputed, 20794, "not computed") \
+    S(StrLifeWhyStoppedAll, 20792, "No model can be fitted: %1.") \
+    S(StrLifeInadequateFit, 20793, "%1: %2.") \
+    S(StrLifeStoppedAt, 20794, "The fitting stopped at %1: %2. What was computed before is kept.") \
     S(StrLifeQuantiles, 20800, "Survival Times by Proportion Surviving") \
     S(StrLifeSurvivalAtTimes, 20801, "Survival at Given Times") \
     S(StrLifeColSurvivalTime, 20802, "Survival") \
@@ -387,10 +389,13 @@ inline constexpr ControlTemplate lifeResultsControls[] = {
     {.id = LifePlotDensity, .text = "!228Plot of probability densit&y function", .pages = onSecondPage},
     {.id = LifeProportions,
      .kind = ControlKind::Text,
-     .text = "&Proportions surviving:",
+     .text = "&Proportions surviving (empty: the quartiles):",
      .pages = onThirdPage},
     {.id = LifeQuantiles, .text = "!249Survival times &by proportion surviving", .pages = onThirdPage},
-    {.id = LifeTimes, .kind = ControlKind::Text, .text = "&Times:", .pages = onThirdPage},
+    {.id = LifeTimes,
+     .kind = ControlKind::Text,
+     .text = "&Times (empty: the interval starts):",
+     .pages = onThirdPage},
     {.id = LifeAtTimes, .text = "!249&Survival at these times", .pages = onThirdPage},
     {.id = LifeLevel,
      .kind = ControlKind::Real,

@@ -40,6 +40,18 @@ std::string FormatProbability(double p) {
     return p < CellFormat::leastProbability ? "< 1e-30" : FormatNumber(p, 5);
 }
 
+std::string LevelInPercent(double level) {
+    std::array<char, 400> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), level * 100.0,
+                                   std::chars_format::fixed, 2);
+    std::string text{buffer.data(), end.ptr};
+    while (text.ends_with('0'))
+        text.pop_back();
+    while (text.ends_with('.') || text.ends_with(','))
+        text.pop_back();
+    return text;
+}
+
 std::string InOneLine(std::string_view label) {
     constexpr std::size_t most = 100;
     std::string text;

@@ -32,6 +32,9 @@ std::string FormatExact(double value);
 /// many digits as the field holds; "--" when unset.
 std::string FormatCode(double code);
 
+/// A confidence level in percent as column headings show it: 0.95 gives "95", 0.975 gives "97.5".
+std::string LevelInPercent(double level);
+
 /// A label for use in a sentence: line breaks as \n, and long labels cut short.
 std::string InOneLine(std::string_view label);
 

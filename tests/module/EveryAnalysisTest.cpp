@@ -37,7 +37,8 @@ protected:
     }
 };
 INSTANTIATE_TEST_SUITE_P(Analyses, EveryAnalysis,
-                         testing::Values(&test::kaplan, &test::twoSamples, &test::kSamples),
+                         testing::Values(&test::lifeRaw, &test::lifeOfTable, &test::kaplan, &test::twoSamples,
+                                         &test::kSamples),
                          [](const auto& one) { return std::string{one.param->name}; });
 
 /// Those with times, a censoring indicator and codes.
@@ -170,7 +171,7 @@ TEST_P(EveryAnalysis, EveryMemoryRequestRefusedInTurn) {
     Specify();
     int n = 1;
     for (;; ++n) {
-        ASSERT_LT(n, 100);
+        ASSERT_LT(n, 200);
         SCOPED_TRACE("request " + std::to_string(n));
         host.refuseRequest = n;
         Whole();

@@ -1,6 +1,7 @@
 #include "module/kaplan/ProductLimit.h"
 #include "module/kaplan/ConfidenceLimits.h"
 #include "module/survdata/NormalQuantile.h"
+#include "module/survdata/ReportLines.h"
 #include "tests/support/Golden.h"
 
 #include <gtest/gtest.h>

@@ -50,7 +50,8 @@ life_table <- function(counts, corrected) {
   Q <- ifelse(E == 0, 0, D / E)
   if (corrected) Q <- ifelse(E == 0, 0, ifelse(Q == 1, (E - 0.5) / E, ifelse(Q == 0, 0.5 / E, Q)))
   S <- 1 - Q
-  P <- cumprod(c(1, S))[i]
+  # In double precision: cumprod() has more, and whether P ends on a target hangs on the last bit.
+  P <- Reduce(`*`, S, 1, accumulate = TRUE)[i]
   # Greenwood's sum; intervals that nobody survives are left out of it.
   G <- c(0, cumsum(ifelse(S * E > 0, Q / (E * S), 0)))[i]
   density <- P * Q / h

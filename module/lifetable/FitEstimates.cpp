@@ -5,6 +5,24 @@
 namespace ozm::survival {
 namespace {
 
+/// The integral of e^(x u) over u from 0 to 1: (e^x - 1) / x.
+double MeanOfExp(double x) {
+    return x == 0.0 ? 1.0 : std::expm1(x) / x;
+}
+
+/// The integral of u e^(x u) over u from 0 to 1: (x e^x - (e^x - 1)) / x^2, near 0 by its series, as the
+/// difference cancels there.
+double MeanOfWeightedExp(double x) {
+    if (std::abs(x) > 0.1) return (x * std::exp(x) - std::expm1(x)) / (x * x);
+    double sum = 0.0;
+    double term = 1.0;
+    for (int k = 0; k < 10; ++k) {
+        sum += term / (k + 2);
+        term *= x / (k + 1);
+    }
+    return sum;
+}
+
 /// The derivatives of the cumulative hazard at a time by the parameters.
 struct Gradient {
     double byLambda = 0.0;
@@ -18,10 +36,9 @@ Gradient GradientOf(Distribution family, const DistributionParameters& of, doubl
     case Distribution::LinearHazard:
         return {t, t * t / 2.0};
     case Distribution::Gompertz: {
-        const double cumulative = CumulativeHazardAt(family, of, t);
-        const double scale = std::exp(of.lambda);
-        if (of.gamma == 0.0) return {cumulative, scale * t * t / 2.0};
-        return {cumulative, (scale * t * std::exp(of.gamma * t) - cumulative) / of.gamma};
+        const double x = of.gamma * t;
+        const double scaled = std::exp(of.lambda) * t;
+        return {scaled * MeanOfExp(x), scaled * t * MeanOfWeightedExp(x)};
     }
     case Distribution::Weibull: {
         const double power = std::pow(t, of.gamma);

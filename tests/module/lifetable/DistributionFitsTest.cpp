@@ -163,6 +163,25 @@ TEST(DistributionFits, ConditionalSurvivalIsCutSoThatADeathStaysPossible) {
     EXPECT_TRUE(std::isfinite(weibull.logLikelihood));
 }
 
+TEST(DistributionFits, LimitsOfAGompertzFitHardlyChangeWhereGammaIsNearlyZero) {
+    DistributionFit fit;
+    fit.estimated = true;
+    fit.lambdaVariance = 0.04;
+    fit.gammaVariance = 1e-6;
+    fit.covariance = -4e-5;
+    fit.parameters = {-3, 0};
+    const EstimateWithLimits time = TimeWithLimits(Gompertz, fit, 0.5, 1.96);
+    const EstimateWithLimits survival = SurvivalWithLimits(Gompertz, fit, 20, 1.96);
+    for (const double gamma : {1e-6, -1e-6, 1e-8, -1e-8, 1e-10, -1e-10}) {
+        fit.parameters.gamma = gamma;
+        const EstimateWithLimits nearly = TimeWithLimits(Gompertz, fit, 0.5, 1.96);
+        EXPECT_NEAR(nearly.lower, time.lower, 1e-4 * time.lower) << gamma;
+        EXPECT_NEAR(nearly.upper, time.upper, 1e-4 * time.upper) << gamma;
+        EXPECT_NEAR(SurvivalWithLimits(Gompertz, fit, 20, 1.96).error, survival.error, 1e-4 * survival.error)
+            << gamma;
+    }
+}
+
 /// A table of random counts.
 class AnyTable {
 public:

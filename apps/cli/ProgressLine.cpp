@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <vector>
 
 namespace korvana::cli {
 namespace {
@@ -17,6 +18,17 @@ std::string cut(std::string_view text) {
     for (std::size_t width = 0; !text.empty() && width < lineWidth; ++width)
         appendCodePoint(line, takeCodePoint(text));
     return line;
+}
+
+/// A detail may have lines of its own.
+std::vector<std::string_view> linesOf(std::string_view text) {
+    std::vector<std::string_view> lines;
+    for (text = trimmed(text); !text.empty();) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        lines.push_back(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return lines;
 }
 
 } // namespace
@@ -51,25 +63,23 @@ void ProgressLine::message(const ResultMessage& message) {
     ++messages_;
     if (quiet_ && message.severity == ResultMessage::Severity::Note) return;
     clear();
-    // Of many outputs with the same message it is said once, then only what differs.
+    // What many outputs have in common is said once, then only what differs.
     const bool again = message.id != 0 && message.id == last_.id && message.text == last_.text;
-    const bool repeated = again && message.detail == last_.detail;
-    last_ = message;
-    if (repeated) return;
-    std::string text = message.id != 0 ? "message " + std::to_string(message.id) + ": " : std::string{};
-    text += trimmed(message.text);
-    // A detail may have lines of its own.
-    std::string details;
-    std::string_view detail = trimmed(message.detail);
-    while (!detail.empty()) {
-        const std::size_t end = std::min(detail.find('\n'), detail.size());
-        details.append(details.empty() ? "  " : "\n  ").append(detail.substr(0, end));
-        detail.remove_prefix(std::min(end + 1, detail.size()));
+    std::string text;
+    if (!again) {
+        if (message.id != 0) text = "message " + std::to_string(message.id) + ": ";
+        text += trimmed(message.text);
     }
-    if (again)
-        console_.sayMore(details);
-    else
-        console_.say(details.empty() ? text : text + "\n" + details);
+    const std::vector<std::string_view> before =
+        again ? linesOf(last_.detail) : std::vector<std::string_view>{};
+    for (const std::string_view line : linesOf(message.detail))
+        if (std::find(before.begin(), before.end(), line) == before.end())
+            text.append(text.empty() ? "  " : "\n  ").append(line);
+    if (!again)
+        console_.say(text);
+    else if (!text.empty())
+        console_.sayMore(text);
+    last_ = message;
 }
 
 } // namespace korvana::cli

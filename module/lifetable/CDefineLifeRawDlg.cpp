@@ -1,6 +1,8 @@
 #include "module/lifetable/CDefineLifeRawDlg.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <string>
 
 namespace ozm::survival {
 
@@ -29,6 +31,16 @@ void CDefineLifeRawDlg::OnValueChanged(int control) {
     default:
         LifeSpecification::OnValueChanged(control);
     }
+}
+
+int CDefineLifeRawDlg::Decimals(const ControlTemplate& control, double number) const {
+    const int most = LifeSpecification::Decimals(control, number);
+    if (control.id != LifeStep) return most;
+    // No zeros at the end: 1 and 0.25, not 1.00000000.
+    const std::string shortest = NumberInWords(number);
+    if (shortest.find('e') != std::string::npos) return most;
+    const std::size_t point = std::min(shortest.find('.'), shortest.size() - 1);
+    return std::min(most, static_cast<int>(shortest.size() - 1 - point));
 }
 
 void CDefineLifeRawDlg::ShowIntervalMode() {

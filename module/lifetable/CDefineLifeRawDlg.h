@@ -16,6 +16,7 @@ protected:
     bool SelectionsAreValid() override { return CommonSelectionsAreValid(); }
     /// The step size may have been given up.
     void ShowAfterRun(const LifeResults& /*results*/) override { ShowIntervalMode(); }
+    [[nodiscard]] int Decimals(const ControlTemplate& control, double number) const override;
 
 private:
     /// Of the number of intervals and the step size, only the one in use can be set.

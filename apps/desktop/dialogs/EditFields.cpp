@@ -118,7 +118,7 @@ RadioField::RadioField(const ozm::ControlTemplate& control, FieldHost& host, QWi
             QString::fromStdString(analysis->GetResourceString(entry.text)).trimmed(), frame);
         layout->addWidget(button);
         group_->addButton(button, choice);
-        if (choice == 1) frame->setFocusProxy(button);
+        if (choice == 1) setFocusProxy(button); // not of the frame, which would then look focused, too
     }
     QObject::connect(group_, &QButtonGroup::idToggled, this, [this](int id, bool on) {
         if (on) this->host().put(*this, id);

@@ -126,6 +126,78 @@ TEST_F(LifeTableTest, WhatContradictsOrIsOutOfRangeIsRefusedAtOnce) {
              {"--time time", "--censor is missing"}});
 }
 
+/// Every output of one model is made for each, or for those that are named, and knows for which.
+TEST_F(LifeTableTest, FunctionsAndPlotsOfAllModelsOrOfSome) {
+    const std::vector<std::string> models{"Exponential", "Linear Hazard", "Gompertz", "Weibull"};
+    const auto named = [](const std::string& begin, const std::vector<std::string>& ends) {
+        std::vector<std::string> all;
+        for (const std::string& end : ends)
+            all.push_back(begin + end);
+        return all;
+    };
+    const json all = book(table() + "--outputs all");
+    for (const auto& [outputs, title] : {std::pair{"spreadsheets", "Estimates of Hazard Function, Model: "},
+                                         {"spreadsheets", "Estimates of Survival Function; Model: "},
+                                         {"spreadsheets", "Estimates of Prob. Density Function; Model: "},
+                                         {"charts", "LS Estimates of Hazard Function Model: "},
+                                         {"charts", "LS Estimates of Survival Function Model: "},
+                                         {"charts", "LS Estimates of Probability Density Model: "}})
+        EXPECT_EQ(titles(all[outputs], title), named(title, models));
+    EXPECT_EQ(titles(all["charts"], "Fitted"), named("Fitted Survival Functions, Weight ", {"1", "2", "3"}));
+    EXPECT_EQ(all["status"], 0);
+
+    const json some = book(table() + "--distribution weibull,exponential --weighting 3 --outputs all");
+    const std::string hazard = "Estimates of Hazard Function, Model: ";
+    EXPECT_EQ(titles(some["spreadsheets"], hazard), named(hazard, {"Exponential", "Weibull"}));
+    EXPECT_EQ(titles(some["charts"], "Fitted"), named("Fitted Survival Functions, Weight ", {"3"}));
+    EXPECT_EQ(column(some, hazard + "Weibull", "weight2"), column(all, hazard + "Weibull", "weight2"));
+    std::vector<std::string> settings;
+    for (const json& sheet : some["spreadsheets"])
+        if (sheet["title"].get<std::string>().starts_with(hazard))
+            settings.push_back(sheet["origin"]["settings"]["Distribution"]["name"]);
+    EXPECT_EQ(settings, (std::vector<std::string>{"scSurExponential", "scSurWeibull"}));
+}
+
+/// On the screen are the table, the fits and their ranking, and what an option asks for.
+TEST_F(LifeTableTest, WhatAnOptionIsAboutIsShown) {
+    const auto shown = [&](const std::string& more) {
+        return titles(book(table() + more)["spreadsheets"], "");
+    };
+    const std::size_t usual = shown("").size();
+    EXPECT_EQ(usual, 6U) << "life table, four models, ranking";
+    EXPECT_EQ(shown("--distribution gompertz").size(), usual + 3);
+    EXPECT_EQ(shown("--survival .9").size(), usual + 1);
+    EXPECT_EQ(shown("--times 1").size(), usual + 1);
+    EXPECT_EQ(shown("--times 1 --outputs summary").size(), 1U);
+
+    const json book = this->book(table() + "--survival .9,.1 --times 0,7.5,1e3 --level .9");
+    const auto proportions = column(book, "Survival Times", "surviving");
+    ASSERT_EQ(proportions.size(), 24U);
+    EXPECT_EQ(proportions[0], 0.9);
+    EXPECT_EQ(proportions[1], 0.1);
+    const auto times = column(book, "Survival at", "time");
+    ASSERT_EQ(times.size(), 36U);
+    EXPECT_EQ(times[1], 7.5);
+    EXPECT_EQ(column(book, "Survival at", "surviving")[0], 1.0);
+    EXPECT_TRUE(has(book["spreadsheets"].dump(), "90% lower")) << "the level of the limits";
+}
+
+TEST_F(LifeTableTest, WithoutFitsThereIsTheTable) {
+    const Outcome outcome = succeed(veteran() + "--step 100 --no-correction --outputs all --format json");
+    EXPECT_TRUE(has(outcome.err, "message 20611: At least one model is inadequate")) << outcome.err;
+    EXPECT_TRUE(
+        has(outcome.err, "No model can be fitted: the hazard of the interval from 600 has no variance."))
+        << outcome.err;
+    const std::string failed = "message 20617: Parameter estimation failed";
+    EXPECT_TRUE(has(outcome.err, failed)) << outcome.err;
+    EXPECT_EQ(outcome.err.find(failed), outcome.err.rfind(failed)) << "said once, not of each output:\n"
+                                                                   << outcome.err;
+    const json book = json::parse(outcome.out);
+    EXPECT_EQ(book["status"], 1);
+    EXPECT_TRUE(book["charts"].empty());
+    EXPECT_EQ(column(book, "Life Table", "hazard").size(), 10U);
+}
+
 TEST_F(LifeTableTest, ATableHasNoWeights) {
     const json plain = book(table() + "--outputs summary");
     const Outcome weighted = succeed(table() + "--weight dying --outputs summary --format json");

@@ -18,7 +18,7 @@ constexpr CellFormat whole = CellFormat::integer();
 constexpr CellFormat count = CellFormat::general(10);
 constexpr CellFormat time = CellFormat::general(8);
 constexpr CellFormat proportion = CellFormat::fixed(6);
-constexpr CellFormat perTime = CellFormat::general(7); // its size depends on the unit of time
+constexpr CellFormat perTime = CellFormat::general(6); // its size depends on the unit of time
 
 /// A column of the table; `open` when the open row has a value of it.
 struct LifeColumn {

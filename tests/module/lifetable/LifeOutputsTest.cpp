@@ -130,7 +130,9 @@ TEST_F(LifeOutputs, FitsThatAreInadequateAreLeftOutEverywhereAndSaidToBe) {
     } tables[] = {
         {"angina", of.columns[0].values, of.columns[1].values, of.columns[2].values, false},
         // The hazard falls fast at first: a line falls below 0.
-        {"falling", {0, 1, 2, 3, 4, 5, 6}, {0, 0, 0, 0, 0, 0, 1500}, {1000, 40, 20, 8, 4, 1, 0}, true}};
+        {"falling", {0, 1, 2, 3, 4, 5, 6}, {0, 0, 0, 0, 0, 0, 1500}, {1000, 40, 20, 8, 4, 1, 0}, true},
+        // The exponential curve of the early hazards reaches 0: its hazard is there, but of no use.
+        {"long", {0, 1, 2, 3000}, {0, 0, 0, 30}, {50, 30, 20, 0}, true}};
     for (const auto& table : tables) {
         SCOPED_TRACE(table.what);
         RunTable(table.lower, table.withdrawn, table.dying);
@@ -156,10 +158,10 @@ TEST_F(LifeOutputs, FitsThatAreInadequateAreLeftOutEverywhereAndSaidToBe) {
                       table.someInadequate);
             if (shown.empty()) {
                 EXPECT_TRUE(Mentions(host.sheets.front().notes, is + ", weight 1: "));
-                EXPECT_FALSE(Make("HazardFunction"));
+                ASSERT_FALSE(Make("HazardFunction"));
                 EXPECT_EQ(host.messages[0].id, StrLifeNoFits);
                 EXPECT_NE(host.messages[0].detail.find(is + ", weight 3: "), std::string::npos);
-                EXPECT_FALSE(Make("PlotOfHazardFunction"));
+                ASSERT_FALSE(Make("PlotOfHazardFunction"));
                 EXPECT_EQ(host.messages[0].id, StrLifeNoFits);
                 continue;
             }
@@ -288,7 +290,7 @@ TEST_F(LifeOutputs, WhatTheFittingStoppedBeforeIsMissingAndTheReasonGiven) {
     EXPECT_EQ(std::ranges::count(WordsOf(host.sheets.back(), "adequate"), "no"), 12);
     for (const char* output : {"ParameterEstimates", "SurvivalFunction", "PlotOfSurvivalFunction",
                                "PlotOfAllModels", "SurvivalTimes", "SurvivalAtTimes"}) {
-        EXPECT_FALSE(Make(output)) << output;
+        ASSERT_FALSE(Make(output)) << output;
         ASSERT_EQ(host.messages.size(), 1U);
         EXPECT_EQ(host.messages[0].id, StrLifeNoFits) << output;
         EXPECT_NE(host.messages[0].detail.find("the interval from 1 has no variance."), std::string::npos);

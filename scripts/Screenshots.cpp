@@ -127,6 +127,20 @@ void twoSamples() {
     take(*window, QStringLiteral("window-two-sample"));
 }
 
+void lifeTable() {
+    const auto window = windowOn(QStringLiteral("angina.csv"));
+    auto dialog = [&]() -> DialogView& { return *window->runner().currentView(); };
+    start(*window, 0);
+    press(*window, 1);
+    put(*window, 197, 2);
+    window->runner().session().pump();
+    put(*window, 1001, ozm::VariableSelection{{1}, {2}, {3}});
+    take(dialog(), QStringLiteral("dialog-life-table"));
+    press(*window, 1);
+    dialog().showPage(1);
+    take(dialog(), QStringLiteral("dialog-life-table-results"));
+}
+
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -142,6 +156,7 @@ int main(int argc, char* argv[]) {
     folder.setPath(QString::fromLocal8Bit(argv[1]));
     oneSample();
     twoSamples();
+    lifeTable();
     QFile::remove(folder.filePath(QStringLiteral(".settings.ini")));
     return 0;
 }

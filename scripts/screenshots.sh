@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Regenerates the pictures in docs/images: three charts by the command line, the window and its dialogs.
+# Regenerates the pictures in docs/images: four charts by the command line, the window and its dialogs.
 set -euo pipefail
 cd -- "$(dirname -- "$(readlink -f -- "$0")")/.."
 scripts/build.sh release korvana OZMSurvival korvana-drawing desktop-screenshots
@@ -8,11 +8,13 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 # chart COMMAND FILE OPTION...: runs an analysis and keeps the chart FILE as docs/images/COMMAND.png.
 chart() {
-  build/release/bin/korvana "$1" "${@:3}" --complete 1 --censored 0 --format png --quiet --output "$work/$1"
+  build/release/bin/korvana "$1" "${@:3}" --format png --quiet --output "$work/$1"
   cp -- "$work/$1/$2" "docs/images/$1.png"
 }
-leukaemia=(examples/data/leukaemia-6mp.csv --time weeks --censor relapse)
-veteran=(examples/data/veteran.csv --time time --censor status)
+leukaemia=(examples/data/leukaemia-6mp.csv --time weeks --censor relapse --complete 1 --censored 0)
+veteran=(examples/data/veteran.csv --time time --censor status --complete 1 --censored 0)
+chart life-table fitted-survival-functions-weight-3.png examples/data/angina.csv --table lower,withdrawn,dying \
+  --entering 2418 --weighting 3 --outputs plot-models
 chart kaplan-meier survival-function.png "${leukaemia[@]}" --select "group = '6-MP'" --outputs plot-1
 chart two-sample survivorship-cumulative-proportion-surviving.png "${leukaemia[@]}" \
   --group group --group1 6-MP --group2 placebo --outputs plots

@@ -9,8 +9,7 @@ life-table with 30 intervals. Printed are, for each distribution, parameter and 
 estimates; how far that is off, in standard errors of the mean and in standard errors of one estimate; the standard
 deviation of the estimates over their standard error; and in how many of 100 samples the truth lies within two standard
 errors. Ends with 1 when a mean is off by more than one standard error of an estimate, that ratio is not within 0.8 and
-1.25, or fewer than 80 of 100 intervals hold the truth; with
-fewer than 100 samples that happens by chance.
+1.25, or fewer than 80 of 100 intervals hold the truth; of fewer than 100 samples that happens by chance.
 """
 import json
 import math

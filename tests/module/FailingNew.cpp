@@ -12,6 +12,14 @@ void* operator new(std::size_t size) {
     if (memory == nullptr) throw std::bad_alloc();
     return memory;
 }
+// As the C++ runtime has it; sanitizers bring their own, whose memory is not for free().
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }

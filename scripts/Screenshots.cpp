@@ -29,7 +29,7 @@ namespace {
 QDir folder;
 
 void take(QWidget& widget, const QString& name) {
-    QTest::qWait(50);
+    QTest::qWait(200); // charts follow their size after a while
     const QString file = folder.filePath(name + QStringLiteral(".png"));
     if (!widget.grab().save(file)) {
         std::cerr << "cannot write " << file.toStdString() << '\n';

@@ -4,6 +4,7 @@
 #include "module/lifetable/LifeTable.h"
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 
@@ -42,7 +43,10 @@ struct DistributionFit {
     double logLikelihood = none;  ///< 0 of an inadequate fit
 
     DistributionFit();
-    [[nodiscard]] bool IsShown() const { return estimated && inadequacy == Inadequacy::None; }
+    /// Whether it has parameters, which are numbers, and nothing is out of range.
+    [[nodiscard]] bool IsShown() const {
+        return estimated && inadequacy == Inadequacy::None && !std::isnan(parameters.lambda);
+    }
 };
 
 /// Why the fitting stopped before its end.

@@ -149,6 +149,7 @@ TEST(DistributionFits, AMidpointBelowZeroMarksGompertzThroughTheWeibullHazard) {
     for (std::size_t w = 0; w < weightings; ++w) {
         EXPECT_EQ(fits.Of(Gompertz, w).inadequacy, Inadequacy::WeibullHazard);
         EXPECT_FALSE(fits.Of(Weibull, w).hazard[0] > 0);
+        EXPECT_FALSE(fits.Of(Weibull, w).IsShown()) << "its parameters are no numbers";
     }
 }
 

@@ -44,9 +44,7 @@ protected:
     void draw(QCPPainter* painter) override {
         const QCPAxis& axis = *mParentPlot->xAxis;
         const QRect area = axis.axisRect()->rect();
-        std::vector<double> ticks;
-        for (const double tick : axis.tickVector())
-            if (axis.range().contains(tick)) ticks.push_back(tick);
+        const std::vector<double> ticks = places(axis);
         const std::size_t stride = strideOf(ticks, axis);
 
         painter->setFont(font_);
@@ -78,6 +76,24 @@ private:
         if (time < row.from) return {};
         const double number = row.leaving.atRisk(time);
         return std::isnan(number) ? QString() : QString::number(number, 'f', 0);
+    }
+
+    /// The ticks of the axis; where nearly no number is known there, multiples of the step at which they are.
+    [[nodiscard]] std::vector<double> places(const QCPAxis& axis) const {
+        std::vector<double> ticks;
+        for (const double tick : axis.tickVector())
+            if (axis.range().contains(tick)) ticks.push_back(tick);
+        const double step = rows_.front().leaving.step;
+        const auto known = std::ranges::count_if(
+            ticks, [this](double tick) { return !std::isnan(rows_.front().leaving.atRisk(tick)); });
+        if (step <= 0.0 || known > 1) return ticks;
+        constexpr double most = 8.0;
+        const QCPRange range = axis.range();
+        const double apart = step * std::max(1.0, std::ceil(range.size() / step / most));
+        ticks.clear();
+        for (double i = std::ceil(range.lower / apart); i * apart <= range.upper; ++i)
+            ticks.push_back(i * apart);
+        return ticks;
     }
 
     /// How many ticks apart the numbers must be to have room.

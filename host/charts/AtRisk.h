@@ -38,9 +38,10 @@ struct AtRiskRow {
     Leaving leaving;
 };
 
-/// Appends the rows to the plot's layout, below the axes; each number is under its tick of the x axis and
-/// follows it when the axis changes. Where numbers would touch, only every second (third, ...) tick has one.
-/// Makes room for the labels at the left. Does nothing when there is no row.
+/// Appends the rows to the plot's layout, below the axes; each number is under its tick of the x axis, or
+/// where numbers are known at multiples of a step that are no ticks, under such a multiple, and follows it
+/// when the axis changes. Where numbers would touch, only every second (third, ...) tick has one. Makes room
+/// for the labels at the left. Does nothing when there is no row.
 void addAtRiskRows(QCustomPlot& plot, std::vector<AtRiskRow> rows, const QFont& font, const QColor& ink);
 
 } // namespace korvana

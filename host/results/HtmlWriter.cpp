@@ -238,6 +238,8 @@ private:
             out_ << "</tbody>\n</table></div>\n";
             if (shown < rows) tellWhereTheRestIs(shown, rows, tableNumber(place));
         });
+        for (const std::string& note : sheet.footnotes)
+            paragraph(note, "note");
     }
 
     void writeRow(const Spreadsheet& sheet, std::size_t row) {

@@ -45,11 +45,9 @@ void writeCells(const Spreadsheet& sheet, std::size_t row, JsonText& json) {
 }
 
 void writeSpreadsheet(const Spreadsheet& sheet, JsonText& json) {
-    json.raw("\"title\": ")
-        .string(sheet.title)
-        .raw(", \"notes\": ")
-        .strings(sheet.notes)
-        .raw(", \"columns\": ");
+    std::vector<std::string> notes = sheet.notes;
+    notes.insert(notes.end(), sheet.footnotes.begin(), sheet.footnotes.end());
+    json.raw("\"title\": ").string(sheet.title).raw(", \"notes\": ").strings(notes).raw(", \"columns\": ");
     json.array(sheet.columns, ", ", [&json](const Spreadsheet::Column& column) {
         json.raw("[").string(column.heading1).raw(", ").string(column.heading2).raw("]");
     });

@@ -56,6 +56,7 @@ Spreadsheet Spreadsheet::fromSpec(const ozm::SheetSpec& spec) {
     Spreadsheet sheet;
     sheet.title = spec.title;
     sheet.notes = spec.notes;
+    sheet.footnotes = spec.footnotes;
     sheet.repeatsReport = spec.repeatsReport;
     sheet.rowHeadings = spec.rowHeadings;
     sheet.columns.reserve(spec.columns.size());

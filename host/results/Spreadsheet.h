@@ -56,6 +56,7 @@ struct Spreadsheet {
     std::vector<Column> columns;
     bool repeatsReport = false; ///< a report already has its values: reports for people leave it out
     std::shared_ptr<const OutputOrigin> origin{}; ///< nullptr: unknown
+    std::vector<std::string> footnotes{};
 
     /// Copies what a module passes.
     [[nodiscard]] static Spreadsheet fromSpec(const ozm::SheetSpec& spec);

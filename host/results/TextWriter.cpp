@@ -206,6 +206,9 @@ void writeText(const Spreadsheet& sheet, std::ostream& out) {
         }
         endLine(line, out);
     }
+    if (!sheet.footnotes.empty()) out << '\n';
+    for (const std::string& note : sheet.footnotes)
+        writeLine(note, out);
 }
 
 void writeText(const ResultsBook& book, std::ostream& out, const TextOptions& options) {

@@ -26,7 +26,9 @@ bool isAnyCut(const std::vector<std::string>& texts) {
 }
 
 bool cutsTextOf(const Spreadsheet& sheet) {
-    if (isCutInXlsx(sheet.title) || isAnyCut(sheet.notes) || isAnyCut(sheet.rowHeadings)) return true;
+    if (isCutInXlsx(sheet.title) || isAnyCut(sheet.notes) || isAnyCut(sheet.footnotes) ||
+        isAnyCut(sheet.rowHeadings))
+        return true;
     return std::any_of(sheet.columns.begin(), sheet.columns.end(), [](const Spreadsheet::Column& column) {
         const auto* dictionary = std::get_if<Spreadsheet::Dictionary>(&column.cells);
         const auto* texts =
@@ -85,14 +87,21 @@ public:
 
     void addTable(const Spreadsheet& sheet) {
         const std::size_t rows = sheet.rowCount();
+        const std::size_t footnotes = std::min<std::size_t>(sheet.footnotes.size(), 1000);
+        const std::size_t below = footnotes == 0 ? 0 : footnotes + 1; // rows
         std::size_t begin = 0;
         do {
             book_.beginSheet(sheet.title.empty() ? "Table" : sheet.title);
             writeHead(sheet, begin);
-            const std::size_t end = std::min(rows, begin + (mostSheetRows - book_.row()));
+            const std::size_t end = std::min(rows, begin + (mostSheetRows - book_.row() - below));
             for (; begin < end; ++begin, book_.nextRow()) {
                 throwIfWritingStopped();
                 writeRow(sheet, begin);
+            }
+            if (begin == rows && footnotes > 0) {
+                book_.nextRow();
+                for (std::size_t note = 0; note < footnotes; ++note)
+                    book_.line(sheet.footnotes[note], book_.note());
             }
             book_.endSheet(columnsOf(sheet) + 1);
         } while (begin < rows);

@@ -78,7 +78,9 @@ private:
         const ozm::ModuleHandle module = dialog_.Analysis().GetLibInstance();
         if (place >= control.choices.size() || module == nullptr) return named;
         const ozm::ChoiceTemplate& chosen = control.choices[place];
-        named.text = ozm::PlainControlText(module->String(chosen.text));
+        // The entries of a list have no accelerators.
+        const std::string_view text = module->String(chosen.text);
+        named.text = control.kind == ozm::ControlKind::List ? std::string{text} : ozm::PlainControlText(text);
         if (module->typeLibrary == nullptr) return named;
         for (const ozm::AutomationEnumeration& each : module->typeLibrary->enumerations) {
             const auto index = static_cast<std::size_t>(chosen.member) - 1;

@@ -28,6 +28,12 @@ void CDefineLifeTableDlg::OnValueChanged(int control) {
     if (control == SpecifyVariables) ShowEntering();
 }
 
+bool CDefineLifeTableDlg::OnCommand(int control) {
+    const bool done = LifeSpecification::OnCommand(control);
+    if (control == SelectCases) ShowEntering(); // of the cases that are selected now
+    return done;
+}
+
 void CDefineLifeTableDlg::TakeAll() {
     const bool given = given_;
     SpecificationDialog::TakeAll();

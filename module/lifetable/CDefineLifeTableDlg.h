@@ -13,6 +13,7 @@ public:
 protected:
     void OnOpen() override;
     void OnValueChanged(int control) override;
+    bool OnCommand(int control) override;
     void TakeAll() override;
     bool SelectionsAreValid() override;
     void ShowAfterRun(const LifeResults& results) override;

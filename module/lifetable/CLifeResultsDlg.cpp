@@ -110,7 +110,7 @@ OutputResult CLifeResultsDlg::AtTimes() {
 
 std::string CLifeResultsDlg::WhyNoFits() const {
     const LifeResults& results = state_.results;
-    if (results.fits.stop == FitStop::NoVariance) return "\n" + DescribeStop(results.fits, results.table);
+    if (results.fits.stop == FitStop::NoVariance) return "\n" + DescribeStop(results.fits);
     std::vector<std::string> reasons;
     for (const Distribution family : allDistributions)
         if (!ofChosen_ || family == Chosen()) AddReasons(reasons, results.fits, family, results.table);

@@ -11,9 +11,9 @@ namespace {
 
 constexpr double largestExponent = 70.0;
 
-void Mark(DistributionFit& fit, Inadequacy why, std::size_t where) {
+void Mark(DistributionFit& fit, Inadequacy why, double where) {
     fit.inadequacy = why;
-    fit.where = static_cast<std::uint8_t>(where);
+    fit.where = where;
     fit.logLikelihood = 0.0;
 }
 
@@ -54,29 +54,28 @@ SurvivalValue SurvivalAt(Distribution family, const DistributionParameters& of, 
     return {std::exp(exponent), FitStop::None};
 }
 
-/// Survival at the interval starts, and at the midpoints for the densities.
+/// Survival at the interval starts, and at the midpoints for the densities. `time` is that of the last value.
 FitStop FitSurvival(const LifeTable& table, Distribution family, DistributionFit& fit, IntervalColumn& middle,
-                    std::size_t& row) {
-    const auto value = [&](double time, double& out) {
+                    double& time) {
+    // False where the fit ends.
+    const auto value = [&](double& out, FitStop& stop) {
         const SurvivalValue at = SurvivalAt(family, fit.parameters, time);
-        if (at.stop != FitStop::None) return at.stop;
+        stop = at.stop;
+        if (stop != FitStop::None) return false;
         const bool mayRise = family == Distribution::LinearHazard || family == Distribution::Gompertz;
-        out = at.value;
-        if (mayRise && at.value > 1.0) {
-            out = 0.0;
-            Mark(fit, Inadequacy::SurvivalAboveOne, row);
-        }
-        return FitStop::None;
+        out = mayRise && at.value > 1.0 ? 0.0 : at.value;
+        if (mayRise && at.value > 1.0) Mark(fit, Inadequacy::SurvivalAboveOne, time);
+        return fit.inadequacy == Inadequacy::None;
     };
+    FitStop stop = FitStop::None;
     fit.survival[0] = 1.0;
-    for (row = 1; row < table.Rows(); ++row) {
-        if (const FitStop stop = value(table.lower[row], fit.survival[row]); stop != FitStop::None)
-            return stop;
-        if (fit.inadequacy != Inadequacy::None) return FitStop::None;
+    for (std::size_t i = 1; i < table.Rows(); ++i) {
+        time = table.lower[i];
+        if (!value(fit.survival[i], stop)) return stop;
     }
-    for (row = 0; row < table.Closed(); ++row) {
-        if (const FitStop stop = value(table.midpoint[row], middle[row]); stop != FitStop::None) return stop;
-        if (fit.inadequacy != Inadequacy::None) return FitStop::None;
+    for (std::size_t i = 0; i < table.Closed(); ++i) {
+        time = table.midpoint[i];
+        if (!value(middle[i], stop)) return stop;
     }
     return FitStop::None;
 }
@@ -88,7 +87,7 @@ void FitConditional(const LifeTable& table, DistributionFit& fit) {
         if (p > most) p = most;
         if (fit.survival[i] == 0.0 || p <= 0.0) {
             fit.survival[i + 1] = 0.0;
-            Mark(fit, Inadequacy::NobodyLeft, i + 1);
+            Mark(fit, Inadequacy::NobodyLeft, table.lower[i + 1]);
             return;
         }
         fit.conditional[i] = p;
@@ -107,7 +106,7 @@ void CheckSigns(DistributionFits& all) {
     for (const Distribution family : {Distribution::Exponential, Distribution::Weibull})
         for (std::size_t w = 0; w < weightings; ++w)
             if (DistributionFit& fit = all.Of(family, w); fit.parameters.lambda < 0.0)
-                Mark(fit, Inadequacy::NegativeLambda, 0);
+                Mark(fit, Inadequacy::NegativeLambda, 0.0);
 }
 
 } // namespace
@@ -138,13 +137,13 @@ void FitHazards(const LifeTable& table, Distribution family, std::size_t weighti
         if (family == Distribution::Weibull && !(fit.parameters.lambda * fit.parameters.gamma > 0.0)) {
             if (DistributionFit& gompertz = fits.Of(Distribution::Gompertz, weighting);
                 gompertz.inadequacy == Inadequacy::None)
-                Mark(gompertz, Inadequacy::WeibullHazard, 0);
+                Mark(gompertz, Inadequacy::WeibullHazard, 0.0);
             return;
         }
         fit.hazard[i] = HazardAt(family, fit.parameters, table.midpoint[i]);
         if (family == Distribution::LinearHazard && fit.hazard[i] < 0.0) {
             fit.hazard[i] = 0.0;
-            Mark(fit, Inadequacy::NegativeHazard, i);
+            Mark(fit, Inadequacy::NegativeHazard, table.midpoint[i]);
         }
     }
 }
@@ -154,7 +153,7 @@ DistributionFits FitDistributions(const LifeTable& table) {
     for (std::size_t i = 0; i < table.Closed(); ++i)
         if (!HasVariances(table, i)) {
             all.stop = FitStop::NoVariance;
-            all.stoppedRow = i;
+            all.stoppedTime = table.lower[i];
             return all;
         }
     bool goesOn = ForEachFit(all, [&](DistributionFit& fit, Distribution family, std::size_t w) {
@@ -168,7 +167,7 @@ DistributionFits FitDistributions(const LifeTable& table) {
     });
     std::array<std::array<IntervalColumn, weightings>, distributions> middles{};
     goesOn = ForEachFit(all, [&](DistributionFit& fit, Distribution family, std::size_t w) {
-        return FitSurvival(table, family, fit, middles[static_cast<std::size_t>(family)][w], all.stoppedRow);
+        return FitSurvival(table, family, fit, middles[static_cast<std::size_t>(family)][w], all.stoppedTime);
     });
     if (!goesOn) return all;
     ForEachFit(all, [&](DistributionFit& fit, Distribution family, std::size_t w) {

@@ -30,7 +30,7 @@ struct DistributionFit {
 
     bool estimated = false; ///< whether there are parameters
     Inadequacy inadequacy = Inadequacy::None;
-    std::uint8_t where = 0; ///< the row at which an inadequacy shows, where it has one
+    double where = 0.0; ///< the time at which an inadequacy shows, where it has one
     DistributionParameters parameters{none, none};
     double lambdaVariance = none;
     double gammaVariance = none;
@@ -63,10 +63,10 @@ enum class FitStop : std::uint8_t {
 struct DistributionFits {
     std::array<std::array<DistributionFit, weightings>, distributions> fits;
     FitStop stop = FitStop::None;
-    // Where it stopped; a stop for want of variance has a row only.
+    // Where it stopped; a stop for want of variance has a time only.
     Distribution stoppedAt = Distribution::Exponential;
     std::size_t stoppedWeighting = 0;
-    std::size_t stoppedRow = 0;
+    double stoppedTime = 0.0;
 
     [[nodiscard]] const DistributionFit& Of(Distribution family, std::size_t weighting) const {
         return fits[static_cast<std::size_t>(family)][weighting];

@@ -61,13 +61,11 @@ double ErrorAt(Distribution family, const DistributionFit& fit, double t) {
 
 EstimateWithLimits SurvivalWithLimits(Distribution family, const DistributionFit& fit, double time,
                                       double z) {
-    const double cumulative = CumulativeHazardAt(family, fit.parameters, time);
+    if (time == 0.0) return {1.0, 0.0, 1.0, 1.0};
     EstimateWithLimits estimate;
+    const double cumulative = CumulativeHazardAt(family, fit.parameters, time);
+    if (cumulative < 0.0 || HazardAt(family, fit.parameters, time) < 0.0) return estimate;
     estimate.value = std::exp(-cumulative);
-    if (time == 0.0) {
-        estimate = {1.0, 0.0, 1.0, 1.0};
-        return estimate;
-    }
     const double error = ErrorAt(family, fit, time);
     estimate.error = estimate.value * error;
     if (!(cumulative > 0.0)) return estimate;

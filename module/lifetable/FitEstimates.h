@@ -15,7 +15,7 @@ struct EstimateWithLimits {
 /// The fitted survival at a time >= 0, by the delta method from the covariance of the parameters: the
 /// standard error of S is S times that of the cumulative hazard; the limits are those of ln(-ln S), so that
 /// they lie between 0 and 1. `z` is the normal quantile of the confidence level. At time 0 survival is 1
-/// without error.
+/// without error. NaN where the hazard is negative or survival above 1, as a linear hazard's may be.
 EstimateWithLimits SurvivalWithLimits(Distribution family, const DistributionFit& fit, double time, double z);
 
 /// The time at which the fitted survival has fallen to a proportion between 0 and 1, exclusive. Its standard

@@ -9,8 +9,8 @@
 namespace ozm::survival {
 namespace {
 
-std::string WhyStopped(const DistributionFits& fits, const LifeTable& table) {
-    const std::string at = FormatNumber(table.lower[fits.stoppedRow]);
+std::string WhyStopped(const DistributionFits& fits) {
+    const std::string at = FormatNumber(fits.stoppedTime);
     switch (fits.stop) {
     case FitStop::NoVariance:
         return Filled(StrLifeWhyNoVariance, {at});
@@ -42,26 +42,28 @@ std::string FitName(Distribution family, std::size_t weighting) {
 std::string WhyInadequate(const DistributionFits& fits, Distribution family, std::size_t weighting,
                           const LifeTable& table) {
     const DistributionFit& fit = fits.Of(family, weighting);
+    // Before the mark that another fit may have given it.
+    if (fit.estimated && std::isnan(fit.parameters.lambda))
+        return std::string{Text(table.Closed() < 2 ? StrLifeWhyOneInterval : StrLifeWhyNoLogarithm)};
     switch (fit.inadequacy) {
     case Inadequacy::NegativeLambda:
         return std::string{Text(StrLifeWhyNegativeLambda)};
     case Inadequacy::NegativeHazard:
-        return Filled(StrLifeWhyNegativeHazard, {FormatNumber(table.midpoint[fit.where])});
+        return Filled(StrLifeWhyNegativeHazard, {FormatNumber(fit.where)});
     case Inadequacy::SurvivalAboveOne:
-        return Filled(StrLifeWhySurvivalAboveOne, {FormatNumber(table.lower[fit.where])});
+        return Filled(StrLifeWhySurvivalAboveOne, {FormatNumber(fit.where)});
     case Inadequacy::NobodyLeft:
-        return Filled(StrLifeWhyNobodyLeft, {FormatNumber(table.lower[fit.where])});
+        return Filled(StrLifeWhyNobodyLeft, {FormatNumber(fit.where)});
     case Inadequacy::WeibullHazard:
         return std::string{Text(StrLifeWhyWeibullHazard)};
     case Inadequacy::None:
         break;
     }
     if (std::isfinite(fit.logLikelihood)) return {};
-    if (fits.stop == FitStop::NoVariance) return WhyStopped(fits, table);
-    if (fits.stop == FitStop::None) return std::string{Text(StrLifeWhyNoLogarithm)};
-    if (fits.stoppedAt == family && fits.stoppedWeighting == weighting) return WhyStopped(fits, table);
-    return Filled(StrLifeWhyStopped,
-                  {FitName(fits.stoppedAt, fits.stoppedWeighting), WhyStopped(fits, table)});
+    if (fits.stop == FitStop::NoVariance) return WhyStopped(fits);
+    if (fits.stop == FitStop::None) return std::string{Text(StrLifeWhyNotComputed)};
+    if (fits.stoppedAt == family && fits.stoppedWeighting == weighting) return WhyStopped(fits);
+    return Filled(StrLifeWhyStopped, {FitName(fits.stoppedAt, fits.stoppedWeighting), WhyStopped(fits)});
 }
 
 void AddReasons(std::vector<std::string>& sentences, const DistributionFits& fits, Distribution family,
@@ -71,8 +73,8 @@ void AddReasons(std::vector<std::string>& sentences, const DistributionFits& fit
             sentences.push_back(Filled(StrLifeInadequateFit, {FitName(family, w), why}));
 }
 
-std::string DescribeStop(const DistributionFits& fits, const LifeTable& table) {
-    const std::string why = WhyStopped(fits, table);
+std::string DescribeStop(const DistributionFits& fits) {
+    const std::string why = WhyStopped(fits);
     if (fits.stop == FitStop::NoVariance) return Filled(StrLifeWhyStoppedAll, {why});
     return Filled(StrLifeStoppedAt, {FitName(fits.stoppedAt, fits.stoppedWeighting), why});
 }

@@ -24,6 +24,6 @@ void AddReasons(std::vector<std::string>& sentences, const DistributionFits& fit
                 const LifeTable& table);
 
 /// What stopped the fitting, one sentence, and what it means for the fits.
-std::string DescribeStop(const DistributionFits& fits, const LifeTable& table);
+std::string DescribeStop(const DistributionFits& fits);
 
 } // namespace ozm::survival

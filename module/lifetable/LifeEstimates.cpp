@@ -52,8 +52,8 @@ OutputResult Write(const LifeReportOf& of, const EstimateTable& what, std::span<
     const std::vector<AdequateFit> fits = AdequateFits(of.results.fits);
     if (fits.empty()) return OutputResult::Failed(StrLifeNoFits);
     ResultTable table{std::string{Text(what.title)}};
-    table.AddNote(std::string{Text(what.note)});
-    table.AddNote(std::string{Text(StrLifeWeightsNote)});
+    table.AddFootnote(std::string{Text(what.note)});
+    table.AddFootnote(std::string{Text(StrLifeWeightsNote)});
     const auto model = table.AddTexts({"model", StrLifeColModel});
     const auto weight = table.AddNumbers({"weight", StrLifeColWeight}, CellFormat::integer());
     const auto add = [&](bool time) {

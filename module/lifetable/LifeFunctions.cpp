@@ -19,7 +19,7 @@ OutputResult WriteFittedFunction(const LifeReportOf& of, LifeFunction function, 
     const LifeTable& life = of.results.table;
     const FunctionTexts& texts = TextsOf(function);
     ResultTable table{Trimmed(texts.sheetTitle) + " " + DistributionName(family)};
-    table.AddNote(std::string{Text(StrLifeWeightsNote)});
+    table.AddFootnote(std::string{Text(StrLifeWeightsNote)});
     const auto number = table.AddNumbers(
         {"interval", StrLifeColNumber, 0, std::string{Text(StrLifeInFullNumber)}}, CellFormat::integer());
     const auto start =
@@ -33,8 +33,8 @@ OutputResult WriteFittedFunction(const LifeReportOf& of, LifeFunction function, 
         if (texts.IsShown(of.results.fits.Of(family, w), life))
             any = true;
         else
-            table.AddNote(Filled(StrLifeInadequateFit,
-                                 {FitName(family, w), WhyInadequate(of.results.fits, family, w, life)}));
+            table.AddFootnote(Filled(StrLifeInadequateFit,
+                                     {FitName(family, w), WhyInadequate(of.results.fits, family, w, life)}));
     }
     if (!any) return OutputResult::Failed(StrLifeNoFits);
     if (!table.AddRows(of.host, life.Rows())) return OutputResult::Failed(StrLifeNoMemory);

@@ -78,9 +78,9 @@ std::vector<std::size_t> ShownWeightings(const DistributionFits& fits, Distribut
 OutputResult WriteModel(const LifeReportOf& of, Distribution family, const std::vector<std::string>& notes) {
     const LifeResults& results = of.results;
     ResultTable table{Trimmed(StrLifeParameters) + " " + DistributionName(family)};
-    table.AddNote(std::string{Text(StrLifeWeightsNote)});
+    table.AddFootnote(std::string{Text(StrLifeWeightsNote)});
     for (const std::string& note : notes)
-        table.AddNote(note);
+        table.AddFootnote(note);
     const auto method = table.AddNumbers(
         {"method", StrLifeColEstimation, StrLifeColMethod, std::string{Text(StrLifeInFullMethod)}}, whole);
     const ParameterColumns lambda(table, {"lambda", "lambdaVariance", "lambdaError"}, StrLifeColLambda);

@@ -19,8 +19,8 @@ OutputResult WriteFitRanking(const LifeReportOf& of) {
     const StatusLine line(of.host, StrPrinting);
     const LifeResults& results = of.results;
     ResultTable table{std::string{Text(StrLifeRanking)}};
-    table.AddNote(std::string{Text(StrLifeRankingNote)});
-    table.AddNote(std::string{Text(StrLifeWeightsNote)});
+    table.AddFootnote(std::string{Text(StrLifeRankingNote)});
+    table.AddFootnote(std::string{Text(StrLifeWeightsNote)});
     const auto rank = table.AddNumbers({"rank", StrLifeColRank}, whole);
     const auto model = table.AddTexts({"model", StrLifeColModel});
     const auto weight = table.AddNumbers({"weight", StrLifeColWeight}, whole);

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -61,6 +63,11 @@ std::string InFull(int id) {
     return id == 0 ? std::string{} : std::string{Text(id)};
 }
 
+/// What overflows cannot be computed.
+double Computed(double value) {
+    return std::isfinite(value) ? value : std::numeric_limits<double>::quiet_NaN();
+}
+
 /// Whether some proportion dead is a corrected one.
 bool Corrects(const LifeResults& results) {
     const LifeTable& table = results.table;
@@ -77,9 +84,9 @@ OutputResult WriteLifeTableSheet(const LifeReportOf& of) {
     const LifeTable& life = of.results.table;
     const MedianLives& medians = of.results.medians;
     ResultTable table{std::string{Text(StrLifeTable)}};
-    table.AddNote(std::string{Text(StrLifeLogLikelihood)} + FormatNumber(of.results.logLikelihood, 10));
-    if (medians.beyond.any()) table.AddNote(std::string{Text(StrLifeMarkNote)});
-    if (Corrects(of.results)) table.AddNote(std::string{Text(StrLifeCorrectedNote)});
+    table.AddFootnote(std::string{Text(StrLifeLogLikelihood)} + FormatNumber(of.results.logLikelihood, 10));
+    if (medians.beyond.any()) table.AddFootnote(std::string{Text(StrLifeMarkNote)});
+    if (Corrects(of.results)) table.AddFootnote(std::string{Text(StrLifeCorrectedNote)});
     const auto number =
         table.AddNumbers({"interval", StrLifeColNumber, 0, InFull(StrLifeInFullNumber)}, whole);
     std::vector<ResultTable::Numbers> cells;
@@ -95,11 +102,12 @@ OutputResult WriteLifeTableSheet(const LifeReportOf& of) {
     for (std::size_t i = 0; i < life.Rows(); ++i) {
         table[number][i] = static_cast<double>(i + 1);
         for (std::size_t k = 0; k < cells.size(); ++k)
-            if (columns[k].open || i < life.Closed()) table[cells[k]][i] = (life.*columns[k].cells)[i];
+            if (columns[k].open || i < life.Closed())
+                table[cells[k]][i] = Computed((life.*columns[k].cells)[i]);
         if (i == life.Closed()) break;
-        table[median][i] = medians.median[i];
+        table[median][i] = Computed(medians.median[i]);
         table[beyond][i] = medians.beyond[i] ? 1 : 0;
-        table[error][i] = medians.error[i];
+        table[error][i] = Computed(medians.error[i]);
     }
     return table.Write(of.host);
 }

@@ -54,12 +54,23 @@ void CountObservations(const Run& run, LifeResults& results) {
     }
 }
 
+/// The number that the data have; where they do not have a whole one in range, also that.
+void TellEntering(const Run& run) {
+    double leaving = 0.0;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(run.counts.intervals); ++i)
+        leaving += run.counts.withdrawn[i] + run.counts.dying[i];
+    if (leaving == run.counts.entering)
+        run.Note(StrLifeEnteringFromData, {FormatExact(run.counts.entering)});
+    else
+        run.Note(StrLifeEnteringRounded, {FormatExact(run.counts.entering), FormatExact(leaving)});
+}
+
 void TellTable(const Run& run, const LifeTable& table) {
     if (run.rows.LeftOut() > 0)
         run.Note(StrLifeRowsLeftOut, {FormatCount(run.rows.LeftOut()), FormatCount(run.rows.selected),
                                       DescribeRowsLeftOut(run.host, run.shared, run.rows)});
-    if (!run.state.settings.enteringGiven)
-        run.Note(StrLifeEnteringFromData, {FormatExact(run.counts.entering)});
+    if (!run.state.settings.enteringGiven) TellEntering(run);
+    if (table.lower[0] != 0.0) run.Note(StrLifeNotFromZero, {FormatExact(table.lower[0])});
     const std::size_t last = table.Closed();
     if (table.rows < run.counts.intervals) run.Note(StrLifeRowsUnused, {FormatExact(table.lower[last])});
     if (const double leaving = table.withdrawn[last] + table.dying[last]; leaving > table.entering[last])
@@ -77,7 +88,7 @@ void Tell(const Run& run) {
     if (results.uncensored == 0.0) run.Note(StrLifeNobodyDied, {FormatExact(results.valid)});
     if (results.fits.stop != FitStop::None)
         run.host.DspMessageBox(MessageStyle::Warning, run.window, StrLifeInadequate,
-                               DescribeStop(results.fits, results.table));
+                               DescribeStop(results.fits));
 }
 
 LifeStatus Compute(Run& run, StatusLine& line) {

@@ -35,7 +35,7 @@
     S(StrLifeRawData, 20622, "&Raw data, one case per observation") \
     S(StrLifeTableOfTimes, 20623, "&Table of survival times, one case per interval") \
     S(StrLifeByNumber, 20624, "&number of intervals") \
-    S(StrLifeByStep, 20625, "&step size") \
+    S(StrLifeByStep, 20625, "ste&p size") \
     S(StrLifeSorting, 20626, " Sorting survival times ... ") \
     S(StrLifeComputing, 20627, " Computing life table ... ") \
     S(StrLifePreparing, 20628, "Computing ...") \
@@ -63,10 +63,16 @@
       "%1 enter the first interval: the number of all that are withdrawn or die, as no other number was given.") \
     S(StrLifeRowsUnused, 20643, \
       "The table ends at %1, where nobody is left; later intervals are not used.") \
+    S(StrLifeNotFromZero, 20644, \
+      "The table begins at %1, and the distributions that are fitted begin at 0: their survival is taken as 1 at %1, " \
+      "and as that since 0 at all later limits. For fits that begin with the table, subtract %1 from its limits.") \
     S(StrLifeBadNumbers, 20645, "The list of numbers cannot be used.") \
     S(StrLifeBadProportion, 20646, "'%1' is no proportion between 0 and 1, as in 0.75 0.5 0.25.") \
     S(StrLifeBadTime, 20647, "'%1' is no time of 0 or more, as in 1 2.5 10.") \
     S(StrLifeNoTimes, 20648, "No interval starts after 0: give the times.") \
+    S(StrLifeEnteringRounded, 20649, \
+      "%1 enter the first interval: the number of all that are withdrawn or die, %2, as a whole number from 5 to " \
+      "99,999,999, as no other number was given.") \
     S(StrLifeResults, 20650, "Life Table & Survival Time Distribution Results ") \
     S(StrLifeVariable, 20651, "Variable: ") \
     S(StrLifeCensoringVariable, 20652, "Variable with censoring indicator: ") \
@@ -185,7 +191,7 @@
     S(StrLifeWhySurvivalAboveOne, 20782, "survival is above 1 at %1") \
     S(StrLifeWhyNobodyLeft, 20783, "survival is 0 at %1") \
     S(StrLifeWhyWeibullHazard, 20784, "the Weibull fit of the same weights has no hazard") \
-    S(StrLifeWhyNoLogarithm, 20785, "a logarithm does not exist") \
+    S(StrLifeWhyNoLogarithm, 20785, "the logarithm of an interval's middle does not exist") \
     S(StrLifeWhyNoVariance, 20786, "the hazard of the interval from %1 has no variance") \
     S(StrLifeWhyStopped, 20787, "the fitting stopped before it: %1, %2") \
     S(StrLifeWhyIntercept, 20788, "the log-linear intercept is beyond 600") \
@@ -194,7 +200,9 @@
     S(StrLifeWhyGammaZero, 20791, "Gamma is 0") \
     S(StrLifeWhyStoppedAll, 20792, "No model can be fitted: %1.") \
     S(StrLifeInadequateFit, 20793, "%1: %2.") \
-    S(StrLifeStoppedAt, 20794, "The fitting stopped at %1: %2. What was computed before is kept.") \
+    S(StrLifeStoppedAt, 20794, "The fitting stopped at %1: %2. Parameters and curves computed before are kept; no fit has a likelihood.") \
+    S(StrLifeWhyOneInterval, 20795, "a line needs two closed intervals") \
+    S(StrLifeWhyNotComputed, 20796, "its likelihood cannot be computed") \
     S(StrLifeQuantiles, 20800, "Survival Times by Proportion Surviving") \
     S(StrLifeSurvivalAtTimes, 20801, "Survival at Given Times") \
     S(StrLifeColSurvivalTime, 20802, "Survival") \
@@ -206,7 +214,8 @@
       "Note: Limits are those of the delta method for the logarithm of the time. Empty: the fitted survival does not " \
       "fall that far.") \
     S(StrLifeAtTimesNote, 20808, \
-      "Note: Limits are those of the delta method for the logarithm of the cumulative hazard.") \
+      "Note: Limits are those of the delta method for the logarithm of the cumulative hazard. Empty: the fitted " \
+      "hazard is negative there, or survival above 1.") \
     S(StrLifeColProportionSurviving, 20809, "Surviving")
 // clang-format on
 

@@ -47,6 +47,8 @@ public:
     explicit ResultTable(std::string title) { sheet_.title = std::move(title); }
 
     void AddNote(std::string note) { sheet_.notes.push_back(std::move(note)); }
+    /// A line below the table.
+    void AddFootnote(std::string note) { sheet_.footnotes.push_back(std::move(note)); }
     /// Marks a table whose values the text report already has.
     void RepeatsReport() { sheet_.repeatsReport = true; }
 

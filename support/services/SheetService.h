@@ -59,6 +59,7 @@ struct SheetSpec {
     std::vector<SheetColumn> columns;
     /// The text report already has these values: a report for people leaves the table out.
     bool repeatsReport = false;
+    std::vector<std::string> footnotes{}; ///< lines shown below the table
 };
 
 /// Creates results spreadsheets in the host's results.

@@ -168,6 +168,8 @@ fit <- function(dataset, table, model, weighting, times, curves) {
   for (k in seq_along(times)) {
     H <- cumulative_hazard(model, l, g, times[k])
     limits <- exp(-H * exp(c(z, -z) * error(times[k], H)))
+    # Where a linear hazard is negative there is no survival, nor where survival would exceed 1.
+    if (H < 0 || hazard_at(model, l, g, times[k]) < 0) { H <- NA; limits <- c(NA, NA) }
     put("survival_at", exp(-H), row = k)
     put("survival_at_lower", limits[1], row = k)
     put("survival_at_upper", limits[2], row = k)

@@ -194,6 +194,7 @@ public:
     short looka4(const SheetSpec& spec) override {
         if (failSheets) return 1;
         Sheet sheet{spec.title, spec.notes, spec.rowHeadings, {}, {}, {}, {}};
+        sheet.notes.insert(sheet.notes.end(), spec.footnotes.begin(), spec.footnotes.end());
         for (const SheetColumn& column : spec.columns) {
             sheet.headings.emplace_back(column.heading1, column.heading2);
             sheet.ids.push_back(column.id);

@@ -11,6 +11,7 @@
 #include <QEvent>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QLocale>
 #include <QPlainTextEdit>
@@ -77,6 +78,12 @@ protected:
         if (ozm::Contains(range_, value() + 1.0) || value() < range_.least) steps |= StepUpEnabled;
         if (ozm::Contains(range_, value() - 1.0) || value() > range_.greatest) steps |= StepDownEnabled;
         return steps;
+    }
+    /// With Ctrl, Page Up and Page Down turn the pages of the dialog.
+    void keyPressEvent(QKeyEvent* event) override {
+        const bool pages = event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown;
+        if (pages && event->modifiers().testFlag(Qt::ControlModifier)) return event->ignore();
+        QSpinBox::keyPressEvent(event);
     }
 
 private:

@@ -34,6 +34,7 @@ Spreadsheet firstRows(const Spreadsheet& sheet, std::size_t count) {
     Spreadsheet first;
     first.title = sheet.title;
     first.notes = sheet.notes;
+    first.footnotes = sheet.footnotes;
     keepFirst(first.rowHeadings, sheet.rowHeadings, count);
     for (const Spreadsheet::Column& column : sheet.columns) {
         Spreadsheet::Column& kept = first.columns.emplace_back(

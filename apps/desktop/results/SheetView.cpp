@@ -28,11 +28,11 @@ constexpr int widestEms = 40;
 
 SheetView::SheetView(const Spreadsheet& sheet, QWidget* parent)
     : OutputView(parent), sheet_(sheet), model_(new SheetModel(sheet, this)), table_(new QTableView),
-      title_(new WrappedLabel), notes_(new WrappedLabel),
+      title_(new WrappedLabel), notes_(new WrappedLabel), footnotes_(new WrappedLabel),
       copyWithHeadings_(new QAction(tr("Copy with &Headings"), this)),
       copyAsShown_(new QAction(tr("Copy as &Shown"), this)),
       selectAll_(new QAction(tr("Select A&ll"), this)) {
-    for (WrappedLabel* label : {title_, notes_}) {
+    for (WrappedLabel* label : {title_, notes_, footnotes_}) {
         label->setTextInteractionFlags(Qt::TextSelectableByMouse);
         label->setContentsMargins(8, 0, 8, 0);
     }
@@ -66,6 +66,7 @@ SheetView::SheetView(const Spreadsheet& sheet, QWidget* parent)
     column->addWidget(title_);
     column->addWidget(notes_);
     column->addWidget(table_, 1);
+    column->addWidget(footnotes_);
     showTexts();
     fitColumns();
 }
@@ -84,6 +85,11 @@ void SheetView::showTexts() {
     }
     notes_->setText(lines.join('\n'));
     notes_->setVisible(!lines.isEmpty());
+    lines.clear();
+    for (const std::string& note : sheet_.footnotes)
+        lines += QString::fromStdString(oneLine(note));
+    footnotes_->setText(lines.join('\n'));
+    footnotes_->setVisible(!lines.isEmpty());
 }
 
 void SheetView::fitColumns() {

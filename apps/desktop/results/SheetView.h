@@ -9,8 +9,8 @@ class QTableView;
 namespace korvana::desktop {
 
 class WrappedLabel;
-/// A results table: title and notes, two-line headings; cells and whole columns can be selected and copied.
-/// Opens at once, however long the table is.
+/// A results table: title and notes, two-line headings, footnotes; cells and whole columns can be selected
+/// and copied. Opens at once, however long the table is.
 class SheetView : public OutputView {
     Q_OBJECT
 
@@ -37,6 +37,7 @@ private:
     QTableView* table_;
     WrappedLabel* title_;
     WrappedLabel* notes_;
+    WrappedLabel* footnotes_; ///< below the table
     QAction* copyWithHeadings_;
     QAction* copyAsShown_;
     QAction* selectAll_;

@@ -209,6 +209,7 @@ TEST_F(LifeTableTest, ATableHasNoWeights) {
     EXPECT_EQ(book["messages"][0]["id"], 20616);
     EXPECT_EQ(book["runs"][0]["data"]["weightVariable"], "");
     ASSERT_EQ(book["runs"][0]["dialogs"].size(), 2U);
+    EXPECT_TRUE(has(book["runs"][0]["dialogs"][0].dump(), "Life tables & Distributions"));
     EXPECT_EQ(book["runs"][0]["dialogs"][1]["id"], "SurLifeTableTable");
 }
 

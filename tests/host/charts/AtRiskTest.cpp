@@ -70,6 +70,20 @@ TEST(AtRisk, NumbersStandUnderTheirTicks) {
     EXPECT_EQ(renderChart(info, PictureFormat::Svg).bytes, renderChart(plain, PictureFormat::Svg).bytes);
 }
 
+TEST(AtRisk, NumbersKnownBetweenTheTicksStandWhereTheyAreKnown) {
+    ozm::CChartInfo info = test::stepChart();
+    info.xAxis.min = 0;
+    info.xAxis.max = 10;
+    info.series[0].leaving = {0, 0.91, 1.82, 2.73};
+    info.series[0].leavingCounts = {100, 50, 20, 7};
+    info.series[0].leavingStep = 0.91;
+    std::size_t shown = 0;
+    for (const auto& [y, texts] : test::readSvg(renderChart(info, PictureFormat::Svg).bytes).lines)
+        for (const char* number : {"177", "27", "0"})
+            if (texts.contains("177") && texts.contains(number)) ++shown;
+    EXPECT_EQ(shown, 3U) << "at 0, 1.82, and after all have left";
+}
+
 TEST(AtRisk, CurvesKeepTheirRoomHoweverManyGroupsThereAre) {
     for (const int groups : {1, 2, 12, 13, 40, 250}) {
         ozm::CChartInfo info;

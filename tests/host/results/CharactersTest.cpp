@@ -64,6 +64,7 @@ ResultsBook bookOf(const std::string& text) {
     book.messages = {{1, text, text, ResultMessage::Severity::Warning}};
     book.append(Report{text, {text}});
     Spreadsheet sheet{text, {text}, {text}, {}};
+    sheet.footnotes = {text};
     sheet.columns.push_back({text, text, {}, std::vector<std::string>{text}, "text", text});
     sheet.columns.push_back({"", "", {}, Spreadsheet::Dictionary{{0}, {text}}});
     book.append(std::move(sheet));
@@ -120,7 +121,7 @@ TEST_F(Files, AreWellFormedWhateverTheCharacters) {
             }
         }
         const QStringList cells = textsIn(read(unpacked / "xl/worksheets/sheet2.xml"), "t");
-        ASSERT_EQ(cells.size(), 8); // title, note, three headings, row heading and two cells
+        ASSERT_EQ(cells.size(), 9); // title, note, three headings, row heading, two cells, footnote
         EXPECT_EQ(unescapedCell(cells.back()), oneLine(text));
         fs::remove_all(unpacked);
     }

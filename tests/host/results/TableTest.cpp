@@ -91,6 +91,16 @@ TEST(TextWriter, ColumnsHoldTheirWidestNumber) {
     }
 }
 
+TEST(TextWriter, NotesStandAboveATableAndFootnotesBelow) {
+    Spreadsheet sheet;
+    sheet.notes = {"above"};
+    sheet.footnotes = {"below", "further below"};
+    sheet.columns.push_back({"heading", "", {}, std::vector<double>{12.5}, "", ""});
+    std::ostringstream out;
+    writeText(sheet, out);
+    EXPECT_EQ(out.str(), "above\n\nheading\n-------\n   12.5\n\nbelow\nfurther below\n");
+}
+
 TEST(TextWriter, AwkwardTextsStayOnTheirLines) {
     std::ostringstream out;
     writeText(smallBook(), out);

@@ -101,9 +101,10 @@ TEST(DistributionFits, ALinearHazardThatFallsBelowZeroIsInadequate) {
     const DistributionFits fits = FitDistributions(TableOf({0, 1, 2, 3, 4, 5}, 1000, {600, 40, 20, 10, 5}));
     const DistributionFit& fit = fits.Of(LinearHazard, 0);
     EXPECT_EQ(fit.inadequacy, Inadequacy::NegativeHazard);
-    ASSERT_GT(fit.where, 0);
-    EXPECT_EQ(fit.hazard[fit.where], 0);
-    EXPECT_GT(fit.hazard[fit.where - 1U], 0);
+    const auto place = static_cast<std::size_t>(fit.where); // midpoints are 0.5, 1.5 ...
+    EXPECT_EQ(fit.where, static_cast<double>(place) + 0.5);
+    EXPECT_EQ(fit.hazard.at(place), 0);
+    EXPECT_GT(fit.hazard.at(place - 1), 0);
 }
 
 TEST(DistributionFits, ALinearHazardThatIsNegativeAtTheStartOnlyRaisesSurvivalAboveOne) {
@@ -117,6 +118,7 @@ TEST(DistributionFits, ALinearHazardThatIsNegativeAtTheStartOnlyRaisesSurvivalAb
         EXPECT_LT(CumulativeHazardAt(LinearHazard, fit.parameters, 0.5), 0);
         EXPECT_GT(CumulativeHazardAt(LinearHazard, fit.parameters, 1), 0);
         EXPECT_EQ(fit.inadequacy, Inadequacy::SurvivalAboveOne);
+        EXPECT_EQ(fit.where, 0.5);
         EXPECT_EQ(fits.Of(Weibull, w).inadequacy, Inadequacy::None);
     }
 }
@@ -254,6 +256,19 @@ void IsWithinBounds(const AnyTable& any) {
             }
             EXPECT_GE(test.p, 0);
             EXPECT_LE(test.p, 1);
+            double before = 1;
+            for (const double of : {0.0, 1e-6, 0.01, 0.1, 0.5, 1.0, 2.0, 4.0, 10.0, 100.0, 1e4, 1e300}) {
+                const EstimateWithLimits at =
+                    SurvivalWithLimits(family, fit, of * table.lower[table.Closed()], 1.96);
+                if (std::isnan(at.value)) continue; // the hazard is negative there
+                EXPECT_LE(at.value, before);
+                EXPECT_GE(at.value, 0);
+                if (at.value > 0 && !std::isnan(at.lower)) {
+                    EXPECT_LE(at.lower, at.value);
+                    EXPECT_GE(at.upper, at.value);
+                }
+                before = at.value;
+            }
             for (std::size_t i = 0; i < table.Closed(); ++i) {
                 EXPECT_LE(fit.survival[i + 1], fit.survival[i]);
                 EXPECT_GE(fit.survival[i + 1], 0);

@@ -29,7 +29,8 @@ const Strings& WordsOf(const Sheet& sheet, const std::string& id) {
 }
 
 bool Mentions(const Strings& notes, std::string_view text) {
-    return std::ranges::any_of(notes, [text](const std::string& n) { return n.find(text) != n.npos; });
+    return std::ranges::any_of(notes,
+                               [text](const std::string& n) { return n.find(text) != std::string::npos; });
 }
 
 /// The rows of a table as input, small enough to be put down.

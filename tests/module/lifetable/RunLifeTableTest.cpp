@@ -248,6 +248,21 @@ TEST_F(RunLifeTables, RowsWithoutAValueOrWithOneOutOfRangeAreLeftOut) {
         host.notes, [](const std::string& note) { return note.find("6 of 10 rows left out") == 0; }));
 }
 
+TEST_F(RunLifeTables, WhatATableTakesAsGivenIsSaid) {
+    const auto noted = [this](const std::string& text) {
+        return std::ranges::any_of(host.notes, [&](const std::string& note) { return note.find(text) == 0; });
+    };
+    Table({{10, 11, 12}, {1, 1, 1}, {3, 4, 2}});
+    ASSERT_TRUE(Run());
+    EXPECT_TRUE(noted("The table begins at 10, and the distributions that are fitted begin at 0"));
+    EXPECT_TRUE(noted("12 enter the first interval: the number of all that are withdrawn or die, as no"));
+    Table({{0, 1, 2}, {1.25, 1, 1}, {3, 4, 2}});
+    ASSERT_TRUE(Run());
+    EXPECT_TRUE(
+        noted("13 enter the first interval: the number of all that are withdrawn or die, 12.25, as a whole"));
+    EXPECT_FALSE(noted("The table begins"));
+}
+
 TEST_F(RunLifeTables, NumbersWithdrawnAddUpToTheirLimitAtMost) {
     Table({{0, 1, 2}, {1, 1, 99'999'997}, {1, 1, 1}});
     state.settings.entering = 99'999'999;

@@ -133,6 +133,8 @@ TEST_F(Fields, ANumberOutOfRangeIsRefusedBesideTheField) {
     EXPECT_TRUE(complaint().contains("'Number' takes numbers from")) << complaint().toStdString();
     EXPECT_EQ(value<int>(Count), 40);
     EXPECT_EQ(number->text(), "41") << "to be corrected";
+    QTest::keyClick(number, Qt::Key_PageDown, Qt::ControlModifier);
+    EXPECT_EQ(number->text(), "41") << "which turns the page of the dialog";
     retype(number->findChild<QLineEdit*>(), "7");
     QTest::keyClick(number, Qt::Key_Tab);
     EXPECT_TRUE(complaint().isEmpty());

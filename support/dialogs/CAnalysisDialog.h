@@ -72,7 +72,8 @@ public:
 
     /// Sets the value of any control. A value that does not fit the control (wrong type, no such position, no
     /// such variable in the data, more variables than a box holds, a number out of range) is refused and
-    /// changes nothing. A disabled control takes values, so that scripts may set a dialog's values in any order.
+    /// changes nothing. A disabled control takes values, so that scripts may set a dialog's values in any
+    /// order.
     DialogResult PutValue(int control, ControlValue value);
     /// The most decimals that a control shows a number with: set by the template, or by the dialog from the
     /// number.

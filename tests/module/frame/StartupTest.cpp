@@ -13,8 +13,7 @@ TEST_F(KaplanFixture, StartupEntriesLeadToTheirAnalyses) {
         int member, position;
         AnalysisType type;
         int modelKind;
-    } const rows[] = {{5, 4, AnalysisType::Regression, 1},
-                      {6, 6, AnalysisType::Regression, 5}};
+    } const rows[] = {{5, 4, AnalysisType::Regression, 1}, {6, 6, AnalysisType::Regression, 5}};
     for (const auto& row : rows) {
         host.messages.clear();
         host.Go(analysis, StepInitialize);

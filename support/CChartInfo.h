@@ -37,6 +37,9 @@ struct ChartSeries {
     std::vector<double> leavingCounts;
     double leavingStep = 0.0; ///< for a long sample: numbers at risk are known at its multiples
     double staying = 0.0;     ///< observations that leave after the last of these times (those not plotted)
+    /// Instead of these: the numbers at risk at the places of the series, one per x, where they are known
+    /// only there.
+    std::vector<double> atRisk;
 };
 
 /// An axis: its title, and its range if the caller sets one (min < max), else chosen from the data.

@@ -26,7 +26,7 @@ public:
         for (const AtRiskRow& row : rows_) {
             room = std::max(room,
                             metrics_.horizontalAdvance(row.label) +
-                                metrics_.horizontalAdvance(QString::number(row.leaving.all(), 'f', 0)) / 2);
+                                metrics_.horizontalAdvance(QString::number(row.leaving.all(), 'g', 10)) / 2);
         }
         return static_cast<int>(std::ceil(room + 2 * gap));
     }
@@ -44,8 +44,7 @@ protected:
     void draw(QCPPainter* painter) override {
         const QCPAxis& axis = *mParentPlot->xAxis;
         const QRect area = axis.axisRect()->rect();
-        const std::vector<double> ticks = places(axis);
-        const std::size_t stride = strideOf(ticks, axis);
+        const std::vector<double> ticks = apart(places(axis), axis);
 
         painter->setFont(font_);
         painter->setPen(ink_);
@@ -59,10 +58,10 @@ protected:
             const double end = area.left() - half - gap;
             painter->drawText(line(0, y, end), Qt::AlignRight | Qt::AlignVCenter, row.label);
             painter->setPen(ink_);
-            for (std::size_t i = 0; i < ticks.size(); i += stride) {
-                const QString number = text(row, ticks[i]);
+            for (const double tick : ticks) {
+                const QString number = text(row, tick);
                 const double width = metrics_.horizontalAdvance(number) + 2;
-                painter->drawText(line(axis.coordToPixel(ticks[i]) - width / 2, y, width),
+                painter->drawText(line(axis.coordToPixel(tick) - width / 2, y, width),
                                   Qt::AlignHCenter | Qt::AlignVCenter, number);
             }
         }
@@ -75,38 +74,42 @@ private:
     [[nodiscard]] static QString text(const AtRiskRow& row, double time) {
         if (time < row.from) return {};
         const double number = row.leaving.atRisk(time);
-        return std::isnan(number) ? QString() : QString::number(number, 'f', 0);
+        return std::isnan(number) ? QString() : QString::number(number, 'g', 10);
     }
 
-    /// The ticks of the axis; where nearly no number is known there, multiples of the step at which they are.
+    /// The ticks of the axis; where nearly no number is known there, some of the times at which they are.
     [[nodiscard]] std::vector<double> places(const QCPAxis& axis) const {
         std::vector<double> ticks;
         for (const double tick : axis.tickVector())
             if (axis.range().contains(tick)) ticks.push_back(tick);
-        const double step = rows_.front().leaving.step;
-        const auto known = std::ranges::count_if(
-            ticks, [this](double tick) { return !std::isnan(rows_.front().leaving.atRisk(tick)); });
-        if (step <= 0.0 || known > 1) return ticks;
-        constexpr double most = 8.0;
-        const QCPRange range = axis.range();
-        const double apart = step * std::max(1.0, std::ceil(range.size() / step / most));
+        const Leaving& first = rows_.front().leaving;
+        const auto known =
+            std::ranges::count_if(ticks, [&](double tick) { return !std::isnan(first.atRisk(tick)); });
+        if (first.known.empty() || known > 1) return ticks;
         ticks.clear();
-        for (double i = std::ceil(range.lower / apart); i * apart <= range.upper; ++i)
-            ticks.push_back(i * apart);
+        for (const double time : first.times)
+            if (axis.range().contains(time)) ticks.push_back(time);
+        constexpr std::size_t most = 8;
+        const std::size_t each = std::max<std::size_t>((ticks.size() + most - 1) / most, 1);
+        std::size_t kept = 0;
+        for (std::size_t i = 0; i < ticks.size(); i += each)
+            ticks[kept++] = ticks[i];
+        ticks.resize(kept);
         return ticks;
     }
 
-    /// How many ticks apart the numbers must be to have room.
-    [[nodiscard]] std::size_t strideOf(const std::vector<double>& ticks, const QCPAxis& axis) const {
-        if (ticks.size() < 2) return 1;
+    /// Those at which the numbers do not touch, from the first one on.
+    [[nodiscard]] std::vector<double> apart(const std::vector<double>& ticks, const QCPAxis& axis) const {
         double widest = 0.0;
         for (const AtRiskRow& row : rows_)
             for (const double tick : ticks)
                 widest = std::max(widest, metrics_.horizontalAdvance(text(row, tick)));
-        const double apart = std::fabs(axis.coordToPixel(ticks[1]) - axis.coordToPixel(ticks[0]));
-        if (!(apart > 0.0)) return ticks.size();
-        return std::clamp<std::size_t>(static_cast<std::size_t>(std::ceil((widest + gap) / apart)), 1,
-                                       ticks.size());
+        std::vector<double> kept;
+        for (const double tick : ticks)
+            if (kept.empty() ||
+                std::fabs(axis.coordToPixel(tick) - axis.coordToPixel(kept.back())) >= widest + gap)
+                kept.push_back(tick);
+        return kept;
     }
 
     std::vector<AtRiskRow> rows_;
@@ -117,17 +120,28 @@ private:
 
 } // namespace
 
+bool tellsNumbersAtRisk(const ozm::ChartSeries& series) {
+    return !series.leaving.empty() || !series.atRisk.empty();
+}
+
 bool tellsNumbersAtRisk(const ozm::CChartInfo& info) {
     return std::any_of(info.series.begin(), info.series.end(),
-                       [](const ozm::ChartSeries& series) { return !series.leaving.empty(); });
+                       [](const ozm::ChartSeries& series) { return tellsNumbersAtRisk(series); });
 }
 
 Leaving Leaving::of(const ozm::ChartSeries& series) {
+    if (!series.atRisk.empty()) return {.times = series.x, .known = series.atRisk};
     return {series.leaving, series.leavingCounts, series.leavingStep, series.staying};
 }
 
 double Leaving::atRisk(double time) const {
     constexpr double unknown = std::numeric_limits<double>::quiet_NaN();
+    if (!known.empty()) {
+        const double near = 1e-9 * (times.back() - times.front());
+        const auto place = std::ranges::lower_bound(times, time - near);
+        const bool found = place != times.end() && *place <= time + near;
+        return found ? known[static_cast<std::size_t>(place - times.begin())] : unknown;
+    }
     const double steps = step > 0.0 ? time / step : 0.0;
     if (std::fabs(steps - std::round(steps)) > 1e-6) return unknown;
     // A tick is a multiple of the tick step and may be a rounding error above the time that it means.
@@ -139,6 +153,7 @@ double Leaving::atRisk(double time) const {
 }
 
 double Leaving::all() const {
+    if (!known.empty()) return known.front();
     return counts.empty() ? static_cast<double>(times.size()) + staying
                           : std::accumulate(counts.begin(), counts.end(), staying);
 }

@@ -251,7 +251,7 @@ private:
         std::vector<AtRiskRow> rows;
         if (!info_.numbersAtRisk) return rows;
         for (const ChartSeries& series : info_.series)
-            if (!series.leaving.empty())
+            if (tellsNumbersAtRisk(series))
                 rows.push_back({elidedLine(series.legend, font(13), options_.width / 4),
                                 style_.colour(series), series.x.empty() ? 0.0 : series.x.front(),
                                 Leaving::of(series)});

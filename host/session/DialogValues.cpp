@@ -48,7 +48,7 @@ private:
         std::vector<Setting::Role> named;
         for (std::size_t place = 0; place < selection.size() && place < control.roles.size(); ++place) {
             Setting::Role& role = named.emplace_back();
-            role.prompt = control.roles[place].prompt;
+            role.prompt = ozm::PlainControlText(control.roles[place].prompt);
             for (const int number : selection[place])
                 if (const Variable* found = variable(number)) role.variables.push_back(found->name);
         }

@@ -8,6 +8,7 @@ namespace {
 
 bool isWellFormed(const ozm::ChartSeries& series) {
     if (!series.leavingCounts.empty() && series.leavingCounts.size() != series.leaving.size()) return false;
+    if (!series.atRisk.empty() && series.atRisk.size() != series.x.size()) return false;
     return series.style == ozm::ChartSeries::Style::Histogram ? series.x.empty()
                                                               : series.x.size() == series.y.size();
 }

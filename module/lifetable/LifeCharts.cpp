@@ -6,8 +6,6 @@
 #include "module/survdata/ShowChart.h"
 #include "module/survdata/StatusLine.h"
 
-#include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <string>
 #include <utility>
@@ -25,28 +23,6 @@ ChartSeries Series(std::string legend, int group, const LifeTable& table, const 
     return series;
 }
 
-/// Whether the lower limits are multiples of the first width.
-bool IsEven(const LifeTable& table) {
-    for (std::size_t i = 0; i < table.Rows(); ++i) {
-        const double even = static_cast<double>(i) * table.width[0];
-        if (std::abs(table.lower[i] - even) > 1e-9 * even) return false;
-    }
-    return true;
-}
-
-/// For the numbers at risk, which between the limits are not known: all who leave in an interval leave at its
-/// start.
-void AddLeaving(ChartSeries& series, const LifeTable& table) {
-    if (!IsEven(table)) return;
-    series.leavingStep = table.width[0];
-    for (std::size_t i = 0; i < table.Rows(); ++i) {
-        series.leaving.push_back(table.lower[i]);
-        series.leavingCounts.push_back(table.withdrawn[i] + table.dying[i]);
-    }
-    const std::size_t last = table.Closed();
-    series.staying = std::max(0.0, table.entering[last] - series.leavingCounts[last]);
-}
-
 /// The series and notes of a chart of fitted functions.
 class FunctionChart {
 public:
@@ -61,7 +37,7 @@ public:
         series.role = ChartSeries::Role::Observed;
         series.marker = ChartSeries::Marker::Circle;
         if (function == LifeFunction::Survival) {
-            AddLeaving(series, table);
+            series.atRisk.assign(table.entering.begin(), table.entering.begin() + table.rows);
             chart_.yAxis.min = 0.0;
             chart_.yAxis.max = 1.0;
         } else {

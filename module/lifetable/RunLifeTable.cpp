@@ -54,22 +54,22 @@ void CountObservations(const Run& run, LifeResults& results) {
     }
 }
 
-/// The number that the data have; where they do not have a whole one in range, also that.
-void TellEntering(const Run& run) {
+/// The number entering that the data have; where it is not a whole one in range, also that.
+std::string DescribeNumberEntering(const Run& run) {
     double leaving = 0.0;
     for (std::size_t i = 0; i < static_cast<std::size_t>(run.counts.intervals); ++i)
         leaving += run.counts.withdrawn[i] + run.counts.dying[i];
     if (leaving == run.counts.entering)
-        run.Note(StrLifeEnteringFromData, {FormatExact(run.counts.entering)});
-    else
-        run.Note(StrLifeEnteringRounded, {FormatExact(run.counts.entering), FormatExact(leaving)});
+        return Filled(StrLifeEnteringFromData, {FormatExact(run.counts.entering)});
+    return Filled(StrLifeEnteringRounded, {FormatExact(run.counts.entering), FormatExact(leaving)});
 }
 
 void TellTable(const Run& run, const LifeTable& table) {
     if (run.rows.LeftOut() > 0)
         run.Note(StrLifeRowsLeftOut, {FormatCount(run.rows.LeftOut()), FormatCount(run.rows.selected),
                                       DescribeRowsLeftOut(run.host, run.shared, run.rows)});
-    if (!run.state.settings.enteringGiven) TellEntering(run);
+    if (!run.state.settings.enteringGiven)
+        run.host.DspMessageBox(MessageStyle::Note, nullptr, 0, DescribeNumberEntering(run), {});
     if (table.lower[0] != 0.0) run.Note(StrLifeNotFromZero, {FormatExact(table.lower[0])});
     const std::size_t last = table.Closed();
     if (table.rows < run.counts.intervals) run.Note(StrLifeRowsUnused, {FormatExact(table.lower[last])});
@@ -159,7 +159,8 @@ std::string Describe(const Run& run, LifeStatus status) {
     case LifeStatus::TooFewIntervals:
         return DescribeTable(run);
     case LifeStatus::NegativeEntering:
-        return DescribeEntering(run.counts);
+        return DescribeEntering(run.counts) +
+               (run.state.settings.enteringGiven ? "" : "\n" + DescribeNumberEntering(run));
     case LifeStatus::NoWidth:
         return DescribeWidth(run);
     default:

@@ -47,7 +47,7 @@
     S(StrLifeStepDetail, 20632, \
       "The largest survival time, %1, is %2 steps of %3; there may be 4 to 29. The number of intervals, %4, is used " \
       "from now on.") \
-    S(StrLifeRowsRead, 20633, "%1 of %2 rows were read as intervals.") \
+    S(StrLifeRowsRead, 20633, "%1 intervals were read from the first %2 selected rows.") \
     S(StrLifeCasesAlive, 20634, \
       "Interval %1, from %2, begins with %3 alive: the number entering the first interval, %4, is smaller than the " \
       "numbers withdrawn and dying before.") \

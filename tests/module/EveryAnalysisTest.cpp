@@ -253,8 +253,10 @@ TEST_P(EveryAnalysis, CurvesOverTimeAskForTheNumbersAtRisk) {
     ASSERT_TRUE(Whole());
     ASSERT_FALSE(host.charts.empty());
     for (const CChartInfo& chart : host.charts) {
-        const bool tell = std::any_of(chart.series.begin(), chart.series.end(),
-                                      [](const ChartSeries& series) { return !series.leaving.empty(); });
+        const bool tell =
+            std::any_of(chart.series.begin(), chart.series.end(), [](const ChartSeries& series) {
+                return !series.leaving.empty() || !series.atRisk.empty();
+            });
         const bool survival = chart.yAxis.title.starts_with("Cum");
         const bool overTime = survival && chart.xAxis.title.find("Log") == std::string::npos;
         EXPECT_EQ(tell && chart.numbersAtRisk, overTime) << chart.title;

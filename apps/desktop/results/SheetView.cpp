@@ -7,6 +7,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLocale>
+#include <QScrollArea>
 #include <QTableView>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -29,7 +30,7 @@ constexpr int widestEms = 40;
 SheetView::SheetView(const Spreadsheet& sheet, QWidget* parent)
     : OutputView(parent), sheet_(sheet), model_(new SheetModel(sheet, this)), table_(new QTableView),
       title_(new WrappedLabel), notes_(new WrappedLabel), footnotes_(new WrappedLabel),
-      copyWithHeadings_(new QAction(tr("Copy with &Headings"), this)),
+      below_(new QScrollArea), copyWithHeadings_(new QAction(tr("Copy with &Headings"), this)),
       copyAsShown_(new QAction(tr("Copy as &Shown"), this)),
       selectAll_(new QAction(tr("Select A&ll"), this)) {
     for (WrappedLabel* label : {title_, notes_, footnotes_}) {
@@ -66,7 +67,15 @@ SheetView::SheetView(const Spreadsheet& sheet, QWidget* parent)
     column->addWidget(title_);
     column->addWidget(notes_);
     column->addWidget(table_, 1);
-    column->addWidget(footnotes_);
+    below_->setWidget(footnotes_);
+    below_->setWidgetResizable(true);
+    below_->setFrameShape(QFrame::NoFrame);
+    below_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+    constexpr int mostLines = 7;
+    below_->setMaximumHeight(mostLines * QFontMetrics(footnotes_->font()).lineSpacing());
+    for (QWidget* each : {static_cast<QWidget*>(footnotes_), below_->viewport()})
+        each->setAutoFillBackground(false);
+    column->addWidget(below_);
     showTexts();
     fitColumns();
 }
@@ -89,7 +98,7 @@ void SheetView::showTexts() {
     for (const std::string& note : sheet_.footnotes)
         lines += QString::fromStdString(oneLine(note));
     footnotes_->setText(lines.join('\n'));
-    footnotes_->setVisible(!lines.isEmpty());
+    below_->setVisible(!lines.isEmpty());
 }
 
 void SheetView::fitColumns() {

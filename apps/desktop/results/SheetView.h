@@ -4,6 +4,7 @@
 #include "apps/desktop/results/SheetCopy.h"
 #include "apps/desktop/results/SheetModel.h"
 
+class QScrollArea;
 class QTableView;
 
 namespace korvana::desktop {
@@ -37,7 +38,8 @@ private:
     QTableView* table_;
     WrappedLabel* title_;
     WrappedLabel* notes_;
-    WrappedLabel* footnotes_; ///< below the table
+    WrappedLabel* footnotes_;
+    QScrollArea* below_; ///< the table: it holds the footnotes, which scroll if there are many
     QAction* copyWithHeadings_;
     QAction* copyAsShown_;
     QAction* selectAll_;

@@ -74,14 +74,26 @@ TEST(AtRisk, NumbersKnownBetweenTheTicksStandWhereTheyAreKnown) {
     ozm::CChartInfo info = test::stepChart();
     info.xAxis.min = 0;
     info.xAxis.max = 10;
-    info.series[0].leaving = {0, 0.91, 1.82, 2.73};
-    info.series[0].leavingCounts = {100, 50, 20, 7};
-    info.series[0].leavingStep = 0.91;
-    std::size_t shown = 0;
-    for (const auto& [y, texts] : test::readSvg(renderChart(info, PictureFormat::Svg).bytes).lines)
-        for (const char* number : {"177", "27", "0"})
-            if (texts.contains("177") && texts.contains(number)) ++shown;
-    EXPECT_EQ(shown, 3U) << "at 0, 1.82, and after all have left";
+    // Uneven, beginning after 0, with parts of numbers; of many times some have their number.
+    for (const std::size_t count : {3U, 30U}) {
+        info.series[0].x.clear();
+        info.series[0].atRisk.clear();
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto part = static_cast<double>(i) / static_cast<double>(count);
+            info.series[0].x.push_back(0.31 + 9.1 * part * part);
+            info.series[0].atRisk.push_back(177.5 - static_cast<double>(i));
+        }
+        info.series[0].y.assign(count, 0.5);
+        ASSERT_TRUE(tellsNumbersAtRisk(info));
+        std::size_t shown = 0;
+        for (const auto& [y, texts] : test::readSvg(renderChart(info, PictureFormat::Svg).bytes).lines) {
+            if (!texts.contains("177.5")) continue;
+            for (std::size_t i = 0; i < count; ++i)
+                shown += texts.count(std::to_string(177 - i) + ".5");
+        }
+        EXPECT_GE(shown, 3U);
+        EXPECT_LE(shown, 8U);
+    }
 }
 
 TEST(AtRisk, CurvesKeepTheirRoomHoweverManyGroupsThereAre) {

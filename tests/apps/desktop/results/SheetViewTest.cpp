@@ -46,6 +46,29 @@ TEST(SheetCopy, TextsNeverBreakTheTableAndRowsWithoutASelectedCellAreLeftOut) {
     EXPECT_EQ(textOf(*copiedCells(sheet, cells, {})), "1\t\n\t8\n");
 }
 
+TEST(SheetView, ManyFootnotesLeaveTheTableItsRowsAndCanBeScrolled) {
+    for (const int notes : {1, 3, 40}) {
+        Spreadsheet sheet = test::smallSheet();
+        sheet.notes.clear();
+        for (int i = 0; i < notes; ++i)
+            sheet.footnotes.push_back("Gompertz, weight " + std::to_string(i) +
+                                      ": a line needs two closed intervals.");
+        SheetView view(sheet);
+        view.resize(420, 400);
+        view.show();
+        QTest::qWait(50);
+        auto* table = view.findChild<QTableView*>();
+        EXPECT_GE(table->viewport()->height(), 3 * table->rowHeight(0)) << notes;
+        QScrollBar* bar = nullptr;
+        for (auto* area : view.findChildren<QScrollArea*>()) {
+            EXPECT_TRUE(area->isVisible());
+            bar = area->verticalScrollBar();
+        }
+        ASSERT_NE(bar, nullptr);
+        EXPECT_EQ(bar->maximum() > 0, notes == 40) << "what fits needs no scroll bar: " << notes;
+    }
+}
+
 TEST(SheetView, AMillionRowsAreShownWithoutACopy) {
     Spreadsheet sheet;
     std::vector<double> values(1'000'000);

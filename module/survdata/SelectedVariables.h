@@ -13,8 +13,8 @@ void TakeList(CAnalysisSupport& host, SharedSettings& shared, std::size_t list, 
 
 /// After other data were opened: a list whose variables all exist there by name is kept, with the numbers
 /// that they have there. Any other is cleared, as a part of it (an end date without its start) would mean
-/// something else. Survival times, and the limits and counts of a
-/// table, that are texts in the new data are cleared too.
+/// something else. Survival times, and the limits and counts of a table, that are texts in the new data are
+/// cleared too.
 void FindListsAgain(CAnalysisSupport& host, SharedSettings& shared);
 
 } // namespace ozm::survival

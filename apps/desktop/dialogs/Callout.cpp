@@ -73,18 +73,26 @@ QRect Callout::placeIn(const QSize& room, Reach reach) const {
     return {};
 }
 
-void Callout::growWindow(const QSize& by) {
+QSize Callout::ownSize() const {
+    const QSize now = parentWidget()->size();
+    return given_.contains(now) ? own_ : now - grown_;
+}
+
+void Callout::growWindow(const QSize& own, const QSize& by) {
     QWidget& window = *parentWidget();
     QLayout* layout = window.layout();
-    if (by.isNull() || layout == nullptr) return;
-    const QSize size = window.size() + by;
-    grown_ += by;
+    own_ = own;
+    given_.append(own);
+    if (by == grown_ || layout == nullptr) return;
     QMargins margins = layout->contentsMargins();
-    margins.setRight(margins.right() + by.width());
-    margins.setBottom(margins.bottom() + by.height());
+    margins.setRight(margins.right() + by.width() - grown_.width());
+    margins.setBottom(margins.bottom() + by.height() - grown_.height());
+    grown_ = by;
     layout->setContentsMargins(margins);
     layout->activate(); // updates the window's minimum size, and enlarges the window if it is smaller
-    window.resize(size);
+    given_.append(window.size());
+    window.resize(own + by);
+    given_.append(window.size());
     layout->activate();
 }
 
@@ -101,7 +109,8 @@ void Callout::takePlace() {
     placing_ = true;
     label_->setMinimumWidth(0);
     const QSize now = parentWidget()->size();
-    const QSize own = now - grown_;
+    const QSize own = ownSize();
+    if (!given_.contains(now)) given_.clear(); // the user has chosen another size since
     const QSize most = own.expandedTo(now + screenRoom());
     const QSize wider(most.width(), own.height());
     const QSize higher(own.width(), most.height());
@@ -115,7 +124,7 @@ void Callout::takePlace() {
         if (place.isEmpty()) continue;
         const int margin = fontMetrics().height() / 4;
         const QSize needed(place.right() + 1 + margin, place.bottom() + 1 + margin);
-        if (room != now) growWindow(needed.expandedTo(own) - now);
+        growWindow(own, room != now ? needed.expandedTo(own) - own : now - own);
         setGeometry(place);
         break;
     }
@@ -124,11 +133,14 @@ void Callout::takePlace() {
 
 void Callout::hideEvent(QHideEvent* event) {
     QFrame::hideEvent(event);
-    if (!event->spontaneous() && !placing_) growWindow(QSize(0, 0) - grown_);
+    if (event->spontaneous() || placing_) return;
+    growWindow(ownSize(), QSize(0, 0));
+    given_.clear();
 }
 
 bool Callout::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize && !isHidden()) takePlace();
+    if (event->type() == QEvent::Resize && !isHidden() && !given_.contains(parentWidget()->size()))
+        takePlace();
     return QFrame::eventFilter(watched, event);
 }
 

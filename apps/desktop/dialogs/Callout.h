@@ -3,6 +3,7 @@
 #include "apps/desktop/dialogs/FreePlace.h"
 
 #include <QFrame>
+#include <QList>
 #include <QPointer>
 
 class QLabel;
@@ -35,12 +36,18 @@ private:
     [[nodiscard]] QRect placeIn(const QSize& room, Reach reach) const;
     /// How far the window may grow.
     [[nodiscard]] QSize screenRoom() const;
-    void growWindow(const QSize& by);
+    /// The window's size without what it grew by.
+    [[nodiscard]] QSize ownSize() const;
+    void growWindow(const QSize& own, const QSize& by);
 
     QLabel* label_;
     QString text_;
     QPointer<QWidget> subject_;
     QSize grown_{0, 0}; ///< what the window grew by to make room
+    QSize own_;         ///< the window's size without that, when it grew
+    /// The sizes that the window had or was given since the callout is shown. A slow window manager still
+    /// reports the earlier ones when a later one was asked for: none of them was chosen by the user.
+    QList<QSize> given_;
     bool placing_ = false;
 };
 

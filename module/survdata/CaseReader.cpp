@@ -103,6 +103,15 @@ void CaseReader::ShareCounts() {
                              counts_.smallWeight,  counts_.roundedWeight};
 }
 
+void CaseReader::CountLeftOut(Taken why) {
+    if (why == Taken::MissingCovariate)
+        ++counts_.missingCovariate;
+    else if (why == Taken::MissingStratum)
+        ++counts_.missingStratum;
+    else
+        ++counts_.otherStratum;
+}
+
 bool CaseReader::Examine(Observation& observation) {
     const double censoring = values_[0];
     observation.complete = CodesEqual(censoring, settings_.completeCode);

@@ -33,6 +33,10 @@ struct ReadingCounts {
     std::int32_t tooLarge = 0;     ///< a time variable beyond 1e15
     std::int32_t invalidDate = 0;
     std::int32_t negativeTime = 0;
+    // What the analysis itself leaves out; see `Taken`.
+    std::int32_t missingCovariate = 0;
+    std::int32_t missingStratum = 0;
+    std::int32_t otherStratum = 0; ///< none of the strata's codes
     // Valid cases whose weight has an effect that may surprise, each case once.
     std::int32_t missingWeight = 0; ///< counts once, like any weight below 2
     std::int32_t zeroWeight = 0;    ///< 0 or less: counts once
@@ -41,9 +45,13 @@ struct ReadingCounts {
 
     [[nodiscard]] std::int64_t LeftOut() const {
         return std::int64_t{missingCode} + otherCode + missingGroup + otherGroup + missingTime + tooLarge +
-               invalidDate + negativeTime;
+               invalidDate + negativeTime + missingCovariate + missingStratum + otherStratum;
     }
 };
+
+/// What an analysis does with an observation that the reader gives to it: takes it, has no room for it, or
+/// leaves its case out for a reason that is counted.
+enum class Taken : std::uint8_t { Yes, NoRoom, MissingCovariate, MissingStratum, OtherStratum };
 
 /// One observation, as a reading pass gives it to its analysis.
 struct Observation {
@@ -85,8 +93,9 @@ public:
 
     /// Reads all cases and calls `append(const Observation&)` for each valid one, a weighted case once per
     /// copy. Ends with Stopped on a stop request or when the host cannot go on, TooManyCases when a further
-    /// case would be examined after `capacity` observations, TooFewValid when two or fewer are valid. If
-    /// `append` returns a bool, false means that it has no room for the observation: TooManyCases.
+    /// case would be examined after `capacity` observations, TooFewValid when two or fewer are valid.
+    /// `append` returns nothing, or `Taken`: NoRoom means TooManyCases; a case that is left out was not
+    /// valid.
     template <class Append>
     Status Read(std::int32_t capacity, Append&& append);
 
@@ -100,14 +109,15 @@ private:
     /// number. Else the reason is counted.
     bool Examine(Observation& observation);
     template <class Append>
-    static bool Appended(Append& append, const Observation& observation) {
+    static Taken Give(Append& append, const Observation& observation) {
         if constexpr (std::is_void_v<decltype(append(observation))>) {
             append(observation);
-            return true;
+            return Taken::Yes;
         } else {
             return append(observation);
         }
     }
+    void CountLeftOut(Taken why);
     bool SurvivalTime(double& time);
     bool DateTime(double& time);
     /// Whether the variable at this place has no value for the current case.
@@ -155,13 +165,19 @@ Status CaseReader::Read(std::int32_t capacity, Append&& append) {
         const double read = static_cast<double>(counts_.casesRead) + copies;
         Observation observation;
         observation.caseNumber = n;
-        if (!Examine(observation)) {
+        Taken taken = Taken::NoRoom;
+        const bool valid = Examine(observation);
+        if (valid) {
+            MarkMissing();
+            taken = Give(append, observation);
+            if (taken == Taken::NoRoom) return Status::TooManyCases;
+        }
+        if (!valid || taken != Taken::Yes) {
+            if (valid) CountLeftOut(taken);
             // All copies of a case count, or none.
             counts_.casesRead = read < most ? static_cast<std::int32_t>(read) : most;
             continue;
         }
-        MarkMissing();
-        if (!Appended(append, observation)) return Status::TooManyCases;
         counts_.distinctValid += 1.0;
         if (weightPlace_ >= 0) CountWeight();
         ++counts_.valid;
@@ -171,7 +187,7 @@ Status CaseReader::Read(std::int32_t capacity, Append&& append) {
         for (std::int64_t copy = 0; copy < further; ++copy) {
             if (StopRequested(host_)) return Status::Stopped;
             if (counts_.valid >= capacity) return Status::TooManyCases;
-            if (!Appended(append, observation)) return Status::TooManyCases;
+            if (Give(append, observation) != Taken::Yes) return Status::TooManyCases;
             ++counts_.valid;
             if (counts_.casesRead < most) ++counts_.casesRead;
         }

@@ -57,6 +57,8 @@ public:
     [[nodiscard]] std::span<T> First(std::size_t count) { return Span().first(count); }
     [[nodiscard]] std::span<const T> First(std::size_t count) const { return Span().first(count); }
     [[nodiscard]] std::size_t Size() const { return size_; }
+    T& operator[](std::size_t i) { return data_[i]; }
+    const T& operator[](std::size_t i) const { return data_[i]; }
 
 private:
     CAnalysisSupport* host_ = nullptr;

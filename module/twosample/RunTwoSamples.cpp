@@ -27,9 +27,9 @@ Status Read(CAnalysisSupport& host, SharedSettings& shared, GroupLists& lists, R
     // Each list fills up by itself: no common limit.
     constexpr auto anyNumber = std::numeric_limits<std::int32_t>::max();
     const Status status = reader.Read(anyNumber, [&](const Observation& o) {
-        if (lists.Append(o)) return true;
+        if (lists.Append(o)) return Taken::Yes;
         run.refused = o;
-        return false;
+        return Taken::NoRoom;
     });
     run.reading = reader.Counts();
     run.groups = lists.Counts();

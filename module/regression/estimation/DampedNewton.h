@@ -1,0 +1,42 @@
+#pragma once
+
+#include "module/regression/estimation/LikelihoodModel.h"
+
+#include <functional>
+#include <span>
+
+namespace ozm::survival {
+
+/// When the iteration ends.
+struct IterationLimits {
+    double criterion = 0.0001; ///< relative change of the log-likelihood and of every parameter
+    int most = 50;             ///< one iteration more is made before it ends without convergence
+};
+
+/// What an estimation leaves.
+struct NewtonEstimate {
+    double logLikelihood = 0.0;
+    double nullLogLikelihood = 0.0; ///< with all parameters 0
+    int iterations = 0;
+    SquareMatrix covariance;    ///< by the information at the start of the last iteration
+    ParameterVector gradient{}; ///< at the end
+};
+
+/// An iteration as it begins, and once more when it has converged: its number, log-likelihood, parameters.
+/// Returns whether the user wants to stop.
+using IterationWatch = std::function<bool(int, double, std::span<const double>)>;
+
+/// Maximises a log-likelihood by Newton's method with halved steps. In each iteration the full step is tried,
+/// and then always halved, up to seven times, until the log-likelihood is not below that of the iteration's
+/// start: at most half a Newton step is kept. Seven halvings without success leave the parameters as they
+/// were, which ends the iteration: in the first one with NoLikelihood, later as converged. Converged means
+/// c < criterion and |step / parameter| < criterion for all parameters, where c is the change of the
+/// log-likelihood divided by the log-likelihood (with its sign, unless it is 0), and 0 / 0 counts as 0.
+///
+/// `parameters` holds start values, and estimates afterwards, also after a failure. `estimate` holds what was
+/// found before a failure.
+EstimationStatus MaximiseByDampedNewton(LikelihoodModel& model, const IterationLimits& limits,
+                                        const IterationWatch& watch, std::span<double> parameters,
+                                        NewtonEstimate& estimate);
+
+} // namespace ozm::survival

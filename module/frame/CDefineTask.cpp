@@ -90,7 +90,8 @@ bool CDefineTask::Perform(int command) {
     state_.shared.analysisType = found->analysisType;
     if (command == StrRegression || command == StrTimeDependent) {
         const bool timeDependent = command == StrTimeDependent;
-        state_.regression.settings.modelKind = timeDependent ? 5 : 1;
+        state_.regression.settings.kind =
+            timeDependent ? RegressionKind::TimeDependent : RegressionKind::ProportionalHazards;
         state_.regression.settings.timeDependentCovariates = timeDependent ? 4 : 0;
         state_.shared.timeVariables = 0;
     }

@@ -40,6 +40,7 @@ void SurvivalState::UnsetCodes() {
     lifeTables.settings.ForgetEntering();
     twoSamples.settings = {};
     kSamples.settings = {};
+    regression.ForgetData();
 }
 
 void SurvivalState::Reset(CAnalysisSupport& host) {
@@ -84,6 +85,7 @@ void SurvivalState::ReleaseResults() {
     kaplan.results.Release();
     twoSamples.results.Release();
     kSamples.results.Release();
+    regression.results.Release();
 }
 
 SurvivalState& ModuleState() {

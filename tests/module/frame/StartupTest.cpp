@@ -24,7 +24,7 @@ TEST_F(KaplanFixture, StartupEntriesLeadToTheirAnalyses) {
         EXPECT_EQ(host.messages.back().id, StrNotBuiltYet);
         EXPECT_EQ(std::get<int>(host.Dialog().Value(TaskList)), row.position);
         EXPECT_EQ(ModuleState().shared.analysisType, row.type);
-        EXPECT_EQ(ModuleState().regression.settings.modelKind, row.modelKind);
+        EXPECT_EQ(static_cast<int>(ModuleState().regression.settings.kind), row.modelKind);
         EXPECT_EQ(ModuleState().shared.timeVariables, row.type == AnalysisType::Regression ? 0 : 1);
         // The same when the analysis is started again.
         analysis.Initialize();

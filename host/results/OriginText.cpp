@@ -46,6 +46,9 @@ struct ValueText {
     std::string operator()(const Setting::Code& code) const { return codeText(code); }
     std::string operator()(const std::vector<Setting::Role>& roles) const { return joined(roles, roleText); }
     std::string operator()(const std::vector<Setting::Code>& codes) const { return joined(codes, codeText); }
+    std::string operator()(const std::vector<double>& numbers) const {
+        return joined(numbers, [](double each) { return std::isnan(each) ? "." : formatNumber(each); });
+    }
     std::string operator()(const std::vector<std::string>& texts) const {
         return joined(texts, [](const std::string& text) { return text; });
     }
@@ -107,7 +110,7 @@ std::string differingSettings(const OutputOrigin& origin, const std::vector<cons
         const auto differs = [&setting](const OutputOrigin* other) {
             return std::any_of(other->settings.begin(), other->settings.end(),
                                [&setting](const Setting& its) {
-                                   return its.id == setting.id && its.value != setting.value;
+                                   return its.id == setting.id && settingText(its) != settingText(setting);
                                });
         };
         if (std::any_of(others.begin(), others.end(), differs)) add(line, settingText(setting));

@@ -40,7 +40,7 @@ struct Setting {
         bool operator==(const Role&) const = default;
     };
     using Value = std::variant<bool, int, double, std::string, Choice, Code, std::vector<Role>,
-                               std::vector<Code>, std::vector<std::string>>;
+                               std::vector<Code>, std::vector<double>, std::vector<std::string>>;
 
     std::string id;    ///< the member of the dialog's automation interface, the same in every run
     std::string label; ///< as the dialog shows it

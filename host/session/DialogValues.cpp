@@ -22,6 +22,7 @@ public:
         if (const auto* selection = std::get_if<ozm::VariableSelection>(&value))
             return roles(control, *selection);
         if (const auto* codes = std::get_if<std::vector<double>>(&value)) {
+            if (control.kind == ozm::ControlKind::NumberList) return *codes;
             std::vector<Setting::Code> named;
             for (const double each : *codes)
                 named.push_back(code(control, each));

@@ -26,6 +26,8 @@ std::string_view typeName(const ozm::AutomationMember& member) {
         return "list of variables per role";
     case ozm::MemberType::Codes:
         return "list of codes";
+    case ozm::MemberType::Numbers:
+        return "list of numbers";
     case ozm::MemberType::Texts:
         return "list of texts";
     case ozm::MemberType::Object:

@@ -132,6 +132,14 @@ ControlValue ToControl(const CAnalysisDialog& dialog, const AutomationMember& me
             codes.push_back(Code(dialog, control, entry));
         return codes;
     }
+    case MemberType::Numbers: {
+        std::vector<double> numbers;
+        for (const AutomationValue& entry : ListOf(value, "numbers"))
+            numbers.push_back(std::holds_alternative<std::monostate>(entry.value)
+                                  ? std::numeric_limits<double>::quiet_NaN()
+                                  : Number(entry));
+        return numbers;
+    }
     case MemberType::Texts: {
         std::vector<std::string> texts;
         for (const AutomationValue& entry : ListOf(value, "texts")) {
@@ -164,8 +172,8 @@ AutomationValue FromControl(const AutomationMember& member, const ControlTemplat
                            roles.emplace_back(AutomationValue::List(list.begin(), list.end()));
                        return AutomationValue{std::move(roles)};
                    },
-                   [](const std::vector<double>& codes) {
-                       return AutomationValue{AutomationValue::List(codes.begin(), codes.end())};
+                   [](const std::vector<double>& numbers) {
+                       return AutomationValue{AutomationValue::List(numbers.begin(), numbers.end())};
                    },
                    [](const std::vector<std::string>& texts) {
                        return AutomationValue{AutomationValue::List(texts.begin(), texts.end())};

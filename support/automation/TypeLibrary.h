@@ -25,6 +25,7 @@ enum class MemberType : std::uint8_t {
     Variables, ///< one list per role, each entry a variable's number or name
     Codes,
     Texts,
+    Numbers, ///< several numbers; "nothing" among them is NaN
     Object,
 };
 

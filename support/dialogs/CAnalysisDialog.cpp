@@ -35,6 +35,7 @@ ControlValue InitialValue(const ControlTemplate& control) {
     case ControlKind::VariableSelection:
         return VariableSelection(control.roles.size());
     case ControlKind::CodeList:
+    case ControlKind::NumberList:
         return std::vector<double>{};
     case ControlKind::TextList:
         return std::vector<std::string>{};
@@ -209,6 +210,12 @@ DialogResult CAnalysisDialog::Fits(const ControlTemplate& control, const Control
                                          : Quoted(control) + " takes numbers " + RangeInWords(control.range) +
                                                ", not " + NumberInWords(*number));
     }
+    if (const auto* list = std::get_if<std::vector<double>>(&value);
+        list != nullptr && control.kind == ControlKind::NumberList)
+        for (std::size_t place = 0; place < list->size(); ++place)
+            if (!std::isfinite((*list)[place]) && !(control.mayMiss && std::isnan((*list)[place])))
+                return DialogResult::refused("value " + std::to_string(place + 1) + " of " + Quoted(control) +
+                                             " is not a finite number");
     if (const auto* position = std::get_if<int>(&value)) {
         const int first = control.kind == ControlKind::RadioGroup ? 1 : 0;
         const int entries = static_cast<int>(control.choices.size());

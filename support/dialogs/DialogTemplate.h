@@ -22,6 +22,7 @@ enum class ControlKind : std::uint8_t {
     VariableSelection, ///< value: one list of variable numbers per role
     CodeList,          ///< value: several codes of the variable selected in `codesOfRole`
     TextList,          ///< value: several texts
+    NumberList,        ///< value: several numbers
     Summary,           ///< read-only text of several lines
 };
 
@@ -87,6 +88,8 @@ struct ControlTemplate {
     std::span<const std::string_view> codeWords{};
     /// A real number: a proportion from 0 to 1, which people may also write in percent.
     bool isShare = false;
+    /// A number list: NaN may stand for a number that is not given; people write it as a point.
+    bool mayMiss = false;
     NumberRange range{}; ///< of an Integer or Real control
     /// A window keeps the value from one start of the program to the next: a single number, text or yes or
     /// no.

@@ -4,6 +4,7 @@
 #include "apps/desktop/dialogs/CodeListField.h"
 #include "apps/desktop/dialogs/EditFields.h"
 #include "apps/desktop/dialogs/ListField.h"
+#include "apps/desktop/dialogs/NumberListField.h"
 #include "apps/desktop/dialogs/VariableField.h"
 
 namespace korvana::desktop {
@@ -29,6 +30,8 @@ ControlField* makeField(const ozm::ControlTemplate& control, FieldHost& host, QW
         return new VariableField(control, host, parent);
     case ozm::ControlKind::CodeList:
         return new CodeListField(control, host, parent);
+    case ozm::ControlKind::NumberList:
+        return new NumberListField(control, host, parent);
     case ozm::ControlKind::TextList:
         return new TextListField(control, host, parent);
     case ozm::ControlKind::Summary:

@@ -18,6 +18,8 @@ enum Control {
     TwiceAgain,
     Entries,
     Most,
+    Starts,
+    Places,
     Ask,
     Weightless
 };
@@ -57,6 +59,8 @@ inline constexpr ControlTemplate askControls[] = {
      .kind = ControlKind::Integer,
      .text = "Most:",
      .range = {.least = 3, .greatest = 200, .resetTo = 50}},
+    {.id = Starts, .kind = ControlKind::NumberList, .text = "Start values:"},
+    {.id = Places, .kind = ControlKind::NumberList, .text = "Places:", .mayMiss = true},
     {.id = ControlOk, .text = "OK"},
 };
 inline constexpr DialogTemplate formTemplate{1, "Form", {}, controls};
@@ -74,6 +78,8 @@ inline constexpr AutomationMember members[] = {
 };
 inline constexpr AutomationMember askMembers[] = {
     {"Most", MemberKind::Property, MemberType::Integer, Most, ""},
+    {"Starts", MemberKind::Property, MemberType::Numbers, Starts, ""},
+    {"Places", MemberKind::Property, MemberType::Numbers, Places, ""},
 };
 inline constexpr AutomationInterface formInterface{"Form", "CFormDlg", "", members};
 inline constexpr AutomationInterface askInterface{"Ask", "CAskDlg", "", askMembers};

@@ -2,6 +2,9 @@
 
 #include "tests/host/session/FormDialog.h"
 
+#include "host/results/OriginText.h"
+
+#include <algorithm>
 #include <limits>
 
 namespace form {
@@ -217,6 +220,26 @@ TEST_F(Script, ReachesTheMembersOfAModalDialogThatIsNotShown) {
     EXPECT_EQ(analysis->answer, -1);
     EXPECT_THROW(session.pump(), std::runtime_error);
     session.pump(); // told once
+}
+
+TEST_F(Script, SetsListsOfNumbers) {
+    using List = AutomationValue::List;
+    doThis = [](AutomationObject& modal) {
+        EXPECT_TRUE(modal.Put("Starts", List{0.1, -2}).ok);
+        EXPECT_EQ(modal.Put("Starts", List{1, INFINITY}).detail,
+                  "value 2 of 'Start values' is not a finite number");
+        for (const AutomationValue& wrong :
+             {AutomationValue{3.0}, AutomationValue{List{"1"}}, AutomationValue{List{NAN}}})
+            EXPECT_FALSE(modal.Put("Starts", wrong).ok);
+        EXPECT_EQ(modal.Get("Starts").value, (AutomationValue{List{0.1, -2.0}}));
+        EXPECT_TRUE(modal.Put("Places", List{NAN, 60, {}}).ok) << "where numbers may miss";
+    };
+    dialog().Press(ControlOk);
+    session.pump();
+    script().Call("Ask");
+    const auto lines = korvana::originLines(*session.run());
+    EXPECT_NE(std::find(lines.begin(), lines.end(), "Start values: 0.1, -2"), lines.end());
+    EXPECT_NE(std::find(lines.begin(), lines.end(), "Places: ., 60, ."), lines.end());
 }
 
 TEST(Texts, AreCleanedBeforeTheyGoToAFile) {

@@ -34,6 +34,7 @@ enum Control {
     Variables,
     Codes,
     Names,
+    Numbers,
     Overview,
     Go,
     Beside
@@ -79,6 +80,7 @@ inline constexpr ControlTemplate controls[] = {
      .hint = 4},
     {.id = Entries, .kind = ControlKind::List, .text = "Entries", .pages = second, .choices = entries},
     {.id = Names, .kind = ControlKind::TextList, .text = "&Texts", .pages = second},
+    {.id = Numbers, .kind = ControlKind::NumberList, .text = "Num&bers:", .pages = second, .mayMiss = true},
     {.id = ControlOk, .text = "OK"},
     {.id = ControlCancel, .text = "Cancel"},
     {.id = Beside, .text = "&Select Cases"},
@@ -86,7 +88,7 @@ inline constexpr ControlTemplate controls[] = {
 inline constexpr std::string_view pages[] = {"Quick", "Advanced"};
 inline constexpr DialogTemplate everyKind{1, "One of each", pages, controls};
 // The same without an OK.
-inline constexpr ControlTemplate resultControls[] = {controls[3], controls[4], controls[13]};
+inline constexpr ControlTemplate resultControls[] = {controls[3], controls[4], controls[14]};
 inline constexpr DialogTemplate results{2, "Results", pages, resultControls};
 inline constexpr StringResource strings[] = {
     {1, "Alpha"}, {2, "Beta "}, {3, "Gamma"}, {4, "Select the codes."}};

@@ -51,6 +51,34 @@ TEST_F(Fields, WhatIsDoneReachesTheModel) {
     EXPECT_EQ(value<std::vector<std::string>>(Names), (std::vector<std::string>{"one", "two"}));
 }
 
+TEST_F(Fields, SeveralNumbersAreALine) {
+    view->showPage(1);
+    auto* line = editor<QLineEdit>(Numbers);
+    const auto typed = [&](const char* text) {
+        retype(line, text);
+        QTest::keyClick(line, Qt::Key_Tab);
+        return value<std::vector<double>>(Numbers);
+    };
+    EXPECT_EQ(typed(" 1.5,-2e-3 ,  0;7,"), (std::vector<double>{1.5, -0.002, 0, 7}));
+    EXPECT_EQ(line->text(), "1.5 -0.002 0 7");
+    for (const char* wrong : {"1 x 2", "0x10", "1e999", "nan", "1..2", "1.000.000", "-"}) {
+        EXPECT_EQ(typed(wrong).size(), 4U) << wrong;
+        EXPECT_TRUE(complaint().contains("is not a number")) << wrong;
+        EXPECT_EQ(line->text(), wrong) << "to be corrected";
+    }
+    const auto withGap = typed("3 . 4");
+    ASSERT_EQ(withGap.size(), 3U);
+    EXPECT_TRUE(std::isnan(withGap[1]));
+    EXPECT_TRUE(complaint().isEmpty());
+    EXPECT_EQ(line->text(), "3 . 4");
+    EXPECT_TRUE(typed("").empty());
+
+    const std::vector<double> exact{1.0 / 3.0, 1e-300, -1e22};
+    dynamic_cast<EveryKindDlg&>(dialog()).SetValue(Numbers, exact);
+    const std::string shown = line->text().toStdString();
+    EXPECT_EQ(typed(shown.c_str()), exact) << "all digits are shown";
+}
+
 TEST_F(Fields, TheModelsValuesAreShown) {
     auto& own = dynamic_cast<EveryKindDlg&>(dialog());
     own.SetValue(Box, true);

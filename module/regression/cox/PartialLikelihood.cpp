@@ -1,7 +1,5 @@
 #include "module/regression/cox/PartialLikelihood.h"
 
-#include "module/regression/cox/RiskSetSums.h"
-
 #include <algorithm>
 #include <cmath>
 
@@ -13,12 +11,12 @@ constexpr double largestPredictor = 250.0;
 } // namespace
 
 PartialLikelihood::PartialLikelihood(const OrderedSample& sample)
-    : sample_(sample), weight_(sample.cases), share_(sample.cases), expected_(sample.cases),
-      observed_(sample.cases) {}
+    : sample_(sample), kernels_(UsableRiskSetKernels().front()), weight_(sample.cases), share_(sample.cases),
+      expected_(sample.cases), observed_(sample.cases) {}
 
 EstimationStatus PartialLikelihood::Check(std::span<const double> parameters) {
-    return PredictAll(sample_, parameters, largestPredictor, weight_) ? EstimationStatus::Success
-                                                                      : EstimationStatus::NoLikelihood;
+    return kernels_.predict(sample_, parameters, largestPredictor, weight_) ? EstimationStatus::Success
+                                                                            : EstimationStatus::NoLikelihood;
 }
 
 EstimationStatus PartialLikelihood::LogLikelihood(std::span<const double> parameters, double& value) {
@@ -73,7 +71,7 @@ void PartialLikelihood::ExpectEvents() {
 
 void PartialLikelihood::Derivatives(std::span<double> gradient, SquareMatrix& information) {
     ExpectEvents();
-    SumOverRiskSets(sample_, {weight_, share_, expected_, observed_}, gradient, information);
+    kernels_.sum(sample_, {weight_, share_, expected_, observed_}, gradient, information);
 }
 
 } // namespace ozm::survival

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "module/regression/cox/OrderedSample.h"
+#include "module/regression/cox/RiskSetSums.h"
 #include "module/regression/estimation/LikelihoodModel.h"
 
 #include <cstddef>
@@ -43,6 +44,7 @@ private:
     void ExpectEvents();
 
     const OrderedSample& sample_;
+    RiskSetKernels kernels_;
     std::vector<double> weight_; ///< as in `RiskSetTerms`
     std::vector<double> share_;
     std::vector<double> expected_;

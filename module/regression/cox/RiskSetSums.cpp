@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <vector>
 
 namespace ozm::survival {
 namespace {
@@ -92,11 +93,6 @@ template <std::size_t Lanes>
     }
 }
 
-struct Kernels {
-    bool (*predict)(const OrderedSample&, std::span<const double>, double, std::span<double>);
-    void (*sum)(const OrderedSample&, const RiskSetTerms&, std::span<double>, SquareMatrix&);
-};
-
 #define KORVANA_KERNELS(Name, Lanes, ...)                                                                    \
     __VA_ARGS__ bool Predict##Name(const OrderedSample& sample, std::span<const double> parameters,          \
                                    double largest, std::span<double> eta) {                                  \
@@ -113,29 +109,21 @@ KORVANA_KERNELS(Four, 4, [[gnu::target("avx2")]])
 KORVANA_KERNELS(Eight, 8, [[gnu::target("avx512f")]])
 #endif
 
-Kernels Choose() {
+std::vector<RiskSetKernels> Usable() {
+    std::vector<RiskSetKernels> kernels;
 #if defined(__x86_64__)
-    if (__builtin_cpu_supports("avx512f")) return {PredictEight, SumEight};
-    if (__builtin_cpu_supports("avx2")) return {PredictFour, SumFour};
+    if (__builtin_cpu_supports("avx512f")) kernels.push_back({PredictEight, SumEight});
+    if (__builtin_cpu_supports("avx2")) kernels.push_back({PredictFour, SumFour});
 #endif
-    return {PredictTwo, SumTwo};
-}
-
-const Kernels& Best() {
-    static const Kernels kernels = Choose();
+    kernels.push_back({PredictTwo, SumTwo});
     return kernels;
 }
 
 } // namespace
 
-bool PredictAll(const OrderedSample& sample, std::span<const double> parameters, double largest,
-                std::span<double> eta) {
-    return Best().predict(sample, parameters, largest, eta);
-}
-
-void SumOverRiskSets(const OrderedSample& sample, const RiskSetTerms& terms, std::span<double> gradient,
-                     SquareMatrix& information) {
-    Best().sum(sample, terms, gradient, information);
+std::span<const RiskSetKernels> UsableRiskSetKernels() {
+    static const std::vector<RiskSetKernels> kernels = Usable();
+    return kernels;
 }
 
 } // namespace ozm::survival

@@ -43,7 +43,7 @@ std::optional<LuFactors> LuFactors::Of(const SquareMatrix& matrix, std::size_t s
                 a(i, j) -= factor * a(k, j);
         }
     }
-    if (lu.determinant_ < leastDeterminant) return std::nullopt;
+    if (!(lu.determinant_ >= leastDeterminant)) return std::nullopt;
     return lu;
 }
 

@@ -81,8 +81,7 @@ private:
                              name + "', which has " + fewCodesText(data, variable));
         const auto [before, first] = done_.try_emplace(variable, entry.code);
         if (!first && *value != data.variable(variable).missingCode) {
-            std::string here = definitionText({name, ""});
-            here.resize(here.rfind(" = "));
+            const std::string here = nameInExpression(name);
             const std::string one = numberText(data.variable(variable).missingCode);
             const std::string recoded = definitionText(
                 {name + "_2", "if(" + here + " = " + numberText(*value) + ", " + one + ", " + here + ")"});

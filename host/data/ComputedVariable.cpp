@@ -140,9 +140,12 @@ Definition readDefinition(std::string_view text) {
     return found;
 }
 
+std::string nameInExpression(std::string_view name) {
+    return isPlainName(name) && wordOfExpressions(name).empty() ? std::string{name} : quotedName(name);
+}
+
 std::string definitionText(const Definition& definition) {
-    if (isPlainName(definition.name)) return definition.name + " = " + definition.expression;
-    return quotedName(definition.name) + " = " + definition.expression;
+    return nameInExpression(definition.name) + " = " + definition.expression;
 }
 
 void requireNewName(const DataSet& data, std::string_view name) {

@@ -18,6 +18,9 @@ struct Definition {
 /// checked. Throws DataError.
 Definition readDefinition(std::string_view text);
 
+/// A name as expressions have it: in backquotes where it has blanks or signs.
+std::string nameInExpression(std::string_view name);
+
 /// The definition as a user would write it.
 std::string definitionText(const Definition& definition);
 

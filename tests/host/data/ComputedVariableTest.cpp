@@ -2,7 +2,9 @@
 
 #include "host/data/ComputedVariable.h"
 #include "host/data/DataError.h"
+#include "host/data/Describe.h"
 #include "host/data/Expression.h"
+#include "host/data/IndicatorVariables.h"
 #include "tests/support/MakeData.h"
 #include "tests/support/Refusal.h"
 
@@ -138,6 +140,37 @@ TEST(ComputedVariable, BackquotesAreAdvisedWhereTheyHelp) {
 }
 
 /// Many cases are computed by several threads, with the same results.
+TEST(ComputedVariable, AnIndicatorIsOneForItsCodeAlone) {
+    DataSet data = readText("arm,`white` cells,if,day,log\n"
+                            "it's,-1.5,\"a\"\"b\",1995-01-15,1e-300\n"
+                            "\"two\nlines\",0.1,2 = x,1995-01-16,7\n"
+                            ",,,,\n"
+                            "10,0.30000000000000004,a,1995-01-15,9\n"
+                            "it's,-1.5,a,1995-01-15,7\n");
+    data.variable(4).missingCode = 9;
+    const int variables = data.variableCount();
+    int made = 0;
+    for (int v = 0; v < variables; ++v) {
+        const DistinctValues codes = distinctCodes(data, v);
+        ASSERT_FALSE(codes.values.empty());
+        for (const DistinctValue& code : codes.values) {
+            defineVariable(data, indicatorOf(data, v, code.value));
+            const int last = data.variableCount() - 1;
+            ++made;
+            EXPECT_TRUE(data.variable(last).name.starts_with(data.variable(v).name + "="));
+            for (int i = 0; i < data.caseCount(); ++i) {
+                const auto at = static_cast<std::size_t>(i);
+                EXPECT_EQ(data.isMissing(last, i), data.isMissing(v, i)) << data.variable(last).name << i;
+                if (data.isMissing(v, i)) continue;
+                EXPECT_EQ(data.column(last)[at], data.column(v)[at] == code.value ? 1.0 : 0.0);
+            }
+        }
+    }
+    EXPECT_EQ(made, 3 + 3 + 3 + 2 + 2);
+    EXPECT_EQ(data.variable(variables).name, "arm=10");
+    EXPECT_TRUE(data.find("arm=two\\nlines"));
+}
+
 TEST(ComputedVariable, ManyCasesAreComputedAsOneByOne) {
     const std::string formula = "log(x) * 2 + if(x > 70, x, 1)";
     for (const int cases : {0, 1, 199'999, 200'000, 823'457}) {

@@ -10,6 +10,11 @@
 #include "module/lifetable/CDefineLifeRawDlg.h"
 #include "module/lifetable/CDefineLifeTableDlg.h"
 #include "module/lifetable/CLifeResultsDlg.h"
+#include "module/regression/CDefineRegDlg.h"
+#include "module/regression/CRegSpecDlg.h"
+#include "module/regression/RegEstDlg.h"
+#include "module/regression/RegressionModels.h"
+#include "module/regression/RunRegression.h"
 #include "module/resources/Shared.h"
 #include "module/resources/StepNumbers.h"
 #include "module/twosample/CDefineTwoDlg.h"
@@ -116,6 +121,35 @@ int CSurvival::TwoResults(CAnalysisSupport& analysis) {
 
 int CSurvival::SpecifyKSamples(CAnalysisSupport& analysis) {
     return OpenStep<CDefineKSDlg>(analysis, ModuleState().shared, ModuleState().kSamples);
+}
+
+int CSurvival::SpecifyRegression(CAnalysisSupport& analysis) {
+    SurvivalState& state = ModuleState();
+    if (state.regression.settings.kind == RegressionKind::TimeDependent) return NotBuiltYet(analysis);
+    return OpenStep<CDefineRegDlg>(analysis, state.shared, state.regression);
+}
+
+int CSurvival::RegSpec(CAnalysisSupport& analysis) {
+    SurvivalState& state = ModuleState();
+    if (!state.regression.settings.nonDefaultEstimation && !analysis.IsOleAutomation())
+        return OpenStep<CRegSpecDlg>(analysis, state.shared, state.regression);
+    return PrepareRegression(analysis, state.shared, state.regression, nullptr) ? StepRegEst
+                                                                                : StepSpecifyRegression;
+}
+
+int CSurvival::RegEst(CAnalysisSupport& analysis) {
+    SurvivalState& state = ModuleState();
+    RegressionState& regression = state.regression;
+    bool estimated = regression.results.held;
+    if (!estimated && analysis.IsOleAutomation() && !regression.settings.estimationAsked) {
+        estimated = EstimateRegression(analysis, regression, nullptr);
+    } else if (!estimated) {
+        RegEstDlg dialog(analysis,
+                         RegEstDlg::TemplateFor(state.shared.timeVariables, regression.settings.kind),
+                         regression);
+        estimated = dialog.DoModal() == 0;
+    }
+    return estimated ? StepRegressionResults : StepSpecifyRegression;
 }
 
 int CSurvival::KsResults(CAnalysisSupport& analysis) {

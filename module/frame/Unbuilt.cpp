@@ -10,19 +10,7 @@ int NotBuiltYet(CAnalysisSupport& analysis) {
     return StepStart;
 }
 
-int CSurvival::SpecifyRegression(CAnalysisSupport& analysis) {
-    return NotBuiltYet(analysis);
-}
-
-int CSurvival::RegSpec(CAnalysisSupport& analysis) {
-    return NotBuiltYet(analysis);
-}
-
 int CSurvival::RegressionResults(CAnalysisSupport& analysis) {
-    return NotBuiltYet(analysis);
-}
-
-int CSurvival::RegEst(CAnalysisSupport& analysis) {
     return NotBuiltYet(analysis);
 }
 

@@ -4,12 +4,10 @@
 #include "module/resources/Groups.h"
 #include "module/resources/Resources.h"
 #include "module/resources/StepNumbers.h"
+#include "module/survdata/ChosenCodes.h"
 #include "module/survdata/ReportLines.h"
 #include "module/survdata/SelectionChecks.h"
-#include "support/CodeComparison.h"
 
-#include <algorithm>
-#include <cmath>
 #include <string>
 #include <utility>
 #include <vector>
@@ -48,27 +46,21 @@ bool CDefineKSDlg::SelectionsAreValid() {
 }
 
 bool CDefineKSDlg::TakeGroups() {
-    std::vector<double> codes = state_.settings.codes;
-    bool tooMany = false;
-    if (codes.empty()) {
-        // Values that are equal as codes are one group, so there may be more of them than groups.
-        std::vector<CodeCount> found;
-        const int all = Analysis().ReadDataToGetDefaultCodes(Shared().First(ListGrouping),
-                                                             {.most = 16 * KsArrays::mostGroups}, found);
-        if (all < 0) return Refuse(StrInvalidGroupCode, {});
-        tooMany = std::cmp_greater(all, found.size());
-        for (const CodeCount& code : found)
-            if (codes.empty() || !CodesEqual(codes.back(), code.code)) codes.push_back(code.code);
-    }
-    if (tooMany || std::cmp_greater(codes.size(), KsArrays::mostGroups))
+    ChosenCodes chosen =
+        ChooseCodes(Analysis(), Shared().First(ListGrouping), state_.settings.codes, KsArrays::mostGroups);
+    switch (chosen.fault) {
+    case ChosenCodes::Fault::Unreadable:
+    case ChosenCodes::Fault::NoNumber:
+        return Refuse(StrInvalidGroupCode, {});
+    case ChosenCodes::Fault::TooMany:
         return Refuse(StrKsTooManyGroups, std::string{Text(StrKsChooseFewerCodes)});
-    for (auto code = codes.begin(); code != codes.end(); ++code) {
-        if (!std::isfinite(*code)) return Refuse(StrInvalidGroupCode, {});
-        if (std::any_of(codes.begin(), code, [&](double before) { return CodesEqual(before, *code); }))
-            return Refuse(StrKsCodeTwice, Filled(StrKsCodeGivenTwice, {FormatExact(*code)}));
+    case ChosenCodes::Fault::Twice:
+        return Refuse(StrKsCodeTwice, Filled(StrKsCodeGivenTwice, {FormatExact(chosen.code)}));
+    case ChosenCodes::Fault::None:
+        break;
     }
-    if (codes.size() < 2) return Refuse(StrKsTooFewGroups, {});
-    Shared().groupCodes = std::move(codes);
+    if (chosen.codes.size() < 2) return Refuse(StrKsTooFewGroups, {});
+    Shared().groupCodes = std::move(chosen.codes);
     return true;
 }
 

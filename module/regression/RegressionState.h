@@ -60,6 +60,7 @@ struct RegressionResults {
     /// The strata that have cases, by their codes in ascending place; the sample's blocks are in the opposite
     /// order: block 0 is the last stratum.
     std::vector<double> strata;
+    std::vector<double> strataWithoutCases; ///< codes that were chosen, or that the data have
     // The estimates.
     double criterion = 0.0001;
     std::vector<double> estimates; ///< one per parameter, on the scale of the data

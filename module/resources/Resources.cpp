@@ -4,6 +4,7 @@
 #include "module/resources/KSamples.h"
 #include "module/resources/Kaplan.h"
 #include "module/resources/LifeTables.h"
+#include "module/resources/Regression.h"
 #include "module/resources/Shared.h"
 #include "module/resources/Startup.h"
 #include "module/resources/TwoSamples.h"
@@ -18,18 +19,31 @@ namespace {
 
 // The only place that knows the resources of all analyses.
 
-constexpr std::span<const StringResource> stringTables[] = {startupStrings,  sharedStrings,    groupStrings,
-                                                            kaplanStrings,   twoSampleStrings, kSampleStrings,
-                                                            lifeTableStrings};
+constexpr std::span<const StringResource> stringTables[] = {
+    startupStrings,   sharedStrings,  groupStrings,     kaplanStrings,
+    twoSampleStrings, kSampleStrings, lifeTableStrings, regressionStrings};
 
-constexpr const DialogTemplate* dialogs[] = {
-    &taskTemplate,          &lifeRawTemplate, &lifeTableTemplate,  &lifeResultsTemplate, &kaplanTemplate,
-    &kaplanResultsTemplate, &twoTemplate,     &twoResultsTemplate, &ksTemplate,          &ksResultsTemplate};
+constexpr const DialogTemplate* dialogs[] = {&taskTemplate,
+                                             &lifeRawTemplate,
+                                             &lifeTableTemplate,
+                                             &lifeResultsTemplate,
+                                             &kaplanTemplate,
+                                             &kaplanResultsTemplate,
+                                             &twoTemplate,
+                                             &twoResultsTemplate,
+                                             &ksTemplate,
+                                             &ksResultsTemplate,
+                                             &regressionTemplate,
+                                             &estimationSpecificationTemplate,
+                                             &estimationTemplates[0],
+                                             &estimationTemplates[1],
+                                             &estimationTemplates[2]};
 
 /// In the library's order of declaration.
 constexpr AutomationInterface interfaces[] = {
-    startupInterface,       lifeRawInterface, lifeTableInterface,  lifeResultsInterface, kaplanInterface,
-    kaplanResultsInterface, twoInterface,     twoResultsInterface, ksInterface,          ksResultsInterface};
+    startupInterface, lifeRawInterface,       lifeTableInterface,  lifeResultsInterface,
+    kaplanInterface,  kaplanResultsInterface, twoInterface,        twoResultsInterface,
+    ksInterface,      ksResultsInterface,     regressionInterface, estimationInterface};
 
 constexpr std::string_view surMethod[] = {"scSurLifeTablesAndDistributions", "scSurKaplanMeierProductLimit",
                                           "scSurComparingTwoSamples",        "scSurComparingMultipleSamples",

@@ -15,6 +15,9 @@
 namespace ozm::survival {
 namespace {
 
+/// The most covariates that a note names.
+constexpr std::size_t namesShown = 6;
+
 /// For a variable of texts, the text: its number is the host's, and may look like another text of the data.
 std::string CodeText(CAnalysisSupport& host, int variable, double code) {
     if (!std::isfinite(code)) return std::string{Text(StrNotSet)};
@@ -30,6 +33,15 @@ std::string CodeTexts(CAnalysisSupport& host, int variable, std::span<const doub
     for (const double code : codes.first(shown))
         texts.push_back(CodeText(host, variable, code));
     return Listed(texts, StrOr, StrOrMore, codes.size() - shown);
+}
+
+/// "'age', 'karno' or 7 more".
+std::string SomeNames(CAnalysisSupport& host, std::span<const int> variables) {
+    const std::size_t shown = std::min(variables.size(), namesShown);
+    std::vector<std::string> names;
+    for (const int variable : variables.first(shown))
+        names.push_back(QuotedName(host, variable));
+    return Listed(names, StrOr, StrOrMore, variables.size() - shown);
 }
 
 /// "2 with no value of 'time', 1 with a negative survival time".
@@ -66,6 +78,8 @@ std::string Reasons(CAnalysisSupport& host, const SharedSettings& settings, cons
         reason(counts.negativeTime, StrWhyEndFirst, {QuotedName(host, times[1]), QuotedName(host, times[0])});
     else
         reason(counts.negativeTime, StrWhyNegative, {});
+    reason(counts.missingCovariate, StrWhyNoValue, {SomeNames(host, settings.List(ListCovariates))});
+    codes(counts.missingStratum, counts.otherStratum, settings.First(ListStrata), settings.groupCodes);
     return text;
 }
 
@@ -115,9 +129,11 @@ std::string DescribeReading(CAnalysisSupport& host, const SharedSettings& settin
         text += "\n" + note;
     if (const std::string codes = DescribeCodes(host, settings.First(ListCensoring)); !codes.empty())
         text += "\n" + codes;
-    if (counts.otherGroup == 0) return text;
-    if (const std::string codes = DescribeCodes(host, settings.First(ListGrouping)); !codes.empty())
-        text += "\n" + codes;
+    for (const auto& [others, list] :
+         {std::pair{counts.otherGroup, ListGrouping}, {counts.otherStratum, ListStrata}}) {
+        const std::string codes = others > 0 ? DescribeCodes(host, settings.First(list)) : std::string{};
+        if (!codes.empty()) text += "\n" + codes;
+    }
     return text;
 }
 

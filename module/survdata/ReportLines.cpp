@@ -108,15 +108,18 @@ std::string FormatExact(double value) {
     return NumberInWords(value + 0.0);
 }
 
+std::string FormatInWidth(double value, std::size_t width) {
+    std::string text = FormatExact(value);
+    for (int digits = static_cast<int>(width); text.size() > width && digits > 0; --digits)
+        text = FormatNumber(value, digits);
+    return text;
+}
+
 std::string FormatCode(double code) {
     const double magnitude = std::abs(code);
     const std::size_t width = magnitude >= 0.001 && magnitude < 1.0 ? 9 : 10;
     std::string text{Text(StrUnsetCode)};
-    if (std::isfinite(code)) {
-        text = FormatExact(code);
-        for (int digits = static_cast<int>(width); text.size() > width && digits > 0; --digits)
-            text = FormatNumber(code, digits);
-    }
+    if (std::isfinite(code)) text = FormatInWidth(code, width);
     if (text.size() < width) text.insert(0, width - text.size(), ' ');
     return text;
 }

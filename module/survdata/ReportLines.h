@@ -2,6 +2,7 @@
 
 #include "support/CAnalysisSupport.h"
 
+#include <cstddef>
 #include <initializer_list>
 #include <optional>
 #include <string>
@@ -27,6 +28,10 @@ std::string FormatProbability(double p);
 
 /// A number with the fewest digits that identify it.
 std::string FormatExact(double value);
+
+/// A number in as many significant digits as a width has room for, in more characters where not even one
+/// digit fits.
+std::string FormatInWidth(double value, std::size_t width);
 
 /// A code in a field of 10 characters, one less when its magnitude is at least 0.001 and below 1, with as
 /// many digits as the field holds; "--" when unset.

@@ -64,7 +64,8 @@ struct SharedSettings {
     std::array<std::vector<std::string>, SelectionListCount> listNames;
     double completeCode = unsetCode;
     double censoredCode = unsetCode;
-    std::vector<double> groupCodes; ///< of the groups that are compared, in their order; at most 32767
+    /// Of the groups that are compared, or of the strata, in their order; at most 32767.
+    std::vector<double> groupCodes;
     std::string reportTitle;
     std::string reportTitleLower;
     std::string fileName;

@@ -43,6 +43,11 @@ void RegressionSample::Add(double time, bool complete, std::int32_t caseNumber, 
     ++cases_;
 }
 
+void RegressionSample::RenumberStrata(std::span<const std::int16_t> places) {
+    for (std::int16_t& stratum : strata_.First(cases_))
+        stratum = places[static_cast<std::size_t>(stratum)];
+}
+
 void RegressionSample::Summarise() {
     for (std::size_t k = 0; k < summaries_.size(); ++k) {
         const std::span<const double> column = std::as_const(*this).Column(k);

@@ -33,6 +33,9 @@ public:
     void Add(double time, bool complete, std::int32_t caseNumber, std::int16_t stratum,
              std::span<const double> covariates);
 
+    /// Stratum g becomes `places[g]`.
+    void RenumberStrata(std::span<const std::int16_t> places);
+
     /// Means and standard deviations of the values that there are, without cancellation: about the first
     /// value.
     void Summarise();

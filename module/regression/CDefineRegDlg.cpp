@@ -1,0 +1,98 @@
+#include "module/regression/CDefineRegDlg.h"
+
+#include "module/regression/RegressionModels.h"
+#include "module/resources/Resources.h"
+#include "module/resources/Startup.h"
+#include "module/resources/StepNumbers.h"
+#include "module/survdata/ReportLines.h"
+
+#include <algorithm>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace ozm::survival {
+namespace {
+
+bool Contains(std::span<const int> variables, int variable) {
+    return std::ranges::find(variables, variable) != variables.end();
+}
+
+} // namespace
+
+CDefineRegDlg::CDefineRegDlg(CAnalysisSupport& host, SharedSettings& shared, RegressionState& state)
+    : SpecificationDialog(host, regressionTemplate, regressionInterface, shared, AnalysisType::Regression),
+      state_(state) {}
+
+void CDefineRegDlg::OnOpen() {
+    SpecificationDialog::OnOpen();
+    RegressionSettings& settings = state_.settings;
+    settings.estimationAsked = false;
+    SetValue(RegModel, static_cast<int>(settings.kind));
+    SetValue(RegStrataCodes, settings.strata);
+    SetValue(RegDifferentBaselines, settings.differentBaselines);
+    SetValue(RegNonDefault, settings.nonDefaultEstimation);
+    SetValue(RegMissing, int{settings.substituteMeans ? RegPutMeans : RegLeaveOut});
+}
+
+void CDefineRegDlg::OnValueChanged(int control) {
+    RegressionSettings& settings = state_.settings;
+    switch (control) {
+    case RegModel:
+        settings.kind = static_cast<RegressionKind>(ValueAs<int>(control));
+        break;
+    case RegStrataCodes:
+        settings.strata = ValueAs<std::vector<double>>(control);
+        break;
+    case RegDifferentBaselines:
+        settings.differentBaselines = ValueAs<bool>(control);
+        break;
+    case RegNonDefault:
+        settings.nonDefaultEstimation = ValueAs<bool>(control);
+        settings.estimationAsked = settings.nonDefaultEstimation && Analysis().IsOleAutomation();
+        break;
+    case RegMissing:
+        settings.substituteMeans = ValueAs<int>(control) == RegPutMeans;
+        break;
+    default:
+        SpecificationDialog::OnValueChanged(control);
+    }
+}
+
+bool CDefineRegDlg::CovariatesAreValid() {
+    const std::vector<int>& covariates = Shared().List(ListCovariates);
+    if (covariates.empty()) {
+        ShowMessage(StrRegNoCovariates);
+        return false;
+    }
+    const auto refuse = [&](int variable, int other) {
+        ShowMessage(StrRegCovariateTwice,
+                    Filled(StrRegCovariateTwiceDetail,
+                           {QuotedName(Analysis(), variable), std::string{Text(StrRegACovariate)},
+                            std::string{Text(other)}}));
+        return false;
+    };
+    for (std::size_t k = 0; k < covariates.size(); ++k) {
+        const int variable = covariates[k];
+        if (Contains(std::span{covariates}.first(k), variable))
+            return refuse(variable, StrRegAnotherCovariate);
+        if (Contains(Shared().Times(), variable)) return refuse(variable, StrRegTheTime);
+        if (Contains(Shared().List(ListCensoring), variable)) return refuse(variable, StrRegTheCensoring);
+        if (Contains(Shared().List(ListStrata), variable)) return refuse(variable, StrRegTheStratification);
+    }
+    return true;
+}
+
+bool CDefineRegDlg::SelectionsAreValid() {
+    if (FindRegressionModel(state_.settings.kind) == nullptr) {
+        ShowMessage(StrNotBuiltYet);
+        return false;
+    }
+    return CommonSelectionsAreValid() && CovariatesAreValid();
+}
+
+void CDefineRegDlg::Run() {
+    if (SelectionsAreValid()) ExitDialog(StepRegSpec, ExitMode::Forward);
+}
+
+} // namespace ozm::survival

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "module/regression/RegressionState.h"
+#include "module/resources/Regression.h"
+#include "module/survdata/SpecificationDialog.h"
+
+namespace ozm::survival {
+
+/// Specification of a regression model: model, times and censoring indicator, covariates, strata. OK checks
+/// the selections and goes on to the preparation of the data.
+class CDefineRegDlg final : public SpecificationDialog {
+public:
+    CDefineRegDlg(CAnalysisSupport& host, SharedSettings& shared, RegressionState& state);
+
+protected:
+    void OnOpen() override;
+    void OnValueChanged(int control) override;
+    void Run() override;
+    [[nodiscard]] int NotEnoughMemoryString() const override { return StrRegNoMemory; }
+
+private:
+    /// False after a message about what is wrong.
+    bool SelectionsAreValid();
+    bool CovariatesAreValid();
+
+    RegressionState& state_;
+};
+
+} // namespace ozm::survival

@@ -1,0 +1,126 @@
+#include "module/regression/RegressionMessages.h"
+
+#include "module/regression/data/DataChecks.h"
+#include "module/resources/Regression.h"
+#include "module/resources/Resources.h"
+#include "module/survdata/ReadingNotes.h"
+#include "module/survdata/ReportLines.h"
+#include "module/survdata/SelectionChecks.h"
+#include "module/survdata/StatusMessages.h"
+
+#include <algorithm>
+#include <span>
+
+namespace ozm::survival {
+namespace {
+
+std::string Quoted(const std::string& name) {
+    return "'" + name + "'";
+}
+
+std::string Names(const RegressionResults& results, std::span<const std::size_t> covariates) {
+    std::vector<std::string> names;
+    for (const std::size_t k : covariates)
+        names.push_back(Quoted(results.names[k]));
+    return Listed(names, StrAnd);
+}
+
+/// "'age': 3, 'karno': 1"; of covariates without missing values nothing.
+std::string MissingByCovariate(const RegressionResults& results) {
+    std::vector<std::string> counts;
+    for (std::size_t k = 0; k < results.missing.size(); ++k)
+        if (results.missing[k] > 0)
+            counts.push_back(
+                Filled(StrRegCountOf, {Quoted(results.names[k]), FormatCount(results.missing[k])}));
+    return Listed(counts, 0);
+}
+
+std::string StrataWithoutCases(CAnalysisSupport& host, const RegressionResults& results) {
+    const std::size_t shown = std::min(results.strataWithoutCases.size(), codesShown);
+    std::vector<std::string> codes;
+    for (const double code : std::span{results.strataWithoutCases}.first(shown))
+        codes.push_back(CodeWithLabel(host, results.stratumVariable, code));
+    return Filled(StrRegNoCaseOfStratum,
+                  {Listed(codes, StrOr, StrOrMore, results.strataWithoutCases.size() - shown),
+                   QuotedName(host, results.stratumVariable)});
+}
+
+} // namespace
+
+int RegressionMessage(RegressionStatus status) {
+    static constexpr StatusMessage<RegressionStatus> messages[] = {
+        {RegressionStatus::NoMemory, StrRegNoMemory},
+        {RegressionStatus::TooManyCases, StrTooManyCases32000},
+        {RegressionStatus::TooFewUncensored, StrRegTooFewUncensored},
+        {RegressionStatus::TooFewValid, StrRegTooFewValid},
+        {RegressionStatus::NoUncensored, StrRegNoUncensored},
+        {RegressionStatus::FewValues, StrRegFewValues},
+        {RegressionStatus::ConstantCovariate, StrRegConstantCovariate},
+        {RegressionStatus::ConstantTimes, StrRegConstantTimes},
+        {RegressionStatus::TooManyParameters, StrRegTooManyParameters},
+        {RegressionStatus::BadStrata, StrRegBadStratum},
+        {RegressionStatus::Singular, StrRegSingular},
+        {RegressionStatus::NotConverged, StrRegNotConverged},
+        {RegressionStatus::NoLikelihood, StrRegNoLikelihood},
+        {RegressionStatus::InvalidOperation, StrRegInvalidOperation},
+    };
+    return MessageOf(status, messages);
+}
+
+std::string DescribeDataFault(CAnalysisSupport& host, const SharedSettings& shared,
+                              const RegressionResults& results, RegressionStatus status,
+                              std::size_t covariate) {
+    const RegressionSample& sample = results.sample;
+    const std::string reading = "\n" + DescribeReading(host, shared, results.reading);
+    const auto count = [](auto number) { return FormatCount(static_cast<long long>(number)); };
+    switch (status) {
+    case RegressionStatus::TooManyCases:
+        return std::string{Text(StrRegCapacity)};
+    case RegressionStatus::TooFewValid:
+        return std::string{Text(StrNeedThreeValid)} + reading;
+    case RegressionStatus::NoUncensored:
+        return std::string{Text(StrAllCensored)} + reading;
+    case RegressionStatus::TooFewUncensored:
+        return Filled(StrRegUncensoredDetail, {count(sample.Events()), count(sample.Cases())}) + reading;
+    case RegressionStatus::FewValues:
+        return Filled(StrRegValuesDetail, {Quoted(results.names[covariate]),
+                                           count(ValidOtherwise(results) - results.missing[covariate]),
+                                           count(ValidOtherwise(results))});
+    case RegressionStatus::ConstantCovariate:
+        return Filled(StrRegConstantDetail,
+                      {Quoted(results.names[covariate]), FormatExact(sample.Column(covariate)[0]),
+                       count(sample.Cases())});
+    case RegressionStatus::ConstantTimes:
+        return Filled(StrRegTimesDetail, {count(sample.Cases()), FormatExact(sample.Times()[0])});
+    case RegressionStatus::TooManyParameters:
+        return Filled(StrRegParametersDetail, {count(results.Parameters()), count(sample.Events())});
+    default:
+        return {};
+    }
+}
+
+void TellPreparation(CAnalysisSupport& host, const SharedSettings& shared, const RegressionResults& results) {
+    TellReading(host, shared, results.reading);
+    const auto note = [&](const std::string& text) {
+        host.DspMessageBox(MessageStyle::Note, nullptr, 0, text, {});
+    };
+    if (const std::string missing = MissingByCovariate(results); !missing.empty())
+        note(Filled(results.meansSubstituted ? StrRegMissingReplaced : StrRegMissingDropped, {missing}));
+    if (!results.strataWithoutCases.empty()) note(StrataWithoutCases(host, results));
+}
+
+std::vector<std::string> DescribeDiagnosis(const RegressionResults& results, const Diagnosis& diagnosis) {
+    std::vector<std::string> texts;
+    for (const Diagnosis::Unbounded& each : diagnosis.unbounded)
+        texts.push_back(
+            Filled(StrRegUnbounded, {Quoted(results.names[each.covariate]),
+                                     std::string{Text(each.upwards ? StrRegLargest : StrRegSmallest)}}));
+    if (!diagnosis.unboundedTogether.empty())
+        texts.push_back(Filled(StrRegUnboundedTogether, {Names(results, diagnosis.unboundedTogether)}));
+    if (diagnosis.dependence)
+        texts.push_back(Filled(StrRegDependent, {Quoted(results.names[diagnosis.dependence->covariate]),
+                                                 Names(results, diagnosis.dependence->on)}));
+    return texts;
+}
+
+} // namespace ozm::survival

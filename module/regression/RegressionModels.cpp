@@ -1,0 +1,31 @@
+#include "module/regression/RegressionModels.h"
+
+#include "module/regression/cox/CoxDiagnosis.h"
+#include "module/regression/cox/FitCox.h"
+#include "module/resources/Regression.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace ozm::survival {
+namespace {
+
+Diagnosis DiagnoseCox(const RegressionSample& sample, std::span<const double> parameters,
+                      EstimationStatus status) {
+    Diagnosis diagnosis = FindUnbounded(sample, parameters);
+    if (status == EstimationStatus::Singular) diagnosis.dependence = FindDependence(sample);
+    return diagnosis;
+}
+
+constexpr RegressionModel models[] = {
+    {RegressionKind::ProportionalHazards, StrRegCox, false, FitCox, DiagnoseCox},
+};
+
+} // namespace
+
+const RegressionModel* FindRegressionModel(RegressionKind kind) {
+    const auto* const found = std::ranges::find(models, kind, &RegressionModel::kind);
+    return found != std::end(models) ? found : nullptr;
+}
+
+} // namespace ozm::survival

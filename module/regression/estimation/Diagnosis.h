@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+namespace ozm::survival {
+
+/// What the data say about an estimation beyond its status.
+struct Diagnosis {
+    /// A covariate that depends linearly on those before it, and these.
+    struct Dependence {
+        std::size_t covariate = 0;
+        std::vector<std::size_t> on;
+    };
+    /// A covariate whose coefficient has no finite maximum.
+    struct Unbounded {
+        std::size_t covariate = 0;
+        bool upwards = true;
+    };
+    std::optional<Dependence> dependence;
+    std::vector<Unbounded> unbounded;
+    std::vector<std::size_t> unboundedTogether; ///< only in combination
+};
+
+} // namespace ozm::survival

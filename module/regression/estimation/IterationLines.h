@@ -1,0 +1,33 @@
+#pragma once
+
+#include "support/CAnalysisSupport.h"
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace ozm::survival {
+
+/// The lines of an estimation in the host's iteration window: a header, then one per iteration with its
+/// number, the log-likelihood and the first five parameters. Keeps the last ones for messages.
+class IterationLines {
+public:
+    IterationLines(CAnalysisSupport& host, std::size_t parameters);
+    ~IterationLines();
+    IterationLines(const IterationLines&) = delete;
+    IterationLines& operator=(const IterationLines&) = delete;
+
+    void Add(int iteration, double logLikelihood, std::span<const double> parameters);
+    /// The last lines, at most five, the header above them.
+    [[nodiscard]] std::string Last() const;
+
+private:
+    void Write(const std::string& line) { host_.Iterations().AddText(line); }
+
+    CAnalysisSupport& host_;
+    std::string header_;
+    std::vector<std::string> last_;
+};
+
+} // namespace ozm::survival

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "module/resources/StringList.h"
+
+// The texts of the regression models' specification and estimation.
+
+// clang-format off
+#define OZM_REGRESSION_STRINGS(S) \
+    S(StrRegTooManyPoints, 21100, \
+      "Too many valid datapoints; max no. cases=32000, maximum no. data points=16000.") \
+    S(StrRegFewValues, 21101, "At least one indep. variable with fewer than 2 valid cases.") \
+    S(StrRegNoUncensored, 21102, "Not enough valid uncensored cases to perform analysis.") \
+    S(StrRegConstantCovariate, 21103, "One of the independent variables has no variability.") \
+    S(StrRegConstantTimes, 21104, "The dependent variable (survival times) has no variability.") \
+    S(StrRegTooFewValid, 21105, "Fewer than two valid cases.") \
+    S(StrRegTooFewUncensored, 21106, \
+      "Fewer than 2 uncensored cases; cannot reliably estimate parameters.") \
+    S(StrRegTooManyParameters, 21107, \
+      "Not enough uncensored cases; cannot estimate model parameters") \
+    S(StrRegSingular, 21108, \
+      "Singular parameter covariance matrix; cannot estimate parameters.") \
+    S(StrRegMoreIterations, 21109, \
+      " Exceeded maximum number of iterations; 30 more iterations? ") \
+    S(StrRegNoLikelihood, 21110, \
+      "Cannot compute likelihood for current parameters; try different start values.") \
+    S(StrRegInvalidOperation, 21111, \
+      "An invalid numerical operation was encountered during the computation of the model likelihood; check the " \
+      "expressions for the time-dependent covariates and make sure that no divisions by zero, negative square " \
+      "roots, etc. will occur.") \
+    S(StrRegNoMemory, 21112, \
+      "Not enough memory or too many valid cases; close other applications.") \
+    S(StrRegBadCriterion, 21113, \
+      "Invalid value for convergence criterion; min = 0.00001, max < 1.") \
+    S(StrRegBadIterations, 21114, "Invalid max. number of iterations; min = 3, max = 100.") \
+    S(StrRegNotConverged, 21115, "The iteration did not converge.") \
+    S(StrRegComputing, 21116, "Computing...") \
+    S(StrRegCox, 21120, "Proportional hazard (Cox) regression") \
+    S(StrRegExponential, 21121, "Exponential regression") \
+    S(StrRegLognormal, 21122, "Lognormal regression") \
+    S(StrRegNormal, 21123, "Normal regression") \
+    S(StrRegTimeDependent, 21124, "Prop. hazard (Cox) /w time-dep. covariates") \
+    S(StrRegCasewise, 21125, "Casewise &deletion of missing data") \
+    S(StrRegSubstitution, 21126, "&Mean substitution of missing data") \
+    S(StrRegIterationHeader, 21130, "Iteration  Log-Likelihood  Parameters     ") \
+    S(StrRegFirstFive, 21131, "(for first 5 predictors)") \
+    S(StrRegTimesInWords, 21132, "Survival times: %1") \
+    S(StrRegCensoringInWords, 21133, "Censoring indicator: %1") \
+    S(StrRegCovariatesInWords, 21134, "Covariates: %1") \
+    S(StrRegStrataInWords, 21135, "Strata: %1") \
+    S(StrRegNoCovariates, 21140, "Select the covariates: the independent variables of the regression.") \
+    S(StrRegCovariateTwice, 21141, "A variable is selected twice.") \
+    S(StrRegCovariateTwiceDetail, 21142, "%1 is both %2 and %3.") \
+    S(StrRegACovariate, 21143, "a covariate") \
+    S(StrRegAnotherCovariate, 21144, "another one") \
+    S(StrRegTheStratification, 21145, "the stratification variable") \
+    S(StrRegTheTime, 21146, "a time variable") \
+    S(StrRegTheCensoring, 21147, "the censoring indicator") \
+    S(StrRegBadStratum, 21148, "The codes of the stratification variable cannot be used.") \
+    S(StrRegStratumTwice, 21149, "Code %1 is given twice.") \
+    S(StrRegTooManyStrata, 21150, "%1 has more than %2 codes: choose those of fewer strata.") \
+    S(StrRegStrataHint, 21151, \
+      "Cases with any other code of the stratification variable are left out; none chosen: all codes") \
+    S(StrRegStartHint, 21152, "One number per covariate, in their order; empty: all start at 0") \
+    S(StrRegBadStart, 21153, "The start values cannot be used.") \
+    S(StrRegStartCount, 21154, "%1 numbers are given for %2 parameters: %3.") \
+    S(StrRegNoStart, 21155, "Parameter %1 has no number to start from.") \
+    S(StrRegCapacity, 21160, \
+      "A regression has room for 32,000 valid cases, copies of weighted cases counted: select fewer cases or use " \
+      "smaller weights.") \
+    S(StrRegValuesDetail, 21161, "%1 has %2 valid values among %3 cases that are valid otherwise.") \
+    S(StrRegConstantDetail, 21162, "%1 is %2 in all %3 valid cases.") \
+    S(StrRegTimesDetail, 21163, "All %1 valid cases have the survival time %2.") \
+    S(StrRegUncensoredDetail, 21164, "%1 of %2 valid cases is uncensored.") \
+    S(StrRegParametersDetail, 21165, "There are %1 parameters and %2 uncensored cases.") \
+    S(StrRegMissingDropped, 21166, \
+      "Missing values, by covariate, of cases that are left out (casewise deletion): %1.") \
+    S(StrRegMissingReplaced, 21167, "Means replace missing values, by covariate: %1.") \
+    S(StrRegCountOf, 21168, "%1: %2") \
+    S(StrRegNoCaseOfStratum, 21169, "No valid case has %1 of %2: such strata are not counted.") \
+    S(StrRegDependent, 21170, \
+      "%1 depends on the covariates before it (%2): leave one of them out.") \
+    S(StrRegUnbounded, 21171, \
+      "The coefficient of %1 grows without bound: at every uncensored time the case that fails has the %2 value of " \
+      "all that are at risk. Its estimate and standard error mean nothing; the likelihood has no maximum.") \
+    S(StrRegLargest, 21172, "largest") \
+    S(StrRegSmallest, 21173, "smallest") \
+    S(StrRegUnboundedTogether, 21174, \
+      "The coefficients of %1 grow without bound together: at every uncensored time the case that fails has the " \
+      "largest predictor of all that are at risk. The likelihood has no maximum.") \
+    S(StrRegLastIterations, 21175, "After %1 iterations; the last of them:") \
+    S(StrRegNotConvergedWay, 21176, \
+      "Allow more iterations, choose a larger convergence criterion or other start values.")
+// clang-format on

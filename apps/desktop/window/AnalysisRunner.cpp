@@ -3,17 +3,15 @@
 #include "apps/desktop/dialogs/ControlField.h"
 #include "apps/desktop/dialogs/DialogView.h"
 #include "apps/desktop/text/BoxTexts.h"
+#include "apps/desktop/window/StartValuesDialog.h"
 
 #include <QApplication>
-#include <QDialogButtonBox>
 #include <QFileDialog>
-#include <QFormLayout>
-#include <QLineEdit>
-#include <QLocale>
 #include <QMessageBox>
 #include <QWidget>
+#include <QWindow>
 
-#include <cmath>
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -74,6 +72,7 @@ void AnalysisRunner::abandon() {
 
 void AnalysisRunner::stop() {
     signals_.cancel();
+    if (modal_ != nullptr && !modal_->isBusy()) modal_->reject();
 }
 
 void AnalysisRunner::dataReplaced() {
@@ -98,13 +97,17 @@ void AnalysisRunner::pump() {
     pumping_ = true;
     session_.pump();
     pumping_ = false;
-    if (busy_) {
-        busy_ = false;
-        progress_.hide();
-        // A Cancel that came too late for this computation must not stop the next one.
-        signals_.clear(StopSignals::Display);
-        emit finishedComputing();
-    }
+    endComputation();
+    emit finishedComputing();
+}
+
+void AnalysisRunner::endComputation() {
+    progress_.hide();
+    progress_.reset();
+    if (!busy_) return;
+    busy_ = false;
+    // A Cancel that came too late for this computation must not stop the next one.
+    signals_.clear(StopSignals::Display);
 }
 
 void AnalysisRunner::showView(ozm::CAnalysisDialog& dialog, int page) {
@@ -200,8 +203,11 @@ void AnalysisRunner::processEvents() {
         computing_.start();
     }
     if (!progress_.isVisible() && computing_.elapsed() >= progressDelay_) {
-        progress_.reset();
-        progress_.setStatus(tr("Computing ..."));
+        // Above a modal dialog, and not locked out by it.
+        progress_.setModal(modal_ != nullptr);
+        progress_.winId();
+        progress_.windowHandle()->setTransientParent(
+            (modal_ != nullptr ? static_cast<QWidget*>(modal_) : window_)->windowHandle());
         progress_.show();
     }
     // Until the progress window is there to receive clicks, they wait in the queue.
@@ -211,6 +217,7 @@ void AnalysisRunner::processEvents() {
 
 QWidget* AnalysisRunner::boxParent() {
     progress_.hide();
+    if (modal_ != nullptr) return modal_;
     return view_ != nullptr ? static_cast<QWidget*>(view_) : window_;
 }
 
@@ -233,12 +240,16 @@ ozm::MessageButton AnalysisRunner::showMessage(const ResultMessage& message,
 bool AnalysisRunner::ask(const ResultMessage& question, ozm::CAnalysisDialog* /*window*/) {
     QMessageBox box(QMessageBox::Question, fromView(session_.book().analysis),
                     fromView(question.text).trimmed(), QMessageBox::Yes | QMessageBox::No, boxParent());
+    box.setInformativeText(fromView(question.detail));
     return showBox(box) == QMessageBox::Yes;
 }
 
 void AnalysisRunner::runModal(ozm::CAnalysisModalDialog& dialog) {
     DialogView view(dialog, boxParent());
     view.setModal(true);
+    const QPointer<DialogView> before = std::exchange(modal_, &view);
+    // What it computes ends with each of its operations, while the analysis goes on waiting for it.
+    connect(&view, &DialogView::operated, this, &AnalysisRunner::endComputation);
     connect(&view, &DialogView::stopRequested, this, &AnalysisRunner::stop);
     connect(&view, &DialogView::hintChanged, this, &AnalysisRunner::hintChanged);
     QEventLoop untilClosed;
@@ -246,6 +257,8 @@ void AnalysisRunner::runModal(ozm::CAnalysisModalDialog& dialog) {
     connect(&view, &QDialog::finished, &untilClosed, &QEventLoop::quit); // one without a Cancel
     view.show();
     if (!dialog.IsClosed()) untilClosed.exec();
+    endComputation();
+    modal_ = before;
 }
 
 std::optional<std::string> AnalysisRunner::fileToOpen(const FileRequest& request) {
@@ -276,34 +289,9 @@ void AnalysisRunner::defineSelection(ActiveData& /*data*/) {
 }
 
 bool AnalysisRunner::editStartValues(std::span<const std::string> names, std::span<double> values) {
-    QDialog dialog(boxParent());
-    dialog.setWindowTitle(tr("Start Values"));
-    auto* form = new QFormLayout(&dialog);
-    std::vector<QLineEdit*> fields;
-    for (std::size_t k = 0; k < names.size(); ++k) {
-        fields.push_back(new QLineEdit(QLocale::c().toString(values[k], 'g', 17), &dialog));
-        form->addRow(fromView(names[k]), fields.back());
-    }
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
-    form->addRow(buttons);
-    std::vector<double> edited(values.begin(), values.end());
-    connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    connect(buttons, &QDialogButtonBox::accepted, &dialog, [&] {
-        for (std::size_t k = 0; k < fields.size(); ++k) {
-            bool isNumber = false;
-            edited[k] = QLocale::c().toDouble(fields[k]->text(), &isNumber);
-            if (isNumber && std::isfinite(edited[k])) continue;
-            QMessageBox box(QMessageBox::Warning, dialog.windowTitle(),
-                            tr("'%1' is not a number; give one such as 0.5.").arg(fields[k]->text()),
-                            QMessageBox::Ok, &dialog);
-            showBox(box);
-            fields[k]->setFocus();
-            return;
-        }
-        dialog.accept();
-    });
+    StartValuesDialog dialog(names, values, boxParent());
     if (dialog.exec() != QDialog::Accepted) return false;
-    std::copy(edited.begin(), edited.end(), values.begin());
+    std::copy(dialog.values().begin(), dialog.values().end(), values.begin());
     return true;
 }
 

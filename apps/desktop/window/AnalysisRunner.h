@@ -41,9 +41,9 @@ public:
     void abandon();
     /// Whether a dialog of the analysis is open.
     [[nodiscard]] bool isActive() const { return view_ != nullptr; }
-    /// Whether it is computing; no part of it may be destroyed then.
-    [[nodiscard]] bool isBusy() const { return busy_; }
-    /// Asks a computation to stop; it does within milliseconds.
+    /// Whether it is computing, or waits for a modal dialog; no part of it may be destroyed then.
+    [[nodiscard]] bool isBusy() const { return busy_ || modal_ != nullptr; }
+    /// Asks a computation to stop, which it does within milliseconds, and a modal dialog to close.
     void stop();
     [[nodiscard]] DialogView* currentView() const { return view_; }
     [[nodiscard]] ProgressWindow& progressWindow() { return progress_; }
@@ -74,6 +74,7 @@ signals:
 
 private:
     void pump();
+    void endComputation();
     void showView(ozm::CAnalysisDialog& dialog, int page);
     void dropView();
 
@@ -113,6 +114,7 @@ private:
     Session session_;
     EventTimer eventTimer_{signals_};
     QPointer<DialogView> view_;
+    QPointer<DialogView> modal_; ///< the modal dialog that is open
     DialogPlaces places_;
     RememberedValues values_;
     /// The state in which a dialog was left.

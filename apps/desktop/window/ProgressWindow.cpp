@@ -20,6 +20,7 @@ ProgressWindow::ProgressWindow(QWidget* parent)
       lines_(new QPlainTextEdit(this)), cancel_(new QPushButton(tr("Cancel"), this)) {
     setWindowTitle(tr("Computing"));
     lines_->setReadOnly(true);
+    lines_->setLineWrapMode(QPlainTextEdit::NoWrap);
     lines_->setFont(fixedFont());
     lines_->setAccessibleName(tr("Iterations"));
     bar_->setAccessibleName(tr("Progress"));
@@ -65,7 +66,7 @@ void ProgressWindow::addLine(const QString& line) {
 }
 
 void ProgressWindow::reset() {
-    status_->clear();
+    status_->setText(tr("Computing ..."));
     lines_->clear();
     lines_->hide();
     cancel_->setEnabled(true);

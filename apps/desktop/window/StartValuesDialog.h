@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QDialog>
+
+#include <span>
+#include <string>
+#include <vector>
+
+class QLabel;
+class QTableWidget;
+
+namespace korvana::desktop {
+
+/// A table of parameters and the values that an estimation starts from. Enter and Tab go on to the next row;
+/// several numbers can be pasted at once.
+class StartValuesDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    StartValuesDialog(std::span<const std::string> names, std::span<const double> values,
+                      QWidget* parent = nullptr);
+
+    /// The values in the table, one per name.
+    [[nodiscard]] const std::vector<double>& values() const { return values_; }
+    /// Closes only when all of them are numbers; else says which is not.
+    void accept() override;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void paste();
+    void fillWithZeros();
+
+    std::vector<double> values_;
+    QTableWidget* table_;
+    QLabel* reason_;
+};
+
+} // namespace korvana::desktop

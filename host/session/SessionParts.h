@@ -58,6 +58,7 @@ struct SessionParts {
     void commandBegins() {
         messagesBefore_ = book->messages.size();
         notesBefore_ = book->notes.size();
+        iterationsBefore_ = book->iterations.size();
     }
     /// Its action has ended.
     void commandEnded() { messagesAfter_ = book->messages.size(); }
@@ -73,22 +74,27 @@ struct SessionParts {
     /// A dialog was accepted: the results that follow are of its settings and of the current data. Earlier
     /// results keep their own book with the messages about them; messages since the button was pressed, and
     /// those on the way to this form of the dialog, belong to the new results. Messages in between, from an
-    /// OK that was refused or failed, are dropped.
+    /// OK that was refused or failed, are dropped, and so are its iterations.
     void beginRun() {
         std::vector<ResultMessage> messages = std::move(aboutForm_);
         const std::vector<ResultMessage> sincePress = takeFrom(book->messages, messagesBefore_);
         messages.insert(messages.end(), sincePress.begin(), sincePress.end());
+        std::vector<std::string> iterations = takeFrom(book->iterations, iterationsBefore_);
         aboutForm_.clear();
         if (book->outputs.empty()) {
             book->messages.clear();
         } else {
-            if (resultsLeft_) (void)takeFrom(book->messages, *resultsLeft_);
+            if (resultsLeft_) {
+                (void)takeFrom(book->messages, *resultsLeft_);
+                (void)takeFrom(book->iterations, iterationsLeft_);
+            }
             (void)takeFrom(book->notes, notesBefore_);
             auto next = std::make_shared<ResultsBook>();
             next->analysis = book->analysis;
             book = std::move(next);
         }
         book->messages = std::move(messages);
+        book->iterations = std::move(iterations);
         book->status = 0;
         notMade_.clear();
         resultsLeft_.reset();
@@ -99,7 +105,9 @@ struct SessionParts {
     /// The analysis went back from its results. Messages from then on are not about these results.
     void goesBack() {
         aboutForm_.clear();
-        if (!resultsLeft_) resultsLeft_ = book->messages.size();
+        if (resultsLeft_) return;
+        resultsLeft_ = book->messages.size();
+        iterationsLeft_ = book->iterations.size();
     }
 
     /// The dialog goes on in another of its forms. What it said since its last command belongs to that form.
@@ -148,8 +156,10 @@ private:
     std::size_t messagesAfter_ = 0;  ///< the last command, or the last change of forms
     std::vector<ResultMessage> aboutForm_;
     std::size_t notesBefore_ = 0;
+    std::size_t iterationsBefore_ = 0;
     std::set<std::string> notMade_;          ///< outputs asked for, by their actions
     std::optional<std::size_t> resultsLeft_; ///< how many messages there were then
+    std::size_t iterationsLeft_ = 0;         ///< and how many lines of iterations
 };
 
 } // namespace korvana

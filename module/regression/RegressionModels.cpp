@@ -12,7 +12,10 @@ namespace {
 
 Diagnosis DiagnoseCox(const RegressionSample& sample, std::span<const double> parameters,
                       EstimationStatus status) {
-    Diagnosis diagnosis = FindUnbounded(sample, parameters);
+    Diagnosis diagnosis;
+    diagnosis.unbounded = FindUnbounded(sample);
+    if (status != EstimationStatus::Success && diagnosis.unbounded.empty())
+        diagnosis.unboundedTogether = FindUnboundedTogether(sample, parameters);
     if (status == EstimationStatus::Singular) diagnosis.dependence = FindDependence(sample);
     return diagnosis;
 }

@@ -95,13 +95,12 @@ struct Estimation {
 
 private:
     EstimationStatus Fit(const RegressionModel& model, StatusLine& line);
-    bool WantsMore(EstimationStatus status);
+    bool WantsMore(EstimationStatus status, StatusLine& line);
     void Diagnose(const RegressionModel& model, EstimationStatus status);
 };
 
 EstimationStatus Estimation::Fit(const RegressionModel& model, StatusLine& line) {
     RegressionResults& results = state.results;
-    line.Show(StrSorting);
     // Memory that is missing for this ends the estimation without a message, like a stop.
     if (!results.sample.Order(host, std::max<std::size_t>(results.strata.size(), 1)))
         return EstimationStatus::Stopped;
@@ -118,13 +117,14 @@ EstimationStatus Estimation::Fit(const RegressionModel& model, StatusLine& line)
     return status;
 }
 
-bool Estimation::WantsMore(EstimationStatus status) {
+bool Estimation::WantsMore(EstimationStatus status, StatusLine& line) {
     if (status != EstimationStatus::NotConverged) return false;
     if (host.DisplayInstQuestion(host.GetLibInstance(), window, StrRegMoreIterations) != ButtonYes)
         return false;
     constexpr int most = std::numeric_limits<std::int16_t>::max();
     std::int16_t& maximum = state.settings.maximumIterations;
     maximum = static_cast<std::int16_t>(std::min(maximum + furtherIterations, most));
+    line.Show(StrSorting);
     return true;
 }
 
@@ -149,7 +149,7 @@ RegressionStatus Estimation::Compute(StatusLine& line) {
     do {
         results.estimate = {};
         status = Fit(model, line);
-    } while (WantsMore(status));
+    } while (WantsMore(status, line));
     if (status != EstimationStatus::Stopped) Diagnose(model, status);
     results.held = status == EstimationStatus::Success;
     return static_cast<RegressionStatus>(status);

@@ -6,6 +6,7 @@
 #include "module/resources/KSamples.h"
 #include "module/resources/Kaplan.h"
 #include "module/resources/LifeTables.h"
+#include "module/resources/Regression.h"
 #include "module/resources/StepNumbers.h"
 #include "module/resources/TwoSamples.h"
 #include "tests/module/FailingNew.h"
@@ -119,6 +120,31 @@ inline const Analysis lifeOfTable{
     .variables = {AutomationValue::List{1}, AutomationValue::List{2}, AutomationValue::List{3}},
     .observations = LifeObservations,
     .table = true};
+
+/// Cox regression on the treatment of Freireich et al. 1963 (6-MP is 1) and a covariate made up for it.
+inline const Analysis coxRegression{
+    .name = "CoxRegression",
+    .entry = 5,
+    .specification = survival::StepSpecifyRegression,
+    .results = survival::StepRegressionResults,
+    .noMemory = survival::StrRegNoMemory,
+    .several = 600,
+    .many = 2000,
+    .arrays = 5,
+    .requests = 20,
+    .columns = {{"weeks", {10, 7,  32, 23, 22, 6,  16, 34, 32, 25, 11, 20, 19, 6,  17, 35, 6, 13, 9, 6, 10,
+                           1,  22, 3,  12, 8,  17, 2,  11, 8,  12, 2,  5,  4,  15, 8,  23, 5, 11, 4, 1, 8}},
+                {"relapse", {1, 1, 0, 1, 1, 1, 1, 0, 0, 0, 0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 0,
+                             1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1}},
+                {"drug", {1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1,
+                          0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
+                {"sex", {1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1,
+                         1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1}}},
+    .variables = {AutomationValue::List{1}, AutomationValue::List{2}, AutomationValue::List{3},
+                  AutomationValue::List{}},
+    .observations = [] {
+        return static_cast<int>(survival::ModuleState().regression.results.sample.Cases());
+    }};
 
 class AnalysisFixture : public testing::Test {
 protected:
@@ -236,6 +262,12 @@ class LifeFixture : public AnalysisFixture {
 protected:
     explicit LifeFixture(const Analysis& one = lifeRaw) : AnalysisFixture(one) {}
     survival::LifeState& State() { return survival::ModuleState().lifeTables; }
+};
+
+class CoxFixture : public AnalysisFixture {
+protected:
+    CoxFixture() : AnalysisFixture(coxRegression) {}
+    survival::RegressionState& State() { return survival::ModuleState().regression; }
 };
 
 class KsFixture : public AnalysisFixture {

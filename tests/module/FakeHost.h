@@ -4,6 +4,7 @@
 
 #include "module/frame/CSurvival.h"
 #include "support/automation/AutomationObject.h"
+#include "support/dialogs/CAnalysisModalDialog.h"
 #include "support/services/NullServices.h"
 
 #include <algorithm>
@@ -56,7 +57,9 @@ class FakeHost final : public CAnalysisDoc,
                        public NullProgress,
                        public NullMessages,
                        public NullMemory,
-                       public NullDialogs {
+                       public NullFiles,
+                       public NullDialogs,
+                       public CIterDisplay {
 public:
     // Data
     std::vector<Column> columns;
@@ -73,6 +76,7 @@ public:
     std::vector<Sheet> sheets;
     std::vector<CChartInfo> charts;
     std::string report;
+    std::vector<std::string> iterations;
 
     // Faults
     int refuseRequest = 0; ///< the n-th memory request is refused; 0: none
@@ -93,6 +97,12 @@ public:
     bool refuseDialogs = false;
     std::vector<std::string> asked;
     std::function<void()> whenShown; ///< called while a message box stands
+    bool automation = true;
+    std::function<void(CAnalysisModalDialog&)> operateModal; ///< what is done with a modal dialog
+    std::vector<int> modal;                                  ///< the numbers of those that were shown
+    int yes = 0; ///< so many questions are answered with Yes, the others with No
+    std::vector<int> questionsAsked;
+    std::vector<double> startValues; ///< what the dialog of start values is left with; empty: cancelled
 
     /// Runs steps from one on until a dialog owns the step or the sequence ends; returns the step reached.
     int Go(CAnalysisSupport& analysis, int step) {
@@ -129,6 +139,26 @@ public:
     MessageService& Messages() override { return *this; }
     MemoryService& Memory() override { return *this; }
     DialogService& Dialogs() override { return *this; }
+    FileService& Files() override { return *this; }
+    CIterDisplay& Iterations() override { return *this; }
+    void AddText(std::string_view line) override { iterations.emplace_back(line); }
+    bool WasCanceled() override { return false; }
+    int DisplayInstQuestion(ModuleHandle, CAnalysisDialog*, int id) override {
+        questionsAsked.push_back(id);
+        return yes-- > 0 ? ButtonYes : ButtonNo;
+    }
+    bool GetStartValues(std::span<const std::string> names, std::span<double> values) override {
+        if (startValues.size() != names.size()) return false;
+        std::ranges::copy(startValues, values.begin());
+        return true;
+    }
+    int RunModal(CAnalysisModalDialog& dialog) override {
+        modal.push_back(dialog.Template().number);
+        dialog.Open();
+        if (operateModal) operateModal(dialog);
+        if (automation && !dialog.IsClosed()) dialog.Press(ControlOk);
+        return dialog.IsClosed() ? dialog.Result() : -1;
+    }
 
     short cstart(int caseNumber, std::span<double> values, std::span<const int> variables) override {
         if (caseNumber >= throwsFrom) throw std::runtime_error("the file is gone");
@@ -226,6 +256,7 @@ public:
     }
 
     void dstart(unsigned) override { ++progressShown; }
+    void bstart() override { ++progressShown; }
     void dstop() override { --progressShown; }
     void d_stat(std::string_view text) override { statusTexts.emplace_back(text); }
     bool pcancel() override { return ++questions >= stopAt && stopAt != 0; }
@@ -263,7 +294,7 @@ public:
         nextStep = next;
         exitMode = mode;
     }
-    bool IsOleAutomation() override { return true; }
+    bool IsOleAutomation() override { return automation; }
     bool OpenDataFile() override { return opensData; }
     void DefineWeight() override { asked.emplace_back("weight"); }
     void TurnWeightsOff() override { weight = 0; }

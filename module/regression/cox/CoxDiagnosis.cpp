@@ -46,10 +46,37 @@ bool IsMonotone(const OrderedSample& sample, std::size_t k, double sign) {
     return shortfall.varies && shortfall.most == 0.0;
 }
 
-/// Covariates with a considerable part in a predictor that separates those who die from the others.
-std::vector<std::size_t> Together(const RegressionSample& sample, std::span<const double> parameters) {
-    constexpr double farOut = 20.0;    // a hazard ratio of 5e8 between cases
-    constexpr double tolerance = 0.02; // what other covariates add meanwhile
+/// Which of the covariates before k the row of its Cholesky factor depends on: the solution c of R c = r.
+std::vector<std::size_t> DependsOn(const SquareMatrix& factor, std::size_t k) {
+    constexpr double negligible = 1e-6;
+    ParameterVector c{};
+    std::vector<std::size_t> on;
+    for (std::size_t j = k; j-- > 0;) {
+        c[j] = factor(k, j);
+        for (std::size_t l = j + 1; l < k; ++l)
+            c[j] -= factor(l, j) * c[l];
+        c[j] /= factor(j, j);
+        if (std::abs(c[j]) > negligible) on.insert(on.begin(), j);
+    }
+    return on;
+}
+
+} // namespace
+
+std::vector<Diagnosis::Unbounded> FindUnbounded(const RegressionSample& sample) {
+    std::vector<Diagnosis::Unbounded> unbounded;
+    const OrderedSample ordered = sample.Ordered();
+    for (std::size_t k = 0; k < ordered.covariates; ++k)
+        for (const double sign : {1.0, -1.0})
+            if (IsMonotone(ordered, k, sign)) unbounded.push_back({k, sign > 0.0});
+    return unbounded;
+}
+
+std::vector<std::size_t> FindUnboundedTogether(const RegressionSample& sample,
+                                               std::span<const double> parameters) {
+    constexpr double farOut = 20.0; // a hazard ratio of 5e8 between cases
+    // What bounded parts of the parameters add, beside those that run out.
+    constexpr double tolerance = 0.2;
     constexpr double considerable = 0.05;
     std::vector<double> predictor(sample.Cases(), 0.0);
     std::vector<double> parts;
@@ -69,33 +96,6 @@ std::vector<std::size_t> Together(const RegressionSample& sample, std::span<cons
     for (std::size_t k = 0; k < parts.size(); ++k)
         if (parts[k] >= considerable * most) together.push_back(k);
     return together;
-}
-
-/// Which of the covariates before k the row of its Cholesky factor depends on: the solution c of R c = r.
-std::vector<std::size_t> DependsOn(const SquareMatrix& factor, std::size_t k) {
-    constexpr double negligible = 1e-6;
-    ParameterVector c{};
-    std::vector<std::size_t> on;
-    for (std::size_t j = k; j-- > 0;) {
-        c[j] = factor(k, j);
-        for (std::size_t l = j + 1; l < k; ++l)
-            c[j] -= factor(l, j) * c[l];
-        c[j] /= factor(j, j);
-        if (std::abs(c[j]) > negligible) on.insert(on.begin(), j);
-    }
-    return on;
-}
-
-} // namespace
-
-Diagnosis FindUnbounded(const RegressionSample& sample, std::span<const double> parameters) {
-    Diagnosis diagnosis;
-    const OrderedSample ordered = sample.Ordered();
-    for (std::size_t k = 0; k < ordered.covariates; ++k)
-        for (const double sign : {1.0, -1.0})
-            if (IsMonotone(ordered, k, sign)) diagnosis.unbounded.push_back({k, sign > 0.0});
-    if (diagnosis.unbounded.empty()) diagnosis.unboundedTogether = Together(sample, parameters);
-    return diagnosis;
 }
 
 std::optional<Diagnosis::Dependence> FindDependence(const RegressionSample& sample) {

@@ -47,6 +47,9 @@ struct ChartAxis {
     std::string title;
     double min = 0.0;
     double max = 0.0;
+    bool logarithmic = false; ///< for values above 0
+    /// Names of the places 1, 2, 3 ... of the axis, which stand there in place of numbers.
+    std::vector<std::string> names{};
     [[nodiscard]] bool hasRange() const { return min < max; }
 };
 

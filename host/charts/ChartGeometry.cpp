@@ -53,6 +53,19 @@ double niceWidth(double width) {
     return (mantissa < 1.5 ? 1.0 : mantissa < 3.5 ? 2.0 : mantissa < 7.5 ? 5.0 : 10.0) * power;
 }
 
+/// As `axisExtent`, in logarithms.
+Extent logExtent(const ozm::ChartAxis& axis, Extent data, double margin) {
+    ozm::ChartAxis linear;
+    if (axis.hasRange() && axis.min > 0.0) {
+        linear.min = std::log(axis.min);
+        linear.max = std::log(axis.max);
+    }
+    const bool drawable = data.low > 0.0 && data.low <= data.high;
+    const Extent logs = drawable ? Extent{std::log(data.low), std::log(data.high)} : Extent{0.0, 1.0};
+    const Extent extent = axisExtent(linear, logs, margin);
+    return {std::exp(extent.low), std::exp(extent.high)};
+}
+
 } // namespace
 
 bool isDrawable(double value) {
@@ -74,6 +87,7 @@ Extent extentOf(std::span<const double> values) {
 }
 
 Extent axisExtent(const ozm::ChartAxis& axis, Extent data, double margin) {
+    if (axis.logarithmic) return logExtent(axis, data, margin);
     if (axis.hasRange() && isDrawable(axis.min) && isDrawable(axis.max)) {
         const Extent given{axis.min, axis.max};
         return tooNarrow(given) ? widened(given) : given;

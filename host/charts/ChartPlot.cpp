@@ -113,6 +113,32 @@ private:
         axis.grid()->setZeroLinePen(Qt::NoPen);
     }
 
+    /// A logarithmic scale has powers of two or ten as ticks, where it is wide enough for some.
+    static void makeLogarithmic(QCPAxis& axis, const Extent& range) {
+        constexpr double narrow = 6.0;
+        constexpr double wide = 1000.0;
+        axis.setScaleType(QCPAxis::stLogarithmic);
+        const double ratio = range.high / range.low;
+        if (ratio < narrow) return;
+        const QSharedPointer<QCPAxisTickerLog> ticker(new QCPAxisTickerLog);
+        ticker->setLogBase(ratio < wide ? 2.0 : 10.0);
+        ticker->setSubTickCount(0);
+        axis.setTicker(ticker);
+    }
+
+    /// Names in place of numbers, in letters small enough for all of them to stand one above the other.
+    void nameTicks(QCPAxis& axis, const std::vector<std::string>& names, int length) {
+        constexpr int smallest = 7;
+        const int each = length / static_cast<int>(names.size());
+        axis.setTickLabelFont(font(std::clamp(each * 3 / 4, smallest, 13)));
+        const QSharedPointer<QCPAxisTickerText> ticker(new QCPAxisTickerText);
+        for (std::size_t k = 0; k < names.size(); ++k)
+            ticker->addTick(static_cast<double>(k + 1),
+                            elidedLine(names[k], axis.tickLabelFont(), options_.width / 4));
+        axis.setTicker(ticker);
+        axis.setSubTicks(false);
+    }
+
     void styleAxes() {
         plot_.setLocale(plainLocale());
         plot_.setBackground(QBrush(tones_.ground));
@@ -123,6 +149,10 @@ private:
         const double table = static_cast<double>(atRisk_.size()) * atRiskLine();
         styleAxis(*plot_.yAxis, ranges_.y, info_.yAxis.title,
                   std::min(options_.height - 240, options_.height - 170 - static_cast<int>(table)));
+        if (info_.xAxis.logarithmic) makeLogarithmic(*plot_.xAxis, ranges_.x);
+        if (info_.yAxis.logarithmic) makeLogarithmic(*plot_.yAxis, ranges_.y);
+        if (!info_.xAxis.names.empty()) nameTicks(*plot_.xAxis, info_.xAxis.names, options_.width - 120);
+        if (!info_.yAxis.names.empty()) nameTicks(*plot_.yAxis, info_.yAxis.names, options_.height - 240);
         if (info_.kind != ozm::CChartInfo::Kind::Histogram) return;
         const QSharedPointer<QCPAxisTickerFixed> whole(new QCPAxisTickerFixed); // counts are whole numbers
         whole->setTickStep(1.0);
@@ -134,8 +164,13 @@ private:
 
     ChartCurve* addCurve(const ChartPath& path) { return new ChartCurve(plot_, path); } // the plot owns it
 
+    /// Thinning counts on the pixels' being equally wide in the axes' numbers.
+    [[nodiscard]] bool thins() const {
+        return options_.thin && !info_.xAxis.logarithmic && !info_.yAxis.logarithmic;
+    }
+
     [[nodiscard]] ChartPath visible(ChartPath path) const {
-        if (!options_.thin) return path;
+        if (!thins()) return path;
         return thinned(clipped(path, ranges_.x, ranges_.y), ranges_.x, 2 * options_.width);
     }
 
@@ -166,8 +201,8 @@ private:
 
     ChartCurve* paintMarkers(const ChartSeries& series) {
         ChartCurve* curve =
-            addCurve(options_.thin ? markersOf(series, ranges_.x, ranges_.y, options_.width, options_.height)
-                                   : pathOf(series));
+            addCurve(thins() ? markersOf(series, ranges_.x, ranges_.y, options_.width, options_.height)
+                             : pathOf(series));
         curve->setLineStyle(QCPCurve::lsNone);
         curve->setPen(style_.pen(series)); // the legend's icon
         curve->setScatterStyle(style_.scatter(series));

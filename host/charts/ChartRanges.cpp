@@ -12,7 +12,7 @@ void include(Extent& extent, const Extent& more) {
 }
 
 void makeRoom(Extent& shown, const ozm::ChartAxis& axis, const std::vector<double>& drawn) {
-    if (!axis.hasRange()) return;
+    if (!axis.hasRange() || axis.logarithmic || !axis.names.empty()) return;
     // Half of a marker, roughly.
     const double room = 0.012 * (axis.max - axis.min);
     const auto isDrawn = [&drawn](double from, double to) {

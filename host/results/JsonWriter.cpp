@@ -88,6 +88,12 @@ void writeChart(const ozm::CChartInfo& info, JsonText& json) {
         .string(info.yAxis.title)
         .raw(", \"kind\": ")
         .string(nameOf(kindNames, info.kind));
+    const auto particulars = [&json](std::string_view axis, const ozm::ChartAxis& of) {
+        if (of.logarithmic) json.raw(", \"").raw(axis).raw("Scale\": \"logarithmic\"");
+        if (!of.names.empty()) json.raw(", \"").raw(axis).raw("Names\": ").strings(of.names);
+    };
+    particulars("x", info.xAxis);
+    particulars("y", info.yAxis);
     json.raw(",\n  \"series\": ").array(info.series, ",\n  ", [&json](const auto& one) {
         writeSeries(one, json);
     });

@@ -116,9 +116,13 @@ ChartReadout::ChartReadout(QCustomPlot& plot, const ozm::CChartInfo& info, doubl
 }
 
 QString ChartReadout::axisLine(const ozm::ChartAxis& axis, const QString& otherwise, double value) const {
-    const QString title =
-        axis.title.empty() ? otherwise : elidedLine(axis.title, box_->font(), plot_.width() / 3);
-    return title + QStringLiteral(": ") + number(value);
+    const QString title = axis.title.empty() ? (axis.names.empty() ? otherwise : QString{})
+                                             : elidedLine(axis.title, box_->font(), plot_.width() / 3);
+    const bool named = value >= 1.0 && value <= static_cast<double>(axis.names.size());
+    const QString text = named ? elidedLine(axis.names[static_cast<std::size_t>(std::lround(value)) - 1],
+                                            box_->font(), plot_.width() / 3)
+                               : number(value);
+    return title.isEmpty() ? text : title + QStringLiteral(": ") + text;
 }
 
 void ChartReadout::place(double x, double y, const QString& text, bool ring) {

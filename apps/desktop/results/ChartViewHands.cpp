@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QKeyEvent>
 #include <QTimer>
+#include <cmath>
 #include <qcustomplot.h>
 
 #include "host/charts/ChartPlot.h"
@@ -105,8 +106,15 @@ void ChartView::zoom(double factor) {
 }
 
 void ChartView::move(double right, double up) {
-    plot_->xAxis->moveRange(right * plot_->xAxis->range().size());
-    plot_->yAxis->moveRange(up * plot_->yAxis->range().size());
+    const auto by = [](QCPAxis& axis, double share) {
+        const QCPRange range = axis.range();
+        if (axis.scaleType() == QCPAxis::stLogarithmic)
+            axis.moveRange(std::pow(range.upper / range.lower, share));
+        else
+            axis.moveRange(share * range.size());
+    };
+    by(*plot_->xAxis, right);
+    by(*plot_->yAxis, up);
     readout_->hide();
     plot_->replot(QCustomPlot::rpQueuedReplot);
 }

@@ -11,6 +11,7 @@
 #include "module/lifetable/CDefineLifeTableDlg.h"
 #include "module/lifetable/CLifeResultsDlg.h"
 #include "module/regression/CDefineRegDlg.h"
+#include "module/regression/CRegResultsDlg.h"
 #include "module/regression/CRegSpecDlg.h"
 #include "module/regression/RegEstDlg.h"
 #include "module/regression/RegressionModels.h"
@@ -154,6 +155,10 @@ int CSurvival::RegEst(CAnalysisSupport& analysis) {
 
 int CSurvival::KsResults(CAnalysisSupport& analysis) {
     return OpenStep<CKsResultsDlg>(analysis, ModuleState().shared, ModuleState().kSamples);
+}
+
+int CSurvival::RegressionResults(CAnalysisSupport& analysis) {
+    return OpenStep<CRegResultsDlg>(analysis, ModuleState().shared, ModuleState().regression);
 }
 
 } // namespace ozm::survival

@@ -1,4 +1,3 @@
-#include "module/frame/CSurvival.h"
 #include "module/frame/Steps.h"
 #include "module/resources/Startup.h"
 #include "module/resources/StepNumbers.h"
@@ -8,10 +7,6 @@ namespace ozm::survival {
 int NotBuiltYet(CAnalysisSupport& analysis) {
     analysis.DspMessageBox(MessageStyle::Information, nullptr, StrNotBuiltYet);
     return StepStart;
-}
-
-int CSurvival::RegressionResults(CAnalysisSupport& analysis) {
-    return NotBuiltYet(analysis);
 }
 
 } // namespace ozm::survival

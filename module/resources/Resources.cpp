@@ -5,6 +5,7 @@
 #include "module/resources/Kaplan.h"
 #include "module/resources/LifeTables.h"
 #include "module/resources/Regression.h"
+#include "module/resources/RegressionResults.h"
 #include "module/resources/Shared.h"
 #include "module/resources/Startup.h"
 #include "module/resources/TwoSamples.h"
@@ -20,8 +21,8 @@ namespace {
 // The only place that knows the resources of all analyses.
 
 constexpr std::span<const StringResource> stringTables[] = {
-    startupStrings,   sharedStrings,  groupStrings,     kaplanStrings,
-    twoSampleStrings, kSampleStrings, lifeTableStrings, regressionStrings};
+    startupStrings, sharedStrings,    groupStrings,      kaplanStrings,           twoSampleStrings,
+    kSampleStrings, lifeTableStrings, regressionStrings, regressionResultStrings, coxResultStrings};
 
 constexpr const DialogTemplate* dialogs[] = {&taskTemplate,
                                              &lifeRawTemplate,
@@ -37,13 +38,23 @@ constexpr const DialogTemplate* dialogs[] = {&taskTemplate,
                                              &estimationSpecificationTemplate,
                                              &estimationTemplates[0],
                                              &estimationTemplates[1],
-                                             &estimationTemplates[2]};
+                                             &estimationTemplates[2],
+                                             &regressionResultsTemplate};
 
 /// In the library's order of declaration.
-constexpr AutomationInterface interfaces[] = {
-    startupInterface, lifeRawInterface,       lifeTableInterface,  lifeResultsInterface,
-    kaplanInterface,  kaplanResultsInterface, twoInterface,        twoResultsInterface,
-    ksInterface,      ksResultsInterface,     regressionInterface, estimationInterface};
+constexpr AutomationInterface interfaces[] = {startupInterface,
+                                              lifeRawInterface,
+                                              lifeTableInterface,
+                                              lifeResultsInterface,
+                                              kaplanInterface,
+                                              kaplanResultsInterface,
+                                              twoInterface,
+                                              twoResultsInterface,
+                                              ksInterface,
+                                              ksResultsInterface,
+                                              regressionInterface,
+                                              estimationInterface,
+                                              regressionResultsInterface};
 
 constexpr std::string_view surMethod[] = {"scSurLifeTablesAndDistributions", "scSurKaplanMeierProductLimit",
                                           "scSurComparingTwoSamples",        "scSurComparingMultipleSamples",

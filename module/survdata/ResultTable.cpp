@@ -21,7 +21,7 @@ bool Allocate(CAnalysisSupport& host, HostArray<T>& cells, std::size_t rows, T e
 
 std::size_t ResultTable::Add(const ColumnName& name, CellFormat format, Column cells) {
     SheetColumn& column = sheet_.columns.emplace_back();
-    column.heading1 = Text(name.heading1);
+    column.heading1 = name.named.empty() ? std::string{Text(name.heading1)} : name.named;
     column.heading2 = Text(name.heading2);
     column.format = format;
     column.id = name.id;

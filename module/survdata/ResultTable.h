@@ -24,6 +24,7 @@ struct ColumnName {
     int heading2 = 0;
     std::string inFull{}; ///< both headings without the abbreviations that keep them short; empty where there
                           ///< are none
+    std::string named{};  ///< in place of heading1: a name that the data have, or that the numbers go into
 };
 
 /// A results spreadsheet under construction: title, notes and columns first, then room for the rows, then the

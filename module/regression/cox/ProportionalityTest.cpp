@@ -1,36 +1,11 @@
 #include "module/regression/cox/ProportionalityTest.h"
 
-#include "module/survdata/ChiSquareTail.h"
-
 #include <algorithm>
 #include <cmath>
 #include <numeric>
 
 namespace ozm::survival {
 namespace {
-
-/// The mid-ranks of the times of death, less their mean.
-std::vector<double> CentredRanks(const OrderedSample& sample, std::span<const std::size_t> places) {
-    std::vector<std::size_t> order(places.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    const auto time = [&](std::size_t death) { return sample.times[places[death]]; };
-    std::ranges::sort(order, {}, time);
-    std::vector<double> ranks(places.size());
-    const double mean = (static_cast<double>(places.size()) + 1.0) / 2.0;
-    for (std::size_t i = 0; i < order.size();) {
-        std::size_t end = i + 1;
-        while (end < order.size() && time(order[end]) == time(order[i]))
-            ++end;
-        for (std::size_t tied = i; tied < end; ++tied)
-            ranks[order[tied]] = (static_cast<double>(i + 1) + static_cast<double>(end)) / 2.0 - mean;
-        i = end;
-    }
-    return ranks;
-}
-
-ChiSquareStatistic Statistic(double value, int df) {
-    return {value, df, ChiSquareUpperTail(value, df)};
-}
 
 double Correlation(std::span<const double> ranks, const SchoenfeldResiduals& residuals,
                    const SquareMatrix& covariance, std::size_t k) {
@@ -54,10 +29,29 @@ double Correlation(std::span<const double> ranks, const SchoenfeldResiduals& res
 
 } // namespace
 
+std::vector<double> RanksOfDeaths(const OrderedSample& sample, const SchoenfeldResiduals& residuals) {
+    std::vector<std::size_t> order(residuals.Deaths());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    const auto time = [&](std::size_t death) { return sample.times[residuals.places[death]]; };
+    std::ranges::sort(order, {}, time);
+    std::vector<double> ranks(order.size());
+    for (std::size_t i = 0; i < order.size();) {
+        std::size_t end = i + 1;
+        while (end < order.size() && time(order[end]) == time(order[i]))
+            ++end;
+        for (std::size_t tied = i; tied < end; ++tied)
+            ranks[order[tied]] = (static_cast<double>(i + 1) + static_cast<double>(end)) / 2.0;
+        i = end;
+    }
+    return ranks;
+}
+
 ProportionalityTest TestProportionality(const OrderedSample& sample, const SchoenfeldResiduals& residuals,
                                         const SquareMatrix& covariance) {
     const std::size_t covariates = residuals.covariates;
-    const std::vector<double> ranks = CentredRanks(sample, residuals.places);
+    std::vector<double> ranks = RanksOfDeaths(sample, residuals);
+    for (double& rank : ranks) // centred: mid-ranks have the mean of the ranks
+        rank -= (static_cast<double>(ranks.size()) + 1.0) / 2.0;
     double squares = 0.0;
     ParameterVector sum{};
     for (std::size_t d = 0; d < ranks.size(); ++d) {
@@ -72,11 +66,11 @@ ProportionalityTest TestProportionality(const OrderedSample& sample, const Schoe
         double product = 0.0;
         for (std::size_t l = 0; l < covariates; ++l)
             product += covariance(k, l) * sum[l];
-        test.covariates.push_back(Statistic(scale * product * product / covariance(k, k), 1));
+        test.covariates.push_back(ChiSquareOf(scale * product * product / covariance(k, k), 1));
         test.correlation.push_back(Correlation(ranks, residuals, covariance, k));
         overall += sum[k] * product;
     }
-    test.overall = Statistic(scale * overall, static_cast<int>(covariates));
+    test.overall = ChiSquareOf(scale * overall, static_cast<int>(covariates));
     return test;
 }
 

@@ -1,18 +1,12 @@
 #pragma once
 
 #include "module/regression/cox/CoxResiduals.h"
+#include "module/regression/estimation/ModelTests.h"
 
 #include <span>
 #include <vector>
 
 namespace ozm::survival {
-
-/// A chi-square statistic with its degrees of freedom.
-struct ChiSquareStatistic {
-    double value = 0.0;
-    int df = 1;
-    double p = 1.0;
-};
 
 /// Whether hazards are proportional: whether coefficients change with the rank of the time.
 struct ProportionalityTest {
@@ -20,6 +14,9 @@ struct ProportionalityTest {
     std::vector<ChiSquareStatistic> covariates; ///< each with one degree of freedom
     ChiSquareStatistic overall;
 };
+
+/// The mid-ranks, from 1, of the times of death among them, over all strata; in the order of the residuals.
+std::vector<double> RanksOfDeaths(const OrderedSample& sample, const SchoenfeldResiduals& residuals);
 
 /// The test of Grambsch & Therneau (1994, Biometrika 81:515-526) from Schoenfeld residuals r and the
 /// covariance V of the estimates. With g the centred mid-ranks of the D times of death, over all strata, and

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <numeric>
 #include <optional>
 
 namespace ozm::survival {
@@ -64,9 +66,24 @@ bool HasConverged(const Iteration& at, double before, double criterion) {
     return criterion > change && criterion > LargestChange(at);
 }
 
-EstimationStatus NullModel(LikelihoodModel& model, double& logLikelihood) {
-    const ParameterVector zeros{};
-    return model.LogLikelihood(std::span{zeros}.first(model.Parameters()), logLikelihood);
+/// What is known with all parameters 0, which `at` has.
+EstimationStatus EvaluateNullModel(Iteration& at, NewtonEstimate& estimate) {
+    if (const EstimationStatus status = at.Evaluate(); status != EstimationStatus::Success) return status;
+    at.Derive();
+    estimate.nullLogLikelihood = at.logLikelihood;
+    estimate.nullScore = std::numeric_limits<double>::quiet_NaN();
+    const std::size_t size = at.parameters.size();
+    if (const std::optional<LuFactors> factors = LuFactors::Of(at.information, size)) {
+        ParameterVector solution = at.gradient;
+        factors->Solve(solution);
+        estimate.nullScore = std::inner_product(
+            solution.begin(), solution.begin() + static_cast<std::ptrdiff_t>(size), at.gradient.begin(), 0.0);
+    }
+    return EstimationStatus::Success;
+}
+
+bool AllZero(std::span<const double> parameters) {
+    return std::ranges::all_of(parameters, [](double each) { return each == 0.0; });
 }
 
 } // namespace
@@ -74,12 +91,16 @@ EstimationStatus NullModel(LikelihoodModel& model, double& logLikelihood) {
 EstimationStatus MaximiseByDampedNewton(LikelihoodModel& model, const IterationLimits& limits,
                                         const IterationWatch& watch, std::span<double> parameters,
                                         NewtonEstimate& estimate) {
-    EstimationStatus status = NullModel(model, estimate.nullLogLikelihood);
+    ParameterVector zeros{};
+    Iteration at{model, std::span{zeros}.first(parameters.size()), {}, {}, {}, {}};
+    EstimationStatus status = EvaluateNullModel(at, estimate);
     if (status != EstimationStatus::Success) return status;
-    Iteration at{model, parameters, {}, {}, {}, {}};
-    status = at.Evaluate();
-    if (status != EstimationStatus::Success) return status;
-    at.Derive();
+    at.parameters = parameters;
+    if (!AllZero(parameters)) {
+        status = at.Evaluate();
+        if (status != EstimationStatus::Success) return status;
+        at.Derive();
+    }
     for (int k = 1;; ++k) {
         estimate.iterations = k;
         estimate.logLikelihood = at.logLikelihood;

@@ -17,6 +17,7 @@ struct IterationLimits {
 struct NewtonEstimate {
     double logLikelihood = 0.0;
     double nullLogLikelihood = 0.0; ///< with all parameters 0
+    double nullScore = 0.0; ///< there: U'I^-1 U of gradient U and information I; NaN where I is singular
     int iterations = 0;
     SquareMatrix covariance;    ///< by the information at the start of the last iteration
     ParameterVector gradient{}; ///< at the end

@@ -1,0 +1,78 @@
+#include "module/regression/CRegResultsDlg.h"
+
+#include "module/regression/results/ModelResults.h"
+#include "module/resources/Resources.h"
+#include "module/survdata/ReportLines.h"
+
+#include <cmath>
+#include <limits>
+#include <utility>
+#include <vector>
+
+namespace ozm::survival {
+
+CRegResultsDlg::CRegResultsDlg(CAnalysisSupport& host, SharedSettings& shared, RegressionState& state)
+    : ResultsDialog(host, regressionResultsTemplate, regressionResultsInterface, shared), state_(state) {}
+
+void CRegResultsDlg::OnOpen() {
+    SetValue(RegLevel, state_.output.confidenceLevel);
+    SetValue(RegCovariateValues, state_.output.covariateValues);
+    if (!HasResults()) return;
+    const ModelResults& model = ResultsOf(state_.results.kind);
+    std::string summary{Text(model.title)};
+    for (const std::string& line : RegSummaryLines(Report()))
+        summary += "\n" + line;
+    for (const ModelOutput& output : model.outputs)
+        if (output.plotTitle != 0)
+            summary += "\n" + Filled(output.plotName, {std::string{Text(output.plotTitle)}});
+    SetValue(RegSummaryBox, std::move(summary));
+}
+
+void CRegResultsDlg::OnValueChanged(int control) {
+    if (control == RegLevel) state_.output.confidenceLevel = ValueAs<double>(control);
+    if (control == RegCovariateValues) state_.output.covariateValues = ValueAs<std::vector<double>>(control);
+}
+
+OutputResult CRegResultsDlg::Output(int control) {
+    switch (control) {
+    case RegSummary:
+        return WriteRegSummary(Report());
+    case RegCovariances:
+        return WriteParameterCovariances(Report());
+    case RegStratified:
+        return WriteStratifiedAnalysis(Report());
+    case RegMeans:
+        return WriteCovariateMeans(Report());
+    default:
+        break;
+    }
+    const ModelOutput* output = ResultsOf(state_.results.kind).Find(control);
+    if (output == nullptr) return OutputResult::Failed(StrRegNotOfModel);
+    if (control == RegUserPlot && !AskForValues()) return OutputResult::NotMade();
+    return output->make(Report());
+}
+
+bool CRegResultsDlg::AskForValues() {
+    if (Analysis().IsOleAutomation()) return true;
+    const RegressionResults& results = state_.results;
+    std::vector<double> values = state_.output.covariateValues;
+    values.resize(results.Parameters(), std::numeric_limits<double>::quiet_NaN());
+    for (std::size_t k = 0; k < values.size(); ++k)
+        if (std::isnan(values[k])) values[k] = results.sample.Summary(k).mean;
+    if (!Analysis().GetStartValues(results.names, values)) return false;
+    for (std::size_t k = 0; k < values.size(); ++k) // the mean stays the mean, also of other cases
+        if (values[k] == results.sample.Summary(k).mean) values[k] = std::numeric_limits<double>::quiet_NaN();
+    SetValue(RegCovariateValues, values);
+    state_.output.covariateValues = std::move(values);
+    return true;
+}
+
+std::string CRegResultsDlg::Reason(int message) const {
+    if (message != StrCoxTooManyValues) return {};
+    const auto count = [](std::size_t number) { return FormatCount(static_cast<long long>(number)); };
+    return "\n" +
+           Filled(StrCoxValuesFor, {count(state_.output.covariateValues.size()),
+                                    count(state_.results.Parameters()), Listed(state_.results.names, 0)});
+}
+
+} // namespace ozm::survival

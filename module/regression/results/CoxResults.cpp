@@ -1,0 +1,44 @@
+#include "module/regression/cox/Concordance.h"
+#include "module/regression/results/CoxOutput.h"
+#include "module/resources/RegressionResults.h"
+
+namespace ozm::survival {
+namespace {
+
+std::vector<FitMeasure> Measures(const RegReportOf& of) {
+    const OrderedSample sample = of.Results().sample.Ordered();
+    const RiskSets sets = RiskSetsOf(of.Results());
+    const Concordance found = ComputeConcordance(sample, sets.Predictors());
+    return {{StrRegConcordance, StrRegRowConcordance, found.value},
+            {StrRegConcordanceError, StrRegRowConcordanceError, found.error}};
+}
+
+constexpr ModelOutput outputs[] = {
+    {RegPlot1, PlotCoxSurvival, StrRegPlotName1, StrCoxSurvivalTitle},
+    {RegPlot2, PlotCoxResiduals, StrRegPlotName2, StrCoxMartingaleTitle},
+    {RegPlot3, PlotCoxLogLog, StrRegPlotName3, StrCoxLogLogTitle},
+    {RegUserPlot, PlotCoxAtValues},
+    {RegSurvivalTable, WriteCoxSurvival},
+    {RegResiduals, WriteCoxResiduals},
+    {RegProportionality, WriteProportionality},
+    {RegSchoenfeld, WriteSchoenfeld},
+    {RegPlotSchoenfeld, PlotSchoenfeld},
+    {RegForest, PlotForest},
+};
+
+} // namespace
+
+const ModelResults coxResults{StrRegOutCox, StrRegTies, StrRegNoteExp, outputs, Measures};
+
+double MeanPredictor(const RegressionResults& results) {
+    double sum = 0.0;
+    for (std::size_t k = 0; k < results.Parameters(); ++k)
+        sum += results.estimates[k] * results.sample.Summary(k).mean;
+    return sum;
+}
+
+RiskSets RiskSetsOf(const RegressionResults& results) {
+    return {results.sample.Ordered(), results.estimates, MeanPredictor(results)};
+}
+
+} // namespace ozm::survival

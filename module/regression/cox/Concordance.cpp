@@ -50,7 +50,7 @@ struct Block {
 std::vector<std::size_t> RanksOf(std::span<const double> predictors) {
     std::vector<double> sorted(predictors.begin(), predictors.end());
     std::ranges::sort(sorted);
-    sorted.erase(std::ranges::unique(sorted).begin(), sorted.end());
+    sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
     std::vector<std::size_t> ranks;
     for (const double each : predictors)
         ranks.push_back(static_cast<std::size_t>(std::ranges::lower_bound(sorted, each) - sorted.begin()));

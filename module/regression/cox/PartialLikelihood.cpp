@@ -12,18 +12,51 @@ constexpr double largestPredictor = 250.0;
 
 PartialLikelihood::PartialLikelihood(const OrderedSample& sample)
     : sample_(sample), kernels_(UsableRiskSetKernels().front()), weight_(sample.cases), share_(sample.cases),
-      expected_(sample.cases), observed_(sample.cases) {}
+      meanRoot_(sample.cases), expected_(sample.cases), observed_(sample.cases) {
+    for (std::size_t k = 0; k < sample_.covariates; ++k)
+        for (std::size_t i = 0; i < sample_.cases; ++i)
+            largest_[k] = std::max(largest_[k], std::abs(sample_.Column(k)[i]));
+    std::size_t first = 0;
+    for (const std::int32_t size : sample_.blocks) {
+        const std::size_t end = first + static_cast<std::size_t>(size);
+        FindGroups(first, end);
+        first = end;
+    }
+}
 
-EstimationStatus PartialLikelihood::Check(std::span<const double> parameters) {
+void PartialLikelihood::FindGroups(std::size_t first, std::size_t end) {
+    std::int32_t events = 0;
+    std::size_t open = first; // the first event of a group that has not ended
+    for (std::size_t i = first; i < end; ++i) {
+        if (sample_.complete[i] == 0) continue;
+        if (events++ == 0) open = i;
+        if (i + 1 != end && !(sample_.times[i + 1] < sample_.times[i])) continue;
+        groups_.push_back({static_cast<std::int32_t>(i), events, 1.0 / std::sqrt(events)});
+        std::copy_n(sample_.complete.begin() + static_cast<std::ptrdiff_t>(open), i + 1 - open,
+                    observed_.begin() + static_cast<std::ptrdiff_t>(open));
+        events = 0;
+    }
+}
+
+EstimationStatus PartialLikelihood::Predict(std::span<const double> parameters) {
     return kernels_.predict(sample_, parameters, largestPredictor, weight_) ? EstimationStatus::Success
                                                                             : EstimationStatus::NoLikelihood;
 }
 
+EstimationStatus PartialLikelihood::Check(std::span<const double> parameters) {
+    double bound = 0.0;
+    for (std::size_t k = 0; k < parameters.size(); ++k)
+        bound += largest_[k] * std::abs(parameters[k]);
+    // Rounding moves neither this nor any eta by 1.
+    return bound < largestPredictor - 1.0 ? EstimationStatus::Success : Predict(parameters);
+}
+
 EstimationStatus PartialLikelihood::LogLikelihood(std::span<const double> parameters, double& value) {
-    if (const EstimationStatus status = Check(parameters); status != EstimationStatus::Success) return status;
+    if (const EstimationStatus status = Predict(parameters); status != EstimationStatus::Success)
+        return status;
     double overEvents = 0.0;
     for (std::size_t i = 0; i < sample_.cases; ++i) {
-        if (sample_.complete[i] != 0) overEvents += weight_[i];
+        overEvents += sample_.complete[i] != 0 ? weight_[i] : 0.0;
         weight_[i] = std::exp(weight_[i]);
     }
     value = overEvents - SumOverGroups();
@@ -31,27 +64,18 @@ EstimationStatus PartialLikelihood::LogLikelihood(std::span<const double> parame
 }
 
 double PartialLikelihood::SumOverGroups() {
-    double sum = 0.0;
     std::size_t i = 0;
     for (const std::int32_t size : sample_.blocks) {
         double atRisk = 0.0;
-        double events = 0.0;
-        std::size_t open = i; // the first event of a group that has not ended
-        for (const std::size_t end = i + static_cast<std::size_t>(size); i < end; ++i) {
-            atRisk += weight_[i];
-            share_[i] = 0.0;
-            observed_[i] = sample_.complete[i];
-            if (sample_.complete[i] == 0) continue;
-            if (events == 0.0) open = i;
-            events += 1.0;
-            if (i + 1 != end && !(sample_.times[i + 1] < sample_.times[i])) continue;
-            share_[i] = events / atRisk;
-            sum += events * std::log(atRisk);
-            events = 0.0;
-        }
-        if (events > 0.0)
-            std::fill(observed_.begin() + static_cast<std::ptrdiff_t>(open),
-                      observed_.begin() + static_cast<std::ptrdiff_t>(i), std::uint8_t{0});
+        for (const std::size_t end = i + static_cast<std::size_t>(size); i < end; ++i)
+            expected_[i] = atRisk += weight_[i];
+    }
+    double sum = 0.0;
+    for (const Group& group : groups_) {
+        const auto last = static_cast<std::size_t>(group.last);
+        share_[last] = group.events / expected_[last];
+        meanRoot_[last] = group.perRoot * share_[last];
+        sum += group.events * std::log(expected_[last]);
     }
     return sum;
 }
@@ -71,7 +95,7 @@ void PartialLikelihood::ExpectEvents() {
 
 void PartialLikelihood::Derivatives(std::span<double> gradient, SquareMatrix& information) {
     ExpectEvents();
-    kernels_.sum(sample_, {weight_, share_, expected_, observed_}, gradient, information);
+    kernels_.sum(sample_, {weight_, meanRoot_, expected_, observed_}, gradient, information);
 }
 
 } // namespace ozm::survival

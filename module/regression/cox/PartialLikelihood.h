@@ -29,25 +29,38 @@ namespace ozm::survival {
 /// along. The cost is proportional to cases times the square of the covariates.
 class PartialLikelihood final : public LikelihoodModel {
 public:
-    /// The sample must outlive it. Takes 25 bytes per case.
+    /// The sample must outlive it, unchanged. Takes up to 49 bytes per case.
     explicit PartialLikelihood(const OrderedSample& sample);
 
     [[nodiscard]] std::size_t Parameters() const override { return sample_.covariates; }
-    /// NoLikelihood where |eta| is beyond 250.
+    /// NoLikelihood where |eta| is beyond 250. Most vectors show by their size that it is not.
     EstimationStatus Check(std::span<const double> parameters) override;
     EstimationStatus LogLikelihood(std::span<const double> parameters, double& value) override;
     void Derivatives(std::span<double> gradient, SquareMatrix& information) override;
 
 private:
-    /// The risk sets' part of the log-likelihood; leaves d/S0 at the ends of groups.
+    /// A group of tied events that ends.
+    struct Group {
+        std::int32_t last; ///< the event that ends it
+        std::int32_t events;
+        double perRoot; ///< 1 / sqrt(events)
+    };
+
+    /// The groups of a block, and which events are theirs.
+    void FindGroups(std::size_t first, std::size_t end);
+    EstimationStatus Predict(std::span<const double> parameters);
+    /// The sum of d ln S0 over the groups; leaves d/S0 and its like at their ends.
     double SumOverGroups();
     void ExpectEvents();
 
     const OrderedSample& sample_;
     RiskSetKernels kernels_;
+    ParameterVector largest_{}; ///< magnitude of each covariate
+    std::vector<Group> groups_;
     std::vector<double> weight_; ///< as in `RiskSetTerms`
-    std::vector<double> share_;
-    std::vector<double> expected_;
+    std::vector<double> share_;  ///< d/S0 at the end of a group, else 0
+    std::vector<double> meanRoot_;
+    std::vector<double> expected_; ///< before: the sum of w over those at risk
     std::vector<std::uint8_t> observed_;
 };
 

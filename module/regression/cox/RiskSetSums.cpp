@@ -39,6 +39,27 @@ template <std::size_t Lanes>
     return true;
 }
 
+/// The covariates of some cases, case by case.
+template <std::size_t Lanes>
+[[gnu::always_inline]] inline void TurnIntoRows(const OrderedSample& sample, std::size_t first,
+                                                std::size_t count, Rows& rows) {
+    const auto column = [&](std::size_t k) { return sample.Column(k) + first; };
+    const std::size_t wholeCases = count / Lanes * Lanes;
+    const std::size_t wholeColumns = sample.covariates / Lanes * Lanes;
+    for (std::size_t k = 0; k < wholeColumns; k += Lanes)
+        for (std::size_t i = 0; i < wholeCases; i += Lanes) {
+            LaneSquare<Lanes> square;
+            for (std::size_t l = 0; l < Lanes; ++l)
+                square.Read(l, column(k + l) + i);
+            square.Transpose();
+            for (std::size_t l = 0; l < Lanes; ++l)
+                square.Write(l, &rows[i + l][k]);
+        }
+    for (std::size_t k = 0; k < sample.covariates; ++k)
+        for (std::size_t i = k < wholeColumns ? wholeCases : 0; i < count; ++i)
+            rows[i][k] = column(k)[i];
+}
+
 template <std::size_t Lanes>
 [[gnu::always_inline]] inline void Sum(const OrderedSample& sample, const RiskSetTerms& terms,
                                        std::span<double> gradient, SquareMatrix& information) {
@@ -49,39 +70,32 @@ template <std::size_t Lanes>
     alignas(64) Rows rows{};
     alignas(64) ParameterVector u{};
     alignas(64) ParameterVector s1{};
-    double s0 = 0.0;
     std::size_t block = 0;
     std::size_t blockEnd = 0;
     for (std::size_t first = 0; first < sample.cases; first += chunk) {
         const std::size_t count = std::min(chunk, sample.cases - first);
-        for (std::size_t k = 0; k < size; ++k) {
-            const double* const column = sample.Column(k) + first;
-            for (std::size_t i = 0; i < count; ++i)
-                rows[i][k] = column[i];
-        }
+        TurnIntoRows<Lanes>(sample, first, count, rows);
         for (std::size_t c = 0; c < count; ++c) {
             const std::size_t i = first + c;
             while (i == blockEnd) {
                 blockEnd += static_cast<std::size_t>(sample.blocks[block++]);
-                s0 = 0.0;
                 s1.fill(0.0);
             }
             const double* const x = rows[c].data();
             const double residual = static_cast<double>(terms.observed[i]) - terms.expected[i];
             const double w = terms.weight[i];
-            s0 += w;
             const double root = std::sqrt(terms.expected[i]);
-            double* const row = within.Next();
+            const double meanRoot = terms.meanRoot[i];
+            double* const row = within.Room();
+            double* const mean = between.Room();
             for (std::size_t k = 0; k < padded; ++k) {
                 u[k] += residual * x[k];
                 s1[k] += w * x[k];
                 row[k] = root * x[k];
+                mean[k] = meanRoot * s1[k];
             }
-            if (!(terms.share[i] > 0.0)) continue;
-            const double shareRoot = std::sqrt(terms.share[i] / s0);
-            double* const mean = between.Next();
-            for (std::size_t k = 0; k < padded; ++k)
-                mean[k] = shareRoot * s1[k];
+            within.Add();
+            between.Add(meanRoot > 0.0);
         }
     }
     const SquareMatrix& all = within.Sum();

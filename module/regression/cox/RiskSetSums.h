@@ -12,7 +12,7 @@ namespace ozm::survival {
 /// What the derivatives of a partial likelihood are summed from, one entry per case.
 struct RiskSetTerms {
     std::span<const double> weight;   ///< w = exp(eta)
-    std::span<const double> share;    ///< d/S0 at the end of a group of d events, else 0
+    std::span<const double> meanRoot; ///< sqrt(d)/S0 at the end of a group of d events, else 0
     std::span<const double> expected; ///< events: w times the sum of d/S0 over the groups it is at risk in
     std::span<const std::uint8_t> observed; ///< 1: an event of a group
 };

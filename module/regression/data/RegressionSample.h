@@ -66,10 +66,18 @@ public:
     }
 
 private:
-    /// Puts into each place of every column the value that stands where `places` says. False without memory.
+    /// What the order of a case depends on, and where it stands.
+    struct Place {
+        double time;
+        std::uint32_t place;
+        std::int16_t stratum;
+        std::uint8_t complete;
+    };
+
+    /// Puts every column into an order. False without memory.
     template <class T>
-    [[nodiscard]] bool Rearrange(CAnalysisSupport& host, HostArray<T>& values,
-                                 std::span<const std::int32_t> places, std::size_t columns = 1) const;
+    [[nodiscard]] bool Rearrange(CAnalysisSupport& host, HostArray<T>& values, std::span<const Place> order,
+                                 std::size_t columns = 1) const;
 
     std::size_t cases_ = 0;
     std::size_t capacity_ = 0;

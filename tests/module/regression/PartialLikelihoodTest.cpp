@@ -142,10 +142,10 @@ TEST(PartialLikelihood, EveryWidthOfVectorsGivesTheSameBits) {
         const std::size_t n = sample.cases;
         const std::size_t p = sample.covariates;
         Values eta(n);
-        Values share(n);
+        Values meanRoot(n);
         Values expected(n);
         for (std::size_t i = 0; i < n; ++i) {
-            share[i] = sample.complete[i] / (1.0 + static_cast<double>(i));
+            meanRoot[i] = sample.complete[i] / (1.0 + static_cast<double>(i));
             expected[i] = 0.1 * static_cast<double>(i % 11);
         }
         std::vector<Values> results;
@@ -156,7 +156,7 @@ TEST(PartialLikelihood, EveryWidthOfVectorsGivesTheSameBits) {
                 each = std::exp(each);
             Values gradient(p);
             SquareMatrix information;
-            kernel.sum(sample, {eta, share, expected, sample.complete}, gradient, information);
+            kernel.sum(sample, {eta, meanRoot, expected, sample.complete}, gradient, information);
             result.insert(result.end(), gradient.begin(), gradient.end());
             for (std::size_t k = 0; k < p; ++k)
                 for (std::size_t l = 0; l < p; ++l)

@@ -1,0 +1,127 @@
+// Cox regressions of cases in memory: from the cases as they are read to the estimates, and the parts of
+// that.
+
+#include "bench/CoxCases.h"
+#include "host/session/SessionMemory.h"
+#include "module/regression/cox/Concordance.h"
+#include "module/regression/cox/CoxResiduals.h"
+#include "module/regression/cox/FitCox.h"
+#include "module/regression/cox/PartialLikelihood.h"
+#include "support/services/NullServices.h"
+
+#include <benchmark/benchmark.h>
+
+#include <vector>
+
+namespace {
+
+namespace survival = ozm::survival;
+
+class Document final : public ozm::CAnalysisDoc, public ozm::NullHost {
+public:
+    ozm::HostServices& Services() override { return *this; }
+    ozm::MemoryService& Memory() override { return memory_; }
+
+private:
+    korvana::SessionMemory memory_;
+};
+
+ozm::CAnalysisSupport& host() {
+    static Document document;
+    static ozm::CAnalysisSupport analysis(&document);
+    return analysis;
+}
+
+/// As many cases as a regression takes, as they are read.
+std::vector<korvana::bench::CoxCase> casesWith(std::int64_t covariates) {
+    korvana::bench::CoxCases source(static_cast<std::size_t>(covariates));
+    std::vector<korvana::bench::CoxCase> cases;
+    for (int i = 0; i < survival::RegressionSample::mostCases; ++i)
+        cases.push_back(source.next());
+    return cases;
+}
+
+void prepare(survival::RegressionSample& sample, const std::vector<korvana::bench::CoxCase>& cases) {
+    if (!sample.Obtain(host(), cases.size(), cases[0].x.size())) std::abort();
+    std::int32_t number = 0;
+    for (const auto& one : cases)
+        sample.Add(one.time, one.event, ++number, 0, one.x);
+    sample.Summarise();
+    if (!sample.Order(host(), 1)) std::abort();
+}
+
+void prepareCox(benchmark::State& state) {
+    const auto cases = casesWith(state.range(0));
+    survival::RegressionSample sample;
+    for ([[maybe_unused]] auto _ : state)
+        prepare(sample, cases);
+}
+
+/// Everything from the cases on: their order, means and deviations, and the iteration.
+void fitCox(benchmark::State& state) {
+    const auto cases = casesWith(state.range(0));
+    survival::RegressionSample sample;
+    survival::NewtonEstimate estimate;
+    for ([[maybe_unused]] auto _ : state) {
+        prepare(sample, cases);
+        std::vector<double> parameters(sample.Covariates());
+        const auto watch = [](int, double, std::span<const double>) { return false; };
+        if (survival::FitCox(sample, {}, watch, parameters, estimate) != survival::EstimationStatus::Success)
+            state.SkipWithError("no estimates");
+    }
+    state.counters["iterations"] = estimate.iterations;
+    state.counters["logLikelihood"] = estimate.logLikelihood;
+}
+
+/// What is computed at each vector of an iteration.
+void partialLikelihood(benchmark::State& state) {
+    survival::RegressionSample sample;
+    prepare(sample, casesWith(state.range(0)));
+    const survival::OrderedSample ordered = sample.Ordered();
+    survival::PartialLikelihood likelihood(ordered);
+    const std::vector<double> parameters(sample.Covariates(), 0.01);
+    double value = 0;
+    for ([[maybe_unused]] auto _ : state)
+        benchmark::DoNotOptimize(likelihood.LogLikelihood(parameters, value));
+}
+
+void derivatives(benchmark::State& state) {
+    survival::RegressionSample sample;
+    prepare(sample, casesWith(state.range(0)));
+    const survival::OrderedSample ordered = sample.Ordered();
+    survival::PartialLikelihood likelihood(ordered);
+    const std::vector<double> parameters(sample.Covariates(), 0.01);
+    double value = 0;
+    benchmark::DoNotOptimize(likelihood.LogLikelihood(parameters, value));
+    std::vector<double> gradient(parameters.size());
+    survival::SquareMatrix information;
+    for ([[maybe_unused]] auto _ : state) {
+        likelihood.Derivatives(gradient, information);
+        benchmark::DoNotOptimize(information);
+    }
+}
+
+/// Residuals and concordance at estimates.
+void coxResiduals(benchmark::State& state) {
+    survival::RegressionSample sample;
+    prepare(sample, casesWith(state.range(0)));
+    const survival::OrderedSample ordered = sample.Ordered();
+    const std::vector<double> parameters(sample.Covariates(), 0.01);
+    for ([[maybe_unused]] auto _ : state) {
+        const survival::RiskSets sets(ordered, parameters, 0);
+        benchmark::DoNotOptimize(survival::ComputeCoxResiduals(ordered, sets));
+        benchmark::DoNotOptimize(survival::ComputeConcordance(ordered, sets.Predictors()));
+    }
+}
+
+void withCovariates(benchmark::internal::Benchmark* one) {
+    one->Arg(5)->Arg(20)->Arg(40)->Unit(benchmark::kMillisecond);
+}
+
+} // namespace
+
+BENCHMARK(prepareCox)->Apply(withCovariates);
+BENCHMARK(fitCox)->Apply(withCovariates);
+BENCHMARK(partialLikelihood)->Apply(withCovariates);
+BENCHMARK(derivatives)->Apply(withCovariates);
+BENCHMARK(coxResiduals)->Apply(withCovariates);

@@ -280,6 +280,7 @@ TEST(GoldenCox, EstimatesResidualsAndCurves) {
         fit.Run({1e-11, 200}, [](int, double, std::span<const double>) { return false; });
         ASSERT_EQ(fit.status, EstimationStatus::Success);
         auto ours = fit.Estimates();
+        ours["score_chisq"] = {[&](const Row&) { return fit.estimate.nullScore; }};
         ours["mean"] = {[&](const Row& row) { return fit.sample.Summary(fit.At(row)).mean; }};
         ours["sd"] = {[&](const Row& row) { return fit.sample.Summary(fit.At(row)).deviation; }};
         ours["cases"] = {[&](const Row&) { return fit.sample.Cases(); }};

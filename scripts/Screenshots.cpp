@@ -12,10 +12,13 @@
 #include "host/charts/ChartFonts.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
+#include <QPushButton>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTest>
+#include <QTimer>
 
 #include <iostream>
 #include <memory>
@@ -141,6 +144,27 @@ void lifeTable() {
     take(dialog(), QStringLiteral("dialog-life-table-results"));
 }
 
+void regression() {
+    const auto window = windowOn(QStringLiteral("veteran.csv"));
+    auto dialog = [&]() -> DialogView& { return *window->runner().currentView(); };
+    start(*window, 4);
+    press(*window, 1);
+    put(*window, 1001, ozm::VariableSelection{{3}, {4}, {5, 7, 8}, {1}});
+    put(*window, 1002, 1.0);
+    put(*window, 1003, 0.0);
+    take(dialog(), QStringLiteral("dialog-regression"));
+    QTimer::singleShot(300, [] { // the estimation's dialog is modal
+        auto* asked = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (asked == nullptr) std::exit(1);
+        take(*asked, QStringLiteral("dialog-regression-estimation"));
+        for (QPushButton* button : asked->findChildren<QPushButton*>())
+            if (button->isDefault()) button->click();
+    });
+    press(*window, 1);
+    dialog().showPage(1);
+    take(dialog(), QStringLiteral("dialog-regression-results"));
+}
+
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -157,6 +181,7 @@ int main(int argc, char* argv[]) {
     oneSample();
     twoSamples();
     lifeTable();
+    regression();
     QFile::remove(folder.filePath(QStringLiteral(".settings.ini")));
     return 0;
 }

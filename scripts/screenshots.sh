@@ -18,6 +18,8 @@ chart life-table fitted-survival-functions-weight-3.png examples/data/angina.csv
 chart kaplan-meier survival-function.png "${leukaemia[@]}" --select "group = '6-MP'" --outputs plot-1
 chart two-sample survivorship-cumulative-proportion-surviving.png "${leukaemia[@]}" \
   --group group --group1 6-MP --group2 placebo --outputs plots
+chart cox hazard-ratios-with-95-limits.png "${veteran[@]}" --covariates karno,age,prior,trt:cat,celltype:cat=large \
+  --outputs forest
 chart k-sample cumulative-proportion-surviving-kaplan-meier.png "${veteran[@]}" --group celltype --outputs curves
 
 build/release/bin/desktop-screenshots docs/images

@@ -93,7 +93,15 @@ int AnalysisCommand::run(Console& console) {
         output_.checkWithoutChart(list_);
     PhaseTimes times;
     ProgressLine progress(console, output_.quiet());
-    Session session(load());
+    struct Answers final : FrontEnd {
+        explicit Answers(AnalysisCommand& asked) : command(asked) {}
+        bool ask(const ResultMessage& question, ozm::CAnalysisDialog* /*window*/) override {
+            return command.answer(question);
+        }
+        AnalysisCommand& command;
+    } answers(*this);
+    Session session(load(), {.frontEnd = &answers,
+                             .modalScript = [this](ozm::AutomationObject& dialog) { fillIn(dialog); }});
     session.addObserver(progress);
     session.addObserver(times);
     session.addObserver(log_);
@@ -102,6 +110,7 @@ int AnalysisCommand::run(Console& console) {
     progress.status("Reading " + data_.source() + " ...");
     times.status("Opening the file");
     data_.open(session.data());
+    prepareData(session.data());
     log_.tellData(session.data());
     times.status("Checking codes");
     const std::vector<ResultMessage> remarks = checkData(session.data());
@@ -127,6 +136,7 @@ int AnalysisCommand::run(Console& console) {
         if (!computed) {
             if (progress.messageCount() == 0)
                 console.say("the analysis ended without a result and without a message");
+            if (const std::string text = advice(); !text.empty()) console.say(text);
             return ExitRefused;
         }
         if (tally.made == 0 && tally.failed > 0) return ExitRefused; // their messages say why

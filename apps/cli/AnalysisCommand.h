@@ -45,10 +45,19 @@ protected:
     virtual void declareOptions(CLI::App& app) = 0;
     /// Checks what can be judged without the data. Throws UsageError.
     virtual void checkOptions() {}
+    /// Adds to the data what the options ask for. Throws UsageError.
+    virtual void prepareData(ActiveData& /*data*/) {}
     /// Checks the options against the data; returns notes and warnings for the user. Throws UsageError.
     virtual std::vector<ResultMessage> checkData(const ActiveData& data) = 0;
     /// Leads a started session to its results dialog. False when the analysis does not get there.
     virtual bool compute(Script& script) = 0;
+    /// Sets the members of a modal dialog that the analysis opens on its way; OK is pressed afterwards.
+    /// Throws ScriptError.
+    virtual void fillIn(ozm::AutomationObject& /*dialog*/) {}
+    /// The answer to a yes/no question of the analysis.
+    virtual bool answer(const ResultMessage& /*question*/) { return false; }
+    /// What to try where the analysis came to no result, beyond what it said itself; may be empty.
+    [[nodiscard]] virtual std::string advice() const { return {}; }
     /// Whether an output is made by default without -o.
     [[nodiscard]] virtual bool isOnScreen(const Output& output) const { return output.onScreen; }
     /// Whether an output is made by default; called when the results dialog is open.

@@ -46,7 +46,8 @@ Values valuesOf(const CommandApp& command, const CLI::Option& option) {
     values.kind = !values.choices.empty() ? Values::Kind::Choice
                   : name == "DATA"        ? Values::Kind::File
                   : type == "DIR"         ? Values::Kind::Folder
-                  : type == "V" || type.starts_with("V[") || type.starts_with("V,") || type == "V=CODE"
+                  : type == "V" || type.starts_with("V[") || type.starts_with("V,") || type == "V=CODE" ||
+                          type.starts_with("V=X")
                       ? Values::Kind::Variable
                       : Values::Kind::Any;
     return values;

@@ -11,14 +11,13 @@
 namespace korvana::cli {
 
 void GroupOption::declare(CLI::App& app) {
-    app.add_option("--group", variable_, "variable with the groups")
-        ->type_name("V")
-        ->group(TimesAndCodesOptions::helpGroup);
+    app.add_option(option_, variable_, help_)->type_name("V")->group(TimesAndCodesOptions::helpGroup);
 }
 
 int GroupOption::resolve(const ActiveData& data, const TimesAndCodes& others) const {
-    if (variable_.empty()) throw UsageError("--group is missing: name the variable with the groups", true);
-    const int variable = variableOf(data.dataSet(), "--group", variable_);
+    const std::string option = option_;
+    if (variable_.empty()) throw UsageError(option + " is missing: name the " + help_, true);
+    const int variable = variableOf(data.dataSet(), option, variable_);
     std::vector<int> all = others.times;
     all.insert(all.end(), {others.censor, variable + 1});
     refuseTwice(data.dataSet(), std::move(all));
@@ -49,9 +48,15 @@ Groups TwoGroupsOptions::resolve(const ActiveData& data, const TimesAndCodes& ot
 
 void GroupCodesOptions::declare(CLI::App& app) {
     variable_.declare(app);
-    app.add_option("--codes", codes_, "its codes of the groups, in this order [all that selected cases have]")
+    app.add_option(names_.codesOption, codes_, names_.codesHelp)
         ->type_name("CODE,...")
         ->group(TimesAndCodesOptions::helpGroup);
+}
+
+void GroupCodesOptions::check() const {
+    if (!isGiven() && !codes_.empty())
+        throw UsageError(std::string{names_.codesOption} + " needs " + names_.option +
+                         ", the variable that has the codes");
 }
 
 Groups GroupCodesOptions::resolve(const ActiveData& data, TimesAndCodes& others) const {
@@ -59,16 +64,17 @@ Groups GroupCodesOptions::resolve(const ActiveData& data, TimesAndCodes& others)
     Groups groups{variable + 1, {}};
     if (codes_.empty()) return groups;
     std::vector<CodeOption> options;
-    for (std::string& code : splitList("--codes", codes_))
-        options.push_back({"--codes", std::move(code)});
+    for (std::string& code : splitList(names_.codesOption, codes_))
+        options.push_back({names_.codesOption, std::move(code)});
     groups.codes = resolveCodes(data, variable, options, "the codes of the groups");
     const CodeCounts counts = countCodes(data, variable, groups.codes);
     for (std::size_t k = 0; k < options.size(); ++k)
         if (counts.cases[k] == 0)
-            others.remarks.push_back({0,
-                                      noCaseHas("--codes", groups.codes[k]) + "; " + codesOf(data, variable),
-                                      {},
-                                      ResultMessage::Severity::Warning});
+            others.remarks.push_back(
+                {0,
+                 noCaseHas(names_.codesOption, groups.codes[k]) + "; " + codesOf(data, variable),
+                 {},
+                 ResultMessage::Severity::Warning});
     return groups;
 }
 

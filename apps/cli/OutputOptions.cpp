@@ -72,7 +72,7 @@ int OutputOptions::write(const ResultsBook& book, Console& console) const {
         for (const std::string& note : book.notes)
             console.say("note: " + note);
     if (textOut) {
-        writeText(book, console.out, {.messages = false});
+        writeText(book, console.out, {.messages = false, .iterations = false});
         return ExitResults;
     }
     if (!toFiles()) {

@@ -12,6 +12,10 @@ void require(const ozm::AutomationResult& result) {
 
 } // namespace
 
+void put(ozm::AutomationObject& dialog, const std::string& member, const ozm::AutomationValue& value) {
+    require(dialog.Put(member, value));
+}
+
 ozm::AutomationObject Script::dialog() const {
     const auto dialog = session_.currentDialog();
     if (!dialog) throw ScriptError("the analysis shows no dialog");

@@ -13,6 +13,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// Sets a property of a dialog. Throws ScriptError when the dialog refuses it.
+void put(ozm::AutomationObject& dialog, const std::string& member, const ozm::AutomationValue& value);
+
 /// Drives a session through its dialogs' automation objects. Every call throws ScriptError when the dialog
 /// refuses it, or when none is open.
 class Script {

@@ -78,7 +78,7 @@ void ActiveData::define(const Definition& definition) {
 
 void ActiveData::define(ComputedVariable computed) {
     columns_.reserve(columns_.size() + 1);
-    data_.addNote(std::move(computed.note));
+    if (!computed.note.empty()) data_.addNote(std::move(computed.note));
     data_.addVariable(std::move(computed.variable), std::move(computed.cells));
     const int last = data_.variableCount() - 1;
     columns_.push_back({data_.column(last).data(), data_.variable(last).missingCode});

@@ -14,6 +14,7 @@ std::unique_ptr<Command> makeLifeTableCommand();
 std::unique_ptr<Command> makeKaplanMeierCommand();
 std::unique_ptr<Command> makeTwoSampleCommand();
 std::unique_ptr<Command> makeKSampleCommand();
+std::unique_ptr<Command> makeCoxCommand();
 std::unique_ptr<Command> makeInfoCommand();
 std::unique_ptr<Command> makeTypelibCommand();
 std::unique_ptr<Command> makeCompletionCommand();

@@ -20,7 +20,8 @@ const QString missing = QStringLiteral(".");
 NumberListField::NumberListField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
     : ControlField(control, host, parent), line_(new QLineEdit(this)) {
     line_->setPlaceholderText(QStringLiteral("numbers, separated by blanks or commas"));
-    line_->setMinimumWidth(line_->fontMetrics().averageCharWidth() * 32);
+    const QFontMetrics metrics = line_->fontMetrics();
+    line_->setMinimumWidth(metrics.horizontalAdvance(line_->placeholderText()) + 2 * metrics.height());
     fillWith(line_);
     QObject::connect(line_, &QLineEdit::editingFinished, this, [this] { commit(); });
     QObject::connect(line_, &QLineEdit::textEdited, this, [this] { settled(); });

@@ -8,6 +8,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -22,6 +23,12 @@ ProgressWindow::ProgressWindow(QWidget* parent)
     lines_->setReadOnly(true);
     lines_->setLineWrapMode(QPlainTextEdit::NoWrap);
     lines_->setFont(fixedFont());
+    constexpr int columns = 70; // the header of an estimation
+    constexpr int rows = 12;
+    const QFontMetrics metrics = lines_->fontMetrics();
+    lines_->setMinimumSize(metrics.horizontalAdvance(QString(columns, QLatin1Char('0'))) +
+                               2 * metrics.height(),
+                           metrics.lineSpacing() * rows);
     lines_->setAccessibleName(tr("Iterations"));
     bar_->setAccessibleName(tr("Progress"));
     auto* layout = new QVBoxLayout(this);
@@ -63,6 +70,7 @@ void ProgressWindow::setProgress(unsigned done, unsigned units) {
 void ProgressWindow::addLine(const QString& line) {
     lines_->show();
     lines_->appendPlainText(line);
+    lines_->horizontalScrollBar()->setValue(0);
 }
 
 void ProgressWindow::reset() {

@@ -22,7 +22,11 @@ odd = "t|s|d\n1,5|1|01/02/1995\n2|0|01/03/1995\n3,25|1|02/03/1995\n4|1|01/04/199
 
 # Every command that makes outputs, with arguments that use the common options.
 angina = [os.path.join(data, "angina.csv"), "--table", "lower,withdrawn,dying"]
+veteran = [os.path.join(data, "veteran.csv"), "--time", "time", "--censor", "status", "--complete", "1", "--censored", "0"]
 runs = {
+    "cox": [aml + ["--covariates", "group:cat"],
+            veteran + ["--covariates", "karno,celltype:cat=large", "--strata", "trt", "--at", "karno=60,celltype=adeno",
+                       "--at", "karno=90", "--criterion", "0.001", "--start", "0,0,0,0", "--level", "0.9"]],
     "kaplan-meier": [aml, aml + ["--select", "time > 5", "--weight", "time", "--missing", "time=9", "--level", "0.9"]],
     "k-sample": [aml + ["--group", "group"]],
     "life-table": [aml + ["--intervals", "5"], angina + ["--survival", ".9,.5", "--times", "1,10", "--level", "0.9"]],

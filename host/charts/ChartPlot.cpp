@@ -115,7 +115,7 @@ private:
 
     /// A logarithmic scale has powers of two or ten as ticks, where it is wide enough for some.
     static void makeLogarithmic(QCPAxis& axis, const Extent& range) {
-        constexpr double narrow = 6.0;
+        constexpr double narrow = 12.0;
         constexpr double wide = 1000.0;
         axis.setScaleType(QCPAxis::stLogarithmic);
         const double ratio = range.high / range.low;
@@ -130,7 +130,7 @@ private:
     void nameTicks(QCPAxis& axis, const std::vector<std::string>& names, int length) {
         constexpr int smallest = 7;
         const int each = length / static_cast<int>(names.size());
-        axis.setTickLabelFont(font(std::clamp(each * 3 / 4, smallest, 13)));
+        axis.setTickLabelFont(font(std::clamp(each * 5 / 6, smallest, 13)));
         const QSharedPointer<QCPAxisTickerText> ticker(new QCPAxisTickerText);
         for (std::size_t k = 0; k < names.size(); ++k)
             ticker->addTick(static_cast<double>(k + 1),
@@ -152,7 +152,7 @@ private:
         if (info_.xAxis.logarithmic) makeLogarithmic(*plot_.xAxis, ranges_.x);
         if (info_.yAxis.logarithmic) makeLogarithmic(*plot_.yAxis, ranges_.y);
         if (!info_.xAxis.names.empty()) nameTicks(*plot_.xAxis, info_.xAxis.names, options_.width - 120);
-        if (!info_.yAxis.names.empty()) nameTicks(*plot_.yAxis, info_.yAxis.names, options_.height - 240);
+        if (!info_.yAxis.names.empty()) nameTicks(*plot_.yAxis, info_.yAxis.names, options_.height - 190);
         if (info_.kind != ozm::CChartInfo::Kind::Histogram) return;
         const QSharedPointer<QCPAxisTickerFixed> whole(new QCPAxisTickerFixed); // counts are whole numbers
         whole->setTickStep(1.0);

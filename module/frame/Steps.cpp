@@ -37,25 +37,25 @@ int OpenStep(CAnalysisSupport& analysis, State&... state) {
     return CAnalysisModelessDialog::CreateAnalysisDialog(std::move(dialog)) ? StepInProgress : StepEnd;
 }
 
-/// Ends the sequence with a message: a dialog that vanished without one would look cancelled.
-int EndUnexpectedly(CAnalysisSupport& analysis, const char* why) noexcept {
+/// A dialog that vanished without a message would look cancelled.
+void TellUnexpected(CAnalysisSupport& analysis, const char* why) noexcept {
     try {
         analysis.DspMessageBox(MessageStyle::Error, nullptr, StrUnexpectedError, why);
     } catch (...) { // NOLINT(bugprone-empty-catch): nothing is left to report it with
     }
-    return StepEnd;
 }
 
-/// The module's boundary: no exception leaves a step.
-template <StepFunction Step>
+/// The module's boundary: no exception leaves a step. It ends the sequence, or leads to another step.
+template <StepFunction Step, StepNumber Otherwise = StepEnd>
 int Guarded(CAnalysisSupport& analysis) {
     try {
         return Step(analysis);
     } catch (const std::exception& error) {
-        return EndUnexpectedly(analysis, error.what());
+        TellUnexpected(analysis, error.what());
     } catch (...) {
-        return EndUnexpectedly(analysis, "");
+        TellUnexpected(analysis, "");
     }
+    return Otherwise;
 }
 
 int InitializeStep(CAnalysisSupport& analysis) {
@@ -74,9 +74,9 @@ constexpr SEQFUNCTTBL table[] = {
     {StepKaplanResults, Guarded<CSurvival::KaplanResults>, 0},
     {StepTwoResults, Guarded<CSurvival::TwoResults>, 0},
     {StepKsResults, Guarded<CSurvival::KsResults>, 0},
-    {StepRegSpec, Guarded<CSurvival::RegSpec>, 0},
+    {StepRegSpec, Guarded<CSurvival::RegSpec, StepSpecifyRegression>, 0},
     {StepRegressionResults, Guarded<CSurvival::RegressionResults>, 0},
-    {StepRegEst, Guarded<CSurvival::RegEst>, 0},
+    {StepRegEst, Guarded<CSurvival::RegEst, StepSpecifyRegression>, 0},
 };
 
 } // namespace
@@ -150,6 +150,7 @@ int CSurvival::RegEst(CAnalysisSupport& analysis) {
                          regression);
         estimated = dialog.DoModal() == 0;
     }
+    if (!estimated) regression.results.Release(); // the specification prepares the data anew
     return estimated ? StepRegressionResults : StepSpecifyRegression;
 }
 

@@ -59,7 +59,7 @@
       "covariates; the last column is the cumulative hazard where all covariates are 0.") \
     S(StrCoxNoteValues, 21344, "Values of the covariates: %1.") \
     S(StrCoxValue, 21345, "%1 = %2") \
-    S(StrCoxMeanValue, 21346, "%1 = %2 (mean)") \
+    S(StrCoxNoteMeans, 21346, "All covariates have their means.") \
     S(StrCoxNoteNoLimits, 21347, "The limits of so many curves are left out; the table has them.") \
     S(StrCoxTooManyValues, 21348, "There are more values than covariates.") \
     S(StrCoxValuesFor, 21349, "%1 values were given for %2 covariates: %3.") \
@@ -86,7 +86,7 @@
     S(StrCoxLegendBeta, 21365, "Beta = %1") \
     S(StrCoxLegendTrend, 21366, "Trend") \
     S(StrCoxNoteTrend, 21367, \
-      "Where hazards are proportional the trend is level (p = %1): the line of the estimate lies on it.") \
+      "Where hazards are proportional the trend is level: p = %1 for a trend this steep.") \
     S(StrCoxForestTitle, 21368, "Hazard Ratios with %1% Limits") \
     S(StrCoxAxisRatio, 21369, "Hazard Ratio, exp(Beta), on a Logarithmic Scale") \
     S(StrCoxLegendRatio, 21371, "Hazard ratio") \
@@ -104,7 +104,11 @@
     S(StrCoxLegendEvents, 21380, "Uncensored") \
     S(StrCoxLegendCensored, 21381, "Censored") \
     S(StrCoxNoteNoCorrelation, 21382, \
-      "No correlation, as all events have the same time, or all residuals are equal.")
+      "No correlation, as all events have the same time, or all residuals are equal.") \
+    S(StrCoxNoteSomeValues, 21383, "Values of the covariates: %1; the others have their means.") \
+    S(StrCoxNoteConcordance, 21384, \
+      "Concordance: of all pairs of cases of which one is known to have had the event first, the share in which it " \
+      "had the higher predicted risk; 0.5 is chance, 1 perfect.")
 // clang-format on
 
 namespace ozm::survival {

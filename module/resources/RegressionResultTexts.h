@@ -78,8 +78,9 @@
     S(StrRegNoteWald, 20969, \
       "t = Beta / standard error; the Wald statistic is its square, and p its chi-square probability (df = 1).") \
     S(StrRegNoteCriterion, 20970, \
-      "The iteration ends when estimates and log-likelihood change by less than the convergence criterion %1 " \
-      "(relative): so far the estimates may be from the maximum, and the gradient from 0.") \
+      "The iteration ended when the estimates changed by less than the convergence criterion, %1, in proportion " \
+      "to their size. They may be that far from the maximum, where the gradient is 0: a smaller criterion brings " \
+      "them closer.") \
     S(StrRegNoteCovariance, 20971, \
       "The covariances are the inverse of the information at the start of the last iteration: with a smaller " \
       "criterion they come closer to those at the maximum.") \

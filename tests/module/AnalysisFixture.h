@@ -30,8 +30,9 @@ struct Analysis {
     int requests;                ///< the fewest memory requests of a run
     std::vector<Column> columns; ///< the data
     AutomationValue::List variables;
-    int (*observations)(); ///< how many its results hold
-    bool table = false;    ///< the input is a table: each case is a row, not an observation
+    int (*observations)();      ///< how many its results hold
+    bool sortsSilently = false; ///< a run without memory for its sorting ends without a message
+    bool table = false;         ///< the input is a table: each case is a row, not an observation
 };
 
 /// The 6-MP group of Freireich et al. 1963, unsorted.
@@ -128,8 +129,8 @@ inline const Analysis coxRegression{
     .specification = survival::StepSpecifyRegression,
     .results = survival::StepRegressionResults,
     .noMemory = survival::StrRegNoMemory,
-    .several = 600,
-    .many = 2000,
+    .several = 300,
+    .many = 300,
     .arrays = 5,
     .requests = 20,
     .columns = {{"weeks", {10, 7,  32, 23, 22, 6,  16, 34, 32, 25, 11, 20, 19, 6,  17, 35, 6, 13, 9, 6, 10,
@@ -142,9 +143,17 @@ inline const Analysis coxRegression{
                          1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1, 2, 1}}},
     .variables = {AutomationValue::List{1}, AutomationValue::List{2}, AutomationValue::List{3},
                   AutomationValue::List{}},
-    .observations = [] {
-        return static_cast<int>(survival::ModuleState().regression.results.sample.Cases());
-    }};
+    .observations =
+        [] { return static_cast<int>(survival::ModuleState().regression.results.sample.Cases()); },
+    .sortsSilently = true};
+
+/// The same, stratified: with all outputs.
+inline const Analysis coxStratified = [] {
+    Analysis of = coxRegression;
+    of.name = "CoxStratified";
+    of.variables[3] = AutomationValue::List{4};
+    return of;
+}();
 
 class AnalysisFixture : public testing::Test {
 protected:

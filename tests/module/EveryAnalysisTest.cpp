@@ -38,13 +38,14 @@ protected:
 };
 INSTANTIATE_TEST_SUITE_P(Analyses, EveryAnalysis,
                          testing::Values(&test::lifeRaw, &test::lifeOfTable, &test::kaplan, &test::twoSamples,
-                                         &test::kSamples),
+                                         &test::kSamples, &test::coxStratified),
                          [](const auto& one) { return std::string{one.param->name}; });
 
 /// Those with times, a censoring indicator and codes.
 class EveryAnalysisOfCases : public EveryAnalysis {};
 INSTANTIATE_TEST_SUITE_P(Analyses, EveryAnalysisOfCases,
-                         testing::Values(&test::lifeRaw, &test::kaplan, &test::twoSamples, &test::kSamples),
+                         testing::Values(&test::lifeRaw, &test::kaplan, &test::twoSamples, &test::kSamples,
+                                         &test::coxStratified),
                          [](const auto& one) { return std::string{one.param->name}; });
 
 TEST_P(EveryAnalysisOfCases, ChecksSelectionsAndLeavesTheDialogOpen) {
@@ -157,6 +158,7 @@ TEST_P(EveryAnalysisOfCases, TakesTurnsWithAnotherOne) {
                                       {"CodeForGroup2", 2}})
         script.Put(code, value);
     host.Dialog().Press(ControlOk);
+    host.Go(other, host.nextStep);
     const int kept = host.outstanding;
     EXPECT_EQ(kept, of.arrays);
     const std::string output{Outputs(results).front().name};
@@ -174,16 +176,17 @@ TEST_P(EveryAnalysis, EveryMemoryRequestRefusedInTurn) {
         ASSERT_LT(n, 200);
         SCOPED_TRACE("request " + std::to_string(n));
         host.refuseRequest = n;
-        Whole();
+        const bool results = Whole();
         if (host.requests < n) break;
         // An output that can do without the memory says so.
         std::string told = host.report;
         for (const test::Sheet& sheet : host.sheets)
             told += sheet.notes.empty() ? "" : sheet.notes.back();
-        if (host.messages.empty())
-            EXPECT_NE(told.find("cannot be computed"), std::string::npos);
-        else
+        if (!host.messages.empty()) {
             EXPECT_EQ(host.messages.front().id, of.noMemory);
+        } else if (results || !of.sortsSilently) {
+            EXPECT_NE(told.find("cannot be computed"), std::string::npos);
+        }
     }
     EXPECT_GE(n, of.requests);
 }

@@ -15,8 +15,8 @@
 namespace ozm::survival {
 namespace {
 
-/// Limits of more curves than this hide each other.
-constexpr std::size_t mostWithLimits = 12;
+/// Of more curves than this, limits hide each other, and numbers at risk leave them no room.
+constexpr std::size_t mostInDetail = 12;
 
 std::string CurveName(const RegReportOf& of, const StratumCurve& curve, int withoutStrata) {
     return of.Results().Stratified() ? StratumName(of, curve.stratum) : std::string{Text(withoutStrata)};
@@ -76,7 +76,7 @@ void AddLimits(const RegReportOf& of, const StratumCurve& curve, CChartInfo& cha
     chart.series.push_back(std::move(upper));
 }
 
-/// The values for the user-defined plot: those given, else the means. `described` says which.
+/// The values for the user-defined plot: those given, else the means. `described` names those given.
 std::vector<double> ValuesOf(const RegReportOf& of, std::string& described) {
     const RegressionResults& results = of.Results();
     const std::vector<double>& given = of.state.output.covariateValues;
@@ -85,10 +85,12 @@ std::vector<double> ValuesOf(const RegReportOf& of, std::string& described) {
     for (std::size_t k = 0; k < results.Parameters(); ++k) {
         const bool mean = k >= given.size() || std::isnan(given[k]);
         values.push_back(mean ? results.sample.Summary(k).mean : given[k]);
-        items.push_back(Filled(mean ? StrCoxMeanValue : StrCoxValue,
-                               {results.names[k], FormatNumber(values.back(), mean ? 6 : 10)}));
+        if (!mean) items.push_back(Filled(StrCoxValue, {results.names[k], FormatNumber(given[k])}));
     }
-    described = Filled(StrCoxNoteValues, {Listed(items, 0)});
+    const int note = items.empty()                   ? StrCoxNoteMeans
+                     : items.size() == values.size() ? StrCoxNoteValues
+                                                     : StrCoxNoteSomeValues;
+    described = Filled(note, {Listed(items, 0)});
     return values;
 }
 
@@ -99,6 +101,7 @@ OutputResult PlotCoxSurvival(const RegReportOf& of) {
     CChartInfo chart = SurvivalChart(StrCoxSurvivalTitle);
     for (const StratumCurve& curve : CurvesAtMeans(of))
         chart.series.push_back(Estimate(of, curve));
+    chart.numbersAtRisk = chart.series.size() <= mostInDetail;
     chart.notes.emplace_back(Text(StrCoxNoteSurvivalMeans));
     return ShowChart(of.host, chart);
 }
@@ -144,7 +147,8 @@ OutputResult PlotCoxAtValues(const RegReportOf& of) {
     if (!computable) return OutputResult::Failed(StrCoxValuesTooFar);
     CChartInfo chart = SurvivalChart(StrCoxUserTitle);
     chart.notes.push_back(described);
-    const bool limits = curves.size() <= mostWithLimits;
+    const bool limits = curves.size() <= mostInDetail;
+    chart.numbersAtRisk = limits;
     if (!limits) chart.notes.emplace_back(Text(StrCoxNoteNoLimits));
     for (const StratumCurve& curve : curves) {
         chart.series.push_back(Estimate(of, curve));

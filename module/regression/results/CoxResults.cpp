@@ -28,7 +28,8 @@ constexpr ModelOutput outputs[] = {
 
 } // namespace
 
-const ModelResults coxResults{StrRegOutCox, StrRegTies, StrRegNoteExp, outputs, Measures};
+const ModelResults coxResults{StrRegOutCox, StrRegTies, StrRegNoteExp,
+                              outputs,      Measures,   StrCoxNoteConcordance};
 
 double MeanPredictor(const RegressionResults& results) {
     double sum = 0.0;

@@ -30,6 +30,7 @@ struct ModelResults {
     int noteOnExponent; ///< what exp(beta) is
     std::span<const ModelOutput> outputs;
     std::vector<FitMeasure> (*measures)(const RegReportOf& of);
+    int noteOnMeasures; ///< what they are
 
     [[nodiscard]] const ModelOutput* Find(int control) const {
         for (const ModelOutput& output : outputs)

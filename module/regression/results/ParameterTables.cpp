@@ -23,11 +23,11 @@ std::string Whole(int id) {
 
 /// A square spreadsheet of the parameters.
 template <class Cell>
-OutputResult WriteMatrix(const RegReportOf& of, int title, CellFormat format, const Cell& cell) {
+OutputResult WriteMatrix(const RegReportOf& of, int title, CellFormat format, int note, const Cell& cell) {
     const RegressionResults& results = of.Results();
     const std::size_t size = results.Parameters();
     ResultTable table{Whole(title)};
-    table.AddFootnote(Whole(StrRegNoteCovariance));
+    if (note != 0) table.AddFootnote(Whole(note));
     std::vector<ResultTable::Numbers> columns;
     for (std::size_t k = 0; k < size; ++k)
         columns.push_back(
@@ -114,6 +114,7 @@ OutputResult WriteParameters(const RegReportOf& of) {
         table[gradient][k] = results.estimate.gradient[k];
     }
     columns.AddNotes(table, ResultsOf(results.kind).noteOnExponent);
+    table.AddFootnote(Whole(ResultsOf(results.kind).noteOnMeasures));
     table.AddFootnote(Filled(StrRegNoteCriterion, {FormatNumber(results.criterion, 7)}));
     return table.Write(of.host);
 }
@@ -121,12 +122,13 @@ OutputResult WriteParameters(const RegReportOf& of) {
 OutputResult WriteParameterCovariances(const RegReportOf& of) {
     const StatusLine line(of.host, StrPrinting);
     const SquareMatrix& covariance = of.Results().estimate.covariance;
-    const OutputResult written = WriteMatrix(of, StrRegCovariancesTitle, estimateFormat,
+    const OutputResult written = WriteMatrix(of, StrRegCovariancesTitle, estimateFormat, StrRegNoteCovariance,
                                              [&](std::size_t k, std::size_t l) { return covariance(k, l); });
     if (!written.made) return written;
-    return WriteMatrix(of, StrRegCorrelationsTitle, CellFormat::fixed(6), [&](std::size_t k, std::size_t l) {
-        return k == l ? 1.0 : covariance(k, l) / std::sqrt(covariance(k, k) * covariance(l, l));
-    });
+    return WriteMatrix(
+        of, StrRegCorrelationsTitle, CellFormat::fixed(6), 0, [&](std::size_t k, std::size_t l) {
+            return k == l ? 1.0 : covariance(k, l) / std::sqrt(covariance(k, k) * covariance(l, l));
+        });
 }
 
 OutputResult WriteCovariateMeans(const RegReportOf& of) {

@@ -48,6 +48,27 @@ ChartPath inPieces(const ChartPath& path) {
     return pieces;
 }
 
+/// Ticks of a logarithmic scale: powers of two or ten where it is wide enough for some of them, else as on
+/// any other.
+class LogarithmicTicks : public QCPAxisTickerLog {
+public:
+    LogarithmicTicks() { setSubTickCount(0); }
+
+protected:
+    double getTickStep(const QCPRange& range) override {
+        return isNarrow(range) ? QCPAxisTicker::getTickStep(range) : QCPAxisTickerLog::getTickStep(range);
+    }
+    QVector<double> createTickVector(double step, const QCPRange& range) override {
+        constexpr double wide = 1000.0;
+        if (isNarrow(range)) return QCPAxisTicker::createTickVector(step, range);
+        setLogBase(range.upper < wide * range.lower ? 2.0 : 10.0);
+        return QCPAxisTickerLog::createTickVector(step, range);
+    }
+
+private:
+    static bool isNarrow(const QCPRange& range) { return range.upper < 12.0 * range.lower; }
+};
+
 /// The bounds of a group that has exactly one of each.
 struct Band {
     const ChartSeries* lower = nullptr;
@@ -113,19 +134,6 @@ private:
         axis.grid()->setZeroLinePen(Qt::NoPen);
     }
 
-    /// A logarithmic scale has powers of two or ten as ticks, where it is wide enough for some.
-    static void makeLogarithmic(QCPAxis& axis, const Extent& range) {
-        constexpr double narrow = 12.0;
-        constexpr double wide = 1000.0;
-        axis.setScaleType(QCPAxis::stLogarithmic);
-        const double ratio = range.high / range.low;
-        if (ratio < narrow) return;
-        const QSharedPointer<QCPAxisTickerLog> ticker(new QCPAxisTickerLog);
-        ticker->setLogBase(ratio < wide ? 2.0 : 10.0);
-        ticker->setSubTickCount(0);
-        axis.setTicker(ticker);
-    }
-
     /// Names in place of numbers, in letters small enough for all of them to stand one above the other.
     void nameTicks(QCPAxis& axis, const std::vector<std::string>& names, int length) {
         constexpr int smallest = 7;
@@ -149,8 +157,11 @@ private:
         const double table = static_cast<double>(atRisk_.size()) * atRiskLine();
         styleAxis(*plot_.yAxis, ranges_.y, info_.yAxis.title,
                   std::min(options_.height - 240, options_.height - 170 - static_cast<int>(table)));
-        if (info_.xAxis.logarithmic) makeLogarithmic(*plot_.xAxis, ranges_.x);
-        if (info_.yAxis.logarithmic) makeLogarithmic(*plot_.yAxis, ranges_.y);
+        for (const auto& [axis, of] : {std::pair{plot_.xAxis, &info_.xAxis}, {plot_.yAxis, &info_.yAxis}}) {
+            if (!of->logarithmic) continue;
+            axis->setScaleType(QCPAxis::stLogarithmic);
+            axis->setTicker(QSharedPointer<QCPAxisTicker>(new LogarithmicTicks));
+        }
         if (!info_.xAxis.names.empty()) nameTicks(*plot_.xAxis, info_.xAxis.names, options_.width - 120);
         if (!info_.yAxis.names.empty()) nameTicks(*plot_.yAxis, info_.yAxis.names, options_.height - 190);
         if (info_.kind != ozm::CChartInfo::Kind::Histogram) return;

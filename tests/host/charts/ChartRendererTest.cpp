@@ -57,6 +57,64 @@ TEST(ChartRenderer, SvgShowsTitlesLegendAndSeries) {
     EXPECT_EQ(drawSvg(chartOf({series("Only", {0, 1}, {0, 1})})).texts.count("Only"), 0); // needs no legend
 }
 
+/// Where each text stands.
+std::map<std::string, QPointF> placesOf(const Svg& svg) {
+    std::map<std::string, QPointF> places;
+    for (const auto& [y, line] : svg.lines)
+        for (const auto& [text, x] : line)
+            places[text] = QPointF(x, y);
+    return places;
+}
+
+TEST(ChartRenderer, LogarithmicAxesHaveEqualRatiosAtEqualDistances) {
+    ChartSeries points = series("Ratios", {0.2, 1, 6}, {1, 2, 3}, ChartSeries::Style::Markers);
+    points.marker = ChartSeries::Marker::Square;
+    ozm::CChartInfo info = chartOf({points});
+    info.xAxis.logarithmic = true;
+    const auto places = placesOf(drawSvg(info));
+    ASSERT_TRUE(places.contains("0.25") && places.contains("0.5") && places.contains("4"));
+    // Centred labels of different widths: half of what they differ by.
+    EXPECT_NEAR(places.at("0.5").x() - places.at("0.25").x(), places.at("4").x() - places.at("2").x(), 8);
+    // Values, and ranges, that have no logarithm.
+    for (const auto& [min, max] : {std::pair{0.0, 0.0}, {-1.0, 5.0}, {0.5, 1e9}, {1e-300, 1e300}}) {
+        info.xAxis.min = min;
+        info.xAxis.max = max;
+        for (const std::vector<double>& x : {std::vector<double>{0, 1, 2},
+                                             {-3, -2, -1},
+                                             {1, 1, 1},
+                                             {notANumber, infinite, 1},
+                                             {1e-9, 1, 1e9}}) {
+            info.series[0].x = x;
+            EXPECT_GT(drawSvg(info).texts.size(), 2) << min << " " << x[0];
+        }
+    }
+}
+
+TEST(ChartRenderer, NamesStandAtTheirPlacesOfAnAxis) {
+    for (const int count : {1, 3, 40}) {
+        ChartSeries points = series("Ratios", {}, {}, ChartSeries::Style::Markers);
+        ozm::CChartInfo info = chartOf({points});
+        for (int k = 1; k <= count; ++k) {
+            info.series[0].x.push_back(k * k);
+            info.series[0].y.push_back(k);
+            info.yAxis.names.push_back("name " + std::to_string(k) + (k == 1 ? std::string(300, 'x') : ""));
+        }
+        info.yAxis.min = 0.5;
+        info.yAxis.max = count + 0.5;
+        const Svg svg = drawSvg(info);
+        EXPECT_EQ(
+            std::ranges::count_if(svg.texts, [](const QString& text) { return text.startsWith("name "); }),
+            count);
+        const auto places = placesOf(svg);
+        double above = 1e9;
+        for (int k = 2; k <= count; ++k) { // upwards, without touching each other
+            const double y = places.at("name " + std::to_string(k)).y();
+            EXPECT_LT(y, above - 8) << k;
+            above = y;
+        }
+    }
+}
+
 /// Not some with an exponent beside others without.
 TEST(ChartRenderer, AxesHaveTheirNumbersInPlainDigits) {
     for (double power = 1000; power <= 1e7; power *= 10) {

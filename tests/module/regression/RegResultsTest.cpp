@@ -345,6 +345,16 @@ TEST_F(RegResults, ValuesForTheUserDefinedPlot) {
         put({AutomationValue{}, far});
         EXPECT_EQ(MessageOf("UserDefinedPlot"), StrCoxValuesTooFar) << far;
     }
+    // People are asked, with the means in the places of what is not given; what they leave stays the mean.
+    host.automation = false;
+    put({AutomationValue{}, 30});
+    EXPECT_FALSE(Make("UserDefinedPlot")) << "cancelled";
+    EXPECT_TRUE(host.messages.empty());
+    host.startValues = {Results().sample.Summary(0).mean, 30, 50};
+    ASSERT_TRUE(Make("UserDefinedPlot"));
+    EXPECT_TRUE(Mentions(host.charts.back().notes, "karno = 30, age = 50; the others have their means."));
+    EXPECT_TRUE(std::isnan(State().output.covariateValues[0]));
+    EXPECT_EQ(State().output.covariateValues[2], 50);
     for (const double level : {0.0, 1.0, none})
         EXPECT_FALSE(host.Script().Put("ConfidenceLevel", level).ok);
 }

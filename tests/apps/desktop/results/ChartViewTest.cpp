@@ -111,6 +111,33 @@ TEST_F(ChartViewTest, WheelAndKeysZoomAndADoubleClickResets) {
     EXPECT_EQ(view_->shownChart().xAxis.min, plot().xAxis->range().lower);
 }
 
+TEST_F(ChartViewTest, ALogarithmicAxisWithNamesBesideIt) {
+    ozm::CChartInfo info;
+    info.xAxis.title = "Ratio";
+    info.xAxis.logarithmic = true;
+    info.yAxis.names = {"age", "arm"};
+    info.yAxis.min = 0.5;
+    info.yAxis.max = 2.5;
+    ozm::ChartSeries points = test::series("Estimate", {0.25, 4}, {1, 2}, ozm::ChartSeries::Style::Markers);
+    info.series = {points};
+    info_ = info;
+    view_ = std::make_unique<ChartView>(info_);
+    view_->resize(800, 600);
+    view_->show();
+    settle();
+    for (int times = 0; times < 2; ++times)
+        QTest::keyClick(&plot(), Qt::Key_Right);
+    EXPECT_EQ(view_->readout().toStdString(), "Estimate\nRatio: 4\narm");
+    // A shift by keys is by a factor, and undone by the one back.
+    const QCPRange range = plot().xAxis->range();
+    QTest::keyClick(&plot(), Qt::Key_Right, Qt::ShiftModifier);
+    const double factor = plot().xAxis->range().lower / range.lower;
+    EXPECT_GT(factor, 1.0);
+    EXPECT_NEAR(plot().xAxis->range().upper / range.upper, factor, 1e-9);
+    QTest::keyClick(&plot(), Qt::Key_Left, Qt::ShiftModifier);
+    EXPECT_NEAR(plot().xAxis->range().lower, range.lower, 1e-9);
+}
+
 TEST_F(ChartViewTest, EditsAndZoomAreKeptWhenTheChartIsRedrawnAlsoOnADarkBackground) {
     ChartEdits edits;
     edits.title = "Another title";

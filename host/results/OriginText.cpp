@@ -90,17 +90,31 @@ void add(std::string& line, const std::string& part) {
 
 } // namespace
 
+const DialogSettings& specificationOf(const RunOrigin& run) {
+    const auto namesVariables = [](const DialogSettings& dialog) {
+        return std::any_of(dialog.settings.begin(), dialog.settings.end(), [](const Setting& setting) {
+            return std::holds_alternative<std::vector<Setting::Role>>(setting.value);
+        });
+    };
+    const auto last = std::find_if(run.dialogs.rbegin(), run.dialogs.rend(), namesVariables);
+    return last != run.dialogs.rend() ? *last : run.dialogs.back();
+}
+
 std::string originLine(const RunOrigin& run) {
     std::string line = std::filesystem::path(run.data.file).filename().string();
     add(line, casesText(run.data));
     if (!run.data.weightVariable.empty()) add(line, "weighted by " + run.data.weightVariable);
     if (run.dialogs.empty()) return line;
-    for (const Setting& setting : run.dialogs.back().settings) {
-        if (const auto* roles = std::get_if<std::vector<Setting::Role>>(&setting.value))
-            add(line, joined(*roles, roleText));
-        else
-            add(line, settingText(setting));
-    }
+    for (const DialogSettings* dialog = &specificationOf(run); dialog <= &run.dialogs.back(); ++dialog)
+        for (const Setting& setting : dialog->settings) {
+            const auto* roles = std::get_if<std::vector<Setting::Role>>(&setting.value);
+            std::string variables;
+            if (roles != nullptr)
+                for (const Setting::Role& role : *roles)
+                    if (!role.variables.empty())
+                        variables += (variables.empty() ? "" : ", ") + roleText(role);
+            add(line, roles != nullptr ? variables : settingText(setting));
+        }
     return line;
 }
 

@@ -7,6 +7,9 @@
 
 namespace korvana {
 
+/// The dialog that specified a run (which has dialogs): the last one that names variables, else the last.
+[[nodiscard]] const DialogSettings& specificationOf(const RunOrigin& run);
+
 /// Where results came from, for people, in one line: data file, cases with their selection, weights,
 /// variables and codes. Without the time of day, which differs from one output of a run to the next.
 [[nodiscard]] std::string originLine(const RunOrigin& run);

@@ -48,7 +48,7 @@ public:
     virtual void defineSelection(ActiveData& /*data*/) {}
     /// The analysis itself changed how its data are used: it turned the case weights off.
     virtual void dataUseChanged() {}
-    /// Edits start values, one per name; false when cancelled.
+    /// Edits values, one per name, such as those that an estimation starts from; false when cancelled.
     virtual bool editStartValues(std::span<const std::string> /*names*/, std::span<double> /*values*/) {
         return false;
     }

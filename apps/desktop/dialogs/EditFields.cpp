@@ -290,7 +290,8 @@ void SummaryField::showValue(const ozm::ControlValue& value) {
     qsizetype rows = 1;
     for (const QString& line : lines)
         rows += 1 + line.size() / (columns + 1) * 10 / 9; // breaking at words takes a little more
-    askForRoom(text_, static_cast<int>(columns),
+    // One more column, as that of a font need not be a whole number of pixels wide.
+    askForRoom(text_, static_cast<int>(columns) + 1,
                static_cast<int>(std::clamp(rows, qsizetype{9}, qsizetype{16})));
 }
 

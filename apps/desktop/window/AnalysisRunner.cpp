@@ -3,7 +3,7 @@
 #include "apps/desktop/dialogs/ControlField.h"
 #include "apps/desktop/dialogs/DialogView.h"
 #include "apps/desktop/text/BoxTexts.h"
-#include "apps/desktop/window/StartValuesDialog.h"
+#include "apps/desktop/window/NamedValuesDialog.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -289,7 +289,7 @@ void AnalysisRunner::defineSelection(ActiveData& /*data*/) {
 }
 
 bool AnalysisRunner::editStartValues(std::span<const std::string> names, std::span<double> values) {
-    StartValuesDialog dialog(names, values, boxParent());
+    NamedValuesDialog dialog(names, values, boxParent());
     if (dialog.exec() != QDialog::Accepted) return false;
     std::copy(dialog.values().begin(), dialog.values().end(), values.begin());
     return true;

@@ -38,7 +38,7 @@ QString runTitle(const ResultsBook& book) {
     for (const ResultsBook::Output& output : book.outputs) {
         const auto& origin = ResultsBook::originOf(output);
         if (origin == nullptr || origin->run == nullptr || origin->run->dialogs.empty()) continue;
-        return QStringLiteral("%1, %2").arg(QString::fromStdString(origin->run->dialogs.back().title),
+        return QStringLiteral("%1, %2").arg(QString::fromStdString(specificationOf(*origin->run).title),
                                             QString::fromStdString(timeOfDay(*origin)));
     }
     return QStringLiteral("%1: %2").arg(QString::fromStdString(book.analysis),

@@ -1,3 +1,4 @@
+#include "host/results/OriginText.h"
 #include "support/dialogs/ControlText.h"
 #include "tests/host/session/TinyAnalysis.h"
 
@@ -135,6 +136,21 @@ TEST_F(OriginTest, ADialogChangesItsForm) {
     call("Cancel");
     specify(1);
     EXPECT_TRUE(session.book().messages.empty()) << "the form was not changed again";
+}
+
+TEST(OriginLine, BeginsWithTheDialogThatNamedTheVariables) {
+    using Roles = std::vector<Setting::Role>;
+    RunOrigin run;
+    run.data.file = "folder/x.csv";
+    run.data.cases = 3;
+    run.dialogs = {
+        {"Start", "Start", 1, {{"Type", "Type", 5}}},
+        {"Specify", "Specify", 2, {{"Variables", "Variables", Roles{{"A", {"x", "y"}}, {"B", {}}}}}},
+        {"Estimate", "Estimate", 3, {{"Most", "Most:", 50}}}};
+    EXPECT_EQ(specificationOf(run).id, "Specify");
+    EXPECT_EQ(originLine(run), "x.csv | 3 cases | x, y | Most: 50");
+    run.dialogs.erase(run.dialogs.begin() + 1);
+    EXPECT_EQ(specificationOf(run).id, "Estimate");
 }
 
 TEST(ControlLabels, AreReadableAsText) {

@@ -1,7 +1,7 @@
 // An estimation from a modal dialog: its lines, its Cancel, its question and its start values.
 
 #include "apps/desktop/window/AnalysisRunner.h"
-#include "apps/desktop/window/StartValuesDialog.h"
+#include "apps/desktop/window/NamedValuesDialog.h"
 #include "support/CAnalysisSupport.h"
 #include "support/dialogs/CAnalysisModalDialog.h"
 #include "support/dialogs/CAnalysisModelessDialog.h"
@@ -157,7 +157,7 @@ TEST_F(Estimation, GoesOnWhenItsQuestionIsAnsweredYes) {
 }
 
 TEST_F(Estimation, TakesItsStartValuesFromATable) {
-    const auto typing = [](StartValuesDialog& dialog, std::initializer_list<const char*> texts) {
+    const auto typing = [](NamedValuesDialog& dialog, std::initializer_list<const char*> texts) {
         auto* table = dialog.findChild<QTableWidget*>();
         table->setCurrentCell(0, 0);
         table->setFocus();
@@ -168,27 +168,27 @@ TEST_F(Estimation, TakesItsStartValuesFromATable) {
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
         }
     };
-    const auto startsOf = [](StartValuesDialog& dialog) {
+    const auto startsOf = [](NamedValuesDialog& dialog) {
         QStringList texts;
         auto* table = dialog.findChild<QTableWidget*>();
         for (int row = 0; row < table->rowCount(); ++row)
             texts += table->item(row, 0)->text();
         return texts.join(' ');
     };
-    const auto reason = [](StartValuesDialog& dialog) { return dialog.findChild<QLabel*>()->text(); };
+    const auto reason = [](NamedValuesDialog& dialog) { return dialog.findChild<QLabel*>()->text(); };
     answering([this] { pressFit(); },
               [&](DialogView& dialog) {
                   for (int times = 0; times < 3; ++times)
                       click(dialog, "Start values");
                   click(dialog, "Cancel");
               },
-              [&](StartValuesDialog& dialog) {
+              [&](NamedValuesDialog& dialog) {
                   EXPECT_EQ(startsOf(dialog), "0.5 -2 0");
                   typing(dialog, {"1", "2", "3"});
                   EXPECT_EQ(startsOf(dialog), "1 2 3") << "Enter goes on to the next";
                   dialog.reject();
               },
-              [&](StartValuesDialog& dialog) {
+              [&](NamedValuesDialog& dialog) {
                   EXPECT_EQ(startsOf(dialog), "0.5 -2 0") << "Cancel keeps the old ones";
                   typing(dialog, {"1e-3", "0,5"});
                   dialog.accept();
@@ -208,7 +208,7 @@ TEST_F(Estimation, TakesItsStartValuesFromATable) {
                   dialog.accept();
                   EXPECT_FALSE(dialog.isVisible());
               },
-              [&](StartValuesDialog& dialog) {
+              [&](NamedValuesDialog& dialog) {
                   EXPECT_EQ(startsOf(dialog), "0.001 8 -8.25");
                   click(dialog, "All Zero");
                   dialog.accept();

@@ -11,13 +11,13 @@ class QTableWidget;
 
 namespace korvana::desktop {
 
-/// A table of parameters and the values that an estimation starts from. Enter and Tab go on to the next row;
-/// several numbers can be pasted at once.
-class StartValuesDialog : public QDialog {
+/// A table of names with a value for each: those that an estimation starts from, for example. Enter and Tab
+/// go on to the next row; several numbers can be pasted at once.
+class NamedValuesDialog : public QDialog {
     Q_OBJECT
 
 public:
-    StartValuesDialog(std::span<const std::string> names, std::span<const double> values,
+    NamedValuesDialog(std::span<const std::string> names, std::span<const double> values,
                       QWidget* parent = nullptr);
 
     /// The values in the table, one per name.

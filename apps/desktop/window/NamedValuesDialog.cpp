@@ -1,4 +1,4 @@
-#include "apps/desktop/window/StartValuesDialog.h"
+#include "apps/desktop/window/NamedValuesDialog.h"
 
 #include "apps/desktop/dialogs/Codes.h"
 #include "apps/desktop/dialogs/ControlField.h"
@@ -56,13 +56,13 @@ private:
 
 } // namespace
 
-StartValuesDialog::StartValuesDialog(std::span<const std::string> names, std::span<const double> values,
+NamedValuesDialog::NamedValuesDialog(std::span<const std::string> names, std::span<const double> values,
                                      QWidget* parent)
     : QDialog(parent), values_(values.begin(), values.end()),
       table_(new QTableWidget(static_cast<int>(names.size()), 1, this)), reason_(new QLabel(this)) {
-    setWindowTitle(tr("Start Values"));
-    table_->setHorizontalHeaderLabels({tr("Start value")});
-    table_->setAccessibleName(tr("Start values"));
+    setWindowTitle(tr("Values by Name"));
+    table_->setHorizontalHeaderLabels({tr("Value")});
+    table_->setAccessibleName(tr("Values"));
     table_->horizontalHeader()->setStretchLastSection(true);
     table_->verticalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     table_->verticalHeader()->setMaximumWidth(fontMetrics().averageCharWidth() * 40);
@@ -90,8 +90,8 @@ StartValuesDialog::StartValuesDialog(std::span<const std::string> names, std::sp
     layout->addWidget(table_);
     layout->addWidget(reason_);
     layout->addWidget(buttons);
-    connect(buttons, &QDialogButtonBox::accepted, this, &StartValuesDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &StartValuesDialog::reject);
+    connect(buttons, &QDialogButtonBox::accepted, this, &NamedValuesDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &NamedValuesDialog::reject);
     connect(zeros, &QPushButton::clicked, this, [this] { fillWithZeros(); });
     connect(table_, &QTableWidget::itemChanged, this, [this] { reason_->hide(); });
 
@@ -103,7 +103,7 @@ StartValuesDialog::StartValuesDialog(std::span<const std::string> names, std::sp
     table_->setFocus();
 }
 
-void StartValuesDialog::accept() {
+void NamedValuesDialog::accept() {
     for (int row = 0; row < table_->rowCount(); ++row) {
         const QString text = table_->item(row, 0)->text().trimmed();
         bool isNumber = false;
@@ -114,7 +114,7 @@ void StartValuesDialog::accept() {
         }
         const QString name = table_->verticalHeaderItem(row)->text();
         reason_->setText(text.isEmpty()
-                             ? tr("%1 has no start value; enter a number, 0 perhaps.").arg(name)
+                             ? tr("%1 has no value; enter a number.").arg(name)
                              : tr("'%1' of %2 is not a number; write it with a decimal point, as in 0.5.")
                                    .arg(text, name));
         reason_->show();
@@ -127,7 +127,7 @@ void StartValuesDialog::accept() {
     QDialog::accept();
 }
 
-bool StartValuesDialog::eventFilter(QObject* watched, QEvent* event) {
+bool NamedValuesDialog::eventFilter(QObject* watched, QEvent* event) {
     if (watched == table_ && event->type() == QEvent::KeyPress) {
         const auto* key = dynamic_cast<QKeyEvent*>(event);
         if (key->matches(QKeySequence::Paste)) {
@@ -142,7 +142,7 @@ bool StartValuesDialog::eventFilter(QObject* watched, QEvent* event) {
     return QDialog::eventFilter(watched, event);
 }
 
-void StartValuesDialog::paste() {
+void NamedValuesDialog::paste() {
     int row = std::max(table_->currentRow(), 0);
     for (const QString& part : numbersCopied()) {
         if (row == table_->rowCount()) break;
@@ -150,7 +150,7 @@ void StartValuesDialog::paste() {
     }
 }
 
-void StartValuesDialog::fillWithZeros() {
+void NamedValuesDialog::fillWithZeros() {
     for (int row = 0; row < table_->rowCount(); ++row)
         table_->item(row, 0)->setText(QStringLiteral("0"));
 }

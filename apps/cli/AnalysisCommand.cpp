@@ -92,7 +92,7 @@ int AnalysisCommand::run(Console& console) {
                      [&](std::size_t place) { return description_.outputs[place].isChart; }))
         output_.checkWithoutChart(list_);
     PhaseTimes times;
-    ProgressLine progress(console, output_.quiet());
+    ProgressLine progress(console, output_.quiet(), log_.isWanted());
     struct Answers final : FrontEnd {
         explicit Answers(AnalysisCommand& asked) : command(asked) {}
         bool ask(const ResultMessage& question, ozm::CAnalysisDialog* /*window*/) override {

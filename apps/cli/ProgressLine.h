@@ -13,8 +13,9 @@ namespace korvana::cli {
 class ProgressLine final : public SessionObserver {
 public:
     /// @param quiet  shows only warnings and errors, and no progress
-    ProgressLine(Console& console, bool quiet)
-        : console_(console), quiet_(quiet), shows_(console.errIsTerminal && !quiet) {}
+    /// @param logged  somebody else reports the progress
+    ProgressLine(Console& console, bool quiet, bool logged)
+        : console_(console), quiet_(quiet), shows_(console.errIsTerminal && !quiet && !logged) {}
     ~ProgressLine() override { clear(); }
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;

@@ -15,6 +15,7 @@ namespace korvana::cli {
 class VerboseLog final : public SessionObserver {
 public:
     void declare(CLI::App& app);
+    [[nodiscard]] bool isWanted() const { return wanted_; }
     /// To be called before the first report; without --verbose nothing is reported.
     void begin(Console& console);
 

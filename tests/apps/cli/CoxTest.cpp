@@ -98,6 +98,11 @@ TEST_F(CoxTest, IterationsRunOutUnlessTheyGoOn) {
         EXPECT_TRUE(has(told.err, " s] " + line.get<std::string>() + "\n")) << line;
     EXPECT_TRUE(has(more.out, "Convergence criterion:   1e-05")) << more.out;
 
+    terminal = true;
+    EXPECT_TRUE(has(succeed(call + "karno").err, "\r"));
+    EXPECT_FALSE(has(succeed(call + "karno --verbose").err, "\r")) << "one report of the progress is enough";
+    terminal = false;
+
     // Where there is no maximum it goes on until the information vanishes.
     file("grows.csv", "t,s,x,y\n1,1,0,1\n2,0,1,2\n3,1,0,4\n4,0,1,3\n5,1,0,2\n6,0,1,7\n7,0,0,1\n8,0,1,6\n");
     const Outcome grows = run("cox grows.csv --time t --censor s --complete 1 --censored 0 --covariates x,y "

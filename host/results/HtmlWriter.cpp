@@ -98,8 +98,8 @@ public:
     [[nodiscard]] std::vector<std::string> failures() { return std::move(failures_); }
 
 private:
-    /// The first report, which is the summary, the shortest tables and the charts come first, then everything
-    /// else; tables that repeat a report are left out.
+    /// The first report, which is the summary, the shortest and the essential tables and the charts come
+    /// first, then everything else; tables that repeat a report are left out.
     void arrange() {
         bool reported = false;
         for (std::size_t place = 0; place < book_.outputs.size(); ++place) {
@@ -110,7 +110,8 @@ private:
             reported = reported || firstReport;
             if (std::holds_alternative<Chart>(output))
                 charts_.push_back(place);
-            else if (firstReport || (sheet != nullptr && sheet->rowCount() <= mostSummaryRows))
+            else if (firstReport ||
+                     (sheet != nullptr && (sheet->essential || sheet->rowCount() <= mostSummaryRows)))
                 summary_.insert(firstReport ? summary_.begin() : summary_.end(), place);
             else
                 rest_.push_back(place);
@@ -227,7 +228,7 @@ private:
         for (const std::string& note : sheet.notes)
             paragraph(note, "note");
         const std::size_t rows = sheet.rowCount();
-        folded(rows > mostOpenRows, grouped(rows) + " rows", [&] {
+        folded(!sheet.essential && rows > mostOpenRows, grouped(rows) + " rows", [&] {
             const std::size_t shown = std::min(rows, options_.mostRows);
             out_ << R"(<div class="table"><table aria-label=")" << escaped(shownLine(sheet.title)) << "\">\n";
             if (!sheet.columns.empty()) writeHeadings(sheet);

@@ -58,6 +58,7 @@ Spreadsheet Spreadsheet::fromSpec(const ozm::SheetSpec& spec) {
     sheet.notes = spec.notes;
     sheet.footnotes = spec.footnotes;
     sheet.repeatsReport = spec.repeatsReport;
+    sheet.essential = spec.essential;
     sheet.rowHeadings = spec.rowHeadings;
     sheet.columns.reserve(spec.columns.size());
     for (const ozm::SheetColumn& column : spec.columns)

@@ -55,6 +55,7 @@ struct Spreadsheet {
     std::vector<std::string> rowHeadings; ///< one per row, or empty when rows have no heading
     std::vector<Column> columns;
     bool repeatsReport = false; ///< a report already has its values: reports for people leave it out
+    bool essential = false;     ///< reports for people show it before charts
     std::shared_ptr<const OutputOrigin> origin{}; ///< nullptr: unknown
     std::vector<std::string> footnotes{};
 

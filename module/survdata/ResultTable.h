@@ -52,6 +52,8 @@ public:
     void AddFootnote(std::string note) { sheet_.footnotes.push_back(std::move(note)); }
     /// Marks a table whose values the text report already has.
     void RepeatsReport() { sheet_.repeatsReport = true; }
+    /// Marks a table that readers want first, however long it is.
+    void IsEssential() { sheet_.essential = true; }
 
     Numbers AddNumbers(const ColumnName& name, CellFormat format);
     Integers AddIntegers(const ColumnName& name);

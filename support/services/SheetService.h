@@ -60,6 +60,8 @@ struct SheetSpec {
     /// The text report already has these values: a report for people leaves the table out.
     bool repeatsReport = false;
     std::vector<std::string> footnotes{}; ///< lines shown below the table
+    /// What readers want first, however long: a report for people shows it before charts.
+    bool essential = false;
 };
 
 /// Creates results spreadsheets in the host's results.

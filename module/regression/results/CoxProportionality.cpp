@@ -100,6 +100,7 @@ OutputResult WriteProportionality(const RegReportOf& of) {
     const RegressionResults& results = of.Results();
     const Residuals residuals(results);
     ResultTable table{Whole(StrCoxProportionalTitle)};
+    table.IsEssential();
     table.AddFootnote(Whole(StrCoxNoteProportional));
     const auto correlation = table.AddNumbers(
         {"correlation", StrCoxColCorrelation, 0, Whole(StrCoxCorrelationInFull)}, CellFormat::fixed(6));

@@ -104,6 +104,7 @@ void ParameterColumns::AddNotes(ResultTable& table, int noteOnExponent) const {
 OutputResult WriteParameters(const RegReportOf& of) {
     const RegressionResults& results = of.Results();
     ResultTable table{Whole(StrRegParametersTitle)};
+    table.IsEssential();
     ParameterColumns columns(table, of.state.output.confidenceLevel);
     const auto gradient = table.AddNumbers({"gradient", StrRegColGradient}, estimateFormat);
     if (!table.AddRows(of.host, results.Parameters())) return OutputResult::Failed(StrRegNoMemory);

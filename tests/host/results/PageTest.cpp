@@ -116,11 +116,13 @@ TEST(HtmlWriter, SummaryAndChartsStandFirstAndWhatIsLongIsFolded) {
     book.append(Chart{test::stepChart()}).info.title = "one";
     book.append(Report{"more", {"line"}});
     book.append(Chart{test::stepChart()}).info.title = "two";
+    book.append(table("essential", 40)).essential = true;
     std::ostringstream out;
     EXPECT_TRUE(writeHtml(book, out).empty());
     const std::string page = out.str();
     std::size_t last = 0;
-    for (const char* title : {"summary", "short", "one", "two", "open", "long", "long report", "more"}) {
+    for (const char* title :
+         {"summary", "short", "essential", "one", "two", "open", "long", "long report", "more"}) {
         const std::size_t place = page.find("<h2>" + std::string(title) + "</h2>");
         ASSERT_NE(place, std::string::npos) << title;
         EXPECT_GT(place, last) << title;

@@ -163,11 +163,11 @@ OutputResult WriteFit(const RegReportOf& of, const Fit& fit) {
         {StrRegRowCensored, valid - uncensored},
         {StrRegRowLeftOut, static_cast<double>(results.reading.LeftOut())}};
     if (results.Stratified()) rows.emplace_back(StrRegRowStrata, static_cast<double>(results.strata.size()));
-    rows.insert(rows.end(), {{StrRegRowFinal, estimate.logLikelihood},
-                             {StrRegRowNull, estimate.nullLogLikelihood},
-                             {StrRegRowCriterion, results.criterion},
-                             {StrRegRowIterations, estimate.iterations},
-                             {StrRegRowGradient, estimate.gradient[fit.steepest]}});
+    rows.emplace_back(StrRegRowFinal, estimate.logLikelihood);
+    rows.emplace_back(StrRegRowNull, estimate.nullLogLikelihood);
+    rows.emplace_back(StrRegRowCriterion, results.criterion);
+    rows.emplace_back(StrRegRowIterations, estimate.iterations);
+    rows.emplace_back(StrRegRowGradient, estimate.gradient[fit.steepest]);
     for (const FitMeasure& measure : fit.measures)
         rows.emplace_back(measure.row, measure.value);
     ResultTable table{std::string{Text(StrRegFitTitle)}};

@@ -37,6 +37,7 @@ public:
     EstimationStatus Check(std::span<const double> parameters) override;
     EstimationStatus LogLikelihood(std::span<const double> parameters, double& value) override;
     void Derivatives(std::span<double> gradient, SquareMatrix& information) override;
+    void Gradient(std::span<double> gradient) override;
 
 private:
     /// A group of tied events that ends.

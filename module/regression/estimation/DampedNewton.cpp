@@ -114,14 +114,15 @@ EstimationStatus MaximiseByDampedNewton(LikelihoodModel& model, const IterationL
         status = TakeStep(at, before, taken);
         if (status != EstimationStatus::Success) return status;
         if (!taken && k == 1) return EstimationStatus::NoLikelihood;
-        at.Derive();
         estimate.logLikelihood = at.logLikelihood;
-        estimate.gradient = at.gradient;
         if (HasConverged(at, before, limits.criterion)) {
+            model.Gradient(std::span{estimate.gradient}.first(parameters.size()));
             if (watch(k + 1, at.logLikelihood, parameters)) return EstimationStatus::Stopped;
             estimate.covariance = factors->Inverse();
             return EstimationStatus::Success;
         }
+        at.Derive();
+        estimate.gradient = at.gradient;
         if (k > limits.most) return EstimationStatus::NotConverged;
     }
 }

@@ -31,6 +31,8 @@ public:
     virtual EstimationStatus LogLikelihood(std::span<const double> parameters, double& value) = 0;
     /// Gradient and observed information at the vector whose log-likelihood was computed last, successfully.
     virtual void Derivatives(std::span<double> gradient, SquareMatrix& information) = 0;
+    /// The gradient alone, there, in less time.
+    virtual void Gradient(std::span<double> gradient) = 0;
 };
 
 } // namespace ozm::survival

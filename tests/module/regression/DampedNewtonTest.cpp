@@ -30,8 +30,9 @@ public:
         value = top - (x_ - 3) * (x_ - 3) / 2;
         return Check(x);
     }
+    void Gradient(std::span<double> gradient) override { gradient[0] = factor(++derived) * (3 - x_); }
     void Derivatives(std::span<double> gradient, SquareMatrix& matrix) override {
-        gradient[0] = factor(++derived) * (3 - x_);
+        Gradient(gradient);
         matrix(0, 0) = information;
     }
 

@@ -39,7 +39,11 @@ struct At {
         if (status != EstimationStatus::Success) return;
         // Check leaves nothing behind that derivatives need.
         EXPECT_EQ(model.LogLikelihood(parameters, value), EstimationStatus::Success);
+        Values alone(parameters.size());
+        model.Gradient(alone);
         model.Derivatives(gradient, information);
+        for (std::size_t k = 0; k < parameters.size(); ++k)
+            EXPECT_NEAR(alone[k], gradient[k], 1e-12 * static_cast<double>(sample.cases));
     }
     EstimationStatus status{};
     double value = 0.0;

@@ -103,7 +103,7 @@
       "A case with a missing value was left out; the missing values of a variable are counted over the cases " \
       "that are valid otherwise.") \
     S(StrRegNotStratified, 20986, \
-      "The analysis is not stratified: go back and select a stratification variable.") \
+      "The analysis is not stratified: select a stratification variable.") \
     S(StrRegStrataTitle, 20987, "Stratified Analysis: Strata Fitted Alone") \
     S(StrRegStrataTestTitle, 20988, "Stratified Analysis: Test of Equal Coefficients") \
     S(StrRegStrataParametersTitle, 20989, "Stratified Analysis: Parameter Estimates by Stratum") \

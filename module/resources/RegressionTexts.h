@@ -67,7 +67,7 @@
     S(StrRegCapacity, 21160, \
       "A regression has room for 32,000 valid cases, copies of weighted cases counted: select fewer cases or use " \
       "smaller weights.") \
-    S(StrRegValuesDetail, 21161, "%1 has %2 valid values among %3 cases that are valid otherwise.") \
+    S(StrRegValuesDetail, 21161, "Cases with a value of %1: %2, of %3 that are valid otherwise.") \
     S(StrRegConstantDetail, 21162, "%1 is %2 in all %3 valid cases.") \
     S(StrRegTimesDetail, 21163, "All %1 valid cases have the survival time %2.") \
     S(StrRegUncensoredDetail, 21164, "%1 of %2 valid cases is uncensored.") \

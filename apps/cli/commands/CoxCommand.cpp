@@ -51,6 +51,9 @@ private:
         SurvivalCommand::declareOptions(app);
         covariates_.declare(app);
         strata_.declare(app);
+        app.add_flag("--separate", separate_,
+                     "with --strata: the output stratified also has the coefficients of each stratum")
+            ->group(TimesAndCodesOptions::helpGroup);
         app.add_flag("--mean-substitution", means_,
                      "a missing covariate is taken for its mean [the case is left out]")
             ->group("Estimation");
@@ -69,6 +72,8 @@ private:
     void checkOptions() override {
         covariates_.check();
         strata_.check();
+        if (separate_ && !strata_.isGiven())
+            throw UsageError("--separate needs --strata: each stratum gets coefficients of its own");
         estimation_.check();
         level_.check(LevelOption::Ends::Excluded);
     }
@@ -90,6 +95,7 @@ private:
         estimation_.checkStart(covariates_.names());
         for (const std::string& text : at_)
             valuesAt_.push_back(covariates_.valuesAt(data, text));
+        if (separate_) wanted.members.emplace_back("EqualCoefficientsDifferentBaselineH0", false);
         if (means_) wanted.members.emplace_back("MeanSubstitutionOfMD", true);
         if (estimation_.forDialog()) wanted.members.emplace_back("NonDefaultStartValuesIterations", true);
     }
@@ -122,6 +128,7 @@ private:
                                .codesHelp = "its codes of the strata [all that selected cases have]"}};
     EstimationOptions estimation_;
     LevelOption level_;
+    bool separate_ = false;
     bool means_ = false;
     std::vector<std::string> at_;
     std::vector<std::vector<double>> valuesAt_;

@@ -67,6 +67,7 @@ TEST_F(CoxTest, WhatIsWrongWithTheEstimationIsSaidWithTheWayOut) {
               "--start gives 2 values for 4 covariates; give one for each of karno, celltype=large"},
              {"--start 1,x,3,4", "--start takes numbers, not 'x'"},
              {"--strata-codes 1", "--strata-codes needs --strata"},
+             {"--separate", "--separate needs --strata"},
              {"--level 1", "--level is a number between 0 and 1"},
              {"--at karno", "--at is COVARIATE=VALUE"},
              {"--at age=60", "'age' is no covariate; the covariates are karno, celltype=large"},

@@ -121,7 +121,7 @@ TEST_F(RunRegression, MissingCovariatesAreLeftOutOrReplaced) {
         Select({3, 4});
         host.Script().Put("CasewiseDeletionOfMD", casewise);
         EXPECT_FALSE(Ok());
-        ExpectMessage(StrRegFewValues, "'sex' has 1 valid values among 42 cases");
+        ExpectMessage(StrRegFewValues, "Cases with a value of 'sex': 1, of 42 that");
     }
 }
 
@@ -134,7 +134,7 @@ TEST_F(RunRegression, ChecksItsData) {
         {{1, 2}, {1, 1}, {1, 2}, StrRegTooFewValid, "Three valid observations are needed."},
         {{1, 2, 3}, {0, 0, 0}, {1, 2, 3}, StrRegNoUncensored, "are the two codes exchanged?"},
         {{1, 2, 3}, {0, 1, 0}, {1, 2, 3}, StrRegTooFewUncensored, "1 of 3 valid cases is uncensored."},
-        {{1, 2, 3}, {1, 1, 0}, {1, none, none}, StrRegFewValues, "'drug' has 1 valid values among 3"},
+        {{1, 2, 3}, {1, 1, 0}, {1, none, none}, StrRegFewValues, "Cases with a value of 'drug': 1, of 3"},
         {{1, 2, 3}, {1, 1, 0}, {4, 4, 4}, StrRegConstantCovariate, "'drug' is 4 in all 3"},
         {{5, 5, 5}, {1, 1, 0}, {1, 2, 3}, StrRegConstantTimes, "All 3 valid cases have the survival time 5."},
     };

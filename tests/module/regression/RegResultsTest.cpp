@@ -194,7 +194,7 @@ TEST_F(RegResults, StrataFittedAloneAndTheTestOfEqualCoefficients) {
         ASSERT_TRUE(Make("StratitifiedAnalysis"));
         const test::Sheet& strata = SheetOf("Stratified Analysis: Strata Fitted Alone");
         const auto byCode = [&](const char* id) {
-            return [this, &strata, id](const std::string& of, std::size_t) {
+            return [&strata, id](const std::string& of, std::size_t) {
                 const Values& codes = Column(strata, "stratum");
                 return Column(strata, id)
                     .at(static_cast<std::size_t>(std::ranges::find(codes, std::stod(of)) - codes.begin()));

@@ -157,11 +157,11 @@ OutputResult WriteFit(const RegReportOf& of, const Fit& fit) {
     const NewtonEstimate& estimate = results.estimate;
     const auto valid = static_cast<double>(results.sample.Cases());
     const double uncensored = results.sample.Events();
-    std::vector<std::pair<int, double>> rows{
-        {StrRegRowValid, valid},
-        {StrRegRowUncensored, uncensored},
-        {StrRegRowCensored, valid - uncensored},
-        {StrRegRowLeftOut, static_cast<double>(results.reading.LeftOut())}};
+    std::vector<std::pair<int, double>> rows;
+    rows.emplace_back(StrRegRowValid, valid);
+    rows.emplace_back(StrRegRowUncensored, uncensored);
+    rows.emplace_back(StrRegRowCensored, valid - uncensored);
+    rows.emplace_back(StrRegRowLeftOut, static_cast<double>(results.reading.LeftOut()));
     if (results.Stratified()) rows.emplace_back(StrRegRowStrata, static_cast<double>(results.strata.size()));
     rows.emplace_back(StrRegRowFinal, estimate.logLikelihood);
     rows.emplace_back(StrRegRowNull, estimate.nullLogLikelihood);

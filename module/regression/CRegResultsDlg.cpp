@@ -20,11 +20,11 @@ void CRegResultsDlg::OnOpen() {
     if (!HasResults()) return;
     const ModelResults& model = ResultsOf(state_.results.kind);
     std::string summary{Text(model.title)};
-    for (const std::string& line : RegSummaryLines(Report()))
-        summary += "\n" + line;
     for (const ModelOutput& output : model.outputs)
         if (output.plotTitle != 0)
             summary += "\n" + Filled(output.plotName, {std::string{Text(output.plotTitle)}});
+    for (const std::string& line : RegSummaryLines(Report()))
+        summary += "\n" + line;
     SetValue(RegSummaryBox, std::move(summary));
 }
 

@@ -154,8 +154,9 @@ OutputResult PlotCoxAtValues(const RegReportOf& of) {
         chart.series.push_back(Estimate(of, curve));
         if (limits) AddLimits(of, curve, chart);
     }
-    if (const OutputResult shown = ShowChart(of.host, chart); !shown.made) return shown;
-    return WriteCurves(of, curves, {StrCoxUserTableTitle, StrCoxNoteUserTable, false}, described);
+    const OutputResult written =
+        WriteCurves(of, curves, {StrCoxUserTableTitle, StrCoxNoteUserTable, false}, described);
+    return written.made ? ShowChart(of.host, chart) : written;
 }
 
 } // namespace ozm::survival

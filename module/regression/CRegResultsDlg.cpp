@@ -48,7 +48,11 @@ OutputResult CRegResultsDlg::Output(int control) {
     }
     const ModelOutput* output = ResultsOf(state_.results.kind).Find(control);
     if (output == nullptr) return OutputResult::Failed(StrRegNotOfModel);
-    if (control == RegUserPlot && !AskForValues()) return OutputResult::NotMade();
+    if (control == RegUserPlot) {
+        if (state_.output.covariateValues.size() > state_.results.Parameters())
+            return OutputResult::Failed(StrCoxTooManyValues);
+        if (!AskForValues()) return OutputResult::NotMade();
+    }
     return output->make(Report());
 }
 

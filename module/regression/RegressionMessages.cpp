@@ -59,6 +59,7 @@ int RegressionMessage(RegressionStatus status) {
         {RegressionStatus::ConstantTimes, StrRegConstantTimes},
         {RegressionStatus::TooManyParameters, StrRegTooManyParameters},
         {RegressionStatus::BadStrata, StrRegBadStratum},
+        {RegressionStatus::BadScale, StrRegBadScale},
         {RegressionStatus::Singular, StrRegSingular},
         {RegressionStatus::NotConverged, StrRegNotConverged},
         {RegressionStatus::NoLikelihood, StrRegNoLikelihood},
@@ -90,6 +91,11 @@ std::string DescribeDataFault(CAnalysisSupport& host, const SharedSettings& shar
         return Filled(StrRegConstantDetail,
                       {Quoted(results.names[covariate]), FormatExact(sample.Column(covariate)[0]),
                        count(sample.Cases())});
+    case RegressionStatus::BadScale: {
+        const auto [least, largest] = std::ranges::minmax(sample.Column(covariate));
+        return Filled(StrRegScaleDetail,
+                      {Quoted(results.names[covariate]), FormatNumber(least), FormatNumber(largest)});
+    }
     case RegressionStatus::ConstantTimes:
         return Filled(StrRegTimesDetail, {count(sample.Cases()), FormatExact(sample.Times()[0])});
     case RegressionStatus::TooManyParameters:
@@ -117,9 +123,12 @@ std::vector<std::string> DescribeDiagnosis(const RegressionResults& results, con
                                      std::string{Text(each.upwards ? StrRegLargest : StrRegSmallest)}}));
     if (!diagnosis.unboundedTogether.empty())
         texts.push_back(Filled(StrRegUnboundedTogether, {Names(results, diagnosis.unboundedTogether)}));
-    if (diagnosis.dependence)
-        texts.push_back(Filled(StrRegDependent, {Quoted(results.names[diagnosis.dependence->covariate]),
-                                                 Names(results, diagnosis.dependence->on)}));
+    if (!diagnosis.dependence) return texts;
+    const std::string name = Quoted(results.names[diagnosis.dependence->covariate]);
+    if (!diagnosis.dependence->on.empty())
+        texts.push_back(Filled(StrRegDependent, {name, Names(results, diagnosis.dependence->on)}));
+    else
+        texts.push_back(Filled(results.Stratified() ? StrRegNoVariationInStrata : StrRegNoVariation, {name}));
     return texts;
 }
 

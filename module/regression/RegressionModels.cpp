@@ -11,11 +11,12 @@ namespace ozm::survival {
 namespace {
 
 Diagnosis DiagnoseCox(const RegressionSample& sample, std::span<const double> parameters,
-                      EstimationStatus status) {
+                      const NewtonEstimate& estimate, EstimationStatus status) {
     Diagnosis diagnosis;
     diagnosis.unbounded = FindUnbounded(sample);
-    if (status != EstimationStatus::Success && diagnosis.unbounded.empty())
-        diagnosis.unboundedTogether = FindUnboundedTogether(sample, parameters);
+    if (diagnosis.unbounded.empty() &&
+        (status != EstimationStatus::Success || MayBeUnbounded(sample, parameters, estimate)))
+        diagnosis.unboundedTogether = FindUnboundedTogether(sample);
     if (status == EstimationStatus::Singular) diagnosis.dependence = FindDependence(sample);
     return diagnosis;
 }

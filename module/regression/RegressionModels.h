@@ -20,7 +20,7 @@ struct RegressionModel {
                             NewtonEstimate& estimate) = nullptr;
     /// What the data say about an estimation that has ended, with this status at these parameters.
     Diagnosis (*diagnose)(const RegressionSample& sample, std::span<const double> parameters,
-                          EstimationStatus status) = nullptr;
+                          const NewtonEstimate& estimate, EstimationStatus status) = nullptr;
 };
 
 /// nullptr for a kind that this version does not have.

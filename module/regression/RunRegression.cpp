@@ -11,6 +11,7 @@
 #include "module/survdata/ReportLines.h"
 #include "module/survdata/SelectionChecks.h"
 
+#include <algorithm>
 #include <limits>
 #include <string>
 
@@ -88,6 +89,7 @@ struct Estimation {
     CAnalysisDialog* window;
     std::string lastLines;
     std::string details;
+    int iterations = 0; ///< of all runs
 
     RegressionStatus Compute(StatusLine& line);
     [[nodiscard]] int Message(RegressionStatus status) const;
@@ -130,12 +132,16 @@ bool Estimation::WantsMore(EstimationStatus status, StatusLine& line) {
 
 void Estimation::Diagnose(const RegressionModel& model, EstimationStatus status) {
     const RegressionResults& results = state.results;
-    for (const std::string& text :
-         DescribeDiagnosis(results, model.diagnose(results.sample, results.estimates, status))) {
+    for (const std::string& text : DescribeDiagnosis(
+             results, model.diagnose(results.sample, results.estimates, results.estimate, status))) {
         if (status == EstimationStatus::Success)
             host.DspMessageBox(MessageStyle::Warning, nullptr, 0, text, {});
         details += (details.empty() ? "" : "\n") + text;
     }
+    if (status != EstimationStatus::Singular || !details.empty()) return;
+    const bool fromZeros = std::ranges::all_of(state.settings.startValues, [](double b) { return b == 0.0; });
+    details = fromZeros ? Filled(StrRegTooLittle, {FormatCount(static_cast<long long>(results.Parameters()))})
+                        : std::string{Text(StrRegTryZeros)};
 }
 
 RegressionStatus Estimation::Compute(StatusLine& line) {
@@ -149,9 +155,13 @@ RegressionStatus Estimation::Compute(StatusLine& line) {
     do {
         results.estimate = {};
         status = Fit(model, line);
+        iterations += results.estimate.iterations;
     } while (WantsMore(status, line));
     if (status != EstimationStatus::Stopped) Diagnose(model, status);
     results.held = status == EstimationStatus::Success;
+    if (results.held && iterations > results.estimate.iterations)
+        host.DspMessageBox(MessageStyle::Note, nullptr, 0,
+                           Filled(StrRegContinuedInAll, {FormatCount(iterations)}), {});
     return static_cast<RegressionStatus>(status);
 }
 
@@ -185,7 +195,7 @@ bool PrepareRegression(CAnalysisSupport& host, SharedSettings& shared, Regressio
 }
 
 bool EstimateRegression(CAnalysisSupport& host, RegressionState& state, CAnalysisDialog* window) {
-    Estimation estimation{host, state, window, {}, {}};
+    Estimation estimation{host, state, window, {}, {}, 0};
     return RunAnalysis(
         host, window, StrSorting, [&](StatusLine& line) { return estimation.Compute(line); },
         [&] { state.results.held = false; },

@@ -84,7 +84,7 @@
     S(StrRegNoteCovariance, 20971, \
       "The covariances are the inverse of the information at the start of the last iteration: with a smaller " \
       "criterion they come closer to those at the maximum.") \
-    S(StrRegNoteEmpty, 20972, "An empty cell is a number too large or too small to be represented.") \
+    S(StrRegNoteEmpty, 20972, "An empty cell (--) is a number too large or too small to be represented.") \
     S(StrRegNoteSingular, 20973, \
       "A test is left empty when the matrix that it needs is singular.") \
     S(StrRegCovariancesTitle, 20975, "Covariances of Parameter Estimates") \
@@ -97,8 +97,8 @@
     S(StrRegColValues, 20982, "Values") \
     S(StrRegColMissing, 20983, "Missing") \
     S(StrRegNoteReplaced, 20984, \
-      "Missing values were replaced by the mean of the values that there are; mean and standard deviation are of " \
-      "these.") \
+      "Missing values were replaced by the mean of the others; the number of values counts them, and the standard " \
+      "deviation is of all.") \
     S(StrRegNoteLeftOut, 20985, \
       "A case with a missing value was left out; the missing values of a variable are counted over the cases " \
       "that are valid otherwise.") \

@@ -62,8 +62,12 @@
       "Cases with any other code of the stratification variable are left out; none chosen: all codes") \
     S(StrRegStartHint, 21152, "One number per covariate, in their order; empty: all start at 0") \
     S(StrRegBadStart, 21153, "The start values cannot be used.") \
-    S(StrRegStartCount, 21154, "%1 numbers are given for %2 parameters: %3.") \
+    S(StrRegStartCount, 21154, "Numbers that are given: %1; parameters: %2 (%3).") \
     S(StrRegNoStart, 21155, "Parameter %1 has no number to start from.") \
+    S(StrRegBadScale, 21156, "The values of a covariate are too large or too small to compute with.") \
+    S(StrRegScaleDetail, 21157, "%1 goes from %2 to %3: express it in other units.") \
+    S(StrRegBaselinesHint, 21158, \
+      "Off: the output of the stratified analysis also has the coefficients of each stratum, fitted alone") \
     S(StrRegCapacity, 21160, \
       "A regression has room for 32,000 valid cases, copies of weighted cases counted: select fewer cases or use " \
       "smaller weights.") \
@@ -87,7 +91,22 @@
     S(StrRegUnboundedTogether, 21174, \
       "The coefficients of %1 grow without bound together: at every uncensored time the case that fails has the " \
       "largest predictor of all that are at risk. The likelihood has no maximum.") \
-    S(StrRegLastIterations, 21175, "After %1 iterations; the last of them:") \
+    S(StrRegLastIterations, 21175, "Iterations: %1; the last of them:") \
     S(StrRegNotConvergedWay, 21176, \
-      "Allow more iterations, choose a larger convergence criterion or other start values.")
+      "Allow more iterations, choose a larger convergence criterion or other start values.") \
+    S(StrRegNoVariation, 21177, \
+      "%1 is the same in all cases that are at risk at the times of uncensored cases, so that its coefficient cannot " \
+      "be estimated: leave it out.") \
+    S(StrRegNoVariationInStrata, 21178, \
+      "%1 is the same, within each stratum, in all cases that are at risk at the times of uncensored cases, so that " \
+      "its coefficient cannot be estimated: leave it out, or do not stratify.") \
+    S(StrRegContinuedInAll, 21179, \
+      "The iterations were continued beyond their maximum: %1 in all; the number of the summary counts those of the " \
+      "last run.") \
+    S(StrRegTryZeros, 21180, \
+      "No covariate depends on the others: the iteration left the start values for where the likelihood is flat. Start " \
+      "nearer to 0.") \
+    S(StrRegTooLittle, 21181, \
+      "No covariate depends on the others, but the data say too little about %1 coefficients together: choose fewer " \
+      "covariates.")
 // clang-format on

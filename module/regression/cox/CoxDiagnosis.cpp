@@ -1,9 +1,13 @@
 #include "module/regression/cox/CoxDiagnosis.h"
 
+#include "module/regression/cox/FitCox.h"
 #include "module/regression/cox/PartialLikelihood.h"
+#include "module/regression/estimation/LuFactors.h"
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <iterator>
 #include <limits>
 
 namespace ozm::survival {
@@ -46,6 +50,81 @@ bool IsMonotone(const OrderedSample& sample, std::size_t k, double sign) {
     return shortfall.varies && shortfall.most == 0.0;
 }
 
+double RangeOf(std::span<const double> values) {
+    const auto [least, largest] = std::ranges::minmax(values);
+    return largest - least;
+}
+
+/// A copy of the covariates, less their means, over their standard deviations.
+class Standardised {
+public:
+    explicit Standardised(const RegressionSample& sample)
+        : sample_(sample), x_(sample.Cases() * sample.Covariates()), ordered_(sample.Ordered()) {
+        const std::size_t n = sample.Cases();
+        for (std::size_t k = 0; k < sample.Covariates(); ++k)
+            for (std::size_t i = 0; i < n; ++i)
+                x_[k * n + i] = (sample.Column(k)[i] - sample.Summary(k).mean) / sample.Summary(k).deviation;
+        ordered_.stride = n;
+        ordered_.x = x_;
+    }
+    Standardised(const Standardised&) = delete;
+    Standardised& operator=(const Standardised&) = delete;
+
+    [[nodiscard]] std::vector<double> Predictors(std::span<const double> parameters) const {
+        std::vector<double> predictors(ordered_.cases, 0.0);
+        for (std::size_t k = 0; k < parameters.size(); ++k)
+            for (std::size_t i = 0; i < predictors.size(); ++i)
+                predictors[i] += ordered_.Column(k)[i] * parameters[k];
+        return predictors;
+    }
+    /// Where an iteration ends.
+    [[nodiscard]] std::vector<double> Maximise(std::vector<double> parameters) const {
+        constexpr IterationLimits limits{1e-5, 60, negligibleCoxStep};
+        PartialLikelihood likelihood(ordered_);
+        NewtonEstimate estimate;
+        (void)MaximiseByDampedNewton(
+            likelihood, limits, [](int, double, std::span<const double>) { return false; }, parameters,
+            estimate);
+        return parameters;
+    }
+    [[nodiscard]] std::optional<double> LogLikelihood(std::span<const double> parameters) const {
+        PartialLikelihood likelihood(ordered_);
+        double value = 0.0;
+        if (likelihood.LogLikelihood(parameters, value) != EstimationStatus::Success) return std::nullopt;
+        return value;
+    }
+    /// False where there is no likelihood.
+    bool Derive(std::span<const double> parameters, ParameterVector& gradient,
+                SquareMatrix& information) const {
+        PartialLikelihood likelihood(ordered_);
+        double value = 0.0;
+        if (likelihood.LogLikelihood(parameters, value) != EstimationStatus::Success) return false;
+        likelihood.Derivatives(std::span{gradient}.first(parameters.size()), information);
+        return true;
+    }
+    /// None where the information is singular.
+    [[nodiscard]] std::optional<std::vector<double>> NewtonStep(std::span<const double> parameters) const {
+        ParameterVector step{};
+        SquareMatrix information;
+        if (!Derive(parameters, step, information)) return std::nullopt;
+        const std::optional<LuFactors> factors = LuFactors::Of(information, parameters.size());
+        if (!factors) return std::nullopt;
+        factors->Solve(step);
+        return std::vector<double>(step.begin(), step.begin() + std::ssize(parameters));
+    }
+
+private:
+    const RegressionSample& sample_;
+    std::vector<double> x_;
+    OrderedSample ordered_;
+};
+
+std::vector<double> Difference(const std::vector<double>& one, const std::vector<double>& other) {
+    std::vector<double> difference;
+    std::ranges::transform(one, other, std::back_inserter(difference), std::minus<>());
+    return difference;
+}
+
 /// Which of the covariates before k the row of its Cholesky factor depends on: the solution c of R c = r.
 std::vector<std::size_t> DependsOn(const SquareMatrix& factor, std::size_t k) {
     constexpr double negligible = 1e-6;
@@ -72,52 +151,68 @@ std::vector<Diagnosis::Unbounded> FindUnbounded(const RegressionSample& sample) 
     return unbounded;
 }
 
-std::vector<std::size_t> FindUnboundedTogether(const RegressionSample& sample,
-                                               std::span<const double> parameters) {
+bool MayBeUnbounded(const RegressionSample& sample, std::span<const double> parameters,
+                    const NewtonEstimate& estimate) {
+    constexpr double farOut = 20.0;
+    constexpr double moving = 0.1;
+    const auto rangeOf = [&](auto&& each) {
+        std::vector<double> predictor(sample.Cases(), 0.0);
+        for (std::size_t k = 0; k < parameters.size(); ++k)
+            for (std::size_t i = 0; i < predictor.size(); ++i)
+                predictor[i] += (sample.Column(k)[i] - sample.Summary(k).mean) * each(k);
+        return RangeOf(predictor);
+    };
+    const auto step = [&](std::size_t k) {
+        double sum = 0.0;
+        for (std::size_t l = 0; l < parameters.size(); ++l)
+            sum += estimate.covariance(k, l) * estimate.gradient[l];
+        return sum;
+    };
+    return !(rangeOf([&](std::size_t k) { return parameters[k]; }) < farOut) || !(rangeOf(step) < moving);
+}
+
+std::vector<std::size_t> FindUnboundedTogether(const RegressionSample& sample) {
     constexpr double farOut = 20.0; // a hazard ratio of 5e8 between cases
-    // What bounded parts of the parameters add, beside those that run out.
-    constexpr double tolerance = 0.2;
+    constexpr double lost = 0.01;
     constexpr double considerable = 0.05;
-    std::vector<double> predictor(sample.Cases(), 0.0);
-    std::vector<double> parts;
-    for (std::size_t k = 0; k < parameters.size(); ++k) {
-        const CovariateSummary& of = sample.Summary(k);
-        parts.push_back(std::abs(parameters[k] * of.deviation));
-        for (std::size_t i = 0; i < predictor.size(); ++i)
-            predictor[i] += (sample.Column(k)[i] - of.mean) * parameters[k];
-    }
-    const auto [least, largest] = std::ranges::minmax(predictor);
-    const double range = largest - least;
-    const Shortfall shortfall =
-        LargestShortfall(sample.Ordered(), [&](std::size_t i) { return predictor[i]; });
+    const Standardised standardised(sample);
+    const std::vector<double> before = standardised.Maximise(std::vector<double>(sample.Covariates()));
+    const std::vector<double> reached = standardised.Maximise(before);
     std::vector<std::size_t> together;
-    if (!(range > farOut) || !shortfall.varies || shortfall.most > tolerance * range) return together;
-    const double most = *std::ranges::max_element(parts);
-    for (std::size_t k = 0; k < parts.size(); ++k)
-        if (parts[k] >= considerable * most) together.push_back(k);
+    if (!(RangeOf(standardised.Predictors(reached)) > farOut)) return together;
+    std::vector<double> direction = Difference(reached, before);
+    // It may have stood still where the likelihood is flat.
+    if (std::ranges::all_of(direction, [](double each) { return each == 0.0; }))
+        direction = standardised.NewtonStep(reached).value_or(reached);
+    const double range = RangeOf(standardised.Predictors(direction));
+    if (!(range > 0.0)) return together;
+    std::vector<double> further = reached;
+    double most = 0.0;
+    for (std::size_t k = 0; k < direction.size(); ++k) {
+        direction[k] *= farOut / range;
+        further[k] += direction[k];
+        most = std::max(most, std::abs(direction[k]));
+    }
+    // Where there is a maximum the likelihood falls on the way; beyond 250 there is none for a sample that
+    // has been led there.
+    const std::optional<double> here = standardised.LogLikelihood(reached);
+    const std::optional<double> there = standardised.LogLikelihood(further);
+    if (here && there && *there < *here - lost) return together;
+    for (std::size_t k = 0; k < direction.size(); ++k)
+        if (std::abs(direction[k]) >= considerable * most) together.push_back(k);
+    if (together.size() < 2) together.clear(); // one alone is known exactly
     return together;
 }
 
 std::optional<Diagnosis::Dependence> FindDependence(const RegressionSample& sample) {
     constexpr double leastPivot = 1e-10;
-    const std::size_t n = sample.Cases();
+    constexpr double leastInformation = 1e-13; // of an event, on the standardised scale
     const std::size_t p = sample.Covariates();
-    std::vector<double> standardised(n * p);
-    for (std::size_t k = 0; k < p; ++k)
-        for (std::size_t i = 0; i < n; ++i)
-            standardised[k * n + i] =
-                (sample.Column(k)[i] - sample.Summary(k).mean) / sample.Summary(k).deviation;
-    OrderedSample ordered = sample.Ordered();
-    ordered.stride = n;
-    ordered.x = standardised;
-    PartialLikelihood likelihood(ordered);
-    const ParameterVector zeros{};
-    double value = 0.0;
-    if (likelihood.LogLikelihood(std::span{zeros}.first(p), value) != EstimationStatus::Success)
-        return std::nullopt;
+    const Standardised standardised(sample);
     ParameterVector gradient{};
     SquareMatrix information;
-    likelihood.Derivatives(std::span{gradient}.first(p), information);
+    if (!standardised.Derive(std::vector<double>(p), gradient, information)) return std::nullopt;
+    const double least = leastInformation * sample.Events();
     // By Cholesky's factors, row by row.
     SquareMatrix factor;
     for (std::size_t k = 0; k < p; ++k) {
@@ -129,7 +224,10 @@ std::optional<Diagnosis::Dependence> FindDependence(const RegressionSample& samp
             factor(k, j) = sum / factor(j, j);
             pivot -= factor(k, j) * factor(k, j);
         }
-        if (!(pivot > leastPivot * information(k, k))) return Diagnosis::Dependence{k, DependsOn(factor, k)};
+        if (!(pivot > std::max(leastPivot * information(k, k), least))) {
+            const bool alone = !(information(k, k) > least);
+            return Diagnosis::Dependence{k, alone ? std::vector<std::size_t>{} : DependsOn(factor, k)};
+        }
         factor(k, k) = std::sqrt(pivot);
     }
     return std::nullopt;

@@ -41,7 +41,9 @@ EstimationStatus FitCox(RegressionSample& sample, const IterationLimits& limits,
         const Standardised standardised(sample);
         const OrderedSample ordered = sample.Ordered();
         PartialLikelihood likelihood(ordered);
-        status = MaximiseByDampedNewton(likelihood, limits, watch, parameters, estimate);
+        IterationLimits standardisedLimits = limits;
+        standardisedLimits.negligibleStep = negligibleCoxStep;
+        status = MaximiseByDampedNewton(likelihood, standardisedLimits, watch, parameters, estimate);
     }
     for (std::size_t k = 0; k < parameters.size(); ++k) {
         parameters[k] /= deviation(k);

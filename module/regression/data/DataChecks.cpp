@@ -1,6 +1,7 @@
 #include "module/regression/data/DataChecks.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 
 namespace ozm::survival {
@@ -12,9 +13,18 @@ std::optional<std::size_t> CovariateWithFewValues(const RegressionResults& resul
     return std::nullopt;
 }
 
-std::optional<std::size_t> ConstantCovariate(const RegressionSample& sample) {
-    for (std::size_t k = 0; k < sample.Covariates(); ++k)
-        if (!(sample.Summary(k).deviation > 0.0)) return k;
+/// Squares of the values, and what is divided by them, must be numbers.
+constexpr double largestValue = 1e140;
+constexpr double leastRange = 1e-140;
+
+/// The first covariate that is constant, or on a scale that cannot be computed with.
+std::optional<DataFault> UnusableCovariate(const RegressionSample& sample) {
+    for (std::size_t k = 0; k < sample.Covariates(); ++k) {
+        const auto [least, largest] = std::ranges::minmax(sample.Column(k));
+        if (least == largest) return DataFault{RegressionStatus::ConstantCovariate, k};
+        if (std::max(std::abs(least), std::abs(largest)) > largestValue || largest - least < leastRange)
+            return DataFault{RegressionStatus::BadScale, k};
+    }
     return std::nullopt;
 }
 
@@ -34,8 +44,7 @@ DataFault CheckRegressionData(const RegressionResults& results, RegressionStatus
     if (events == 0) return {RegressionStatus::NoUncensored};
     if (events < 2) return {RegressionStatus::TooFewUncensored};
     if (const auto few = CovariateWithFewValues(results)) return {RegressionStatus::FewValues, *few};
-    if (const auto constant = ConstantCovariate(sample))
-        return {RegressionStatus::ConstantCovariate, *constant};
+    if (const auto unusable = UnusableCovariate(sample)) return *unusable;
     if (std::ranges::all_of(sample.Times(), [&](double time) { return time == sample.Times().front(); }))
         return {RegressionStatus::ConstantTimes};
     if (parametersNeedEvents && static_cast<std::int64_t>(results.Parameters()) > events)

@@ -14,10 +14,10 @@ struct DataFault {
 };
 
 /// Checks a sample that was read, in this order: uncensored cases (none, fewer than 2), covariates with fewer
-/// than 2 values, covariates with one value only, times with one value only, more parameters than uncensored
-/// cases. The last holds for models whose likelihood has parameters of its own for the baseline, not for
-/// partial likelihoods. `status` is how the pass ended: where too few cases were valid because a covariate
-/// has hardly any values, that covariate is the fault.
+/// than 2 values, covariates with one value only or beyond what can be computed with, times with one value
+/// only, more parameters than uncensored cases. The last holds for models whose likelihood has parameters of
+/// its own for the baseline, not for partial likelihoods. `status` is how the pass ended: where too few cases
+/// were valid because a covariate has hardly any values, that covariate is the fault.
 DataFault CheckRegressionData(const RegressionResults& results, RegressionStatus status,
                               bool parametersNeedEvents);
 

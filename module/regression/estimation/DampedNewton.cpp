@@ -51,19 +51,19 @@ EstimationStatus TakeStep(Iteration& at, double before, bool& taken) {
     return at.Evaluate();
 }
 
-double LargestChange(const Iteration& at) {
+double LargestChange(const Iteration& at, double negligibleStep) {
     double largest = 0.0;
     for (std::size_t k = 0; k < at.parameters.size(); ++k) {
-        if (at.step[k] == 0.0 && at.parameters[k] == 0.0) continue;
+        if (std::abs(at.step[k]) <= negligibleStep) continue;
         largest = std::max(largest, std::abs(at.step[k] / at.parameters[k]));
     }
     return largest;
 }
 
-bool HasConverged(const Iteration& at, double before, double criterion) {
+bool HasConverged(const Iteration& at, double before, const IterationLimits& limits) {
     double change = std::abs(at.logLikelihood - before);
     if (!CodesEqual(at.logLikelihood, 0.0)) change /= at.logLikelihood;
-    return criterion > change && criterion > LargestChange(at);
+    return limits.criterion > change && limits.criterion > LargestChange(at, limits.negligibleStep);
 }
 
 /// What is known with all parameters 0, which `at` has.
@@ -115,7 +115,7 @@ EstimationStatus MaximiseByDampedNewton(LikelihoodModel& model, const IterationL
         if (status != EstimationStatus::Success) return status;
         if (!taken && k == 1) return EstimationStatus::NoLikelihood;
         estimate.logLikelihood = at.logLikelihood;
-        if (HasConverged(at, before, limits.criterion)) {
+        if (HasConverged(at, before, limits)) {
             model.Gradient(std::span{estimate.gradient}.first(parameters.size()));
             if (watch(k + 1, at.logLikelihood, parameters)) return EstimationStatus::Stopped;
             estimate.covariance = factors->Inverse();

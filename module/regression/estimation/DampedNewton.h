@@ -11,6 +11,9 @@ namespace ozm::survival {
 struct IterationLimits {
     double criterion = 0.0001; ///< relative change of the log-likelihood and of every parameter
     int most = 50;             ///< one iteration more is made before it ends without convergence
+    /// A step of a parameter that is not longer is what rounding leaves of 0, and counts as no change: a
+    /// coefficient that is exactly 0 would never settle relative to its size.
+    double negligibleStep = 0.0;
 };
 
 /// What an estimation leaves.
@@ -32,7 +35,7 @@ using IterationWatch = std::function<bool(int, double, std::span<const double>)>
 /// start: at most half a Newton step is kept. Seven halvings without success leave the parameters as they
 /// were, which ends the iteration: in the first one with NoLikelihood, later as converged. Converged means
 /// c < criterion and |step / parameter| < criterion for all parameters, where c is the change of the
-/// log-likelihood divided by the log-likelihood (with its sign, unless it is 0), and 0 / 0 counts as 0.
+/// log-likelihood divided by the log-likelihood (with its sign, unless it is 0), and a step that is negligible counts as 0.
 ///
 /// `parameters` holds start values, and estimates afterwards, also after a failure. `estimate` holds what was
 /// found before a failure.

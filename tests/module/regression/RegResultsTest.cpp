@@ -371,7 +371,7 @@ TEST_F(RegResults, NumbersBeyondDoublesAreEmptyCellsWithTheReason) {
     const test::Sheet& parameters = SheetOf("Parameter Estimates");
     EXPECT_TRUE(std::isnan(Column(parameters, "expBeta")[0]));
     EXPECT_TRUE(std::isnan(Column(parameters, "expBetaUpper")[1]));
-    EXPECT_TRUE(Mentions(parameters.notes, "An empty cell is"));
+    EXPECT_TRUE(Mentions(parameters.notes, "An empty cell (--) is"));
     const test::Sheet& tests = SheetOf("Tests of the Model");
     EXPECT_FALSE(std::isnan(Column(tests, "chiSquare")[0]));
     EXPECT_TRUE(std::isnan(Column(tests, "chiSquare")[1]) && std::isnan(Column(tests, "p")[1]));

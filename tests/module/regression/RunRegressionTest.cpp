@@ -305,7 +305,7 @@ TEST_F(RegressionByHand, StartValuesFarOutHaveNoLikelihood) {
     host.operateModal = [&](CAnalysisModalDialog& dialog) {
         dialog.PutValue(RegStartValues, std::vector<double>{1, 2});
         dialog.Press(ControlOk);
-        ExpectMessage(StrRegBadStart, "2 numbers are given for 1 parameters: drug.");
+        ExpectMessage(StrRegBadStart, "Numbers that are given: 2; parameters: 1 (drug).");
         host.messages.clear();
         dialog.PutValue(RegStartValues, std::vector<double>{600.0});
         dialog.Press(ControlOk);

@@ -19,7 +19,7 @@ enum class RegressionStatus : std::int16_t {
     ConstantTimes = 14,
     TooManyParameters = 15, ///< for the uncensored cases
     BadStrata = 16,         ///< codes of the stratification variable
-    BadScale = 17,  ///< a covariate's values are too large or too small to compute with
+    BadScale = 17,          ///< a covariate's values are too large or too small to compute with
     Singular = 101,
     NotConverged = 102,
     NoLikelihood = 103,

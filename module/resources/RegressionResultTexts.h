@@ -130,7 +130,8 @@
       "Chi-square is twice the difference between the sum of the strata, each fitted alone, and the common fit " \
       "with equal coefficients. A small p says that coefficients differ between strata.") \
     S(StrRegNoteNoStrataTest, 21010, \
-      "No test, as not every stratum could be fitted alone; see the table of the strata.") \
+      "No test, as not every stratum could be fitted alone; see the table of the strata. With the codes of the others " \
+      "alone as strata there is one among them.") \
     S(StrRegNoteOneStratum, 21011, "No test, as there is only one stratum.") \
     S(StrRegWhyNoEvents, 21012, "it has no uncensored case") \
     S(StrRegWhyNoVariability, 21013, "%1 does not vary in it") \

@@ -73,7 +73,10 @@ void CovariateOptions::addGroups(const ActiveData& active, const std::string& na
     const int variable = variableOf(data, option, name);
     const std::string entry = option + " " + name + std::string{groups};
     this->name(data, variable);
-    const DistinctValues known = distinctCodes(data, variable, active.mask(), static_cast<int>(most) + 1);
+    const int limit = static_cast<int>(most) + 1;
+    const DistinctValues selected = distinctCodes(data, variable, active.mask(), limit);
+    const DistinctValues known =
+        counting_.empty() ? selected : distinctCodes(data, variable, counting_, limit);
     if (known.moreThanLimit)
         throw UsageError(entry + ": '" + data.variable(variable).name + "' has more than " +
                          std::to_string(most + 1) +
@@ -82,14 +85,19 @@ void CovariateOptions::addGroups(const ActiveData& active, const std::string& na
                          std::to_string(most) +
                          "; name it without :cat if it has numbers, or make fewer groups of it by --define");
     if (known.values.size() < 2)
-        throw UsageError(entry + ": there are not two groups to compare; " + codesOf(active, variable));
-    Factor factor{variable, known.values.front().value, {}, covariates_.size()};
+        throw UsageError(entry + ": there are not two groups to compare among the cases that count; " +
+                         codesOf(active, variable));
+    Factor factor{variable, known.values.front().value, {}, covariates_.size(), {}};
+    for (const DistinctValue& each : selected.values)
+        if (std::ranges::none_of(known.values,
+                                 [&](const DistinctValue& one) { return one.value == each.value; }))
+            factor.absent.push_back(each.value);
     if (!reference.empty()) {
         const std::optional<double> code = resolveCode(data, variable, reference);
         const auto found = std::find_if(known.values.begin(), known.values.end(),
                                         [&](const DistinctValue& each) { return code == each.value; });
         if (found == known.values.end())
-            throw UsageError(entry + "=" + reference + ": no case has this code; " +
+            throw UsageError(entry + "=" + reference + ": no case that counts has this code; " +
                              codesOf(active, variable));
         factor.reference = found->value;
     }
@@ -101,20 +109,44 @@ void CovariateOptions::addGroups(const ActiveData& active, const std::string& na
     factors_.push_back(std::move(factor));
 }
 
-void CovariateOptions::prepare(ActiveData& active) {
-    const auto isName = [&](const std::string& text) { return active.dataSet().find(text).has_value(); };
+bool CovariateOptions::mayHaveGroups() const {
+    return list_.find(groups) != std::string::npos;
+}
+
+std::vector<CovariateOptions::Entry> CovariateOptions::entries(const DataSet& data) const {
+    const auto isName = [&](const std::string& text) { return data.find(text).has_value(); };
     // A name may itself hold a comma.
-    const auto entries = isName(list_) ? std::vector{list_} : splitList(option, list_);
-    for (const std::string& entry : entries) {
-        const std::size_t at = isName(entry) ? std::string::npos : placeOfGroups(entry);
+    const auto texts = isName(list_) ? std::vector{list_} : splitList(option, list_);
+    std::vector<Entry> all;
+    for (const std::string& text : texts) {
+        const std::size_t at = isName(text) ? std::string::npos : placeOfGroups(text);
         if (at == std::string::npos) {
-            addNumbers(active.dataSet(), entry);
+            all.push_back({text, false, {}});
             continue;
         }
         const std::size_t end = at + groups.size();
-        if (end + 1 == entry.size())
-            throw UsageError(option + " " + entry + ": a code is missing after the =");
-        addGroups(active, entry.substr(0, at), end < entry.size() ? entry.substr(end + 1) : "");
+        if (end + 1 == text.size()) throw UsageError(option + " " + text + ": a code is missing after the =");
+        all.push_back({text.substr(0, at), true, end < text.size() ? text.substr(end + 1) : ""});
+    }
+    return all;
+}
+
+void CovariateOptions::leaveOutIncomplete(const DataSet& data, const std::vector<Entry>& entries) {
+    for (const Entry& entry : entries)
+        if (const auto variable = data.find(entry.name))
+            for (int i = 0; i < data.caseCount(); ++i)
+                if (data.isMissing(*variable, i)) counting_[static_cast<std::size_t>(i)] = 0;
+}
+
+void CovariateOptions::prepare(ActiveData& active, std::vector<std::uint8_t> counting, bool complete) {
+    counting_ = std::move(counting);
+    const std::vector<Entry> all = entries(active.dataSet());
+    if (!counting_.empty() && complete) leaveOutIncomplete(active.dataSet(), all);
+    for (const Entry& entry : all) {
+        if (entry.isGroups)
+            addGroups(active, entry.name, entry.reference);
+        else
+            addNumbers(active.dataSet(), entry.name);
     }
     if (covariates_.size() > most)
         throw UsageError(option + ": there may be " + std::to_string(most) + " covariates, not " +
@@ -147,8 +179,14 @@ std::string CovariateOptions::noteOn(const DataSet& data, const Factor& factor) 
     std::vector<std::string> names;
     for (std::size_t k = 0; k < factor.codes.size(); ++k)
         names.push_back(covariates_[factor.first + k].name);
-    return "Indicators of the codes of '" + variable.name + "', compared with '" +
-           withEscapes(variable.labelOf(factor.reference).value_or(code)) + "': " + joined(names) + ".";
+    std::string note = "Indicators of the codes of '" + variable.name + "', compared with '" +
+                       withEscapes(variable.labelOf(factor.reference).value_or(code)) +
+                       "': " + joined(names) + ".";
+    std::vector<std::string> absent;
+    for (const double each : factor.absent)
+        absent.push_back("'" + withEscapes(variable.labelOf(each).value_or(numberText(each))) + "'");
+    if (!absent.empty()) note += " No case that counts has " + joined(absent) + ".";
+    return note;
 }
 
 std::vector<int> CovariateOptions::variables() const {
@@ -209,7 +247,7 @@ std::vector<double> CovariateOptions::valuesAt(const ActiveData& active, const s
         const bool isCode =
             std::find(factor->codes.begin(), factor->codes.end(), code) != factor->codes.end();
         if (!isCode && code != factor->reference)
-            throw UsageError("--at " + part + ": no case has this code; " +
+            throw UsageError("--at " + part + ": no case that counts has this code; " +
                              codesOf(active, factor->variable0));
         for (std::size_t k = 0; k < factor->codes.size(); ++k)
             set(factor->first + k, factor->codes[k] == code ? 1.0 : 0.0);

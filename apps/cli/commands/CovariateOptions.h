@@ -4,6 +4,7 @@
 
 #include <CLI/App.hpp>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -18,8 +19,13 @@ public:
     void declare(CLI::App& app);
     /// Checks what can be judged without the data. Throws UsageError.
     void check() const;
+    /// Whether a variable of groups may be among them.
+    [[nodiscard]] bool mayHaveGroups() const;
     /// Finds the covariates in the data, and appends the indicators to them. Throws UsageError.
-    void prepare(ActiveData& data);
+    /// @param counting  the cases (1) that have groups: those that count for the analysis whatever their
+    ///                  covariates; empty: all selected ones
+    /// @param complete  whether a case without one of the covariates does not count
+    void prepare(ActiveData& data, std::vector<std::uint8_t> counting, bool complete);
 
     /// Numbers from 1, and names, of the covariates.
     [[nodiscard]] std::vector<int> variables() const;
@@ -42,7 +48,16 @@ private:
         double reference = 0.0;
         std::vector<double> codes;
         std::size_t first = 0;
+        std::vector<double> absent; ///< codes of selected cases of which none counts
     };
+    /// An entry of the list: the variable's name, and what follows it for a variable of groups.
+    struct Entry {
+        std::string name;
+        bool isGroups = false;
+        std::string reference;
+    };
+    [[nodiscard]] std::vector<Entry> entries(const DataSet& data) const;
+    void leaveOutIncomplete(const DataSet& data, const std::vector<Entry>& entries);
     void addNumbers(const DataSet& data, const std::string& name);
     void addGroups(const ActiveData& data, const std::string& name, const std::string& reference);
     void name(const DataSet& data, int variable0);
@@ -54,6 +69,7 @@ private:
     std::vector<int> named_;
     std::vector<Covariate> covariates_;
     std::vector<Factor> factors_;
+    std::vector<std::uint8_t> counting_;
 };
 
 } // namespace korvana::cli

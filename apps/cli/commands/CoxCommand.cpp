@@ -77,7 +77,12 @@ private:
         estimation_.check();
         level_.check(LevelOption::Ends::Excluded);
     }
-    void prepareData(ActiveData& data) override { covariates_.prepare(data); }
+    void prepareData(ActiveData& data) override {
+        // A group of which no case counts would be an indicator that is 0 in all cases.
+        covariates_.prepare(
+            data, covariates_.mayHaveGroups() ? casesWithTimesAndCodes(data) : std::vector<std::uint8_t>{},
+            !means_);
+    }
     void specify(const ActiveData& data, Specification& wanted) override {
         wanted.form = {{"TypeOfSurvivalRegressionModel", scSurProportionalHazardRegression}};
         std::vector<int> all = wanted.timesAndCodes.times;

@@ -39,4 +39,18 @@ bool SurvivalCommand::compute(Script& script) {
     return script.press("OK") && script.isAt(resultsDialog_);
 }
 
+std::vector<std::uint8_t> SurvivalCommand::casesWithTimesAndCodes(const ActiveData& data) const {
+    const TimesAndCodes wanted = options_.resolve(data);
+    const DataSet& set = data.dataSet();
+    std::vector<std::uint8_t> cases(data.mask().begin(), data.mask().end());
+    cases.resize(static_cast<std::size_t>(set.caseCount()), 1);
+    const std::span<const double> codes = set.column(wanted.censor - 1);
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        const bool known = codes[i] == wanted.complete || codes[i] == wanted.censored;
+        for (const int time : wanted.times)
+            if (!known || set.isMissing(time - 1, static_cast<int>(i))) cases[i] = 0;
+    }
+    return cases;
+}
+
 } // namespace korvana::cli

@@ -3,6 +3,7 @@
 #include "apps/cli/AnalysisCommand.h"
 #include "apps/cli/TimesAndCodes.h"
 
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -35,6 +36,8 @@ protected:
     [[nodiscard]] virtual bool hasCases() const { return true; }
     /// The options for times and codes that were given.
     [[nodiscard]] std::vector<std::string> givenForCases() const { return options_.given(); }
+    /// The selected cases (1) that have times and one of the two codes. Throws UsageError.
+    [[nodiscard]] std::vector<std::uint8_t> casesWithTimesAndCodes(const ActiveData& data) const;
 
 private:
     [[nodiscard]] Analysis load() const final;

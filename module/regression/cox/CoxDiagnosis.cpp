@@ -59,7 +59,7 @@ double RangeOf(std::span<const double> values) {
 class Standardised {
 public:
     explicit Standardised(const RegressionSample& sample)
-        : sample_(sample), x_(sample.Cases() * sample.Covariates()), ordered_(sample.Ordered()) {
+        : x_(sample.Cases() * sample.Covariates()), ordered_(sample.Ordered()) {
         const std::size_t n = sample.Cases();
         for (std::size_t k = 0; k < sample.Covariates(); ++k)
             for (std::size_t i = 0; i < n; ++i)
@@ -114,7 +114,6 @@ public:
     }
 
 private:
-    const RegressionSample& sample_;
     std::vector<double> x_;
     OrderedSample ordered_;
 };

@@ -35,7 +35,8 @@ using IterationWatch = std::function<bool(int, double, std::span<const double>)>
 /// start: at most half a Newton step is kept. Seven halvings without success leave the parameters as they
 /// were, which ends the iteration: in the first one with NoLikelihood, later as converged. Converged means
 /// c < criterion and |step / parameter| < criterion for all parameters, where c is the change of the
-/// log-likelihood divided by the log-likelihood (with its sign, unless it is 0), and a step that is negligible counts as 0.
+/// log-likelihood divided by the log-likelihood (with its sign, unless it is 0), and a step that is
+/// negligible counts as 0.
 ///
 /// `parameters` holds start values, and estimates afterwards, also after a failure. `estimate` holds what was
 /// found before a failure.

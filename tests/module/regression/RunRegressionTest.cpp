@@ -136,6 +136,8 @@ TEST_F(RunRegression, ChecksItsData) {
         {{1, 2, 3}, {0, 1, 0}, {1, 2, 3}, StrRegTooFewUncensored, "1 of 3 valid cases is uncensored."},
         {{1, 2, 3}, {1, 1, 0}, {1, none, none}, StrRegFewValues, "Cases with a value of 'drug': 1, of 3"},
         {{1, 2, 3}, {1, 1, 0}, {4, 4, 4}, StrRegConstantCovariate, "'drug' is 4 in all 3"},
+        {{1, 2, 3}, {1, 1, 0}, {1e300, -1e300, 2}, StrRegBadScale, "'drug' goes from -1e+300 to 1e+300"},
+        {{1, 2, 3}, {1, 1, 0}, {1e-155, 0, 2e-155}, StrRegBadScale, "express it in other units"},
         {{5, 5, 5}, {1, 1, 0}, {1, 2, 3}, StrRegConstantTimes, "All 3 valid cases have the survival time 5."},
     };
     for (const auto& row : rows) {
@@ -201,6 +203,17 @@ TEST_F(RunRegression, NamesWhatTheDataDoNotDetermine) {
         host.messages[0].detail.find("The coefficients of 'drug' and 'sex' grow without bound together"),
         std::string::npos)
         << host.messages[0].detail;
+    // A covariate that is constant within strata.
+    host.columns[3].values = {0, 1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 1};
+    for (std::size_t i = 0; i < 12; ++i)
+        host.columns[2].values[i] = 7.1 + 1.3 * host.columns[3].values[i];
+    EXPECT_FALSE(Fit({3}, {4}));
+    ExpectMessage(StrRegSingular, "'drug' is the same, within each stratum, in all cases that are at risk");
+    // One that has no effect at all: its coefficient is 0 to rounding, and that is an end.
+    Cases({1, 2, 3, 4, 1, 2, 3, 4, 1, 2, 3, 4}, {1, 0, 1, 1, 1, 0, 1, 1, 1, 0, 1, 1},
+          {.1, .1, .1, .1, .2, .2, .2, .2, .7, .7, .7, .7});
+    EXPECT_TRUE(Fit({3}));
+    EXPECT_NEAR(Results().estimates[0], 0.0, 1e-12);
     // One covariate is twice another plus a constant.
     host.columns = of.columns;
     host.columns.push_back({"double", {}});

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Times Cox regressions of 32000 cases, half of them events, with 5, 20 and 40 covariates against R's coxph() with the
-# same ties: whole processes from a CSV file, and in memory from the cases to the estimates. Runs alternate; printed are
+# same ties: whole processes from a CSV file (the summary, as R's; and every output), and in memory from the cases to the estimates. Runs alternate; printed are
 # medians of wall time and peak memory, and in memory of the fastest CPU time in each run.
 #   bench/cox.sh [RUNS]          default: 7 runs
 set -euo pipefail
@@ -18,8 +18,12 @@ for p in 5 20 40; do
   covariates=$(head -n 1 "$data" | cut -d , -f 3-)
   for ((run = 1; run <= runs; run++)); do
     cat "$data" >/dev/null # in the page cache for both
-    /usr/bin/time -a -o "$work/korvana-$p.times" -f '%e %M' build/bench/bin/korvana cox "$data" --time time \
-      --censor status --complete 1 --censored 0 --covariates "$covariates" --format json -o "$work/out-$p" --quiet
+    for outputs in summary all; do
+      command=(build/bench/bin/korvana cox "$data" --time time --censor status --complete 1 --censored 0
+        --covariates "$covariates" --format json -o "$work/out-$p" --quiet)
+      [[ $outputs == all ]] || command+=(--outputs "$outputs")
+      /usr/bin/time -a -o "$work/korvana-$outputs-$p.times" -f '%e %M' "${command[@]}"
+    done
     /usr/bin/time -a -o "$work/R-$p.times" -f '%e %M' Rscript bench/cox.R "$data" >"$work/R-$p.out"
     build/bench/bin/korvana-bench --benchmark_filter="fitCox/$p\$" --benchmark_format=json --benchmark_repetitions=5 \
       >"$work/memory-$p-$run.json" 2>/dev/null
@@ -33,11 +37,11 @@ differ = False
 for p in (5, 20, 40):
     print(f"{p} covariates")
     whole = {}
-    for who in ("korvana", "R"):
+    for who in ("korvana-summary", "korvana-all", "R"):
         times = [tuple(map(float, line.split())) for line in open(f"{folder}/{who}-{p}.times")]
         seconds, kilobytes = whole[who] = [statistics.median(column) for column in zip(*times)]
-        print(f"  {who:8} {seconds:.3f} s  {kilobytes / 1024:.0f} MB")
-    print(f"  korvana / R {whole['korvana'][0] / whole['R'][0]:.2f}")
+        print(f"  {who:16} {seconds:.3f} s  {kilobytes / 1024:.0f} MB")
+    print(f"  korvana-summary / R {whole['korvana-summary'][0] / whole['R'][0]:.2f}")
     ours = []
     for run in range(1, runs + 1):
         found = [b for b in json.load(open(f"{folder}/memory-{p}-{run}.json"))["benchmarks"]

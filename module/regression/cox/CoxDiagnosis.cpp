@@ -2,11 +2,10 @@
 
 #include "module/regression/cox/FitCox.h"
 #include "module/regression/cox/PartialLikelihood.h"
-#include "module/regression/estimation/LuFactors.h"
+#include "module/regression/estimation/LeastCurvature.h"
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <iterator>
 #include <limits>
 
@@ -50,6 +49,16 @@ bool IsMonotone(const OrderedSample& sample, std::size_t k, double sign) {
     return shortfall.varies && shortfall.most == 0.0;
 }
 
+double LargestOf(std::span<const double> values) {
+    double largest = 0.0;
+    for (const double each : values)
+        largest = std::max(largest, std::abs(each));
+    return largest;
+}
+
+/// A little less than the largest predictor that there is a likelihood for.
+constexpr double likelihoodEnds = 249.0;
+
 double RangeOf(std::span<const double> values) {
     const auto [least, largest] = std::ranges::minmax(values);
     return largest - least;
@@ -77,15 +86,19 @@ public:
                 predictors[i] += ordered_.Column(k)[i] * parameters[k];
         return predictors;
     }
-    /// Where an iteration ends.
-    [[nodiscard]] std::vector<double> Maximise(std::vector<double> parameters) const {
-        constexpr IterationLimits limits{1e-5, 60, negligibleCoxStep};
+    /// Where the iteration from zeros has its last likelihood.
+    [[nodiscard]] std::vector<double> Maximise() const {
+        constexpr IterationLimits limits{1e-5, 100, negligibleCoxStep};
         PartialLikelihood likelihood(ordered_);
+        std::vector<double> parameters(ordered_.covariates, 0.0);
+        std::vector<double> last = parameters;
         NewtonEstimate estimate;
-        (void)MaximiseByDampedNewton(
-            likelihood, limits, [](int, double, std::span<const double>) { return false; }, parameters,
-            estimate);
-        return parameters;
+        const IterationWatch watch = [&last](int, double, std::span<const double> at) {
+            last.assign(at.begin(), at.end());
+            return false;
+        };
+        (void)MaximiseByDampedNewton(likelihood, limits, watch, parameters, estimate);
+        return last;
     }
     [[nodiscard]] std::optional<double> LogLikelihood(std::span<const double> parameters) const {
         PartialLikelihood likelihood(ordered_);
@@ -102,27 +115,18 @@ public:
         likelihood.Derivatives(std::span{gradient}.first(parameters.size()), information);
         return true;
     }
-    /// None where the information is singular.
-    [[nodiscard]] std::optional<std::vector<double>> NewtonStep(std::span<const double> parameters) const {
-        ParameterVector step{};
+    /// Their part in the directions in which the likelihood hardly curves.
+    [[nodiscard]] std::vector<double> Flattest(std::span<const double> parameters) const {
+        ParameterVector gradient{};
         SquareMatrix information;
-        if (!Derive(parameters, step, information)) return std::nullopt;
-        const std::optional<LuFactors> factors = LuFactors::Of(information, parameters.size());
-        if (!factors) return std::nullopt;
-        factors->Solve(step);
-        return std::vector<double>(step.begin(), step.begin() + std::ssize(parameters));
+        (void)Derive(parameters, gradient, information);
+        return FlatPart(information, parameters);
     }
 
 private:
     std::vector<double> x_;
     OrderedSample ordered_;
 };
-
-std::vector<double> Difference(const std::vector<double>& one, const std::vector<double>& other) {
-    std::vector<double> difference;
-    std::ranges::transform(one, other, std::back_inserter(difference), std::minus<>());
-    return difference;
-}
 
 /// Which of the covariates before k the row of its Cholesky factor depends on: the solution c of R c = r.
 std::vector<std::size_t> DependsOn(const SquareMatrix& factor, std::size_t k) {
@@ -171,32 +175,31 @@ bool MayBeUnbounded(const RegressionSample& sample, std::span<const double> para
 }
 
 std::vector<std::size_t> FindUnboundedTogether(const RegressionSample& sample) {
-    constexpr double farOut = 20.0; // a hazard ratio of 5e8 between cases
+    constexpr double farOut = 5.0;
+    constexpr double further = 150.0; // hazard ratios far beyond all data
     constexpr double lost = 0.01;
-    constexpr double considerable = 0.05;
+    constexpr double considerable = 0.001;
     const Standardised standardised(sample);
-    const std::vector<double> before = standardised.Maximise(std::vector<double>(sample.Covariates()));
-    const std::vector<double> reached = standardised.Maximise(before);
+    const std::vector<double> reached = standardised.Maximise();
     std::vector<std::size_t> together;
-    if (!(RangeOf(standardised.Predictors(reached)) > farOut)) return together;
-    std::vector<double> direction = Difference(reached, before);
-    // It may have stood still where the likelihood is flat.
-    if (std::ranges::all_of(direction, [](double each) { return each == 0.0; }))
-        direction = standardised.NewtonStep(reached).value_or(reached);
+    const std::vector<double> predictors = standardised.Predictors(reached);
+    if (!(RangeOf(predictors) > farOut)) return together;
+    const std::vector<double> direction = standardised.Flattest(reached);
     const double range = RangeOf(standardised.Predictors(direction));
     if (!(range > 0.0)) return together;
-    std::vector<double> further = reached;
+    const double room =
+        (likelihoodEnds - LargestOf(predictors)) / LargestOf(standardised.Predictors(direction));
+    const double length = std::min(further / range, room);
+    std::vector<double> beyond = reached;
     double most = 0.0;
     for (std::size_t k = 0; k < direction.size(); ++k) {
-        direction[k] *= farOut / range;
-        further[k] += direction[k];
+        beyond[k] += length * direction[k];
         most = std::max(most, std::abs(direction[k]));
     }
-    // Where there is a maximum the likelihood falls on the way; beyond 250 there is none for a sample that
-    // has been led there.
+    // Where there is a maximum the likelihood falls on the way.
     const std::optional<double> here = standardised.LogLikelihood(reached);
-    const std::optional<double> there = standardised.LogLikelihood(further);
-    if (here && there && *there < *here - lost) return together;
+    const std::optional<double> there = standardised.LogLikelihood(beyond);
+    if (!here || !there || *there < *here - lost) return together;
     for (std::size_t k = 0; k < direction.size(); ++k)
         if (std::abs(direction[k]) >= considerable * most) together.push_back(k);
     if (together.size() < 2) together.clear(); // one alone is known exactly

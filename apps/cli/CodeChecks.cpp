@@ -45,8 +45,9 @@ std::string noCaseHas(const std::string& option, double code) {
     return option + " " + numberText(code) + ": no case has this code";
 }
 
-std::string codesOf(const ActiveData& data, int variable0) {
-    const DistinctValues codes = distinctCodes(data.dataSet(), variable0, data.mask(), mostCodesListed);
+std::string codesOf(const ActiveData& data, int variable0, std::span<const std::uint8_t> mask) {
+    const DistinctValues codes =
+        distinctCodes(data.dataSet(), variable0, mask.empty() ? data.mask() : mask, mostCodesListed);
     return "'" + data.dataSet().variable(variable0).name + "' has " + codesText(codes, mostCodesListed);
 }
 

@@ -2,6 +2,7 @@
 
 #include "host/session/ActiveData.h"
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <vector>
@@ -30,7 +31,7 @@ CodeCounts countCodes(const ActiveData& data, int variable0, std::span<const dou
 std::string noCaseHas(const std::string& option, double code);
 
 /// The codes that a variable has among the selected cases, for messages: "'status' has 0 (5 cases), 1 'dead'
-/// (18 cases)".
-std::string codesOf(const ActiveData& data, int variable0);
+/// (18 cases)". Or among the cases with a mark in `mask`, where there is one.
+std::string codesOf(const ActiveData& data, int variable0, std::span<const std::uint8_t> mask = {});
 
 } // namespace korvana::cli

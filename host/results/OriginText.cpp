@@ -25,15 +25,27 @@ std::string codeText(const Setting::Code& code) {
 }
 
 template <class List, class Text>
-std::string joined(const List& list, Text text) {
+std::string joined(const List& list, Text text, const char* separator = ", ") {
     std::string line;
     for (const auto& one : list)
-        line += (line.empty() ? "" : ", ") + text(one);
+        line += (line.empty() ? "" : separator) + text(one);
     return line;
 }
 
 std::string roleText(const Setting::Role& role) {
     return joined(role.variables, [](const std::string& name) { return name; });
+}
+
+/// "time, status"; where a role has several variables "time; status; age, karno; sex": which has which is
+/// seen.
+std::string rolesText(const std::vector<Setting::Role>& roles) {
+    std::vector<Setting::Role> filled;
+    bool several = false;
+    for (const Setting::Role& role : roles) {
+        if (!role.variables.empty()) filled.push_back(role);
+        several = several || role.variables.size() > 1;
+    }
+    return joined(filled, roleText, several ? "; " : ", ");
 }
 
 /// The text of a setting's value; empty when it has none.
@@ -44,7 +56,7 @@ struct ValueText {
     std::string operator()(const std::string& text) const { return text; }
     std::string operator()(const Setting::Choice& choice) const { return choice.text; }
     std::string operator()(const Setting::Code& code) const { return codeText(code); }
-    std::string operator()(const std::vector<Setting::Role>& roles) const { return joined(roles, roleText); }
+    std::string operator()(const std::vector<Setting::Role>& roles) const { return rolesText(roles); }
     std::string operator()(const std::vector<Setting::Code>& codes) const { return joined(codes, codeText); }
     std::string operator()(const std::vector<double>& numbers) const {
         return joined(numbers, [](double each) { return std::isnan(each) ? "." : formatNumber(each); });

@@ -28,9 +28,6 @@ RegEstDlg::RegEstDlg(CAnalysisSupport& host, const DialogTemplate& dialogTemplat
 
 void RegEstDlg::OnOpen() {
     ShowLimits();
-    // Those of another model's covariates mean nothing here.
-    if (State().settings.startValues.size() != State().results.Parameters())
-        State().settings.startValues.clear();
     SetValue(RegStartValues, State().settings.startValues);
 }
 

@@ -76,7 +76,15 @@ struct RegressionState {
     RegressionSettings settings;
     RegressionOutputSettings output;
     RegressionResults results;
+    std::vector<std::string> valuesOf; ///< the covariates of the last run
 
+    /// Values for covariates by their place mean nothing for others.
+    void ForgetValuesOfOthers() {
+        if (valuesOf == results.names) return;
+        valuesOf = results.names;
+        settings.startValues.clear();
+        output.covariateValues.clear();
+    }
     /// Other data: what was chosen by their codes or number of covariates is forgotten.
     void ForgetData() {
         settings.strata.clear();

@@ -60,6 +60,7 @@ RegressionStatus Preparation::Prepare() {
     results.covariates = shared.List(ListCovariates);
     for (const int variable : results.covariates)
         results.names.push_back(VariableName(host, variable));
+    state.ForgetValuesOfOthers();
     if (!TakeStrata()) return RegressionStatus::BadStrata;
     const RegressionStatus status = ReadRegression(host, shared, state.settings, results);
     results.estimates.assign(results.covariates.size(), 0.0);
@@ -178,8 +179,11 @@ std::string Estimation::Describe(RegressionStatus status) const {
     if (status == RegressionStatus::NotConverged)
         text += (text.empty() ? "" : "\n") + std::string{Text(StrRegNotConvergedWay)};
     if (state.results.estimate.iterations == 0) return text;
-    text += (text.empty() ? "" : "\n") +
-            Filled(StrRegLastIterations, {FormatCount(state.results.estimate.iterations)}) + "\n" + lastLines;
+    const std::string last = FormatCount(state.results.estimate.iterations);
+    const std::string heading = iterations > state.results.estimate.iterations
+                                    ? Filled(StrRegLastIterationsInAll, {last, FormatCount(iterations)})
+                                    : Filled(StrRegLastIterations, {last});
+    text += (text.empty() ? "" : "\n") + heading + "\n" + lastLines;
     return text;
 }
 

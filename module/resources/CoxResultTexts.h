@@ -62,7 +62,7 @@
     S(StrCoxNoteMeans, 21346, "All covariates have their means.") \
     S(StrCoxNoteNoLimits, 21347, "The limits of so many curves are left out; the table has them.") \
     S(StrCoxTooManyValues, 21348, "There are more values than covariates.") \
-    S(StrCoxValuesFor, 21349, "%1 values were given for %2 covariates: %3.") \
+    S(StrCoxValuesFor, 21349, "Values that are given: %1; covariates: %2 (%3).") \
     S(StrCoxValuesTooFar, 21350, \
       "The survival function cannot be computed at these values: they are too far from the data.") \
     S(StrCoxLegendEstimate, 21351, "Survival") \

@@ -146,7 +146,8 @@
       "Values of the covariates for the user-defined plot, in their order; a point is the mean") \
     S(StrRegPlotName1, 21022, "Plot 1:   %1") \
     S(StrRegPlotName2, 21023, "Plot 2:   %1") \
-    S(StrRegPlotName3, 21024, "Plot 3:   %1")
+    S(StrRegPlotName3, 21024, "Plot 3:   %1") \
+    S(StrRegWhyUnbounded, 21025, "the estimates of %1 grow without bound")
 // clang-format on
 
 namespace ozm::survival {

@@ -108,5 +108,6 @@
       "nearer to 0.") \
     S(StrRegTooLittle, 21181, \
       "No covariate depends on the others, but the data say too little about %1 coefficients together: choose fewer " \
-      "covariates.")
+      "covariates.") \
+    S(StrRegLastIterationsInAll, 21182, "Iterations: %1, and %2 in all; the last of them:")
 // clang-format on

@@ -86,7 +86,7 @@ void CovariateOptions::addGroups(const ActiveData& active, const std::string& na
                          "; name it without :cat if it has numbers, or make fewer groups of it by --define");
     if (known.values.size() < 2)
         throw UsageError(entry + ": there are not two groups to compare among the cases that count; " +
-                         codesOf(active, variable));
+                         codesOf(active, variable, counting_));
     Factor factor{variable, known.values.front().value, {}, covariates_.size(), {}};
     for (const DistinctValue& each : selected.values)
         if (std::ranges::none_of(known.values,
@@ -98,7 +98,7 @@ void CovariateOptions::addGroups(const ActiveData& active, const std::string& na
                                         [&](const DistinctValue& each) { return code == each.value; });
         if (found == known.values.end())
             throw UsageError(entry + "=" + reference + ": no case that counts has this code; " +
-                             codesOf(active, variable));
+                             codesOf(active, variable, counting_));
         factor.reference = found->value;
     }
     for (const DistinctValue& each : known.values) {
@@ -248,7 +248,7 @@ std::vector<double> CovariateOptions::valuesAt(const ActiveData& active, const s
             std::find(factor->codes.begin(), factor->codes.end(), code) != factor->codes.end();
         if (!isCode && code != factor->reference)
             throw UsageError("--at " + part + ": no case that counts has this code; " +
-                             codesOf(active, factor->variable0));
+                             codesOf(active, factor->variable0, counting_));
         for (std::size_t k = 0; k < factor->codes.size(); ++k)
             set(factor->first + k, factor->codes[k] == code ? 1.0 : 0.0);
     }

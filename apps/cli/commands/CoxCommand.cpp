@@ -6,6 +6,7 @@
 #include "apps/cli/commands/EstimationOptions.h"
 #include "apps/cli/commands/SurvivalCommand.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace korvana::cli {
@@ -78,10 +79,24 @@ private:
         level_.check(LevelOption::Ends::Excluded);
     }
     void prepareData(ActiveData& data) override {
+        std::vector<std::uint8_t> counting;
         // A group of which no case counts would be an indicator that is 0 in all cases.
-        covariates_.prepare(
-            data, covariates_.mayHaveGroups() ? casesWithTimesAndCodes(data) : std::vector<std::uint8_t>{},
-            !means_);
+        if (covariates_.mayHaveGroups()) {
+            counting = casesWithTimesAndCodes(data);
+            if (strata_.isGiven()) keepStrata(data, counting);
+        }
+        covariates_.prepare(data, std::move(counting), !means_);
+    }
+    void keepStrata(const ActiveData& data, std::vector<std::uint8_t>& cases) const {
+        TimesAndCodes others; // its remarks come again
+        const Groups strata = strata_.resolve(data, others);
+        const std::span<const double> codes = data.dataSet().column(strata.variable - 1);
+        for (std::size_t i = 0; i < cases.size(); ++i) {
+            const bool isOne = std::ranges::find(strata.codes, codes[i]) != strata.codes.end();
+            if (data.dataSet().isMissing(strata.variable - 1, static_cast<int>(i)) ||
+                (!strata.codes.empty() && !isOne))
+                cases[i] = 0;
+        }
     }
     void specify(const ActiveData& data, Specification& wanted) override {
         wanted.form = {{"TypeOfSurvivalRegressionModel", scSurProportionalHazardRegression}};

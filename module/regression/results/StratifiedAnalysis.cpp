@@ -44,6 +44,15 @@ std::string WhyNot(EstimationStatus status, int iterations) {
     }
 }
 
+std::vector<std::string> UnboundedNames(const RegressionResults& results, const Diagnosis& diagnosis) {
+    std::vector<std::string> names;
+    for (const Diagnosis::Unbounded& each : diagnosis.unbounded)
+        names.push_back(results.names[each.covariate]);
+    for (const std::size_t k : diagnosis.unboundedTogether)
+        names.push_back(results.names[k]);
+    return names;
+}
+
 /// Puts the cases of a block into a sample of their own. False without memory.
 bool TakeBlock(const RegReportOf& of, std::size_t begin, std::size_t cases, RegressionSample& into) {
     const RegressionSample& from = of.Results().sample;
@@ -77,9 +86,14 @@ std::optional<StratumFit> FitBlock(const RegReportOf& of, std::size_t begin, std
         }
     const IterationLimits limits{of.Results().criterion, of.state.settings.maximumIterations};
     const auto watch = [&](int, double, std::span<const double>) { return StopRequested(of.host); };
-    fit.status =
-        FindRegressionModel(of.Results().kind)->fit(sample, limits, watch, fit.estimates, fit.estimate);
-    if (fit.status != EstimationStatus::Success) fit.whyNot = WhyNot(fit.status, limits.most + 1);
+    const RegressionModel& model = *FindRegressionModel(of.Results().kind);
+    fit.status = model.fit(sample, limits, watch, fit.estimates, fit.estimate);
+    if (fit.status == EstimationStatus::Stopped) return fit;
+    const Diagnosis diagnosis = model.diagnose(sample, fit.estimates, fit.estimate, fit.status);
+    if (!diagnosis.unbounded.empty() || !diagnosis.unboundedTogether.empty())
+        fit.whyNot = Filled(StrRegWhyUnbounded, {Listed(UnboundedNames(of.Results(), diagnosis), StrAnd)});
+    else if (fit.status != EstimationStatus::Success)
+        fit.whyNot = WhyNot(fit.status, limits.most + 1);
     return fit;
 }
 

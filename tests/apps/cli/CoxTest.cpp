@@ -43,7 +43,8 @@ TEST_F(CoxTest, WhatIsWrongWithCovariatesIsSaidWithTheWayOut) {
          {"celltype:cat=big", "no case that counts has this code; 'celltype' has 1 'adeno' (27 cases)"},
          {"\"celltype:cat --select trt<0\"", "there is no variable"},
          {"celltype:cat --select trt=1.5", "holds for none"},
-         {"trt:cat --select trt=1", "there are not two groups to compare among the cases that count; 'trt' has 1 (69 cases)"},
+         {"trt:cat --select trt=1",
+          "there are not two groups to compare among the cases that count; 'trt' has 1 (69 cases)"},
          {"time:cat", "'time' has more than 41 codes"},
          {"karno:cat,age:cat", "there may be 40 covariates, not 50; each indicator counts as one"},
          {"celltype:cat --define \"`celltype=LARGE` = 1\"", "there is already a variable 'celltype=LARGE'"}});
@@ -188,6 +189,12 @@ TEST_F(CoxTest, GroupsAreTakenApartIntoIndicators) {
     EXPECT_EQ(sheet["rows"][0]["heading"], "g=1.5");
     EXPECT_EQ(sheet["rows"][0]["cells"][2], 7) << "missing stays missing";
     EXPECT_TRUE(has(gaps.err, "compared with '-2': g=1.5. No case that counts has '4'.")) << gaps.err;
+    // Strata are taken into account, too.
+    file("strata.csv",
+         "t,s,g,h\n1,1,b,1\n2,1,a,1\n3,0,b,1\n4,1,b,2\n5,1,a,2\n6,1,a,1\n7,0,a,2\n4,1,A0,3\n5,0,A0,3\n");
+    const Outcome strata = succeed("cox strata.csv --time t --censor s --complete 1 --censored 0 --strata h "
+                                   "--strata-codes 1,2 --covariates g:cat --outputs summary");
+    EXPECT_TRUE(has(strata.err, "compared with 'a': g=b. No case that counts has 'A0'.")) << strata.err;
 }
 
 TEST_F(CoxTest, OutputsAreThoseThatTheOptionsAskFor) {

@@ -339,7 +339,7 @@ TEST_F(RegResults, ValuesForTheUserDefinedPlot) {
         << host.charts.back().notes[0];
     put({1, 2, 3, 4});
     EXPECT_EQ(MessageOf("UserDefinedPlot"), StrCoxTooManyValues);
-    EXPECT_NE(host.messages[0].detail.find("4 values were given for 3 covariates: trt, karno, age."),
+    EXPECT_NE(host.messages[0].detail.find("Values that are given: 4; covariates: 3 (trt, karno, age)."),
               std::string::npos);
     for (const double far : {1e6, -1e6, 1e300}) {
         put({AutomationValue{}, far});

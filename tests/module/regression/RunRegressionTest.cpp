@@ -332,6 +332,25 @@ TEST_F(RegressionByHand, StartValuesFarOutHaveNoLikelihood) {
     EXPECT_TRUE(Fit({3}));
 }
 
+TEST_F(RegressionByHand, ValuesBelongToTheCovariatesThatTheyWereGivenFor) {
+    host.operateModal = [&](CAnalysisModalDialog& dialog) {
+        dialog.PutValue(RegStartValues, std::vector<double>{-1});
+        dialog.Press(ControlOk);
+    };
+    ASSERT_TRUE(Fit({3}));
+    State().output.covariateValues = {1};
+    host.operateModal = [&](CAnalysisModalDialog& dialog) { dialog.Press(ControlOk); };
+    host.Press(analysis, ControlCancel);
+    ASSERT_TRUE(Ok()); // the same covariate
+    EXPECT_EQ(State().settings.startValues, (std::vector<double>{-1}));
+    EXPECT_EQ(State().output.covariateValues, (std::vector<double>{1}));
+    host.Press(analysis, ControlCancel);
+    host.Dialog().PutValue(SpecifyVariables, VariableSelection{{1}, {2}, {4}, {}});
+    ASSERT_TRUE(Ok());
+    EXPECT_TRUE(State().settings.startValues.empty());
+    EXPECT_TRUE(State().output.covariateValues.empty());
+}
+
 TEST_F(RegressionByHand, WithDefaultsTheOtherDialogEstimates) {
     Specify();
     host.Dialog().PutValue(RegNonDefault, false);

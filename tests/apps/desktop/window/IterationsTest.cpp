@@ -138,8 +138,8 @@ TEST_F(Estimation, ShowsItsLinesAndItsCancelEndsItAlone) {
 
 TEST_F(Estimation, GoesOnWhenItsQuestionIsAnsweredYes) {
     analysis->limit = 20;
-    answering([this] { pressFit(); }, [this](DialogView& dialog) { click(dialog, "OK"); },
-              [this](QMessageBox& box) {
+    answering([this] { pressFit(); }, [](DialogView& dialog) { click(dialog, "OK"); },
+              [](QMessageBox& box) {
                   EXPECT_EQ(box.text(), "30 more?");
                   EXPECT_EQ(box.parentWidget()->windowTitle(), "Estimation");
                   box.button(QMessageBox::Yes)->click();

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Times Cox regressions of 32000 cases, half of them events, with 5, 20 and 40 covariates against R's coxph() with the
-# same ties: whole processes from a CSV file (the summary, as R's; and every output), and in memory from the cases to the estimates. Runs alternate; printed are
-# medians of wall time and peak memory, and in memory of the fastest CPU time in each run.
+# same ties: whole processes from a CSV file (the summary alone, as R fits alone; and every output), and in memory from
+# the cases to the estimates. Runs alternate; printed are medians of wall time and peak memory, and in memory of the
+# fastest CPU time in each run.
 #   bench/cox.sh [RUNS]          default: 7 runs
 set -euo pipefail
 cd -- "$(dirname -- "$(readlink -f -- "$0")")/.."

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Everything that must hold: all tests optimised by g++, the linters over what was changed, all tests by clang++ under
-# address and undefined-behaviour sanitizers (warnings are errors in both), and two minutes of fuzzing. Exits 0 only when
+# address and undefined-behaviour sanitizers (warnings are errors in both), and a minute of fuzzing. Exits 0 only when
 # all of it succeeded.
 set -uo pipefail
 cd -- "$(dirname -- "$(readlink -f -- "$0")")"
@@ -28,9 +28,9 @@ build_and_test() {
 
 scripts/setup.sh || exit 1
 build_and_test release
-if scripts/lint.sh --most 30; then note lint 0 "nothing found in what was changed"; else note lint 1 "found something"; fi
+if scripts/lint.sh --most 20; then note lint 0 "nothing found in what was changed"; else note lint 1 "found something"; fi
 build_and_test asan+ubsan
-if scripts/fuzz.sh 120; then note fuzz 0 "two minutes, nothing broke"; else note fuzz 1 "broke something, or did not build"; fi
+if scripts/fuzz.sh 60; then note fuzz 0 "a minute, nothing broke"; else note fuzz 1 "broke something, or did not build"; fi
 
 printf '\n%s\n' "----------"
 printf '%s\n' "${results[@]}"

@@ -68,8 +68,7 @@ bool CDefineRegDlg::CovariatesAreValid() {
     const auto refuse = [&](int variable, int other) {
         ShowMessage(StrRegCovariateTwice,
                     Filled(StrRegCovariateTwiceDetail,
-                           {QuotedName(Analysis(), variable), std::string{Text(StrRegACovariate)},
-                            std::string{Text(other)}}));
+                           {QuotedName(Analysis(), variable), Whole(StrRegACovariate), Whole(other)}));
         return false;
     };
     for (std::size_t k = 0; k < covariates.size(); ++k) {

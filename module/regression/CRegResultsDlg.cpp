@@ -21,8 +21,7 @@ void CRegResultsDlg::OnOpen() {
     const ModelResults& model = ResultsOf(state_.results.kind);
     std::string summary{Text(model.title)};
     for (const ModelOutput& output : model.outputs)
-        if (output.plotTitle != 0)
-            summary += "\n" + Filled(output.plotName, {std::string{Text(output.plotTitle)}});
+        if (output.plotTitle != 0) summary += "\n" + Filled(output.plotName, {Whole(output.plotTitle)});
     for (const std::string& line : RegSummaryLines(Report()))
         summary += "\n" + line;
     SetValue(RegSummaryBox, std::move(summary));

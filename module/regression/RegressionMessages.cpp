@@ -76,11 +76,11 @@ std::string DescribeDataFault(CAnalysisSupport& host, const SharedSettings& shar
     const auto count = [](auto number) { return FormatCount(static_cast<long long>(number)); };
     switch (status) {
     case RegressionStatus::TooManyCases:
-        return std::string{Text(StrRegCapacity)};
+        return Whole(StrRegCapacity);
     case RegressionStatus::TooFewValid:
-        return std::string{Text(StrNeedThreeValid)} + reading;
+        return Whole(StrNeedThreeValid) + reading;
     case RegressionStatus::NoUncensored:
-        return std::string{Text(StrAllCensored)} + reading;
+        return Whole(StrAllCensored) + reading;
     case RegressionStatus::TooFewUncensored:
         return Filled(StrRegUncensoredDetail, {count(sample.Events()), count(sample.Cases())}) + reading;
     case RegressionStatus::FewValues:
@@ -118,9 +118,8 @@ void TellPreparation(CAnalysisSupport& host, const SharedSettings& shared, const
 std::vector<std::string> DescribeDiagnosis(const RegressionResults& results, const Diagnosis& diagnosis) {
     std::vector<std::string> texts;
     for (const Diagnosis::Unbounded& each : diagnosis.unbounded)
-        texts.push_back(
-            Filled(StrRegUnbounded, {Quoted(results.names[each.covariate]),
-                                     std::string{Text(each.upwards ? StrRegLargest : StrRegSmallest)}}));
+        texts.push_back(Filled(StrRegUnbounded, {Quoted(results.names[each.covariate]),
+                                                 Whole(each.upwards ? StrRegLargest : StrRegSmallest)}));
     if (!diagnosis.unboundedTogether.empty())
         texts.push_back(Filled(StrRegUnboundedTogether, {Names(results, diagnosis.unboundedTogether)}));
     if (!diagnosis.dependence) return texts;

@@ -142,7 +142,7 @@ void Estimation::Diagnose(const RegressionModel& model, EstimationStatus status)
     if (status != EstimationStatus::Singular || !details.empty()) return;
     const bool fromZeros = std::ranges::all_of(state.settings.startValues, [](double b) { return b == 0.0; });
     details = fromZeros ? Filled(StrRegTooLittle, {FormatCount(static_cast<long long>(results.Parameters()))})
-                        : std::string{Text(StrRegTryZeros)};
+                        : Whole(StrRegTryZeros);
 }
 
 RegressionStatus Estimation::Compute(StatusLine& line) {
@@ -177,7 +177,7 @@ std::string Estimation::Describe(RegressionStatus status) const {
         status != RegressionStatus::NoLikelihood)
         return text;
     if (status == RegressionStatus::NotConverged)
-        text += (text.empty() ? "" : "\n") + std::string{Text(StrRegNotConvergedWay)};
+        text += (text.empty() ? "" : "\n") + Whole(StrRegNotConvergedWay);
     if (state.results.estimate.iterations == 0) return text;
     const std::string last = FormatCount(state.results.estimate.iterations);
     const std::string heading = iterations > state.results.estimate.iterations

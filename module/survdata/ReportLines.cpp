@@ -98,6 +98,10 @@ std::string Filled(int id, std::initializer_list<std::string> values) {
     return text;
 }
 
+std::string Whole(int id) {
+    return std::string{Text(id)};
+}
+
 std::string Trimmed(int id) {
     std::string text{Text(id)};
     text.erase(text.find_last_not_of(' ') + 1);

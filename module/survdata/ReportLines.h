@@ -55,6 +55,9 @@ std::string MeaningOfCode(CAnalysisSupport& host, int variable, double code);
 /// A text of the string table with values in the places of its %1, %2 ...
 std::string Filled(int id, std::initializer_list<std::string> values);
 
+/// A text of the string table as it stands.
+std::string Whole(int id);
+
 /// A text of the string table without the blanks at its end.
 std::string Trimmed(int id);
 

@@ -189,7 +189,7 @@ std::vector<std::size_t> FindUnboundedTogether(const RegressionSample& sample) {
     if (!(range > 0.0)) return together;
     const double room =
         (likelihoodEnds - LargestOf(predictors)) / LargestOf(standardised.Predictors(direction));
-    const double length = std::min(further / range, room);
+    const double length = std::clamp(room, 0.0, further / range);
     std::vector<double> beyond = reached;
     double most = 0.0;
     for (std::size_t k = 0; k < direction.size(); ++k) {

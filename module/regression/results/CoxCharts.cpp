@@ -19,7 +19,7 @@ namespace {
 constexpr std::size_t mostInDetail = 12;
 
 std::string CurveName(const RegReportOf& of, const StratumCurve& curve, int withoutStrata) {
-    return of.Results().Stratified() ? StratumName(of, curve.stratum) : std::string{Text(withoutStrata)};
+    return of.Results().Stratified() ? StratumName(of, curve.stratum) : Whole(withoutStrata);
 }
 
 ChartSeries Series(const StratumCurve& curve, std::string legend, ChartSeries::Role role) {
@@ -66,10 +66,8 @@ CChartInfo SurvivalChart(int title) {
 
 void AddLimits(const RegReportOf& of, const StratumCurve& curve, CChartInfo& chart) {
     const std::string percent = LevelInPercent(of.state.output.confidenceLevel);
-    ChartSeries lower =
-        Series(curve, percent + std::string{Text(StrRegColLower)}, ChartSeries::Role::LowerBound);
-    ChartSeries upper =
-        Series(curve, percent + std::string{Text(StrRegColUpper)}, ChartSeries::Role::UpperBound);
+    ChartSeries lower = Series(curve, percent + Whole(StrRegColLower), ChartSeries::Role::LowerBound);
+    ChartSeries upper = Series(curve, percent + Whole(StrRegColUpper), ChartSeries::Role::UpperBound);
     FillSteps(lower, curve, &CoxSurvivalPoint::lower);
     FillSteps(upper, curve, &CoxSurvivalPoint::upper);
     chart.series.push_back(std::move(lower));

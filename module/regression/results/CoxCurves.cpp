@@ -16,14 +16,6 @@
 #include <string>
 
 namespace ozm::survival {
-namespace {
-
-std::string Whole(int id) {
-    return std::string{Text(id)};
-}
-
-} // namespace
-
 std::vector<StratumCurve> CurvesAt(const RegReportOf& of, std::span<const double> covariates) {
     const RegressionResults& results = of.Results();
     const OrderedSample sample = results.sample.Ordered();

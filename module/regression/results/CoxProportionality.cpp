@@ -20,10 +20,6 @@
 namespace ozm::survival {
 namespace {
 
-std::string Whole(int id) {
-    return std::string{Text(id)};
-}
-
 /// The residuals of all events, their times' ranks, and the test on these.
 struct Residuals {
     OrderedSample sample;

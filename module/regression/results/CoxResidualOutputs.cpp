@@ -19,10 +19,6 @@
 namespace ozm::survival {
 namespace {
 
-std::string Whole(int id) {
-    return std::string{Text(id)};
-}
-
 ChartSeries Marks(int legend, ChartSeries::Role role, ChartSeries::Marker marker) {
     ChartSeries series;
     series.legend = Text(legend);

@@ -2,6 +2,7 @@
 
 #include "module/resources/RegressionResultTexts.h"
 #include "module/resources/Resources.h"
+#include "module/survdata/ReportLines.h"
 #include "module/survdata/ResultTable.h"
 
 #include <cmath>
@@ -20,7 +21,7 @@ public:
     }
     /// After the last cell.
     void AddNote(ResultTable& table) const {
-        if (anyEmpty_) table.AddFootnote(std::string{Text(StrRegNoteEmpty)});
+        if (anyEmpty_) table.AddFootnote(Whole(StrRegNoteEmpty));
     }
 
 private:

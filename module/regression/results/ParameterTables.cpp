@@ -17,10 +17,6 @@ namespace {
 
 constexpr CellFormat estimateFormat = CellFormat::general(8);
 
-std::string Whole(int id) {
-    return std::string{Text(id)};
-}
-
 /// A square spreadsheet of the parameters.
 template <class Cell>
 OutputResult WriteMatrix(const RegReportOf& of, int title, CellFormat format, int note, const Cell& cell) {

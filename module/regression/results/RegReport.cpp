@@ -37,11 +37,11 @@ struct Fit {
 };
 
 std::string Line(int id, const std::string& value) {
-    return std::string{Text(id)} + value;
+    return Whole(id) + value;
 }
 
 std::string NumberOrNot(double value) {
-    return std::isfinite(value) ? FormatNumber(value) : std::string{Text(StrRegNotComputed)};
+    return std::isfinite(value) ? FormatNumber(value) : Whole(StrRegNotComputed);
 }
 
 /// A list in lines of a page's width, the later ones indented.
@@ -85,12 +85,11 @@ void AddCounts(const RegReportOf& of, std::vector<std::string>& lines) {
         if (results.missing[k] > 0)
             missing.push_back(results.names[k] + " " + FormatCount(results.missing[k]));
     if (!missing.empty())
-        AddList(lines, std::string{Text(results.meansSubstituted ? StrRegReplaced : StrRegMissingLeftOut)},
-                missing);
+        AddList(lines, Whole(results.meansSubstituted ? StrRegReplaced : StrRegMissingLeftOut), missing);
 }
 
 std::string TestLine(int id, const ChiSquareStatistic& test) {
-    if (!std::isfinite(test.value)) return Line(id, std::string{Text(StrRegNotComputed)});
+    if (!std::isfinite(test.value)) return Line(id, Whole(StrRegNotComputed));
     return Line(id, FormatNumber(test.value)) +
            Filled(StrRegDfAndP, {FormatCount(test.df), FormatProbability(test.p)});
 }
@@ -138,17 +137,17 @@ void WriteStrata(const RegReportOf& of) {
 OutputResult WriteTests(const RegReportOf& of, const ModelTests& tests) {
     const std::array rows{std::pair{StrRegRowLikelihood, tests.likelihoodRatio},
                           std::pair{StrRegRowScore, tests.score}, std::pair{StrRegRowWald, tests.wald}};
-    ResultTable table{std::string{Text(StrRegTestsTitle)}};
+    ResultTable table{Whole(StrRegTestsTitle)};
     table.RepeatsReport();
     const TestColumns columns(table);
     if (!table.AddRows(of.host, rows.size())) return OutputResult::Failed(StrRegNoMemory);
     bool all = true;
     for (std::size_t row = 0; row < rows.size(); ++row) {
-        table.NameRow(std::string{Text(rows[row].first)});
+        table.NameRow(Whole(rows[row].first));
         columns.Fill(table, row, rows[row].second);
         all = all && std::isfinite(rows[row].second.value);
     }
-    if (!all) table.AddFootnote(std::string{Text(StrRegNoteSingular)});
+    if (!all) table.AddFootnote(Whole(StrRegNoteSingular));
     return table.Write(of.host);
 }
 
@@ -170,12 +169,12 @@ OutputResult WriteFit(const RegReportOf& of, const Fit& fit) {
     rows.emplace_back(StrRegRowGradient, estimate.gradient[fit.steepest]);
     for (const FitMeasure& measure : fit.measures)
         rows.emplace_back(measure.row, measure.value);
-    ResultTable table{std::string{Text(StrRegFitTitle)}};
+    ResultTable table{Whole(StrRegFitTitle)};
     table.RepeatsReport();
     const auto value = table.AddNumbers({"value", StrRegColValue}, CellFormat::general(10));
     if (!table.AddRows(of.host, rows.size())) return OutputResult::Failed(StrRegNoMemory);
     for (std::size_t row = 0; row < rows.size(); ++row) {
-        table.NameRow(std::string{Text(rows[row].first)});
+        table.NameRow(Whole(rows[row].first));
         table[value][row] = rows[row].second;
     }
     return table.Write(of.host);

@@ -19,10 +19,6 @@
 namespace ozm::survival {
 namespace {
 
-std::string Whole(int id) {
-    return std::string{Text(id)};
-}
-
 /// A stratum fitted alone.
 struct StratumFit {
     std::int32_t valid = 0;

@@ -120,12 +120,7 @@ std::string originLine(const RunOrigin& run) {
     for (const DialogSettings* dialog = &specificationOf(run); dialog <= &run.dialogs.back(); ++dialog)
         for (const Setting& setting : dialog->settings) {
             const auto* roles = std::get_if<std::vector<Setting::Role>>(&setting.value);
-            std::string variables;
-            if (roles != nullptr)
-                for (const Setting::Role& role : *roles)
-                    if (!role.variables.empty())
-                        variables += (variables.empty() ? "" : ", ") + roleText(role);
-            add(line, roles != nullptr ? variables : settingText(setting));
+            add(line, roles != nullptr ? rolesText(*roles) : settingText(setting));
         }
     return line;
 }

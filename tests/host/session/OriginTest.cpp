@@ -149,6 +149,13 @@ TEST(OriginLine, BeginsWithTheDialogThatNamedTheVariables) {
         {"Estimate", "Estimate", 3, {{"Most", "Most:", 50}}}};
     EXPECT_EQ(specificationOf(run).id, "Specify");
     EXPECT_EQ(originLine(run), "x.csv | 3 cases | x, y | Most: 50");
+    // The same variables in other roles are other lines.
+    const auto lineOf = [&run](Roles roles) {
+        run.dialogs[1].settings[0].value = std::move(roles);
+        return originLine(run);
+    };
+    EXPECT_EQ(lineOf({{"A", {"t"}}, {"B", {"x", "y"}}, {"C", {}}}), "x.csv | 3 cases | t; x, y | Most: 50");
+    EXPECT_EQ(lineOf({{"A", {"t"}}, {"B", {"x"}}, {"C", {"y"}}}), "x.csv | 3 cases | t, x, y | Most: 50");
     run.dialogs.erase(run.dialogs.begin() + 1);
     EXPECT_EQ(specificationOf(run).id, "Estimate");
 }

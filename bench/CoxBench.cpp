@@ -11,6 +11,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <optional>
 #include <vector>
 
 namespace {
@@ -73,30 +74,36 @@ void fitCox(benchmark::State& state) {
     state.counters["logLikelihood"] = estimate.logLikelihood;
 }
 
-/// What is computed at each vector of an iteration.
-void partialLikelihood(benchmark::State& state) {
+/// A likelihood that was computed at a vector, as an iteration does at each.
+struct AtAVector {
+    explicit AtAVector(const benchmark::State& state) {
+        prepare(sample, casesWith(state.range(0)));
+        ordered = sample.Ordered();
+        likelihood.emplace(ordered);
+        parameters.assign(sample.Covariates(), 0.01);
+        Compute();
+    }
+    void Compute() { benchmark::DoNotOptimize(likelihood->LogLikelihood(parameters, value)); }
+
     survival::RegressionSample sample;
-    prepare(sample, casesWith(state.range(0)));
-    const survival::OrderedSample ordered = sample.Ordered();
-    survival::PartialLikelihood likelihood(ordered);
-    const std::vector<double> parameters(sample.Covariates(), 0.01);
+    survival::OrderedSample ordered;
+    std::optional<survival::PartialLikelihood> likelihood;
+    std::vector<double> parameters;
     double value = 0;
+};
+
+void partialLikelihood(benchmark::State& state) {
+    AtAVector at(state);
     for ([[maybe_unused]] auto _ : state)
-        benchmark::DoNotOptimize(likelihood.LogLikelihood(parameters, value));
+        at.Compute();
 }
 
 void derivatives(benchmark::State& state) {
-    survival::RegressionSample sample;
-    prepare(sample, casesWith(state.range(0)));
-    const survival::OrderedSample ordered = sample.Ordered();
-    survival::PartialLikelihood likelihood(ordered);
-    const std::vector<double> parameters(sample.Covariates(), 0.01);
-    double value = 0;
-    benchmark::DoNotOptimize(likelihood.LogLikelihood(parameters, value));
-    std::vector<double> gradient(parameters.size());
+    AtAVector at(state);
+    std::vector<double> gradient(at.parameters.size());
     survival::SquareMatrix information;
     for ([[maybe_unused]] auto _ : state) {
-        likelihood.Derivatives(gradient, information);
+        at.likelihood->Derivatives(gradient, information);
         benchmark::DoNotOptimize(information);
     }
 }

@@ -249,6 +249,30 @@ TEST_F(RunRegression, AScriptGetsTheEstimationThatItAskedFor) {
     EXPECT_EQ(RegEstDlg::TemplateFor(4, RegressionKind::ProportionalHazards).number, 3020);
 }
 
+TEST_F(RunRegression, AStratumWithoutAMaximumHasNoFitOfItsOwn) {
+    Cases({1, 2, 3, 4, 5, 1, 2, 3, 4}, {1, 1, 1, 1, 0, 1, 1, 0, 1}, {5, 4, 3, 2, 1, 2, 5, 3, 1});
+    host.columns.push_back({"s", {1, 1, 1, 1, 1, 2, 2, 2, 2}});
+    ASSERT_TRUE(Fit({3}, {4}));
+    EXPECT_TRUE(host.messages.empty()); // the common likelihood has a maximum
+    ASSERT_TRUE(host.Script().Call("StratitifiedAnalysis").ok);
+    ASSERT_EQ(host.sheets.size(), 2U);
+    EXPECT_EQ(host.sheets[0].texts.back(),
+              (std::vector<std::string>{"the estimates of drug grow without bound", ""}));
+    EXPECT_TRUE(std::isnan(host.sheets[1].numbers.back()[0])) << "no test with it";
+}
+
+TEST_F(RunRegression, AFailureCountsTheIterationsOfAllRuns) {
+    Cases({1, 2, 3, 4, 5, 6}, {1, 0, 1, 0, 1, 0}, {0, 1, 0, 1, 0, 1});
+    host.yes = 1;
+    host.operateModal = [](CAnalysisModalDialog& dialog) {
+        AutomationObject(dialog).Put("MaxNumberOfIterations", 3);
+    };
+    Select({3});
+    host.Script().Put("NonDefaultStartValuesIterations", true);
+    EXPECT_FALSE(Ok());
+    ExpectMessage(StrRegNotConverged, "Iterations: 34, and 38 in all; the last of them:");
+}
+
 /// A person: nothing runs by itself.
 class RegressionByHand : public RunRegression {
 protected:

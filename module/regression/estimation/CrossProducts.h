@@ -16,7 +16,7 @@ namespace ozm::survival {
 template <std::size_t Lanes>
 class CrossProducts {
 public:
-    explicit CrossProducts(std::size_t size) : size_(size) {} ///< of the vectors, 1 to 40
+    explicit CrossProducts(std::size_t size) : size_(size) {} ///< of the vectors, 1 to 48
 
     /// Room for a further vector, to be filled by the caller; components beyond the size are 0.
     [[gnu::always_inline]] double* Room() {

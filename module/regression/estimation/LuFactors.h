@@ -17,7 +17,7 @@ public:
     /// A matrix whose determinant is below this counts as singular.
     static constexpr double leastDeterminant = 1e-14;
 
-    /// The factors of the first `size` rows and columns (1 to 40). None of a singular matrix: a row of zeros,
+    /// The factors of the first `size` rows and columns (1 to 48). None of a singular matrix: a row of zeros,
     /// a column without a pivot, or a determinant below `leastDeterminant`, also one below 0. A determinant
     /// that overflows does not make a matrix singular.
     static std::optional<LuFactors> Of(const SquareMatrix& matrix, std::size_t size);

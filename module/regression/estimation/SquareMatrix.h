@@ -5,11 +5,11 @@
 
 namespace ozm::survival {
 
-/// The most parameters that a model has.
-inline constexpr std::size_t mostParameters = 40;
+/// Room for the parameters of every model, in whole vectors: 40 covariates, a constant, a scale.
+inline constexpr std::size_t mostParameters = 48;
 using ParameterVector = std::array<double, mostParameters>;
 
-/// A matrix of up to 40 by 40, row by row.
+/// A matrix of up to 48 by 48, row by row.
 class SquareMatrix {
 public:
     double& operator()(std::size_t row, std::size_t column) { return cells_[row * mostParameters + column]; }

@@ -83,11 +83,17 @@ bool CDefineRegDlg::CovariatesAreValid() {
 }
 
 bool CDefineRegDlg::SelectionsAreValid() {
-    if (FindRegressionModel(state_.settings.kind) == nullptr) {
+    const RegressionModel* const model = FindRegressionModel(state_.settings.kind);
+    if (model == nullptr) {
         ShowMessage(StrNotBuiltYet);
         return false;
     }
-    return CommonSelectionsAreValid() && CovariatesAreValid();
+    if (!CommonSelectionsAreValid() || !CovariatesAreValid()) return false;
+    const int strata = Shared().First(ListStrata);
+    if (strata == 0 || model->stratified) return true;
+    ShowMessage(StrRegCannotBeStratified,
+                Filled(StrRegCannotBeStratifiedWay, {QuotedName(Analysis(), strata)}));
+    return false;
 }
 
 void CDefineRegDlg::Run() {

@@ -1,5 +1,6 @@
 #include "module/regression/RegEstDlg.h"
 
+#include "module/regression/RegressionModels.h"
 #include "module/regression/RunRegression.h"
 #include "module/survdata/ReportLines.h"
 
@@ -46,9 +47,11 @@ bool RegEstDlg::OnCommand(int control) {
 }
 
 bool RegEstDlg::EditStartValues() {
-    std::vector<double> values = ValueAs<std::vector<double>>(RegStartValues);
-    values.resize(State().results.Parameters(), 0.0);
-    if (!Analysis().GetStartValues(State().results.names, values)) return false;
+    const auto& given = ValueAs<std::vector<double>>(RegStartValues);
+    const RegressionResults& results = State().results;
+    std::vector<double> values = FindRegressionModel(results.kind)->start(results.sample);
+    std::copy_n(given.begin(), std::min(given.size(), values.size()), values.begin());
+    if (!Analysis().GetStartValues(results.parameterNames, values)) return false;
     SetValue(RegStartValues, std::move(values));
     return true;
 }
@@ -58,12 +61,12 @@ bool RegEstDlg::StartValuesAreValid() {
     const RegressionResults& results = State().results;
     std::string why;
     if (!values.empty() && values.size() != results.Parameters())
-        why = Filled(StrRegStartCount,
-                     {FormatCount(static_cast<long long>(values.size())),
-                      FormatCount(static_cast<long long>(results.Parameters())), Listed(results.names, 0)});
+        why = Filled(StrRegStartCount, {FormatCount(static_cast<long long>(values.size())),
+                                        FormatCount(static_cast<long long>(results.Parameters())),
+                                        Listed(results.parameterNames, 0)});
     const auto bad = std::ranges::find_if(values, [](double value) { return !std::isfinite(value); });
     if (why.empty() && bad != values.end())
-        why = Filled(StrRegNoStart, {results.names[static_cast<std::size_t>(bad - values.begin())]});
+        why = Filled(StrRegNoStart, {results.parameterNames[static_cast<std::size_t>(bad - values.begin())]});
     if (why.empty()) return true;
     Analysis().DspMessageBox(MessageStyle::Refusal, this, StrRegBadStart, why);
     return false;

@@ -14,17 +14,6 @@
 namespace ozm::survival {
 namespace {
 
-std::string Quoted(const std::string& name) {
-    return "'" + name + "'";
-}
-
-std::string Names(const RegressionResults& results, std::span<const std::size_t> covariates) {
-    std::vector<std::string> names;
-    for (const std::size_t k : covariates)
-        names.push_back(Quoted(results.names[k]));
-    return Listed(names, StrAnd);
-}
-
 /// "'age': 3, 'karno': 1"; of covariates without missing values nothing.
 std::string MissingByCovariate(const RegressionResults& results) {
     std::vector<std::string> counts;
@@ -47,6 +36,17 @@ std::string StrataWithoutCases(CAnalysisSupport& host, const RegressionResults& 
 
 } // namespace
 
+std::string Quoted(const std::string& name) {
+    return "'" + name + "'";
+}
+
+std::string QuotedNames(const std::vector<std::string>& all, std::span<const std::size_t> which) {
+    std::vector<std::string> names;
+    for (const std::size_t k : which)
+        names.push_back(Quoted(all[k]));
+    return Listed(names, StrAnd);
+}
+
 int RegressionMessage(RegressionStatus status) {
     static constexpr StatusMessage<RegressionStatus> messages[] = {
         {RegressionStatus::NoMemory, StrRegNoMemory},
@@ -60,10 +60,6 @@ int RegressionMessage(RegressionStatus status) {
         {RegressionStatus::TooManyParameters, StrRegTooManyParameters},
         {RegressionStatus::BadStrata, StrRegBadStratum},
         {RegressionStatus::BadScale, StrRegBadScale},
-        {RegressionStatus::Singular, StrRegSingular},
-        {RegressionStatus::NotConverged, StrRegNotConverged},
-        {RegressionStatus::NoLikelihood, StrRegNoLikelihood},
-        {RegressionStatus::InvalidOperation, StrRegInvalidOperation},
     };
     return MessageOf(status, messages);
 }
@@ -99,7 +95,7 @@ std::string DescribeDataFault(CAnalysisSupport& host, const SharedSettings& shar
     case RegressionStatus::ConstantTimes:
         return Filled(StrRegTimesDetail, {count(sample.Cases()), FormatExact(sample.Times()[0])});
     case RegressionStatus::TooManyParameters:
-        return Filled(StrRegParametersDetail, {count(results.Parameters()), count(sample.Events())});
+        return Filled(StrRegParametersDetail, {count(results.names.size()), count(sample.Events())});
     default:
         return {};
     }
@@ -115,19 +111,20 @@ void TellPreparation(CAnalysisSupport& host, const SharedSettings& shared, const
     if (!results.strataWithoutCases.empty()) note(StrataWithoutCases(host, results));
 }
 
-std::vector<std::string> DescribeDiagnosis(const RegressionResults& results, const Diagnosis& diagnosis) {
+std::vector<std::string> DescribeDiagnosis(const std::vector<std::string>& names, bool stratified,
+                                           const Diagnosis& diagnosis) {
     std::vector<std::string> texts;
     for (const Diagnosis::Unbounded& each : diagnosis.unbounded)
-        texts.push_back(Filled(StrRegUnbounded, {Quoted(results.names[each.covariate]),
+        texts.push_back(Filled(StrRegUnbounded, {Quoted(names[each.covariate]),
                                                  Whole(each.upwards ? StrRegLargest : StrRegSmallest)}));
     if (!diagnosis.unboundedTogether.empty())
-        texts.push_back(Filled(StrRegUnboundedTogether, {Names(results, diagnosis.unboundedTogether)}));
+        texts.push_back(Filled(StrRegUnboundedTogether, {QuotedNames(names, diagnosis.unboundedTogether)}));
     if (!diagnosis.dependence) return texts;
-    const std::string name = Quoted(results.names[diagnosis.dependence->covariate]);
+    const std::string name = Quoted(names[diagnosis.dependence->covariate]);
     if (!diagnosis.dependence->on.empty())
-        texts.push_back(Filled(StrRegDependent, {name, Names(results, diagnosis.dependence->on)}));
+        texts.push_back(Filled(StrRegDependent, {name, QuotedNames(names, diagnosis.dependence->on)}));
     else
-        texts.push_back(Filled(results.Stratified() ? StrRegNoVariationInStrata : StrRegNoVariation, {name}));
+        texts.push_back(Filled(stratified ? StrRegNoVariationInStrata : StrRegNoVariation, {name}));
     return texts;
 }
 

@@ -1,26 +1,67 @@
 #pragma once
 
 #include "module/regression/RegressionState.h"
-#include "module/regression/estimation/Diagnosis.h"
+#include "module/regression/estimation/DampedNewton.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <span>
+#include <string>
+#include <vector>
 
 namespace ozm::survival {
+
+/// How an estimation ended, for every model.
+enum class Ending : std::uint8_t {
+    Estimated,
+    Stopped, ///< by the user
+    UsedUp,  ///< all iterations, without convergence; more may follow
+    Failed,
+};
+struct Outcome {
+    Ending ending = Ending::Estimated;
+    int code = 0;    ///< the model's own number for it
+    int message = 0; ///< why there are no estimates, in the string table
+    std::string detail;
+};
+
+/// What the estimation of a model works on.
+struct EstimationRun {
+    CAnalysisSupport& host;
+    RegressionSample& sample;
+    const std::vector<std::string>& covariates; ///< their names
+    std::size_t strata = 1;
+    IterationLimits limits;
+    bool startGiven = false; ///< start values other than the model's own
+    int further = 0;         ///< continued: so many iterations more, from the parameters as they are
+    /// On entry start values, or nothing for the model's own; estimates afterwards, on the scale of the data.
+    std::vector<double>& parameters;
+    NewtonEstimate& estimate;
+    std::function<void(int)> show; ///< says by a text's number what is going on; may be empty
+    IterationWatch watch;
+};
 
 /// A kind of regression model, as the driver of the estimation and the dialogs know it.
 struct RegressionModel {
     RegressionKind kind = RegressionKind::ProportionalHazards;
-    int name = 0; ///< number in the string table
-    /// Whether there must be as many uncensored cases as parameters.
-    bool parametersNeedEvents = false;
-    /// Estimates the parameters of a sample in its order; `parameters` holds start values, and estimates
-    /// afterwards, both on the scale of the data.
-    EstimationStatus (*fit)(RegressionSample& sample, const IterationLimits& limits,
-                            const IterationWatch& watch, std::span<double> parameters,
-                            NewtonEstimate& estimate) = nullptr;
-    /// What the data say about an estimation that has ended, with this status at these parameters.
-    Diagnosis (*diagnose)(const RegressionSample& sample, std::span<const double> parameters,
-                          const NewtonEstimate& estimate, EstimationStatus status) = nullptr;
+    int name = 0;                         ///< number in the string table
+    std::span<const int> ownParameters{}; ///< the names of those after the covariates' coefficients
+    bool stratified = false;              ///< has a baseline hazard per stratum, where there are strata
+    bool showsLikelihood = true;          ///< in the lines of its iterations
+    /// Continued, it takes further iterations and counts on; else it begins a run with a higher maximum.
+    bool countsOn = false;
+    int firstText = 0; ///< what the status line shows first
+    /// The model's own start values.
+    std::vector<double> (*start)(const RegressionSample& sample) = nullptr;
+    /// Estimates the parameters. The sample may be put into another order, and stays in it.
+    Outcome (*fit)(EstimationRun& run) = nullptr;
+    /// What the data say about an outcome, in sentences: after an estimation warnings, else the reasons.
+    std::vector<std::string> (*explain)(const EstimationRun& run, const Outcome& outcome) = nullptr;
+
+    [[nodiscard]] std::size_t Parameters(std::size_t covariates) const {
+        return covariates + ownParameters.size();
+    }
 };
 
 /// nullptr for a kind that this version does not have.

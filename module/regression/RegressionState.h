@@ -28,7 +28,7 @@ struct RegressionSettings {
     std::vector<double> strata; ///< codes of the stratification variable; empty: all that it has
     double convergenceCriterion = 0.0001;
     std::int16_t maximumIterations = 50;
-    std::vector<double> startValues;  ///< one per parameter; empty: zeros
+    std::vector<double> startValues;  ///< one per parameter; empty: the model's own
     bool differentBaselines = true;   ///< equal coefficients, different baseline h0 (stratified analysis)
     bool nonDefaultEstimation = true; ///< non-default number of iterations, start values, etc.
     bool substituteMeans = false;     ///< for missing covariates; else their cases are left out
@@ -52,11 +52,12 @@ struct RegressionResults {
     RegressionKind kind = RegressionKind::ProportionalHazards;
     RegressionSample sample;
     ReadingCounts reading;
-    std::vector<int> covariates;       ///< numbers of the variables
-    std::vector<std::string> names;    ///< and their names
-    std::vector<std::int32_t> missing; ///< per covariate: cases, valid otherwise, without a value of it
-    bool meansSubstituted = false;     ///< in these; else they were left out
-    int stratumVariable = 0;           ///< 0: not stratified
+    std::vector<int> covariates;             ///< numbers of the variables
+    std::vector<std::string> names;          ///< and their names
+    std::vector<std::string> parameterNames; ///< these, and of parameters that the model has besides
+    std::vector<std::int32_t> missing;       ///< per covariate: cases, valid otherwise, without a value of it
+    bool meansSubstituted = false;           ///< in these; else they were left out
+    int stratumVariable = 0;                 ///< 0: not stratified
     /// The strata that have cases, by their codes in ascending place; the sample's blocks are in the opposite
     /// order: block 0 is the last stratum.
     std::vector<double> strata;
@@ -64,10 +65,10 @@ struct RegressionResults {
     // The estimates.
     double criterion = 0.0001;
     std::vector<double> estimates; ///< one per parameter, on the scale of the data
-    NewtonEstimate estimate;
+    NewtonEstimate estimate;       ///< `nullScore` is that of models fitted by Newton's method alone
 
     [[nodiscard]] bool Stratified() const { return stratumVariable != 0; }
-    [[nodiscard]] std::size_t Parameters() const { return estimates.size(); }
+    [[nodiscard]] std::size_t Parameters() const { return parameterNames.size(); }
     void Release() { *this = {}; }
 };
 
@@ -76,14 +77,15 @@ struct RegressionState {
     RegressionSettings settings;
     RegressionOutputSettings output;
     RegressionResults results;
-    std::vector<std::string> valuesOf; ///< the covariates of the last run
+    std::vector<std::string> valuesOf;                            ///< the covariates of the last run
+    RegressionKind startOf = RegressionKind::ProportionalHazards; ///< its model
 
-    /// Values for covariates by their place mean nothing for others.
+    /// Values for covariates by their place mean nothing for others, nor start values for other models.
     void ForgetValuesOfOthers() {
-        if (valuesOf == results.names) return;
+        if (valuesOf != results.names || startOf != results.kind) settings.startValues.clear();
+        if (valuesOf != results.names) output.covariateValues.clear();
         valuesOf = results.names;
-        settings.startValues.clear();
-        output.covariateValues.clear();
+        startOf = results.kind;
     }
     /// Other data: what was chosen by their codes or number of covariates is forgotten.
     void ForgetData() {

@@ -4,8 +4,7 @@
 
 namespace ozm::survival {
 
-/// How the preparation of the data, or the estimation, ended. Numbers below 100 are the reading pass's where
-/// it has them; the others are those of an estimation.
+/// How the preparation of the data ended; the numbers are the reading pass's where it has them.
 enum class RegressionStatus : std::int16_t {
     Success = 0,
     NoMemory = -1,
@@ -17,13 +16,9 @@ enum class RegressionStatus : std::int16_t {
     FewValues = 12,         ///< of a covariate
     ConstantCovariate = 13, ///< a covariate has one value only
     ConstantTimes = 14,
-    TooManyParameters = 15, ///< for the uncensored cases
+    TooManyParameters = 15, ///< covariates, for the uncensored cases
     BadStrata = 16,         ///< codes of the stratification variable
     BadScale = 17,          ///< a covariate's values are too large or too small to compute with
-    Singular = 101,
-    NotConverged = 102,
-    NoLikelihood = 103,
-    InvalidOperation = 200,
 };
 
 } // namespace ozm::survival

@@ -56,15 +56,17 @@ RegressionStatus Preparation::Prepare() {
     RegressionResults& results = state.results;
     results.Release();
     results.kind = state.settings.kind;
-    const RegressionModel* const model = FindRegressionModel(results.kind);
+    const RegressionModel& model = *FindRegressionModel(results.kind);
     results.covariates = shared.List(ListCovariates);
     for (const int variable : results.covariates)
         results.names.push_back(VariableName(host, variable));
     state.ForgetValuesOfOthers();
     if (!TakeStrata()) return RegressionStatus::BadStrata;
     const RegressionStatus status = ReadRegression(host, shared, state.settings, results);
-    results.estimates.assign(results.covariates.size(), 0.0);
-    fault = CheckRegressionData(results, status, model->parametersNeedEvents);
+    results.parameterNames = results.names;
+    for (const int own : model.ownParameters)
+        results.parameterNames.push_back(Whole(own));
+    fault = CheckRegressionData(results, status, !model.ownParameters.empty());
     if (fault.status != RegressionStatus::Success) return fault.status;
     results.prepared = true;
     TellPreparation(host, shared, results);
@@ -83,107 +85,127 @@ std::string Preparation::Describe(RegressionStatus status) const {
     return text + DescribeCodes(host, variable);
 }
 
-/// The estimation, and what it learns for its messages.
-struct Estimation {
-    CAnalysisSupport& host;
-    RegressionState& state;
-    CAnalysisDialog* window;
-    std::string lastLines;
-    std::string details;
-    int iterations = 0; ///< of all runs
+/// How the step of the estimation ended.
+enum class EstimationEnd : std::uint8_t { Success, NoMemory, Stopped, NotEstimated };
 
-    RegressionStatus Compute(StatusLine& line);
-    [[nodiscard]] int Message(RegressionStatus status) const;
-    [[nodiscard]] std::string Describe(RegressionStatus status) const;
+/// The estimation, and what it learns for its messages.
+class Estimation {
+public:
+    Estimation(CAnalysisSupport& host, RegressionState& state, CAnalysisDialog* window)
+        : host_(host), state_(state), window_(window), model_(*FindRegressionModel(state.results.kind)) {}
+
+    EstimationEnd Compute(StatusLine& line);
+    [[nodiscard]] int Message(EstimationEnd end) const;
+    [[nodiscard]] std::string Describe(EstimationEnd end) const;
+    [[nodiscard]] int FirstText() const { return model_.firstText; }
 
 private:
-    EstimationStatus Fit(const RegressionModel& model, StatusLine& line);
-    bool WantsMore(EstimationStatus status, StatusLine& line);
-    void Diagnose(const RegressionModel& model, EstimationStatus status);
+    Outcome Fit(EstimationRun& run, StatusLine& line);
+    bool WantsMore(StatusLine& line);
+    void Explain(const EstimationRun& run);
+
+    CAnalysisSupport& host_;
+    RegressionState& state_;
+    CAnalysisDialog* window_;
+    const RegressionModel& model_;
+    Outcome outcome_;
+    std::string lastLines_;
+    std::string reasons_;
+    int iterations_ = 0; ///< of all runs
 };
 
-EstimationStatus Estimation::Fit(const RegressionModel& model, StatusLine& line) {
-    RegressionResults& results = state.results;
-    // Memory that is missing for this ends the estimation without a message, like a stop.
-    if (!results.sample.Order(host, std::max<std::size_t>(results.strata.size(), 1)))
-        return EstimationStatus::Stopped;
-    line.Show(StrRegComputing);
-    IterationLines lines(host, results.Parameters());
-    const IterationWatch watch = [&](int iteration, double logLikelihood, std::span<const double> at) {
-        lines.Add(iteration, logLikelihood, at);
-        return StopRequested(host);
+Outcome Estimation::Fit(EstimationRun& run, StatusLine& line) {
+    const int before = model_.countsOn ? iterations_ : 0;
+    run.further = before > 0 ? furtherIterations : 0;
+    run.limits.most = state_.settings.maximumIterations;
+    run.estimate = {};
+    IterationLines lines(host_, run.covariates.size(), model_.showsLikelihood);
+    run.show = [&](int text) {
+        line.Show(text);
+        lines.Say(text);
     };
-    const IterationLimits limits{results.criterion, state.settings.maximumIterations};
-    const EstimationStatus status =
-        model.fit(results.sample, limits, watch, results.estimates, results.estimate);
-    lastLines = lines.Last();
-    return status;
+    run.watch = [&](int iteration, double logLikelihood, std::span<const double> at) {
+        lines.Add(before + iteration, logLikelihood, at);
+        return StopRequested(host_);
+    };
+    Outcome outcome = model_.fit(run);
+    lastLines_ = lines.Last();
+    iterations_ += run.estimate.iterations;
+    if (model_.countsOn) run.estimate.iterations = iterations_;
+    return outcome;
 }
 
-bool Estimation::WantsMore(EstimationStatus status, StatusLine& line) {
-    if (status != EstimationStatus::NotConverged) return false;
-    if (host.DisplayInstQuestion(host.GetLibInstance(), window, StrRegMoreIterations) != ButtonYes)
+bool Estimation::WantsMore(StatusLine& line) {
+    if (outcome_.ending != Ending::UsedUp) return false;
+    if (host_.DisplayInstQuestion(host_.GetLibInstance(), window_, StrRegMoreIterations) != ButtonYes)
         return false;
     constexpr int most = std::numeric_limits<std::int16_t>::max();
-    std::int16_t& maximum = state.settings.maximumIterations;
+    std::int16_t& maximum = state_.settings.maximumIterations;
     maximum = static_cast<std::int16_t>(std::min(maximum + furtherIterations, most));
-    line.Show(StrSorting);
+    line.Show(model_.firstText);
     return true;
 }
 
-void Estimation::Diagnose(const RegressionModel& model, EstimationStatus status) {
-    const RegressionResults& results = state.results;
-    for (const std::string& text : DescribeDiagnosis(
-             results, model.diagnose(results.sample, results.estimates, results.estimate, status))) {
-        if (status == EstimationStatus::Success)
-            host.DspMessageBox(MessageStyle::Warning, nullptr, 0, text, {});
-        details += (details.empty() ? "" : "\n") + text;
+void Estimation::Explain(const EstimationRun& run) {
+    for (const std::string& text : model_.explain(run, outcome_)) {
+        if (outcome_.ending == Ending::Estimated)
+            host_.DspMessageBox(MessageStyle::Warning, nullptr, 0, text, {});
+        reasons_ += (reasons_.empty() ? "" : "\n") + text;
     }
-    if (status != EstimationStatus::Singular || !details.empty()) return;
-    const bool fromZeros = std::ranges::all_of(state.settings.startValues, [](double b) { return b == 0.0; });
-    details = fromZeros ? Filled(StrRegTooLittle, {FormatCount(static_cast<long long>(results.Parameters()))})
-                        : Whole(StrRegTryZeros);
 }
-
-RegressionStatus Estimation::Compute(StatusLine& line) {
-    RegressionResults& results = state.results;
-    const RegressionModel& model = *FindRegressionModel(results.kind);
+EstimationEnd Estimation::Compute(StatusLine& line) {
+    RegressionResults& results = state_.results;
+    const std::vector<double>& start = state_.settings.startValues;
     results.held = false;
-    results.criterion = state.settings.convergenceCriterion;
-    results.estimates = state.settings.startValues;
-    results.estimates.resize(results.covariates.size(), 0.0);
-    EstimationStatus status = EstimationStatus::Success;
-    do {
-        results.estimate = {};
-        status = Fit(model, line);
-        iterations += results.estimate.iterations;
-    } while (WantsMore(status, line));
-    if (status != EstimationStatus::Stopped) Diagnose(model, status);
-    results.held = status == EstimationStatus::Success;
-    if (results.held && iterations > results.estimate.iterations)
-        host.DspMessageBox(MessageStyle::Note, nullptr, 0,
-                           Filled(StrRegContinuedInAll, {FormatCount(iterations)}), {});
-    return static_cast<RegressionStatus>(status);
+    results.criterion = state_.settings.convergenceCriterion;
+    results.estimates = start;
+    EstimationRun run{.host = host_,
+                      .sample = results.sample,
+                      .covariates = results.names,
+                      .strata = std::max<std::size_t>(results.strata.size(), 1),
+                      .limits = {.criterion = results.criterion},
+                      .startGiven = !start.empty() && start != model_.start(results.sample),
+                      .parameters = results.estimates,
+                      .estimate = results.estimate,
+                      .show = {},
+                      .watch = {}};
+    do
+        outcome_ = Fit(run, line);
+    while (WantsMore(line));
+    if (outcome_.ending == Ending::Stopped) return EstimationEnd::Stopped;
+    Explain(run);
+    if (outcome_.ending != Ending::Estimated) return EstimationEnd::NotEstimated;
+    results.held = true;
+    if (iterations_ > results.estimate.iterations)
+        host_.DspMessageBox(MessageStyle::Note, nullptr, 0,
+                            Filled(StrRegContinuedInAll, {FormatCount(iterations_)}), {});
+    return EstimationEnd::Success;
 }
 
-int Estimation::Message(RegressionStatus status) const {
-    if (status == RegressionStatus::NotConverged && !host.IsOleAutomation()) return 0;
-    return RegressionMessage(status);
+int Estimation::Message(EstimationEnd end) const {
+    switch (end) {
+    case EstimationEnd::NoMemory:
+        return StrRegNoMemory;
+    case EstimationEnd::NotEstimated:
+        return outcome_.ending == Ending::UsedUp && !host_.IsOleAutomation() ? 0 : outcome_.message;
+    default:
+        return 0;
+    }
 }
 
-std::string Estimation::Describe(RegressionStatus status) const {
-    std::string text = details;
-    if (status != RegressionStatus::NotConverged && status != RegressionStatus::Singular &&
-        status != RegressionStatus::NoLikelihood)
-        return text;
-    if (status == RegressionStatus::NotConverged)
-        text += (text.empty() ? "" : "\n") + Whole(StrRegNotConvergedWay);
-    if (state.results.estimate.iterations == 0) return text;
-    const std::string last = FormatCount(state.results.estimate.iterations);
-    const std::string heading = iterations > state.results.estimate.iterations
-                                    ? Filled(StrRegLastIterationsInAll, {last, FormatCount(iterations)})
-                                    : Filled(StrRegLastIterations, {last});
-    text += (text.empty() ? "" : "\n") + heading + "\n" + lastLines;
+std::string Estimation::Describe(EstimationEnd end) const {
+    if (end != EstimationEnd::NotEstimated) return {};
+    std::string text = outcome_.detail;
+    const auto add = [&text](const std::string& further) {
+        text += (text.empty() || further.empty() ? "" : "\n") + further;
+    };
+    add(reasons_);
+    if (outcome_.ending == Ending::UsedUp) add(Whole(StrRegNotConvergedWay));
+    if (iterations_ == 0) return text;
+    const int last = state_.results.estimate.iterations;
+    add(iterations_ > last ? Filled(StrRegLastIterationsInAll, {FormatCount(last), FormatCount(iterations_)})
+                           : Filled(StrRegLastIterations, {FormatCount(last)}));
+    add(lastLines_);
     return text;
 }
 
@@ -199,12 +221,11 @@ bool PrepareRegression(CAnalysisSupport& host, SharedSettings& shared, Regressio
 }
 
 bool EstimateRegression(CAnalysisSupport& host, RegressionState& state, CAnalysisDialog* window) {
-    Estimation estimation{host, state, window, {}, {}, 0};
+    Estimation estimation(host, state, window);
     return RunAnalysis(
-        host, window, StrSorting, [&](StatusLine& line) { return estimation.Compute(line); },
-        [&] { state.results.held = false; },
-        [&](RegressionStatus status) { return estimation.Message(status); },
-        [&](RegressionStatus status) { return estimation.Describe(status); });
+        host, window, estimation.FirstText(), [&](StatusLine& line) { return estimation.Compute(line); },
+        [&] { state.results.held = false; }, [&](EstimationEnd end) { return estimation.Message(end); },
+        [&](EstimationEnd end) { return estimation.Describe(end); });
 }
 
 } // namespace ozm::survival

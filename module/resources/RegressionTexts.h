@@ -34,6 +34,10 @@
     S(StrRegBadIterations, 21114, "Invalid max. number of iterations; min = 3, max = 100.") \
     S(StrRegNotConverged, 21115, "The iteration did not converge.") \
     S(StrRegComputing, 21116, "Computing...") \
+    S(StrRegManyPoints1500, 21117, \
+      "Too many valid datapoints; max no. cases=1500, maximum no. datapoints=5300.") \
+    S(StrRegTooFewForModel, 21118, "Not enough uncensored cases; cannot estimate model parameters. ") \
+    S(StrRegTooManyIterations, 21119, "Too many iterations; increase no. of iterations") \
     S(StrRegCox, 21120, "Proportional hazard (Cox) regression") \
     S(StrRegExponential, 21121, "Exponential regression") \
     S(StrRegLognormal, 21122, "Lognormal regression") \
@@ -41,12 +45,20 @@
     S(StrRegTimeDependent, 21124, "Prop. hazard (Cox) /w time-dep. covariates") \
     S(StrRegCasewise, 21125, "Casewise &deletion of missing data") \
     S(StrRegSubstitution, 21126, "&Mean substitution of missing data") \
+    S(StrRegEmError, 21127, "Error in EM estimation procedure; error code: ") \
+    S(StrRegNoNullModel, 21128, \
+      "Cannot estimate null model; increase no. of iterations or lower threshold.") \
+    S(StrRegNoModelLikelihood, 21129, "Cannot compute log-likelihood for this model.") \
     S(StrRegIterationHeader, 21130, "Iteration  Log-Likelihood  Parameters     ") \
     S(StrRegFirstFive, 21131, "(for first 5 predictors)") \
     S(StrRegTimesInWords, 21132, "Survival times: %1") \
     S(StrRegCensoringInWords, 21133, "Censoring indicator: %1") \
     S(StrRegCovariatesInWords, 21134, "Covariates: %1") \
     S(StrRegStrataInWords, 21135, "Strata: %1") \
+    S(StrRegParametersHeader, 21136, "Iteration                  Parameters     ") \
+    S(StrRegComputingLikelihood, 21137, "Computing Log-Likelihood ... ") \
+    S(StrRegEstimatingNull, 21138, "Estimating null model ... ") \
+    S(StrRegConstant, 21139, "Constant") \
     S(StrRegNoCovariates, 21140, "Select the covariates: the independent variables of the regression.") \
     S(StrRegCovariateTwice, 21141, "A variable is selected twice.") \
     S(StrRegCovariateTwiceDetail, 21142, "%1 is both %2 and %3.") \
@@ -60,7 +72,7 @@
     S(StrRegTooManyStrata, 21150, "%1 has more than %2 codes: choose those of fewer strata.") \
     S(StrRegStrataHint, 21151, \
       "Cases with any other code of the stratification variable are left out; none chosen: all codes") \
-    S(StrRegStartHint, 21152, "One number per covariate, in their order; empty: all start at 0") \
+    S(StrRegStartHint, 21152, "One number per parameter, in their order; empty: the model's own start values") \
     S(StrRegBadStart, 21153, "The start values cannot be used.") \
     S(StrRegStartCount, 21154, "Numbers that are given: %1; parameters: %2 (%3).") \
     S(StrRegNoStart, 21155, "Parameter %1 has no number to start from.") \
@@ -109,5 +121,40 @@
     S(StrRegTooLittle, 21181, \
       "No covariate depends on the others, but the data say too little about %1 coefficients together: choose fewer " \
       "covariates.") \
-    S(StrRegLastIterationsInAll, 21182, "Iterations: %1, and %2 in all; the last of them:")
+    S(StrRegLastIterationsInAll, 21182, "Iterations: %1, and %2 in all; the last of them:") \
+    S(StrRegSigma, 21183, "Sigma") \
+    S(StrRegCannotBeStratified, 21184, "Only the proportional hazards model can be stratified.") \
+    S(StrRegCannotBeStratifiedWay, 21185, \
+      "Leave out the stratification variable %1, or make it a covariate.") \
+    S(StrRegNoLogarithm, 21186, \
+      "The survival time %1 of case %2 has no logarithm; cases with such a time: %3. Leave them out, or choose another " \
+      "model.") \
+    S(StrRegLargerUnits, 21187, \
+      "The log-likelihood is above 0, as the survival times are small numbers, and cannot meet the test of convergence: " \
+      "express them in larger numbers, say days in place of years.") \
+    S(StrRegOvershot, 21188, \
+      "A step of the iteration went too far, as in some cases the hazard is many times that of the others. Give start " \
+      "values nearer to the estimates; with an indicator, let 1 stand for the group of the lower hazard.") \
+    S(StrRegSubtract, 21189, \
+      "The values of %1 differ little for their size (mean %2, standard deviation %3), and cannot be told from a " \
+      "constant: subtract one from them, say %4.") \
+    S(StrRegUnboundedParametric, 21190, \
+      "The coefficient of %1 grows without bound: its value is %2 in all uncensored cases, and no other case has a " \
+      "%3 one. Its estimate and standard error mean nothing; the likelihood has no maximum.") \
+    S(StrRegSmaller, 21191, "smaller") \
+    S(StrRegGreater, 21192, "greater") \
+    S(StrRegDependentUncensored, 21193, \
+      "Among the uncensored cases, of which start values are made, %1 depends on the covariates before it (%2): give " \
+      "start values, sigma above 0, or leave one of them out.") \
+    S(StrRegConstantUncensored, 21194, \
+      "Among the uncensored cases, of which start values are made, %1 does not vary: give start values, sigma above 0, " \
+      "or leave it out.") \
+    S(StrRegUnfit, 21195, \
+      "The cases do not fit an exponential model: it needs cases, covariates, times of 0 or more, and each case either " \
+      "complete or censored.") \
+    S(StrRegTryOwnStart, 21196, \
+      "No covariate depends on the others: the iteration left the start values for where the likelihood is flat. Leave " \
+      "them to the model.") \
+    S(StrRegNoScale, 21197, \
+      "Sigma comes down to 0, as the model fits the uncensored cases exactly: choose fewer covariates.")
 // clang-format on

@@ -2,6 +2,7 @@
 
 #include "module/regression/cox/FitCox.h"
 #include "module/regression/cox/PartialLikelihood.h"
+#include "module/regression/estimation/Dependence.h"
 #include "module/regression/estimation/LeastCurvature.h"
 
 #include <algorithm>
@@ -128,21 +129,6 @@ private:
     OrderedSample ordered_;
 };
 
-/// Which of the covariates before k the row of its Cholesky factor depends on: the solution c of R c = r.
-std::vector<std::size_t> DependsOn(const SquareMatrix& factor, std::size_t k) {
-    constexpr double negligible = 1e-6;
-    ParameterVector c{};
-    std::vector<std::size_t> on;
-    for (std::size_t j = k; j-- > 0;) {
-        c[j] = factor(k, j);
-        for (std::size_t l = j + 1; l < k; ++l)
-            c[j] -= factor(l, j) * c[l];
-        c[j] /= factor(j, j);
-        if (std::abs(c[j]) > negligible) on.insert(on.begin(), j);
-    }
-    return on;
-}
-
 } // namespace
 
 std::vector<Diagnosis::Unbounded> FindUnbounded(const RegressionSample& sample) {
@@ -207,7 +193,6 @@ std::vector<std::size_t> FindUnboundedTogether(const RegressionSample& sample) {
 }
 
 std::optional<Diagnosis::Dependence> FindDependence(const RegressionSample& sample) {
-    constexpr double leastPivot = 1e-10;
     constexpr double leastInformation = 1e-13; // of an event, on the standardised scale
     const std::size_t p = sample.Covariates();
     const Standardised standardised(sample);
@@ -215,24 +200,18 @@ std::optional<Diagnosis::Dependence> FindDependence(const RegressionSample& samp
     SquareMatrix information;
     if (!standardised.Derive(std::vector<double>(p), gradient, information)) return std::nullopt;
     const double least = leastInformation * sample.Events();
-    // By Cholesky's factors, row by row.
-    SquareMatrix factor;
-    for (std::size_t k = 0; k < p; ++k) {
-        double pivot = information(k, k);
-        for (std::size_t j = 0; j < k; ++j) {
-            double sum = information(k, j);
-            for (std::size_t l = 0; l < j; ++l)
-                sum -= factor(k, l) * factor(j, l);
-            factor(k, j) = sum / factor(j, j);
-            pivot -= factor(k, j) * factor(k, j);
-        }
-        if (!(pivot > std::max(leastPivot * information(k, k), least))) {
-            const bool alone = !(information(k, k) > least);
-            return Diagnosis::Dependence{k, alone ? std::vector<std::size_t>{} : DependsOn(factor, k)};
-        }
-        factor(k, k) = std::sqrt(pivot);
-    }
-    return std::nullopt;
+    return DependenceIn(information, p, least);
+}
+
+Diagnosis DiagnoseCox(const RegressionSample& sample, std::span<const double> parameters,
+                      const NewtonEstimate& estimate, EstimationStatus status) {
+    Diagnosis diagnosis;
+    diagnosis.unbounded = FindUnbounded(sample);
+    if (diagnosis.unbounded.empty() &&
+        (status != EstimationStatus::Success || MayBeUnbounded(sample, parameters, estimate)))
+        diagnosis.unboundedTogether = FindUnboundedTogether(sample);
+    if (status == EstimationStatus::Singular) diagnosis.dependence = FindDependence(sample);
+    return diagnosis;
 }
 
 } // namespace ozm::survival

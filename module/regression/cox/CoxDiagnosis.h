@@ -31,4 +31,8 @@ bool MayBeUnbounded(const RegressionSample& sample, std::span<const double> para
 /// is no such covariate. Throws std::bad_alloc without memory for a copy of the covariates.
 std::optional<Diagnosis::Dependence> FindDependence(const RegressionSample& sample);
 
+/// All of these that are of use after an estimation that ended with this status at these parameters.
+Diagnosis DiagnoseCox(const RegressionSample& sample, std::span<const double> parameters,
+                      const NewtonEstimate& estimate, EstimationStatus status);
+
 } // namespace ozm::survival

@@ -15,11 +15,12 @@ struct DataFault {
 
 /// Checks a sample that was read, in this order: uncensored cases (none, fewer than 2), covariates with fewer
 /// than 2 values, covariates with one value only or beyond what can be computed with, times with one value
-/// only, more parameters than uncensored cases. The last holds for models whose likelihood has parameters of
-/// its own for the baseline, not for partial likelihoods. `status` is how the pass ended: where too few cases
-/// were valid because a covariate has hardly any values, that covariate is the fault.
+/// only, more covariates than uncensored cases. The last holds for models whose likelihood has parameters for
+/// the baseline, not for partial likelihoods; they count these parameters themselves. `status` is how the
+/// pass ended: where too few cases were valid because a covariate has hardly any values, that covariate is
+/// the fault.
 DataFault CheckRegressionData(const RegressionResults& results, RegressionStatus status,
-                              bool parametersNeedEvents);
+                              bool covariatesNeedEvents);
 
 /// The cases that would be valid if no covariate were missing.
 std::int32_t ValidOtherwise(const RegressionResults& results);

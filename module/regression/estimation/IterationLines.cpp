@@ -21,9 +21,10 @@ std::string Right(std::string text, std::size_t width) {
 
 } // namespace
 
-IterationLines::IterationLines(CAnalysisSupport& host, std::size_t parameters)
-    : host_(host), header_(Text(StrRegIterationHeader)) {
-    if (parameters > mostParametersShown) header_ += Text(StrRegFirstFive);
+IterationLines::IterationLines(CAnalysisSupport& host, std::size_t covariates, bool withLikelihood)
+    : host_(host), withLikelihood_(withLikelihood),
+      header_(Text(withLikelihood ? StrRegIterationHeader : StrRegParametersHeader)) {
+    if (covariates > mostParametersShown) header_ += Text(StrRegFirstFive);
     host_.bstart();
     Write(header_);
 }
@@ -36,10 +37,18 @@ IterationLines::~IterationLines() {
 }
 
 void IterationLines::Add(int iteration, double logLikelihood, std::span<const double> parameters) {
-    std::string line = Right(FormatCount(iteration), iterationWidth) + " " +
-                       Right(FormatInWidth(logLikelihood, numberWidth), numberWidth);
+    std::string line = Right(FormatCount(iteration), iterationWidth);
+    if (withLikelihood_) line += " " + Right(FormatInWidth(logLikelihood, numberWidth), numberWidth);
     for (const double parameter : parameters.first(std::min(parameters.size(), mostParametersShown)))
         line += " " + Right(FormatInWidth(parameter, numberWidth), numberWidth);
+    Keep(std::move(line));
+}
+
+void IterationLines::Say(int text) {
+    if (!last_.empty()) Keep(Whole(text));
+}
+
+void IterationLines::Keep(std::string line) {
     Write(line);
     if (last_.size() == mostKept) last_.erase(last_.begin());
     last_.push_back(std::move(line));

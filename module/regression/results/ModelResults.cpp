@@ -4,8 +4,10 @@
 
 namespace ozm::survival {
 
-const ModelResults& ResultsOf(RegressionKind /*kind*/) {
-    return coxResults;
+extern const ModelResults parametricResults;
+
+const ModelResults& ResultsOf(RegressionKind kind) {
+    return kind == RegressionKind::ProportionalHazards ? coxResults : parametricResults;
 }
 
 } // namespace ozm::survival

@@ -1,4 +1,5 @@
-#include "module/regression/RegressionModels.h"
+#include "module/regression/cox/CoxDiagnosis.h"
+#include "module/regression/cox/FitCox.h"
 #include "module/regression/estimation/ModelTests.h"
 #include "module/regression/results/ModelResults.h"
 #include "module/regression/results/ParameterTables.h"
@@ -82,10 +83,9 @@ std::optional<StratumFit> FitBlock(const RegReportOf& of, std::size_t begin, std
         }
     const IterationLimits limits{of.Results().criterion, of.state.settings.maximumIterations};
     const auto watch = [&](int, double, std::span<const double>) { return StopRequested(of.host); };
-    const RegressionModel& model = *FindRegressionModel(of.Results().kind);
-    fit.status = model.fit(sample, limits, watch, fit.estimates, fit.estimate);
+    fit.status = FitCox(sample, limits, watch, fit.estimates, fit.estimate);
     if (fit.status == EstimationStatus::Stopped) return fit;
-    const Diagnosis diagnosis = model.diagnose(sample, fit.estimates, fit.estimate, fit.status);
+    const Diagnosis diagnosis = DiagnoseCox(sample, fit.estimates, fit.estimate, fit.status);
     if (!diagnosis.unbounded.empty() || !diagnosis.unboundedTogether.empty())
         fit.whyNot = Filled(StrRegWhyUnbounded, {Listed(UnboundedNames(of.Results(), diagnosis), StrAnd)});
     else if (fit.status != EstimationStatus::Success)

@@ -61,7 +61,6 @@ TEST(CoxDiagnosis, NamesALikelihoodWithoutAMaximumAndNoOther) {
     const auto draw = [&](int least, int most) {
         return std::uniform_int_distribution<int>(least, most)(random);
     };
-    const RegressionModel& model = *FindRegressionModel(RegressionKind::ProportionalHazards);
     int without = 0;
     int failed = 0;
     int missed = 0;
@@ -91,9 +90,9 @@ TEST(CoxDiagnosis, NamesALikelihoodWithoutAMaximumAndNoOther) {
                 each = draw(-60, 60) / 10.0;
         const double criterion = data % 3 == 0 ? 0.1 : 0.0001;
         NewtonEstimate estimate;
-        const EstimationStatus status = model.fit(
+        const EstimationStatus status = FitCox(
             sample, {criterion, 50, 0.0}, [](int, double, auto) { return false; }, parameters, estimate);
-        const Diagnosis found = model.diagnose(sample, parameters, estimate, status);
+        const Diagnosis found = DiagnoseCox(sample, parameters, estimate, status);
         const bool named = !found.unbounded.empty() || !found.unboundedTogether.empty();
         const bool has = !HasNoMaximum(cases, covariates);
         // Where covariates depend on each other, a direction is as good as another.

@@ -47,6 +47,8 @@ protected:
         results.names = cases.names;
         for (std::size_t k = results.names.size(); k < cases.x.size(); ++k)
             results.names.push_back("x" + std::to_string(k + 1));
+        results.parameterNames = results.names;
+        results.covariates.assign(results.names.size(), 0);
         results.missing.assign(cases.x.size(), 0);
         if (!cases.code.empty()) {
             results.stratumVariable = 3;

@@ -1,0 +1,151 @@
+#include "module/regression/models/Models.h"
+#include "module/regression/models/ParametricReasons.h"
+#include "module/regression/parametric/CensoredNormal.h"
+#include "module/regression/parametric/FitCensoredNormal.h"
+#include "module/regression/parametric/NormalInformation.h"
+#include "module/resources/Groups.h"
+#include "module/resources/Regression.h"
+#include "module/resources/Resources.h"
+#include "module/survdata/ReportLines.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace ozm::survival {
+namespace {
+
+// The normal model of the times, and the lognormal one: that of their logarithms.
+
+std::vector<double> Logarithms(std::span<const double> times) {
+    std::vector<double> logarithms(times.size());
+    std::ranges::transform(times, logarithms.begin(), [](double time) { return std::log(time); });
+    return logarithms;
+}
+
+Outcome OutcomeOf(EmStatus status) {
+    const auto code = static_cast<int>(status);
+    switch (status) {
+    case EmStatus::Success:
+        return {};
+    case EmStatus::Stopped:
+        return {Ending::Stopped, code, 0, {}};
+    case EmStatus::TooManyIterations:
+        return {Ending::UsedUp, code, StrRegNotConverged, {}};
+    case EmStatus::Singular:
+    case EmStatus::SingularStart:
+        return {Ending::Failed, code, StrRegSingular, {}};
+    case EmStatus::TooFewUncensored:
+        return {Ending::Failed, code, StrRegTooFewForModel, {}};
+    case EmStatus::NotFinite:
+        return {Ending::Failed, code, StrRegNoModelLikelihood, Whole(StrRegNoScale)};
+    default:
+        return {Ending::Failed, code, StrRegEmError, FormatCount(code)};
+    }
+}
+
+/// The estimation with these responses.
+class NormalFit {
+public:
+    NormalFit(EstimationRun& run, std::span<const double> y)
+        : run_(run), y_(y), cases_(CasesOf(run.sample, y)) {}
+
+    Outcome Compute() {
+        if (run_.parameters.empty()) run_.parameters.assign(cases_.covariates + 2, 0.0);
+        const int most = run_.further > 0 ? run_.further : run_.limits.most;
+        Outcome outcome = OutcomeOf(Estimate(cases_, most, run_.parameters, run_.estimate.iterations));
+        if (outcome.code == static_cast<int>(EmStatus::TooFewUncensored))
+            outcome.detail = CountOfParameters(run_.sample, run_.parameters.size());
+        if (outcome.ending != Ending::Estimated) return outcome;
+        Show(StrRegComputingLikelihood);
+        NewtonEstimate& estimate = run_.estimate;
+        estimate.nullScore = std::numeric_limits<double>::quiet_NaN();
+        estimate.logLikelihood = CensoredNormalLogLikelihood(cases_, run_.parameters);
+        if (!std::isfinite(estimate.logLikelihood) ||
+            !NormalInformation(run_.sample, y_, run_.parameters, estimate.gradient, estimate.covariance))
+            return {Ending::Failed, 0, StrRegNoModelLikelihood, Whole(StrRegNoScale)};
+        Show(StrRegEstimatingNull);
+        return Null();
+    }
+
+private:
+    EmStatus Estimate(const CensoredCases& cases, int most, std::vector<double>& parameters,
+                      int& iterations) const {
+        const std::vector<double> tolerances(parameters.size(), run_.limits.criterion);
+        return FitCensoredNormal(cases, {tolerances, most}, run_.watch, parameters, iterations);
+    }
+    void Show(int text) const {
+        if (run_.show) run_.show(text);
+    }
+    Outcome Null() {
+        const CensoredCases bare = cases_.WithoutCovariates();
+        std::vector<double> parameters(2, 0.0);
+        int iterations = 0;
+        const Outcome outcome = OutcomeOf(Estimate(bare, run_.limits.most, parameters, iterations));
+        if (outcome.ending == Ending::Stopped) return outcome;
+        run_.estimate.nullLogLikelihood = CensoredNormalLogLikelihood(bare, parameters);
+        if (outcome.ending != Ending::Estimated || !std::isfinite(run_.estimate.nullLogLikelihood))
+            return {Ending::Failed, outcome.code, StrRegNoNullModel, {}};
+        return {};
+    }
+
+    EstimationRun& run_;
+    std::span<const double> y_;
+    CensoredCases cases_;
+};
+
+Outcome FitLognormal(EstimationRun& run) {
+    const std::span<const double> times = run.sample.Times();
+    const auto zero = std::ranges::find_if(times, [](double time) { return !(time > 0.0); });
+    if (zero == times.end()) return NormalFit(run, Logarithms(times)).Compute();
+    const auto first = static_cast<std::size_t>(zero - times.begin());
+    const auto count = std::ranges::count_if(times, [](double time) { return !(time > 0.0); });
+    return {Ending::Failed, 0, StrRegNoModelLikelihood,
+            Filled(StrRegNoLogarithm,
+                   {FormatExact(*zero), FormatCount(run.sample.CaseNumbers()[first]), FormatCount(count)})};
+}
+
+Outcome FitNormal(EstimationRun& run) {
+    return NormalFit(run, run.sample.Times()).Compute();
+}
+
+/// Nothing: the procedure makes its own of the uncensored cases where sigma is 0.
+std::vector<double> Start(const RegressionSample& sample) {
+    return std::vector<double>(sample.Covariates() + 2, 0.0);
+}
+
+std::vector<std::string> Explain(const EstimationRun& run, const Outcome& outcome) {
+    std::vector<std::string> texts = TellUnbounded(run);
+    const auto status = static_cast<EmStatus>(outcome.code);
+    const bool singular = status == EmStatus::Singular || status == EmStatus::SingularStart;
+    if (!singular || outcome.ending == Ending::Estimated || !texts.empty()) return texts;
+    texts = TellDependence(run);
+    if (texts.empty() && status == EmStatus::SingularStart) texts = TellDependenceAtStart(run);
+    if (texts.empty()) texts.push_back(TellTooLittle(run));
+    return texts;
+}
+
+constexpr int constantAndSigma[] = {StrRegConstant, StrRegSigma};
+
+} // namespace
+
+const RegressionModel lognormalModel{.kind = RegressionKind::Lognormal,
+                                     .name = StrRegLognormal,
+                                     .ownParameters = constantAndSigma,
+                                     .showsLikelihood = false,
+                                     .countsOn = true,
+                                     .firstText = StrPreparingData,
+                                     .start = Start,
+                                     .fit = FitLognormal,
+                                     .explain = Explain};
+const RegressionModel normalModel{.kind = RegressionKind::Normal,
+                                  .name = StrRegNormal,
+                                  .ownParameters = constantAndSigma,
+                                  .showsLikelihood = false,
+                                  .countsOn = true,
+                                  .firstText = StrPreparingData,
+                                  .start = Start,
+                                  .fit = FitNormal,
+                                  .explain = Explain};
+
+} // namespace ozm::survival

@@ -26,7 +26,7 @@ Outcome OutcomeOf(ExponentialStatus status) {
     switch (status) {
     case ExponentialStatus::Success:
         return {};
-    case ExponentialStatus::Stopped:
+    case ExponentialStatus::Stopped: // there are covariates: it is not the other condition of this number
         return {Ending::Stopped, code, 0, {}};
     case ExponentialStatus::TooManyIterations:
         return {Ending::Failed, code, StrRegTooManyIterations, {}};
@@ -38,7 +38,6 @@ Outcome OutcomeOf(ExponentialStatus status) {
     case ExponentialStatus::TooFewEvents:
         return {Ending::Failed, code, StrRegTooFewForModel, {}};
     case ExponentialStatus::NoCases:
-    case ExponentialStatus::NoCovariates:
     case ExponentialStatus::NotAFlag:
     case ExponentialStatus::NegativeTime:
         break;

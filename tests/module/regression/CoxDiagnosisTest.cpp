@@ -1,7 +1,7 @@
 // What is said of a likelihood without a maximum, against the geometry of small data of whole numbers.
 
 #include "module/regression/cox/CoxDiagnosis.h"
-#include "module/regression/RegressionModels.h"
+#include "module/regression/cox/FitCox.h"
 #include "tests/module/FakeHost.h"
 
 #include <array>

@@ -84,9 +84,9 @@ inline std::size_t PlaceOf(const std::vector<std::string>& names, const std::str
     throw std::runtime_error("no covariate " + name);
 }
 
-/// Cases that stand in the golden file.
-inline CoxCases CasesIn(const std::string& dataset) {
-    const auto data = GoldenCox().where("dataset", dataset).where("run", "data");
+/// Cases that stand in a golden file.
+inline CoxCases CasesIn(const std::string& dataset, const korvana::golden::Table& golden = GoldenCox()) {
+    const auto data = golden.where("dataset", dataset).where("run", "data");
     const auto quantities = data.texts("quantity");
     const auto of = data.texts("of");
     const Values values = data.numbers("value");

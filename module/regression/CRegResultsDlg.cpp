@@ -1,5 +1,6 @@
 #include "module/regression/CRegResultsDlg.h"
 
+#include "module/regression/RegressionModels.h"
 #include "module/regression/results/ModelResults.h"
 #include "module/resources/Resources.h"
 #include "module/survdata/ReportLines.h"
@@ -10,6 +11,13 @@
 #include <vector>
 
 namespace ozm::survival {
+namespace {
+
+constexpr RegressionKind kinds[] = {RegressionKind::ProportionalHazards, RegressionKind::Exponential,
+                                    RegressionKind::Lognormal, RegressionKind::Normal,
+                                    RegressionKind::TimeDependent};
+
+} // namespace
 
 CRegResultsDlg::CRegResultsDlg(CAnalysisSupport& host, SharedSettings& shared, RegressionState& state)
     : ResultsDialog(host, regressionResultsTemplate, regressionResultsInterface, shared), state_(state) {}
@@ -19,12 +27,21 @@ void CRegResultsDlg::OnOpen() {
     SetValue(RegCovariateValues, state_.output.covariateValues);
     if (!HasResults()) return;
     const ModelResults& model = ResultsOf(state_.results.kind);
+    DisableOutputsOfOthers(model);
     std::string summary{Text(model.title)};
     for (const ModelOutput& output : model.outputs)
         if (output.plotTitle != 0) summary += "\n" + Filled(output.plotName, {Whole(output.plotTitle)});
     for (const std::string& line : RegSummaryLines(Report()))
         summary += "\n" + line;
     SetValue(RegSummaryBox, std::move(summary));
+}
+
+void CRegResultsDlg::DisableOutputsOfOthers(const ModelResults& model) {
+    // A script has no buttons to look at: it is told.
+    if (Analysis().IsOleAutomation()) return;
+    for (const RegressionKind kind : kinds)
+        for (const ModelOutput& output : ResultsOf(kind).outputs)
+            Enable(output.control, model.Find(output.control) != nullptr);
 }
 
 void CRegResultsDlg::OnValueChanged(int control) {
@@ -38,18 +55,19 @@ OutputResult CRegResultsDlg::Output(int control) {
         return WriteRegSummary(Report());
     case RegCovariances:
         return WriteParameterCovariances(Report());
-    case RegStratified:
-        return WriteStratifiedAnalysis(Report());
     case RegMeans:
         return WriteCovariateMeans(Report());
     default:
         break;
     }
     const ModelOutput* output = ResultsOf(state_.results.kind).Find(control);
-    if (output == nullptr) return OutputResult::Failed(StrRegNotOfModel);
+    if (output == nullptr) {
+        refused_ = control;
+        return OutputResult::Failed(StrRegNotOfModel);
+    }
     if (control == RegUserPlot) {
-        if (state_.output.covariateValues.size() > state_.results.Parameters())
-            return OutputResult::Failed(StrCoxTooManyValues);
+        if (state_.output.covariateValues.size() > state_.results.names.size())
+            return OutputResult::Failed(StrRegTooManyValues);
         if (!AskForValues()) return OutputResult::NotMade();
     }
     return output->make(Report());
@@ -59,7 +77,7 @@ bool CRegResultsDlg::AskForValues() {
     if (Analysis().IsOleAutomation()) return true;
     const RegressionResults& results = state_.results;
     std::vector<double> values = state_.output.covariateValues;
-    values.resize(results.Parameters(), std::numeric_limits<double>::quiet_NaN());
+    values.resize(results.names.size(), std::numeric_limits<double>::quiet_NaN());
     for (std::size_t k = 0; k < values.size(); ++k)
         if (std::isnan(values[k])) values[k] = results.sample.Summary(k).mean;
     if (!Analysis().GetStartValues(results.names, values)) return false;
@@ -71,11 +89,19 @@ bool CRegResultsDlg::AskForValues() {
 }
 
 std::string CRegResultsDlg::Reason(int message) const {
-    if (message != StrCoxTooManyValues) return {};
+    const RegressionResults& results = state_.results;
     const auto count = [](std::size_t number) { return FormatCount(static_cast<long long>(number)); };
+    if (message == StrRegTooManyValues)
+        return "\n" + Filled(StrRegValuesFor, {count(state_.output.covariateValues.size()),
+                                               count(results.names.size()), Listed(results.names, 0)});
+    if (message != StrRegNotOfModel) return {};
+    std::vector<std::string> models;
+    for (const RegressionKind kind : kinds)
+        if (const RegressionModel* model = FindRegressionModel(kind);
+            model != nullptr && ResultsOf(kind).Find(refused_) != nullptr)
+            models.push_back(Whole(model->name));
     return "\n" +
-           Filled(StrCoxValuesFor, {count(state_.output.covariateValues.size()),
-                                    count(state_.results.Parameters()), Listed(state_.results.names, 0)});
+           Filled(StrRegOnlyOf, {Listed(models, StrAnd), Whole(FindRegressionModel(results.kind)->name)});
 }
 
 } // namespace ozm::survival

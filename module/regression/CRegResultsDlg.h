@@ -1,6 +1,7 @@
 #pragma once
 
 #include "module/regression/RegressionState.h"
+#include "module/regression/results/ModelResults.h"
 #include "module/regression/results/RegOutput.h"
 #include "module/resources/Regression.h"
 #include "module/resources/RegressionResults.h"
@@ -29,10 +30,12 @@ protected:
 private:
     [[nodiscard]] RegReportOf Report() const { return {Analysis(), Shared(), state_}; }
 
+    void DisableOutputsOfOthers(const ModelResults& model);
     /// Lets people edit the covariate values for the user-defined plot. False when they cancelled it.
     bool AskForValues();
 
     RegressionState& state_;
+    int refused_ = 0; ///< the last button whose output the model has not
 };
 
 } // namespace ozm::survival

@@ -6,11 +6,8 @@
 
 // clang-format off
 #define OZM_COX_RESULT_STRINGS(S) \
-    S(StrCoxSurvivalTitle, 21300, "Survival Function at the Means of the Covariates") \
     S(StrCoxMartingaleTitle, 21301, "Martingale Residuals vs. Linear Predictor") \
     S(StrCoxLogLogTitle, 21302, "Log Cumulative Hazard vs. Log Survival Time") \
-    S(StrCoxUserTitle, 21303, "Survival Function at Given Values of the Covariates") \
-    S(StrCoxAxisSurviving, 21304, "Cumulative Proportion Surviving") \
     S(StrCoxAxisPredictor, 21305, "Linear Predictor (Covariates less their Means)") \
     S(StrCoxAxisMartingale, 21306, "Martingale Residual") \
     S(StrCoxAxisLogTime, 21307, "Log Survival Time") \
@@ -23,49 +20,20 @@
     S(StrCoxNoteMartingale, 21312, \
       "A martingale residual is 1 for an event, 0 for a censored case, less the number of events expected of the " \
       "case up to its time; a bend in the points' course suggests that a covariate acts other than linearly.") \
-    S(StrCoxResidualsTitle, 21313, "Residuals") \
-    S(StrCoxColCase1, 21314, "Case") \
-    S(StrCoxColNumber, 21315, "Number") \
-    S(StrCoxColTime1, 21316, "Survival") \
-    S(StrCoxColTime2, 21317, "Time") \
-    S(StrCoxColCensored, 21318, "Censored") \
-    S(StrCoxColPredictor1, 21319, "Linear") \
-    S(StrCoxColPredictor2, 21320, "Predictr") \
-    S(StrCoxPredictorInFull, 21321, "Linear predictor") \
-    S(StrCoxColMartingale1, 21322, "Martngl.") \
-    S(StrCoxColResidual2, 21323, "Residual") \
-    S(StrCoxMartingaleInFull, 21324, "Martingale residual") \
-    S(StrCoxColDeviance1, 21325, "Deviance") \
-    S(StrCoxNoteCensored, 21326, "Note: Censored cases are marked with +") \
     S(StrCoxNotePredictor, 21327, \
       "The linear predictor is the sum of Beta times the covariate less its mean.") \
     S(StrCoxTableTitle, 21328, "Baseline Survival and Hazard (Breslow)") \
-    S(StrCoxUserTableTitle, 21329, "Survival at Given Values of the Covariates") \
-    S(StrCoxColAtRisk1, 21330, "Number") \
-    S(StrCoxColAtRisk2, 21331, "at Risk") \
-    S(StrCoxColEvents, 21332, "Events") \
-    S(StrCoxColCumulative1, 21333, "Cumulatv") \
     S(StrCoxColHazard2, 21334, "Hazard") \
     S(StrCoxHazardInFull, 21335, "Cumulative hazard") \
     S(StrCoxColHazardError2, 21336, "Std.Err.") \
     S(StrCoxHazardErrorInFull, 21337, "Standard error of the cumulative hazard") \
-    S(StrCoxColSurvival2, 21338, "Survival") \
-    S(StrCoxSurvivalInFull, 21339, "Cumulative survival") \
     S(StrCoxColAtZero1, 21340, "Hazard") \
     S(StrCoxColAtZero2, 21341, "at 0") \
     S(StrCoxAtZeroInFull, 21342, "Cumulative hazard with all covariates 0") \
     S(StrCoxNoteTable, 21343, \
       "Cumulative hazard (Breslow's estimator) and survival, exp(-hazard), are those at the means of the " \
       "covariates; the last column is the cumulative hazard where all covariates are 0.") \
-    S(StrCoxNoteValues, 21344, "Values of the covariates: %1.") \
-    S(StrCoxValue, 21345, "%1 = %2") \
-    S(StrCoxNoteMeans, 21346, "All covariates have their means.") \
     S(StrCoxNoteNoLimits, 21347, "The limits of so many curves are left out; the table has them.") \
-    S(StrCoxTooManyValues, 21348, "There are more values than covariates.") \
-    S(StrCoxValuesFor, 21349, "Values that are given: %1; covariates: %2 (%3).") \
-    S(StrCoxValuesTooFar, 21350, \
-      "The survival function cannot be computed at these values: they are too far from the data.") \
-    S(StrCoxLegendEstimate, 21351, "Survival") \
     S(StrCoxProportionalTitle, 21352, "Test of Proportional Hazards") \
     S(StrCoxColCorrelation, 21353, "Correltn") \
     S(StrCoxCorrelationInFull, 21354, "Correlation with the rank of time") \
@@ -90,22 +58,14 @@
     S(StrCoxForestTitle, 21368, "Hazard Ratios with %1% Limits") \
     S(StrCoxAxisRatio, 21369, "Hazard Ratio, exp(Beta), on a Logarithmic Scale") \
     S(StrCoxLegendRatio, 21371, "Hazard ratio") \
-    S(StrCoxLegendLimits, 21372, "%1% limits") \
-    S(StrCoxLegendNone, 21373, "No effect") \
     S(StrCoxNoteForest, 21374, \
       "A hazard ratio is per 1 unit of its variable. Limits that reach across 1 are compatible with no effect.") \
-    S(StrCoxNoteForestOut, 21375, "Left out, as the limits are beyond any scale: %1.") \
     S(StrCoxNoRatio, 21376, "No hazard ratio has limits that can be drawn.") \
     S(StrCoxColStratum, 21377, "Stratum") \
-    S(StrCoxNoteSurvivalMeans, 21378, \
-      "The survival of somebody whose covariates are the means, not the average survival of the cases.") \
     S(StrCoxNoteUserTable, 21379, \
       "Cumulative hazard (Breslow's estimator) and survival, exp(-hazard), of somebody with these covariates.") \
-    S(StrCoxLegendEvents, 21380, "Uncensored") \
-    S(StrCoxLegendCensored, 21381, "Censored") \
     S(StrCoxNoteNoCorrelation, 21382, \
       "No correlation, as all events have the same time, or all residuals are equal.") \
-    S(StrCoxNoteSomeValues, 21383, "Values of the covariates: %1; the others have their means.") \
     S(StrCoxNoteConcordance, 21384, \
       "Concordance: of all pairs of cases of which one is known to have had the event first, the share in which it " \
       "had the higher predicted risk; 0.5 is chance, 1 perfect.")

@@ -147,7 +147,51 @@
     S(StrRegPlotName1, 21022, "Plot 1:   %1") \
     S(StrRegPlotName2, 21023, "Plot 2:   %1") \
     S(StrRegPlotName3, 21024, "Plot 3:   %1") \
-    S(StrRegWhyUnbounded, 21025, "the estimates of %1 grow without bound")
+    S(StrRegWhyUnbounded, 21025, "the estimates of %1 grow without bound") \
+    S(StrRegFar, 21026, "Not at the maximum to three digits (a smaller criterion brings closer):   ") \
+    S(StrRegNoteFar, 21027, \
+      "As the gradient says, the maximum is not reached to three digits by %1: use a smaller convergence criterion.") \
+    S(StrRegOnlyOf, 21028, "It is an output of %1, and not of %2.") \
+    S(StrRegSurvivalTitle, 21300, "Survival Function at the Means of the Covariates") \
+    S(StrRegUserTitle, 21303, "Survival Function at Given Values of the Covariates") \
+    S(StrRegAxisSurviving, 21304, "Cumulative Proportion Surviving") \
+    S(StrRegResidualsTitle, 21313, "Residuals") \
+    S(StrRegColCase1, 21314, "Case") \
+    S(StrRegColCaseNumber, 21315, "Number") \
+    S(StrRegColTime1, 21316, "Survival") \
+    S(StrRegColTime2, 21317, "Time") \
+    S(StrRegColCensored, 21318, "Censored") \
+    S(StrRegColPredictor1, 21319, "Linear") \
+    S(StrRegColPredictor2, 21320, "Predictr") \
+    S(StrRegPredictorInFull, 21321, "Linear predictor") \
+    S(StrRegColMartingale1, 21322, "Martngl.") \
+    S(StrRegColResidual2, 21323, "Residual") \
+    S(StrRegMartingaleInFull, 21324, "Martingale residual") \
+    S(StrRegColDeviance1, 21325, "Deviance") \
+    S(StrRegNoteCensored, 21326, "Note: Censored cases are marked with +") \
+    S(StrRegUserTableTitle, 21329, "Survival at Given Values of the Covariates") \
+    S(StrRegColAtRisk1, 21330, "Number") \
+    S(StrRegColAtRisk2, 21331, "at Risk") \
+    S(StrRegColEvents, 21332, "Events") \
+    S(StrRegColCumulative1, 21333, "Cumulatv") \
+    S(StrRegColSurvival2, 21338, "Survival") \
+    S(StrRegSurvivalInFull, 21339, "Cumulative survival") \
+    S(StrRegNoteValues, 21344, "Values of the covariates: %1.") \
+    S(StrRegValueOf, 21345, "%1 = %2") \
+    S(StrRegNoteMeans, 21346, "All covariates have their means.") \
+    S(StrRegTooManyValues, 21348, "There are more values than covariates.") \
+    S(StrRegValuesFor, 21349, "Values that are given: %1; covariates: %2 (%3).") \
+    S(StrRegValuesTooFar, 21350, \
+      "The survival function cannot be computed at these values: they are too far from the data.") \
+    S(StrRegLegendEstimate, 21351, "Survival") \
+    S(StrRegLegendLimits, 21372, "%1% limits") \
+    S(StrRegLegendNoEffect, 21373, "No effect") \
+    S(StrRegNoteForestOut, 21375, "Left out, as the limits are beyond any scale: %1.") \
+    S(StrRegNoteSurvivalMeans, 21378, \
+      "The survival of somebody whose covariates are the means, not the average survival of the cases.") \
+    S(StrRegLegendEvents, 21380, "Uncensored") \
+    S(StrRegLegendCensored, 21381, "Censored") \
+    S(StrRegNoteSomeValues, 21383, "Values of the covariates: %1; the others have their means.")
 // clang-format on
 
 namespace ozm::survival {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "module/resources/CoxResultTexts.h"
+#include "module/resources/ParametricResultTexts.h"
 #include "module/resources/RegressionResultTexts.h"
 #include "module/resources/Shared.h"
 
@@ -26,6 +27,7 @@ enum RegressionResultsControl : int {
     RegSchoenfeld = 1214,
     RegPlotSchoenfeld = 1215,
     RegForest = 1216,
+    RegComparison = 1217,
 };
 
 inline constexpr std::uint8_t regressionLevelPages[] = {0, 1};
@@ -38,7 +40,7 @@ inline constexpr ControlTemplate regressionResultsControls[] = {
      .pages = onFirstPage},
     {.id = RegStratified, .text = "!249Stra&tified analysis", .pages = onFirstPage},
     {.id = RegMeans, .text = "!249&Means and standard deviations", .pages = onFirstPage},
-    {.id = RegForest, .text = "!228&Forest plot of hazard ratios", .pages = onFirstPage},
+    {.id = RegForest, .text = "!228&Forest plot of ratios exp(beta)", .pages = onFirstPage},
     {.id = RegPlot1, .text = "!228Plot &1", .pages = onSecondPage},
     {.id = RegPlot2, .text = "!228Plot &2", .pages = onSecondPage},
     {.id = RegPlot3, .text = "!228Plot &3", .pages = onSecondPage},
@@ -54,6 +56,7 @@ inline constexpr ControlTemplate regressionResultsControls[] = {
     {.id = RegProportionality, .text = "!249&Test of proportional hazards", .pages = onThirdPage},
     {.id = RegSchoenfeld, .text = "!249&Scaled Schoenfeld residuals", .pages = onThirdPage},
     {.id = RegPlotSchoenfeld, .text = "!228&Plot of scaled Schoenfeld residuals", .pages = onThirdPage},
+    {.id = RegComparison, .text = "!249Com&parison of parametric models", .pages = onFirstPage},
     {.id = RegLevel,
      .kind = ControlKind::Real,
      .text = "Conf. &Level:",
@@ -84,13 +87,15 @@ inline constexpr AutomationMember regressionResultsMembers[] = {
     {"CovariateValues", MemberKind::Property, MemberType::Numbers, RegCovariateValues,
      "Values of the covariates, in their order, for the user-defined plot; nothing, or no number, is the "
      "mean"},
-    OutputMember("SurvivalTable", RegSurvivalTable, "Baseline survival and cumulative hazard"),
-    OutputMember("Residuals", RegResiduals, "Martingale and deviance residuals"),
+    OutputMember("SurvivalTable", RegSurvivalTable, "Survival at the means of the covariates: baseline, or fitted and Kaplan-Meier"),
+    OutputMember("Residuals", RegResiduals, "Residuals of all cases (depend on type model that was fit)"),
     OutputMember("ProportionalHazardsTest", RegProportionality, "Test of proportional hazards"),
     OutputMember("ScaledSchoenfeldResiduals", RegSchoenfeld, "Scaled Schoenfeld residuals"),
     OutputMember("PlotOfScaledSchoenfeldResiduals", RegPlotSchoenfeld,
                  "Plot of scaled Schoenfeld residuals, one per covariate"),
-    OutputMember("ForestPlot", RegForest, "Hazard ratios with their limits"),
+    OutputMember("ForestPlot", RegForest, "Ratios exp(beta), of hazards or survival times, with their limits"),
+    OutputMember("ModelComparison", RegComparison,
+                 "Exponential, lognormal and normal model of the same cases: log-likelihoods, Akaike's criterion"),
 };
 inline constexpr AutomationInterface regressionResultsInterface{"SurRegressionResults", "CRegResultsDlg",
                                                                 "Survival Analysis regression results dialog",

@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::span<const StringResource> stringTables[] = {
     startupStrings, sharedStrings,    groupStrings,      kaplanStrings,           twoSampleStrings,
-    kSampleStrings, lifeTableStrings, regressionStrings, regressionResultStrings, coxResultStrings};
+    kSampleStrings, lifeTableStrings, regressionStrings, regressionResultStrings, coxResultStrings, parametricResultStrings};
 
 constexpr const DialogTemplate* dialogs[] = {&taskTemplate,
                                              &lifeRawTemplate,

@@ -38,14 +38,15 @@ protected:
 };
 INSTANTIATE_TEST_SUITE_P(Analyses, EveryAnalysis,
                          testing::Values(&test::lifeRaw, &test::lifeOfTable, &test::kaplan, &test::twoSamples,
-                                         &test::kSamples, &test::coxStratified),
+                                         &test::kSamples, &test::coxStratified,
+                                         &test::exponentialRegression, &test::normalRegression),
                          [](const auto& one) { return std::string{one.param->name}; });
 
 /// Those with times, a censoring indicator and codes.
 class EveryAnalysisOfCases : public EveryAnalysis {};
 INSTANTIATE_TEST_SUITE_P(Analyses, EveryAnalysisOfCases,
                          testing::Values(&test::lifeRaw, &test::kaplan, &test::twoSamples, &test::kSamples,
-                                         &test::coxStratified),
+                                         &test::coxStratified, &test::exponentialRegression),
                          [](const auto& one) { return std::string{one.param->name}; });
 
 TEST_P(EveryAnalysisOfCases, ChecksSelectionsAndLeavesTheDialogOpen) {

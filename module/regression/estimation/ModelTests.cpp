@@ -3,6 +3,7 @@
 #include "module/regression/estimation/LuFactors.h"
 #include "module/survdata/ChiSquareTail.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numeric>
@@ -41,6 +42,21 @@ ModelTests TestModel(std::span<const double> estimates, const NewtonEstimate& es
     return {ChiSquareOf(2.0 * (estimate.logLikelihood - estimate.nullLogLikelihood), df),
             ChiSquareOf(estimate.nullScore, df),
             ChiSquareOf(WaldStatistic(estimates, estimate.covariance), df)};
+}
+
+std::vector<std::size_t> ParametersOffTheMaximum(std::span<const double> estimates,
+                                                 const NewtonEstimate& estimate) {
+    constexpr double threeDigits = 0.0005;
+    const SquareMatrix& v = estimate.covariance;
+    std::vector<std::size_t> off;
+    for (std::size_t k = 0; k < estimates.size(); ++k) {
+        double step = 0.0;
+        for (std::size_t l = 0; l < estimates.size(); ++l)
+            step += v(k, l) * estimate.gradient[l];
+        if (std::abs(step) > threeDigits * std::max(std::abs(estimates[k]), std::sqrt(v(k, k))))
+            off.push_back(k);
+    }
+    return off;
 }
 
 } // namespace ozm::survival

@@ -1,3 +1,4 @@
+#include "module/regression/results/CovariateValues.h"
 #include "module/regression/results/CoxCurves.h"
 #include "module/regression/results/CoxOutput.h"
 #include "module/resources/RegressionResults.h"
@@ -47,7 +48,7 @@ void FillSteps(ChartSeries& series, const StratumCurve& curve, double CoxSurviva
 
 ChartSeries Estimate(const RegReportOf& of, const StratumCurve& curve) {
     ChartSeries series =
-        Series(curve, CurveName(of, curve, StrCoxLegendEstimate), ChartSeries::Role::Estimate);
+        Series(curve, CurveName(of, curve, StrRegLegendEstimate), ChartSeries::Role::Estimate);
     FillSteps(series, curve, &CoxSurvivalPoint::survival);
     series.leaving = curve.leaving;
     return series;
@@ -58,7 +59,7 @@ CChartInfo SurvivalChart(int title) {
     chart.kind = CChartInfo::Kind::Step;
     chart.title = Text(title);
     chart.xAxis.title = Text(StrRegAxisTime);
-    chart.yAxis.title = Text(StrCoxAxisSurviving);
+    chart.yAxis.title = Text(StrRegAxisSurviving);
     chart.yAxis.min = 0.0;
     chart.yAxis.max = 1.0;
     return chart;
@@ -74,33 +75,15 @@ void AddLimits(const RegReportOf& of, const StratumCurve& curve, CChartInfo& cha
     chart.series.push_back(std::move(upper));
 }
 
-/// The values for the user-defined plot: those given, else the means. `described` names those given.
-std::vector<double> ValuesOf(const RegReportOf& of, std::string& described) {
-    const RegressionResults& results = of.Results();
-    const std::vector<double>& given = of.state.output.covariateValues;
-    std::vector<double> values;
-    std::vector<std::string> items;
-    for (std::size_t k = 0; k < results.Parameters(); ++k) {
-        const bool mean = k >= given.size() || std::isnan(given[k]);
-        values.push_back(mean ? results.sample.Summary(k).mean : given[k]);
-        if (!mean) items.push_back(Filled(StrCoxValue, {results.names[k], FormatNumber(given[k])}));
-    }
-    const int note = items.empty()                   ? StrCoxNoteMeans
-                     : items.size() == values.size() ? StrCoxNoteValues
-                                                     : StrCoxNoteSomeValues;
-    described = Filled(note, {Listed(items, 0)});
-    return values;
-}
-
 } // namespace
 
 OutputResult PlotCoxSurvival(const RegReportOf& of) {
     const StatusLine line(of.host, StrRegFitting);
-    CChartInfo chart = SurvivalChart(StrCoxSurvivalTitle);
+    CChartInfo chart = SurvivalChart(StrRegSurvivalTitle);
     for (const StratumCurve& curve : CurvesAtMeans(of))
         chart.series.push_back(Estimate(of, curve));
     chart.numbersAtRisk = chart.series.size() <= mostInDetail;
-    chart.notes.emplace_back(Text(StrCoxNoteSurvivalMeans));
+    chart.notes.emplace_back(Text(StrRegNoteSurvivalMeans));
     return ShowChart(of.host, chart);
 }
 
@@ -134,17 +117,17 @@ OutputResult PlotCoxLogLog(const RegReportOf& of) {
 OutputResult PlotCoxAtValues(const RegReportOf& of) {
     const StatusLine line(of.host, StrRegFitting);
     if (of.state.output.covariateValues.size() > of.Results().Parameters())
-        return OutputResult::Failed(StrCoxTooManyValues);
-    std::string described;
-    const std::vector<StratumCurve> curves = CurvesAt(of, ValuesOf(of, described));
+        return OutputResult::Failed(StrRegTooManyValues);
+    const CovariateValues values = ValuesForPlot(of);
+    const std::vector<StratumCurve> curves = CurvesAt(of, values.values);
     const bool computable = std::ranges::all_of(curves, [](const StratumCurve& curve) {
         return std::ranges::all_of(curve.points, [](const CoxSurvivalPoint& point) {
             return std::isfinite(point.lower) && std::isfinite(point.upper) && point.cumulativeHazard > 0.0;
         });
     });
-    if (!computable) return OutputResult::Failed(StrCoxValuesTooFar);
-    CChartInfo chart = SurvivalChart(StrCoxUserTitle);
-    chart.notes.push_back(described);
+    if (!computable) return OutputResult::Failed(StrRegValuesTooFar);
+    CChartInfo chart = SurvivalChart(StrRegUserTitle);
+    chart.notes.push_back(values.described);
     const bool limits = curves.size() <= mostInDetail;
     chart.numbersAtRisk = limits;
     if (!limits) chart.notes.emplace_back(Text(StrCoxNoteNoLimits));
@@ -153,7 +136,7 @@ OutputResult PlotCoxAtValues(const RegReportOf& of) {
         if (limits) AddLimits(of, curve, chart);
     }
     const OutputResult written =
-        WriteCurves(of, curves, {StrCoxUserTableTitle, StrCoxNoteUserTable, false}, described);
+        WriteCurves(of, curves, {StrRegUserTableTitle, StrCoxNoteUserTable, false}, values.described);
     return written.made ? ShowChart(of.host, chart) : written;
 }
 

@@ -1,5 +1,6 @@
 #include "module/regression/results/CoxCurves.h"
 
+#include "module/regression/results/CovariateValues.h"
 #include "module/regression/results/CoxOutput.h"
 #include "module/regression/results/ParameterTables.h"
 #include "module/resources/Regression.h"
@@ -39,10 +40,7 @@ std::vector<StratumCurve> CurvesAt(const RegReportOf& of, std::span<const double
 }
 
 std::vector<StratumCurve> CurvesAtMeans(const RegReportOf& of) {
-    std::vector<double> means;
-    for (std::size_t k = 0; k < of.Results().sample.Covariates(); ++k)
-        means.push_back(of.Results().sample.Summary(k).mean);
-    return CurvesAt(of, means);
+    return CurvesAt(of, CovariateMeans(of.Results()));
 }
 
 OutputResult WriteCurves(const RegReportOf& of, const std::vector<StratumCurve>& curves,
@@ -56,19 +54,19 @@ OutputResult WriteCurves(const RegReportOf& of, const std::vector<StratumCurve>&
     if (!furtherNote.empty()) table.AddFootnote(furtherNote);
     std::optional<ResultTable::Texts> stratum;
     if (results.Stratified()) stratum = table.AddTexts({"stratum", StrCoxColStratum});
-    const auto time = table.AddNumbers({"time", StrCoxColTime1, StrCoxColTime2}, general);
-    const auto atRisk = table.AddIntegers({"atRisk", StrCoxColAtRisk1, StrCoxColAtRisk2});
-    const auto events = table.AddIntegers({"events", StrCoxColEvents});
+    const auto time = table.AddNumbers({"time", StrRegColTime1, StrRegColTime2}, general);
+    const auto atRisk = table.AddIntegers({"atRisk", StrRegColAtRisk1, StrRegColAtRisk2});
+    const auto events = table.AddIntegers({"events", StrRegColEvents});
     const auto hazard = table.AddNumbers(
-        {"cumulativeHazard", StrCoxColCumulative1, StrCoxColHazard2, Whole(StrCoxHazardInFull)}, general);
+        {"cumulativeHazard", StrRegColCumulative1, StrCoxColHazard2, Whole(StrCoxHazardInFull)}, general);
     const auto error = table.AddNumbers(
         {"standardError", StrCoxColHazard2, StrCoxColHazardError2, Whole(StrCoxHazardErrorInFull)}, general);
     const auto survival = table.AddNumbers(
-        {"survival", StrCoxColCumulative1, StrCoxColSurvival2, Whole(StrCoxSurvivalInFull)}, share);
+        {"survival", StrRegColCumulative1, StrRegColSurvival2, Whole(StrRegSurvivalInFull)}, share);
     const auto lower =
-        AddLimit(table, "survivalLower", false, level, StrCoxColSurvival2, StrCoxSurvivalInFull, share);
+        AddLimit(table, "survivalLower", false, level, StrRegColSurvival2, StrRegSurvivalInFull, share);
     const auto upper =
-        AddLimit(table, "survivalUpper", true, level, StrCoxColSurvival2, StrCoxSurvivalInFull, share);
+        AddLimit(table, "survivalUpper", true, level, StrRegColSurvival2, StrRegSurvivalInFull, share);
     std::optional<ResultTable::Numbers> atZero;
     if (what.atZero)
         atZero = table.AddNumbers(

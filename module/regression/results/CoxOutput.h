@@ -19,7 +19,7 @@ OutputResult PlotCoxResiduals(const RegReportOf& of);
 /// Plot 3: the logarithm of the cumulative hazard against that of time, a curve per stratum.
 OutputResult PlotCoxLogLog(const RegReportOf& of);
 /// The survival function at the given values of the covariates with its limits, and its table. Fails with
-/// StrCoxTooManyValues or StrCoxValuesTooFar.
+/// StrRegTooManyValues or StrRegValuesTooFar.
 OutputResult PlotCoxAtValues(const RegReportOf& of);
 
 /// Breslow's estimator at the means of the covariates, one row per time of an event.
@@ -32,8 +32,6 @@ OutputResult WriteProportionality(const RegReportOf& of);
 OutputResult WriteSchoenfeld(const RegReportOf& of);
 /// One chart per covariate.
 OutputResult PlotSchoenfeld(const RegReportOf& of);
-
-OutputResult PlotForest(const RegReportOf& of);
 
 /// x'b at the means of the covariates.
 double MeanPredictor(const RegressionResults& results);

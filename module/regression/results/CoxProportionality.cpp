@@ -123,10 +123,10 @@ OutputResult WriteSchoenfeld(const RegReportOf& of) {
     const CellFormat format = CellFormat::general(8);
     ResultTable table{Whole(StrCoxSchoenfeldTitle)};
     table.AddFootnote(Whole(StrCoxNoteSchoenfeld));
-    const auto number = table.AddIntegers({"caseNumber", StrCoxColCase1, StrCoxColNumber});
-    const auto time = table.AddNumbers({"time", StrCoxColTime1, StrCoxColTime2}, format);
+    const auto number = table.AddIntegers({"caseNumber", StrRegColCase1, StrRegColCaseNumber});
+    const auto time = table.AddNumbers({"time", StrRegColTime1, StrRegColTime2}, format);
     const auto rank =
-        table.AddNumbers({"rank", StrCoxColRank1, StrCoxColTime2, Whole(StrCoxRankInFull)}, format);
+        table.AddNumbers({"rank", StrCoxColRank1, StrRegColTime2, Whole(StrCoxRankInFull)}, format);
     std::vector<ResultTable::Numbers> columns;
     for (std::size_t k = 0; k < results.Parameters(); ++k)
         columns.push_back(

@@ -1,5 +1,6 @@
 #include "module/regression/cox/Concordance.h"
 #include "module/regression/results/CoxOutput.h"
+#include "module/regression/results/Forest.h"
 #include "module/resources/RegressionResults.h"
 
 namespace ozm::survival {
@@ -13,8 +14,13 @@ std::vector<FitMeasure> Measures(const RegReportOf& of) {
             {StrRegConcordanceError, StrRegRowConcordanceError, found.error}};
 }
 
+OutputResult PlotHazardRatios(const RegReportOf& of) {
+    return PlotForest(
+        of, {StrCoxForestTitle, StrCoxAxisRatio, StrCoxLegendRatio, StrCoxNoteForest, StrCoxNoRatio});
+}
+
 constexpr ModelOutput outputs[] = {
-    {RegPlot1, PlotCoxSurvival, StrRegPlotName1, StrCoxSurvivalTitle},
+    {RegPlot1, PlotCoxSurvival, StrRegPlotName1, StrRegSurvivalTitle},
     {RegPlot2, PlotCoxResiduals, StrRegPlotName2, StrCoxMartingaleTitle},
     {RegPlot3, PlotCoxLogLog, StrRegPlotName3, StrCoxLogLogTitle},
     {RegUserPlot, PlotCoxAtValues},
@@ -23,13 +29,21 @@ constexpr ModelOutput outputs[] = {
     {RegProportionality, WriteProportionality},
     {RegSchoenfeld, WriteSchoenfeld},
     {RegPlotSchoenfeld, PlotSchoenfeld},
-    {RegForest, PlotForest},
+    {RegForest, PlotHazardRatios},
+    {RegStratified, WriteStratifiedAnalysis},
 };
 
 } // namespace
 
-const ModelResults coxResults{StrRegOutCox, StrRegTies, StrRegNoteExp,
-                              outputs,      Measures,   StrCoxNoteConcordance};
+const ModelResults coxResults{.title = StrRegOutCox,
+                              .lineOfModel = StrRegTies,
+                              .hasScoreTest = true,
+                              .exponents = StrRegNoteExp,
+                              .noteOnCriterion = StrRegNoteCriterion,
+                              .noteOnCovariance = StrRegNoteCovariance,
+                              .outputs = outputs,
+                              .measures = Measures,
+                              .noteOnMeasures = StrCoxNoteConcordance};
 
 double MeanPredictor(const RegressionResults& results) {
     double sum = 0.0;

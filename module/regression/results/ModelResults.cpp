@@ -1,13 +1,23 @@
 #include "module/regression/results/ModelResults.h"
 
 #include "module/regression/results/CoxOutput.h"
+#include "module/regression/results/ParametricOutput.h"
 
 namespace ozm::survival {
 
-extern const ModelResults parametricResults;
-
 const ModelResults& ResultsOf(RegressionKind kind) {
-    return kind == RegressionKind::ProportionalHazards ? coxResults : parametricResults;
+    switch (kind) {
+    case RegressionKind::Exponential:
+        return exponentialResults;
+    case RegressionKind::Lognormal:
+        return lognormalResults;
+    case RegressionKind::Normal:
+        return normalResults;
+    case RegressionKind::ProportionalHazards:
+    case RegressionKind::TimeDependent:
+        return coxResults;
+    }
+    return coxResults;
 }
 
 } // namespace ozm::survival

@@ -12,6 +12,7 @@ struct FitMeasure {
     int line; ///< text before it in the report
     int row;  ///< its name in the spreadsheet
     double value;
+    int digits = 8; ///< in the report
 };
 
 /// An output that a model has of its own, by the button that makes it.
@@ -23,11 +24,20 @@ struct ModelOutput {
     int plotTitle = 0;
 };
 
-/// What the results of a model have of their own.
+/// What the results of a model have of their own; of texts the numbers, 0: none.
 struct ModelResults {
-    int title;          ///< of the report
-    int lineOfModel;    ///< a line of the summary; 0: none
-    int noteOnExponent; ///< what exp(beta) is
+    int title;                 ///< of the report
+    int lineOfModel = 0;       ///< a line of the summary
+    int lineOfScale = 0;       ///< another: what the log-likelihoods are of
+    bool hasScoreTest = false; ///< beside likelihood ratio and Wald test
+    int exponents = 0;         ///< what exp(beta) is; 0: it means nothing
+    /// Of a model with parameters besides the coefficients, what they are. Its table has limits of all.
+    int noteOnParameters = 0;
+    /// Whether it is worth saying that the iteration ended before the maximum: not of one that does so by
+    /// design.
+    bool tellsDistance = false;
+    int noteOnCriterion = 0;
+    int noteOnCovariance = 0;
     std::span<const ModelOutput> outputs;
     std::vector<FitMeasure> (*measures)(const RegReportOf& of);
     int noteOnMeasures; ///< what they are

@@ -1,6 +1,5 @@
 #include "module/regression/results/ParameterTables.h"
 
-#include "module/regression/results/ModelResults.h"
 #include "module/resources/Regression.h"
 #include "module/resources/RegressionResults.h"
 #include "module/resources/Resources.h"
@@ -26,12 +25,12 @@ OutputResult WriteMatrix(const RegReportOf& of, int title, CellFormat format, in
     if (note != 0) table.AddFootnote(Whole(note));
     std::vector<ResultTable::Numbers> columns;
     for (std::size_t k = 0; k < size; ++k)
-        columns.push_back(
-            table.AddNumbers({.id = "covariate" + std::to_string(k + 1), .named = results.names[k]}, format));
+        columns.push_back(table.AddNumbers(
+            {.id = "parameter" + std::to_string(k + 1), .named = results.parameterNames[k]}, format));
     if (!table.AddRows(of.host, size)) return OutputResult::Failed(StrRegNoMemory);
     for (std::size_t row = 0; row < size; ++row) {
         if (ResultTable::StopsAt(of.host, row)) return OutputResult::NotMade();
-        table.NameRow(results.names[row]);
+        table.NameRow(results.parameterNames[row]);
         for (std::size_t k = 0; k < size; ++k)
             table[columns[k]][row] = cell(row, k);
     }
@@ -64,63 +63,103 @@ ResultTable::Numbers AddLimit(ResultTable& table, std::string_view id, bool uppe
         format);
 }
 
-ParameterColumns::ParameterColumns(ResultTable& table, double level)
-    : z_(ConfidenceZ(level)), beta_(table.AddNumbers({"beta", StrRegColBeta}, estimateFormat)),
+ParameterRole RoleOf(const RegressionResults& results, std::size_t parameter) {
+    const std::size_t covariates = results.names.size();
+    if (parameter < covariates) return ParameterRole::Coefficient;
+    return parameter == covariates ? ParameterRole::Constant : ParameterRole::Scale;
+}
+
+ParameterColumns::Limits ParameterColumns::AddLimits(ResultTable& table, const char* lowerId,
+                                                     const char* upperId, double level, int of) {
+    const auto lower = AddLimit(table, lowerId, false, level, of, of, estimateFormat);
+    return {lower, AddLimit(table, upperId, true, level, of, of, estimateFormat)};
+}
+
+ParameterColumns::ParameterColumns(ResultTable& table, double level, const ModelResults& model)
+    : model_(model), z_(ConfidenceZ(level)), beta_(table.AddNumbers({"beta", StrRegColBeta}, estimateFormat)),
       error_(table.AddNumbers({"standardError", StrRegColError1, StrRegColError2}, estimateFormat)),
       t_(table.AddNumbers({"t", StrRegColT}, estimateFormat)),
-      exp_(table.AddNumbers({"expBeta", StrRegColExp1}, estimateFormat)),
-      lower_(AddLimit(table, "expBetaLower", false, level, StrRegColExp1, StrRegColExp1, estimateFormat)),
-      upper_(AddLimit(table, "expBetaUpper", true, level, StrRegColExp1, StrRegColExp1, estimateFormat)),
+      limits_(model.noteOnParameters != 0
+                  ? std::optional{AddLimits(table, "betaLower", "betaUpper", level, StrRegColBeta)}
+                  : std::nullopt),
+      exponent_(model.exponents != 0
+                    ? std::optional{Exponent{
+                          table.AddNumbers({"expBeta", StrRegColExp1}, estimateFormat),
+                          AddLimits(table, "expBetaLower", "expBetaUpper", level, StrRegColExp1)}}
+                    : std::nullopt),
       wald_(table.AddNumbers({"wald", StrRegColWald1, StrRegColWald2, Whole(StrRegWaldInFull)},
                              estimateFormat)),
       p_(table.AddNumbers({"p", StrRegColP}, CellFormat::probability())) {}
 
-void ParameterColumns::Fill(ResultTable& table, std::size_t row, double beta, double variance) {
-    const auto put = [&](ResultTable::Numbers column, double value) {
-        cells_.Put(table, column, row, value);
-    };
-    const double error = std::sqrt(variance);
-    const ChiSquareStatistic wald = ChiSquareOf(beta / error * (beta / error), 1);
-    put(beta_, beta);
-    put(error_, error);
-    put(t_, beta / error);
-    put(exp_, std::exp(beta));
-    put(lower_, std::exp(beta - z_ * error));
-    put(upper_, std::exp(beta + z_ * error));
-    put(wald_, wald.value);
-    put(p_, wald.p);
+void ParameterColumns::Put(ResultTable& table, const Limits& limits, std::size_t row, double lower,
+                           double upper) {
+    cells_.Put(table, limits.lower, row, lower);
+    cells_.Put(table, limits.upper, row, upper);
 }
 
-void ParameterColumns::AddNotes(ResultTable& table, int noteOnExponent) const {
-    table.AddFootnote(Whole(noteOnExponent));
-    table.AddFootnote(Whole(StrRegNoteWald));
+void ParameterColumns::Fill(ResultTable& table, std::size_t row, double beta, double variance,
+                            ParameterRole role) {
+    const double error = std::sqrt(variance);
+    const bool isScale = role == ParameterRole::Scale;
+    const double reach = z_ * error;
+    const double factor = std::exp(reach / beta); // of the limits of a scale
+    cells_.Put(table, beta_, row, beta);
+    cells_.Put(table, error_, row, error);
+    if (limits_)
+        Put(table, *limits_, row, isScale ? beta / factor : beta - reach,
+            isScale ? beta * factor : beta + reach);
+    if (isScale) return;
+    const ChiSquareStatistic wald = ChiSquareOf(beta / error * (beta / error), 1);
+    cells_.Put(table, t_, row, beta / error);
+    cells_.Put(table, wald_, row, wald.value);
+    cells_.Put(table, p_, row, wald.p);
+    if (!exponent_ || role != ParameterRole::Coefficient) return;
+    cells_.Put(table, exponent_->value, row, std::exp(beta));
+    Put(table, exponent_->limits, row, std::exp(beta - reach), std::exp(beta + reach));
+}
+
+void ParameterColumns::AddNotes(ResultTable& table) const {
+    for (const int note : {model_.exponents, model_.noteOnParameters, int{StrRegNoteWald}})
+        if (note != 0) table.AddFootnote(Whole(note));
     cells_.AddNote(table);
+}
+
+std::vector<std::string> FarFromMaximum(const RegressionResults& results) {
+    std::vector<std::string> names;
+    if (!ResultsOf(results.kind).tellsDistance) return names;
+    for (const std::size_t k : ParametersOffTheMaximum(results.estimates, results.estimate))
+        names.push_back(results.parameterNames[k]);
+    return names;
 }
 
 OutputResult WriteParameters(const RegReportOf& of) {
     const RegressionResults& results = of.Results();
+    const ModelResults& model = ResultsOf(results.kind);
     ResultTable table{Whole(StrRegParametersTitle)};
     table.IsEssential();
-    ParameterColumns columns(table, of.state.output.confidenceLevel);
+    ParameterColumns columns(table, of.state.output.confidenceLevel, model);
     const auto gradient = table.AddNumbers({"gradient", StrRegColGradient}, estimateFormat);
     if (!table.AddRows(of.host, results.Parameters())) return OutputResult::Failed(StrRegNoMemory);
     for (std::size_t k = 0; k < results.Parameters(); ++k) {
         if (ResultTable::StopsAt(of.host, k)) return OutputResult::NotMade();
-        table.NameRow(results.names[k]);
-        columns.Fill(table, k, results.estimates[k], results.estimate.covariance(k, k));
+        table.NameRow(results.parameterNames[k]);
+        columns.Fill(table, k, results.estimates[k], results.estimate.covariance(k, k), RoleOf(results, k));
         table[gradient][k] = results.estimate.gradient[k];
     }
-    columns.AddNotes(table, ResultsOf(results.kind).noteOnExponent);
-    table.AddFootnote(Whole(ResultsOf(results.kind).noteOnMeasures));
-    table.AddFootnote(Filled(StrRegNoteCriterion, {FormatNumber(results.criterion, 7)}));
+    columns.AddNotes(table);
+    table.AddFootnote(Whole(model.noteOnMeasures));
+    table.AddFootnote(Filled(model.noteOnCriterion, {FormatNumber(results.criterion, 7)}));
+    if (const auto far = FarFromMaximum(results); !far.empty())
+        table.AddFootnote(Filled(StrRegNoteFar, {Listed(far, StrAnd)}));
     return table.Write(of.host);
 }
 
 OutputResult WriteParameterCovariances(const RegReportOf& of) {
     const StatusLine line(of.host, StrPrinting);
     const SquareMatrix& covariance = of.Results().estimate.covariance;
-    const OutputResult written = WriteMatrix(of, StrRegCovariancesTitle, estimateFormat, StrRegNoteCovariance,
-                                             [&](std::size_t k, std::size_t l) { return covariance(k, l); });
+    const OutputResult written =
+        WriteMatrix(of, StrRegCovariancesTitle, estimateFormat, ResultsOf(of.Results().kind).noteOnCovariance,
+                    [&](std::size_t k, std::size_t l) { return covariance(k, l); });
     if (!written.made) return written;
     return WriteMatrix(
         of, StrRegCorrelationsTitle, CellFormat::fixed(6), 0, [&](std::size_t k, std::size_t l) {

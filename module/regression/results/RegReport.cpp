@@ -10,7 +10,6 @@
 #include "module/survdata/ResultTable.h"
 #include "module/survdata/StatusLine.h"
 
-#include <array>
 #include <cmath>
 #include <span>
 #include <string>
@@ -28,7 +27,8 @@ struct Fit {
     std::size_t steepest = 0; ///< the parameter with the largest element of the gradient
 
     explicit Fit(const RegReportOf& of)
-        : tests(TestModel(of.Results().estimates, of.Results().estimate)),
+        : tests(TestModel(std::span{of.Results().estimates}.first(of.Results().names.size()),
+                          of.Results().estimate)),
           measures(ResultsOf(of.Results().kind).measures(of)) {
         const ParameterVector& gradient = of.Results().estimate.gradient;
         for (std::size_t k = 1; k < of.Results().Parameters(); ++k)
@@ -40,8 +40,8 @@ std::string Line(int id, const std::string& value) {
     return Whole(id) + value;
 }
 
-std::string NumberOrNot(double value) {
-    return std::isfinite(value) ? FormatNumber(value) : Whole(StrRegNotComputed);
+std::string NumberOrNot(double value, int digits) {
+    return std::isfinite(value) ? FormatNumber(value, digits) : Whole(StrRegNotComputed);
 }
 
 /// A list in lines of a page's width, the later ones indented.
@@ -97,21 +97,24 @@ std::string TestLine(int id, const ChiSquareStatistic& test) {
 std::vector<std::string> SummaryLines(const RegReportOf& of, const Fit& fit) {
     const RegressionResults& results = of.Results();
     const NewtonEstimate& estimate = results.estimate;
+    const ModelResults& model = ResultsOf(results.kind);
     std::vector<std::string> lines;
     AddVariables(of, lines);
     AddCounts(of, lines);
-    if (const int line = ResultsOf(results.kind).lineOfModel; line != 0) lines.emplace_back(Text(line));
+    if (model.lineOfModel != 0) lines.emplace_back(Text(model.lineOfModel));
     lines.push_back(Line(StrRegCriterion, FormatNumber(results.criterion, 7)) + "   " +
                     Line(StrRegIterations, FormatCount(estimate.iterations)));
     lines.push_back(Line(StrRegFinal, FormatNumber(estimate.logLikelihood, 10)));
     lines.push_back(Line(StrRegNull, FormatNumber(estimate.nullLogLikelihood, 10)));
+    if (model.lineOfScale != 0) lines.emplace_back(Text(model.lineOfScale));
     lines.push_back(TestLine(StrRegChiSquare, fit.tests.likelihoodRatio));
-    lines.push_back(TestLine(StrRegScore, fit.tests.score));
+    if (model.hasScoreTest) lines.push_back(TestLine(StrRegScore, fit.tests.score));
     lines.push_back(TestLine(StrRegWald, fit.tests.wald));
     for (const FitMeasure& measure : fit.measures)
-        lines.push_back(Line(measure.line, NumberOrNot(measure.value)));
+        lines.push_back(Line(measure.line, NumberOrNot(measure.value, measure.digits)));
     lines.push_back(Line(StrRegGradient, FormatNumber(estimate.gradient[fit.steepest])) +
-                    Filled(StrRegGradientOf, {results.names[fit.steepest]}));
+                    Filled(StrRegGradientOf, {results.parameterNames[fit.steepest]}));
+    if (const auto far = FarFromMaximum(results); !far.empty()) AddList(lines, Whole(StrRegFar), far);
     return lines;
 }
 
@@ -135,8 +138,9 @@ void WriteStrata(const RegReportOf& of) {
 }
 
 OutputResult WriteTests(const RegReportOf& of, const ModelTests& tests) {
-    const std::array rows{std::pair{StrRegRowLikelihood, tests.likelihoodRatio},
-                          std::pair{StrRegRowScore, tests.score}, std::pair{StrRegRowWald, tests.wald}};
+    std::vector<std::pair<int, ChiSquareStatistic>> rows{{StrRegRowLikelihood, tests.likelihoodRatio}};
+    if (ResultsOf(of.Results().kind).hasScoreTest) rows.emplace_back(StrRegRowScore, tests.score);
+    rows.emplace_back(StrRegRowWald, tests.wald);
     ResultTable table{Whole(StrRegTestsTitle)};
     table.RepeatsReport();
     const TestColumns columns(table);
@@ -177,6 +181,7 @@ OutputResult WriteFit(const RegReportOf& of, const Fit& fit) {
         table.NameRow(Whole(rows[row].first));
         table[value][row] = rows[row].second;
     }
+    if (const int scale = ResultsOf(results.kind).lineOfScale; scale != 0) table.AddFootnote(Whole(scale));
     return table.Write(of.host);
 }
 

@@ -180,7 +180,7 @@ OutputResult WriteParametersOf(const RegReportOf& of, const std::vector<StratumF
     ResultTable table{Whole(StrRegStrataParametersTitle)};
     const StratumColumns strata(of, table);
     const auto variable = table.AddTexts({"variable", StrRegColVariable});
-    ParameterColumns columns(table, of.state.output.confidenceLevel);
+    ParameterColumns columns(table, of.state.output.confidenceLevel, ResultsOf(results.kind));
     if (!table.AddRows(of.host, fitted * results.Parameters())) return OutputResult::Failed(StrRegNoMemory);
     std::size_t row = 0;
     for (std::size_t g = 0; g < fits.size(); ++g) {
@@ -189,10 +189,11 @@ OutputResult WriteParametersOf(const RegReportOf& of, const std::vector<StratumF
             if (ResultTable::StopsAt(of.host, row)) return OutputResult::NotMade();
             strata.Fill(table, row, g);
             table[variable][row] = results.names[k];
-            columns.Fill(table, row, fits[g].estimates[k], fits[g].estimate.covariance(k, k));
+            columns.Fill(table, row, fits[g].estimates[k], fits[g].estimate.covariance(k, k),
+                         ParameterRole::Coefficient);
         }
     }
-    columns.AddNotes(table, ResultsOf(results.kind).noteOnExponent);
+    columns.AddNotes(table);
     return table.Write(of.host);
 }
 

@@ -1,4 +1,4 @@
-#include "module/regression/results/CoxOutput.h"
+#include "module/regression/results/Forest.h"
 #include "module/resources/RegressionResults.h"
 #include "module/resources/Resources.h"
 #include "module/survdata/NormalQuantile.h"
@@ -15,7 +15,7 @@
 namespace ozm::survival {
 namespace {
 
-/// The logarithm of hazard ratios beyond which there is nothing to see.
+/// The logarithm of ratios beyond which there is nothing to see.
 constexpr double farthest = 35.0;
 
 void Add(ChartSeries& series, double x, double y) {
@@ -35,7 +35,7 @@ Forest Plant(const RegressionResults& results, double z) {
     Forest forest;
     std::vector<std::size_t> shown;
     const auto error = [&](std::size_t k) { return std::sqrt(results.estimate.covariance(k, k)); };
-    for (std::size_t k = 0; k < results.Parameters(); ++k) {
+    for (std::size_t k = 0; k < results.names.size(); ++k) {
         if (std::abs(results.estimates[k]) + z * error(k) < farthest)
             shown.push_back(k);
         else
@@ -56,29 +56,29 @@ Forest Plant(const RegressionResults& results, double z) {
 
 } // namespace
 
-OutputResult PlotForest(const RegReportOf& of) {
+OutputResult PlotForest(const RegReportOf& of, const ForestTexts& texts) {
     const StatusLine line(of.host, StrRegFitting);
     const double level = of.state.output.confidenceLevel;
     const std::string percent = LevelInPercent(level);
     Forest forest = Plant(of.Results(), ConfidenceZ(level));
-    if (forest.names.empty()) return OutputResult::Failed(StrCoxNoRatio);
+    if (forest.names.empty()) return OutputResult::Failed(texts.noRatio);
     CChartInfo chart;
-    chart.title = Filled(StrCoxForestTitle, {percent});
-    chart.xAxis.title = Text(StrCoxAxisRatio);
+    chart.title = Filled(texts.title, {percent});
+    chart.xAxis.title = Text(texts.axis);
     chart.xAxis.logarithmic = true;
     const auto top = static_cast<double>(forest.names.size()) + 0.5;
     chart.yAxis.min = 0.5;
     chart.yAxis.max = top;
     chart.yAxis.names.assign(forest.names.rbegin(), forest.names.rend());
-    chart.notes.emplace_back(Text(StrCoxNoteForest));
+    chart.notes.emplace_back(Text(texts.note));
     if (!forest.leftOut.empty())
-        chart.notes.push_back(Filled(StrCoxNoteForestOut, {Listed(forest.leftOut, StrAnd)}));
-    forest.ratios.legend = Text(StrCoxLegendRatio);
+        chart.notes.push_back(Filled(StrRegNoteForestOut, {Listed(forest.leftOut, StrAnd)}));
+    forest.ratios.legend = Text(texts.legend);
     forest.ratios.style = ChartSeries::Style::Markers;
     forest.ratios.marker = ChartSeries::Marker::Square;
-    forest.limits.legend = Filled(StrCoxLegendLimits, {percent});
+    forest.limits.legend = Filled(StrRegLegendLimits, {percent});
     ChartSeries none;
-    none.legend = Text(StrCoxLegendNone);
+    none.legend = Text(StrRegLegendNoEffect);
     none.role = ChartSeries::Role::LowerBound; // thin and dashed
     none.group = 1;
     Add(none, 1.0, 0.5);

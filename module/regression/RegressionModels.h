@@ -34,7 +34,8 @@ struct EstimationRun {
     std::size_t strata = 1;
     IterationLimits limits;
     bool startGiven = false; ///< start values other than the model's own
-    int further = 0;         ///< continued: so many iterations more, from the parameters as they are
+    int made = 0;            ///< continued: iterations so far, which ended at the parameters; else 0
+    int further = 0;         ///< continued: so many more
     /// On entry start values, or nothing for the model's own; estimates afterwards, on the scale of the data.
     std::vector<double>& parameters;
     NewtonEstimate& estimate;

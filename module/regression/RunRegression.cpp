@@ -115,8 +115,8 @@ private:
 };
 
 Outcome Estimation::Fit(EstimationRun& run, StatusLine& line) {
-    const int before = model_.countsOn ? iterations_ : 0;
-    run.further = before > 0 ? furtherIterations : 0;
+    run.made = model_.countsOn ? iterations_ : 0;
+    run.further = furtherIterations;
     run.limits.most = state_.settings.maximumIterations;
     run.estimate = {};
     IterationLines lines(host_, run.covariates.size(), model_.showsLikelihood);
@@ -125,7 +125,7 @@ Outcome Estimation::Fit(EstimationRun& run, StatusLine& line) {
         lines.Say(text);
     };
     run.watch = [&](int iteration, double logLikelihood, std::span<const double> at) {
-        lines.Add(before + iteration, logLikelihood, at);
+        lines.Add(iteration, logLikelihood, at);
         return StopRequested(host_);
     };
     Outcome outcome = model_.fit(run);
@@ -153,6 +153,7 @@ void Estimation::Explain(const EstimationRun& run) {
         reasons_ += (reasons_.empty() ? "" : "\n") + text;
     }
 }
+
 EstimationEnd Estimation::Compute(StatusLine& line) {
     RegressionResults& results = state_.results;
     const std::vector<double>& start = state_.settings.startValues;

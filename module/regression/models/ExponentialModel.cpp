@@ -66,7 +66,7 @@ Outcome Fit(EstimationRun& run) {
     Take(fit, run.estimate);
     Outcome outcome = OutcomeOf(status);
     if (status == ExponentialStatus::TooFewEvents)
-        outcome.detail = CountOfParameters(run.sample, fit.parameters.size());
+        outcome.detail = CountOfParameters(run.sample, run.covariates.size() + 1);
     return outcome;
 }
 

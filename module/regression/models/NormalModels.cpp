@@ -52,8 +52,9 @@ public:
 
     Outcome Compute() {
         if (run_.parameters.empty()) run_.parameters.assign(cases_.covariates + 2, 0.0);
-        const int most = run_.further > 0 ? run_.further : run_.limits.most;
-        Outcome outcome = OutcomeOf(Estimate(cases_, most, run_.parameters, run_.estimate.iterations));
+        const int most = run_.made > 0 ? run_.further : run_.limits.most;
+        Outcome outcome =
+            OutcomeOf(Estimate(cases_, most, run_.made, run_.parameters, run_.estimate.iterations));
         if (outcome.code == static_cast<int>(EmStatus::TooFewUncensored))
             outcome.detail = CountOfParameters(run_.sample, run_.parameters.size());
         if (outcome.ending != Ending::Estimated) return outcome;
@@ -69,10 +70,13 @@ public:
     }
 
 private:
-    EmStatus Estimate(const CensoredCases& cases, int most, std::vector<double>& parameters,
+    EmStatus Estimate(const CensoredCases& cases, int most, int made, std::vector<double>& parameters,
                       int& iterations) const {
         const std::vector<double> tolerances(parameters.size(), run_.limits.criterion);
-        return FitCensoredNormal(cases, {tolerances, most}, run_.watch, parameters, iterations);
+        const auto watch = [&](int iteration, double logLikelihood, std::span<const double> at) {
+            return run_.watch(made + iteration, logLikelihood, at);
+        };
+        return FitCensoredNormal(cases, {tolerances, most}, watch, parameters, iterations);
     }
     void Show(int text) const {
         if (run_.show) run_.show(text);
@@ -81,7 +85,7 @@ private:
         const CensoredCases bare = cases_.WithoutCovariates();
         std::vector<double> parameters(2, 0.0);
         int iterations = 0;
-        const Outcome outcome = OutcomeOf(Estimate(bare, run_.limits.most, parameters, iterations));
+        const Outcome outcome = OutcomeOf(Estimate(bare, run_.limits.most, 0, parameters, iterations));
         if (outcome.ending == Ending::Stopped) return outcome;
         run_.estimate.nullLogLikelihood = CensoredNormalLogLikelihood(bare, parameters);
         if (outcome.ending != Ending::Estimated || !std::isfinite(run_.estimate.nullLogLikelihood))

@@ -1,9 +1,9 @@
 #include "module/regression/cox/RiskSetSums.h"
 
+#include "module/regression/estimation/CaseRows.h"
 #include "module/regression/estimation/CrossProducts.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <vector>
 
@@ -11,8 +11,6 @@ namespace ozm::survival {
 namespace {
 
 constexpr std::size_t chunk = 64; ///< cases whose covariates are in use at a time
-
-using Rows = std::array<ParameterVector, chunk>;
 
 // Each function is translated for vectors of several widths. Its sums are the same in all of them: they run
 // over the cases, while a vector holds neighbouring covariates, or over the covariates, while it holds
@@ -39,27 +37,6 @@ template <std::size_t Lanes>
     return true;
 }
 
-/// The covariates of some cases, case by case.
-template <std::size_t Lanes>
-[[gnu::always_inline]] inline void TurnIntoRows(const OrderedSample& sample, std::size_t first,
-                                                std::size_t count, Rows& rows) {
-    const auto column = [&](std::size_t k) { return sample.Column(k) + first; };
-    const std::size_t wholeCases = count / Lanes * Lanes;
-    const std::size_t wholeColumns = sample.covariates / Lanes * Lanes;
-    for (std::size_t k = 0; k < wholeColumns; k += Lanes)
-        for (std::size_t i = 0; i < wholeCases; i += Lanes) {
-            LaneSquare<Lanes> square;
-            for (std::size_t l = 0; l < Lanes; ++l)
-                square.Read(l, column(k + l) + i);
-            square.Transpose();
-            for (std::size_t l = 0; l < Lanes; ++l)
-                square.Write(l, &rows[i + l][k]);
-        }
-    for (std::size_t k = 0; k < sample.covariates; ++k)
-        for (std::size_t i = k < wholeColumns ? wholeCases : 0; i < count; ++i)
-            rows[i][k] = column(k)[i];
-}
-
 template <std::size_t Lanes>
 [[gnu::always_inline]] inline void Sum(const OrderedSample& sample, const RiskSetTerms& terms,
                                        std::span<double> gradient, SquareMatrix& information) {
@@ -67,14 +44,15 @@ template <std::size_t Lanes>
     const std::size_t padded = (size + Lanes - 1) / Lanes * Lanes;
     CrossProducts<Lanes> within(size);  // sum of d S2/S0
     CrossProducts<Lanes> between(size); // sum of d (S1/S0)(S1/S0)'
-    alignas(64) Rows rows{};
+    alignas(64) CaseRows<chunk> rows{};
     alignas(64) ParameterVector u{};
     alignas(64) ParameterVector s1{};
     std::size_t block = 0;
     std::size_t blockEnd = 0;
     for (std::size_t first = 0; first < sample.cases; first += chunk) {
         const std::size_t count = std::min(chunk, sample.cases - first);
-        TurnIntoRows<Lanes>(sample, first, count, rows);
+        TurnIntoRows<Lanes>(
+            size, count, [&](std::size_t k) { return sample.Column(k) + first; }, rows);
         for (std::size_t c = 0; c < count; ++c) {
             const std::size_t i = first + c;
             while (i == blockEnd) {

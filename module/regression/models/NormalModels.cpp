@@ -2,7 +2,6 @@
 #include "module/regression/models/ParametricReasons.h"
 #include "module/regression/parametric/CensoredNormal.h"
 #include "module/regression/parametric/FitCensoredNormal.h"
-#include "module/regression/parametric/NormalInformation.h"
 #include "module/resources/Groups.h"
 #include "module/resources/Regression.h"
 #include "module/resources/Resources.h"
@@ -48,7 +47,7 @@ Outcome OutcomeOf(EmStatus status) {
 class NormalFit {
 public:
     NormalFit(EstimationRun& run, std::span<const double> y)
-        : run_(run), y_(y), cases_(CasesOf(run.sample, y)) {}
+        : run_(run), cases_(CasesOf(run.sample, y)) {}
 
     Outcome Compute() {
         if (run_.parameters.empty()) run_.parameters.assign(cases_.covariates + 2, 0.0);
@@ -62,9 +61,11 @@ public:
         NewtonEstimate& estimate = run_.estimate;
         estimate.nullScore = std::numeric_limits<double>::quiet_NaN();
         estimate.logLikelihood = CensoredNormalLogLikelihood(cases_, run_.parameters);
-        if (!std::isfinite(estimate.logLikelihood) ||
-            !NormalInformation(run_.sample, y_, run_.parameters, estimate.gradient, estimate.covariance))
+        const auto there = CensoredNormalCovariance(cases_, run_.parameters);
+        if (!std::isfinite(estimate.logLikelihood) || !there)
             return {Ending::Failed, 0, StrRegNoModelLikelihood, Whole(StrRegNoScale)};
+        std::ranges::copy(there->gradient, estimate.gradient.begin());
+        estimate.covariance = there->covariance;
         Show(StrRegEstimatingNull);
         return Null();
     }
@@ -94,7 +95,6 @@ private:
     }
 
     EstimationRun& run_;
-    std::span<const double> y_;
     CensoredCases cases_;
 };
 

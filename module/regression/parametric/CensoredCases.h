@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -24,6 +25,12 @@ struct CensoredCases {
     [[nodiscard]] std::size_t Cases() const { return y.size(); }
     [[nodiscard]] std::span<const double> Column(std::size_t k) const {
         return x.subspan(k * stride, y.size());
+    }
+    /// A confined case whose bounds hardly differ counts as complete.
+    [[nodiscard]] bool IsComplete(std::size_t i) const {
+        constexpr double narrow = 1e-5;
+        return status[i] == complete ||
+               (status[i] == confined && std::abs(upper[i] - y[i]) <= narrow * std::abs(y[i]));
     }
     /// The same cases for a null model.
     [[nodiscard]] CensoredCases WithoutCovariates() const {

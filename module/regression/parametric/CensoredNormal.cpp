@@ -1,10 +1,13 @@
 #include "module/regression/parametric/CensoredNormal.h"
 
+#include "module/regression/estimation/PositiveInverse.h"
+#include "module/regression/parametric/CaseSums.h"
 #include "module/regression/parametric/NormalHazard.h"
 #include "module/survdata/NormalTail.h"
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 namespace ozm::survival {
@@ -21,6 +24,50 @@ std::vector<double> Means(const CensoredCases& cases, std::span<const double> pa
     return means;
 }
 
+/// By the coefficients of covariates on scales, the constant, and sigma.
+NormalDerivatives Derive(const CensoredCases& cases, const CovariateScales& scales,
+                         std::span<const double> coefficients, double sigma) {
+    const CaseKernels& kernels = UsableCaseKernels().front();
+    const std::size_t last = coefficients.size();
+    const std::vector<std::uint32_t> places = AllPlaces(cases.Cases());
+    const CaseBlocks blocks(cases, places, scales);
+    // By the mean, the root of twice by it, by it and sigma; times sigma or its square.
+    std::vector<Eight> byMean(blocks.Blocks());
+    std::vector<Eight> root(blocks.Blocks());
+    std::vector<Eight> mixed(blocks.Blocks());
+    Eight bySigma{};
+    Eight sigmaTwice{};
+    kernels.predict(blocks, coefficients, byMean);
+    for (std::size_t i = 0; i < cases.Cases(); ++i) {
+        const std::size_t b = i / 8;
+        const std::size_t l = i % 8;
+        const double z = (cases.y[i] - byMean[b].values[l]) / sigma;
+        const bool complete = cases.status[i] == CensoredCases::complete;
+        const double h = complete ? z : NormalHazard(z);
+        const double slope = complete ? 1.0 : std::max(h * (h - z), 0.0);
+        byMean[b].values[l] = h;
+        root[b].values[l] = std::sqrt(slope);
+        mixed[b].values[l] = slope * z + h;
+        bySigma.values[l] += complete ? z * z - 1.0 : h * z;
+        sigmaTwice.values[l] += slope * z * z + 2.0 * h * z - (complete ? 1.0 : 0.0);
+    }
+    NormalDerivatives result{std::vector<double>(last + 1), {}};
+    std::vector<double> column(last);
+    kernels.sum(blocks, byMean, result.gradient);
+    kernels.sum(blocks, mixed, column);
+    kernels.multiply(blocks, root, result.information);
+    result.gradient[last] = bySigma.Sum();
+    for (double& each : result.gradient)
+        each /= sigma;
+    for (std::size_t k = 0; k < last; ++k)
+        result.information(k, last) = result.information(last, k) = column[k];
+    result.information(last, last) = sigmaTwice.Sum();
+    for (std::size_t k = 0; k <= last; ++k)
+        for (std::size_t l = 0; l <= last; ++l)
+            result.information(k, l) /= sigma * sigma;
+    return result;
+}
+
 } // namespace
 
 double CensoredNormalLogLikelihood(const CensoredCases& cases, std::span<const double> parameters) {
@@ -29,7 +76,7 @@ double CensoredNormalLogLikelihood(const CensoredCases& cases, std::span<const d
     double sum = 0.0;
     for (std::size_t i = 0; i < means.size(); ++i) {
         const double z = (cases.y[i] - means[i]) / sigma;
-        if (cases.status[i] == CensoredCases::complete)
+        if (cases.IsComplete(i))
             sum += -std::log(sigma) - z * z / 2.0 - logTwoPi / 2.0;
         else if (cases.status[i] == CensoredCases::confined)
             sum += std::max(std::log(leastProbability),
@@ -40,46 +87,36 @@ double CensoredNormalLogLikelihood(const CensoredCases& cases, std::span<const d
     return sum;
 }
 
-void CensoredNormalDerivatives(const CensoredCases& cases, std::span<const double> parameters,
-                               std::span<double> gradient, SquareMatrix& information) {
+NormalDerivatives DeriveCensoredNormal(const CensoredCases& cases, std::span<const double> parameters) {
+    return Derive(cases, CovariateScales::None(cases.covariates), parameters.first(cases.covariates + 1),
+                  parameters[cases.covariates + 1]);
+}
+
+std::optional<NormalCovariance> CensoredNormalCovariance(const CensoredCases& cases,
+                                                         std::span<const double> parameters) {
     const std::size_t q = cases.covariates;
-    const std::size_t last = q + 1;
-    const double sigma = parameters[last];
-    const std::vector<double> means = Means(cases, parameters);
-    std::ranges::fill(gradient, 0.0);
-    information = {};
-    std::vector<double> row(q + 1, 1.0);
-    for (std::size_t i = 0; i < means.size(); ++i) {
-        const double z = (cases.y[i] - means[i]) / sigma;
-        // By the mean, twice by it, by it and sigma, by sigma, twice by it; times sigma or its square.
-        double byMean = z;
-        double twice = 1.0;
-        double mixed = 2.0 * z;
-        double bySigma = z * z - 1.0;
-        double sigmaTwice = 3.0 * z * z - 1.0;
-        if (cases.status[i] != CensoredCases::complete) {
-            const double h = NormalHazard(z);
-            const double slope = h * (h - z);
-            byMean = h;
-            twice = slope;
-            mixed = slope * z + h;
-            bySigma = h * z;
-            sigmaTwice = slope * z * z + 2.0 * h * z;
+    const std::size_t order = q + 2;
+    const CovariateScales scales = CovariateScales::Standard(cases);
+    NormalDerivatives there =
+        Derive(cases, scales, scales.Inwards(parameters.first(q + 1)), parameters[q + 1]);
+    const auto inverse = PositiveInverse(there.information, order);
+    if (!inverse) return std::nullopt;
+    NormalCovariance result{std::move(there.gradient), *inverse};
+    SquareMatrix& v = result.covariance;
+    // Outwards, rows and then columns: b = inside / scale, b0 = inside - sum of b centre.
+    for (std::size_t l = 0; l < order; ++l)
+        for (std::size_t k = 0; k < q; ++k) {
+            v(k, l) /= scales.scale[k];
+            v(q, l) -= v(k, l) * scales.centre[k];
         }
-        for (std::size_t k = 0; k < q; ++k)
-            row[k] = cases.Column(k)[i];
-        for (std::size_t k = 0; k <= q; ++k) {
-            gradient[k] += byMean * row[k] / sigma;
-            for (std::size_t l = 0; l <= k; ++l)
-                information(k, l) += twice * row[k] * row[l] / (sigma * sigma);
-            information(last, k) += mixed * row[k] / (sigma * sigma);
+    for (std::size_t l = 0; l < order; ++l)
+        for (std::size_t k = 0; k < q; ++k) {
+            v(l, k) /= scales.scale[k];
+            v(l, q) -= v(l, k) * scales.centre[k];
         }
-        gradient[last] += bySigma / sigma;
-        information(last, last) += sigmaTwice / (sigma * sigma);
-    }
-    for (std::size_t k = 0; k <= last; ++k)
-        for (std::size_t l = 0; l < k; ++l)
-            information(l, k) = information(k, l);
+    for (std::size_t k = 0; k < q; ++k)
+        result.gradient[k] = result.gradient[k] * scales.scale[k] + result.gradient[q] * scales.centre[k];
+    return result;
 }
 
 } // namespace ozm::survival

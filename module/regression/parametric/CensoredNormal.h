@@ -3,7 +3,9 @@
 #include "module/regression/estimation/SquareMatrix.h"
 #include "module/regression/parametric/CensoredCases.h"
 
+#include <optional>
 #include <span>
+#include <vector>
 
 namespace ozm::survival {
 
@@ -16,9 +18,21 @@ namespace ozm::survival {
 /// 1e-300 where they are less.
 double CensoredNormalLogLikelihood(const CensoredCases& cases, std::span<const double> parameters);
 
-/// Its derivatives by all parameters: gradient, and minus the matrix of second derivatives. Exact also in the
-/// far tail. There are no confined cases.
-void CensoredNormalDerivatives(const CensoredCases& cases, std::span<const double> parameters,
-                               std::span<double> gradient, SquareMatrix& information);
+/// Its derivatives by all parameters, without the floor: gradient, and the observed information, minus the
+/// matrix of second derivatives. There are no confined cases.
+struct NormalDerivatives {
+    std::vector<double> gradient;
+    SquareMatrix information;
+};
+NormalDerivatives DeriveCensoredNormal(const CensoredCases& cases, std::span<const double> parameters);
+
+/// The gradient, and the inverse of the information, which does not suffer from common parts and units of the
+/// covariates. None where it is singular.
+struct NormalCovariance {
+    std::vector<double> gradient;
+    SquareMatrix covariance;
+};
+std::optional<NormalCovariance> CensoredNormalCovariance(const CensoredCases& cases,
+                                                         std::span<const double> parameters);
 
 } // namespace ozm::survival

@@ -1,11 +1,11 @@
 #include "module/regression/parametric/ExponentialRegression.h"
 
+#include "module/regression/parametric/CaseSums.h"
 #include "module/regression/parametric/PackedCholesky.h"
 
 #include <algorithm>
 #include <cmath>
 #include <functional>
-#include <numeric>
 
 namespace ozm::survival {
 namespace {
@@ -14,54 +14,52 @@ namespace {
 class Likelihood {
 public:
     explicit Likelihood(const CensoredCases& cases)
-        : cases_(cases), order_(cases.covariates + 1), eventSums_(order_, 0.0), exposure_(cases.Cases()),
-          gradient_(order_), information_(PackedCholesky::SizeOf(order_)) {
-        for (std::size_t i = 0; i < cases.Cases(); ++i) {
-            if (cases.status[i] != CensoredCases::complete) continue;
-            eventSums_.back() += 1.0;
-            for (std::size_t k = 0; k < cases.covariates; ++k)
-                eventSums_[k] += cases.Column(k)[i];
-        }
-        time_ = std::accumulate(cases.y.begin(), cases.y.end(), 0.0);
+        : kernels_(UsableCaseKernels().front()), order_(cases.covariates + 1),
+          blocks_(cases, AllPlaces(cases.Cases()), CovariateScales::None(cases.covariates)),
+          times_(InBlocks(cases.y, AllPlaces(cases.Cases()))), roots_(blocks_.Blocks()), eventSums_(order_),
+          gradient_(order_) {
+        std::vector<Eight> events(blocks_.Blocks());
+        for (std::size_t i = 0; i < cases.Cases(); ++i)
+            events[i / 8].values[i % 8] = cases.status[i] == CensoredCases::complete ? 1.0 : 0.0;
+        kernels_.sum(blocks_, events, eventSums_);
+        Eight time{};
+        for (const Eight& each : times_)
+            for (std::size_t l = 0; l < 8; ++l)
+                time.values[l] += each.values[l];
+        time_ = time.Sum();
     }
 
     [[nodiscard]] std::size_t Order() const { return order_; }
     [[nodiscard]] double Events() const { return eventSums_.back(); }
     [[nodiscard]] double Time() const { return time_; }
     [[nodiscard]] std::span<const double> Gradient() const { return gradient_; }
-    [[nodiscard]] std::span<const double> Information() const { return information_; }
+    [[nodiscard]] const SquareMatrix& Information() const { return information_; }
 
     double Evaluate(std::span<const double> theta) {
-        const std::size_t q = cases_.covariates;
-        std::ranges::fill(exposure_, 0.0);
-        for (std::size_t k = 0; k < q; ++k)
-            for (std::size_t i = 0; i < exposure_.size(); ++i)
-                exposure_[i] += theta[k] * cases_.Column(k)[i];
-        for (std::size_t i = 0; i < exposure_.size(); ++i)
-            exposure_[i] = cases_.y[i] * std::exp(exposure_[i]);
-        const double c = std::exp(theta[q]);
-        for (std::size_t k = 0; k <= q; ++k)
-            for (std::size_t l = 0; l <= k; ++l) {
-                double sum = 0.0;
-                for (std::size_t i = 0; i < exposure_.size(); ++i)
-                    sum += (k < q ? cases_.Column(k)[i] : 1.0) * (l < q ? cases_.Column(l)[i] : 1.0) *
-                           exposure_[i];
-                information_[PackedCholesky::SizeOf(k) + l] = c * sum;
-            }
-        const std::span<const double> last = std::span{information_}.last(order_);
-        for (std::size_t k = 0; k <= q; ++k)
-            gradient_[k] = eventSums_[k] - last[k];
-        return std::inner_product(theta.begin(), theta.end(), eventSums_.begin(), 0.0) - last[q];
+        kernels_.predict(blocks_, theta, roots_);
+        for (std::size_t b = 0; b < roots_.size(); ++b)
+            for (std::size_t l = 0; l < 8; ++l)
+                roots_[b].values[l] = std::sqrt(times_[b].values[l] * std::exp(roots_[b].values[l]));
+        kernels_.multiply(blocks_, roots_, information_);
+        const std::size_t constant = order_ - 1; // its row has the sums of the expected events
+        double value = -information_(constant, constant);
+        for (std::size_t k = 0; k < order_; ++k) {
+            gradient_[k] = eventSums_[k] - information_(constant, k);
+            value += theta[k] * eventSums_[k];
+        }
+        return value;
     }
 
 private:
-    const CensoredCases& cases_;
+    CaseKernels kernels_;
     std::size_t order_;
-    double time_ = 0.0;
+    CaseBlocks blocks_;
+    std::vector<Eight> times_;
+    std::vector<Eight> roots_;      ///< of the expected events of each case, t c e
     std::vector<double> eventSums_; ///< of the covariates over the events, then the events
-    std::vector<double> exposure_;  ///< t e
+    double time_ = 0.0;
     std::vector<double> gradient_;
-    std::vector<double> information_;
+    SquareMatrix information_;
 };
 
 ExponentialStatus Check(const CensoredCases& cases) {
@@ -89,17 +87,9 @@ std::vector<double> Negated(std::span<const double> values) {
 /// What a step of each parameter is negligible by.
 std::vector<double> NegligibleSteps(const CensoredCases& cases) {
     std::vector<double> steps(cases.covariates + 1, negligibleExponentialStep);
-    for (std::size_t k = 0; k < cases.covariates; ++k) {
-        const std::span<const double> x = cases.Column(k);
-        const auto n = static_cast<double>(x.size());
-        const double mean = x[0] + std::accumulate(x.begin(), x.end(), 0.0, [&x](double sum, double each) {
-                                       return sum + (each - x[0]);
-                                   }) / n;
-        const double squares = std::accumulate(x.begin(), x.end(), 0.0, [mean](double sum, double each) {
-            return sum + (each - mean) * (each - mean);
-        });
-        steps[k] /= std::sqrt(squares / n);
-    }
+    const CovariateScales scales = CovariateScales::Standard(cases);
+    for (std::size_t k = 0; k < cases.covariates; ++k)
+        steps[k] /= scales.scale[k];
     return steps;
 }
 
@@ -120,7 +110,8 @@ struct Iteration {
             before = fit.logLikelihood;
             if (watch(n, fit.logLikelihood, Negated(theta))) return ExponentialStatus::Stopped;
             if (!std::isfinite(fit.logLikelihood)) break;
-            const auto factor = PackedCholesky::Of(likelihood.Information(), likelihood.Order());
+            const auto factor =
+                PackedCholesky::Of(Pack(likelihood.Information(), likelihood.Order()), likelihood.Order());
             std::vector<double> step(likelihood.Gradient().begin(), likelihood.Gradient().end());
             if (factor) fit.lost = factor->FirstLost();
             if (!factor || !factor->Solve(step)) return ExponentialStatus::Singular;

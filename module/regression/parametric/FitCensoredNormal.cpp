@@ -1,5 +1,6 @@
 #include "module/regression/parametric/FitCensoredNormal.h"
 
+#include "module/regression/parametric/CaseSums.h"
 #include "module/regression/parametric/NormalHazard.h"
 #include "module/regression/parametric/PackedCholesky.h"
 
@@ -32,173 +33,182 @@ EmStatus CheckSizes(const CensoredCases& cases, const EmLimits& limits, std::siz
     return Success;
 }
 
-/// Covariates less their means over their standard deviations, and a column of ones: least squares on these
-/// do not suffer from large common parts.
-class Design {
-public:
-    explicit Design(const CensoredCases& cases)
-        : cases_(cases.Cases()), columns_(cases.covariates + 1), cells_(cases_ * columns_, 1.0),
-          mean_(cases.covariates), scale_(cases.covariates, 1.0) {
-        const auto n = static_cast<double>(cases_);
-        for (std::size_t k = 0; k < cases.covariates; ++k) {
-            const std::span<const double> x = cases.Column(k);
-            double sum = 0.0;
-            for (const double each : x)
-                sum += each - x[0];
-            mean_[k] = x[0] + sum / n;
-            double squares = 0.0;
-            for (const double each : x)
-                squares += (each - mean_[k]) * (each - mean_[k]);
-            if (squares > 0.0) scale_[k] = std::sqrt(squares / n);
-            for (std::size_t i = 0; i < cases_; ++i)
-                cells_[k * cases_ + i] = (x[i] - mean_[k]) / scale_[k];
-        }
-    }
+/// Cases of one status.
+struct Group {
+    Group(const CensoredCases& cases, std::span<const std::uint8_t> status, std::uint8_t which,
+          const CovariateScales& scales)
+        : places(PlacesOf(status, which)), blocks(cases, places, scales), y(InBlocks(cases.y, places)),
+          upper(cases.upper.empty() ? std::vector<Eight>() : InBlocks(cases.upper, places)),
+          ones(InBlocks(std::vector<double>(cases.Cases(), 1.0), places)) {}
 
-    [[nodiscard]] std::size_t Columns() const { return columns_; }
-    [[nodiscard]] std::span<const double> Column(std::size_t k) const {
-        return std::span{cells_}.subspan(k * cases_, cases_);
-    }
-    /// Coefficients of the design from parameters, and back.
-    [[nodiscard]] std::vector<double> OnItsScale(std::span<const double> parameters) const {
-        std::vector<double> coefficients(columns_, parameters[columns_ - 1]);
-        for (std::size_t k = 0; k + 1 < columns_; ++k) {
-            coefficients[k] = parameters[k] * scale_[k];
-            coefficients.back() += parameters[k] * mean_[k];
-        }
-        return coefficients;
-    }
-    void OnScaleOfData(std::span<const double> coefficients, std::span<double> parameters) const {
-        parameters[columns_ - 1] = coefficients[columns_ - 1];
-        for (std::size_t k = 0; k + 1 < columns_; ++k) {
-            parameters[k] = coefficients[k] / scale_[k];
-            parameters[columns_ - 1] -= parameters[k] * mean_[k];
-        }
-    }
-    [[nodiscard]] std::vector<double> Means(std::span<const double> coefficients) const {
-        std::vector<double> means(cases_, 0.0);
-        for (std::size_t k = 0; k < columns_; ++k)
-            for (std::size_t i = 0; i < cases_; ++i)
-                means[i] += coefficients[k] * Column(k)[i];
-        return means;
-    }
-    /// Sums over the cases of a weight times each column.
-    [[nodiscard]] std::vector<double> Sums(std::span<const double> weights) const {
-        std::vector<double> sums(columns_, 0.0);
-        for (std::size_t k = 0; k < columns_; ++k)
-            for (std::size_t i = 0; i < cases_; ++i)
-                sums[k] += weights[i] * Column(k)[i];
-        return sums;
-    }
-    /// Products of the columns over some cases, factored; none where they depend on each other.
-    template <class TakesPart>
-    [[nodiscard]] std::optional<PackedCholesky> Factor(TakesPart takesPart) const {
-        std::vector<double> products;
-        for (std::size_t k = 0; k < columns_; ++k)
-            for (std::size_t l = 0; l <= k; ++l) {
-                double sum = 0.0;
-                for (std::size_t i = 0; i < cases_; ++i)
-                    sum += takesPart(i) ? Column(k)[i] * Column(l)[i] : 0.0;
-                products.push_back(sum);
-            }
-        auto factor = PackedCholesky::Of(products, columns_, 1e-10);
-        if (factor && factor->Deficiency() > 0) factor.reset();
-        return factor;
-    }
+    [[nodiscard]] double Cases() const { return static_cast<double>(places.size()); }
 
-private:
-    std::size_t cases_;
-    std::size_t columns_;
-    std::vector<double> cells_;
-    std::vector<double> mean_;
-    std::vector<double> scale_;
+    std::vector<std::uint32_t> places;
+    CaseBlocks blocks;
+    std::vector<Eight> y;
+    std::vector<Eight> upper;
+    std::vector<Eight> ones;
 };
 
-/// The iteration with a bound for each case, as codes of status say.
+/// Sums over the complete cases about coefficients near their own least squares fit, from which those about
+/// any others follow.
+struct Reference {
+    std::vector<double> coefficients;
+    std::vector<double> gradient; ///< of the columns times the residuals
+    double squares = 0.0;         ///< of the residuals
+    SquareMatrix products;        ///< of the columns
+};
+
+/// What an iteration sums up.
+struct Sums {
+    std::vector<double> excess; ///< of the expected responses less their means, times each column
+    double squares = 0.0;       ///< of them
+    double divisor = 0.0;
+};
+
 class Em {
 public:
-    explicit Em(const CensoredCases& cases)
-        : cases_(cases), status_(cases.status.begin(), cases.status.end()), design_(cases),
-          expected_(cases.Cases()) {}
+    Em(const CensoredCases& cases, std::span<const std::uint8_t> status)
+        : kernels_(UsableCaseKernels().front()), scales_(CovariateScales::Standard(cases)),
+          columns_(cases.covariates + 1), complete_(cases, status, CensoredCases::complete, scales_),
+          censored_(cases, status, CensoredCases::censored, scales_),
+          confined_(cases, status, CensoredCases::confined, scales_) {}
 
     EmStatus Prepare(std::span<double> parameters) {
-        using enum EmStatus;
-        for (std::size_t i = 0; i < status_.size(); ++i) {
-            if (!IsConfined(status_[i])) continue;
-            const double width = cases_.upper[i] - cases_.y[i];
-            if (std::abs(width) <= 1e-5 * std::abs(cases_.y[i]))
-                status_[i] = CensoredCases::complete;
-            else if (!(width > 0.0))
-                return BoundsReversed;
-        }
-        const auto known =
-            std::ranges::count_if(status_, [](auto each) { return each != CensoredCases::censored; });
-        if (static_cast<double>(known) + 0.01 < static_cast<double>(parameters.size()))
-            return TooFewUncensored;
-        factor_ = design_.Factor([](std::size_t) { return true; });
-        if (!factor_) return Singular;
-        return parameters.back() > 0.0 || Start(parameters, static_cast<double>(known)) ? Success
-                                                                                        : SingularStart;
+        const SquareMatrix confined = Products(confined_);
+        reference_.products = Products(complete_);
+        SquareMatrix all = Products(censored_);
+        SquareMatrix known = reference_.products;
+        for (std::size_t k = 0; k < columns_; ++k)
+            for (std::size_t l = 0; l < columns_; ++l) {
+                known(k, l) += confined(k, l);
+                all(k, l) += known(k, l);
+            }
+        factor_ = Factor(all);
+        if (!factor_ || factor_->Deficiency() > 0) return EmStatus::Singular;
+        const auto ofKnown = Factor(known);
+        if (!ofKnown) return EmStatus::SingularStart;
+        const double squares = FitKnown(*ofKnown);
+        coefficients_ = scales_.Inwards(parameters.first(columns_));
+        sigma_ = parameters.back();
+        if (sigma_ > 0.0) return EmStatus::Success;
+        if (ofKnown->Deficiency() > 0) return EmStatus::SingularStart;
+        coefficients_ = reference_.coefficients;
+        sigma_ = std::sqrt(squares / (complete_.Cases() + confined_.Cases()));
+        Report(parameters);
+        return EmStatus::Success;
     }
 
-    /// The parameters after those given.
-    void Step(std::span<const double> parameters, std::span<double> next) {
-        const std::vector<double> coefficients = design_.OnItsScale(parameters);
-        const std::vector<double> means = design_.Means(coefficients);
-        const double sigma = parameters.back();
-        double squares = 0.0;
-        double divisor = 0.0;
-        for (std::size_t i = 0; i < means.size(); ++i) {
-            const double z = (cases_.y[i] - means[i]) / sigma;
-            double weight = 1.0;
-            expected_[i] = cases_.y[i] - means[i];
-            if (IsConfined(status_[i])) {
-                const NormalInterval interval(z, (cases_.upper[i] - means[i]) / sigma);
-                expected_[i] = sigma * interval.Mean();
-                weight = interval.Weight();
-            } else if (status_[i] == CensoredCases::censored) {
-                const double h = TailRatio(z);
-                expected_[i] = sigma * h;
-                weight = h * (h - z);
-            }
-            squares += expected_[i] * expected_[i];
-            divisor += weight;
-        }
-        std::vector<double> change = design_.Sums(expected_);
-        factor_->SolveRest(change);
-        for (std::size_t k = 0; k < change.size(); ++k)
-            change[k] += coefficients[k];
-        design_.OnScaleOfData(change, next);
-        next.back() = std::sqrt(squares / divisor);
+    void Step() {
+        Sums sums = OfComplete();
+        AddCensored(sums);
+        if (!confined_.places.empty()) AddConfined(sums);
+        factor_->SolveRest(sums.excess);
+        for (std::size_t k = 0; k < columns_; ++k)
+            coefficients_[k] += sums.excess[k];
+        sigma_ = std::sqrt(sums.squares / sums.divisor);
+    }
+
+    void Report(std::span<double> parameters) const {
+        scales_.Outwards(coefficients_, parameters);
+        parameters.back() = sigma_;
     }
 
 private:
-    [[nodiscard]] bool IsKnown(std::size_t i) const { return status_[i] != CensoredCases::censored; }
-
-    /// Least squares on cases that are not censored.
-    bool Start(std::span<double> parameters, double known) {
-        const auto factor = design_.Factor([this](std::size_t i) { return IsKnown(i); });
-        if (!factor) return false;
-        std::vector<double> y(status_.size(), 0.0);
-        for (std::size_t i = 0; i < y.size(); ++i)
-            if (IsKnown(i))
-                y[i] = IsConfined(status_[i]) ? 0.5 * (cases_.y[i] + cases_.upper[i]) : cases_.y[i];
-        std::vector<double> coefficients = design_.Sums(y);
-        factor->SolveRest(coefficients);
-        design_.OnScaleOfData(coefficients, parameters);
-        const std::vector<double> means = design_.Means(coefficients);
-        double squares = 0.0;
-        for (std::size_t i = 0; i < y.size(); ++i)
-            if (IsKnown(i)) squares += (y[i] - means[i]) * (y[i] - means[i]);
-        parameters.back() = std::sqrt(squares / known);
-        return true;
+    [[nodiscard]] SquareMatrix Products(const Group& group) const {
+        SquareMatrix products;
+        kernels_.multiply(group.blocks, group.ones, products);
+        return products;
+    }
+    [[nodiscard]] std::optional<PackedCholesky> Factor(const SquareMatrix& products) const {
+        constexpr double lostPivot = 1e-10;
+        return PackedCholesky::Of(Pack(products, columns_), columns_, lostPivot);
     }
 
-    const CensoredCases& cases_;
-    std::vector<std::uint8_t> status_;
-    Design design_;
-    std::optional<PackedCholesky> factor_; ///< of all cases
-    std::vector<double> expected_;         ///< less the mean
+    /// Least squares on the cases that are not censored, confined ones at their midpoints. Returns the sum of
+    /// squared residuals.
+    double FitKnown(const PackedCholesky& factor) {
+        std::vector<Eight> middle = confined_.y;
+        for (std::size_t b = 0; b < middle.size(); ++b)
+            for (std::size_t l = 0; l < 8; ++l)
+                middle[b].values[l] += 0.5 * (confined_.upper[b].values[l] - middle[b].values[l]);
+        std::vector<double>& fit = reference_.coefficients;
+        std::vector<double> more(columns_);
+        fit.resize(columns_);
+        reference_.gradient.resize(columns_);
+        kernels_.sum(complete_.blocks, complete_.y, fit);
+        kernels_.sum(confined_.blocks, middle, more);
+        for (std::size_t k = 0; k < columns_; ++k)
+            fit[k] += more[k];
+        factor.SolveRest(fit);
+        const std::vector<Eight> residuals = Residuals(complete_, complete_.y, fit);
+        kernels_.sum(complete_.blocks, residuals, reference_.gradient);
+        reference_.squares = SumOfSquares(residuals);
+        return reference_.squares + SumOfSquares(Residuals(confined_, middle, fit));
+    }
+    [[nodiscard]] std::vector<Eight> Residuals(const Group& group, const std::vector<Eight>& y,
+                                               std::span<const double> coefficients) const {
+        std::vector<Eight> residuals(y.size());
+        kernels_.predict(group.blocks, coefficients, residuals);
+        for (std::size_t b = 0; b < y.size(); ++b)
+            for (std::size_t l = 0; l < 8; ++l)
+                residuals[b].values[l] = y[b].values[l] - residuals[b].values[l];
+        return residuals;
+    }
+    static double SumOfSquares(std::span<const Eight> values) {
+        Eight sums{};
+        for (const Eight& each : values)
+            for (std::size_t l = 0; l < 8; ++l)
+                sums.values[l] += each.values[l] * each.values[l];
+        return sums.Sum();
+    }
+
+    /// From those about the reference; apart from rounding its gradient is 0, and no term is negative.
+    [[nodiscard]] Sums OfComplete() const {
+        Sums sums{reference_.gradient, reference_.squares, complete_.Cases()};
+        for (std::size_t k = 0; k < columns_; ++k) {
+            double product = 0.0;
+            for (std::size_t l = 0; l < columns_; ++l)
+                product += reference_.products(k, l) * (coefficients_[l] - reference_.coefficients[l]);
+            sums.excess[k] -= product;
+            sums.squares +=
+                (coefficients_[k] - reference_.coefficients[k]) * (product - 2.0 * reference_.gradient[k]);
+        }
+        return sums;
+    }
+    void AddCensored(Sums& sums) const {
+        const CensoredSums censored = kernels_.expect(censored_.blocks, censored_.y, coefficients_, sigma_);
+        for (std::size_t k = 0; k < columns_; ++k)
+            sums.excess[k] += sigma_ * censored.excess[k];
+        sums.squares += sigma_ * sigma_ * censored.squares;
+        sums.divisor += censored.weight;
+    }
+    void AddConfined(Sums& sums) const {
+        std::vector<Eight> terms = Residuals(confined_, confined_.y, coefficients_);
+        for (std::size_t i = 0; i < confined_.places.size(); ++i) {
+            double& term = terms[i / 8].values[i % 8];
+            const double width = confined_.upper[i / 8].values[i % 8] - confined_.y[i / 8].values[i % 8];
+            const NormalInterval interval(term / sigma_, (term + width) / sigma_);
+            term = sigma_ * interval.Mean();
+            sums.divisor += interval.Weight();
+        }
+        std::vector<double> excess(columns_);
+        kernels_.sum(confined_.blocks, terms, excess);
+        for (std::size_t k = 0; k < columns_; ++k)
+            sums.excess[k] += excess[k];
+        sums.squares += SumOfSquares(terms);
+    }
+
+    CaseKernels kernels_;
+    CovariateScales scales_;
+    std::size_t columns_;
+    Group complete_;
+    Group censored_;
+    Group confined_;
+    Reference reference_;
+    std::optional<PackedCholesky> factor_; ///< of the products of the columns over all cases
+    std::vector<double> coefficients_;     ///< on the scales
+    double sigma_ = 0.0;
 };
 
 } // namespace
@@ -208,16 +218,25 @@ EmStatus FitCensoredNormal(const CensoredCases& cases, const EmLimits& limits, c
     iterations = 0;
     if (const EmStatus status = CheckSizes(cases, limits, parameters.size()); status != EmStatus::Success)
         return status;
-    Em em(cases);
-    if (const EmStatus status = em.Prepare(parameters); status != EmStatus::Success) return status;
+    std::vector<std::uint8_t> status(cases.status.begin(), cases.status.end());
+    for (std::size_t i = 0; i < status.size(); ++i) {
+        if (cases.IsComplete(i)) status[i] = CensoredCases::complete;
+        if (IsConfined(status[i]) && !(cases.upper[i] > cases.y[i])) return EmStatus::BoundsReversed;
+    }
+    const auto known =
+        std::ranges::count_if(status, [](auto each) { return each != CensoredCases::censored; });
+    if (static_cast<std::size_t>(known) < parameters.size()) return EmStatus::TooFewUncensored;
+    Em em(cases, status);
+    if (const EmStatus prepared = em.Prepare(parameters); prepared != EmStatus::Success) return prepared;
     std::vector<double> next(parameters.size());
     while (iterations < std::max(limits.most, 1)) {
-        em.Step(parameters, next);
+        em.Step();
+        em.Report(next);
+        if (!std::ranges::all_of(next, [](double each) { return std::isfinite(each); }))
+            return EmStatus::NotFinite;
         bool settled = true;
         for (std::size_t k = 0; k < next.size(); ++k)
             settled &= std::abs(next[k] - parameters[k]) <= limits.tolerances[k];
-        if (!std::ranges::all_of(next, [](double each) { return std::isfinite(each); }))
-            return EmStatus::NotFinite;
         std::ranges::copy(next, parameters.begin());
         ++iterations;
         if (watch(iterations, std::numeric_limits<double>::quiet_NaN(), parameters)) return EmStatus::Stopped;

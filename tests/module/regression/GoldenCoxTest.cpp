@@ -6,66 +6,25 @@
 #include "module/regression/cox/ProportionalityTest.h"
 #include "module/regression/estimation/LuFactors.h"
 #include "tests/module/regression/CoxCases.h"
+#include "tests/module/regression/GoldenRows.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
+#include <map>
 #include <set>
 
 namespace ozm::survival {
 namespace {
 
-struct Row {
-    std::string run;
-    std::string quantity;
-    std::string of;
-    std::size_t row = 0;
-    double value = 0.0;
-};
-
-std::vector<Row> RowsOf(const std::string& dataset) {
-    const auto table = GoldenCox().where("dataset", dataset);
-    const auto runs = table.texts("run");
-    const auto quantities = table.texts("quantity");
-    const auto of = table.texts("of");
-    const Values rows = table.numbers("row");
-    const Values values = table.numbers("value");
-    std::vector<Row> all;
-    for (std::size_t i = 0; i < table.size(); ++i)
-        all.push_back({runs[i], quantities[i], of[i], static_cast<std::size_t>(rows[i]), values[i]});
-    return all;
-}
-
-/// A quantity as we find it, and the size of which `precision` is a part where the quantity itself is
-/// smaller.
-struct Ours {
-    std::function<double(const Row&)> value;
-    double size = 0.0;
-};
-
-/// Every quantity named here is in the golden file, and every value of it agrees.
-void Agree(const std::vector<Row>& golden, const std::string& run, const std::map<std::string, Ours>& all,
-           double precision) {
-    std::set<std::string> seen;
-    for (const Row& row : golden) {
-        const auto ours = all.find(row.quantity);
-        if (row.run != run || ours == all.end()) continue;
-        seen.insert(row.quantity);
-        if (std::isnan(row.value)) continue; // what the other program has not
-        EXPECT_NEAR(ours->second.value(row), row.value,
-                    precision * std::max(std::abs(row.value), ours->second.size))
-            << run << " " << row.quantity << " " << row.of << " " << row.row;
-    }
-    EXPECT_EQ(seen.size(), all.size()) << run;
-}
+using Row = GoldenRow;
 
 /// A fit of a data set of the golden file.
 class Fit {
 public:
     explicit Fit(const std::string& dataset)
-        : golden(RowsOf(dataset)), cases(CasesNamed(dataset)), made(cases), sample(made.sample),
+        : golden(GoldenRowsOf(GoldenCox(), dataset)), cases(CasesNamed(dataset)), made(cases), sample(made.sample),
           parameters(cases.x.size()) {}
 
     void Run(const IterationLimits& limits, const IterationWatch& watch) {

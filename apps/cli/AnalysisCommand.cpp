@@ -3,9 +3,9 @@
 #include "apps/cli/Lists.h"
 #include "apps/cli/PhaseTimes.h"
 #include "apps/cli/ProgressLine.h"
+#include "host/results/JoinedRuns.h"
 
 #include <algorithm>
-#include <cstddef>
 
 namespace korvana::cli {
 
@@ -55,10 +55,11 @@ std::vector<std::size_t> AnalysisCommand::chosenOutputs() const {
     return chooseFrom("--outputs", list_.empty() ? "all" : list_, names);
 }
 
-AnalysisCommand::Tally AnalysisCommand::makeOutputs(const std::vector<std::size_t>& chosen, Script& script) {
+AnalysisCommand::Tally AnalysisCommand::makeOutputs(const Work& work, Script& script, bool ofAllRuns) {
     Tally tally;
-    for (const std::size_t place : chosen) {
+    for (const std::size_t place : work.chosen) {
         const Output& output = description_.outputs[place];
+        if (isOfAllRuns(output) != ofAllRuns) continue;
         if (list_.empty() && !isMadeUnasked(output, script)) continue;
         for (const Settings& settings : settingsOf(output)) {
             for (const auto& [member, value] : settings)
@@ -66,6 +67,9 @@ AnalysisCommand::Tally AnalysisCommand::makeOutputs(const std::vector<std::size_
             makeOutput(output, script, tally);
         }
     }
+    work.progress.clear();
+    for (const std::string& reason : tally.reasons)
+        work.console.say(reason);
     return tally;
 }
 
@@ -82,6 +86,57 @@ void AnalysisCommand::makeOutput(const Output& output, Script& script, Tally& ta
         log_.tell(std::string{made ? "Made " : "Not made: "} + action);
         ++(made ? tally.made : tally.failed);
     }
+}
+
+bool AnalysisCommand::runOnce(const Work& work, std::size_t run) {
+    Script script(work.session);
+    const auto say = [&](const std::string& text) {
+        work.progress.clear();
+        const std::string name = runs()[run];
+        work.console.say(name.empty() ? text : name + ": " + text);
+    };
+    bool computed = false;
+    Tally tally;
+    try {
+        computed = compute(script, run);
+        if (computed) {
+            prepareOutputs(script);
+            tally = makeOutputs(work, script, false);
+        }
+    } catch (const ScriptError& error) {
+        say(error.what());
+        return false;
+    }
+    if (computed) return tally.made > 0 || tally.failed == 0; // their messages say why
+    if (work.progress.messageCount() == 0) say("the analysis ended without a result and without a message");
+    const std::vector<ResultMessage>& messages = work.session.book().messages;
+    if (const std::string text = advice(messages.empty() ? 0 : messages.back().id); !text.empty()) say(text);
+    return false;
+}
+
+AnalysisCommand::Results AnalysisCommand::runAll(const Work& work) {
+    Results results;
+    std::vector<NamedBook> books;
+    ResultsBook ofAll;
+    work.session.start();
+    const std::vector<std::string> names = runs();
+    for (std::size_t run = 0; run < names.size(); ++run) {
+        work.progress.begin(names[run]);
+        if (!names[run].empty()) log_.tell("Run: " + names[run]);
+        const bool succeeded = runOnce(work, run);
+        books.push_back({names[run], work.session.takeBook()});
+        if (succeeded && ++results.succeeded == 1) {
+            Script script(work.session);
+            work.progress.begin({});
+            makeOutputs(work, script, true);
+            ofAll = work.session.takeBook();
+        }
+        results.failed += succeeded ? 0 : 1;
+    }
+    work.session.close(); // the analysis' own arrays are not needed any more
+    books.push_back({{}, std::move(ofAll)});
+    results.book = joinedRuns(std::move(books));
+    return results;
 }
 
 int AnalysisCommand::run(Console& console) {
@@ -121,33 +176,11 @@ int AnalysisCommand::run(Console& console) {
     }
     times.status({});
 
-    try {
-        session.start();
-        Script script(session);
-        Tally tally;
-        const bool computed = compute(script);
-        if (computed) {
-            prepareOutputs(script);
-            tally = makeOutputs(chosen, script);
-        }
-        progress.clear();
-        for (const std::string& reason : tally.reasons)
-            console.say(reason);
-        if (!computed) {
-            if (progress.messageCount() == 0)
-                console.say("the analysis ended without a result and without a message");
-            if (const std::string text = advice(); !text.empty()) console.say(text);
-            return ExitRefused;
-        }
-        if (tally.made == 0 && tally.failed > 0) return ExitRefused; // their messages say why
-    } catch (const ScriptError& error) {
-        progress.clear();
-        console.say(error.what());
-        return ExitRefused;
-    }
-    session.close(); // the analysis' own arrays are not needed any more
-    ResultsBook& book = session.book();
+    Results results = runAll({session, progress, console, chosen});
+    if (results.succeeded == 0) return ExitRefused;
+    ResultsBook& book = results.book;
     book.analysis = description_.title;
+    if (results.failed > 0) book.status = 1;
     for (const ResultMessage& remark : remarks) {
         if (remark.severity == ResultMessage::Severity::Note)
             book.notes.push_back(remark.text);
@@ -159,7 +192,7 @@ int AnalysisCommand::run(Console& console) {
     const int exit = output_.write(book, console);
     log_.tell("Done");
     if (timing_) times.write(console.err);
-    return exit;
+    return exit == ExitResults && results.failed > 0 ? ExitRefused : exit;
 }
 
 } // namespace korvana::cli

@@ -7,11 +7,14 @@
 #include "apps/cli/VerboseLog.h"
 #include "host/session/ModuleLibrary.h"
 
+#include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace korvana::cli {
+
+class ProgressLine;
 
 /// A command that runs one analysis from its startup dialog to its results: the part that all share. A
 /// derived command adds its options, the way to its results dialog and the outputs of that dialog.
@@ -49,21 +52,28 @@ protected:
     virtual void prepareData(ActiveData& /*data*/) {}
     /// Checks the options against the data; returns notes and warnings for the user. Throws UsageError.
     virtual std::vector<ResultMessage> checkData(const ActiveData& data) = 0;
-    /// Leads a started session to its results dialog. False when the analysis does not get there.
-    virtual bool compute(Script& script) = 0;
+    /// The names of the runs over the same cases that a call makes, one after another; by default it is one,
+    /// without a name.
+    [[nodiscard]] virtual std::vector<std::string> runs() const { return {std::string{}}; }
+    /// Leads a session to the results dialog of a run: the first one a session that has started, a further
+    /// one from where the last has ended. False when the analysis does not get there.
+    virtual bool compute(Script& script, std::size_t run) = 0;
     /// Sets the members of a modal dialog that the analysis opens on its way; OK is pressed afterwards.
     /// Throws ScriptError.
     virtual void fillIn(ozm::AutomationObject& /*dialog*/) {}
     /// The answer to a yes/no question of the analysis.
     virtual bool answer(const ResultMessage& /*question*/) { return false; }
-    /// What to try where the analysis came to no result, beyond what it said itself; may be empty.
-    [[nodiscard]] virtual std::string advice() const { return {}; }
+    /// What to try where a run came to no result, beyond what the analysis said itself; may be empty.
+    /// @param message  the number of what it said last, 0 for nothing
+    [[nodiscard]] virtual std::string advice(int /*message*/) const { return {}; }
     /// Whether an output is made by default without -o.
     [[nodiscard]] virtual bool isOnScreen(const Output& output) const { return output.onScreen; }
     /// Whether an output is made by default; called when the results dialog is open.
     [[nodiscard]] virtual bool isMadeUnasked(const Output& /*output*/, const Script& /*script*/) const {
         return true;
     }
+    /// Whether an output is about all runs together: it is made once.
+    [[nodiscard]] virtual bool isOfAllRuns(const Output& /*output*/) const { return false; }
     /// Sets the controls of the results dialog before outputs are made.
     virtual void prepareOutputs(Script& /*script*/) {}
     /// The settings that an output is made with: once for each of them. By default it is made once, with the
@@ -79,8 +89,21 @@ private:
         int failed = 0;
         std::vector<std::string> reasons; ///< of those that failed without a message of the analysis
     };
+    struct Work {
+        Session& session;
+        ProgressLine& progress;
+        Console& console;
+        const std::vector<std::size_t>& chosen; ///< outputs, by their places
+    };
+    struct Results {
+        int succeeded = 0; ///< runs
+        int failed = 0;
+        ResultsBook book;
+    };
     [[nodiscard]] std::vector<std::size_t> chosenOutputs() const;
-    Tally makeOutputs(const std::vector<std::size_t>& chosen, Script& script);
+    Results runAll(const Work& work);
+    bool runOnce(const Work& work, std::size_t run);
+    Tally makeOutputs(const Work& work, Script& script, bool ofAllRuns);
     void makeOutput(const Output& output, Script& script, Tally& tally);
 
     Description description_;

@@ -59,6 +59,12 @@ void ProgressLine::clear() {
     visible_ = false;
 }
 
+void ProgressLine::begin(const std::string& run) {
+    run_ = run;
+    messages_ = 0;
+    last_ = {};
+}
+
 void ProgressLine::message(const ResultMessage& message) {
     ++messages_;
     if (quiet_ && message.severity == ResultMessage::Severity::Note) return;
@@ -67,7 +73,8 @@ void ProgressLine::message(const ResultMessage& message) {
     const bool again = message.id != 0 && message.id == last_.id && message.text == last_.text;
     std::string text;
     if (!again) {
-        if (message.id != 0) text = "message " + std::to_string(message.id) + ": ";
+        if (!run_.empty()) text = run_ + ": ";
+        if (message.id != 0) text += "message " + std::to_string(message.id) + ": ";
         text += trimmed(message.text);
     }
     const std::vector<std::string_view> before =

@@ -27,6 +27,9 @@ public:
     void iterationLine(std::string_view line) override { status(line); }
     void clear();
 
+    /// A run begins, of several ones with names: its messages say whose they are.
+    void begin(const std::string& run);
+    /// How many messages there were since.
     [[nodiscard]] int messageCount() const { return messages_; }
 
 private:
@@ -39,6 +42,7 @@ private:
     int messages_ = 0;
     unsigned percent_ = 0;
     std::string text_;
+    std::string run_;
     ResultMessage last_; ///< message
 };
 

@@ -70,6 +70,7 @@ struct ComputedName {
 /// What a run of an analysis was made from: the state of the data when its specification's OK was pressed,
 /// and the settings of the dialogs that led to it, the first one first.
 struct RunOrigin {
+    std::string name; ///< among several runs whose results were put together; else empty
     DataState data;
     std::vector<MissingCode> missingCodes; ///< of the variables used, also in condition and weights
     ReadSettings reading;                  ///< the layout options that the user gave

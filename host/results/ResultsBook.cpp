@@ -12,6 +12,7 @@ std::vector<std::string> outputIds(const ResultsBook& book) {
         const auto& origin = ResultsBook::originOf(output);
         std::string& id = ids.emplace_back(origin == nullptr ? std::string{} : origin->id);
         if (id.empty()) continue;
+        if (origin->run != nullptr && !origin->run->name.empty()) id.insert(0, origin->run->name + "/");
         const int number = ++uses[{output.index(), id}];
         if (number > 1) id += "-" + std::to_string(number);
     }

@@ -39,8 +39,8 @@ struct ResultMessage {
 struct ResultsBook;
 
 /// Names of a book's outputs for programs, in their order: the action that made each, with a number from the
-/// second of a kind on. Unique among outputs of a kind, and the same in every such run; empty where the
-/// action is unknown.
+/// second of a kind on; of a run with a name this and a slash before it. Unique among outputs of a kind, and
+/// the same in every such run; empty where the action is unknown.
 [[nodiscard]] std::vector<std::string> outputIds(const ResultsBook& book);
 
 /// The results of one run of an analysis. A plain value: every writer reads it, none changes it. Texts should

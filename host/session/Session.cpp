@@ -77,6 +77,14 @@ void Session::start() {
     run(analysis_->SequenceTable().front().step);
 }
 
+ResultsBook Session::takeBook() {
+    services_.report().type();
+    ResultsBook next;
+    next.analysis = parts_.book->analysis;
+    next.source = parts_.book->source;
+    return std::exchange(*parts_.book, std::move(next));
+}
+
 void Session::pump() {
     if (stepping_) return;
     followExits();

@@ -75,6 +75,9 @@ public:
     /// The same, shared: the next `start` begins a new book.
     [[nodiscard]] std::shared_ptr<ResultsBook> sharedBook() const { return parts_.book; }
 
+    /// The book so far; what follows goes into a new one.
+    [[nodiscard]] ResultsBook takeBook();
+
     /// The origin of the current results, nullptr before the first specification was accepted. The results
     /// are of an earlier state of the data when `run()->data != data().state()`.
     [[nodiscard]] const std::shared_ptr<const RunOrigin>& run() const { return parts_.origins.run(); }

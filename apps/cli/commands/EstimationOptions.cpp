@@ -20,13 +20,8 @@ void EstimationOptions::declare(CLI::App& app) {
     app.add_option("--max-iterations", iterations_, "the most iterations, from 3 to 200 [50]")
         ->type_name("N")
         ->group(group);
-    app.add_option("--start", start_, "start values of the coefficients, one for each covariate [0]")
-        ->type_name("B[,B...]")
-        ->group(group);
-    app.add_flag("--continue", continue_,
-                 "when the iterations are used up, do 30 more, up to ten times, rather than end without a "
-                 "result")
-        ->group(group);
+    app.add_option("--start", start_, help_.start)->type_name("B[,B...]")->group(group);
+    app.add_flag("--continue", continue_, help_.goesOn)->group(group);
 }
 
 void EstimationOptions::check() {
@@ -50,17 +45,19 @@ void EstimationOptions::check() {
     }
 }
 
-void EstimationOptions::checkStart(const std::vector<std::string>& parameters) const {
+void EstimationOptions::checkStart(const std::vector<std::string>& covariates,
+                                   const std::vector<std::string>& further) const {
+    std::vector<std::string> parameters = covariates;
+    parameters.insert(parameters.end(), further.begin(), further.end());
     if (start_.empty() || startValues_.size() == parameters.size()) return;
     throw UsageError("--start gives " + std::to_string(startValues_.size()) +
                      (startValues_.size() == 1 ? " value" : " values") + " for " +
-                     std::to_string(parameters.size()) +
-                     (parameters.size() == 1 ? " covariate" : " covariates") + "; give one for each of " +
-                     joined(parameters));
+                     std::to_string(parameters.size()) + (further.empty() ? " covariate" : " parameter") +
+                     (parameters.size() == 1 ? "" : "s") + "; give one for each of " + joined(parameters));
 }
 
 bool EstimationOptions::forDialog() const {
-    return !criterion_.empty() || !iterations_.empty() || !start_.empty();
+    return !criterion_.empty() || !iterations_.empty() || !start_.empty() || continue_;
 }
 
 bool EstimationOptions::goesOn() {
@@ -83,8 +80,10 @@ std::string EstimationOptions::advice() const {
 }
 
 void EstimationOptions::put(ozm::AutomationObject& dialog) const {
-    if (!iterations_.empty())
-        cli::put(dialog, "MaxNumberOfIterations", static_cast<int>(readNumber(iterations_).value));
+    // Going on raises the number in the dialog, which is not meant for the next run.
+    if (!iterations_.empty() || continue_)
+        cli::put(dialog, "MaxNumberOfIterations",
+                 iterations_.empty() ? defaultIterations : static_cast<int>(readNumber(iterations_).value));
     if (!criterion_.empty()) cli::put(dialog, "ConvergenceCriterion", readNumber(criterion_).value);
     if (!start_.empty())
         cli::put(dialog, "StartValues", ozm::AutomationValue::List(startValues_.begin(), startValues_.end()));

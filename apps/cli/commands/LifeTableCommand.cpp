@@ -66,7 +66,7 @@ private:
     void specify(const ActiveData& data, Specification& wanted) override {
         if (input_.isTable()) {
             constexpr int scSurTableOfSurvivalTimes = 2;
-            wanted.form = {{"TypeOfInputData", scSurTableOfSurvivalTimes}};
+            wanted.forms = {{{"TypeOfInputData", scSurTableOfSurvivalTimes}}};
             for (const int variable : input_.tableVariables(data.dataSet()))
                 wanted.boxes.push_back({variable});
         }

@@ -24,11 +24,16 @@ std::vector<ResultMessage> SurvivalCommand::checkData(const ActiveData& data) {
     return known.remarks;
 }
 
-bool SurvivalCommand::compute(Script& script) {
+bool SurvivalCommand::compute(Script& script, std::size_t run) {
     using List = ozm::AutomationValue::List;
-    script.put("TypeOfAnalysis", typeOfAnalysis_);
-    if (!script.press("OK")) return false;
-    for (const auto& [member, value] : wanted_.form)
+    begin(run);
+    if (run == 0) {
+        script.put("TypeOfAnalysis", typeOfAnalysis_);
+        if (!script.press("OK")) return false;
+    } else if (script.isAt(resultsDialog_)) {
+        script.press("Cancel");
+    }
+    for (const auto& [member, value] : wanted_.forms[run])
         script.put(member, value);
     List boxes;
     for (const std::vector<int>& box : wanted_.boxes)

@@ -21,17 +21,19 @@ public:
 
 protected:
     /// The settings for the specification dialog.
+    using Members = std::vector<std::pair<const char*, ozm::AutomationValue>>;
     struct Specification {
-        std::vector<std::pair<const char*, ozm::AutomationValue>> form; ///< what comes before the selection
+        std::vector<Members> forms{1}; ///< what comes before the selection, for each run
         TimesAndCodes timesAndCodes;
         std::vector<std::vector<int>> boxes; ///< the variables in each box of the selection, from 1
-        std::vector<std::pair<const char*, ozm::AutomationValue>>
-            members; ///< apart from the selection, in order
+        Members members;                     ///< apart from the selection, in order
     };
 
     void declareOptions(CLI::App& app) override;
     /// Checks the command's own options against the data and adds their settings. Throws UsageError.
     virtual void specify(const ActiveData& /*data*/, Specification& /*wanted*/) {}
+    /// A run is about to begin.
+    virtual void begin(std::size_t /*run*/) {}
     /// Whether the data hold one case per observation; else `specify` names all variables.
     [[nodiscard]] virtual bool hasCases() const { return true; }
     /// The options for times and codes that were given.
@@ -42,7 +44,7 @@ protected:
 private:
     [[nodiscard]] Analysis load() const final;
     std::vector<ResultMessage> checkData(const ActiveData& data) final;
-    bool compute(Script& script) final;
+    bool compute(Script& script, std::size_t run) final;
 
     int typeOfAnalysis_;
     const char* resultsDialog_;

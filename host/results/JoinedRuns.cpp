@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <set>
 #include <utility>
 
 namespace korvana {
@@ -34,11 +35,30 @@ void nameRun(ResultsBook::Output& output, const std::string& name, std::map<Run,
         output);
 }
 
-void nameEverything(NamedBook& run) {
+/// "Lognormal Regression Results" of the run "lognormal".
+bool tells(std::string title, const std::string& name) {
+    std::ranges::transform(title, title.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return title.starts_with(name);
+}
+
+using Titles = std::map<std::string, std::set<std::string>>; ///< with the names of the runs that have them
+
+Titles titlesOf(std::vector<NamedBook>& runs) {
+    Titles titles;
+    for (NamedBook& run : runs)
+        for (ResultsBook::Output& output : run.book.outputs)
+            titles[titleOf(output)].insert(run.name);
+    return titles;
+}
+
+void nameEverything(NamedBook& run, const Titles& titles) {
     std::map<Run, Run> named;
     for (ResultsBook::Output& output : run.book.outputs) {
         std::string& title = titleOf(output);
-        title += title.empty() ? run.name : ", " + run.name;
+        if (titles.at(title).size() > 1 || !tells(title, run.name))
+            title += title.empty() ? run.name : ", " + run.name;
         nameRun(output, run.name, named);
     }
     for (ResultMessage& message : run.book.messages)
@@ -72,8 +92,9 @@ void moveTo(T& whole, T& part) {
 ResultsBook joinedRuns(std::vector<NamedBook> runs) {
     ResultsBook whole;
     joinNotes(runs, whole.notes);
+    const Titles titles = titlesOf(runs);
     for (NamedBook& run : runs) {
-        if (!run.name.empty()) nameEverything(run);
+        if (!run.name.empty()) nameEverything(run, titles);
         if (whole.analysis.empty()) whole.analysis = run.book.analysis;
         if (whole.source.empty()) whole.source = run.book.source;
         whole.status = std::max(whole.status, run.book.status);

@@ -13,9 +13,9 @@ struct NamedBook {
     ResultsBook book;
 };
 
-/// One book of all of them, in their order. Each title gets the name of its run, "Parameter Estimates,
-/// lognormal", and so do origins; messages and iterations say whose they are. Notes that every run has stand
-/// once.
+/// One book of all of them, in their order. Each title that does not begin with the name of its run
+/// gets it, "Parameter Estimates, lognormal", and so do origins; messages and iterations say whose they are.
+/// Notes that every run has stand once.
 [[nodiscard]] ResultsBook joinedRuns(std::vector<NamedBook> runs);
 
 } // namespace korvana

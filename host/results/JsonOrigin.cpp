@@ -65,7 +65,12 @@ void writeReading(const ReadSettings& reading, JsonText& json) {
 
 void writeRun(const RunOrigin& run, JsonText& json) {
     const DataState& data = run.data;
-    json.raw("{\"name\": ").string(run.name).raw(", \"data\": {\"file\": ").string(data.file).raw(", \"cases\": ").number(data.cases);
+    json.raw("{\"name\": ")
+        .string(run.name)
+        .raw(", \"data\": {\"file\": ")
+        .string(data.file)
+        .raw(", \"cases\": ")
+        .number(data.cases);
     json.raw(", \"selectedCases\": ").number(data.selectedCases);
     json.raw(",\n  \"condition\": ").string(data.condition);
     json.raw(", \"weightVariable\": ").string(data.weightVariable);

@@ -43,20 +43,38 @@ std::string_view ending(OutputFormat format) {
     return formatTexts[static_cast<std::size_t>(format)].first;
 }
 
-std::string slug(std::string_view title, std::string_view otherwise) {
+std::string slug(std::string_view text) {
     std::string name;
-    for (const char c : title) {
+    for (const char c : text) {
         const bool upper = c >= 'A' && c <= 'Z';
         if (upper || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) {
             name += upper ? static_cast<char>(c - 'A' + 'a') : c;
         } else if (!name.empty() && name.back() != '-') {
             name += '-';
         }
-        if (name.size() == longestName) break;
     }
-    while (!name.empty() && name.back() == '-')
-        name.pop_back();
-    return name.empty() ? std::string(otherwise) : name;
+    if (name.ends_with('-')) name.pop_back();
+    return name;
+}
+
+/// The first of its words.
+std::string cut(const std::string& name, std::size_t most) {
+    if (name.size() <= most) return name;
+    const std::size_t word = name.rfind('-', most);
+    return name.substr(0, word == std::string::npos || word < most / 2 ? most : word);
+}
+
+/// A title as the name of a file. Of one that is too long the part after the last comma is kept: it tells
+/// outputs of a kind apart.
+std::string stemOf(std::string_view title, std::string_view otherwise) {
+    const std::string name = slug(title);
+    const std::size_t comma = title.rfind(", ");
+    if (name.size() > longestName && comma != std::string_view::npos) {
+        const std::string tail = "-" + slug(title.substr(comma));
+        if (tail.size() < longestName / 2)
+            return cut(slug(title.substr(0, comma)), longestName - tail.size()) + tail;
+    }
+    return name.empty() ? std::string(otherwise) : cut(name, longestName);
 }
 
 /// `write` is called with a stream.
@@ -151,10 +169,10 @@ std::vector<std::string> fileNames(const ResultsBook& book) {
     };
     // Tables and charts have different endings, so they may share a name.
     nameKind(1, [](const ResultsBook::Output& output) {
-        return slug(std::get<Spreadsheet>(output).title, "table");
+        return stemOf(std::get<Spreadsheet>(output).title, "table");
     });
     nameKind(2, [](const ResultsBook::Output& output) {
-        return slug(std::get<Chart>(output).info.title, "chart");
+        return stemOf(std::get<Chart>(output).info.title, "chart");
     });
     return names;
 }

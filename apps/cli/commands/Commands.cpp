@@ -11,6 +11,8 @@ constexpr CommandEntry table[] = {
     {"two-sample", "Comparing two samples: five tests, life tables by group", &makeTwoSampleCommand},
     {"k-sample", "Comparing multiple samples: scores, log-rank tests, curves by group", &makeKSampleCommand},
     {"cox", "Cox regression: proportional hazards, stratified or not, with residuals", &makeCoxCommand},
+    {"regression", "Exponential, lognormal and normal regression; which of them fits best",
+     &makeRegressionCommand},
     {"info", "What a data file holds: variables, ranges, codes", &makeInfoCommand},
     {"typelib", "The names by which scripts reach the analyses", &makeTypelibCommand},
     {"completion", "Completion for bash, zsh and fish; the manual page", &makeCompletionCommand},

@@ -32,6 +32,7 @@ protected:
     void begin(std::size_t run) override;
     [[nodiscard]] std::string advice(int message) const override;
     [[nodiscard]] bool isMadeUnasked(const Output& output, const Script& script) const override;
+    [[nodiscard]] std::vector<Settings> settingsOf(const Output& output) const override;
     [[nodiscard]] const EstimationOptions& estimation() const { return estimation_; }
 
 private:
@@ -40,7 +41,6 @@ private:
     void fillIn(ozm::AutomationObject& dialog) final { estimation_.put(dialog); }
     bool answer(const ResultMessage& /*question*/) final { return estimation_.goesOn(); }
     void prepareOutputs(Script& script) final;
-    [[nodiscard]] std::vector<Settings> settingsOf(const Output& output) const final;
 
     CovariateOptions covariates_;
     EstimationOptions estimation_;

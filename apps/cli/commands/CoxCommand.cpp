@@ -17,7 +17,8 @@ public:
                                        "--covariates age,arm:cat",
                             .outputs = known(),
                             .unasked = "all; stratified with --strata, plot-at with --at"},
-                           {.start = "start values of the coefficients, one for each covariate [0]",
+                           {.criterion = "the estimates may be off by about as much, relative to their size",
+                            .start = "start values of the coefficients, one for each covariate [0]",
                             .goesOn = "when the iterations are used up, do 30 more, up to ten times, rather "
                                       "than end without a result"}) {}
 

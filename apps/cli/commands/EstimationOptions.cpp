@@ -11,10 +11,9 @@ namespace korvana::cli {
 
 void EstimationOptions::declare(CLI::App& app) {
     const std::string group = "Estimation";
-    app.add_option(
-           "--criterion", criterion_,
-           "convergence criterion, from 0.00001 to below 1; the estimates may be off by about as much, "
-           "relative to their size [0.0001]")
+    app.add_option("--criterion", criterion_,
+                   std::string{"convergence criterion, from 0.00001 to below 1; "} + help_.criterion +
+                       " [0.0001]")
         ->type_name("X")
         ->group(group);
     app.add_option("--max-iterations", iterations_, "the most iterations, from 3 to 200 [50]")

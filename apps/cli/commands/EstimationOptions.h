@@ -14,6 +14,7 @@ class EstimationOptions {
 public:
     /// What the help says about options whose meaning depends on the model.
     struct Help {
+        const char* criterion;
         const char* start;
         const char* goesOn;
     };

@@ -172,6 +172,18 @@ TEST(FileNames, AreNumberedOnlyWhereTheyCollide) {
     EXPECT_EQ(fileNames(book), expected);
 }
 
+TEST(FileNames, OfLongTitlesKeepWholeWordsAndWhatFollowsTheComma) {
+    ResultsBook book;
+    const std::string words = "Predicted Survival Times at Given Values of the Covariates";
+    for (const std::string& title :
+         {words + ", lognormal", words + ", normal", words + " and of the Strata", words + ", " + words})
+        book.append(Spreadsheet{}).title = title;
+    const std::string stem = "predicted-survival-times-at-given-values-of-the";
+    const std::vector<std::string> expected{stem + "-lognormal", stem + "-normal", stem + "-covariates-1",
+                                            stem + "-covariates-2"};
+    EXPECT_EQ(fileNames(book), expected);
+}
+
 TEST(Formats, AreParsedFromAList) {
     EXPECT_EQ(parseFormats(" JSON, txt,json"), FormatSet().add(OutputFormat::Json).add(OutputFormat::Txt));
     EXPECT_EQ(parseFormats(knownFormats()), FormatSet::all());

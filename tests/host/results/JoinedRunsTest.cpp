@@ -82,6 +82,19 @@ TEST(JoinedRuns, TellTheirOutputsApartAndSayWhatIsWhose) {
     EXPECT_TRUE(workbook.take(sheets[1]->title).ends_with(", exponential"));
 }
 
+TEST(JoinedRuns, ATitleThatBeginsWithTheNameNeedsItNoMoreUnlessOthersHaveIt) {
+    const auto with = [](const char* title) {
+        ResultsBook book;
+        book.append(Report{title, {}});
+        book.append(titled("Normal Scores"));
+        return book;
+    };
+    const ResultsBook book =
+        joinedRuns({{"lognormal", with("Lognormal Results")}, {"normal", with("Normal Results")}});
+    EXPECT_EQ(book.all<Report>()[1]->title, "Normal Results");
+    EXPECT_EQ(book.all<Spreadsheet>()[1]->title, "Normal Scores, normal");
+}
+
 TEST(JoinedRuns, OneWithoutANameIsAsItWas) {
     std::ostringstream before;
     std::ostringstream after;

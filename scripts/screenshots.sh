@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Regenerates the pictures in docs/images: four charts by the command line, the window and its dialogs.
+# Regenerates the pictures in docs/images: charts by the command line, the window and its dialogs.
 set -euo pipefail
 cd -- "$(dirname -- "$(readlink -f -- "$0")")/.."
 scripts/build.sh release korvana OZMSurvival korvana-drawing desktop-screenshots
@@ -20,6 +20,8 @@ chart two-sample survivorship-cumulative-proportion-surviving.png "${leukaemia[@
   --group group --group1 6-MP --group2 placebo --outputs plots
 chart cox hazard-ratios-with-95-limits.png "${veteran[@]}" --covariates karno,age,prior,trt:cat,celltype:cat=large \
   --outputs forest
+chart regression survival-function-at-the-means-of-the-covariates.png "${leukaemia[@]}" --model lognormal \
+  --covariates group:cat=placebo --outputs plot-survival
 chart k-sample cumulative-proportion-surviving-kaplan-meier.png "${veteran[@]}" --group celltype --outputs curves
 
 build/release/bin/desktop-screenshots docs/images

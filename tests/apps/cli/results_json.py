@@ -30,6 +30,8 @@ runs = {
     "kaplan-meier": [aml, aml + ["--select", "time > 5", "--weight", "time", "--missing", "time=9", "--level", "0.9"]],
     "k-sample": [aml + ["--group", "group"]],
     "life-table": [aml + ["--intervals", "5"], angina + ["--survival", ".9,.5", "--times", "1,10", "--level", "0.9"]],
+    "regression": [aml + ["--covariates", "group:cat", "--model", "all", "--at", "group=Maintained"],
+                   veteran + ["--covariates", "karno", "--model", "lognormal", "--start", "0,5,1", "--max-iterations", "60"]],
     "two-sample": [aml + ["--group", "group", "--group1", "Maintained", "--group2", "Nonmaintained"]],
 }
 

@@ -102,7 +102,8 @@ public:
     std::vector<int> modal;                                  ///< the numbers of those that were shown
     int yes = 0; ///< so many questions are answered with Yes, the others with No
     std::vector<int> questionsAsked;
-    std::vector<double> startValues; ///< what the dialog of start values is left with; empty: cancelled
+    std::vector<double> offeredStart; ///< what the dialog of start values was opened with
+    std::vector<double> startValues;  ///< what the dialog of start values is left with; empty: cancelled
 
     /// Runs steps from one on until a dialog owns the step or the sequence ends; returns the step reached.
     int Go(CAnalysisSupport& analysis, int step) {
@@ -148,6 +149,7 @@ public:
         return yes-- > 0 ? ButtonYes : ButtonNo;
     }
     bool GetStartValues(std::span<const std::string> names, std::span<double> values) override {
+        offeredStart.assign(values.begin(), values.end());
         if (startValues.size() != names.size()) return false;
         std::ranges::copy(startValues, values.begin());
         return true;

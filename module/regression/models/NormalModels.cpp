@@ -46,8 +46,7 @@ Outcome OutcomeOf(EmStatus status) {
 /// The estimation with these responses.
 class NormalFit {
 public:
-    NormalFit(EstimationRun& run, std::span<const double> y)
-        : run_(run), cases_(CasesOf(run.sample, y)) {}
+    NormalFit(EstimationRun& run, std::span<const double> y) : run_(run), cases_(CasesOf(run.sample, y)) {}
 
     Outcome Compute() {
         if (run_.parameters.empty()) run_.parameters.assign(cases_.covariates + 2, 0.0);
@@ -113,9 +112,25 @@ Outcome FitNormal(EstimationRun& run) {
     return NormalFit(run, run.sample.Times()).Compute();
 }
 
-/// Nothing: the procedure makes its own of the uncensored cases where sigma is 0.
-std::vector<double> Start(const RegressionSample& sample) {
-    return std::vector<double>(sample.Covariates() + 2, 0.0);
+/// Those that the procedure makes of the uncensored cases; zeros where it cannot.
+std::vector<double> StartOf(const RegressionSample& sample, std::span<const double> y) {
+    std::vector<double> parameters(sample.Covariates() + 2, 0.0);
+    const std::vector<double> tolerances(parameters.size(), 0.0);
+    int iterations = 0;
+    const auto watch = [](int, double, std::span<const double>) { return false; };
+    const bool finite = std::ranges::all_of(y, [](double each) { return std::isfinite(each); });
+    if (!finite || FitCensoredNormal(CasesOf(sample, y), {tolerances, 0}, watch, parameters, iterations) !=
+                       EmStatus::TooManyIterations)
+        std::ranges::fill(parameters, 0.0);
+    return parameters;
+}
+
+std::vector<double> StartLognormal(const RegressionSample& sample) {
+    return StartOf(sample, Logarithms(sample.Times()));
+}
+
+std::vector<double> StartNormal(const RegressionSample& sample) {
+    return StartOf(sample, sample.Times());
 }
 
 std::vector<std::string> Explain(const EstimationRun& run, const Outcome& outcome) {
@@ -139,7 +154,7 @@ const RegressionModel lognormalModel{.kind = RegressionKind::Lognormal,
                                      .showsLikelihood = false,
                                      .countsOn = true,
                                      .firstText = StrPreparingData,
-                                     .start = Start,
+                                     .start = StartLognormal,
                                      .fit = FitLognormal,
                                      .explain = Explain};
 const RegressionModel normalModel{.kind = RegressionKind::Normal,
@@ -148,7 +163,7 @@ const RegressionModel normalModel{.kind = RegressionKind::Normal,
                                   .showsLikelihood = false,
                                   .countsOn = true,
                                   .firstText = StrPreparingData,
-                                  .start = Start,
+                                  .start = StartNormal,
                                   .fit = FitNormal,
                                   .explain = Explain};
 

@@ -229,7 +229,7 @@ EmStatus FitCensoredNormal(const CensoredCases& cases, const EmLimits& limits, c
     Em em(cases, status);
     if (const EmStatus prepared = em.Prepare(parameters); prepared != EmStatus::Success) return prepared;
     std::vector<double> next(parameters.size());
-    while (iterations < std::max(limits.most, 1)) {
+    while (iterations < limits.most) {
         em.Step();
         em.Report(next);
         if (!std::ranges::all_of(next, [](double each) { return std::isfinite(each); }))

@@ -28,7 +28,7 @@ enum class EmStatus : std::int16_t {
 /// When the iteration ends.
 struct EmLimits {
     std::span<const double> tolerances; ///< absolute, one for each parameter
-    int most = 50;
+    int most = 50; ///< with 0 only the start values are made
 };
 
 /// The maximum likelihood estimates of a linear model from censored and confined normal data, by the EM

@@ -211,6 +211,9 @@ TEST_F(ParametricByHand, MoreIterationsOfTheEmGoOnWhereTheOthersEnded) {
 TEST_F(ParametricByHand, StartValuesAreThoseOfAllParameters) {
     const std::vector<double> given{1.2, 1.9, 0.9};
     host.startValues = given;
+    double ofPlacebo = 0.0; // all of its 21 times are uncensored
+    for (std::size_t i = 21; i < 42; ++i)
+        ofPlacebo += std::log(host.columns[0].values[i]) / 21;
     host.operateModal = [&](CAnalysisModalDialog& dialog) {
         EXPECT_TRUE(std::get<std::vector<double>>(dialog.Value(RegStartValues)).empty());
         dialog.PutValue(RegStartValues, std::vector<double>{1});
@@ -218,6 +221,11 @@ TEST_F(ParametricByHand, StartValuesAreThoseOfAllParameters) {
         ExpectMessage(StrRegBadStart, "Numbers that are given: 1; parameters: 3 (drug, Constant, Sigma).");
         dialog.Press(RegEditStartValues);
         EXPECT_EQ(std::get<std::vector<double>>(dialog.Value(RegStartValues)), given);
+        // Offered are the number that stands there, and what the uncensored cases give.
+        ASSERT_EQ(host.offeredStart.size(), 3U);
+        EXPECT_EQ(host.offeredStart[0], 1.0);
+        EXPECT_NEAR(host.offeredStart[1], ofPlacebo, 1e-9);
+        EXPECT_GT(host.offeredStart[2], 0.0);
         dialog.Press(ControlOk);
         EXPECT_TRUE(dialog.IsClosed());
     };

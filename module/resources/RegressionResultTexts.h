@@ -150,7 +150,8 @@
     S(StrRegWhyUnbounded, 21025, "the estimates of %1 grow without bound") \
     S(StrRegFar, 21026, "Not at the maximum to three digits (a smaller criterion brings closer):   ") \
     S(StrRegNoteFar, 21027, \
-      "As the gradient says, the maximum is not reached to three digits by %1: use a smaller convergence criterion.") \
+      "As the gradient says, the maximum is not reached to three digits by %1: use a smaller convergence criterion, or " \
+      "units in which the estimates are larger numbers.") \
     S(StrRegOnlyOf, 21028, "It is an output of %1, and not of %2.") \
     S(StrRegSurvivalTitle, 21300, "Survival Function at the Means of the Covariates") \
     S(StrRegUserTitle, 21303, "Survival Function at Given Values of the Covariates") \

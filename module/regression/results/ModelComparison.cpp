@@ -30,6 +30,7 @@ struct ComparedModel {
     std::size_t parameters = 0;
     ChiSquareStatistic test{};
     std::string whyNot;
+    bool offMaximum = false; ///< the iteration ended before it
     bool stopped = false;
 
     [[nodiscard]] double Criterion() const { return Akaike(logLikelihood, parameters); }
@@ -50,11 +51,29 @@ bool Copy(const RegReportOf& of, RegressionSample& into) {
     return true;
 }
 
-void Take(ComparedModel& compared, const NewtonEstimate& estimate, const RegressionSample& sample) {
+void Take(ComparedModel& compared, std::span<const double> parameters, const NewtonEstimate& estimate,
+          const RegressionSample& sample) {
     const auto df = static_cast<int>(sample.Covariates());
     compared.logLikelihood = estimate.logLikelihood;
     if (compared.model->kind == RegressionKind::Lognormal) compared.logLikelihood -= SumOfLogTimes(sample);
+    compared.offMaximum = !ParametersOffTheMaximum(parameters, estimate).empty();
     compared.test = ChiSquareOf(2.0 * (estimate.logLikelihood - estimate.nullLogLikelihood), df);
+}
+
+/// The message that there would be for the model alone, in sentences.
+std::string WhyNot(const RegressionModel& model, const EstimationRun& run, const Outcome& outcome) {
+    if (outcome.ending == Ending::UsedUp)
+        return Filled(StrRegWhyNotConverged, {FormatCount(run.limits.most)});
+    std::vector<std::string> sentences{Trimmed(outcome.message)};
+    if (!outcome.detail.empty()) sentences.push_back(outcome.detail);
+    for (const std::string& reason : model.explain(run, outcome))
+        sentences.push_back(reason);
+    std::string text;
+    for (const std::string& sentence : sentences) {
+        if (!text.empty()) text += text.ends_with('.') || text.ends_with(':') ? " " : ". ";
+        text += sentence;
+    }
+    return text;
 }
 
 ComparedModel Fit(const RegReportOf& of, RegressionKind kind, RegressionSample& sample) {
@@ -63,7 +82,7 @@ ComparedModel Fit(const RegReportOf& of, RegressionKind kind, RegressionSample& 
     compared.model = FindRegressionModel(kind);
     compared.parameters = compared.model->Parameters(results.names.size());
     if (kind == results.kind) {
-        Take(compared, results.estimate, results.sample);
+        Take(compared, results.estimates, results.estimate, results.sample);
         return compared;
     }
     std::vector<double> parameters;
@@ -78,16 +97,10 @@ ComparedModel Fit(const RegReportOf& of, RegressionKind kind, RegressionSample& 
                       .watch = [&](int, double, std::span<const double>) { return StopRequested(of.host); }};
     const Outcome outcome = compared.model->fit(run);
     compared.stopped = outcome.ending == Ending::Stopped;
-    if (outcome.ending == Ending::Estimated) {
-        Take(compared, estimate, sample);
-    } else if (outcome.ending == Ending::UsedUp) {
-        compared.whyNot = Filled(StrRegWhyNotConverged, {FormatCount(of.state.settings.maximumIterations)});
-    } else {
-        compared.whyNot = Trimmed(outcome.message);
-        if (!outcome.detail.empty()) compared.whyNot += " " + outcome.detail;
-        for (const std::string& reason : compared.model->explain(run, outcome))
-            compared.whyNot += " " + reason;
-    }
+    if (outcome.ending == Ending::Estimated)
+        Take(compared, parameters, estimate, sample);
+    else if (outcome.ending != Ending::Stopped)
+        compared.whyNot = WhyNot(*compared.model, run, outcome);
     return compared;
 }
 
@@ -122,6 +135,10 @@ OutputResult Write(const RegReportOf& of, const std::vector<ComparedModel>& mode
         cells.Put(table, difference, row, each.Criterion() - best);
         tests.Fill(table, row, each.test);
     }
+    std::vector<std::string> off;
+    for (const ComparedModel& each : models)
+        if (each.offMaximum) off.push_back(Whole(each.model->name));
+    if (!off.empty()) table.AddFootnote(Filled(StrParNoteOffMaximum, {Listed(off, StrAnd)}));
     cells.AddNote(table);
     return table.Write(of.host);
 }

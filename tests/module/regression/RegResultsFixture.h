@@ -1,9 +1,11 @@
 #pragma once
-// Results of a Cox regression, filled in as a run leaves them, and the dialog that reads them.
+// Results of a regression, filled in as a run leaves them, and the dialog that reads them.
 
 #include "module/frame/SurvivalState.h"
+#include "module/regression/RegressionModels.h"
 #include "module/resources/RegressionResults.h"
 #include "module/resources/StepNumbers.h"
+#include "module/survdata/ReportLines.h"
 #include "tests/module/regression/CoxCases.h"
 
 #include <gtest/gtest.h>
@@ -24,8 +26,9 @@ protected:
     RegressionState& State() { return ModuleState().regression; }
     RegressionResults& Results() { return State().results; }
 
-    /// The fit of these cases, as close to the maximum as doubles allow, and its dialog.
-    void Open(const CoxCases& cases) {
+    /// The fit of these cases, as close to the maximum as the criterion says, and its dialog.
+    void Open(const CoxCases& cases, RegressionKind kind = RegressionKind::ProportionalHazards,
+              double criterion = 1e-11) {
         ModuleState().shared.Enter(analysis);
         State() = {};
         const auto strata = cases.Strata();
@@ -43,11 +46,14 @@ protected:
                                cases.code.empty() ? std::int16_t{0} : strata.at(cases.code[i]), row);
         }
         results.sample.Summarise();
-        ASSERT_TRUE(results.sample.Order(analysis, strata.size()));
         results.names = cases.names;
         for (std::size_t k = results.names.size(); k < cases.x.size(); ++k)
             results.names.push_back("x" + std::to_string(k + 1));
+        const RegressionModel& model = *FindRegressionModel(kind);
+        results.kind = kind;
         results.parameterNames = results.names;
+        for (const int own : model.ownParameters)
+            results.parameterNames.push_back(Whole(own));
         results.covariates.assign(results.names.size(), 0);
         results.missing.assign(cases.x.size(), 0);
         if (!cases.code.empty()) {
@@ -55,12 +61,19 @@ protected:
             for (const auto& [code, stratum] : strata)
                 results.strata.push_back(code);
         }
-        results.criterion = 1e-11;
-        State().settings.maximumIterations = 200;
-        results.estimates.assign(cases.x.size(), 0.0);
-        const auto watch = [](int, double, std::span<const double>) { return false; };
-        ASSERT_EQ(FitCox(results.sample, {1e-11, 200}, watch, results.estimates, results.estimate),
-                  EstimationStatus::Success);
+        results.criterion = criterion;
+        State().settings.maximumIterations = 20000;
+        EstimationRun run{.host = analysis,
+                          .sample = results.sample,
+                          .covariates = results.names,
+                          .strata = strata.size(),
+                          .limits = {criterion, 20000},
+                          .parameters = results.estimates,
+                          .estimate = results.estimate,
+                          .show = {},
+                          .watch = [](int, double, std::span<const double>) { return false; }};
+        const Outcome outcome = model.fit(run);
+        ASSERT_EQ(outcome.ending, Ending::Estimated) << outcome.message << outcome.detail;
         results.prepared = results.held = true;
         Show();
     }

@@ -91,7 +91,7 @@ TEST_F(ParametricResults, SheetsShowTheNumbersOfAnIndependentProgram) {
             PutAt(at);
             ASSERT_TRUE(Make("UserDefinedPlot"));
             const test::Sheet& quartiles =
-                SheetOf("Predicted Survival Times at Given Values of the Covariates");
+                SheetOf("Predicted Survival Times");
             const auto quartile = [&](const char* id) {
                 return Ours{[&quartiles, id](const GoldenRow& row) {
                     return Column(quartiles, id).at(row.row == 75 ? 0 : row.row == 50 ? 1 : 2);
@@ -130,7 +130,7 @@ TEST_F(ParametricResults, ChartsShowWhatTheTablesHave) {
         for (const char* output : {"Plot1", "Plot2", "Plot3", "SurvivalTable", "Residuals"})
             ASSERT_TRUE(Make(output)) << output;
         // Fitted and Kaplan-Meier curves; between the points of the smooth one its neighbours bound it.
-        const test::Sheet table = SheetOf("Survival Function: Kaplan-Meier, and Fitted at the Means");
+        const test::Sheet table = SheetOf("Kaplan-Meier Estimate and Fitted Survival");
         const ChartSeries& fitted = host.charts[0].series[0];
         const ChartSeries& kaplan = host.charts[0].series[1];
         EXPECT_TRUE(std::ranges::is_sorted(fitted.x) && std::ranges::is_sorted(fitted.y, std::greater{}));

@@ -96,7 +96,7 @@
       "The Kaplan-Meier estimate is of all cases, the fitted survival that of somebody whose covariates are the means.") \
     S(StrParNoteUserTable, 21457, \
       "Survival of somebody with these covariates by the model, at the times of events. Limits are those of log(-log).") \
-    S(StrParQuartilesTitle, 21458, "Predicted Survival Times") \
+    S(StrParQuartilesTitle, 21458, "Survival Times at Given Values") \
     S(StrParColShare1, 21459, "Share") \
     S(StrParSurvivingInFull, 21460, "Share that survives the time") \
     S(StrParTimeErrorInFull, 21461, "Standard error of the time") \

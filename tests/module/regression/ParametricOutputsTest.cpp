@@ -111,7 +111,7 @@ TEST_F(ParametricResults, WhatCannotBeRepresentedOrIsNoTimeIsSaid) {
     values[karno] = 10;
     ASSERT_TRUE(host.Script().Put("CovariateValues", values).ok);
     ASSERT_TRUE(Make("UserDefinedPlot"));
-    const test::Sheet quartiles = SheetOf("Predicted Survival Times");
+    const test::Sheet quartiles = SheetOf("Survival Times at Given Values");
     EXPECT_LT(Column(quartiles, "time")[0], 0.0);
     EXPECT_TRUE(Mentions(quartiles.notes, "A time below 0 says that the normal model does not fit here"));
     EXPECT_TRUE(Mentions(host.charts.back().notes, "fail before time 0"));
@@ -120,7 +120,7 @@ TEST_F(ParametricResults, WhatCannotBeRepresentedOrIsNoTimeIsSaid) {
     values[karno] = 1e5;
     ASSERT_TRUE(host.Script().Put("CovariateValues", values).ok);
     ASSERT_TRUE(Make("UserDefinedPlot"));
-    const test::Sheet far = SheetOf("Predicted Survival Times");
+    const test::Sheet far = SheetOf("Survival Times at Given Values");
     EXPECT_TRUE(std::isnan(Column(far, "time")[1]));
     EXPECT_TRUE(Mentions(far.notes, "An empty cell") && Mentions(far.notes, "Times above 999"));
     EXPECT_EQ(host.charts.back().series[0].y.back(), 1.0);

@@ -1,6 +1,5 @@
 #include "module/regression/models/Models.h"
 #include "module/regression/models/ParametricReasons.h"
-#include "module/regression/parametric/CensoredNormal.h"
 #include "module/regression/parametric/FitCensoredNormal.h"
 #include "module/resources/Groups.h"
 #include "module/resources/Regression.h"
@@ -10,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace ozm::survival {
 namespace {
@@ -59,8 +59,8 @@ public:
         Show(StrRegComputingLikelihood);
         NewtonEstimate& estimate = run_.estimate;
         estimate.nullScore = std::numeric_limits<double>::quiet_NaN();
-        estimate.logLikelihood = CensoredNormalLogLikelihood(cases_, run_.parameters);
-        const auto there = CensoredNormalCovariance(cases_, run_.parameters);
+        estimate.logLikelihood = model_->LogLikelihood();
+        const auto there = model_->Covariance();
         if (!std::isfinite(estimate.logLikelihood) || !there)
             return {Ending::Failed, 0, StrRegNoModelLikelihood, Whole(StrRegNoScale)};
         std::ranges::copy(there->gradient, estimate.gradient.begin());
@@ -71,12 +71,12 @@ public:
 
 private:
     EmStatus Estimate(const CensoredCases& cases, int most, int made, std::vector<double>& parameters,
-                      int& iterations) const {
+                      int& iterations) {
         const std::vector<double> tolerances(parameters.size(), run_.limits.criterion);
         const auto watch = [&](int iteration, double logLikelihood, std::span<const double> at) {
             return run_.watch(made + iteration, logLikelihood, at);
         };
-        return FitCensoredNormal(cases, {tolerances, most}, watch, parameters, iterations);
+        return FitCensoredNormal(cases, {tolerances, most}, watch, parameters, iterations, model_);
     }
     void Show(int text) const {
         if (run_.show) run_.show(text);
@@ -87,7 +87,7 @@ private:
         int iterations = 0;
         const Outcome outcome = OutcomeOf(Estimate(bare, run_.limits.most, 0, parameters, iterations));
         if (outcome.ending == Ending::Stopped) return outcome;
-        run_.estimate.nullLogLikelihood = CensoredNormalLogLikelihood(bare, parameters);
+        if (outcome.ending == Ending::Estimated) run_.estimate.nullLogLikelihood = model_->LogLikelihood();
         if (outcome.ending != Ending::Estimated || !std::isfinite(run_.estimate.nullLogLikelihood))
             return {Ending::Failed, outcome.code, StrRegNoNullModel, {}};
         return {};
@@ -95,6 +95,7 @@ private:
 
     EstimationRun& run_;
     CensoredCases cases_;
+    std::optional<CensoredNormal> model_; ///< that was fitted last
 };
 
 Outcome FitLognormal(EstimationRun& run) {
@@ -117,10 +118,11 @@ std::vector<double> StartOf(const RegressionSample& sample, std::span<const doub
     std::vector<double> parameters(sample.Covariates() + 2, 0.0);
     const std::vector<double> tolerances(parameters.size(), 0.0);
     int iterations = 0;
+    std::optional<CensoredNormal> model;
     const auto watch = [](int, double, std::span<const double>) { return false; };
     const bool finite = std::ranges::all_of(y, [](double each) { return std::isfinite(each); });
-    if (!finite || FitCensoredNormal(CasesOf(sample, y), {tolerances, 0}, watch, parameters, iterations) !=
-                       EmStatus::TooManyIterations)
+    if (!finite || FitCensoredNormal(CasesOf(sample, y), {tolerances, 0}, watch, parameters, iterations,
+                                     model) != EmStatus::TooManyIterations)
         std::ranges::fill(parameters, 0.0);
     return parameters;
 }

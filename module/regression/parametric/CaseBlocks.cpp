@@ -82,9 +82,14 @@ std::vector<Eight> InBlocks(std::span<const double> values, std::span<const std:
 }
 
 std::vector<std::uint32_t> PlacesOf(std::span<const std::uint8_t> status, std::uint8_t which) {
-    std::vector<std::uint32_t> places;
-    for (std::size_t i = 0; i < status.size(); ++i)
-        if (status[i] == which) places.push_back(static_cast<std::uint32_t>(i));
+    // Without a branch: which case has it is hard to foresee.
+    std::vector<std::uint32_t> places(status.size() + 1);
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < status.size(); ++i) {
+        places[count] = static_cast<std::uint32_t>(i);
+        count += static_cast<std::size_t>(status[i] == which);
+    }
+    places.resize(count);
     return places;
 }
 

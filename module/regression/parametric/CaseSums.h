@@ -25,6 +25,8 @@ struct CaseKernels {
     void (*sum)(const CaseBlocks& cases, std::span<const Eight> terms, std::span<double> sums);
     /// The sum over the cases of the products of two columns times the square of a root, for all pairs.
     void (*multiply)(const CaseBlocks& cases, std::span<const Eight> roots, SquareMatrix& products);
+    /// `TailRatio` of each value.
+    void (*tailRatios)(std::span<const Eight> z, std::span<Eight> ratios);
     CensoredSums (*expect)(const CaseBlocks& cases, std::span<const Eight> y,
                            std::span<const double> coefficients, double sigma);
 };

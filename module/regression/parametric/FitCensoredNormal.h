@@ -1,9 +1,10 @@
 #pragma once
 
 #include "module/regression/estimation/DampedNewton.h"
-#include "module/regression/parametric/CensoredCases.h"
+#include "module/regression/parametric/CensoredNormal.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace ozm::survival {
@@ -28,7 +29,7 @@ enum class EmStatus : std::int16_t {
 /// When the iteration ends.
 struct EmLimits {
     std::span<const double> tolerances; ///< absolute, one for each parameter
-    int most = 50; ///< with 0 only the start values are made
+    int most = 50;                      ///< with 0 only the start values are made
 };
 
 /// The maximum likelihood estimates of a linear model from censored and confined normal data, by the EM
@@ -45,7 +46,11 @@ struct EmLimits {
 /// midpoints of confined ones, with sigma^2 the mean square of their residuals. It holds the estimates
 /// afterwards, also after a failure. The watch sees the number of the iteration, NaN for the log-likelihood,
 /// and the parameters after it.
+///
+/// First it makes a model of the cases, which stands at the estimates afterwards, and is none where it ended
+/// before.
 EmStatus FitCensoredNormal(const CensoredCases& cases, const EmLimits& limits, const IterationWatch& watch,
-                           std::span<double> parameters, int& iterations);
+                           std::span<double> parameters, int& iterations,
+                           std::optional<CensoredNormal>& model);
 
 } // namespace ozm::survival

@@ -30,7 +30,8 @@ std::vector<double> CurveTimes(const Predictor& predictor, double largest) {
         if (time > 0.0 && time < largest) times.push_back(time);
     }
     std::ranges::sort(times);
-    times.erase(std::unique(times.begin(), times.end()), times.end());
+    const auto doubles = std::ranges::unique(times);
+    times.erase(doubles.begin(), doubles.end());
     return times;
 }
 

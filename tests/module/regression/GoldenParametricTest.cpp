@@ -76,20 +76,33 @@ public:
             return static_cast<int>(status);
         }
         const Values tolerances(parameters.size(), criterion);
+        std::optional<CensoredNormal> model;
         if (!start.empty()) parameters = start;
         const auto status =
-            FitCensoredNormal(cases.Cases(), {tolerances, most}, watch, parameters, iterations);
-        if (status == EmStatus::Success || status == EmStatus::TooManyIterations) Follow();
+            FitCensoredNormal(cases.Cases(), {tolerances, most}, watch, parameters, iterations, model);
+        if (status == EmStatus::Success || status == EmStatus::TooManyIterations) {
+            Follow();
+            EXPECT_NEAR(model->LogLikelihood(), logLikelihood,
+                        1e-9 * std::abs(logLikelihood)); // stands there
+        }
         return static_cast<int>(status);
     }
     /// What follows from the parameters of a censored normal model.
     void Follow() {
-        logLikelihood = CensoredNormalLogLikelihood(cases.Cases(), parameters);
+        CensoredNormal there(cases.Cases());
+        there.MoveTo(parameters);
+        logLikelihood = there.LogLikelihood();
         if (!cases.upper.empty()) return;
-        const auto found = CensoredNormalCovariance(cases.Cases(), parameters);
+        const auto found = there.Covariance();
         ASSERT_TRUE(found);
         covariance = found->covariance;
         gradient = found->gradient;
+    }
+    /// A model of covariates on their own scales, at the parameters.
+    [[nodiscard]] CensoredNormal AsTheyAre() const {
+        CensoredNormal model(cases.Cases(), CovariateScales::None(cases.covariates));
+        model.MoveTo(parameters);
+        return model;
     }
 
     std::string name;
@@ -149,7 +162,7 @@ TEST(GoldenParametric, MaximaAndTheirCovariances) {
             // What follows from estimates is exact.
             run.parameters = maximum;
             run.Follow();
-            const SquareMatrix information = DeriveCensoredNormal(run.cases.Cases(), maximum).information;
+            const SquareMatrix information = run.AsTheyAre().Derivatives().information;
             for (std::size_t k = 0; k < maximum.size(); ++k)
                 EXPECT_NEAR(run.gradient[k] / std::sqrt(information(k, k)), 0.0, 1e-7) << run.cases.names[k];
             ModelRun null(dataset, name + " null ");
@@ -242,10 +255,9 @@ TEST(GoldenParametric, AwayFromTheMaximum) {
                 each = -each;
         } else {
             run.parameters = there;
-            run.logLikelihood = CensoredNormalLogLikelihood(run.cases.Cases(), there);
-            const NormalDerivatives derived = DeriveCensoredNormal(run.cases.Cases(), there);
-            run.gradient = derived.gradient;
-            run.information = derived.information;
+            run.logLikelihood = run.AsTheyAre().LogLikelihood();
+            run.gradient = run.AsTheyAre().Derivatives().gradient;
+            run.information = run.AsTheyAre().Derivatives().information;
         }
         std::map<std::string, Ours> ours{{"loglik", {[&](const Row&) { return run.logLikelihood; }}}};
         if (run.Has("gradient")) ours["gradient"] = {run.Each(run.gradient), 1};

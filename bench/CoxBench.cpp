@@ -1,13 +1,11 @@
 // Cox regressions of cases in memory: from the cases as they are read to the estimates, and the parts of
 // that.
 
-#include "bench/CoxCases.h"
-#include "host/session/SessionMemory.h"
+#include "bench/RegressionCases.h"
 #include "module/regression/cox/Concordance.h"
 #include "module/regression/cox/CoxResiduals.h"
 #include "module/regression/cox/FitCox.h"
 #include "module/regression/cox/PartialLikelihood.h"
-#include "support/services/NullServices.h"
 
 #include <benchmark/benchmark.h>
 
@@ -17,38 +15,11 @@
 namespace {
 
 namespace survival = ozm::survival;
-
-class Document final : public ozm::CAnalysisDoc, public ozm::NullHost {
-public:
-    ozm::HostServices& Services() override { return *this; }
-    ozm::MemoryService& Memory() override { return memory_; }
-
-private:
-    korvana::SessionMemory memory_;
-};
-
-ozm::CAnalysisSupport& host() {
-    static Document document;
-    static ozm::CAnalysisSupport analysis(&document);
-    return analysis;
-}
-
-/// As many cases as a regression takes, as they are read.
-std::vector<korvana::bench::CoxCase> casesWith(std::int64_t covariates) {
-    korvana::bench::CoxCases source(static_cast<std::size_t>(covariates));
-    std::vector<korvana::bench::CoxCase> cases;
-    for (int i = 0; i < survival::RegressionSample::mostCases; ++i)
-        cases.push_back(source.next());
-    return cases;
-}
+using korvana::bench::casesWith;
 
 void prepare(survival::RegressionSample& sample, const std::vector<korvana::bench::CoxCase>& cases) {
-    if (!sample.Obtain(host(), cases.size(), cases[0].x.size())) std::abort();
-    std::int32_t number = 0;
-    for (const auto& one : cases)
-        sample.Add(one.time, one.event, ++number, 0, one.x);
-    sample.Summarise();
-    if (!sample.Order(host(), 1)) std::abort();
+    korvana::bench::fill(sample, cases);
+    if (!sample.Order(korvana::bench::benchHost(), 1)) std::abort();
 }
 
 void prepareCox(benchmark::State& state) {

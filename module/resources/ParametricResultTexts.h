@@ -83,7 +83,7 @@
       "ones count.") \
     S(StrParNotePattern, 21446, \
       "Where the model holds the points lie about alike at every linear predictor.") \
-    S(StrParTableTitle, 21447, "Survival Function: Kaplan-Meier, and Fitted at the Means") \
+    S(StrParTableTitle, 21447, "Kaplan-Meier Estimate and Fitted Survival") \
     S(StrParColKaplan1, 21448, "Kaplan-") \
     S(StrParColKaplan2, 21449, "Meier") \
     S(StrParKaplanInFull, 21450, "Kaplan-Meier estimate of survival") \
@@ -96,7 +96,7 @@
       "The Kaplan-Meier estimate is of all cases, the fitted survival that of somebody whose covariates are the means.") \
     S(StrParNoteUserTable, 21457, \
       "Survival of somebody with these covariates by the model, at the times of events. Limits are those of log(-log).") \
-    S(StrParQuartilesTitle, 21458, "Predicted Survival Times at Given Values of the Covariates") \
+    S(StrParQuartilesTitle, 21458, "Survival Times at Given Values") \
     S(StrParColShare1, 21459, "Share") \
     S(StrParSurvivingInFull, 21460, "Share that survives the time") \
     S(StrParTimeErrorInFull, 21461, "Standard error of the time") \

@@ -30,8 +30,7 @@ std::vector<double> CurveTimes(const Predictor& predictor, double largest) {
         if (time > 0.0 && time < largest) times.push_back(time);
     }
     std::ranges::sort(times);
-    const auto doubles = std::ranges::unique(times);
-    times.erase(doubles.begin(), doubles.end());
+    times.erase(std::unique(times.begin(), times.end()), times.end());
     return times;
 }
 

@@ -24,9 +24,13 @@ OutputResult WriteMatrix(const RegReportOf& of, int title, CellFormat format, in
     ResultTable table{Whole(title)};
     if (note != 0) table.AddFootnote(Whole(note));
     std::vector<ResultTable::Numbers> columns;
-    for (std::size_t k = 0; k < size; ++k)
-        columns.push_back(table.AddNumbers(
-            {.id = "parameter" + std::to_string(k + 1), .named = results.parameterNames[k]}, format));
+    for (std::size_t k = 0; k < size; ++k) {
+        const ParameterRole role = RoleOf(results, k);
+        const std::string id = role == ParameterRole::Coefficient ? "covariate" + std::to_string(k + 1)
+                               : role == ParameterRole::Constant  ? "constant"
+                                                                  : "sigma";
+        columns.push_back(table.AddNumbers({.id = id, .named = results.parameterNames[k]}, format));
+    }
     if (!table.AddRows(of.host, size)) return OutputResult::Failed(StrRegNoMemory);
     for (std::size_t row = 0; row < size; ++row) {
         if (ResultTable::StopsAt(of.host, row)) return OutputResult::NotMade();

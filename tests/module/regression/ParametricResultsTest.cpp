@@ -1,71 +1,17 @@
 // The outputs of the exponential, lognormal and normal regression: that they show the numbers of an
-// independent program where they belong, in charts as in spreadsheets; the comparison of the models; what is
-// said where one has no such output, or no such number.
+// independent program where they belong, in charts as in spreadsheets.
 
-#include "module/resources/Regression.h"
-#include "module/resources/Resources.h"
 #include "module/survdata/NormalQuantile.h"
-#include "tests/module/regression/GoldenRows.h"
-#include "tests/module/regression/ParametricCases.h"
-#include "tests/module/regression/RegResultsFixture.h"
+#include "tests/module/regression/ParametricResultsFixture.h"
 
 namespace ozm::survival {
 namespace {
-
-using test::none;
-
-struct Model {
-    const char* name;
-    RegressionKind kind;
-};
-constexpr Model models[] = {{"exponential", RegressionKind::Exponential},
-                            {"lognormal", RegressionKind::Lognormal},
-                            {"normal", RegressionKind::Normal}};
-
-class ParametricResults : public RegResultsFixture {
-protected:
-    void OpenGolden(const std::string& dataset, const Model& model) {
-        host.sheets.clear();
-        host.charts.clear();
-        host.report.clear();
-        golden_ = GoldenRowsOf(GoldenParametric(), dataset);
-        Open(ParametricCasesNamed(dataset), model.kind, 1e-10);
-    }
-    [[nodiscard]] bool Has(const std::string& run) const {
-        return std::ranges::find(golden_, run, &GoldenRow::run) != golden_.end();
-    }
-    /// The place of a parameter that the golden file names.
-    std::size_t Place(const std::string& of) {
-        std::string name = of;
-        if (of == "constant" || of == "sigma")
-            name[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(name[0])));
-        return PlaceOf(Results().parameterNames, name);
-    }
-    Ours Parameter(const char* id) {
-        const Values& column = Column(SheetOf("Parameter Estimates"), id);
-        return {[this, &column](const GoldenRow& row) { return column.at(Place(row.of)); }};
-    }
-    Ours At(const char* title, const char* row, const char* id, double size = 0.0) {
-        const double cell = Cell(SheetOf(title), row, id);
-        return {[cell](const GoldenRow&) { return cell; }, size};
-    }
-    Ours Row(const Values& column, double size = 1.0) {
-        return {[&column](const GoldenRow& row) { return column.at(row.row - 1); }, size};
-    }
-    void PutAt(const std::string& run) {
-        AutomationValue::List values(Results().names.size());
-        for (const GoldenRow& row : golden_)
-            if (row.run == run && row.quantity == "x") values[PlaceOf(Results().names, row.of)] = row.value;
-        ASSERT_TRUE(host.Script().Put("CovariateValues", values).ok);
-    }
-    std::vector<GoldenRow> golden_;
-};
 
 TEST_F(ParametricResults, SheetsShowTheNumbersOfAnIndependentProgram) {
     const char* const fit = "Fit of the Model";
     const char* const final = "Log-likelihood of final solution";
     for (const char* dataset : {"leukaemia", "leukaemia-wbc", "veteran", "feigl-zelen", "galaxies", "heavy"})
-        for (const Model& model : models) {
+        for (const Model& model : parametricModels) {
             if (dataset == std::string{"galaxies"} && model.kind == RegressionKind::Exponential) continue;
             SCOPED_TRACE(dataset + (" " + std::string{model.name}));
             OpenGolden(dataset, model);
@@ -145,7 +91,7 @@ TEST_F(ParametricResults, SheetsShowTheNumbersOfAnIndependentProgram) {
             PutAt(at);
             ASSERT_TRUE(Make("UserDefinedPlot"));
             const test::Sheet& quartiles =
-                SheetOf("Predicted Survival Times at Given Values of the Covariates");
+                SheetOf("Survival Times at Given Values");
             const auto quartile = [&](const char* id) {
                 return Ours{[&quartiles, id](const GoldenRow& row) {
                     return Column(quartiles, id).at(row.row == 75 ? 0 : row.row == 50 ? 1 : 2);
@@ -178,13 +124,13 @@ TEST_F(ParametricResults, SheetsShowTheNumbersOfAnIndependentProgram) {
 }
 
 TEST_F(ParametricResults, ChartsShowWhatTheTablesHave) {
-    for (const Model& model : models) {
+    for (const Model& model : parametricModels) {
         SCOPED_TRACE(model.name);
         OpenGolden("veteran", model);
         for (const char* output : {"Plot1", "Plot2", "Plot3", "SurvivalTable", "Residuals"})
             ASSERT_TRUE(Make(output)) << output;
         // Fitted and Kaplan-Meier curves; between the points of the smooth one its neighbours bound it.
-        const test::Sheet table = SheetOf("Survival Function: Kaplan-Meier, and Fitted at the Means");
+        const test::Sheet table = SheetOf("Kaplan-Meier Estimate and Fitted Survival");
         const ChartSeries& fitted = host.charts[0].series[0];
         const ChartSeries& kaplan = host.charts[0].series[1];
         EXPECT_TRUE(std::ranges::is_sorted(fitted.x) && std::ranges::is_sorted(fitted.y, std::greater{}));
@@ -225,164 +171,6 @@ TEST_F(ParametricResults, ChartsShowWhatTheTablesHave) {
         EXPECT_EQ(cases, residual.size());
         EXPECT_EQ(host.charts[2].series.size(), 2U);
         EXPECT_EQ(host.charts[2].series[0].y[0], residual[0]);
-    }
-}
-
-TEST_F(ParametricResults, SayOnWhichScaleTheyStandAndWhatTheyAre) {
-    const std::map<std::string, std::pair<const char*, const char*>> told{
-        {"exponential", {"on the scale of time (of the survival times).", "mean survival time changes"}},
-        {"lognormal",
-         {"on the scale of log time (of the log survival times).", "median survival time changes"}},
-        {"normal", {"on the scale of time (of the survival times).", "change of the mean survival time"}}};
-    for (const Model& model : models) {
-        SCOPED_TRACE(model.name);
-        OpenGolden("leukaemia", model);
-        ASSERT_TRUE(Make("Summary"));
-        EXPECT_NE(host.report.find(told.at(model.name).first), std::string::npos) << host.report;
-        EXPECT_TRUE(Mentions(SheetOf("Parameter Estimates").notes, told.at(model.name).second));
-        EXPECT_TRUE(Mentions(SheetOf("Fit of the Model").notes, told.at(model.name).first));
-        EXPECT_EQ(host.report.find("Score"), std::string::npos);
-        EXPECT_EQ(SheetOf("Tests of the Model").rowHeadings.size(), 2U);
-        EXPECT_FALSE(Mentions(SheetOf("Parameter Estimates").notes, "the maximum is not reached"));
-        for (const char* title : {"Tests of the Model", "Fit of the Model"})
-            for (const Values& column : SheetOf(title).numbers)
-                for (const double cell : column)
-                    EXPECT_TRUE(host.report.find(FormatNumber(cell)) != std::string::npos ||
-                                host.report.find(FormatNumber(cell, 10)) != std::string::npos ||
-                                host.report.find(FormatProbability(cell)) != std::string::npos)
-                        << title << " " << cell;
-        // What it has not: a script is told whose output it is, a person has no such button.
-        for (const char* output :
-             {"StratitifiedAnalysis", "ProportionalHazardsTest", "ScaledSchoenfeldResiduals"}) {
-            EXPECT_EQ(MessageOf(output), StrRegNotOfModel);
-            EXPECT_NE(host.messages[0].detail.find("It is an output of Proportional hazard (Cox) regression"),
-                      std::string::npos)
-                << host.messages[0].detail;
-        }
-        EXPECT_EQ(Make("ForestPlot"), model.kind != RegressionKind::Normal);
-        host.automation = false;
-        Show();
-        EXPECT_EQ(host.Dialog().IsEnabled(RegForest), model.kind != RegressionKind::Normal);
-        EXPECT_FALSE(host.Dialog().IsEnabled(RegStratified) || host.Dialog().IsEnabled(RegSchoenfeld));
-        EXPECT_TRUE(host.Dialog().IsEnabled(RegComparison) && host.Dialog().IsEnabled(RegUserPlot));
-        host.automation = true;
-    }
-    // Stopped early: the parameters that are not there yet.
-    Open(ParametricCasesNamed("heavy"), RegressionKind::Lognormal, 0.05);
-    ASSERT_TRUE(Make("Summary"));
-    EXPECT_NE(host.report.find("Not at the maximum to three digits"), std::string::npos) << host.report;
-    EXPECT_TRUE(Mentions(SheetOf("Parameter Estimates").notes, "Sigma: use a smaller convergence criterion"));
-}
-
-TEST_F(ParametricResults, ComparisonOfTheModels) {
-    for (const Model& model : models) {
-        OpenGolden("veteran", model);
-        ASSERT_TRUE(Make("ModelComparison"));
-        const test::Sheet sheet = SheetOf("Comparison of Parametric Models");
-        double best = INFINITY;
-        for (std::size_t row = 0; row < 3; ++row) {
-            const auto cell = [&](const char* id) {
-                return At("Comparison of Parametric Models", sheet.rowHeadings[row].c_str(), id, 1.0);
-            };
-            Agree(golden_, models[row].name,
-                  {{"loglik_time", cell("logLikelihood")},
-                   {"akaike_time", cell("akaike")},
-                   {"chisq", cell("chiSquare")}},
-                  1e-6);
-            best = std::min(best, Column(sheet, "akaike")[row]);
-            EXPECT_EQ(Words(sheet, "whyNot")[row], "");
-        }
-        EXPECT_EQ(std::ranges::min(Column(sheet, "difference")), 0.0);
-        EXPECT_EQ(Column(sheet, "difference")[2], Column(sheet, "akaike")[2] - best);
-        EXPECT_EQ(Column(sheet, "parameters"), (Values{9, 10, 10}));
-    }
-    // A model that cannot be fitted has the reason, and the others count.
-    OpenGolden("zeros", models[0]);
-    ASSERT_TRUE(Make("ModelComparison"));
-    const test::Sheet sheet = SheetOf("Comparison of Parametric Models");
-    EXPECT_TRUE(std::isnan(Column(sheet, "akaike")[1]) && std::isnan(Column(sheet, "chiSquare")[1]));
-    EXPECT_NE(Words(sheet, "whyNot")[1].find("likelihood for this model. The survival time 0 of case 1"),
-              std::string::npos)
-        << Words(sheet, "whyNot")[1];
-    EXPECT_GT(Column(sheet, "difference")[2], 0.0);
-    ASSERT_TRUE(Make("Summary"));
-    EXPECT_FALSE(Mentions(SheetOf("Fit of the Model").rowHeadings, "scale of log time"));
-    EXPECT_FALSE(Mentions(sheet.notes, "Not at the maximum"));
-    Open(ParametricCasesNamed("heavy"), RegressionKind::Normal, 0.5);
-    ASSERT_TRUE(Make("ModelComparison"));
-    EXPECT_TRUE(Mentions(SheetOf("Comparison of Parametric Models").notes, "Not at the maximum"));
-}
-
-TEST_F(ParametricResults, WhatCannotBeRepresentedOrIsNoTimeIsSaid) {
-    // Events at time 0: no deviance residual; and by the normal model times below 0.
-    for (const Model& model : {models[0], models[2]}) {
-        OpenGolden("zeros", model);
-        for (const char* output : {"Residuals", "Plot1", "Plot2", "Plot3", "SurvivalTable"})
-            ASSERT_TRUE(Make(output)) << output;
-    }
-    OpenGolden("zeros", models[0]);
-    ASSERT_TRUE(Make("Residuals"));
-    EXPECT_TRUE(std::isnan(Column(SheetOf("Residuals"), "deviance")[0]));
-    EXPECT_EQ(Column(SheetOf("Residuals"), "coxSnell")[0], 0.0);
-    EXPECT_TRUE(Mentions(SheetOf("Residuals").notes, "An empty cell (--) is"));
-    OpenGolden("veteran", models[2]);
-    const std::size_t karno = PlaceOf(Results().names, "karno");
-    AutomationValue::List values(Results().names.size());
-    values[karno] = 10;
-    ASSERT_TRUE(host.Script().Put("CovariateValues", values).ok);
-    ASSERT_TRUE(Make("UserDefinedPlot"));
-    const test::Sheet quartiles = SheetOf("Predicted Survival Times at Given Values of the Covariates");
-    EXPECT_LT(Column(quartiles, "time")[0], 0.0);
-    EXPECT_TRUE(Mentions(quartiles.notes, "A time below 0 says that the normal model does not fit here"));
-    EXPECT_TRUE(Mentions(host.charts.back().notes, "fail before time 0"));
-    // Far away the survival is 1 or 0, and times are beyond the data or beyond doubles.
-    OpenGolden("veteran", models[1]);
-    values[karno] = 1e5;
-    ASSERT_TRUE(host.Script().Put("CovariateValues", values).ok);
-    ASSERT_TRUE(Make("UserDefinedPlot"));
-    const test::Sheet far = SheetOf("Predicted Survival Times at Given Values of the Covariates");
-    EXPECT_TRUE(std::isnan(Column(far, "time")[1]));
-    EXPECT_TRUE(Mentions(far.notes, "An empty cell") && Mentions(far.notes, "Times above 999"));
-    EXPECT_EQ(host.charts.back().series[0].y.back(), 1.0);
-    values[karno] = 1e300;
-    ASSERT_TRUE(host.Script().Put("CovariateValues", values).ok);
-    EXPECT_EQ(MessageOf("UserDefinedPlot"), StrRegValuesTooFar);
-    values.assign(9, 1.0);
-    ASSERT_TRUE(host.Script().Put("CovariateValues", values).ok);
-    EXPECT_EQ(MessageOf("UserDefinedPlot"), StrRegTooManyValues);
-    EXPECT_NE(host.messages[0].detail.find("given: 9; covariates: 8 (trt"), std::string::npos);
-    // An estimate that ran away.
-    Results().estimates[karno] = 800.0;
-    Show();
-    for (const AutomationMember& member : host.Dialog().Interface()->members)
-        if (member.kind == MemberKind::Action)
-            Make(std::string{member.name}.c_str()); // whatever they show, they end
-    for (const test::Sheet& sheet : host.sheets)
-        for (const Values& column : sheet.numbers)
-            EXPECT_TRUE(std::ranges::none_of(column, [](double cell) { return std::isinf(cell); }))
-                << sheet.title;
-    for (const CChartInfo& chart : host.charts)
-        for (const ChartSeries& series : chart.series)
-            EXPECT_TRUE(std::ranges::none_of(series.y, [](double y) { return std::isinf(y); }))
-                << chart.title;
-}
-
-TEST_F(ParametricResults, EveryOutputAtTheLargestSizes) {
-    for (const Model& model : models) {
-        host.report.clear();
-        host.sheets.clear();
-        Open(CoxCases::Random(400, 40, 1, 7), model.kind, 1e-4);
-        for (const AutomationMember& member : host.Dialog().Interface()->members) {
-            if (member.kind != MemberKind::Action) continue;
-            const bool made = Make(std::string{member.name}.c_str());
-            EXPECT_TRUE(made || host.messages.back().id == StrRegNotOfModel) << member.name;
-        }
-        EXPECT_EQ(SheetOf("Covariances of Parameter Estimates").numbers.size(), Results().Parameters());
-        std::size_t longest = 0;
-        std::size_t current = 0;
-        for (const char c : host.report)
-            longest = std::max(longest, current = c == '\n' ? 0 : current + 1);
-        EXPECT_LE(longest, 80U);
     }
 }
 

@@ -10,6 +10,15 @@ std::string counted(int count, const std::string& what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
+/// " Sorting ... " is "Sorting".
+std::string_view phaseOf(std::string_view text) {
+    const auto first = text.find_first_not_of(' ');
+    const auto last = text.find_last_not_of(" .");
+    return first == std::string_view::npos || last == std::string_view::npos
+               ? std::string_view{}
+               : text.substr(first, last + 1 - first);
+}
+
 } // namespace
 
 void VerboseLog::declare(CLI::App& app) {
@@ -46,13 +55,14 @@ void VerboseLog::tellData(const ActiveData& active) {
 }
 
 void VerboseLog::status(std::string_view text) {
-    const auto first = text.find_first_not_of(' ');
-    const auto last = text.find_last_not_of(" .");
-    if (first == std::string_view::npos || last == std::string_view::npos) return;
-    std::string phase(text.substr(first, last + 1 - first));
-    if (phase == last_) return; // reported already; only its progress is new
-    last_ = std::move(phase);
+    const std::string_view phase = phaseOf(text);
+    if (phase.empty() || phase == last_) return; // reported already; only its progress is new
+    last_ = phase;
     tell(last_);
+}
+
+void VerboseLog::iterationLine(std::string_view line) {
+    if (phaseOf(line) != last_) tell(std::string(line)); // else it heads the iterations of a phase
 }
 
 } // namespace korvana::cli

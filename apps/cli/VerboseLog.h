@@ -24,7 +24,7 @@ public:
     /// definitions.
     void tellData(const ActiveData& data);
     void status(std::string_view text) override;
-    void iterationLine(std::string_view line) override { tell(std::string(line)); }
+    void iterationLine(std::string_view line) override;
 
 private:
     using Clock = std::chrono::steady_clock;

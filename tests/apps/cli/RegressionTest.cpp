@@ -160,6 +160,15 @@ TEST_F(RegressionTest, AllModelsAreToldApartAndCompared) {
     EXPECT_FALSE(has(succeed("regression " + leukaemia + "--model normal").out, "Comparison"));
 }
 
+/// What goes on during an estimation is said once, although it heads the lines of its iterations, too.
+TEST_F(RegressionTest, PhasesOfAnEstimationAreToldOnce) {
+    const std::string told = succeed("regression " + leukaemia + "--model lognormal --verbose").err;
+    const auto phase = told.find(" s] Estimating null model\n");
+    ASSERT_NE(phase, std::string::npos) << told;
+    EXPECT_EQ(told.find("Estimating null model", phase + 10), std::string::npos) << told;
+    EXPECT_TRUE(has(told.substr(phase), " s]    1 ")) << told;
+}
+
 TEST_F(RegressionTest, AModelThatCannotBeFittedKeepsNoOtherFromIt) {
     const Outcome outcome = run("regression " + zero + "--model all -o out --format json");
     EXPECT_EQ(outcome.code, ExitRefused);

@@ -673,6 +673,15 @@ matrix_case("slight", hidden(2^-19), 0, 1)
 # The square of what stands there counts against its own diagonal alone.
 matrix_case("hidden-100", matrix(c(1, 10, 0, 10, 100, 5e-5, 0, 5e-5, 1), 3), 2)
 
+# ---- The hazard of the standard normal distribution by itself.
+
+z <- c(-40, -20, -7.5, -3, -1.28, -0.1, 0, 0.3, 1.28, 2, 4.5, 5.999, 6.001, 8, 18, 19, 40, 1000)
+add("hazard", "exactly", "z", z)
+# Beyond 8 from its continued fraction, to which pnorm() there only comes near.
+fraction <- function(z) Reduce(function(f, k) z + k / f, 60:1, z)
+stopifnot(abs(fraction(8) / hazard_exactly(8) - 1) < 1e-13)
+add("hazard", "exactly", "hazard", ifelse(z < 8, hazard_exactly(z), sapply(z, fraction)))
+
 # ---- Data.
 
 leukaemia <- read.csv(file.path(data_dir, "leukaemia-6mp.csv"))

@@ -115,8 +115,8 @@ template <std::size_t Lanes>
     std::memcpy(&result, &bits, sizeof(result));
 }
 
-/// The ratios of density and upper tail of a block, as `TailRatio` has them. Each is one quotient: the
-/// continued fractions are those of polynomials n / m, and in the tail the density cancels.
+/// The ratios of density and upper tail of a block, as `CaseKernels` describes them. Each is one quotient:
+/// the continued fractions are those of polynomials n / m, and in the tail the density cancels.
 template <std::size_t Lanes>
 [[gnu::always_inline]] inline void TailRatios(const Eight& block, Eight& ratios) {
     constexpr double density = 0.39894228;

@@ -1,7 +1,5 @@
 #include "module/regression/parametric/NormalHazard.h"
 
-#include "module/survdata/NormalTail.h"
-
 #include <cmath>
 #include <numbers>
 
@@ -36,19 +34,14 @@ double Probability(double a, double b) {
 
 double NormalHazard(double z) {
     constexpr double asymptotic = 6.0;
-    if (z > asymptotic) { // the continued fraction from its ninth term on
+    if (z > asymptotic) { // the continued fraction, of which the next term changes nothing
         double fraction = z;
-        for (double term = 9.0; term > 0.0; --term)
+        for (double term = 18.0; term > 0.0; --term)
             fraction = z + term / fraction;
         return fraction;
     }
     const double rootOfTwoOverPi = std::numbers::sqrt2 * std::numbers::inv_sqrtpi;
     return rootOfTwoOverPi * std::exp(-0.5 * z * z) / std::erfc(z / std::numbers::sqrt2);
-}
-
-double TailRatio(double z) {
-    const double tail = NormalTailProbability(z);
-    return tail > 0.0 ? 0.39894228 * std::exp(-0.5 * z * z) / tail : z + 1.0 / z;
 }
 
 NormalInterval::NormalInterval(double a, double b)

@@ -6,10 +6,6 @@ namespace ozm::survival {
 /// every z.
 double NormalHazard(double z);
 
-/// The same as the EM iteration takes it: the density with 0.39894228, over `NormalTailProbability`; where
-/// that is 0, z + 1/z.
-double TailRatio(double z);
-
 /// A standard normal variable that is known to be between two bounds, a < b.
 class NormalInterval {
 public:

@@ -118,7 +118,7 @@ DialogSettings settingsOf(const ozm::CAnalysisDialog& dialog, const DataSet& dat
     for (const ozm::AutomationMember& member : interface->members) {
         if (member.kind != ozm::MemberKind::Property) continue;
         const ozm::ControlTemplate* control = dialog.Template().Find(member.control);
-        if (control == nullptr) continue;
+        if (control == nullptr || !dialog.IsEnabled(control->id)) continue; // greyed out, it says nothing
         all.settings.push_back(
             {std::string{member.name}, labelOf(dialog, member, *control), reading.value(member, *control)});
     }

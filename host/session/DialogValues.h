@@ -8,8 +8,8 @@
 
 namespace korvana {
 
-/// The properties of a dialog's automation interface with their current values; variables and codes have
-/// their names in the data.
+/// The properties of a dialog's automation interface with their current values, except those of controls that
+/// are greyed out; variables and codes have their names in the data.
 [[nodiscard]] DialogSettings settingsOf(const ozm::CAnalysisDialog& dialog, const DataSet& data);
 
 struct ButtonName {

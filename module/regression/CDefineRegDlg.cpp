@@ -33,6 +33,13 @@ void CDefineRegDlg::OnOpen() {
     SetValue(RegDifferentBaselines, settings.differentBaselines);
     SetValue(RegNonDefault, settings.nonDefaultEstimation);
     SetValue(RegMissing, int{settings.substituteMeans ? RegPutMeans : RegLeaveOut});
+    ShowStrata();
+}
+
+void CDefineRegDlg::ShowStrata() {
+    const RegressionModel* const model = FindRegressionModel(state_.settings.kind);
+    for (const int control : {RegStrataCodes, RegDifferentBaselines})
+        Enable(control, model == nullptr || model->stratified);
 }
 
 void CDefineRegDlg::OnValueChanged(int control) {
@@ -40,6 +47,7 @@ void CDefineRegDlg::OnValueChanged(int control) {
     switch (control) {
     case RegModel:
         settings.kind = static_cast<RegressionKind>(ValueAs<int>(control));
+        ShowStrata();
         break;
     case RegStrataCodes:
         settings.strata = ValueAs<std::vector<double>>(control);

@@ -19,6 +19,8 @@ protected:
     [[nodiscard]] int NotEnoughMemoryString() const override { return StrRegNoMemory; }
 
 private:
+    /// The settings of strata are greyed out for a model that has none.
+    void ShowStrata();
     /// False after a message about what is wrong.
     bool SelectionsAreValid();
     bool CovariatesAreValid();

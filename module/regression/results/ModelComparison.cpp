@@ -20,6 +20,8 @@
 namespace ozm::survival {
 namespace {
 
+/// As many as an estimation may have that was continued: here nobody is asked for more.
+constexpr int mostIterations = 500;
 constexpr RegressionKind kinds[] = {RegressionKind::Exponential, RegressionKind::Lognormal,
                                     RegressionKind::Normal};
 
@@ -87,14 +89,15 @@ ComparedModel Fit(const RegReportOf& of, RegressionKind kind, RegressionSample& 
     }
     std::vector<double> parameters;
     NewtonEstimate estimate;
-    EstimationRun run{.host = of.host,
-                      .sample = sample,
-                      .covariates = results.names,
-                      .limits = {results.criterion, of.state.settings.maximumIterations},
-                      .parameters = parameters,
-                      .estimate = estimate,
-                      .show = {},
-                      .watch = [&](int, double, std::span<const double>) { return StopRequested(of.host); }};
+    EstimationRun run{
+        .host = of.host,
+        .sample = sample,
+        .covariates = results.names,
+        .limits = {results.criterion, std::max(mostIterations, int{of.state.settings.maximumIterations})},
+        .parameters = parameters,
+        .estimate = estimate,
+        .show = {},
+        .watch = [&](int, double, std::span<const double>) { return StopRequested(of.host); }};
     const Outcome outcome = compared.model->fit(run);
     compared.stopped = outcome.ending == Ending::Stopped;
     if (outcome.ending == Ending::Estimated)

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <map>
 
 namespace form {
 namespace {
@@ -120,10 +121,14 @@ TEST_F(PortTest, AChoiceOfARadioGroupIsAMemberOfItsOwn) {
     dialog().Press(ControlOk);
     session.pump();
     const auto& settings = session.run()->dialogs.back().settings;
-    ASSERT_EQ(settings.size(), 8U);
-    EXPECT_EQ(settings[1].label, "Width");
-    EXPECT_EQ(settings[1].value, korvana::Setting::Value{false});
-    EXPECT_EQ(settings[6].value, korvana::Setting::Value{true});
+    std::map<std::string, korvana::Setting> named;
+    for (const korvana::Setting& setting : settings)
+        named[setting.id] = setting;
+    EXPECT_EQ(named.at("ByWidth").label, "Width");
+    EXPECT_EQ(named.at("ByWidth").value, korvana::Setting::Value{false});
+    EXPECT_EQ(named.at("Third").value, korvana::Setting::Value{true});
+    EXPECT_TRUE(named.contains("Number"));
+    EXPECT_FALSE(named.contains("Width")) << "greyed out, it did not count";
 }
 
 TEST_F(PortTest, NoMemberOfTheBaseInterfaceIsDecoration) {

@@ -57,7 +57,6 @@ int RegressionMessage(RegressionStatus status) {
         {RegressionStatus::FewValues, StrRegFewValues},
         {RegressionStatus::ConstantCovariate, StrRegConstantCovariate},
         {RegressionStatus::ConstantTimes, StrRegConstantTimes},
-        {RegressionStatus::TooManyParameters, StrRegTooManyParameters},
         {RegressionStatus::BadStrata, StrRegBadStratum},
         {RegressionStatus::BadScale, StrRegBadScale},
     };
@@ -94,8 +93,6 @@ std::string DescribeDataFault(CAnalysisSupport& host, const SharedSettings& shar
     }
     case RegressionStatus::ConstantTimes:
         return Filled(StrRegTimesDetail, {count(sample.Cases()), FormatExact(sample.Times()[0])});
-    case RegressionStatus::TooManyParameters:
-        return Filled(StrRegParametersDetail, {count(results.names.size()), count(sample.Events())});
     default:
         return {};
     }

@@ -16,9 +16,8 @@ enum class RegressionStatus : std::int16_t {
     FewValues = 12,         ///< of a covariate
     ConstantCovariate = 13, ///< a covariate has one value only
     ConstantTimes = 14,
-    TooManyParameters = 15, ///< covariates, for the uncensored cases
-    BadStrata = 16,         ///< codes of the stratification variable
-    BadScale = 17,          ///< a covariate's values are too large or too small to compute with
+    BadStrata = 16, ///< codes of the stratification variable
+    BadScale = 17,  ///< a covariate's values are too large or too small to compute with
 };
 
 } // namespace ozm::survival

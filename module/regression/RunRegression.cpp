@@ -66,7 +66,7 @@ RegressionStatus Preparation::Prepare() {
     results.parameterNames = results.names;
     for (const int own : model.ownParameters)
         results.parameterNames.push_back(Whole(own));
-    fault = CheckRegressionData(results, status, !model.ownParameters.empty());
+    fault = CheckRegressionData(results, status);
     if (fault.status != RegressionStatus::Success) return fault.status;
     results.prepared = true;
     TellPreparation(host, shared, results);
@@ -203,9 +203,10 @@ std::string Estimation::Describe(EstimationEnd end) const {
     add(reasons_);
     if (outcome_.ending == Ending::UsedUp) add(Whole(StrRegNotConvergedWay));
     if (iterations_ == 0) return text;
-    const int last = state_.results.estimate.iterations;
-    add(iterations_ > last ? Filled(StrRegLastIterationsInAll, {FormatCount(last), FormatCount(iterations_)})
-                           : Filled(StrRegLastIterations, {FormatCount(last)}));
+    const int last = outcome_.iterations > 0 ? outcome_.iterations : state_.results.estimate.iterations;
+    add(outcome_.iterations == 0 && iterations_ > last
+            ? Filled(StrRegLastIterationsInAll, {FormatCount(last), FormatCount(iterations_)})
+            : Filled(StrRegLastIterations, {FormatCount(last)}));
     add(lastLines_);
     return text;
 }

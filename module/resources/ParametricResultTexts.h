@@ -41,7 +41,7 @@
       "Sigma is above 0: its limits are those of its logarithm, and it has no test.") \
     S(StrParNoteSmallSteps, 21421, \
       "The iteration ended when no parameter, Sigma included, changed by more than the convergence criterion, %1. Small " \
-      "steps may stop before the maximum, where the gradient is 0: a smaller criterion brings the estimates closer.") \
+      "steps may stop before the maximum, where the gradient is 0.") \
     S(StrParNoteCovariance, 21422, \
       "The covariances are the inverse of the information at the estimates.") \
     S(StrParNoteObserved, 21423, \

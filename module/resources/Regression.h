@@ -10,6 +10,7 @@ namespace ozm::survival {
 OZM_STRINGS(regressionStrings, OZM_REGRESSION_STRINGS);
 
 inline constexpr double defaultCriterion = 0.0001;
+inline constexpr double leastCriterion = 0.00001;
 inline constexpr int defaultIterations = 50;
 
 // Specification.
@@ -113,7 +114,7 @@ inline constexpr ControlTemplate criterionField{.id = RegCriterion,
                                                 .kind = ControlKind::Real,
                                                 .text = "&Convergence criterion:",
                                                 .decimals = 8,
-                                                .range = {.least = 0.00001,
+                                                .range = {.least = leastCriterion,
                                                           .greatest = 1,
                                                           .withGreatest = false,
                                                           .message = StrRegBadCriterion,

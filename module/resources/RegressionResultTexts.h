@@ -79,8 +79,7 @@
       "t = Beta / standard error; the Wald statistic is its square, and p its chi-square probability (df = 1).") \
     S(StrRegNoteCriterion, 20970, \
       "The iteration ended when the estimates changed by less than the convergence criterion, %1, in proportion " \
-      "to their size. They may be that far from the maximum, where the gradient is 0: a smaller criterion brings " \
-      "them closer.") \
+      "to their size. They may be that far from the maximum, where the gradient is 0.") \
     S(StrRegNoteCovariance, 20971, \
       "The covariances are the inverse of the information at the start of the last iteration: with a smaller " \
       "criterion they come closer to those at the maximum.") \
@@ -148,11 +147,12 @@
     S(StrRegPlotName2, 21023, "Plot 2:   %1") \
     S(StrRegPlotName3, 21024, "Plot 3:   %1") \
     S(StrRegWhyUnbounded, 21025, "the estimates of %1 grow without bound") \
-    S(StrRegFar, 21026, "Not at the maximum to three digits (a smaller criterion brings closer):   ") \
+    S(StrRegFar, 21026, "Not at the maximum to three digits:   ") \
     S(StrRegNoteFar, 21027, \
-      "As the gradient says, the maximum is not reached to three digits by %1: use a smaller convergence criterion, or " \
-      "units in which the estimates are larger numbers.") \
+      "As the gradient says, the maximum is not reached to three digits by %1.") \
     S(StrRegOnlyOf, 21028, "It is an output of %1, and not of %2.") \
+    S(StrRegNoteCloser, 21029, " A smaller criterion brings them closer.") \
+    S(StrRegNoteUnits, 21030, " Units in which the estimates are larger numbers bring them closer to it.") \
     S(StrRegSurvivalTitle, 21300, "Survival Function at the Means of the Covariates") \
     S(StrRegUserTitle, 21303, "Survival Function at Given Values of the Covariates") \
     S(StrRegAxisSurviving, 21304, "Cumulative Proportion Surviving") \

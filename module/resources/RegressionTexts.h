@@ -136,8 +136,7 @@
       "A step of the iteration went too far, as in some cases the hazard is many times that of the others. Give start " \
       "values nearer to the estimates; with an indicator, let 1 stand for the group of the lower hazard.") \
     S(StrRegSubtract, 21189, \
-      "The values of %1 differ little for their size (mean %2, standard deviation %3), and cannot be told from a " \
-      "constant: subtract one from them, say %4.") \
+      "The values of %1 differ little for their size (standard deviation %3): subtract a constant from %1, say %2.") \
     S(StrRegUnboundedParametric, 21190, \
       "The coefficient of %1 grows without bound: its value is %2 in all uncensored cases, and no other case has a " \
       "%3 one. Its estimate and standard error mean nothing; the likelihood has no maximum.") \
@@ -156,5 +155,18 @@
       "No covariate depends on the others: the iteration left the start values for where the likelihood is flat. Leave " \
       "them to the model.") \
     S(StrRegNoScale, 21197, \
-      "Sigma comes down to 0, as the model fits the uncensored cases exactly: choose fewer covariates.")
+      "Sigma comes down to 0, as the model fits the uncensored cases exactly: choose fewer covariates.") \
+    S(StrRegUnboundedCombination, 21198, \
+      "The coefficients of %1 grow without bound together: a combination of them has one value in all uncensored cases, " \
+      "and all others lie on one side of it, as where the group that indicators are compared with has no uncensored " \
+      "case. Their estimates and standard errors mean nothing; the likelihood has no maximum.") \
+    S(StrRegNotAMaximum, 21199, \
+      "The iteration ended where the likelihood has no maximum: its information has no inverse there, and there are no " \
+      "standard errors. Use a smaller convergence criterion, or other start values.") \
+    S(StrRegStartTooFar, 21200, \
+      "The start values are too far from the estimates: give nearer ones, or leave them to the model.") \
+    S(StrRegBadTimes, 21201, \
+      "The survival times are too large or too small to compute with (from %1 to %2): express them in other units.") \
+    S(StrRegOfNullModel, 21202, \
+      "The model itself was estimated; the iterations below are those of its null model, the constant and sigma alone.")
 // clang-format on

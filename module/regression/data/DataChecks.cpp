@@ -34,8 +34,7 @@ std::int32_t ValidOtherwise(const RegressionResults& results) {
     return results.reading.valid + results.reading.missingCovariate;
 }
 
-DataFault CheckRegressionData(const RegressionResults& results, RegressionStatus status,
-                              bool covariatesNeedEvents) {
+DataFault CheckRegressionData(const RegressionResults& results, RegressionStatus status) {
     if (status == RegressionStatus::TooFewValid && ValidOtherwise(results) > 2)
         if (const auto few = CovariateWithFewValues(results)) return {RegressionStatus::FewValues, *few};
     if (status != RegressionStatus::Success) return {status};
@@ -47,8 +46,6 @@ DataFault CheckRegressionData(const RegressionResults& results, RegressionStatus
     if (const auto unusable = UnusableCovariate(sample)) return *unusable;
     if (std::ranges::all_of(sample.Times(), [&](double time) { return time == sample.Times().front(); }))
         return {RegressionStatus::ConstantTimes};
-    if (covariatesNeedEvents && static_cast<std::int64_t>(results.covariates.size()) > events)
-        return {RegressionStatus::TooManyParameters};
     return {};
 }
 

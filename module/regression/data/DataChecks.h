@@ -15,12 +15,10 @@ struct DataFault {
 
 /// Checks a sample that was read, in this order: uncensored cases (none, fewer than 2), covariates with fewer
 /// than 2 values, covariates with one value only or beyond what can be computed with, times with one value
-/// only, more covariates than uncensored cases. The last holds for models whose likelihood has parameters for
-/// the baseline, not for partial likelihoods; they count these parameters themselves. `status` is how the
+/// only. Models whose likelihood has parameters for the baseline count these themselves. `status` is how the
 /// pass ended: where too few cases were valid because a covariate has hardly any values, that covariate is
 /// the fault.
-DataFault CheckRegressionData(const RegressionResults& results, RegressionStatus status,
-                              bool covariatesNeedEvents);
+DataFault CheckRegressionData(const RegressionResults& results, RegressionStatus status);
 
 /// The cases that would be valid if no covariate were missing.
 std::int32_t ValidOtherwise(const RegressionResults& results);

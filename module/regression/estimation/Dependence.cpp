@@ -7,19 +7,24 @@
 namespace ozm::survival {
 namespace {
 
-/// Which of the covariates before k the row of its Cholesky factor depends on: the solution c of R c = r.
-std::vector<std::size_t> DependsOn(const SquareMatrix& factor, std::size_t k) {
+/// What the row of covariate k in a Cholesky factor depends on: the solution c of R c = r, where it is not
+/// negligible.
+Diagnosis::Dependence DependsOn(const SquareMatrix& factor, std::size_t k) {
     constexpr double negligible = 1e-6;
     ParameterVector c{};
-    std::vector<std::size_t> on;
     for (std::size_t j = k; j-- > 0;) {
         c[j] = factor(k, j);
         for (std::size_t l = j + 1; l < k; ++l)
             c[j] -= factor(l, j) * c[l];
         c[j] /= factor(j, j);
-        if (std::abs(c[j]) > negligible) on.insert(on.begin(), j);
     }
-    return on;
+    Diagnosis::Dependence dependence{k, {}};
+    for (std::size_t j = 0; j < k; ++j)
+        if (std::abs(c[j]) > negligible) {
+            dependence.on.push_back(j);
+            dependence.weights.push_back(c[j]);
+        }
+    return dependence;
 }
 
 } // namespace
@@ -39,7 +44,7 @@ std::optional<Diagnosis::Dependence> DependenceIn(const SquareMatrix& products, 
         }
         if (!(pivot > std::max(leastPivot * products(k, k), least))) {
             const bool alone = !(products(k, k) > least);
-            return Diagnosis::Dependence{k, alone ? std::vector<std::size_t>{} : DependsOn(factor, k)};
+            return alone ? Diagnosis::Dependence{k, {}} : DependsOn(factor, k);
         }
         factor(k, k) = std::sqrt(pivot);
     }

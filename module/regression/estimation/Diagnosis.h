@@ -12,6 +12,7 @@ struct Diagnosis {
     struct Dependence {
         std::size_t covariate = 0;
         std::vector<std::size_t> on;
+        std::vector<double> weights{}; ///< of these, on the scale of the matrix that shows it
     };
     /// A covariate whose coefficient has no finite maximum.
     struct Unbounded {

@@ -53,8 +53,9 @@ std::vector<std::size_t> ParametersOffTheMaximum(std::span<const double> estimat
         double step = 0.0;
         for (std::size_t l = 0; l < estimates.size(); ++l)
             step += v(k, l) * estimate.gradient[l];
-        if (std::abs(step) > threeDigits * std::max(std::abs(estimates[k]), std::sqrt(v(k, k))))
-            off.push_back(k);
+        const bool near =
+            std::abs(step) <= threeDigits * std::max(std::abs(estimates[k]), std::sqrt(v(k, k)));
+        if (!near) off.push_back(k); // also where there is no covariance
     }
     return off;
 }

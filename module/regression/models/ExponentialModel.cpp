@@ -30,6 +30,8 @@ Outcome OutcomeOf(ExponentialStatus status) {
         return {Ending::Stopped, code, 0, {}};
     case ExponentialStatus::TooManyIterations:
         return {Ending::Failed, code, StrRegTooManyIterations, {}};
+    case ExponentialStatus::NotFinite:
+        return {Ending::Failed, code, StrRegNoLikelihood, {}};
     case ExponentialStatus::Singular:
         return {Ending::Failed, code, StrRegSingular, {}};
     case ExponentialStatus::NoTime:
@@ -71,9 +73,10 @@ Outcome Fit(EstimationRun& run) {
 }
 
 std::vector<std::string> Explain(const EstimationRun& run, const Outcome& outcome) {
-    std::vector<std::string> texts = TellUnbounded(run);
+    if (run.estimate.iterations == 0) return {}; // it is clear why
+    std::vector<std::string> texts = TellUnbounded(run, outcome);
     const auto status = static_cast<ExponentialStatus>(outcome.code);
-    if (outcome.ending == Ending::Estimated || run.estimate.iterations == 0) return texts;
+    if (outcome.ending == Ending::Estimated) return texts;
     const NewtonEstimate& estimate = run.estimate;
     if (status == ExponentialStatus::Singular && texts.empty()) texts = TellDependence(run);
     if (status == ExponentialStatus::TooManyIterations && estimate.logLikelihood > 0.0)

@@ -37,7 +37,7 @@ Outcome OutcomeOf(EmStatus status) {
     case EmStatus::TooFewUncensored:
         return {Ending::Failed, code, StrRegTooFewForModel, {}};
     case EmStatus::NotFinite:
-        return {Ending::Failed, code, StrRegNoModelLikelihood, Whole(StrRegNoScale)};
+        return {Ending::Failed, code, StrRegNoModelLikelihood, {}};
     default:
         return {Ending::Failed, code, StrRegEmError, FormatCount(code)};
     }
@@ -55,16 +55,18 @@ public:
             OutcomeOf(Estimate(cases_, most, run_.made, run_.parameters, run_.estimate.iterations));
         if (outcome.code == static_cast<int>(EmStatus::TooFewUncensored))
             outcome.detail = CountOfParameters(run_.sample, run_.parameters.size());
+        if (outcome.code == static_cast<int>(EmStatus::NotFinite)) outcome.detail = WhyNotFinite();
         if (outcome.ending != Ending::Estimated) return outcome;
+        if (FitsExactly()) return {Ending::Failed, 0, StrRegNoModelLikelihood, Whole(StrRegNoScale)};
         Show(StrRegComputingLikelihood);
         NewtonEstimate& estimate = run_.estimate;
         estimate.nullScore = std::numeric_limits<double>::quiet_NaN();
         estimate.logLikelihood = model_->LogLikelihood();
-        const auto there = model_->Covariance();
-        if (!std::isfinite(estimate.logLikelihood) || !there)
-            return {Ending::Failed, 0, StrRegNoModelLikelihood, Whole(StrRegNoScale)};
-        std::ranges::copy(there->gradient, estimate.gradient.begin());
-        estimate.covariance = there->covariance;
+        if (!std::isfinite(estimate.logLikelihood))
+            return {Ending::Failed, 0, StrRegNoModelLikelihood, WhyNotFinite()};
+        const NormalCovariance there = model_->Covariance();
+        std::ranges::copy(there.gradient, estimate.gradient.begin());
+        estimate.covariance = there.covariance;
         Show(StrRegEstimatingNull);
         return Null();
     }
@@ -78,6 +80,20 @@ private:
         };
         return FitCensoredNormal(cases, {tolerances, most}, watch, parameters, iterations, model_);
     }
+    /// Whether sigma is what rounding leaves of 0.
+    [[nodiscard]] bool FitsExactly() const {
+        constexpr double rounding = 1e-10;
+        const auto [least, greatest] = std::ranges::minmax(cases_.y);
+        return run_.parameters.back() <= rounding * (greatest - least);
+    }
+    [[nodiscard]] std::string WhyNotFinite() const {
+        constexpr double largest = 1e140; // squares must be numbers
+        if (run_.startGiven) return Whole(StrRegStartTooFar);
+        const auto [least, greatest] = std::ranges::minmax(run_.sample.Times());
+        if (greatest > largest || greatest < 1.0 / largest)
+            return Filled(StrRegBadTimes, {FormatNumber(least), FormatNumber(greatest)});
+        return Whole(StrRegNoScale);
+    }
     void Show(int text) const {
         if (run_.show) run_.show(text);
     }
@@ -89,7 +105,7 @@ private:
         if (outcome.ending == Ending::Stopped) return outcome;
         if (outcome.ending == Ending::Estimated) run_.estimate.nullLogLikelihood = model_->LogLikelihood();
         if (outcome.ending != Ending::Estimated || !std::isfinite(run_.estimate.nullLogLikelihood))
-            return {Ending::Failed, outcome.code, StrRegNoNullModel, {}};
+            return {Ending::Failed, outcome.code, StrRegNoNullModel, Whole(StrRegOfNullModel), iterations};
         return {};
     }
 
@@ -136,10 +152,15 @@ std::vector<double> StartNormal(const RegressionSample& sample) {
 }
 
 std::vector<std::string> Explain(const EstimationRun& run, const Outcome& outcome) {
-    std::vector<std::string> texts = TellUnbounded(run);
     const auto status = static_cast<EmStatus>(outcome.code);
+    if (status == EmStatus::TooFewUncensored || status == EmStatus::NotFinite) return {}; // it is clear why
+    std::vector<std::string> texts = TellUnbounded(run, outcome);
     const bool singular = status == EmStatus::Singular || status == EmStatus::SingularStart;
-    if (!singular || outcome.ending == Ending::Estimated || !texts.empty()) return texts;
+    if (!texts.empty()) return texts;
+    if (outcome.ending == Ending::Estimated && std::isnan(run.estimate.covariance(0, 0)))
+        return {Whole(StrRegNotAMaximum)};
+    if (outcome.ending == Ending::UsedUp) return TellNearlyConstant(run, 1e-6);
+    if (!singular || outcome.ending == Ending::Estimated) return texts;
     texts = TellDependence(run);
     if (texts.empty() && status == EmStatus::SingularStart) texts = TellDependenceAtStart(run);
     if (texts.empty()) texts.push_back(TellTooLittle(run));

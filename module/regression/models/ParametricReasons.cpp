@@ -1,11 +1,13 @@
 #include "module/regression/models/ParametricReasons.h"
 
 #include "module/regression/RegressionMessages.h"
+#include "module/regression/estimation/ModelTests.h"
 #include "module/regression/parametric/ParametricDiagnosis.h"
 #include "module/resources/Regression.h"
 #include "module/resources/Resources.h"
 #include "module/survdata/ReportLines.h"
 
+#include <cmath>
 #include <optional>
 
 namespace ozm::survival {
@@ -25,24 +27,36 @@ std::string CountOfParameters(const RegressionSample& sample, std::size_t parame
                   {FormatCount(static_cast<long long>(parameters)), FormatCount(sample.Events())});
 }
 
-std::vector<std::string> TellUnbounded(const EstimationRun& run) {
+std::vector<std::string> TellUnbounded(const EstimationRun& run, const Outcome& outcome) {
     std::vector<std::string> texts;
     for (const UnboundedByCensoring& each : FindUnboundedByCensoring(run.sample))
         texts.push_back(Filled(StrRegUnboundedParametric,
                                {Quoted(run.covariates[each.covariate]), FormatExact(each.value),
                                 Whole(each.least ? StrRegSmaller : StrRegGreater)}));
+    const bool atMaximum =
+        outcome.ending == Ending::Estimated && ParametersOffTheMaximum(run.parameters, run.estimate).empty();
+    if (!texts.empty() || atMaximum) return texts;
+    if (const auto together = FindCombinationUnboundedByCensoring(run.sample); !together.empty())
+        texts.push_back(Filled(StrRegUnboundedCombination, {QuotedNames(run.covariates, together)}));
     return texts;
+}
+
+std::vector<std::string> TellNearlyConstant(const EstimationRun& run, double below) {
+    const std::optional<std::size_t> nearly = FindNearlyConstant(run.sample, below);
+    if (!nearly) return {};
+    const CovariateSummary& of = run.sample.Summary(*nearly);
+    // In as many digits as the deviation asks for.
+    const double unit = std::pow(10.0, std::floor(std::log10(of.deviation)));
+    return {
+        Filled(StrRegSubtract, {Quoted(run.covariates[*nearly]),
+                                FormatExact(std::round(of.mean / unit) * unit), FormatNumber(of.deviation)})};
 }
 
 std::vector<std::string> TellDependence(const EstimationRun& run) {
     Diagnosis diagnosis;
     diagnosis.dependence = FindLinearDependence(run.sample, false);
     if (diagnosis.dependence) return DescribeDiagnosis(run.covariates, false, diagnosis);
-    const std::optional<std::size_t> nearly = FindNearlyConstant(run.sample);
-    if (!nearly) return {};
-    const CovariateSummary& of = run.sample.Summary(*nearly);
-    return {Filled(StrRegSubtract, {Quoted(run.covariates[*nearly]), FormatNumber(of.mean),
-                                    FormatNumber(of.deviation), FormatNumber(of.mean, 3)})};
+    return TellNearlyConstant(run, 0.01);
 }
 
 std::vector<std::string> TellDependenceAtStart(const EstimationRun& run) {

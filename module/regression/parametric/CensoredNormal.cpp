@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace ozm::survival {
@@ -247,11 +248,15 @@ NormalDerivatives CensoredNormal::Derivatives() const {
     return result;
 }
 
-std::optional<NormalCovariance> CensoredNormal::Covariance() const {
+NormalCovariance CensoredNormal::Covariance() const {
     NormalDerivatives there = Derivatives();
-    const auto inverse = PositiveInverse(there.information, columns_ + 1);
-    if (!inverse) return std::nullopt;
-    NormalCovariance result{std::move(there.gradient), *inverse};
+    NormalCovariance result{std::move(there.gradient), {}};
+    if (const auto inverse = PositiveInverse(there.information, columns_ + 1))
+        result.covariance = *inverse;
+    else
+        for (std::size_t k = 0; k <= columns_; ++k)
+            for (std::size_t l = 0; l <= columns_; ++l)
+                result.covariance(k, l) = std::numeric_limits<double>::quiet_NaN();
     const std::size_t constant = columns_ - 1;
     SquareMatrix& v = result.covariance;
     // Outwards, rows and then columns: b = inside / scale, b0 = inside - sum of b centre.

@@ -16,7 +16,7 @@ struct NormalDerivatives {
     std::vector<double> gradient;
     SquareMatrix information;
 };
-/// And with the inverse of the information.
+/// And with the inverse of the information: NaN where it has none.
 struct NormalCovariance {
     std::vector<double> gradient;
     SquareMatrix covariance;
@@ -50,8 +50,9 @@ public:
     /// Its derivatives for covariates on the scales, without the floor, by exact tails. Not with confined
     /// cases.
     [[nodiscard]] NormalDerivatives Derivatives() const;
-    /// The same and their inverse for the covariates as they are; none where there is no inverse.
-    [[nodiscard]] std::optional<NormalCovariance> Covariance() const;
+    /// The same and their inverse for the covariates as they are. There is none where the information is not
+    /// positive definite, as it is about a maximum.
+    [[nodiscard]] NormalCovariance Covariance() const;
 
 private:
     /// Cases of one kind.

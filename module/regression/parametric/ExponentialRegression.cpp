@@ -109,7 +109,7 @@ struct Iteration {
             const bool settled = rise >= 0.0 && rise <= limits.criterion * -before;
             before = fit.logLikelihood;
             if (watch(n, fit.logLikelihood, Negated(theta))) return ExponentialStatus::Stopped;
-            if (!std::isfinite(fit.logLikelihood)) break;
+            if (!std::isfinite(fit.logLikelihood)) return ExponentialStatus::NotFinite;
             const auto factor =
                 PackedCholesky::Of(Pack(likelihood.Information(), likelihood.Order()), likelihood.Order());
             std::vector<double> step(likelihood.Gradient().begin(), likelihood.Gradient().end());

@@ -13,7 +13,7 @@ namespace ozm::survival {
 /// How the fit of an exponential model ended. The numbers are known to users.
 enum class ExponentialStatus : std::int16_t {
     Success = 0,
-    TooManyIterations = 1, ///< or the log-likelihood is beyond what can be computed
+    TooManyIterations = 1,
     Singular = 2,
     NoCases = 3,
     NoCovariates = 4, ///< before the first iteration
@@ -23,6 +23,7 @@ enum class ExponentialStatus : std::int16_t {
     NoEvents = 7,
     NoTime = 8,       ///< all times are 0
     TooFewEvents = 9, ///< for the number of parameters
+    NotFinite = 10,   ///< the log-likelihood is beyond what can be computed
 };
 
 /// The exponential model for censored times: the mean time of a case with covariates x is exp(b0 + x'b), its

@@ -20,14 +20,19 @@ struct UnboundedByCensoring {
 };
 std::vector<UnboundedByCensoring> FindUnboundedByCensoring(const RegressionSample& sample);
 
+/// The same of a combination of covariates: those that it is made of, in their order; none where there is no
+/// such one. (A group without uncensored cases may be the one that indicators of the others are compared
+/// with.) Throws std::bad_alloc without memory for a copy of the covariates.
+std::vector<std::size_t> FindCombinationUnboundedByCensoring(const RegressionSample& sample);
+
 /// The first covariate that depends linearly on those before it and a constant, among all cases or the
 /// uncensored ones alone; on none, where it does not vary among them. Throws std::bad_alloc without memory
 /// for a copy of the covariates.
 std::optional<Diagnosis::Dependence> FindLinearDependence(const RegressionSample& sample,
                                                           bool uncensoredOnly);
 
-/// The covariate that varies least for its size, where its standard deviation is below a hundredth of its
+/// The covariate that varies least for its size, where its standard deviation is below such a part of its
 /// mean.
-std::optional<std::size_t> FindNearlyConstant(const RegressionSample& sample);
+std::optional<std::size_t> FindNearlyConstant(const RegressionSample& sample, double below);
 
 } // namespace ozm::survival

@@ -152,9 +152,11 @@ OutputResult WriteParameters(const RegReportOf& of) {
     }
     columns.AddNotes(table);
     table.AddFootnote(Whole(model.noteOnMeasures));
-    table.AddFootnote(Filled(model.noteOnCriterion, {FormatNumber(results.criterion, 7)}));
+    const bool mayBeSmaller = results.criterion > static_cast<double>(static_cast<float>(leastCriterion));
+    table.AddFootnote(Filled(model.noteOnCriterion, {FormatNumber(results.criterion, 7)}) +
+                      (mayBeSmaller ? Whole(StrRegNoteCloser) : ""));
     if (const auto far = FarFromMaximum(results); !far.empty())
-        table.AddFootnote(Filled(StrRegNoteFar, {Listed(far, StrAnd)}));
+        table.AddFootnote(Filled(StrRegNoteFar, {Listed(far, StrAnd)}) + Whole(StrRegNoteUnits));
     return table.Write(of.host);
 }
 

@@ -89,14 +89,15 @@ CChartInfo Chart(const RegReportOf& of, const Predictor& predictor) {
     };
     for (const double time : CurveTimes(predictor, LargestTime(of.Results().sample))) {
         const Prediction survival = predictor.SurvivalAt(time);
-        if (!std::isfinite(survival.lower) || !std::isfinite(survival.upper)) continue;
         add(fitted, time, survival.value);
+        if (!std::isfinite(survival.lower) || !std::isfinite(survival.upper)) continue;
         add(lower, time, survival.lower);
         add(upper, time, survival.upper);
     }
     fitted.leaving = AscendingTimes(of.Results().sample);
     CChartInfo chart = FittedChart(StrRegUserTitle);
     chart.series.push_back(std::move(fitted));
+    if (lower.x.empty()) return chart; // there are no standard errors
     chart.series.push_back(std::move(lower));
     chart.series.push_back(std::move(upper));
     return chart;
@@ -110,7 +111,8 @@ OutputResult PlotPredictions(const RegReportOf& of) {
         return OutputResult::Failed(StrRegTooManyValues);
     const CovariateValues values = ValuesForPlot(of);
     const Predictor predictor = PredictorAt(of, values.values);
-    if (!std::isfinite(predictor.Location()) || !std::isfinite(predictor.LocationError()))
+    const bool hasErrors = !std::isnan(of.Results().estimate.covariance(0, 0));
+    if (!std::isfinite(predictor.Location()) || (hasErrors && !std::isfinite(predictor.LocationError())))
         return OutputResult::Failed(StrRegValuesTooFar);
     if (const OutputResult written = WriteSurvivalAt(of, predictor, values.described); !written.made)
         return written;

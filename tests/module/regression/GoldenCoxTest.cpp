@@ -24,8 +24,8 @@ using Row = GoldenRow;
 class Fit {
 public:
     explicit Fit(const std::string& dataset)
-        : golden(GoldenRowsOf(GoldenCox(), dataset)), cases(CasesNamed(dataset)), made(cases), sample(made.sample),
-          parameters(cases.x.size()) {}
+        : golden(GoldenRowsOf(GoldenCox(), dataset)), cases(CasesNamed(dataset)), made(cases),
+          sample(made.sample), parameters(cases.x.size()) {}
 
     void Run(const IterationLimits& limits, const IterationWatch& watch) {
         status = FitCox(sample, limits, watch, parameters, estimate);

@@ -93,10 +93,9 @@ public:
         there.MoveTo(parameters);
         logLikelihood = there.LogLikelihood();
         if (!cases.upper.empty()) return;
-        const auto found = there.Covariance();
-        ASSERT_TRUE(found);
-        covariance = found->covariance;
-        gradient = found->gradient;
+        NormalCovariance found = there.Covariance();
+        covariance = found.covariance;
+        gradient = std::move(found.gradient);
     }
     /// A model of covariates on their own scales, at the parameters.
     [[nodiscard]] CensoredNormal AsTheyAre() const {

@@ -51,7 +51,7 @@ TEST_F(ParametricResults, SayOnWhichScaleTheyStandAndWhatTheyAre) {
     Open(ParametricCasesNamed("heavy"), RegressionKind::Lognormal, 0.05);
     ASSERT_TRUE(Make("Summary"));
     EXPECT_NE(host.report.find("Not at the maximum to three digits"), std::string::npos) << host.report;
-    EXPECT_TRUE(Mentions(SheetOf("Parameter Estimates").notes, "Sigma: use a smaller convergence criterion"));
+    EXPECT_TRUE(Mentions(SheetOf("Parameter Estimates").notes, "Sigma. Units in which"));
 }
 
 TEST_F(ParametricResults, ComparisonOfTheModels) {

@@ -90,8 +90,7 @@ TEST_F(ParametricResults, SheetsShowTheNumbersOfAnIndependentProgram) {
             const std::string at = model.name + std::string{" at1"};
             PutAt(at);
             ASSERT_TRUE(Make("UserDefinedPlot"));
-            const test::Sheet& quartiles =
-                SheetOf("Survival Times at Given Values");
+            const test::Sheet& quartiles = SheetOf("Survival Times at Given Values");
             const auto quartile = [&](const char* id) {
                 return Ours{[&quartiles, id](const GoldenRow& row) {
                     return Column(quartiles, id).at(row.row == 75 ? 0 : row.row == 50 ? 1 : 2);

@@ -4,6 +4,7 @@
 #include "module/resources/Regression.h"
 #include "module/resources/Shared.h"
 #include "tests/module/AnalysisFixture.h"
+#include "tests/module/regression/ParametricCases.h"
 
 #include <algorithm>
 #include <cmath>
@@ -24,10 +25,19 @@ protected:
     double Error(std::size_t k) { return std::sqrt(Results().estimate.covariance(k, k)); }
     /// Whether OK leads to estimates.
     bool Fit(int model, const List& covariates, const List& strata = {}) {
+        Select(model, covariates, strata);
+        return Ok();
+    }
+    /// The same with the settings that were set.
+    bool FitSo(int model, const List& covariates) {
+        Select(model, covariates, {});
+        host.Script().Put("NonDefaultStartValuesIterations", true);
+        return Ok();
+    }
+    void Select(int model, const List& covariates, const List& strata) {
         Specify();
         host.Script().Put("TypeOfSurvivalRegressionModel", model);
         host.Script().Put("Variables", List{List{1}, List{2}, covariates, strata});
-        return Ok();
     }
     bool Ok() {
         host.messages.clear();
@@ -45,11 +55,6 @@ protected:
             EXPECT_TRUE(script.Put("MaxNumberOfIterations", iterations).ok);
             EXPECT_TRUE(script.Put("StartValues", start).ok);
         };
-    }
-    bool FitSo(int model, const List& covariates) {
-        Specify();
-        host.Script().Put("NonDefaultStartValuesIterations", true);
-        return Fit(model, covariates);
     }
     void Cases(std::vector<double> times, std::vector<double> complete, std::vector<std::vector<double>> x) {
         host.columns = of.columns;
@@ -112,9 +117,6 @@ TEST_F(RunParametric, RefusesWhatAModelCannotHave) {
                                                 ? "There are 3 parameters and 2 uncensored cases."
                                                 : "There are 4 parameters and 2 uncensored cases.");
     }
-    Cases({1, 2, 3, 4, 5}, {1, 1, 0, 0, 0}, {{1, 2, 4, 3, 1}, {5, 1, 2, 2, 8}, {1, 1, 1, 2, 1}});
-    EXPECT_FALSE(Fit(normal, {3, 4, 5}));
-    ExpectMessage(StrRegTooManyParameters, "There are 3 parameters and 2 uncensored cases.");
 }
 
 TEST_F(RunParametric, SaysWhyThereAreNoEstimates) {
@@ -130,7 +132,7 @@ TEST_F(RunParametric, SaysWhyThereAreNoEstimates) {
     for (std::size_t i = 0; i < 42; ++i)
         host.columns[3].values[i] = 1990.0 + static_cast<double>(i % 7);
     EXPECT_FALSE(Fit(exponential, {4}));
-    ExpectMessage(StrRegSingular, "The values of 'sex' differ little for their size (mean 1993");
+    ExpectMessage(StrRegSingular, "subtract a constant from 'sex', say 1993.");
     EXPECT_TRUE(Fit(lognormal, {4}));
     // No case of one group had the event.
     const std::vector<double> group{0, 0, 0, 0, 0, 0, 1, 1, 1, 1};
@@ -158,11 +160,94 @@ TEST_F(RunParametric, SaysWhyThereAreNoEstimates) {
     times[30] = 900;
     Cases(times, std::vector<double>(40, 1.0), {one});
     EXPECT_FALSE(Fit(exponential, {3}));
-    ExpectMessage(StrRegTooManyIterations, "A step of the iteration went too far");
+    ExpectMessage(StrRegNoLikelihood, "A step of the iteration went too far");
     // All uncensored cases on a line.
     Cases({1, 2, 3, 4, 5, 9}, {1, 1, 1, 1, 1, 1}, {{1, 2, 3, 4, 5, 9}});
     EXPECT_FALSE(Fit(normal, {3}));
     ExpectMessage(StrRegNoModelLikelihood, "Sigma comes down to 0");
+    // On a line but for their last digits.
+    std::vector<double> ratios;
+    std::vector<double> steps;
+    for (int i = 1; i <= 15; ++i) {
+        steps.push_back(i);
+        ratios.push_back(3 * std::pow(1.5, i));
+    }
+    Cases(ratios, std::vector<double>(15, 1.0), {steps});
+    EXPECT_FALSE(Fit(lognormal, {3}));
+    ExpectMessage(StrRegNoModelLikelihood, "Sigma comes down to 0");
+    // Start values are to blame, or units.
+    host.columns = of.columns;
+    for (const List& start : {List{0, 0, 1e300}, List{1e300, 0, 1}, List{0, 3, 1e-300}}) {
+        Set(0.0001, 50, start);
+        EXPECT_FALSE(FitSo(normal, {3}));
+        ExpectMessage(StrRegNoModelLikelihood, "The start values are too far");
+    }
+    for (double& time : host.columns[0].values)
+        time *= 1e-290;
+    EXPECT_FALSE(Fit(normal, {3}));
+    ExpectMessage(StrRegNoModelLikelihood,
+                  "The survival times are too large or too small to compute with (from 1e-290");
+    // The null model takes more iterations than the model, and its own are shown.
+    host.columns = of.columns;
+    Set(0.00001, 5, {13.862559, 8.6666667, 9.5589414});
+    EXPECT_FALSE(FitSo(normal, {3}));
+    ExpectMessage(StrRegNoNullModel,
+                  "its null model, the constant and sigma alone.\nIterations: 5; the last of them:\n");
+}
+
+/// A group without uncensored cases, whichever group the others are compared with.
+TEST_F(RunParametric, AGroupWithoutEventsIsFoundBeforeAndAfterTheEstimation) {
+    std::vector<double> times;
+    std::vector<double> complete;
+    std::vector<std::vector<double>> is(3);
+    for (std::size_t i = 0; i < 45; ++i) {
+        times.push_back(1.0 + static_cast<double>(i * 7 % 23));
+        complete.push_back(i % 3 != 0 && i % 5 != 0 ? 1 : 0);
+        for (std::size_t group = 0; group < 3; ++group)
+            is[group].push_back(i % 3 == group ? 1 : 0);
+    }
+    const auto mentions = [this](const std::string& what) {
+        const std::string all = host.messages.empty() ? "" : host.messages[0].text + host.messages[0].detail;
+        EXPECT_NE(all.find(what), std::string::npos) << all;
+    };
+    for (const int model : {exponential, lognormal, normal})
+        for (const bool started : {false, true}) {
+            SCOPED_TRACE(model);
+            // EM takes ever smaller steps, and this criterion is met.
+            Set(started ? 0.05 : 0.0001, started ? 200 : 50,
+                !started               ? List{}
+                : model == exponential ? List{0, 0, 3}
+                                       : List{0, 0, 3, 1});
+            Cases(times, complete, {is[1], is[2]});
+            EXPECT_TRUE(FitSo(model, {3, 4}) == started || model == exponential);
+            mentions("The coefficients of 'x1' and 'x2' grow without bound together: a combination");
+            Cases(times, complete, {is[0], is[2]});
+            EXPECT_TRUE(FitSo(model, {3, 4}) == started || model == exponential);
+            mentions("The coefficient of 'x1' grows without bound: its value is 0");
+        }
+    // Events on both sides: there is a maximum, and nothing to say.
+    complete[0] = 1;
+    Cases(times, complete, {is[1], is[2]});
+    EXPECT_TRUE(Fit(normal, {3, 4}));
+    EXPECT_TRUE(host.messages.empty() && host.notes.empty());
+}
+
+/// EM may settle where the information is not positive definite: all is told but what rests on covariances.
+TEST_F(RunParametric, EstimatesWithoutAMaximumHaveNoStandardErrors) {
+    const CoxCases motorettes = ParametricCasesNamed("motorettes");
+    Cases(motorettes.time, motorettes.status, {motorettes.x[0]});
+    Set(0.9, 50, {4.3, -6, 0.8});
+    ASSERT_TRUE(FitSo(normal, {3}));
+    ASSERT_TRUE(std::isnan(Error(0)));
+    EXPECT_NEAR(Results().estimate.logLikelihood, -18.482006, 1e-6); // by an independent program
+    ASSERT_EQ(host.messages.size(), 1U);
+    EXPECT_NE(host.messages[0].text.find("no standard errors. Use a smaller"), std::string::npos);
+    host.Script().Put("CovariateValues", List{1.0});
+    MakeEveryOutput();
+    const test::Sheet table = SheetOf("Parameter Estimates");
+    EXPECT_TRUE(std::isfinite(table.numbers[0][0]) && std::isnan(table.numbers[1][0]));
+    EXPECT_NE(table.notes.back().find("x1, Constant and Sigma"), std::string::npos) << table.notes.back();
+    EXPECT_TRUE(std::isfinite(SheetOf("Survival Times at Given Values").numbers[1][0]));
 }
 
 /// A person: nothing runs by itself.

@@ -2,6 +2,7 @@
 #include "host/results/StandardFiles.h"
 #include "host/results/Unfinished.h"
 
+#include <array>
 #include <csignal>
 #include <cstddef>
 #include <cstdlib>
@@ -9,6 +10,7 @@
 #include <new>
 #include <string_view>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -51,12 +53,27 @@ void endOn(int signal) {
     ::_exit(korvana::cli::ExitUsage);
 }
 
+/// More than any analysis takes of the main thread's stack (160 KB was the most).
+constexpr std::size_t stackBytes = std::size_t{512} << 10;
+
 /// The libraries and the program allocate some 200 KB before main(), where a failure could not be caught.
 void requireRoom() {
-    constexpr std::size_t bytes = std::size_t{512} << 10;
+    constexpr std::size_t bytes = (std::size_t{512} << 10) + stackBytes;
     void* const room = ::mmap(nullptr, bytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (room == MAP_FAILED) endWithoutMemory(); // NOLINT: the system's own constant
     ::munmap(room, bytes);
+}
+
+/// The system lets the stack grow when it is used, and never shrinks it. When memory is used up it cannot
+/// grow, which is a fault that nobody can catch; so it grows now. A smaller `ulimit -s` stays as it is.
+[[gnu::noinline, gnu::no_sanitize_address]] void growStack() {
+    rlimit most{};
+    if (::getrlimit(RLIMIT_STACK, &most) != 0 || most.rlim_cur < 2 * stackBytes) return;
+    constexpr std::size_t page = 4096;
+    std::array<char, stackBytes> stack; // NOLINT: to clear it all would take time
+    volatile char* const bytes = stack.data();
+    for (std::size_t at = 0; at < stackBytes; at += page)
+        bytes[at] = 0;
 }
 
 /// Called by the loader before the libraries are initialised, so that their files do not take the standard
@@ -70,6 +87,7 @@ void begin() {
     // A limit on file sizes is a write error, like a full disk.
     std::signal(SIGXFSZ, SIG_IGN);
     requireRoom();
+    growStack();
 }
 
 [[gnu::section(".preinit_array"), gnu::used]] void (*const beforeAll)() = begin;

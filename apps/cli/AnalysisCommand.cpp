@@ -1,6 +1,7 @@
 #include "apps/cli/AnalysisCommand.h"
 
 #include "apps/cli/Lists.h"
+#include "apps/cli/MemoryRefusals.h"
 #include "apps/cli/PhaseTimes.h"
 #include "apps/cli/ProgressLine.h"
 #include "host/results/JoinedRuns.h"
@@ -31,8 +32,9 @@ void AnalysisCommand::declare(CLI::App& app) {
                "\n\n"
                "Without -o the report goes to standard output and nothing else does. Messages,\n"
                "notes and progress go to standard error. Exit codes: 0 results; 1 the analysis\n"
-               "refused the data; 2 wrong usage, data that cannot be read or results that cannot\n"
-               "be written; 130 stopped by Ctrl-C, 143 and 129 by SIGTERM and SIGHUP.");
+               "refused the data; 2 wrong usage, data that cannot be read, results that cannot be\n"
+               "written, or too little memory; 130 stopped by Ctrl-C, 143 and 129 by SIGTERM and\n"
+               "SIGHUP.");
 }
 
 std::vector<std::string> AnalysisCommand::choices(const std::string& option) const {
@@ -64,7 +66,7 @@ AnalysisCommand::Tally AnalysisCommand::makeOutputs(const Work& work, Script& sc
         for (const Settings& settings : settingsOf(output)) {
             for (const auto& [member, value] : settings)
                 script.put(member, value);
-            makeOutput(output, script, tally);
+            makeOutput(work, output, script, tally);
         }
     }
     work.progress.clear();
@@ -73,28 +75,29 @@ AnalysisCommand::Tally AnalysisCommand::makeOutputs(const Work& work, Script& sc
     return tally;
 }
 
-void AnalysisCommand::makeOutput(const Output& output, Script& script, Tally& tally) {
+void AnalysisCommand::makeOutput(const Work& work, const Output& output, Script& script, Tally& tally) {
     for (const char* const action : output.actions) {
         bool made = false;
+        (void)work.refusals.more(); // what an earlier output got over
         try {
             made = script.press(action);
         } catch (const ScriptError& error) { // one without memory, say: the others may have enough
-            const std::string why = error.what();
-            tally.reasons.push_back(std::string{output.name} + " is not made: " +
-                                    why.substr(0, why.find(" (Exception in analysis method")));
+            tally.reasons.push_back(std::string{output.name} + " is not made: " + error.what());
         }
+        if (!made && work.refusals.more()) tally.lackedMemory = true;
         log_.tell(std::string{made ? "Made " : "Not made: "} + action);
         ++(made ? tally.made : tally.failed);
     }
 }
 
-bool AnalysisCommand::runOnce(const Work& work, std::size_t run) {
+bool AnalysisCommand::runOnce(const Work& work, std::size_t run, bool& lackedMemory) {
     Script script(work.session);
     const auto say = [&](const std::string& text) {
         work.progress.clear();
         const std::string name = runs()[run];
         work.console.say(name.empty() ? text : name + ": " + text);
     };
+    (void)work.refusals.more();
     bool computed = false;
     Tally tally;
     try {
@@ -105,8 +108,10 @@ bool AnalysisCommand::runOnce(const Work& work, std::size_t run) {
         }
     } catch (const ScriptError& error) {
         say(error.what());
+        lackedMemory |= work.refusals.more();
         return false;
     }
+    lackedMemory |= computed ? tally.lackedMemory : work.refusals.more();
     if (computed) return tally.made > 0 || tally.failed == 0; // their messages say why
     if (work.progress.messageCount() == 0) say("the analysis ended without a result and without a message");
     const std::vector<ResultMessage>& messages = work.session.book().messages;
@@ -123,12 +128,12 @@ AnalysisCommand::Results AnalysisCommand::runAll(const Work& work) {
     for (std::size_t run = 0; run < names.size(); ++run) {
         work.progress.begin(names[run]);
         if (!names[run].empty()) log_.tell("Run: " + names[run]);
-        const bool succeeded = runOnce(work, run);
+        const bool succeeded = runOnce(work, run, results.lackedMemory);
         books.push_back({names[run], work.session.takeBook()});
         if (succeeded && ++results.succeeded == 1) {
             Script script(work.session);
             work.progress.begin({});
-            makeOutputs(work, script, true);
+            results.lackedMemory |= makeOutputs(work, script, true).lackedMemory;
             ofAll = work.session.takeBook();
         }
         results.failed += succeeded ? 0 : 1;
@@ -146,6 +151,7 @@ int AnalysisCommand::run(Console& console) {
     if (std::none_of(chosen.begin(), chosen.end(),
                      [&](std::size_t place) { return description_.outputs[place].isChart; }))
         output_.checkWithoutChart(list_);
+    MemoryRefusals refusals;
     PhaseTimes times;
     ProgressLine progress(console, output_.quiet(), log_.isWanted());
     struct Answers final : FrontEnd {
@@ -176,8 +182,12 @@ int AnalysisCommand::run(Console& console) {
     }
     times.status({});
 
-    Results results = runAll({session, progress, console, chosen});
-    if (results.succeeded == 0) return ExitRefused;
+    Results results = runAll({session, progress, console, refusals, chosen});
+    if (results.lackedMemory)
+        console.say(
+            "there is not enough memory: what is named above is not made; leave out cases or variables "
+            "that are not needed");
+    if (results.succeeded == 0) return results.lackedMemory ? ExitUsage : ExitRefused;
     ResultsBook& book = results.book;
     book.analysis = description_.title;
     if (results.failed > 0) book.status = 1;
@@ -192,6 +202,7 @@ int AnalysisCommand::run(Console& console) {
     const int exit = output_.write(book, console);
     log_.tell("Done");
     if (timing_) times.write(console.err);
+    if (exit == ExitResults && results.lackedMemory) return ExitUsage;
     return exit == ExitResults && results.failed > 0 ? ExitRefused : exit;
 }
 

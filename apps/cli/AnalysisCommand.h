@@ -14,6 +14,7 @@
 
 namespace korvana::cli {
 
+class MemoryRefusals;
 class ProgressLine;
 
 /// A command that runs one analysis from its startup dialog to its results: the part that all share. A
@@ -87,24 +88,27 @@ private:
     struct Tally {
         int made = 0;
         int failed = 0;
+        bool lackedMemory = false;        ///< one that failed
         std::vector<std::string> reasons; ///< of those that failed without a message of the analysis
     };
     struct Work {
         Session& session;
         ProgressLine& progress;
         Console& console;
+        MemoryRefusals& refusals;
         const std::vector<std::size_t>& chosen; ///< outputs, by their places
     };
     struct Results {
         int succeeded = 0; ///< runs
         int failed = 0;
+        bool lackedMemory = false;
         ResultsBook book;
     };
     [[nodiscard]] std::vector<std::size_t> chosenOutputs() const;
     Results runAll(const Work& work);
-    bool runOnce(const Work& work, std::size_t run);
+    bool runOnce(const Work& work, std::size_t run, bool& lackedMemory);
     Tally makeOutputs(const Work& work, Script& script, bool ofAllRuns);
-    void makeOutput(const Output& output, Script& script, Tally& tally);
+    void makeOutput(const Work& work, const Output& output, Script& script, Tally& tally);
 
     Description description_;
     DataOptions data_;

@@ -26,7 +26,7 @@ struct Console {
 enum ExitCode : int {
     ExitResults = 0,
     ExitRefused = 1,    ///< the analysis refused the data
-    ExitUsage = 2,      ///< wrong usage, data that cannot be read, results that cannot be written
+    ExitUsage = 2,      ///< wrong usage, unreadable data, results that cannot be written, too little memory
     ExitBySignal = 128, ///< plus the number of the signal: 130 is Ctrl-C
 };
 

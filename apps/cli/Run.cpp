@@ -26,8 +26,8 @@ void overview(std::ostream& out) {
            "  -h, --help      this text; 'korvana COMMAND --help' for the options of a command\n"
            "  --version       the version\n"
            "\nExit codes: 0 results; 1 the analysis refused the data; 2 wrong usage,\n"
-           "data that cannot be read or results that cannot be written; 130 stopped by\n"
-           "Ctrl-C, 143 and 129 by SIGTERM and SIGHUP.\n";
+           "data that cannot be read, results that cannot be written, or too little memory;\n"
+           "130 stopped by Ctrl-C, 143 and 129 by SIGTERM and SIGHUP.\n";
 }
 
 const CommandEntry& find(const std::string& name) {

@@ -6,8 +6,8 @@ namespace korvana::cli {
 namespace {
 
 void require(const ozm::AutomationResult& result) {
-    if (!result.ok)
-        throw ScriptError(result.detail.empty() ? result.error : result.detail + " (" + result.error + ")");
+    // The error without detail names a function of the program, which tells a user nothing.
+    if (!result.ok) throw ScriptError(result.detail.empty() ? result.error : result.detail);
 }
 
 } // namespace

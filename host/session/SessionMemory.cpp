@@ -1,13 +1,12 @@
 #include "host/session/SessionMemory.h"
 
-#include <algorithm>
-#include <cstdlib>
+#include <new>
 
 namespace korvana {
 
 bool SessionMemory::AllocMem(void*& memory, std::size_t size) {
-    // Never null for an empty array: null means refused.
-    memory = std::malloc(std::max<std::size_t>(size, 1));
+    // Not malloc: a program may have a handler for memory that is refused.
+    memory = ::operator new(size, std::nothrow);
     if (memory == nullptr) return false;
     ++outstanding_;
     return true;
@@ -15,7 +14,7 @@ bool SessionMemory::AllocMem(void*& memory, std::size_t size) {
 
 void SessionMemory::FreeMem(void* memory) {
     if (memory == nullptr) return;
-    std::free(memory);
+    ::operator delete(memory);
     --outstanding_;
 }
 

@@ -6,7 +6,7 @@
 
 namespace korvana {
 
-/// Memory from the C heap, counted to detect what an analysis forgets to release.
+/// Memory from the heap, counted to detect what an analysis forgets to release.
 class SessionMemory : public ozm::MemoryService {
 public:
     bool AllocMem(void*& memory, std::size_t size) override;

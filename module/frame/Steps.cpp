@@ -23,6 +23,7 @@
 
 #include <exception>
 #include <memory>
+#include <new>
 #include <utility>
 
 namespace ozm::survival {
@@ -50,6 +51,8 @@ template <StepFunction Step, StepNumber Otherwise = StepEnd>
 int Guarded(CAnalysisSupport& analysis) {
     try {
         return Step(analysis);
+    } catch (const std::bad_alloc&) {
+        TellUnexpected(analysis, "Not enough memory.");
     } catch (const std::exception& error) {
         TellUnexpected(analysis, error.what());
     } catch (...) {

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <exception>
 #include <limits>
+#include <new>
 #include <stdexcept>
 
 namespace ozm {
@@ -195,6 +196,9 @@ AutomationResult Accessor(const CAnalysisDialog& dialog, std::string_view prefix
             Refuse("'" + std::string{member} + "' is not supported: " + std::string{found->help});
         action(*found, result);
         return result;
+    } catch (const std::bad_alloc&) {
+        result.detail = "out of memory";
+        result.error = ErrorText(dialog.ClassName(), prefix, member);
     } catch (const std::exception& error) {
         result.detail = error.what();
         result.error = ErrorText(dialog.ClassName(), prefix, member);

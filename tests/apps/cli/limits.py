@@ -2,12 +2,14 @@
 
 usage: limits.py PROGRAM DATA [NO_THREADS_LIBRARY]
 
-At any limit, a run ends in time, with results or with exit 2 and a message, never by a signal; no message names a C++
-exception; and numbers are written whenever a run without pictures can write them at the same limit.
+At any limit, a run ends in time, with all results or with exit 2 and a message, never by a signal; no message has a
+name of the program's inside; and numbers are written whenever a run without pictures can write them at the same limit.
 """
 import gzip
 import json
+import math
 import os
+import random
 import resource
 import shutil
 import subprocess
@@ -20,6 +22,9 @@ SECONDS = 60
 LOADER_FAILS = 127
 LARGE_FILE = 4 * KIB * KIB
 PICTURES = ["svg", "png", "pdf", "html"]
+CODES = ["--complete", "1", "--censored", "0"]
+KAPLAN_MEIER = ["kaplan-meier", "--time", "weeks", "--censor", "relapse", *CODES]
+OF_GROUPS = ["--time", "weeks", "--censor", "relapse", *CODES, "--covariates", "group:cat=placebo"]
 faults = []
 
 
@@ -39,12 +44,12 @@ def ends(command, memory=None, preload=None):
     return done.returncode, done.stderr
 
 
-def run(program, data, formats, memory=None, preload=None):
+def run(program, data, formats, memory=None, preload=None, analysis=KAPLAN_MEIER):
     """Exit status, standard error, and the files written, with their contents."""
     with tempfile.TemporaryDirectory() as folder:
         out = os.path.join(folder, "out")
-        status, said = ends([program, "kaplan-meier", data, "--time", "weeks", "--censor", "relapse", "--complete", "1",
-                             "--censored", "0", "--quiet", "-o", out, "--format", formats], memory, preload)
+        status, said = ends([program, analysis[0], data, *analysis[1:], "--quiet", "-o", out, "--format", formats],
+                            memory, preload)
         files = {name: content(os.path.join(out, name)) for name in os.listdir(out)} if os.path.isdir(out) else {}
         return status, said, files
 
@@ -87,13 +92,50 @@ def check(what, outcome, wanted):
     status, said, files = outcome
     if status not in (0, 2) or (status == 2 and not said.startswith("korvana: ")):
         faults.append(f"{what}: ended with {status}: {said!r}")
-    if any(word in said for word in ["bad_alloc", "terminate", "[ERROR]"]):
-        faults.append(f"{what}: a library speaks: {said}")
+    if any(word in said for word in ["bad_alloc", "terminate", "[ERROR]", "Exception", "::"]):
+        faults.append(f"{what}: names of the program's inside: {said}")
     for name, holds in wanted.items():
         if files.get(name) != holds:
-            faults.append(f"{what}: {name} has {files.get(name)} instead of {holds}")
+            faults.append(f"{what}: {name} has {files.get(name)} instead of {holds}"[:400])
     if any(name.endswith(".part") for name in files):
         faults.append(f"{what}: left {sorted(files)}")
+
+
+def sweep(program, data, analysis, limits):
+    """Whatever a regression needs memory for, it ends with all tables, or with exit 2 and a message about memory."""
+    whole = run(program, data, "json", analysis=analysis)
+    assert whole[0] == 0 and whole[2]["results.json"], whole
+    ended = []
+    for memory in limits:
+        outcome = run(program, data, "json", memory, analysis=analysis)
+        what = f"{' '.join(analysis[:3])} of {os.path.basename(data)} at {memory} KiB"
+        check(what, outcome, whole[2] if outcome[0] == 0 else {name: outcome[2][name] for name in outcome[2]})
+        if (outcome[0] == 0 and "memory" in outcome[1]) or (outcome[0] == 2 and "memory" not in outcome[1]):
+            faults.append(f"{what}: ended with {outcome[:2]}")
+        ended.append(outcome[0])
+    return ended
+
+
+def check_regressions(program, data, enough):
+    # Their matrices are on the stack, which grows as long as there is memory.
+    for analysis in [["cox"], ["regression", "--model", "lognormal"]]:
+        ended = sweep(program, data, analysis + OF_GROUPS, range(enough - KIB, enough + KIB, 32))
+        assert faults or (ended[0] == 2 and ended[-1] == 0), ended
+    with tempfile.TemporaryDirectory() as folder:
+        large = os.path.join(folder, "large.csv")
+        numbers = random.Random(1)
+        with open(large, "w", encoding="ascii") as file:
+            file.write("t,e,a,b,c,d,f\n")
+            for _ in range(32_000):
+                x = [numbers.gauss(0, 1) for _ in range(5)]
+                time = math.exp(1 + 0.3 * x[0] - 0.2 * x[1] + numbers.gauss(0, 1))
+                file.write(f"{time:.5f},{int(numbers.random() < 0.7)},{','.join(f'{value:.4f}' for value in x)}\n")
+        of_all = ["--time", "t", "--censor", "e", *CODES, "--covariates", "a,b,c,d,f", "--outputs"]
+        one = ["regression", "--model", "lognormal", *of_all, "summary,residuals"]
+        ended = sweep(program, large, one, range(enough + 4 * KIB, enough + 18 * KIB, 2 * KIB))
+        assert faults or (ended[0] == 2 and ended[-1] == 0), ended
+        sweep(program, large, ["regression", "--model", "all", *of_all, "all"],
+              range(enough + 7 * KIB, enough + 19 * KIB, 4 * KIB))
 
 
 def check_large_data(program, enough, preloads):
@@ -127,6 +169,7 @@ def main():
     # No library that only draws is loaded for numbers.
     assert enough < 32 * KIB, enough
     check_large_data(program, enough, sys.argv[3:])
+    check_regressions(program, data, enough)
     # A workbook is written whole or not at all; its library takes memory in many small pieces.
     writes = least(lambda memory: run(program, data, "xlsx", memory)[0] == 0, 64)
     limits = range(max(loads, writes - KIB), writes + 2 * KIB, 64)

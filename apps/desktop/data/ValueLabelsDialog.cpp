@@ -1,7 +1,7 @@
 #include "apps/desktop/data/ValueLabelsDialog.h"
 
 #include "apps/desktop/data/GridText.h"
-#include "apps/desktop/text/WrappedLabel.h"
+#include "apps/desktop/text/ErrorLine.h"
 #include "host/data/DayNumber.h"
 #include "host/data/NumberText.h"
 
@@ -32,7 +32,7 @@ std::optional<double> readValue(const Variable& variable, const QString& text) {
 
 ValueLabelsDialog::ValueLabelsDialog(Variable variable, const VariableSummary* counts, QWidget* parent)
     : QDialog(parent), variable_(std::move(variable)), table_(new QTableWidget(0, 3, this)),
-      error_(new WrappedLabel(this)) {
+      error_(new ErrorLine(this)) {
     setWindowTitle(tr("Value Labels: %1").arg(shown(variable_.name)));
     table_->setHorizontalHeaderLabels({tr("Value"), tr("Label"), tr("Cases")});
     table_->verticalHeader()->hide();
@@ -42,7 +42,6 @@ ValueLabelsDialog::ValueLabelsDialog(Variable variable, const VariableSummary* c
     table_->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
                             QAbstractItemView::AnyKeyPressed | QAbstractItemView::SelectedClicked);
     table_->setAccessibleName(tr("Values and their labels"));
-    error_->hide();
 
     constexpr std::size_t mostUnlabelled = 100; // more of them are measurements, not codes
     std::map<double, std::pair<QString, QString>> rows;
@@ -105,8 +104,7 @@ void ValueLabelsDialog::removeRows() {
 }
 
 void ValueLabelsDialog::fault(int row, const QString& what) {
-    error_->setText(tr("Row %1: %2").arg(row + 1).arg(what));
-    error_->show();
+    error_->tell(tr("Row %1: %2").arg(row + 1).arg(what));
     showAsError(*error_, true);
     table_->setCurrentCell(row, Value);
     table_->setFocus();

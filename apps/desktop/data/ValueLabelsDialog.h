@@ -10,7 +10,8 @@ class QTableWidget;
 
 namespace korvana::desktop {
 
-class WrappedLabel;
+class ErrorLine;
+
 /// Edits the value labels of a variable of numbers or dates: one row per value, including those of the data
 /// if they are few. OK is refused while a value cannot be read or is there twice. The dialog does not change
 /// the data; valueLabels() returns the labels.
@@ -35,7 +36,7 @@ private:
     Variable variable_;
     std::vector<ValueLabel> labels_;
     QTableWidget* table_;
-    WrappedLabel* error_;
+    ErrorLine* error_;
 };
 
 } // namespace korvana::desktop

@@ -14,6 +14,7 @@
 #include <cmath>
 #include <tuple>
 
+#include "apps/desktop/text/ErrorLine.h"
 #include "host/charts/AtRisk.h"
 #include "host/results/FormatNumber.h"
 #include "host/results/Utf8.h"
@@ -39,7 +40,7 @@ std::optional<std::string> changed(const QLineEdit& edit, const std::string& ori
 
 ChartSettingsDialog::ChartSettingsDialog(const ozm::CChartInfo& original, const ChartEdits& edits, Extent x,
                                          Extent y, Field field, QWidget* parent)
-    : QDialog(parent), original_(original), edits_(edits), title_(new QLineEdit), problem_(new QLabel) {
+    : QDialog(parent), original_(original), edits_(edits), title_(new QLineEdit), problem_(new ErrorLine(this)) {
     setWindowTitle(tr("Titles and Ranges"));
     title_->setText(text(edits.title.value_or(original.title)));
     title_->setMinimumWidth(50 * fontMetrics().averageCharWidth());
@@ -56,9 +57,6 @@ ChartSettingsDialog::ChartSettingsDialog(const ozm::CChartInfo& original, const 
         atRisk_->setChecked(edits.numbersAtRisk.value_or(original.numbersAtRisk));
         column->addWidget(atRisk_);
     }
-    problem_->setWordWrap(true);
-    problem_->setTextFormat(Qt::PlainText);
-    problem_->hide();
     column->addWidget(problem_);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel |
@@ -109,8 +107,7 @@ bool ChartSettingsDialog::takeRange(const Axis& axis, const QString& name, std::
     range.reset();
     if (axis.automatic->isChecked()) return true;
     const auto refuse = [this](QLineEdit* edit, const QString& why) {
-        problem_->setText(why);
-        problem_->show();
+        problem_->tell(why);
         edit->setFocus();
         edit->selectAll();
         return false;

@@ -6,10 +6,11 @@
 #include "apps/desktop/results/ChartEdits.h"
 
 class QCheckBox;
-class QLabel;
 class QLineEdit;
 
 namespace korvana::desktop {
+
+class ErrorLine;
 
 /// Title, axis titles and ranges of a chart, and whether numbers at risk stand under it.
 class ChartSettingsDialog : public QDialog {
@@ -47,7 +48,7 @@ private:
     QLineEdit* title_;
     std::array<Axis, 2> axes_;
     QCheckBox* atRisk_ = nullptr;
-    QLabel* problem_;
+    ErrorLine* problem_;
 };
 
 } // namespace korvana::desktop

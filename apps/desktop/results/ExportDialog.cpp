@@ -17,6 +17,7 @@
 
 #include "apps/desktop/results/OutputExport.h"
 #include "apps/desktop/text/BoxTexts.h"
+#include "apps/desktop/text/ErrorLine.h"
 
 namespace korvana::desktop {
 namespace {
@@ -54,7 +55,7 @@ ExportDialog::ExportDialog(const QString& runTitle, int runs, QWidget* parent)
     : QDialog(parent),
       thisRun_(new QRadioButton(tr("This &run: %1").arg(QString(runTitle).replace('&', "&&")))),
       allRuns_(new QRadioButton(tr("&All %1 runs, each in a folder of its own").arg(runs))),
-      directory_(new QLineEdit), problem_(new QLabel) {
+      directory_(new QLineEdit), problem_(new ErrorLine(this)) {
     setWindowTitle(tr("Export Results"));
     const QSettings settings;
     auto* column = new QVBoxLayout(this);
@@ -95,9 +96,6 @@ ExportDialog::ExportDialog(const QString& runTitle, int runs, QWidget* parent)
            "or removed."));
     note->setWordWrap(true);
     column->addWidget(note);
-    problem_->setWordWrap(true);
-    problem_->setTextFormat(Qt::PlainText);
-    problem_->hide();
     column->addWidget(problem_);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
@@ -155,8 +153,7 @@ QString ExportDialog::directory() const {
 }
 
 void ExportDialog::showProblem(const QString& problem) {
-    problem_->setText(problem);
-    problem_->show();
+    problem_->tell(problem);
 }
 
 void ExportDialog::accept() {

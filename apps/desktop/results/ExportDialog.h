@@ -8,12 +8,13 @@
 #include "host/results/WriteBook.h"
 
 class QCheckBox;
-class QLabel;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
 
 namespace korvana::desktop {
+
+class ErrorLine;
 
 /// What an export would do to existing files, for display.
 struct FilesAtStake {
@@ -49,7 +50,7 @@ private:
     QRadioButton* allRuns_;
     std::array<QCheckBox*, outputFormatCount> formats_{};
     QLineEdit* directory_;
-    QLabel* problem_;
+    ErrorLine* problem_;
     std::function<FilesAtStake(const ExportDialog&)> atStake_;
 };
 

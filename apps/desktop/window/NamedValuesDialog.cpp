@@ -2,15 +2,14 @@
 
 #include "apps/desktop/dialogs/Codes.h"
 #include "apps/desktop/dialogs/ControlField.h"
+#include "apps/desktop/text/ErrorLine.h"
 
-#include <QAccessible>
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QStyledItemDelegate>
@@ -59,7 +58,7 @@ private:
 NamedValuesDialog::NamedValuesDialog(std::span<const std::string> names, std::span<const double> values,
                                      QWidget* parent)
     : QDialog(parent), values_(values.begin(), values.end()),
-      table_(new QTableWidget(static_cast<int>(names.size()), 1, this)), reason_(new QLabel(this)) {
+      table_(new QTableWidget(static_cast<int>(names.size()), 1, this)), reason_(new ErrorLine(this)) {
     setWindowTitle(tr("Values by Name"));
     table_->setHorizontalHeaderLabels({tr("Value")});
     table_->setAccessibleName(tr("Values"));
@@ -81,9 +80,6 @@ NamedValuesDialog::NamedValuesDialog(std::span<const std::string> names, std::sp
         table_->setItem(row, 0, item);
     }
     table_->installEventFilter(this);
-    reason_->setWordWrap(true);
-    reason_->setTextFormat(Qt::PlainText);
-    reason_->hide();
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     QPushButton* zeros = buttons->addButton(tr("All &Zero"), QDialogButtonBox::ResetRole);
     auto* layout = new QVBoxLayout(this);
@@ -113,13 +109,10 @@ void NamedValuesDialog::accept() {
             continue;
         }
         const QString name = table_->verticalHeaderItem(row)->text();
-        reason_->setText(text.isEmpty()
-                             ? tr("%1 has no value; enter a number.").arg(name)
-                             : tr("'%1' of %2 is not a number; write it with a decimal point, as in 0.5.")
-                                   .arg(text, name));
-        reason_->show();
-        QAccessibleEvent alert(reason_, QAccessible::Alert);
-        QAccessible::updateAccessibility(&alert);
+        reason_->tell(text.isEmpty()
+                          ? tr("%1 has no value; enter a number.").arg(name)
+                          : tr("'%1' of %2 is not a number; write it with a decimal point, as in 0.5.")
+                                .arg(text, name));
         table_->setCurrentCell(row, 0);
         table_->setFocus();
         return;

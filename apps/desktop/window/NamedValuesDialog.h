@@ -6,10 +6,11 @@
 #include <string>
 #include <vector>
 
-class QLabel;
 class QTableWidget;
 
 namespace korvana::desktop {
+
+class ErrorLine;
 
 /// A table of names with a value for each: those that an estimation starts from, for example. Enter and Tab
 /// go on to the next row; several numbers can be pasted at once.
@@ -34,7 +35,7 @@ private:
 
     std::vector<double> values_;
     QTableWidget* table_;
-    QLabel* reason_;
+    ErrorLine* reason_;
 };
 
 } // namespace korvana::desktop

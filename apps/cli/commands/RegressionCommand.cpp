@@ -37,7 +37,8 @@ public:
                         "sigma where the model has it [the model's own]",
                .goesOn =
                    "lognormal and normal: when the iterations are used up, do 30 more, up to ten times, "
-                   "rather than end without a result"}) {}
+                   "rather than end without a result; the model without covariates is fitted with "
+                   "--max-iterations alone"}) {}
 
 private:
     static std::vector<Output> known() {

@@ -201,7 +201,7 @@ std::string Estimation::Describe(EstimationEnd end) const {
         text += (text.empty() || further.empty() ? "" : "\n") + further;
     };
     add(reasons_);
-    if (outcome_.ending == Ending::UsedUp) add(Whole(StrRegNotConvergedWay));
+    if (outcome_.ending == Ending::UsedUp && text.empty()) add(Whole(StrRegNotConvergedWay));
     if (iterations_ == 0) return text;
     const int last = outcome_.iterations > 0 ? outcome_.iterations : state_.results.estimate.iterations;
     add(outcome_.iterations == 0 && iterations_ > last

@@ -147,8 +147,8 @@
       "The same cases for all models. Akaike's criterion is twice the number of parameters less twice the log-likelihood; " \
       "the smallest is the best, and differences below 2 say little. Chi-square is against the model's own null model.") \
     S(StrParNoteOffMaximum, 21498, \
-      "Not at the maximum to three digits: %1. The log-likelihoods there may be higher; use a smaller convergence " \
-      "criterion, or units in which the estimates are larger numbers.") \
+      "Not at the maximum to three digits: %1. The log-likelihoods there may be higher; a smaller convergence " \
+      "criterion brings them closer.") \
     S(StrParColNotFitted, 21499, "Not fitted, as")
 // clang-format on
 

@@ -153,6 +153,7 @@
     S(StrRegOnlyOf, 21028, "It is an output of %1, and not of %2.") \
     S(StrRegNoteCloser, 21029, " A smaller criterion brings them closer.") \
     S(StrRegNoteUnits, 21030, " Units in which the estimates are larger numbers bring them closer to it.") \
+    S(StrRegNoteMissing, 21031, "An empty cell (--) cannot be computed, as it rests on a number that is missing.") \
     S(StrRegSurvivalTitle, 21300, "Survival Function at the Means of the Covariates") \
     S(StrRegUserTitle, 21303, "Survival Function at Given Values of the Covariates") \
     S(StrRegAxisSurviving, 21304, "Cumulative Proportion Surviving") \

@@ -157,9 +157,9 @@
     S(StrRegNoScale, 21197, \
       "Sigma comes down to 0, as the model fits the uncensored cases exactly: choose fewer covariates.") \
     S(StrRegUnboundedCombination, 21198, \
-      "The coefficients of %1 grow without bound together: a combination of them has one value in all uncensored cases, " \
-      "and all others lie on one side of it, as where the group that indicators are compared with has no uncensored " \
-      "case. Their estimates and standard errors mean nothing; the likelihood has no maximum.") \
+      "The coefficients of %1 grow without bound together, the constant possibly with them: a combination of them has " \
+      "one value in all uncensored cases, and all others lie on one side of it, as where the group that indicators are " \
+      "compared with has no uncensored case. Their estimates and standard errors mean nothing; the likelihood has no maximum.") \
     S(StrRegNotAMaximum, 21199, \
       "The iteration ended where the likelihood has no maximum: its information has no inverse there, and there are no " \
       "standard errors. Use a smaller convergence criterion, or other start values.") \
@@ -168,5 +168,11 @@
     S(StrRegBadTimes, 21201, \
       "The survival times are too large or too small to compute with (from %1 to %2): express them in other units.") \
     S(StrRegOfNullModel, 21202, \
-      "The model itself was estimated; the iterations below are those of its null model, the constant and sigma alone.")
+      "The model itself was estimated; the iterations below are those of its null model, the constant and sigma alone.") \
+    S(StrRegNullNoScale, 21203, \
+      "The model itself was estimated; sigma of its null model comes down to 0, as all uncensored cases are alike.") \
+    S(StrRegEmRanAway, 21204, \
+      "The iteration ran away, to a sigma of %1: its steps overshoot where only %2 of %3 cases are uncensored. More " \
+      "iterations do not help. Take the exponential model, which is fitted otherwise, or data with more uncensored " \
+      "cases.")
 // clang-format on

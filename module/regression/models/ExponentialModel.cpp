@@ -74,7 +74,7 @@ Outcome Fit(EstimationRun& run) {
 
 std::vector<std::string> Explain(const EstimationRun& run, const Outcome& outcome) {
     if (run.estimate.iterations == 0) return {}; // it is clear why
-    std::vector<std::string> texts = TellUnbounded(run, outcome);
+    std::vector<std::string> texts = TellUnbounded(run);
     const auto status = static_cast<ExponentialStatus>(outcome.code);
     if (outcome.ending == Ending::Estimated) return texts;
     const NewtonEstimate& estimate = run.estimate;

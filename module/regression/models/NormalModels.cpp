@@ -56,8 +56,13 @@ public:
         if (outcome.code == static_cast<int>(EmStatus::TooFewUncensored))
             outcome.detail = CountOfParameters(run_.sample, run_.parameters.size());
         if (outcome.code == static_cast<int>(EmStatus::NotFinite)) outcome.detail = WhyNotFinite();
+        if (outcome.ending == Ending::UsedUp && RanAway())
+            outcome.detail = Filled(StrRegEmRanAway,
+                                    {FormatNumber(run_.parameters.back()), FormatCount(run_.sample.Events()),
+                                     FormatCount(static_cast<long long>(run_.sample.Cases()))});
         if (outcome.ending != Ending::Estimated) return outcome;
-        if (FitsExactly()) return {Ending::Failed, 0, StrRegNoModelLikelihood, Whole(StrRegNoScale)};
+        if (FitsExactly(run_.parameters.back()))
+            return {Ending::Failed, 0, StrRegNoModelLikelihood, Whole(StrRegNoScale)};
         Show(StrRegComputingLikelihood);
         NewtonEstimate& estimate = run_.estimate;
         estimate.nullScore = std::numeric_limits<double>::quiet_NaN();
@@ -76,15 +81,23 @@ private:
                       int& iterations) {
         const std::vector<double> tolerances(parameters.size(), run_.limits.criterion);
         const auto watch = [&](int iteration, double logLikelihood, std::span<const double> at) {
+            lastStep_ = std::abs(at.back() - lastSigma_);
+            lastSigma_ = at.back();
             return run_.watch(made + iteration, logLikelihood, at);
         };
         return FitCensoredNormal(cases, {tolerances, most}, watch, parameters, iterations, model_);
     }
+    /// Whether sigma still jumps: where few cases are uncensored its steps overshoot, further each time.
+    [[nodiscard]] bool RanAway() const {
+        constexpr int settlesBy = 10;
+        constexpr double jump = 0.2;
+        return run_.made + run_.estimate.iterations > settlesBy && lastStep_ > jump * lastSigma_;
+    }
     /// Whether sigma is what rounding leaves of 0.
-    [[nodiscard]] bool FitsExactly() const {
+    [[nodiscard]] bool FitsExactly(double sigma) const {
         constexpr double rounding = 1e-10;
         const auto [least, greatest] = std::ranges::minmax(cases_.y);
-        return run_.parameters.back() <= rounding * (greatest - least);
+        return sigma <= rounding * (greatest - least);
     }
     [[nodiscard]] std::string WhyNotFinite() const {
         constexpr double largest = 1e140; // squares must be numbers
@@ -104,12 +117,17 @@ private:
         const Outcome outcome = OutcomeOf(Estimate(bare, run_.limits.most, 0, parameters, iterations));
         if (outcome.ending == Ending::Stopped) return outcome;
         if (outcome.ending == Ending::Estimated) run_.estimate.nullLogLikelihood = model_->LogLikelihood();
-        if (outcome.ending != Ending::Estimated || !std::isfinite(run_.estimate.nullLogLikelihood))
-            return {Ending::Failed, outcome.code, StrRegNoNullModel, Whole(StrRegOfNullModel), iterations};
+        const bool exact = outcome.code == static_cast<int>(EmStatus::NotFinite) ||
+                           (outcome.ending == Ending::Estimated && FitsExactly(parameters.back()));
+        if (exact || outcome.ending != Ending::Estimated || !std::isfinite(run_.estimate.nullLogLikelihood))
+            return {Ending::Failed, outcome.code, StrRegNoNullModel,
+                    Whole(exact ? StrRegNullNoScale : StrRegOfNullModel), exact ? 0 : iterations};
         return {};
     }
 
     EstimationRun& run_;
+    double lastSigma_ = 0.0; ///< of the iteration
+    double lastStep_ = 0.0;  ///< of sigma
     CensoredCases cases_;
     std::optional<CensoredNormal> model_; ///< that was fitted last
 };
@@ -154,12 +172,13 @@ std::vector<double> StartNormal(const RegressionSample& sample) {
 std::vector<std::string> Explain(const EstimationRun& run, const Outcome& outcome) {
     const auto status = static_cast<EmStatus>(outcome.code);
     if (status == EmStatus::TooFewUncensored || status == EmStatus::NotFinite) return {}; // it is clear why
-    std::vector<std::string> texts = TellUnbounded(run, outcome);
+    std::vector<std::string> texts = TellUnbounded(run);
     const bool singular = status == EmStatus::Singular || status == EmStatus::SingularStart;
     if (!texts.empty()) return texts;
     if (outcome.ending == Ending::Estimated && std::isnan(run.estimate.covariance(0, 0)))
         return {Whole(StrRegNotAMaximum)};
-    if (outcome.ending == Ending::UsedUp) return TellNearlyConstant(run, 1e-6);
+    if (outcome.ending == Ending::UsedUp)
+        return outcome.detail.empty() ? TellNearlyConstant(run, 1e-3) : texts;
     if (!singular || outcome.ending == Ending::Estimated) return texts;
     texts = TellDependence(run);
     if (texts.empty() && status == EmStatus::SingularStart) texts = TellDependenceAtStart(run);

@@ -1,7 +1,6 @@
 #include "module/regression/models/ParametricReasons.h"
 
 #include "module/regression/RegressionMessages.h"
-#include "module/regression/estimation/ModelTests.h"
 #include "module/regression/parametric/ParametricDiagnosis.h"
 #include "module/resources/Regression.h"
 #include "module/resources/Resources.h"
@@ -27,17 +26,17 @@ std::string CountOfParameters(const RegressionSample& sample, std::size_t parame
                   {FormatCount(static_cast<long long>(parameters)), FormatCount(sample.Events())});
 }
 
-std::vector<std::string> TellUnbounded(const EstimationRun& run, const Outcome& outcome) {
+std::vector<std::string> TellUnbounded(const EstimationRun& run) {
     std::vector<std::string> texts;
-    for (const UnboundedByCensoring& each : FindUnboundedByCensoring(run.sample))
-        texts.push_back(Filled(StrRegUnboundedParametric,
-                               {Quoted(run.covariates[each.covariate]), FormatExact(each.value),
-                                Whole(each.least ? StrRegSmaller : StrRegGreater)}));
-    const bool atMaximum =
-        outcome.ending == Ending::Estimated && ParametersOffTheMaximum(run.parameters, run.estimate).empty();
-    if (!texts.empty() || atMaximum) return texts;
-    if (const auto together = FindCombinationUnboundedByCensoring(run.sample); !together.empty())
-        texts.push_back(Filled(StrRegUnboundedCombination, {QuotedNames(run.covariates, together)}));
+    for (const UnboundedByCensoring& each : FindUnboundedByCensoring(run.sample)) {
+        if (each.covariates.size() > 1)
+            texts.push_back(
+                Filled(StrRegUnboundedCombination, {QuotedNames(run.covariates, each.covariates)}));
+        else
+            texts.push_back(Filled(StrRegUnboundedParametric,
+                                   {Quoted(run.covariates[each.covariates[0]]), FormatExact(each.value),
+                                    Whole(each.least ? StrRegSmaller : StrRegGreater)}));
+    }
     return texts;
 }
 

@@ -19,7 +19,7 @@ CensoredCases CasesOf(const RegressionSample& sample, std::span<const double> y)
 std::string CountOfParameters(const RegressionSample& sample, std::size_t parameters);
 
 /// Coefficients that grow without bound, in sentences.
-std::vector<std::string> TellUnbounded(const EstimationRun& run, const Outcome& outcome);
+std::vector<std::string> TellUnbounded(const EstimationRun& run);
 /// A covariate whose standard deviation is below such a part of its mean.
 std::vector<std::string> TellNearlyConstant(const EstimationRun& run, double below);
 /// Why a matrix is singular: a covariate that depends on others, or that varies little for its size.

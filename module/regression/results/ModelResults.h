@@ -37,6 +37,7 @@ struct ModelResults {
     /// design.
     bool tellsDistance = false;
     int noteOnCriterion = 0;
+    bool countsInUnits = false; ///< the criterion is of the parameters' own units
     int noteOnCovariance = 0;
     std::span<const ModelOutput> outputs;
     std::vector<FitMeasure> (*measures)(const RegReportOf& of);

@@ -156,7 +156,8 @@ OutputResult WriteParameters(const RegReportOf& of) {
     table.AddFootnote(Filled(model.noteOnCriterion, {FormatNumber(results.criterion, 7)}) +
                       (mayBeSmaller ? Whole(StrRegNoteCloser) : ""));
     if (const auto far = FarFromMaximum(results); !far.empty())
-        table.AddFootnote(Filled(StrRegNoteFar, {Listed(far, StrAnd)}) + Whole(StrRegNoteUnits));
+        table.AddFootnote(Filled(StrRegNoteFar, {Listed(far, StrAnd)}) +
+                          (model.countsInUnits ? Whole(StrRegNoteUnits) : ""));
     return table.Write(of.host);
 }
 
@@ -167,10 +168,12 @@ OutputResult WriteParameterCovariances(const RegReportOf& of) {
         WriteMatrix(of, StrRegCovariancesTitle, estimateFormat, ResultsOf(of.Results().kind).noteOnCovariance,
                     [&](std::size_t k, std::size_t l) { return covariance(k, l); });
     if (!written.made) return written;
-    return WriteMatrix(
-        of, StrRegCorrelationsTitle, CellFormat::fixed(6), 0, [&](std::size_t k, std::size_t l) {
-            return k == l ? 1.0 : covariance(k, l) / std::sqrt(covariance(k, k) * covariance(l, l));
-        });
+    return WriteMatrix(of, StrRegCorrelationsTitle, CellFormat::fixed(6), 0,
+                       [&](std::size_t k, std::size_t l) {
+                           return k == l && covariance(k, k) > 0.0
+                                      ? 1.0
+                                      : covariance(k, l) / std::sqrt(covariance(k, k) * covariance(l, l));
+                       });
 }
 
 OutputResult WriteCovariateMeans(const RegReportOf& of) {

@@ -220,16 +220,55 @@ TEST_F(RunParametric, AGroupWithoutEventsIsFoundBeforeAndAfterTheEstimation) {
                                        : List{0, 0, 3, 1});
             Cases(times, complete, {is[1], is[2]});
             EXPECT_TRUE(FitSo(model, {3, 4}) == started || model == exponential);
-            mentions("The coefficients of 'x1' and 'x2' grow without bound together: a combination");
+            mentions("The coefficients of 'x1' and 'x2' grow without bound together, the constant possibly "
+                     "with them: a combination");
             Cases(times, complete, {is[0], is[2]});
             EXPECT_TRUE(FitSo(model, {3, 4}) == started || model == exponential);
             mentions("The coefficient of 'x1' grows without bound: its value is 0");
         }
+    // Two such groups, one of which the others are compared with: one runs away alone, and then all others.
+    Set(0.0001, 50);
+    std::vector<double> fourth(45, 0.0);
+    for (std::size_t i = 1; i < 45; i += 6) {
+        fourth[i] = 1.0;
+        is[i % 3][i] = 0.0;
+        complete[i] = 0;
+    }
+    Cases(times, complete, {is[1], is[2], fourth});
+    for (const int model : {exponential, lognormal, normal}) {
+        EXPECT_FALSE(FitSo(model, {3, 4, 5}));
+        mentions("The coefficient of 'x3' grows without bound");
+        mentions("The coefficients of 'x1' and 'x2' grow without bound together");
+    }
+    // A value that is the same but for its last digit.
+    for (double& each : fourth)
+        each = each > 0.0 ? 0.5 : 0.3;
+    *std::ranges::find(fourth, 0.3) = 0.1 + 0.2;
+    Cases(times, complete, {fourth});
+    EXPECT_FALSE(FitSo(normal, {3}));
+    mentions("The coefficient of 'x1' grows without bound");
     // Events on both sides: there is a maximum, and nothing to say.
     complete[0] = 1;
     Cases(times, complete, {is[1], is[2]});
     EXPECT_TRUE(Fit(normal, {3, 4}));
     EXPECT_TRUE(host.messages.empty() && host.notes.empty());
+}
+
+/// A few per cent of uncensored cases: the steps of EM overshoot.
+TEST_F(RunParametric, AnIterationThatRunsAwayIsToldFromASlowOne) {
+    std::vector<double> times;
+    std::vector<double> complete;
+    std::vector<double> x;
+    for (std::size_t i = 0; i < 400; ++i) {
+        const bool fails = i % 80 == 0;
+        times.push_back(fails ? 50.0 + static_cast<double>(i) / 10 : 100.0);
+        complete.push_back(fails ? 1 : 0);
+        x.push_back(i % 7 < 3 ? 1 : 0);
+    }
+    Cases(times, complete, {x});
+    EXPECT_FALSE(Fit(normal, {3}));
+    ExpectMessage(StrRegNotConverged, "its steps overshoot where only 5 of 400 cases are uncensored.");
+    EXPECT_EQ(host.messages[0].detail.find("Allow more iterations"), std::string::npos);
 }
 
 /// EM may settle where the information is not positive definite: all is told but what rests on covariances.

@@ -160,6 +160,18 @@ TEST_F(RegressionTest, AllModelsAreToldApartAndCompared) {
     EXPECT_FALSE(has(succeed("regression " + leukaemia + "--model normal").out, "Comparison"));
 }
 
+/// Each model that is estimated when the iterations go on is in the comparison, which asks nobody.
+TEST_F(RegressionTest, ContinuedModelsAreCompared) {
+    const json whole =
+        book(leukaemia + "--model all --outputs summary,comparison --continue --max-iterations 6");
+    for (const auto& [model, cells] : rows(whole, "Comparison of Parametric Models"))
+        EXPECT_TRUE(cells[0].is_number()) << model << cells;
+    // What does not apply to the model is not named with its results.
+    const json& settings = whole["runs"][1]["dialogs"][1]["settings"];
+    EXPECT_TRUE(settings.contains("MeanSubstitutionOfMD")) << settings;
+    EXPECT_FALSE(settings.contains("EqualCoefficientsDifferentBaselineH0")) << settings;
+}
+
 /// What goes on during an estimation is said once, although it heads the lines of its iterations, too.
 TEST_F(RegressionTest, PhasesOfAnEstimationAreToldOnce) {
     const std::string told = succeed("regression " + leukaemia + "--model lognormal --verbose").err;

@@ -54,17 +54,6 @@ ChartSeries Estimate(const RegReportOf& of, const StratumCurve& curve) {
     return series;
 }
 
-CChartInfo SurvivalChart(int title) {
-    CChartInfo chart;
-    chart.kind = CChartInfo::Kind::Step;
-    chart.title = Text(title);
-    chart.xAxis.title = Text(StrRegAxisTime);
-    chart.yAxis.title = Text(StrRegAxisSurviving);
-    chart.yAxis.min = 0.0;
-    chart.yAxis.max = 1.0;
-    return chart;
-}
-
 void AddLimits(const RegReportOf& of, const StratumCurve& curve, CChartInfo& chart) {
     const std::string percent = LevelInPercent(of.state.output.confidenceLevel);
     ChartSeries lower = Series(curve, percent + Whole(StrRegColLower), ChartSeries::Role::LowerBound);
@@ -79,7 +68,7 @@ void AddLimits(const RegReportOf& of, const StratumCurve& curve, CChartInfo& cha
 
 OutputResult PlotCoxSurvival(const RegReportOf& of) {
     const StatusLine line(of.host, StrRegFitting);
-    CChartInfo chart = SurvivalChart(StrRegSurvivalTitle);
+    CChartInfo chart = SurvivalChart(CChartInfo::Kind::Step, StrRegSurvivalTitle);
     for (const StratumCurve& curve : CurvesAtMeans(of))
         chart.series.push_back(Estimate(of, curve));
     chart.numbersAtRisk = chart.series.size() <= mostInDetail;
@@ -126,7 +115,7 @@ OutputResult PlotCoxAtValues(const RegReportOf& of) {
         });
     });
     if (!computable) return OutputResult::Failed(StrRegValuesTooFar);
-    CChartInfo chart = SurvivalChart(StrRegUserTitle);
+    CChartInfo chart = SurvivalChart(CChartInfo::Kind::Step, StrRegUserTitle);
     chart.notes.push_back(values.described);
     const bool limits = curves.size() <= mostInDetail;
     chart.numbersAtRisk = limits;

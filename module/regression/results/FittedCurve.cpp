@@ -34,17 +34,6 @@ std::vector<double> CurveTimes(const Predictor& predictor, double largest) {
     return times;
 }
 
-CChartInfo FittedChart(int title) {
-    CChartInfo chart;
-    chart.kind = CChartInfo::Kind::Line;
-    chart.title = Text(title);
-    chart.xAxis.title = Text(StrRegAxisTime);
-    chart.yAxis.title = Text(StrRegAxisSurviving);
-    chart.yAxis.min = 0.0;
-    chart.yAxis.max = 1.0;
-    return chart;
-}
-
 ChartSeries FittedSeries(std::string legend, ChartSeries::Role role) {
     ChartSeries series;
     series.legend = std::move(legend);

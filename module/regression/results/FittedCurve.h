@@ -19,7 +19,6 @@ std::vector<double> AscendingTimes(const RegressionSample& sample);
 /// Times from 0 to the largest at which a curve through the survival looks smooth, however steep it is.
 std::vector<double> CurveTimes(const Predictor& predictor, double largest);
 
-CChartInfo FittedChart(int title);
 ChartSeries FittedSeries(std::string legend, ChartSeries::Role role);
 
 /// Adds a note where survival at time 0 is below 1 by what shows.

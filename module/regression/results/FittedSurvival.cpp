@@ -42,7 +42,7 @@ OutputResult PlotFittedSurvival(const RegReportOf& of) {
     const StatusLine line(of.host, StrRegFitting);
     const RegressionSample& sample = of.Results().sample;
     const Predictor predictor = PredictorAt(of, CovariateMeans(of.Results()));
-    CChartInfo chart = FittedChart(StrRegSurvivalTitle);
+    CChartInfo chart = SurvivalChart(CChartInfo::Kind::Line, StrRegSurvivalTitle);
     ChartSeries fitted = FittedSeries(Whole(StrParLegendFitted), ChartSeries::Role::Estimate);
     for (const double time : CurveTimes(predictor, LargestTime(sample))) {
         fitted.x.push_back(time);

@@ -95,7 +95,7 @@ CChartInfo Chart(const RegReportOf& of, const Predictor& predictor) {
         add(upper, time, survival.upper);
     }
     fitted.leaving = AscendingTimes(of.Results().sample);
-    CChartInfo chart = FittedChart(StrRegUserTitle);
+    CChartInfo chart = SurvivalChart(CChartInfo::Kind::Line, StrRegUserTitle);
     chart.series.push_back(std::move(fitted));
     if (lower.x.empty()) return chart; // there are no standard errors
     chart.series.push_back(std::move(lower));

@@ -4,6 +4,7 @@
 #include "module/survdata/OutputResult.h"
 #include "module/survdata/SharedSettings.h"
 #include "support/CAnalysisSupport.h"
+#include "support/CChartInfo.h"
 
 #include <cstddef>
 #include <string>
@@ -37,6 +38,9 @@ OutputResult WriteCovariateMeans(const RegReportOf& of);
 OutputResult WriteStratifiedAnalysis(const RegReportOf& of);
 
 // What several outputs need.
+
+/// An empty chart of survival, from 0 to 1, over the survival time.
+CChartInfo SurvivalChart(CChartInfo::Kind kind, int title);
 
 /// The name of a stratum by its place among them (from 0): "sex = female".
 std::string StratumName(const RegReportOf& of, std::size_t stratum);

@@ -187,6 +187,17 @@ OutputResult WriteFit(const RegReportOf& of, const Fit& fit) {
 
 } // namespace
 
+CChartInfo SurvivalChart(CChartInfo::Kind kind, int title) {
+    CChartInfo chart;
+    chart.kind = kind;
+    chart.title = Text(title);
+    chart.xAxis.title = Text(StrRegAxisTime);
+    chart.yAxis.title = Text(StrRegAxisSurviving);
+    chart.yAxis.min = 0.0;
+    chart.yAxis.max = 1.0;
+    return chart;
+}
+
 std::string StratumName(const RegReportOf& of, std::size_t stratum) {
     return MeaningOfCode(of.host, of.Results().stratumVariable, of.Results().strata[stratum]);
 }

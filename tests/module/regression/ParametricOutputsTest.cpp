@@ -158,11 +158,7 @@ TEST_F(ParametricResults, EveryOutputAtTheLargestSizes) {
             EXPECT_TRUE(made || host.messages.back().id == StrRegNotOfModel) << member.name;
         }
         EXPECT_EQ(SheetOf("Covariances of Parameter Estimates").numbers.size(), Results().Parameters());
-        std::size_t longest = 0;
-        std::size_t current = 0;
-        for (const char c : host.report)
-            longest = std::max(longest, current = c == '\n' ? 0 : current + 1);
-        EXPECT_LE(longest, 80U);
+        EXPECT_LE(LongestLine(), 80U);
     }
 }
 

@@ -105,6 +105,14 @@ protected:
     static double Cell(const test::Sheet& sheet, const std::string& row, const std::string& id) {
         return Column(sheet, id).at(PlaceOf(sheet.rowHeadings, row));
     }
+    /// Of the report.
+    [[nodiscard]] std::size_t LongestLine() const {
+        std::size_t longest = 0;
+        std::size_t current = 0;
+        for (const char c : host.report)
+            longest = std::max(longest, current = c == '\n' ? 0 : current + 1);
+        return longest;
+    }
     static bool Mentions(const std::vector<std::string>& texts, const std::string& what) {
         return std::ranges::any_of(
             texts, [&](const std::string& text) { return text.find(what) != std::string::npos; });

@@ -402,11 +402,7 @@ TEST_F(RegResults, EveryOutputAtTheLargestSizes) {
     for (const char c : host.report)
         lines += c == '\n' ? 1 : 0;
     EXPECT_LT(lines, 200U);
-    std::size_t longest = 0;
-    std::size_t current = 0;
-    for (const char c : host.report)
-        longest = std::max(longest, current = c == '\n' ? 0 : current + 1);
-    EXPECT_LE(longest, 80U);
+    EXPECT_LE(LongestLine(), 80U);
 }
 
 } // namespace

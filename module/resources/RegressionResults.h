@@ -87,15 +87,18 @@ inline constexpr AutomationMember regressionResultsMembers[] = {
     {"CovariateValues", MemberKind::Property, MemberType::Numbers, RegCovariateValues,
      "Values of the covariates, in their order, for the user-defined plot; nothing, or no number, is the "
      "mean"},
-    OutputMember("SurvivalTable", RegSurvivalTable, "Survival at the means of the covariates: baseline, or fitted and Kaplan-Meier"),
+    OutputMember("SurvivalTable", RegSurvivalTable,
+                 "Survival at the means of the covariates: baseline, or fitted and Kaplan-Meier"),
     OutputMember("Residuals", RegResiduals, "Residuals of all cases (depend on type model that was fit)"),
     OutputMember("ProportionalHazardsTest", RegProportionality, "Test of proportional hazards"),
     OutputMember("ScaledSchoenfeldResiduals", RegSchoenfeld, "Scaled Schoenfeld residuals"),
     OutputMember("PlotOfScaledSchoenfeldResiduals", RegPlotSchoenfeld,
                  "Plot of scaled Schoenfeld residuals, one per covariate"),
-    OutputMember("ForestPlot", RegForest, "Ratios exp(beta), of hazards or survival times, with their limits"),
-    OutputMember("ModelComparison", RegComparison,
-                 "Exponential, lognormal and normal model of the same cases: log-likelihoods, Akaike's criterion"),
+    OutputMember("ForestPlot", RegForest,
+                 "Ratios exp(beta), of hazards or survival times, with their limits"),
+    OutputMember(
+        "ModelComparison", RegComparison,
+        "Exponential, lognormal and normal model of the same cases: log-likelihoods, Akaike's criterion"),
 };
 inline constexpr AutomationInterface regressionResultsInterface{"SurRegressionResults", "CRegResultsDlg",
                                                                 "Survival Analysis regression results dialog",

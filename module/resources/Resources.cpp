@@ -21,8 +21,9 @@ namespace {
 // The only place that knows the resources of all analyses.
 
 constexpr std::span<const StringResource> stringTables[] = {
-    startupStrings, sharedStrings,    groupStrings,      kaplanStrings,           twoSampleStrings,
-    kSampleStrings, lifeTableStrings, regressionStrings, regressionResultStrings, coxResultStrings, parametricResultStrings};
+    startupStrings,          sharedStrings,    groupStrings,           kaplanStrings,
+    twoSampleStrings,        kSampleStrings,   lifeTableStrings,       regressionStrings,
+    regressionResultStrings, coxResultStrings, parametricResultStrings};
 
 constexpr const DialogTemplate* dialogs[] = {&taskTemplate,
                                              &lifeRawTemplate,

@@ -38,8 +38,8 @@ protected:
 };
 INSTANTIATE_TEST_SUITE_P(Analyses, EveryAnalysis,
                          testing::Values(&test::lifeRaw, &test::lifeOfTable, &test::kaplan, &test::twoSamples,
-                                         &test::kSamples, &test::coxStratified,
-                                         &test::exponentialRegression, &test::normalRegression),
+                                         &test::kSamples, &test::coxStratified, &test::exponentialRegression,
+                                         &test::normalRegression),
                          [](const auto& one) { return std::string{one.param->name}; });
 
 /// Those with times, a censoring indicator and codes.

@@ -40,7 +40,8 @@ std::optional<std::string> changed(const QLineEdit& edit, const std::string& ori
 
 ChartSettingsDialog::ChartSettingsDialog(const ozm::CChartInfo& original, const ChartEdits& edits, Extent x,
                                          Extent y, Field field, QWidget* parent)
-    : QDialog(parent), original_(original), edits_(edits), title_(new QLineEdit), problem_(new ErrorLine(this)) {
+    : QDialog(parent), original_(original), edits_(edits), title_(new QLineEdit),
+      problem_(new ErrorLine(this)) {
     setWindowTitle(tr("Titles and Ranges"));
     title_->setText(text(edits.title.value_or(original.title)));
     title_->setMinimumWidth(50 * fontMetrics().averageCharWidth());

@@ -3,63 +3,12 @@
 #include "support/dialogs/ControlText.h"
 
 #include <algorithm>
-#include <cmath>
 #include <exception>
-#include <limits>
 #include <new>
-#include <optional>
 #include <stdexcept>
 #include <utility>
 
 namespace ozm {
-namespace {
-
-ControlValue InitialValue(const ControlTemplate& control) {
-    switch (control.kind) {
-    case ControlKind::PushButton:
-        return std::monostate{};
-    case ControlKind::CheckBox:
-        return false;
-    case ControlKind::RadioGroup:
-        return 1;
-    case ControlKind::Integer:
-    case ControlKind::List:
-        return 0;
-    case ControlKind::Real:
-        return 0.0;
-    case ControlKind::CodeField:
-        return std::numeric_limits<double>::quiet_NaN();
-    case ControlKind::Text:
-    case ControlKind::Summary:
-        return std::string{};
-    case ControlKind::VariableSelection:
-        return VariableSelection(control.roles.size());
-    case ControlKind::CodeList:
-    case ControlKind::NumberList:
-        return std::vector<double>{};
-    case ControlKind::TextList:
-        return std::vector<std::string>{};
-    }
-    return std::monostate{};
-}
-
-std::string Plural(std::size_t count, std::string_view noun) {
-    return std::to_string(count) + " " + std::string{noun} + (count == 1 ? "" : "s");
-}
-
-/// A control's name for use in a sentence.
-std::string Quoted(const ControlTemplate& control) {
-    const std::string text = PlainControlText(control.text);
-    return text.empty() ? "control " + std::to_string(control.id) : "'" + text + "'";
-}
-
-std::optional<double> NumberOf(const ControlTemplate& control, const ControlValue& value) {
-    if (control.kind == ControlKind::Integer) return std::get<int>(value);
-    if (control.kind == ControlKind::Real) return std::get<double>(value);
-    return std::nullopt;
-}
-
-} // namespace
 
 CAnalysisDialog::CAnalysisDialog(CAnalysisSupport& analysis, const DialogTemplate& dialogTemplate)
     : analysis_(analysis), template_(dialogTemplate) {
@@ -138,39 +87,11 @@ void CAnalysisDialog::Enable(int control, bool enabled) {
     }
 }
 
-std::string CAnalysisDialog::TextOf(int string, double number) const {
-    std::string text = string != 0 ? analysis_.GetResourceString(string) : std::string{};
-    if (const auto place = text.find("%1"); place != std::string::npos)
-        text.replace(place, 2, NumberInWords(number));
-    return text;
-}
-
-bool CAnalysisDialog::RangeHolds(int control) {
-    const ControlTemplate* found = template_.Find(control);
-    const auto number = found != nullptr ? NumberOf(*found, Value(control)) : std::nullopt;
-    if (!number || Contains(found->range, *number)) return true;
-    const NumberRange& range = found->range;
-    if (range.message != 0)
-        analysis_.DspMessageBox(MessageStyle::Refusal, this, range.message, TextOf(range.detail, *number));
-    else
-        analysis_.DspMessageBox(MessageStyle::Refusal, this, 0,
-                                Quoted(*found) + " takes numbers " + RangeInWords(range) + ".",
-                                TextOf(range.detail, *number));
-    if (range.IsReset()) {
-        if (found->kind == ControlKind::Integer)
-            SetValue(control, static_cast<int>(range.resetTo));
-        else
-            SetValue(control, range.resetTo);
-        OnValueChanged(control);
-    }
-    return false;
-}
-
 DialogResult CAnalysisDialog::Press(int control) {
     const ControlTemplate* found = template_.Find(control);
     if (DialogResult usable = Usable(control, "button"); !usable.done) return usable;
     if (!IsEnabled(control))
-        return DialogResult::refused(Quoted(*found) +
+        return DialogResult::refused(QuotedControl(*found) +
                                      " is disabled while the dialog's settings are as they are");
     if (found->kind != ControlKind::PushButton && found->kind != ControlKind::List)
         return DialogResult::refused("there is no button " + std::to_string(control) + " in this dialog");
@@ -196,63 +117,6 @@ DialogResult CAnalysisDialog::PutValue(int control, ControlValue value) {
     });
 }
 
-DialogResult CAnalysisDialog::Fits(const ControlTemplate& control, const ControlValue& value) const {
-    if (control.kind == ControlKind::PushButton || control.kind == ControlKind::Summary)
-        return DialogResult::refused("this control takes no value");
-    if (value.index() != InitialValue(control).index())
-        return DialogResult::refused("the value is of a type that this control does not take");
-
-    const auto number = NumberOf(control, value);
-    if (number && !control.range.IsReset() && !Contains(control.range, *number)) {
-        const std::string known = TextOf(control.range.message, *number);
-        return DialogResult::refused(!known.empty()
-                                         ? known
-                                         : Quoted(control) + " takes numbers " + RangeInWords(control.range) +
-                                               ", not " + NumberInWords(*number));
-    }
-    if (const auto* list = std::get_if<std::vector<double>>(&value);
-        list != nullptr && control.kind == ControlKind::NumberList)
-        for (std::size_t place = 0; place < list->size(); ++place)
-            if (!std::isfinite((*list)[place]) && !(control.mayMiss && std::isnan((*list)[place])))
-                return DialogResult::refused("value " + std::to_string(place + 1) + " of " + Quoted(control) +
-                                             " is not a finite number");
-    if (const auto* position = std::get_if<int>(&value)) {
-        const int first = control.kind == ControlKind::RadioGroup ? 1 : 0;
-        const int entries = static_cast<int>(control.choices.size());
-        if (control.kind != ControlKind::Integer && (*position < first || *position >= first + entries))
-            return DialogResult::refused("there is no entry " + std::to_string(*position) +
-                                         "; entries go from " + std::to_string(first) + " to " +
-                                         std::to_string(first + entries - 1));
-    }
-    if (const auto* selection = std::get_if<VariableSelection>(&value)) {
-        if (selection->size() > control.roles.size())
-            return DialogResult::refused(
-                Plural(selection->size(), "list") + " of variables were given, but there " +
-                (control.roles.size() == 1 ? "is " : "are ") + Plural(control.roles.size(), "role"));
-        const int variables = analysis_.NumberOfVariables();
-        for (std::size_t role = 0; role < selection->size(); ++role) {
-            const auto& list = (*selection)[role];
-            if (list.size() > control.roles[role].maximum)
-                return DialogResult::refused(
-                    "'" + std::string{control.roles[role].prompt} + "' takes at most " +
-                    Plural(control.roles[role].maximum, "variable") + ", not " + std::to_string(list.size()));
-            for (const int variable : list) {
-                if (variable < 1 || variable > variables)
-                    return DialogResult::refused("there is no variable number " + std::to_string(variable) +
-                                                 "; the data have " +
-                                                 Plural(static_cast<std::size_t>(variables), "variable"));
-                if (!control.roles[role].measures || !analysis_.HoldsTexts(variable)) continue;
-                std::string name;
-                (void)analysis_.getvn5(variable, name);
-                return DialogResult::refused("'" + name + "' holds texts; '" +
-                                             std::string{control.roles[role].prompt} +
-                                             "' takes numbers or dates");
-            }
-        }
-    }
-    return {};
-}
-
 const ControlValue& CAnalysisDialog::Value(int control) const {
     static const ControlValue none;
     const auto found = values_.find(control);
@@ -264,6 +128,24 @@ void CAnalysisDialog::SetValue(int control, ControlValue value) {
         if (const ControlTemplate* found = template_.Find(control)) selection->resize(found->roles.size());
     values_[control] = std::move(value);
     Tell([&](DialogObserver& each) { each.ControlChanged(*this, control); });
+}
+
+const ListRows& CAnalysisDialog::EntriesOf(int control) const {
+    static const ListRows none;
+    const auto found = entries_.find(control);
+    return found != entries_.end() ? found->second : none;
+}
+
+void CAnalysisDialog::SetEntries(int control, ListRows rows) {
+    const ControlTemplate* found = template_.Find(control);
+    if (found == nullptr || found->kind != ControlKind::List || found->columns.empty())
+        throw std::logic_error("control " + std::to_string(control) + " is no list with columns");
+    for (auto& row : rows)
+        row.resize(found->columns.size());
+    const int count = static_cast<int>(rows.size());
+    entries_[control] = std::move(rows);
+    Tell([&](DialogObserver& each) { each.EntriesChanged(*this, control); });
+    if (ValueAs<int>(control) >= count) SetValue(control, noEntry);
 }
 
 void CAnalysisDialog::PutSetting(std::string_view name, std::string value) {

@@ -22,6 +22,8 @@ public:
     virtual ~DialogObserver() = default;
     /// A control's value changed, by whatever means.
     virtual void ControlChanged(CAnalysisDialog& /*dialog*/, int /*control*/) {}
+    /// A list has other entries.
+    virtual void EntriesChanged(CAnalysisDialog& /*dialog*/, int /*control*/) {}
     /// A control was enabled or disabled.
     virtual void ControlEnabled(CAnalysisDialog& /*dialog*/, int /*control*/) {}
     /// A button's action begins, and has ended. `succeeded` as in `DialogResult`.
@@ -83,6 +85,9 @@ public:
     /// The value of a control; monostate for a button or an unknown control.
     [[nodiscard]] const ControlValue& Value(int control) const;
 
+    /// The entries of a list with columns, which the dialog sets; empty for any other control.
+    [[nodiscard]] const ListRows& EntriesOf(int control) const;
+
     /// Whether a control can be used; the dialog decides.
     [[nodiscard]] bool IsEnabled(int control) const { return disabled_.count(control) == 0; }
 
@@ -117,6 +122,9 @@ protected:
 
     /// Sets a control without checking the value and without `OnValueChanged`; observers are notified.
     void SetValue(int control, ControlValue value);
+    /// Sets the entries of a list with columns; observers are notified. Every row gets as many texts as there
+    /// are columns. Where the selected entry is no longer there, none is selected, without `OnValueChanged`.
+    void SetEntries(int control, ListRows rows);
     template <class T>
     const T& ValueAs(int control) const {
         return std::get<T>(Value(control));
@@ -136,6 +144,7 @@ private:
     Guarded(const Action& action); // not std::function, which may allocate when memory has run out
     void TellNoMemory() noexcept;
     DialogResult Fits(const ControlTemplate& control, const ControlValue& value) const;
+    DialogResult PositionFits(const ControlTemplate& control, int position) const;
     /// Whether the dialog is open and has the control, with the reason if not.
     DialogResult Usable(int control, std::string_view kind) const;
     std::string TextOf(int string, double number) const;
@@ -144,6 +153,7 @@ private:
     const DialogTemplate& template_;
     const AutomationInterface* interface_ = nullptr;
     std::map<int, ControlValue> values_;
+    std::map<int, ListRows> entries_;
     std::set<int> disabled_;
     std::map<std::string, std::string, std::less<>> settings_;
     std::vector<DialogObserver*> observers_;

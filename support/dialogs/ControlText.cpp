@@ -45,4 +45,9 @@ std::string PlainControlText(std::string_view controlText) {
     return label;
 }
 
+std::string QuotedControl(const ControlTemplate& control) {
+    const std::string text = PlainControlText(control.text);
+    return text.empty() ? "control " + std::to_string(control.id) : "'" + text + "'";
+}
+
 } // namespace ozm

@@ -18,7 +18,9 @@ enum class ControlKind : std::uint8_t {
     Real,       ///< value: double, shown with `decimals`
     Text,       ///< value: text
     CodeField, ///< value: double, NaN while unset; offers the codes of the variable selected in `codesOfRole`
-    List,      ///< value: 0-based position of the selected entry
+    /// Value: 0-based position of the selected entry. With `columns` a list whose entries the dialog sets;
+    /// then `noEntry` where none is selected.
+    List,
     VariableSelection, ///< value: one list of variable numbers per role
     CodeList,          ///< value: several codes of the variable selected in `codesOfRole`
     TextList,          ///< value: several texts
@@ -95,7 +97,21 @@ struct ControlTemplate {
     /// no.
     bool remembered = false;
     int hint = 0; ///< string number of a text for the status line while the control has the focus; 0: none
+    /// A list whose entries the dialog sets (`SetEntries`): the headings of its columns, by string number.
+    std::span<const int> columns{};
+    /// A text: the most characters that people can type, 0: any number. Scripts and files may give more; the
+    /// dialog judges them.
+    int most = 0;
+    bool hidden = false; ///< for scripts; a window does not show it
+    int onEnter = 0;     ///< the control that Enter presses while this one has the focus; 0: OK
+    int onDelete = 0;    ///< a list: the button that the Delete key presses; 0: none
+    int beside = 0;      ///< a button: the list at whose side it stands; 0: none
+    /// A text: an expression; a window helps with the names of variables.
+    bool isExpression = false;
 };
+
+/// The value of a list with columns where nothing is selected.
+inline constexpr int noEntry = -1;
 
 /// A dialog: its number, title, tab pages and controls in tabbing order.
 struct DialogTemplate {

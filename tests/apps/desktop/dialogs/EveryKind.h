@@ -121,6 +121,7 @@ public:
         : CAnalysisModelessDialog(analysis, shape), own_(analysis) {}
     using CAnalysisModelessDialog::Enable;
     using CAnalysisModelessDialog::ExitDialog;
+    using CAnalysisModelessDialog::SetEntries;
     using CAnalysisModelessDialog::SetValue;
 
 private:

@@ -18,6 +18,8 @@ public:
 
     /// Shows the model's value in place of whatever was there.
     virtual void showValue(const ozm::ControlValue& value) = 0;
+    /// Shows the entries of a list that the dialog sets.
+    virtual void showEntries(const ozm::ListRows& /*rows*/) {}
     /// Whether something was typed that the model does not know yet.
     [[nodiscard]] virtual bool hasPendingEdit() const { return false; }
     /// Writes what was typed. False when it was refused; the reason is then shown.

@@ -39,16 +39,42 @@ private:
 };
 
 /// Buttons one below the other, as wide as the widest, their icons and texts in line.
-void addButtons(QGridLayout& grid, int row, const std::vector<ControlField*>& buttons) {
+QVBoxLayout* columnOf(const std::vector<ControlField*>& buttons) {
     auto* column = new QVBoxLayout;
     for (ControlField* button : buttons) {
         button->setStyleSheet(QStringLiteral("QPushButton { text-align: left; padding: 4px 8px; }"));
         column->addWidget(button);
     }
+    return column;
+}
+
+void addButtons(QGridLayout& grid, int row, const std::vector<ControlField*>& buttons) {
+    QVBoxLayout* column = columnOf(buttons);
     auto* line = new QHBoxLayout;
     line->addLayout(column);
     line->addStretch(1);
     grid.addLayout(line, row, 0, 1, 3);
+}
+
+/// A list, and the buttons that stand at its side.
+void addList(QGridLayout& grid, int row, ControlField* list, const std::vector<ControlField*>& buttons) {
+    auto* line = new QHBoxLayout;
+    line->addWidget(list, 1);
+    QVBoxLayout* column = columnOf(buttons);
+    column->addStretch(1);
+    // In line with the list, not with its caption.
+    if (!captionOf(list->control()).isEmpty())
+        column->insertSpacing(0, list->fontMetrics().height() + column->spacing());
+    line->addLayout(column);
+    grid.addLayout(line, row, 0, 1, 3);
+}
+
+std::vector<ControlField*> standingBeside(const ControlField& list,
+                                          const std::vector<ControlField*>& fields) {
+    std::vector<ControlField*> buttons;
+    for (ControlField* field : fields)
+        if (field->control().beside == list.control().id) buttons.push_back(field);
+    return buttons;
 }
 
 } // namespace
@@ -61,10 +87,14 @@ void layOutFields(QWidget& onto, const std::vector<ControlField*>& fields) {
     bool grows = false;
     for (std::size_t i = 0; i < fields.size(); ++row) {
         ControlField* field = fields[i];
+        if (field->control().beside != 0) {
+            ++i; // placed with its list
+            continue;
+        }
         if (field->control().kind == ozm::ControlKind::PushButton) {
             std::vector<ControlField*> run;
             for (; i < fields.size() && fields[i]->control().kind == ozm::ControlKind::PushButton; ++i)
-                run.push_back(fields[i]);
+                if (fields[i]->control().beside == 0) run.push_back(fields[i]);
             addButtons(*grid, row, run);
             continue;
         }
@@ -73,6 +103,8 @@ void layOutFields(QWidget& onto, const std::vector<ControlField*>& fields) {
             caption->setBuddy(field->focusProxy()); // a field itself takes no focus
             grid->addWidget(caption, row, 0);
             grid->addWidget(field, row, 1, 1, field->growsInWidth() ? 2 : 1);
+        } else if (const auto buttons = standingBeside(*field, fields); !buttons.empty()) {
+            addList(*grid, row, field, buttons);
         } else {
             grid->addWidget(field, row, 0, 1, 3);
         }

@@ -35,8 +35,10 @@ DialogView::DialogView(ozm::CAnalysisDialog& dialog, QWidget* parent)
     offerSwaps();
     callout_ = new Callout(this);
     chooseDefaults();
-    for (const ozm::ControlTemplate& control : dialog.Template().controls)
+    for (const ozm::ControlTemplate& control : dialog.Template().controls) {
+        showEntries(control.id);
         showValue(control.id);
+    }
     for (const ozm::ControlTemplate& control : dialog.Template().controls)
         showEnabled(control.id);
     offerCodes();
@@ -45,6 +47,7 @@ DialogView::DialogView(ozm::CAnalysisDialog& dialog, QWidget* parent)
         leaveField(before, focused);
         rememberFocus(focused);
         hintAt(focused);
+        markDefault(focused);
     });
     focusFirst();
 }
@@ -84,6 +87,11 @@ void DialogView::showValue(int control) {
         if (placed.control->id == control) placed.field->showValue(dialog_->Value(control));
 }
 
+void DialogView::showEntries(int control) {
+    for (const Placed& placed : placed_)
+        if (placed.control->id == control) placed.field->showEntries(dialog_->EntriesOf(control));
+}
+
 void DialogView::showEnabled(int control) {
     const bool enabled = dialog_->IsEnabled(control);
     for (const Placed& placed : placed_) {
@@ -99,6 +107,10 @@ void DialogView::showEnabled(int control) {
             if (caption->buddy() != nullptr && placed.field->isAncestorOf(caption->buddy()))
                 caption->setEnabled(enabled);
     }
+}
+
+void DialogView::EntriesChanged(ozm::CAnalysisDialog& /*dialog*/, int control) {
+    if (dialog_ != nullptr) showEntries(control);
 }
 
 void DialogView::ControlEnabled(ozm::CAnalysisDialog& /*dialog*/, int control) {
@@ -188,6 +200,10 @@ void DialogView::press(ControlField& field) {
     if (!result || dialog_ == nullptr) return;
     refreshData();
     if (!result->done) complain(field, sentence(result->reason));
+}
+
+void DialogView::pressControl(int control) {
+    if (ControlField* field = fieldOf(control)) press(*field);
 }
 
 bool DialogView::commitEdits() {

@@ -91,6 +91,7 @@ private:
     };
 
     void ControlChanged(ozm::CAnalysisDialog& dialog, int control) override;
+    void EntriesChanged(ozm::CAnalysisDialog& dialog, int control) override;
     void ControlEnabled(ozm::CAnalysisDialog& dialog, int control) override;
     void DialogClosed(ozm::CAnalysisDialog& dialog) override;
 
@@ -98,6 +99,7 @@ private:
     [[nodiscard]] int decimals(const ControlField& field, double number) const override;
     bool put(ControlField& field, ozm::ControlValue value, QWidget* where) override;
     void press(ControlField& field) override;
+    void pressControl(int control) override;
     void complain(QWidget& where, const QString& reason) override;
     void complaintSettled(QWidget& where) override;
 
@@ -107,6 +109,7 @@ private:
     ControlField* add(const ozm::ControlTemplate& control, int page, QWidget* parent);
     void chooseDefaults();
     void showValue(int control);
+    void showEntries(int control);
     void showEnabled(int control);
     void offerCodes();
     void offerSwaps();
@@ -116,7 +119,12 @@ private:
     void focusFirst();
     void rememberFocus(QWidget* focused);
     void hintAt(const QWidget* focused);
-    /// F1: what the control that has the focus is for, beside it, in the words that scripts have for it.
+    /// Marks the button that Enter presses.
+    void markDefault(const QWidget* focused);
+    /// The control that has a widget in it; nullptr: none.
+    [[nodiscard]] const Placed* placeOf(const QWidget* widget) const;
+    /// F1: what the control that has the focus is for, beside it: in the words that scripts have for it, or
+    /// else its hint.
     void helpOnFocus();
     /// The focus moves on: hides a refusal whose value is no longer there.
     void leaveField(const QWidget* from, const QWidget* to);

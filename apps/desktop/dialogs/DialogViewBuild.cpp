@@ -53,6 +53,7 @@ void DialogView::build() {
     // Fields are made in the template's order, which is the tab order.
     bool seenPaged = false;
     for (const ozm::ControlTemplate& control : shape.controls) {
+        if (control.hidden) continue;
         bool paged = false;
         for (const int page : control.pages) {
             if (page >= pages) continue;
@@ -61,7 +62,7 @@ void DialogView::build() {
             paged = seenPaged = true;
         }
         if (paged) continue;
-        if (control.kind == ozm::ControlKind::PushButton) {
+        if (control.kind == ozm::ControlKind::PushButton && control.beside == 0) {
             right->addWidget(add(control, -1, this));
         } else if (pages == 1) { // a single page shows what all pages show
             onSheets[0].push_back(add(control, 0, sheets[0]));

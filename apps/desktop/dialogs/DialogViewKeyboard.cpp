@@ -1,6 +1,7 @@
 // Focus and keys in a dialog.
 #include "apps/desktop/dialogs/ControlField.h"
 #include "apps/desktop/dialogs/DialogView.h"
+#include "apps/desktop/dialogs/EditFields.h"
 
 #include <QKeyEvent>
 #include <QPushButton>
@@ -45,6 +46,21 @@ void DialogView::rememberFocus(QWidget* focused) {
     }
 }
 
+const DialogView::Placed* DialogView::placeOf(const QWidget* widget) const {
+    for (const Placed& placed : placed_)
+        if (widget != nullptr && placed.field->isAncestorOf(widget)) return &placed;
+    return nullptr;
+}
+
+void DialogView::markDefault(const QWidget* focused) {
+    const Placed* at = placeOf(focused);
+    if (at == nullptr || qobject_cast<const QPushButton*>(focused) != nullptr) return;
+    const int pressed = at->control->onEnter != 0 ? at->control->onEnter : ozm::ControlOk;
+    for (const Placed& placed : placed_)
+        if (auto* button = dynamic_cast<ButtonField*>(placed.field))
+            button->button()->setDefault(placed.control->id == pressed);
+}
+
 void DialogView::hintAt(const QWidget* focused) {
     QString hint;
     for (const Placed& placed : placed_) {
@@ -65,11 +81,14 @@ void DialogView::helpOnFocus() {
     if (dialog_ == nullptr || dialog_->Interface() == nullptr || focused == nullptr) return;
     for (const Placed& placed : placed_) {
         if (placed.field != focused && !placed.field->isAncestorOf(focused)) continue;
+        QString help;
         for (const ozm::AutomationMember& member : dialog_->Interface()->members)
-            if (member.control == placed.control->id)
-                QToolTip::showText(placed.field->mapToGlobal(placed.field->rect().bottomLeft()),
-                                   QString::fromUtf8(member.help.data(), qsizetype(member.help.size())),
-                                   placed.field, {}, helpTime);
+            if (member.control == placed.control->id) help = fromView(member.help);
+        if (help.isEmpty() && placed.control->hint != 0)
+            help = QString::fromStdString(dialog_->Analysis().GetResourceString(placed.control->hint));
+        if (!help.isEmpty())
+            QToolTip::showText(placed.field->mapToGlobal(placed.field->rect().bottomLeft()), help,
+                               placed.field, {}, helpTime);
     }
 }
 
@@ -106,6 +125,8 @@ void DialogView::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_F1 && event->modifiers() == Qt::NoModifier) return helpOnFocus();
     if (!isEnter(*event)) return QDialog::keyPressEvent(event);
     if (auto* button = qobject_cast<QPushButton*>(focusWidget())) return button->click();
+    if (const Placed* at = placeOf(focusWidget()); at != nullptr && at->control->onEnter != 0)
+        return pressControl(at->control->onEnter);
     if (ControlField* ok = fieldOf(ozm::ControlOk)) return press(*ok);
     for (const Placed& placed : placed_)
         if (placed.control->kind == ozm::ControlKind::List && placed.field->focusProxy() == focusWidget())

@@ -1,8 +1,6 @@
 #include "apps/desktop/dialogs/EditFields.h"
 
-#include "apps/desktop/dialogs/Codes.h"
 #include "apps/desktop/dialogs/NeutralIcon.h"
-#include "apps/desktop/text/ElidedLabel.h"
 #include "apps/desktop/text/FixedFont.h"
 #include "support/CAnalysisSupport.h"
 
@@ -10,10 +8,7 @@
 #include <QCheckBox>
 #include <QEvent>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLineEdit>
-#include <QLocale>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -22,41 +17,10 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 namespace korvana::desktop {
 namespace {
-
-/// Fixed decimals; very large numbers with all digits of a double.
-QString numberText(double value, int decimals) {
-    if (std::isnan(value)) return {};
-    return std::abs(value) < 1e15 ? QLocale::c().toString(value, 'f', decimals).remove(QLatin1Char(','))
-                                  : QString::number(value, 'g', 17);
-}
-
-/// The proportion that a text stands for: 95 and "95 %" are percentages. Other numbers stay as they are;
-/// whether they are valid is for the dialog to decide.
-struct Share {
-    double value = 0.0;
-    bool isNumber = false;
-    bool inPercent = false;
-};
-
-Share shareOf(QString text) {
-    Share share;
-    share.inPercent = text.endsWith(QLatin1Char('%'));
-    if (share.inPercent) text.chop(1);
-    share.value = text.trimmed().toDouble(&share.isNumber);
-    // 1.5 is hardly meant as a percentage; it is more likely a typing error.
-    share.inPercent = share.inPercent || (share.value >= 50.0 && share.value < 100.0);
-    if (!share.inPercent) return share;
-    // The decimal text is divided, since 99.9 / 100 is not 0.999 in binary.
-    bool shifted = false;
-    const double value = (text.trimmed() + QStringLiteral("e-2")).toDouble(&shifted);
-    share.value = shifted ? value : share.value / 100.0; // not if the text has an exponent itself
-    return share;
-}
 
 /// Makes room for some lines and columns of text, in any font.
 void askForRoom(QPlainTextEdit* text, int columns, int lines) {
@@ -166,68 +130,6 @@ bool IntegerField::commit() {
     }
     if (box_->value() == shown_) return settled();
     return host().put(*this, box_->value()) && settled();
-}
-
-LineField::LineField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)
-    : ControlField(control, host, parent), line_(new QLineEdit(this)) {
-    const bool isNumber = control.kind == ozm::ControlKind::Real;
-    const int columns = isNumber ? 12 : 28;
-    line_->setMinimumWidth(line_->fontMetrics().horizontalAdvance(QLatin1Char('0')) * columns);
-    if (isNumber) line_->setMaximumWidth(line_->minimumWidth());
-    if (control.isShare) {
-        note_ = new ElidedLabel(this);
-        note_->setObjectName(QStringLiteral("note"));
-        auto* row = new QHBoxLayout(this);
-        row->setContentsMargins(0, 0, 0, 0);
-        row->addWidget(line_);
-        row->addWidget(note_, 1);
-        line_->setAccessibleName(plainCaptionOf(control));
-        setFocusProxy(line_);
-    } else {
-        fillWith(line_);
-    }
-    QObject::connect(line_, &QLineEdit::editingFinished, this, [this] { commit(); });
-    QObject::connect(line_, &QLineEdit::textEdited, this, [this] {
-        if (note_ != nullptr) note_->setText({});
-        settled();
-    });
-}
-
-void LineField::showValue(const ozm::ControlValue& value) {
-    QString text;
-    if (const double* number = std::get_if<double>(&value))
-        text = numberText(*number, host().decimals(*this, *number));
-    if (const auto* words = std::get_if<std::string>(&value)) text = QString::fromStdString(*words);
-    if (line_->text() != text) line_->setText(text);
-    line_->setModified(false);
-}
-
-bool LineField::hasPendingEdit() const {
-    return line_->isModified();
-}
-
-bool LineField::commit() {
-    // What was not edited stays as it is in the model: the text may show fewer digits.
-    if (!line_->isModified()) return true;
-    if (control().kind == ozm::ControlKind::Real) return commitNumber();
-    return host().put(*this, line_->text().toStdString()) && settled();
-}
-
-bool LineField::commitNumber() {
-    const QString text = line_->text().trimmed();
-    Share number;
-    if (control().isShare)
-        number = shareOf(text);
-    else
-        number.value = text.toDouble(&number.isNumber);
-    if (text.isEmpty()) return complain(QStringLiteral("Enter a number here."));
-    if (!number.isNumber || !std::isfinite(number.value))
-        return complain(
-            QStringLiteral("'%1' is not a number; write it with a decimal point, as in 0.95.").arg(text));
-    if (!host().put(*this, number.value)) return false;
-    if (number.inPercent)
-        note_->setText(QStringLiteral("%1 was read as %2.").arg(text, codeText(number.value)));
-    return settled();
 }
 
 TextListField::TextListField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent)

@@ -4,14 +4,12 @@
 
 class QButtonGroup;
 class QCheckBox;
-class QLineEdit;
 class QPlainTextEdit;
 class QPushButton;
 class QSpinBox;
 
 namespace korvana::desktop {
 
-class ElidedLabel;
 class ButtonField : public ControlField {
 public:
     ButtonField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent);
@@ -53,25 +51,6 @@ public:
 private:
     QSpinBox* box_;
     int shown_ = 0;
-};
-
-/// A line of text: a text, or a number with decimals (with a decimal point in any language, as in files and
-/// on the command line). A proportion may be given in percent, and a note then says how it was understood.
-class LineField : public ControlField {
-public:
-    LineField(const ozm::ControlTemplate& control, FieldHost& host, QWidget* parent);
-    void showValue(const ozm::ControlValue& value) override;
-    [[nodiscard]] bool hasPendingEdit() const override;
-    bool commit() override;
-    [[nodiscard]] bool wantsCaption() const override { return true; }
-    [[nodiscard]] bool growsInWidth() const override {
-        return control().kind == ozm::ControlKind::Text || control().isShare;
-    }
-
-private:
-    bool commitNumber();
-    QLineEdit* line_;
-    ElidedLabel* note_ = nullptr; ///< of a proportion given in percent
 };
 
 /// Several texts, one per line. Blank lines are ignored.

@@ -27,6 +27,8 @@ public:
     virtual bool put(ControlField& field, ozm::ControlValue value, QWidget* where = nullptr) = 0;
     /// Presses the control.
     virtual void press(ControlField& field) = 0;
+    /// Presses another control of the dialog.
+    virtual void pressControl(int control) = 0;
     /// Shows a reason beside a widget; hides it again.
     virtual void complain(QWidget& where, const QString& reason) = 0;
     virtual void complaintSettled(QWidget& where) = 0;

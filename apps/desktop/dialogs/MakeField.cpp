@@ -3,8 +3,10 @@
 #include "apps/desktop/dialogs/CodeField.h"
 #include "apps/desktop/dialogs/CodeListField.h"
 #include "apps/desktop/dialogs/EditFields.h"
+#include "apps/desktop/dialogs/LineField.h"
 #include "apps/desktop/dialogs/ListField.h"
 #include "apps/desktop/dialogs/NumberListField.h"
+#include "apps/desktop/dialogs/TableField.h"
 #include "apps/desktop/dialogs/VariableField.h"
 
 namespace korvana::desktop {
@@ -25,6 +27,7 @@ ControlField* makeField(const ozm::ControlTemplate& control, FieldHost& host, QW
     case ozm::ControlKind::CodeField:
         return new CodeField(control, host, parent);
     case ozm::ControlKind::List:
+        if (!control.columns.empty()) return new TableField(control, host, parent);
         return new ListField(control, host, parent);
     case ozm::ControlKind::VariableSelection:
         return new VariableField(control, host, parent);

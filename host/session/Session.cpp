@@ -87,6 +87,7 @@ ResultsBook Session::takeBook() {
 
 void Session::pump() {
     if (stepping_) return;
+    parts_.scriptFile.reset();
     followExits();
     if (parts_.scriptFailure) std::rethrow_exception(std::exchange(parts_.scriptFailure, nullptr));
 }

@@ -68,6 +68,9 @@ public:
     /// The open dialog, for a script: a modal one while it runs, else that of the step. Nothing when none is
     /// open. Objects are valid until `start` or `close`, those of a modal dialog until it is closed.
     std::optional<ozm::AutomationObject> currentDialog();
+    /// Under automation: the path that the next operation's file dialog gets, for opening or saving; without
+    /// one it is cancelled. To be called before the operation; `pump` forgets a path that nobody asked for.
+    void nameFile(std::string path) { parts_.scriptFile = std::move(path); }
     /// The name of the open dialog's automation interface, empty when none is open.
     [[nodiscard]] std::string currentInterface() const;
 

@@ -3,10 +3,24 @@
 #include "host/session/InitFile.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <exception>
+#include <filesystem>
+#include <fstream>
+#include <utility>
 
 namespace korvana {
 namespace {
+
+/// Empty when it can be read.
+std::string whyUnreadable(const std::string& path) {
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) return "it is a folder";
+    errno = 0;
+    if (std::ifstream(path)) return {};
+    return errno != 0 ? std::strerror(errno) : "it cannot be opened";
+}
 
 bool take(std::optional<std::string> chosen, std::string& path) {
     if (chosen) path = std::move(*chosen);
@@ -15,14 +29,29 @@ bool take(std::optional<std::string> chosen, std::string& path) {
 
 } // namespace
 
+std::optional<std::string> SessionFiles::choose(const FrontEnd::FileRequest& request, Purpose purpose) {
+    if (auto named = std::exchange(parts_.scriptFile, std::nullopt); named && parts_.automation) {
+        // People can choose only what is there; a script is told.
+        const std::string reason = purpose == Purpose::Open ? whyUnreadable(*named) : std::string{};
+        if (reason.empty()) return named;
+        parts_.fail("The file " + *named + " cannot be read: " + reason + ".");
+        return std::nullopt;
+    }
+    auto chosen = purpose == Purpose::Open ? parts_.frontEnd->fileToOpen(request)
+                                           : parts_.frontEnd->fileToSave(request);
+    if (!chosen && parts_.automation)
+        parts_.fail("'" + std::string{request.title} + "' was cancelled: the script names no file.");
+    return chosen;
+}
+
 bool SessionFiles::DoFileOpenDlg(std::string_view title, std::string_view defaultName,
                                  std::string_view extension, std::string& path) {
-    return take(parts_.frontEnd->fileToOpen({title, defaultName, extension}), path);
+    return take(choose({title, defaultName, extension}, Purpose::Open), path);
 }
 
 bool SessionFiles::DoFileSaveAsDlg(std::string_view title, std::string_view defaultName,
                                    std::string_view extension, std::string& path) {
-    return take(parts_.frontEnd->fileToSave({title, defaultName, extension}), path);
+    return take(choose({title, defaultName, extension}, Purpose::Save), path);
 }
 
 bool SessionFiles::PutInitKeywordPrivate(const std::string& path, std::string_view section,

@@ -3,6 +3,9 @@
 #include "host/session/SessionParts.h"
 #include "support/services/FileService.h"
 
+#include <optional>
+#include <string>
+
 namespace korvana {
 
 /// File dialogs are the front end's; initialisation files are read and replaced here.
@@ -24,6 +27,10 @@ public:
     bool GetStartValues(std::span<const std::string> names, std::span<double> values) override;
 
 private:
+    enum class Purpose { Open, Save };
+    /// The path that a person chooses or a script has named; nothing when cancelled.
+    std::optional<std::string> choose(const FrontEnd::FileRequest& request, Purpose purpose);
+
     SessionParts& parts_;
 };
 

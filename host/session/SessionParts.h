@@ -36,8 +36,9 @@ struct SessionParts {
     ozm::CAnalysisSupport* analysis = nullptr;
     bool automation = true; ///< a script drives the analysis
     ModalScript modalScript;
-    std::exception_ptr scriptFailure; ///< what a modal script threw, to be rethrown to the script
-    std::vector<std::string> remarks; ///< by the analysis, about its runs in this book
+    std::optional<std::string> scriptFile; ///< the path that a script has for the next file dialog
+    std::exception_ptr scriptFailure;      ///< what a modal script threw, to be rethrown to the script
+    std::vector<std::string> remarks;      ///< by the analysis, about its runs in this book
 
     /// Records a message and tells the observers.
     void note(ResultMessage message) {
@@ -56,12 +57,18 @@ struct SessionParts {
 
     /// A button was pressed.
     void commandBegins() {
+        stops->clear(StopSignals::Display); // which nobody noticed
+        commandRuns_ = true;
         messagesBefore_ = book->messages.size();
         notesBefore_ = book->notes.size();
         iterationsBefore_ = book->iterations.size();
     }
     /// Its action has ended.
-    void commandEnded() { messagesAfter_ = book->messages.size(); }
+    void commandEnded() {
+        messagesAfter_ = book->messages.size();
+        commandRuns_ = false;
+    }
+    [[nodiscard]] bool commandRuns() const { return commandRuns_; }
     /// An output, named by the action that makes it, was made or not. The book's status says whether each one
     /// asked for was made in the end.
     void outputEnded(const std::string& action, bool made) {
@@ -152,6 +159,7 @@ private:
         return taken;
     }
 
+    bool commandRuns_ = false;
     std::size_t messagesBefore_ = 0; ///< the last command
     std::size_t messagesAfter_ = 0;  ///< the last command, or the last change of forms
     std::vector<ResultMessage> aboutForm_;

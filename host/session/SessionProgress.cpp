@@ -7,8 +7,9 @@ namespace korvana {
 void SessionProgress::dstart(unsigned count) {
     units_ = count;
     done_ = 0;
-    // A Cancel that no computation noticed must not stop the next one.
-    parts_.stops->clear(StopSignals::Display);
+    // A Cancel that no computation noticed must not stop the next one; but a computation may have several
+    // parts, and a Cancel between two of them stops it.
+    if (!parts_.commandRuns()) parts_.stops->clear(StopSignals::Display);
     parts_.observers.computationStarted(count);
 }
 

@@ -6,7 +6,6 @@
 #include "apps/desktop/window/NamedValuesDialog.h"
 
 #include <QApplication>
-#include <QFileDialog>
 #include <QMessageBox>
 #include <QWidget>
 #include <QWindow>
@@ -17,11 +16,6 @@
 
 namespace korvana::desktop {
 namespace {
-
-QString filterOf(std::string_view extension) {
-    const QString ending = fromView(extension);
-    return ending.isEmpty() ? QString{} : AnalysisRunner::tr("Files (*%1);;All files (*)").arg(ending);
-}
 
 /// The notice for results when the data have changed since; empty when they have not.
 QString changesText(const DataState& then, const DataState& now) {
@@ -262,15 +256,11 @@ void AnalysisRunner::runModal(ozm::CAnalysisModalDialog& dialog) {
 }
 
 std::optional<std::string> AnalysisRunner::fileToOpen(const FileRequest& request) {
-    const QString path = QFileDialog::getOpenFileName(
-        boxParent(), fromView(request.title), fromView(request.defaultName), filterOf(request.extension));
-    return path.isEmpty() ? std::nullopt : std::optional{path.toStdString()};
+    return files_.toOpen(request, data().dataSet().path(), boxParent());
 }
 
 std::optional<std::string> AnalysisRunner::fileToSave(const FileRequest& request) {
-    const QString path = QFileDialog::getSaveFileName(
-        boxParent(), fromView(request.title), fromView(request.defaultName), filterOf(request.extension));
-    return path.isEmpty() ? std::nullopt : std::optional{path.toStdString()};
+    return files_.toSave(request, data().dataSet().path(), boxParent());
 }
 
 bool AnalysisRunner::openData(ActiveData& /*data*/) {

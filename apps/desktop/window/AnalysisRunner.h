@@ -3,6 +3,7 @@
 #include "apps/desktop/dialogs/DialogView.h"
 #include "apps/desktop/window/DialogPlaces.h"
 #include "apps/desktop/window/EventTimer.h"
+#include "apps/desktop/window/FileChooser.h"
 #include "apps/desktop/window/ProgressWindow.h"
 #include "apps/desktop/window/RememberedValues.h"
 #include "host/session/Session.h"
@@ -117,6 +118,7 @@ private:
     QPointer<DialogView> modal_; ///< the modal dialog that is open
     DialogPlaces places_;
     RememberedValues values_;
+    FileChooser files_;
     /// The state in which a dialog was left.
     struct Left {
         DialogView::FocusPlace focus;

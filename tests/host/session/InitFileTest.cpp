@@ -83,5 +83,45 @@ TEST_F(FilesTest, TheServiceReadsWhatItWroteAndReportsWhatItCannotWrite) {
     EXPECT_FALSE(files.PutInitKeywordPrivate(folder, "s", "k", "v")) << "a folder is no file";
 }
 
+TEST_F(FilesTest, AScriptNamesTheFileOfItsNextOperation) {
+    std::string path = "kept";
+    const auto opens = [&] { return files.DoFileOpenDlg("Open File", "*.INI", ".INI", path); };
+    const auto saves = [&] { return files.DoFileSaveAsDlg("Save As File", "NEW.INI", ".INI", path); };
+    const auto told = [&](const std::string& what) {
+        return !parts.book->messages.empty() &&
+               parts.book->messages.back().text.find(what) != std::string::npos;
+    };
+    EXPECT_FALSE(opens());
+    EXPECT_TRUE(told("'Open File' was cancelled"));
+    for (const auto& [wrong, why] :
+         {std::pair{folder / "none.ini", "No such file"}, std::pair{folder, "it is a folder"}}) {
+        parts.scriptFile = wrong;
+        EXPECT_FALSE(opens());
+        EXPECT_TRUE(told(why)) << parts.book->messages.back().text;
+    }
+    EXPECT_EQ(path, "kept");
+    parts.scriptFile = folder / "new.txt";
+    ASSERT_TRUE(saves());
+    EXPECT_EQ(path, folder / "new.txt") << "as the script says";
+    EXPECT_FALSE(saves()) << "for one dialog only";
+    ASSERT_TRUE(files.PutInitKeywordPrivate(path, "s", "k", "v"));
+    parts.scriptFile = path;
+    EXPECT_TRUE(opens());
+
+    // A person's answers come from the front end.
+    struct Person final : FrontEnd {
+        std::optional<std::string> fileToOpen(const FileRequest& request) override {
+            return std::string{request.title}.append(request.defaultName).append(request.extension);
+        }
+    } person;
+    parts.frontEnd = &person;
+    parts.automation = false;
+    const std::size_t messages = parts.book->messages.size();
+    EXPECT_TRUE(opens());
+    EXPECT_EQ(path, "Open File*.INI.INI");
+    EXPECT_FALSE(saves());
+    EXPECT_EQ(parts.book->messages.size(), messages) << "who cancels knows";
+}
+
 } // namespace
 } // namespace korvana

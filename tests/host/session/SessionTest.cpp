@@ -307,6 +307,17 @@ TEST_F(SessionTest, StopsFromOutsideAndFromTheDisplay) {
     session.stops().cancel();
     call("OK");
     EXPECT_EQ(session.currentInterface(), "TinyResults") << "a Cancel before the computation is void";
+
+    session.start();
+    put("Variables", ozm::AutomationValue::List(1, ozm::AutomationValue::List{1}));
+    struct Impatient final : ozm::DialogObserver {
+        explicit Impatient(StopSignals& signals) : stops(signals) {}
+        void CommandBegins(ozm::CAnalysisDialog&, int) override { stops.cancel(); }
+        StopSignals& stops;
+    } impatient(session.stops());
+    session.currentDialog()->Dialog().AddObserver(impatient);
+    call("OK");
+    EXPECT_EQ(session.currentInterface(), "TinySpecify") << "one before a part of it is not";
 }
 
 } // namespace

@@ -7,6 +7,8 @@
 #include "support/dialogs/CAnalysisModelessDialog.h"
 #include "tests/apps/desktop/Modals.h"
 
+#include <set>
+
 namespace korvana::desktop {
 namespace {
 
@@ -36,13 +38,28 @@ public:
             while (k < end) {
                 Iterations().AddText("iteration " + std::to_string(++k));
                 QTest::qSleep(3);
-                if (Iterations().WasCanceled()) return false;
+                if (Iterations().WasCanceled() || !parts(k)) return false;
             }
             if (end > limit || DisplayInstQuestion(&resources_, nullptr, 9) != ButtonYes) return end > limit;
         }
     }
 
+    /// The parts of an iteration, of a millisecond each.
+    bool parts(int iteration) {
+        if (units == 0) return true;
+        dstart(units);
+        d_pbar("Iteration " + std::to_string(iteration));
+        for (unsigned part = 0; part < units; ++part) {
+            QTest::qSleep(1);
+            termom(1);
+            if (pcancel() || IsExternallyCancelled() || Iterations().WasCanceled()) return false;
+        }
+        dstop();
+        return true;
+    }
+
     int limit = 0;
+    unsigned units = 0;
     int answer = -2; ///< of the modal dialog
     std::vector<double> starts{0.5, -2, 0};
 
@@ -134,6 +151,35 @@ TEST_F(Estimation, ShowsItsLinesAndItsCancelEndsItAlone) {
         EXPECT_EQ(analysis->answer, 1);
         EXPECT_TRUE(QTest::qWaitFor([this] { return !runner.isBusy(); }));
     }
+}
+
+TEST_F(Estimation, ShowsHowFarAnIterationIsAndStopsWithinIt) {
+    analysis->limit = 10;
+    analysis->units = 60'000;
+    QElapsedTimer sinceCancel;
+    std::set<int> values;
+    QString text;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &window, [&] {
+        // The window repaints and takes clicks while the iteration runs.
+        auto* bar = runner.progressWindow().findChild<QProgressBar*>();
+        values.insert(bar->value());
+        if (values.size() < 4) return;
+        text = bar->text();
+        look.stop();
+        sinceCancel.start();
+        QTest::mouseClick(runner.progressWindow().findChild<QPushButton*>(), Qt::LeftButton);
+    });
+    answering([this] { pressFit(); },
+              [&](DialogView& dialog) {
+                  click(dialog, "OK");
+                  EXPECT_LT(sinceCancel.elapsed(), 1000);
+                  click(dialog, "Cancel");
+              },
+              [&](ProgressWindow&) { look.start(10); });
+    EXPECT_GE(values.size(), 4U);
+    EXPECT_TRUE(text.startsWith("Iteration 1 ")) << text.toStdString();
+    EXPECT_EQ(analysis->answer, 1);
 }
 
 TEST_F(Estimation, GoesOnWhenItsQuestionIsAnsweredYes) {

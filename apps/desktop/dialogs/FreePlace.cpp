@@ -1,5 +1,6 @@
 #include "apps/desktop/dialogs/FreePlace.h"
 
+#include <QAbstractButton>
 #include <QLabel>
 #include <QScrollArea>
 #include <QTabBar>
@@ -24,7 +25,9 @@ std::vector<QRect> takenPlaces(const QWidget& window, const QWidget& but) {
         if (!one->isVisible() || one == &but || but.isAncestorOf(one)) continue;
         const auto* text = qobject_cast<const QLabel*>(one);
         const bool shows = (text != nullptr && !text->text().isEmpty()) ||
-                           one->focusPolicy() != Qt::NoFocus || qobject_cast<const QTabBar*>(one) != nullptr;
+                           one->focusPolicy() != Qt::NoFocus ||
+                           qobject_cast<const QAbstractButton*>(one) != nullptr ||
+                           qobject_cast<const QTabBar*>(one) != nullptr;
         // A scroll area takes the focus for its contents, which are examined separately.
         const auto* area = qobject_cast<const QScrollArea*>(one);
         if (!shows || area != nullptr || qobject_cast<const QTabWidget*>(one) != nullptr) continue;

@@ -104,8 +104,8 @@ TEST_F(View, AComplaintIsShownAtItsFieldAndCoversNothing) {
         settle(); // the first layout
         const QSize before = view->size();
         std::vector<QWidget*> subjects{list("role0"), list("role1"), available()};
-        for (auto* field : view->findChildren<korvana::desktop::ControlField*>())
-            subjects.push_back(field);
+        for (QWidget* field : view->findChildren<QWidget*>()) // to Qt, fields are no class of their own
+            if (dynamic_cast<korvana::desktop::ControlField*>(field) != nullptr) subjects.push_back(field);
         for (QWidget* subject : subjects) {
             if (!subject->isVisible()) continue;
             for (const QString& reason : {QStringLiteral("No."), QString("this is no number; ").repeated(9),

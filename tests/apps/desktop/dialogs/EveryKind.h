@@ -37,13 +37,17 @@ enum Control {
     Numbers,
     Overview,
     Go,
-    Beside
+    Beside,
+    Table,
+    Formula,
+    Aside
 };
 
 inline constexpr std::uint8_t first[] = {0};
 inline constexpr std::uint8_t second[] = {1};
 inline constexpr std::uint8_t both[] = {0, 1};
 inline constexpr RoleTemplate roles[] = {{"Times", 0, 1, 3, true}, {"Indicator", 1, 1, 1}};
+inline constexpr int headings[] = {1, 2};
 inline constexpr ChoiceTemplate choices[] = {{.text = 1}, {.text = 2}, {.text = 3}};
 inline constexpr ChoiceTemplate entries[] = {{.text = 1, .icon = 5, .command = 101},
                                              {.text = 0, .icon = 6, .command = 7},
@@ -81,6 +85,9 @@ inline constexpr ControlTemplate controls[] = {
     {.id = Entries, .kind = ControlKind::List, .text = "Entries", .pages = second, .choices = entries},
     {.id = Names, .kind = ControlKind::TextList, .text = "&Texts", .pages = second},
     {.id = Numbers, .kind = ControlKind::NumberList, .text = "Num&bers:", .pages = second, .mayMiss = true},
+    {.id = Formula, .kind = ControlKind::Text, .text = "&Formula:", .pages = second, .isExpression = true},
+    {.id = Table, .kind = ControlKind::List, .text = "Table", .pages = second, .columns = headings},
+    {.id = Aside, .text = "Aside", .pages = second, .beside = Table},
     {.id = ControlOk, .text = "OK"},
     {.id = ControlCancel, .text = "Cancel"},
     {.id = Beside, .text = "&Select Cases"},
@@ -88,7 +95,7 @@ inline constexpr ControlTemplate controls[] = {
 inline constexpr std::string_view pages[] = {"Quick", "Advanced"};
 inline constexpr DialogTemplate everyKind{1, "One of each", pages, controls};
 // The same without an OK.
-inline constexpr ControlTemplate resultControls[] = {controls[3], controls[4], controls[14]};
+inline constexpr ControlTemplate resultControls[] = {controls[3], controls[4], controls[17]};
 inline constexpr DialogTemplate results{2, "Results", pages, resultControls};
 inline constexpr StringResource strings[] = {
     {1, "Alpha"}, {2, "Beta "}, {3, "Gamma"}, {4, "Select the codes."}};

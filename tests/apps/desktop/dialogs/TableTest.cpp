@@ -5,8 +5,7 @@
 namespace everykind {
 namespace {
 
-enum TableControl { Table = 300, Name8, Formula, Add, Replace, Delete, Scripted };
-constexpr int headings[] = {1, 2};
+enum TableControl { Name8 = 300, Add, Replace, Delete, Scripted };
 constexpr ControlTemplate tableControls[] = {
     {.id = Name8, .kind = ControlKind::Text, .text = "&Name:", .most = 8, .onEnter = Add},
     {.id = Formula,

@@ -36,7 +36,8 @@ ProgressWindow::ProgressWindow(QWidget* parent)
     layout->addWidget(bar_);
     layout->addWidget(lines_);
     layout->addWidget(cancel_, 0, Qt::AlignRight);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 60);
+    // Not of the window itself, which would then stay as narrow when the lines appear.
+    bar_->setMinimumWidth(fontMetrics().averageCharWidth() * 60);
     connect(cancel_, &QPushButton::clicked, this, &ProgressWindow::reject);
     reset();
 }

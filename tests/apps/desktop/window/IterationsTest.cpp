@@ -166,6 +166,8 @@ TEST_F(Estimation, ShowsHowFarAnIterationIsAndStopsWithinIt) {
         values.insert(bar->value());
         if (values.size() < 4) return;
         text = bar->text();
+        const auto* shown = runner.progressWindow().findChild<QPlainTextEdit*>();
+        EXPECT_TRUE(runner.progressWindow().rect().contains(shown->geometry())) << "lines are cut off";
         look.stop();
         sinceCancel.start();
         QTest::mouseClick(runner.progressWindow().findChild<QPushButton*>(), Qt::LeftButton);

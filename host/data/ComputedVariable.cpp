@@ -3,6 +3,7 @@
 #include "host/data/DataError.h"
 #include "host/data/Expression.h"
 #include "host/data/ExpressionFunctions.h"
+#include "host/data/ExpressionNames.h"
 #include "host/data/ExpressionTokens.h"
 #include "host/data/NameMatch.h"
 #include "host/data/NumberText.h"
@@ -155,6 +156,11 @@ void requireNewName(const DataSet& data, std::string_view name) {
             throw DataError(std::string("there is already a variable '")
                                 .append(data.variable(i).name)
                                 .append("'; choose another name"));
+    bool known = false; // data that have such names go by them
+    for (int i = 0; i < data.variableCount(); ++i)
+        known = known || variableNumberIn(data.variable(i).name);
+    if (!known && variableNumberIn(name))
+        refuseName(name, "expressions take it for the number of a variable; choose another letter");
 }
 
 ComputedVariable computeVariable(const DataSet& data, const Definition& definition,

@@ -77,6 +77,10 @@ bool Expression::isTestedForMissing(std::size_t place) const {
     return compiled_->formula.tested.at(place);
 }
 
+bool Expression::isNamedByNumber(std::size_t place) const {
+    return compiled_->formula.byNumber.at(place);
+}
+
 std::optional<double> Expression::evaluate(std::span<const double> values) const {
     Compiled& compiled = *compiled_;
     if (values.size() != compiled.values.size())

@@ -33,12 +33,14 @@ struct NamedInput {
 
 /// A formula over the variables of a data set, compiled once and evaluated for given values.
 ///
-/// Names: variables, exact or without regard to letter case; any name in backquotes (`white cells`). Numbers
-/// with a decimal point; dates 1995-01-15. A text in quotes next to = or <> means the value of that label of
-/// the variable on the other side. Operators, weakest first: or ||; and &&; not !; = == <> != < <= > >=; + -;
-/// * /; sign; ^ or **. Functions: abs sqrt exp ln log (both natural) log10 log2 floor ceil round trunc sign
-/// sin cos tan asin acos atan sinh cosh tanh mod(a,b) min(...) max(...) if(condition,a,b) missing(variable);
-/// the constant pi.
+/// Names: variables, exact or without regard to letter case; any name in backquotes (`white cells`); v1, v2,
+/// ... are variables by their 1-based numbers, if no variable has that name. Numbers with a decimal point;
+/// dates 1995-01-15. A text in quotes next to = or <> means the value of that label of the variable on the
+/// other side; elsewhere it is the name of a variable. Operators, weakest first: or ||; and &&; not !; = ==
+/// <>
+/// != < <= > >=; + -; * /; sign; ^ or **. Functions: abs sqrt exp ln log (both natural) log10 log2 floor ceil
+/// round trunc int (both towards zero) sign sin cos tan asin acos atan sinh cosh tanh mod(a,b) min(...)
+/// max(...) if(condition,a,b) missing(variable); the constant pi.
 ///
 /// True is 1, false is 0; any value but 0 counts as true. A missing value or an undefined operation (log of
 /// 0, division by 0) makes arithmetic and comparisons undefined; and, or, not follow Kleene's three-valued
@@ -61,6 +63,9 @@ public:
 
     /// Whether missing(x) tests the referenced variable at this place of referencedVariables().
     bool isTestedForMissing(std::size_t place) const;
+
+    /// Whether the expression writes the referenced variable as v3 somewhere.
+    bool isNamedByNumber(std::size_t place) const;
 
     /// Evaluates for the values of referencedVariables(), in that order; NaN = missing. Nothing when the
     /// result is not finite. One object must not be used by two threads at once.

@@ -5,8 +5,10 @@
 #include "host/data/Describe.h"
 #include "host/data/ExpressionDates.h"
 #include "host/data/ExpressionFunctions.h"
+#include "host/data/ExpressionNames.h"
 #include "host/data/ExpressionTokens.h"
 #include "host/data/NameMatch.h"
+#include "host/data/NumberText.h"
 #include "host/data/TextEncoding.h"
 
 #include <algorithm>
@@ -28,10 +30,11 @@ struct Level {
 class Translator {
 public:
     Translator(std::string_view expression, const DataSet& data, std::span<const NamedInput> inputs)
-        : expression_(expression), data_(data), inputs_(inputs), tokens_(tokenize(expression)) {}
+        : expression_(expression), data_(data), names_(data, inputs), tokens_(tokenize(expression)) {}
 
     ExpressionFormula run() {
         if (tokens_.size() == 1) fail(0, "the expression is empty");
+        takeTextsForNames();
         for (; now().kind != TokenKind::End; ++at_) {
             if (operandDue_) {
                 takeOperand();
@@ -43,9 +46,8 @@ public:
             fail(now().position, "the expression breaks off; a variable, a number or ( should follow");
         if (levels_.size() > 1) fail(levels_.back().position, "this ( is never closed");
         checkDates(expression_, tokens_, [this](const Token& name) {
-            const auto reference = referenceOf(name);
-            return reference && *reference <= data_.variableCount() &&
-                   data_.variable(*reference - 1).kind == VariableKind::Date;
+            const auto variable = names_.findVariable(name);
+            return variable && data_.variable(*variable).kind == VariableKind::Date;
         });
         return std::move(formula_);
     }
@@ -57,6 +59,34 @@ private:
 
     [[noreturn]] void fail(std::size_t position, std::string_view what) const {
         throw ExpressionError(expression_, position, what);
+    }
+
+    /// A token as it is written, in quotes.
+    std::string written(std::size_t at) const {
+        const std::size_t begin = tokens_[at].position;
+        const std::size_t end = at + 1 < tokens_.size() ? tokens_[at + 1].position : expression_.size();
+        const std::string word = brief(trimmed(expression_.substr(begin, end - begin)));
+        const bool quoted = tokens_[at].kind == TokenKind::Text || tokens_[at].kind == TokenKind::QuotedName;
+        return quoted ? word : "'" + word + "'";
+    }
+
+    /// A text is the name of a variable where no label can be meant: not next to a comparison with a name or
+    /// with another text.
+    void takeTextsForNames() {
+        const auto isMeant = [this](std::size_t other) {
+            return isName(kindAt(other)) || kindAt(other) == TokenKind::Text;
+        };
+        const auto comparedWithName = [&](std::size_t at) {
+            return (at >= 2 && kindAt(at - 1) == TokenKind::Compare && isMeant(at - 2)) ||
+                   (kindAt(at + 1) == TokenKind::Compare && isMeant(at + 2));
+        };
+        std::vector<std::size_t> names;
+        for (std::size_t at = 0; at < tokens_.size(); ++at)
+            if (kindAt(at) == TokenKind::Text && !comparedWithName(at) &&
+                !readIsoDate(tokens_[at].text).dayNumber && names_.find(tokens_[at]))
+                names.push_back(at);
+        for (const std::size_t at : names)
+            tokens_[at].kind = TokenKind::QuotedName;
     }
 
     void emit(std::string_view symbol) { formula_.text.append(symbol).append(" "); }
@@ -97,7 +127,7 @@ private:
         default:
             break;
         }
-        fail(token.position, "a variable, a number or ( is expected here");
+        fail(token.position, "a variable, a number or ( is expected here, not " + written(at_));
     }
 
     void takeSigns() {
@@ -137,7 +167,7 @@ private:
         case TokenKind::Close:
             return closeLevel();
         default:
-            fail(token.position, "an operator such as = or 'and' is expected here");
+            fail(token.position, "an operator such as = or 'and' is expected before " + written(at_));
         }
     }
 
@@ -209,20 +239,23 @@ private:
     std::size_t takeName() {
         const Token& token = now();
         operandDue_ = false;
-        const auto reference = referenceOf(token);
-        if (!reference) {
+        const auto meaning = names_.find(token);
+        if (!meaning) {
             if (token.kind == TokenKind::Name && equalIgnoringCase(token.text, "pi") && !inMissing()) {
                 emitConstant(std::numbers::pi);
                 return 0;
             }
-            failUnknown(token);
+            fail(token.position, names_.whyUnknown(token));
         }
-        const auto known = std::find(formula_.references.begin(), formula_.references.end(), *reference);
+        const auto known =
+            std::find(formula_.references.begin(), formula_.references.end(), meaning->reference);
         const auto place = static_cast<std::size_t>(known - formula_.references.begin());
         if (known == formula_.references.end()) {
-            formula_.references.push_back(*reference);
+            formula_.references.push_back(meaning->reference);
             formula_.tested.push_back(false);
+            formula_.byNumber.push_back(false);
         }
+        if (meaning->byNumber) formula_.byNumber[place] = true;
         emit(std::string("v").append(std::to_string(place)));
         return place;
     }
@@ -230,36 +263,6 @@ private:
     bool inMissing() const {
         const ExpressionFunction* function = levels_.back().function;
         return function != nullptr && function->name == "missing";
-    }
-
-    /// Exact names first, and named inputs before variables.
-    std::optional<int> referenceOf(const Token& token) const {
-        for (const NamedInput& input : inputs_)
-            if (input.name == token.text) return input.reference;
-        const auto variable = data_.find(token.text);
-        if (variable && data_.variable(*variable).name == token.text) return *variable + 1;
-        for (const NamedInput& input : inputs_)
-            if (equalIgnoringCase(input.name, token.text)) return input.reference;
-        if (variable && equalIgnoringCase(data_.variable(*variable).name, token.text)) return *variable + 1;
-        return std::nullopt;
-    }
-
-    [[noreturn]] void failUnknown(const Token& token) const {
-        std::vector<std::string_view> names;
-        bool ambiguous = false;
-        for (const NamedInput& input : inputs_)
-            names.emplace_back(input.name);
-        for (int i = 0; i < data_.variableCount(); ++i) {
-            names.emplace_back(data_.variable(i).name);
-            ambiguous = ambiguous || equalIgnoringCase(names.back(), token.text);
-        }
-        std::string what(ambiguous ? "several variables differ from '" : "there is no variable '");
-        what.append(token.text)
-            .append(ambiguous ? "' only in capital letters; write the name as it is in the data" : "'");
-        if (!ambiguous) what.append(didYouMean(nearestOf(token.text, names, 3)));
-        if (!ambiguous && token.kind == TokenKind::Name)
-            what.append("; a text to compare with belongs in quotes ('...')");
-        fail(token.position, what + data_.layoutRemarks());
     }
 
     /// The value that a text means next to a comparison with a variable.
@@ -271,8 +274,8 @@ private:
         const bool left = beginsOperand(last) && kindAt(last + 1) == TokenKind::Compare &&
                           isName(kindAt(last + 2)) && endsOperand(last + 2);
         if (right || left) {
-            const auto reference = referenceOf(tokens_[right ? last - 2 : last + 2]);
-            if (reference && *reference <= data_.variableCount()) return codeOf(*reference - 1, text);
+            const auto variable = names_.findVariable(tokens_[right ? last - 2 : last + 2]);
+            if (variable) return codeOf(*variable, text);
         }
         if (const auto day = readIsoDate(text.text).dayNumber) return *day;
         fail(text.position,
@@ -295,13 +298,16 @@ private:
                                 .append(didYouMean(nearestOf(text.text, labels, 3)))
                                 .append("; it has ")
                                 .append(fewCodesText(data_, variable))
+                                .append(names_.find(text) ? "; the name of a variable to compare with "
+                                                            "belongs in backquotes (`...`)"
+                                                          : "")
                                 .append(known.kind == VariableKind::Date ? "; " : "")
                                 .append(known.kind == VariableKind::Date ? dateIsWritten : ""));
     }
 
     std::string_view expression_;
     const DataSet& data_;
-    std::span<const NamedInput> inputs_;
+    ExpressionNames names_;
     std::vector<Token> tokens_;
     std::size_t at_ = 0;
     bool operandDue_ = true;

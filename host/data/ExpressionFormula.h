@@ -17,6 +17,7 @@ struct ExpressionFormula {
     std::vector<double> constants;
     std::vector<int> references; ///< of v0, v1, ...: 1-based variable numbers or those of named inputs
     std::vector<bool> tested;    ///< whether missing(...) tests v0, v1, ...
+    std::vector<bool> byNumber;  ///< whether v0, v1, ... are written as v3 somewhere
 };
 
 /// Checks and rewrites; throws ExpressionError.

@@ -98,7 +98,7 @@ double extreme(const double* values, int count) {
     return found;
 }
 
-constexpr std::array<ExpressionFunction, 26> functions{{
+constexpr std::array<ExpressionFunction, 27> functions{{
     {"abs", "f_abs", 1, 1},
     {"sqrt", "f_sqrt", 1, 1},
     {"exp", "f_exp", 1, 1},
@@ -110,6 +110,7 @@ constexpr std::array<ExpressionFunction, 26> functions{{
     {"ceil", "f_ceil", 1, 1},
     {"round", "f_round", 1, 1},
     {"trunc", "f_trunc", 1, 1},
+    {"int", "f_trunc", 1, 1},
     {"sign", "f_sign", 1, 1},
     {"sin", "f_sin", 1, 1},
     {"cos", "f_cos", 1, 1},

@@ -4,6 +4,7 @@
 #include "host/data/ExpressionDates.h"
 #include "host/data/NameMatch.h"
 #include "host/data/NumberText.h"
+#include "host/data/TextEncoding.h"
 
 #include <array>
 #include <utility>
@@ -88,11 +89,12 @@ private:
                 ++end;
         }
         const NumberText number = readNumber(text_.substr(at_, end - at_));
-        if (number.form == NumberForm::TooBig) fail("this number is too big");
-        if (number.form == NumberForm::None) fail("this is not a number");
+        const std::string written = "'" + brief(text_.substr(at_, end - at_)) + "'";
+        if (number.form == NumberForm::TooBig) fail(written + " is too big a number");
+        if (number.form == NumberForm::None) fail(written + " is not a number");
         if (end < text_.size() && continuesName(text_[end])) {
-            fail("a number and a name run together; put a sign such as * between them, or the name in "
-                 "backquotes (`...`)");
+            fail("a number and a name run together in " + wordAt(at_) +
+                 "; put a sign such as * between them, or the name in backquotes (`...`)");
         }
         token.kind = TokenKind::Number;
         token.value = number.value;
@@ -146,7 +148,16 @@ private:
             at_ += sign.written.size();
             return;
         }
-        fail("this character has no meaning here; put a name that contains it in backquotes (`...`)");
+        fail("the character '" + withEscapes(text_.substr(at_, 1)) +
+             "' has no meaning here; put a name that contains it in backquotes (`...`)");
+    }
+
+    /// The characters from a place on that could be a number or a name.
+    std::string wordAt(std::size_t begin) const {
+        std::size_t end = begin;
+        while (end < text_.size() && continuesName(text_[end]))
+            ++end;
+        return "'" + brief(text_.substr(begin, end - begin)) + "'";
     }
 
     [[noreturn]] void fail(std::string_view what) const { throw ExpressionError(text_, at_, what); }

@@ -4,7 +4,6 @@
 #include "host/data/DataError.h"
 #include "host/data/Expression.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace korvana {
@@ -88,18 +87,32 @@ void ActiveData::undefine(int variable0) {
     const Variable& variable = data_.variable(variable0);
     const std::string name = variable.name;
     const auto refuse = [&name](const std::string& why) { throw DataError("'" + name + "' stays: " + why); };
-    const auto uses = [this, variable0](const std::string& expression) {
-        if (expression.empty()) return false;
+    // Variables after it move up, so that v9 would mean another one.
+    enum class Use { None, Itself, LaterByNumber };
+    const auto useIn = [this, variable0](const std::string& expression) {
+        Use use = Use::None;
+        if (expression.empty()) return use;
         const Expression compiled(expression, data_);
         const std::vector<int>& used = compiled.referencedVariables();
-        return std::find(used.begin(), used.end(), variable0 + 1) != used.end();
+        for (std::size_t k = 0; k < used.size() && use != Use::Itself; ++k)
+            use = used[k] == variable0 + 1                             ? Use::Itself
+                  : used[k] > variable0 && compiled.isNamedByNumber(k) ? Use::LaterByNumber
+                                                                       : use;
+        return use;
     };
+    const std::string byNumber =
+        " has a later variable by its number, which would change; write its name there";
     if (variable.expression.empty()) refuse("it was read from the file, not computed");
     if (weightVariable_ == variable0 + 1) refuse("it weights the cases; choose other case weights first");
-    if (uses(condition_)) refuse("the selection of cases uses it; change that first");
-    for (int other = 0; other < data_.variableCount(); ++other)
-        if (other != variable0 && uses(data_.variable(other).expression))
-            refuse("'" + data_.variable(other).name + "' is computed from it; remove that first");
+    if (const Use use = useIn(condition_); use != Use::None)
+        refuse("the selection of cases" + (use == Use::Itself ? " uses it; change that first" : byNumber));
+    for (int other = 0; other < data_.variableCount(); ++other) {
+        const Use use = other == variable0 ? Use::None : useIn(data_.variable(other).expression);
+        if (use == Use::None) continue;
+        const std::string theOther = "'" + data_.variable(other).name + "'";
+        refuse(use == Use::Itself ? theOther + " is computed from it; remove that first"
+                                  : "the definition of " + theOther + byNumber);
+    }
 
     data_.removeVariable(variable0, "Computed: " + definitionText({name, variable.expression}) + ".");
     columns_.erase(columns_.begin() + variable0);

@@ -79,6 +79,7 @@ TEST(ComputedVariable, WhatIsWrongIsNamedAndChangesNothing) {
         {"PI = 1", "'PI': it is a constant of expressions"},
         {"log2 = 1", "'log2': it is a function of expressions"},
         {"`3` = days", "'3': it would be taken for the number of a variable"},
+        {"V12 = days", "'V12': expressions take it for the number of a variable"},
         {"`a\nb` = days", "control characters"},
         {"`a\xff` = days", "not valid UTF-8"},
         {"`WHITE cells` = 1", "there is already a variable 'white cells'"},

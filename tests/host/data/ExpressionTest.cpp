@@ -39,6 +39,7 @@ TEST(Expression, ValuesOfFormulas) {
     expect(1, {"log(exp(2)) = ln(exp(2))", "LOG10(1000) = 3", "log2(8) = 3", "sqrt(abs(-16)) = 4"});
     expect(1, {"if(2 > 1, 7, log(0)) = 7", "min(3, 1, 2) = 1", "max(3) = 3", "mod(-1, 3) = 2"});
     expect(1, {"round(2.5) + floor(-0.5) = 2", "sign(-4) = -1", "cos(pi) = -1"});
+    expect(1, {"int(2.7) = 2", "INT(-2.7) = -2", "trunc(-2.7) = -2", "int(-0.5) = 0"});
     expect(1, {"1995-01-16 - 1995-01-15 = 1", "1995 - 01 - 15 = 1979", "'1970-01-01' + 0 = 2440588"});
     EXPECT_EQ(Expression("1 + 2 * 3 ^ 2", data).evaluate({}), 19);
     for (const char* text : {"1 / 0", "log(0)", "sqrt(-1)", "1 / (1 / 0)", "(0/0) ^ 0", "log(-1) > 2",
@@ -57,6 +58,45 @@ TEST(Expression, NamesAndReferences) {
         evaluateAll(Expression("t.1 * T_", data, inputs), data, std::vector<double>{3});
     EXPECT_EQ(all, (std::vector<double>{1.5, 3, 6, 12}));
     EXPECT_THROW(evaluateAll(formula, data), std::invalid_argument);
+}
+
+TEST(Expression, NumbersOfVariables) {
+    const DataSet data = patients();
+    const auto references = [](const char* text, const DataSet& of, std::span<const NamedInput> inputs = {}) {
+        return Expression(text, of, inputs).referencedVariables();
+    };
+    EXPECT_EQ(references("v3 + V1 - v7 * v5 + missing(v4)", data), (std::vector<int>{3, 1, 7, 5, 4}));
+    EXPECT_EQ(references("v2 = 'male' and 1995-06-01 < v4", data), (std::vector<int>{2, 4}));
+    const std::vector<NamedInput> inputs{{"T_", 8}, {"v2", 9}};
+    EXPECT_EQ(references("v2 * t_ * v1", data, inputs), (std::vector<int>{9, 8, 1}));
+    for (const char* none : {"v0", "v8", "v01", "v", "v1.5", "v4294967297", "`v1`", "v8 = v1"})
+        EXPECT_THROW(Expression(none, data), ExpressionError) << none;
+
+    // A name wins; and with one that is the number of another variable, numbers are not understood at all.
+    const DataSet named = readText("V1,x,v3\n1,2,3\n");
+    EXPECT_EQ(references("v1 + v2 + V3", named), (std::vector<int>{1, 2, 3}));
+    const DataSet shifted = readText("id,v1,v2\n1,2,3\n");
+    EXPECT_EQ(references("v1 + V2", shifted), (std::vector<int>{2, 3}));
+    const std::string refused = refusalOf<ExpressionError>([&] { const Expression of("v1 > v3", shifted); });
+    EXPECT_NE(refused.find("variable 2 has the name 'v1'; write its name"), std::string::npos) << refused;
+}
+
+// A text is a label where it could be one, and may be a name elsewhere.
+TEST(Expression, NamesInQuotes) {
+    DataSet data = readText("x,white cells,group,T_\n1,2,x,7\n2,6,group,8\n,7,white cells,9\n");
+    const std::vector<NamedInput> inputs{{"T_", 5}};
+    const auto references = [&](const char* text) {
+        return Expression(text, data, inputs).referencedVariables();
+    };
+    EXPECT_EQ(references("\"white cells\" * log(T_)"), (std::vector<int>{2, 5}));
+    EXPECT_EQ(references("'White Cells' > 5 and 3 < max(\"x\", 1) - missing('group')"),
+              (std::vector<int>{2, 1, 3}));
+    EXPECT_EQ(references("T_ + `T_`"), (std::vector<int>{5, 4})) << "in backquotes it is a variable";
+    EXPECT_EQ(references("group = 'x'"), std::vector<int>{3});
+    EXPECT_EQ(selectCases(data, "group = 'group' or 'white cells' = group").selectedCount, 2);
+    for (const char* refused : {"x = 'white cells'", "1 + x = 'white cells'", "'white cells' = 'x'",
+                                "'nobody' + 1", "'log'(2)", "'pi' * 2", "'1995-01-15x' + 1"})
+        EXPECT_THROW(Expression(refused, data, inputs), ExpressionError) << refused;
 }
 
 TEST(Expression, Selections) {
@@ -151,10 +191,12 @@ TEST(Expression, FaultsAreExplainedWhereTheyStand) {
         {"age > 5 and sexx = 1", 12, "did you mean 'Sex'"},
         {"GROUP = 1", 0, "capital letters"},
         {"age >", 5, "breaks off"},
-        {"age > > 5", 6, "is expected here"},
-        {"age + * 5", 6, "is expected here"},
-        {"age 5", 4, "operator"},
-        {"age := 5", 4, "no meaning"},
+        {"age > > 5", 6, "is expected here, not '>'"},
+        {"age + * 5", 6, "is expected here, not '*'"},
+        {"age 5.0 > 1", 4, "expected before '5.0'"},
+        {"age `t.1`", 4, "expected before `t.1`"},
+        {"age := 5", 4, "':' has no meaning"},
+        {"v8 > 1", 0, "no variable 'v8': the data have 7 variables, v1 to v7"},
         {"(age > 5", 0, "never closed"},
         {"age > 5)", 7, "no ("},
         {"1 < age < 5", 8, "two comparisons"},
@@ -172,9 +214,9 @@ TEST(Expression, FaultsAreExplainedWhereTheyStand) {
         {"sex = 'male", 6, "closing ' is missing"},
         {"`white", 0, "closing ` is missing"},
         {"entry > 1995-02-30", 8, "no such day"},
-        {"2age > 1", 0, "run together"},
-        {"1.2.3", 0, "not a number"},
-        {"1e999", 0, "too big"},
+        {"2age > 1", 0, "run together in '2age'"},
+        {"1.2.3", 0, "'1.2.3' is not a number"},
+        {"1e999", 0, "'1e999' is too big"},
         {"3 + not age", 4, "in parentheses"},
         {"`3` > 1", 0, "no variable '3'"},
     };

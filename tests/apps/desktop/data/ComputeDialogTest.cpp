@@ -95,6 +95,8 @@ TEST_F(Compute, ViewsFollowAVariableThatComesAndGoes) {
     EXPECT_TRUE(stays(5, "'oldest' is computed from it"));
     data.select("oldest > 60");
     EXPECT_TRUE(stays(6, "the selection of cases uses it"));
+    data.select("v7 > 60");
+    EXPECT_TRUE(stays(5, "the selection of cases has a later variable by its number"));
     data.select("");
     data.weightBy("oldest");
     EXPECT_TRUE(stays(6, "it weights the cases"));

@@ -190,6 +190,9 @@ public:
                                std::string_view value) {
         return files_->PutInitKeywordPrivate(path, section, keyword, value);
     }
+    bool ClearInitSection(const std::string& path, std::string_view section) {
+        return files_->ClearInitSection(path, section);
+    }
     bool GetInitKeywordPrivate(const std::string& path, std::string_view section, std::string_view keyword,
                                std::string& value) {
         return files_->GetInitKeywordPrivate(path, section, keyword, value);

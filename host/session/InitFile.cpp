@@ -2,26 +2,37 @@
 
 #include "host/data/NameMatch.h"
 #include "host/data/NumberText.h"
+#include "host/data/TextEncoding.h"
 #include "host/results/OutputFile.h"
 
+#include <cstdint>
 #include <fstream>
 #include <iterator>
+#include <unordered_set>
 
 namespace korvana {
 namespace {
 
 constexpr std::string_view mark = "\xEF\xBB\xBF";
 constexpr std::string_view lineBreaks{"\r\n\0", 3};
+constexpr std::uintmax_t longest = 4 << 20; // bytes
+
+std::string lowered(std::string name) {
+    for (char& c : name)
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    return name;
+}
 
 } // namespace
 
 std::optional<InitFile> InitFile::read(const std::filesystem::path& path) {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;
+    if (!std::filesystem::is_regular_file(path, error) || std::filesystem::file_size(path, error) > longest)
+        return std::nullopt;
     std::ifstream in(path, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>{in}, {}};
     if (!in.good() && !in.eof()) return std::nullopt;
-    return parse(text);
+    return parse(toUtf8(text));
 }
 
 InitFile::Line InitFile::classify(std::string_view text) {
@@ -50,9 +61,11 @@ InitFile InitFile::parse(std::string_view text) {
         file.hasMark_ = true;
         text.remove_prefix(mark.size());
     }
-    if (text.find("\r\n") != std::string_view::npos) file.lineEnd_ = "\r\n";
+    const auto has = [text](std::string_view end) { return text.find(end) != std::string_view::npos; };
+    file.lineEnd_ = has("\r\n") ? "\r\n" : has("\r") && !has("\n") ? "\r" : "\n";
+    const char lineEnd = file.lineEnd_.back();
     while (!text.empty()) {
-        const auto end = text.find('\n');
+        const auto end = text.find(lineEnd);
         std::string_view line = text.substr(0, end);
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
         while (line.ends_with('\r'))
@@ -62,28 +75,23 @@ InitFile InitFile::parse(std::string_view text) {
     return file;
 }
 
-std::pair<std::size_t, std::size_t> InitFile::range(std::string_view section) const {
-    section = trimmed(section);
-    std::size_t first = 0;
-    while (first < lines_.size() &&
-           !(lines_[first].kind == Line::Kind::Section && equalIgnoringCase(lines_[first].name, section)))
-        ++first;
-    if (first == lines_.size()) return {first, first};
-    std::size_t last = ++first;
-    while (last < lines_.size() && lines_[last].kind != Line::Kind::Section)
-        ++last;
-    return {first, last};
+std::vector<std::size_t> InitFile::linesOf(std::string_view section) const {
+    std::vector<std::size_t> places;
+    bool inside = false;
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+        if (lines_[i].kind == Line::Kind::Section)
+            inside = equalIgnoringCase(lines_[i].name, trimmed(section));
+        if (inside) places.push_back(i);
+    }
+    return places;
 }
 
 bool InitFile::hasSection(std::string_view section) const {
-    for (const Line& line : lines_)
-        if (line.kind == Line::Kind::Section && equalIgnoringCase(line.name, trimmed(section))) return true;
-    return false;
+    return !linesOf(section).empty();
 }
 
 std::optional<std::string> InitFile::value(std::string_view section, std::string_view keyword) const {
-    const auto [first, last] = range(section);
-    for (std::size_t i = first; i < last; ++i)
+    for (const std::size_t i : linesOf(section))
         if (lines_[i].kind == Line::Kind::Entry && equalIgnoringCase(lines_[i].name, trimmed(keyword)))
             return lines_[i].value;
     return std::nullopt;
@@ -91,14 +99,10 @@ std::optional<std::string> InitFile::value(std::string_view section, std::string
 
 std::vector<std::string> InitFile::keywords(std::string_view section) const {
     std::vector<std::string> names;
-    const auto [first, last] = range(section);
-    for (std::size_t i = first; i < last; ++i) {
-        if (lines_[i].kind != Line::Kind::Entry) continue;
-        bool known = false;
-        for (const std::string& name : names)
-            known = known || equalIgnoringCase(name, lines_[i].name);
-        if (!known) names.push_back(lines_[i].name);
-    }
+    std::unordered_set<std::string> known;
+    for (const std::size_t i : linesOf(section))
+        if (lines_[i].kind == Line::Kind::Entry && known.insert(lowered(lines_[i].name)).second)
+            names.push_back(lines_[i].name);
     return names;
 }
 
@@ -112,23 +116,37 @@ bool InitFile::put(std::string_view section, std::string_view keyword, std::stri
         if (!writable || text.find_first_of(lineBreaks) != std::string_view::npos) return false;
 
     const Line entry = classify(std::string{keyword}.append("=").append(trimmed(value)));
-    const auto [first, last] = range(section);
-    for (std::size_t i = first; i < last; ++i)
+    const std::vector<std::size_t> places = linesOf(section);
+    for (const std::size_t i : places)
         if (lines_[i].kind == Line::Kind::Entry && equalIgnoringCase(lines_[i].name, keyword)) {
             lines_[i] = entry;
             return true;
         }
-    if (!hasSection(section)) {
+    if (places.empty()) {
         lines_.push_back(classify(std::string{"["}.append(section).append("]")));
         lines_.push_back(entry);
         return true;
     }
     // Blank lines at the end of a section separate it from the next one.
-    std::size_t place = last;
-    while (place > first && trimmed(lines_[place - 1].text).empty())
-        --place;
-    lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(place), entry);
+    std::size_t last = places.back();
+    while (trimmed(lines_[last].text).empty())
+        --last;
+    lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(last + 1), entry);
     return true;
+}
+
+bool InitFile::clear(std::string_view section) {
+    const std::size_t before = lines_.size();
+    std::vector<Line> kept;
+    std::size_t next = 0;
+    const std::vector<std::size_t> places = linesOf(section);
+    for (std::size_t i = 0; i < before; ++i) {
+        const bool inside = next < places.size() && places[next] == i;
+        next += inside ? 1 : 0;
+        if (!inside || lines_[i].kind != Line::Kind::Entry) kept.push_back(std::move(lines_[i]));
+    }
+    lines_ = std::move(kept);
+    return lines_.size() < before;
 }
 
 std::string InitFile::text() const {

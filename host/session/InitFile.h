@@ -9,12 +9,13 @@
 namespace korvana {
 
 /// An initialisation file: sections "[name]" of lines "keyword=value", UTF-8, comments from ; or # at the
-/// start of a line. Names compare without regard to the case of ASCII letters; of several equal ones the
-/// first counts. Blanks around names and values are ignored. Other lines are kept as they are, and so are the
-/// line ends.
+/// start of a line. Names compare without regard to the case of ASCII letters; sections of the same name are
+/// one, and of several equal keywords the first counts. Blanks around names and values are ignored. Other
+/// lines are kept as they are, and so are the line ends (LF, CR LF or CR).
 class InitFile {
 public:
-    /// Reads a file; nothing when it cannot be read.
+    /// Reads a file, in Windows-1252 when it is not UTF-8. Nothing when it cannot be read, or is far too long
+    /// to be an initialisation file.
     static std::optional<InitFile> read(const std::filesystem::path& path);
     static InitFile parse(std::string_view text);
 
@@ -28,6 +29,9 @@ public:
     /// keyword).
     bool put(std::string_view section, std::string_view keyword, std::string_view value);
 
+    /// Removes the keywords of a section; its heading and comments stay. Returns whether there were any.
+    bool clear(std::string_view section);
+
     [[nodiscard]] std::string text() const;
     /// Replaces the file atomically. Throws std::runtime_error naming the file and the reason.
     void write(const std::filesystem::path& path) const;
@@ -40,8 +44,8 @@ private:
         std::string text;  ///< the line in the file, without its end
     };
     static Line classify(std::string_view text);
-    /// Lines of the section, its heading left out: [first, last). Empty at the end when there is none.
-    [[nodiscard]] std::pair<std::size_t, std::size_t> range(std::string_view section) const;
+    /// The places of its headings and lines; none when there is no such section.
+    [[nodiscard]] std::vector<std::size_t> linesOf(std::string_view section) const;
 
     std::vector<Line> lines_;
     std::string lineEnd_ = "\n";

@@ -68,6 +68,18 @@ bool SessionFiles::PutInitKeywordPrivate(const std::string& path, std::string_vi
     return false;
 }
 
+bool SessionFiles::ClearInitSection(const std::string& path, std::string_view section) try {
+    std::error_code error;
+    if (!std::filesystem::exists(path, error)) return true;
+    std::optional<InitFile> file = InitFile::read(path);
+    if (!file) return false;
+    if (file->clear(section)) file->write(path);
+    return true;
+} catch (const std::exception& failure) {
+    parts_.fail(failure.what());
+    return false;
+}
+
 bool SessionFiles::GetInitKeywordPrivate(const std::string& path, std::string_view section,
                                          std::string_view keyword, std::string& value) {
     const auto file = InitFile::read(path);

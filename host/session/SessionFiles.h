@@ -20,6 +20,7 @@ public:
     /// A failure to write is also recorded as a message with the reason.
     bool PutInitKeywordPrivate(const std::string& path, std::string_view section, std::string_view keyword,
                                std::string_view value) override;
+    bool ClearInitSection(const std::string& path, std::string_view section) override;
     bool GetInitKeywordPrivate(const std::string& path, std::string_view section, std::string_view keyword,
                                std::string& value) override;
     bool EnumPrivateKeywords(const std::string& path, std::string_view section,

@@ -23,6 +23,9 @@ public:
     /// written.
     virtual bool PutInitKeywordPrivate(const std::string& path, std::string_view section,
                                        std::string_view keyword, std::string_view value) = 0;
+    /// Removes the keywords of a section, so that those that are then written are all that it has; comments
+    /// stay. True also when there is no such file or section; false when the file cannot be read or written.
+    virtual bool ClearInitSection(const std::string& path, std::string_view section) = 0;
     /// Reads a keyword's value; false when there is none. Sections and keywords compare without regard to
     /// case.
     virtual bool GetInitKeywordPrivate(const std::string& path, std::string_view section,

@@ -140,6 +140,7 @@ struct NullFiles : FileService {
                                std::string_view) override {
         return false;
     }
+    bool ClearInitSection(const std::string&, std::string_view) override { return false; }
     bool GetInitKeywordPrivate(const std::string&, std::string_view, std::string_view,
                                std::string&) override {
         return false;

@@ -1,5 +1,6 @@
 // Initialisation files: any text is kept unchanged, and every value that is put in is found again.
 
+#include "host/data/TextEncoding.h"
 #include "host/session/InitFile.h"
 #include "tests/fuzz/Scratch.h"
 
@@ -20,6 +21,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     require(InitFile::parse(once).text() == once, "a file that was written reads back as itself", once);
     for (const std::string& keyword : file.keywords(words[0]))
         require(file.value(words[0], keyword).has_value(), "a keyword that is listed has a value", keyword);
+    InitFile cleared = file;
+    require(cleared.clear(words[0]) == !file.keywords(words[0]).empty(), "what is cleared was there", once);
+    require(cleared.keywords(words[0]).empty() && cleared.hasSection(words[0]) == file.hasSection(words[0]),
+            "nothing but the heading remains", once);
+    require(cleared.keywords(words[1]) == file.keywords(words[1]) || cleared.keywords(words[1]).empty(),
+            "other sections stay", once);
+    const auto read = InitFile::read(korvana::fuzz::scratch().write("any.ini", text));
+    require(read.has_value() && korvana::isUtf8(read->text()), "any file can be read, as UTF-8", once);
+
     if (!file.put(words[0], words[1], words[2])) {
         require(file.text() == once, "what is refused changes nothing", once);
         return 0;

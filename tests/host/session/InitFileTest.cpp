@@ -23,6 +23,25 @@ TEST(InitFileTest, ReadsSectionsKeywordsAndOddities) {
     EXPECT_FALSE(file.hasSection("stray"));
 }
 
+TEST(InitFileTest, LineEndsAndSectionsOfEveryKind) {
+    for (const std::string end : {"\n", "\r\n", "\r"}) {
+        std::string text = "; a\n[E]\nx = 1\n\n[other]\nx=2\n[e]\n\ty\t=\t3\nX=4\n";
+        for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += end.size())
+            text.replace(at, 1, end);
+        InitFile file = InitFile::parse(text);
+        EXPECT_EQ(file.text(), text);
+        EXPECT_EQ(file.keywords("e"), (std::vector<std::string>{"x", "y"})) << "sections of a name are one";
+        EXPECT_EQ(file.value("e", "X"), "1");
+        EXPECT_EQ(file.value("e", "Y"), "3");
+        EXPECT_TRUE(file.clear("E"));
+        EXPECT_FALSE(file.clear("E")) << "nothing is left";
+        EXPECT_TRUE(file.keywords("e").empty());
+        EXPECT_EQ(file.value("other", "x"), "2");
+        EXPECT_TRUE(file.put("E", "z", "5"));
+        EXPECT_EQ(file.text().find("[e]" + end + "z=5" + end), file.text().size() - 6 - 2 * end.size());
+    }
+}
+
 TEST(InitFileTest, WritingKeepsTheOtherLines) {
     const std::string before = "; mine\n[a]\nx=1\n\n[b]\ny=2\n";
     InitFile file = InitFile::parse(before);
@@ -76,6 +95,23 @@ TEST_F(FilesTest, TheServiceReadsWhatItWroteAndReportsWhatItCannotWrite) {
     EXPECT_TRUE(files.EnumPrivateKeywords(path, "Expressions", keywords));
     EXPECT_EQ(keywords, (std::vector<std::string>{"B", "a"}));
     EXPECT_FALSE(files.EnumPrivateKeywords(path, "Other", keywords));
+
+    const std::string latin = folder / "latin.ini";
+    const std::string text = "[Expressions]\nGr\xF6\xDF"
+                             "e=1\n; old\nx=" +
+                             std::string(1024, '1') + "\n";
+    std::ofstream(latin, std::ios::binary) << text;
+    EXPECT_TRUE(files.GetInitKeywordPrivate(latin, "expressions", "x", value));
+    EXPECT_EQ(value.size(), 1024U);
+    EXPECT_TRUE(files.EnumPrivateKeywords(latin, "expressions", keywords));
+    EXPECT_EQ(keywords, (std::vector<std::string>{"Größe", "x"}));
+    EXPECT_TRUE(files.ClearInitSection(latin, "expressions"));
+    EXPECT_TRUE(files.PutInitKeywordPrivate(latin, "Expressions", "y", "2"));
+    std::ifstream written(latin, std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>{written}, {}), "[Expressions]\n; old\ny=2\n");
+    EXPECT_TRUE(files.ClearInitSection(folder / "absent.ini", "Expressions"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "absent.ini"));
+    EXPECT_FALSE(files.ClearInitSection(folder, "Expressions")) << "a folder is no file";
 
     EXPECT_FALSE(files.PutInitKeywordPrivate(folder / "none" / "e.ini", "s", "k", "v"));
     ASSERT_EQ(parts.book->messages.size(), 1U);

@@ -38,9 +38,12 @@ public:
     CaseSelection take() { return std::move(selection_); }
 
 private:
+    void note(double value); ///< the result for the next case
+
     const DataSet& data_;
     Expression expression_;
-    CaseValues values_;
+    CaseInputs values_;
+    std::vector<double> results_; ///< of the cases being looked at
     CaseSelection selection_;
     std::size_t next_ = 0;
 };

@@ -12,8 +12,8 @@
 #include "host/data/Workers.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
-#include <limits>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -84,14 +84,15 @@ struct Outcome {
 Outcome evaluateCases(const Expression& expression, const DataSet& data, std::size_t begin, std::size_t end,
                       double* cells, const std::stop_token& stop) {
     constexpr std::size_t casesBetweenQuestions = 4096;
-    CaseValues values(expression, data);
+    CaseInputs values(expression, data);
     Outcome found;
-    for (std::size_t i = begin; i < end; ++i) {
-        if (i % casesBetweenQuestions == 0 && stop.stop_requested()) throw ReadingStopped();
-        const auto result = expression.evaluate(values.take(i));
-        cells[i] = result.value_or(std::numeric_limits<double>::quiet_NaN());
-        if (result || values.anyMissing()) continue;
-        if (found.notFinite++ == 0) found.firstNotFinite = i;
+    for (std::size_t first = begin; first < end; first += casesBetweenQuestions) {
+        if (stop.stop_requested()) throw ReadingStopped();
+        const std::size_t last = std::min(end, first + casesBetweenQuestions);
+        if (expression.evaluate(values.from(first), {cells + first, last - first}) == 0) continue;
+        for (std::size_t i = first; i < last; ++i)
+            if (std::isnan(cells[i]) && !values.anyMissing(i) && found.notFinite++ == 0)
+                found.firstNotFinite = i;
     }
     return found;
 }

@@ -1,14 +1,13 @@
 #include "host/data/Expression.h"
 
 #include "host/data/ExpressionFormula.h"
-#include "host/data/ExpressionFunctions.h"
+#include "host/data/ExpressionRun.h"
 #include "host/data/TextEncoding.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <utility>
-
-#include <muParser.h>
 
 namespace korvana {
 namespace {
@@ -32,34 +31,21 @@ ExpressionError::ExpressionError(std::string_view expression, std::size_t positi
     : std::runtime_error(placed(expression, position, text)), position_(position) {}
 
 struct Expression::Compiled {
+    Compiled(std::string_view expression, ExpressionFormula formula)
+        : text(expression), references(std::move(formula.references)), tested(formula.tested),
+          byNumber(std::move(formula.byNumber)), inputs(references.size()),
+          run(std::move(formula.program), std::move(formula.tested)) {}
+
     std::string text;
-    ExpressionFormula formula;
-    std::vector<double> values; ///< where the parser finds v0, v1, ...
-    mu::Parser parser;
+    std::vector<int> references;
+    std::vector<bool> tested;
+    std::vector<bool> byNumber;
+    std::vector<Input> inputs; ///< of a single case
+    ExpressionRun run;
 };
 
 Expression::Expression(std::string_view text, const DataSet& data, std::span<const NamedInput> inputs)
-    : compiled_(std::make_unique<Compiled>()) {
-    Compiled& compiled = *compiled_;
-    compiled.text = text;
-    compiled.formula = translate(text, data, inputs);
-    const ExpressionFormula& formula = compiled.formula;
-    compiled.values.assign(formula.references.size(), 0.0);
-    try {
-        mu::Parser& parser = compiled.parser;
-        defineExpressionFunctions(parser);
-        parser.EnableOptimizer(false); // it reorders arithmetic, which changes the last digits
-        for (std::size_t i = 0; i < compiled.values.size(); ++i)
-            parser.DefineVar(std::string("v").append(std::to_string(i)), &compiled.values[i]);
-        for (std::size_t i = 0; i < formula.constants.size(); ++i)
-            parser.DefineConst(std::string("c").append(std::to_string(i)), formula.constants[i]);
-        parser.SetExpr(formula.text);
-        parser.Eval(); // compiles
-    } catch (const mu::ParserError&) {
-        throw ExpressionError(text, 0,
-                              "the expression cannot be understood; split it or put parts in parentheses");
-    }
-}
+    : compiled_(std::make_unique<Compiled>(text, translate(text, data, inputs))) {}
 
 Expression::Expression(Expression&&) noexcept = default;
 Expression& Expression::operator=(Expression&&) noexcept = default;
@@ -70,85 +56,68 @@ const std::string& Expression::text() const {
 }
 
 const std::vector<int>& Expression::referencedVariables() const {
-    return compiled_->formula.references;
+    return compiled_->references;
 }
 
 bool Expression::isTestedForMissing(std::size_t place) const {
-    return compiled_->formula.tested.at(place);
+    return compiled_->tested.at(place);
 }
 
 bool Expression::isNamedByNumber(std::size_t place) const {
-    return compiled_->formula.byNumber.at(place);
+    return compiled_->byNumber.at(place);
 }
 
 std::optional<double> Expression::evaluate(std::span<const double> values) const {
-    Compiled& compiled = *compiled_;
-    if (values.size() != compiled.values.size())
+    std::vector<Input>& inputs = compiled_->inputs;
+    if (values.size() != inputs.size())
         throw std::invalid_argument("an expression needs one value per referenced variable");
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        if (std::isnan(values[i]) && !compiled.formula.tested[i]) return std::nullopt;
-        compiled.values[i] = values[i];
-    }
-    const double result = compiled.parser.Eval();
-    return std::isfinite(result) ? std::optional(result) : std::nullopt;
+    for (std::size_t k = 0; k < values.size(); ++k)
+        inputs[k] = {&values[k], 0, std::numeric_limits<double>::quiet_NaN()};
+    double result = 0;
+    const bool failed = compiled_->run(inputs, {&result, 1}) != 0;
+    return failed ? std::nullopt : std::optional(result);
 }
 
 int Expression::evaluate(std::span<const Input> inputs, std::span<double> results) const {
-    Compiled& compiled = *compiled_;
-    if (inputs.size() != compiled.values.size())
+    if (inputs.size() != compiled_->inputs.size())
         throw std::invalid_argument("an expression needs one input per referenced variable");
-    constexpr double none = std::numeric_limits<double>::quiet_NaN();
-    int failures = 0;
-    for (std::size_t i = 0; i < results.size(); ++i) {
-        bool complete = true;
-        for (std::size_t k = 0; k < inputs.size(); ++k) {
-            const Input& input = inputs[k];
-            const double value = input.first[i * input.step];
-            const bool missing = std::isnan(value) || value == input.missingCode;
-            complete = complete && (!missing || compiled.formula.tested[k]);
-            compiled.values[k] = missing ? none : value;
-        }
-        const double result = complete ? compiled.parser.Eval() : none;
-        results[i] = std::isfinite(result) ? result : none;
-        failures += std::isfinite(result) ? 0 : 1;
-    }
-    return failures;
+    return compiled_->run(inputs, results);
 }
 
 std::vector<double> evaluateAll(const Expression& expression, const DataSet& data,
                                 std::span<const double> inputValues) {
-    CaseValues cases(expression, data, inputValues);
     std::vector<double> results(static_cast<std::size_t>(data.caseCount()));
-    for (std::size_t i = 0; i < results.size(); ++i)
-        results[i] = expression.evaluate(cases.take(i)).value_or(std::numeric_limits<double>::quiet_NaN());
+    expression.evaluate(CaseInputs(expression, data, inputValues).from(0), results);
     return results;
 }
 
-CaseValues::CaseValues(const Expression& expression, const DataSet& data,
+CaseInputs::CaseInputs(const Expression& expression, const DataSet& data,
                        std::span<const double> inputValues) {
-    for (std::size_t place = 0; place < expression.referencedVariables().size(); ++place) {
-        const int reference = expression.referencedVariables()[place];
-        values_.push_back(std::numeric_limits<double>::quiet_NaN());
+    for (const int reference : expression.referencedVariables()) {
         if (reference <= data.variableCount()) {
-            sources_.push_back({place, data.column(reference - 1), data.variable(reference - 1).missingCode});
+            columns_.push_back(
+                {data.column(reference - 1).data(), 1, data.variable(reference - 1).missingCode});
             continue;
         }
         const auto input = static_cast<std::size_t>(reference - data.variableCount() - 1);
         if (input >= inputValues.size())
             throw std::invalid_argument("a named input of the expression has no value");
-        values_.back() = inputValues[input];
+        columns_.push_back({&inputValues[input], 0, std::numeric_limits<double>::quiet_NaN()});
     }
 }
 
-std::span<const double> CaseValues::take(std::size_t case0) {
-    missing_ = false;
-    for (const Source& source : sources_) {
-        const double value = source.cells[case0];
-        const bool missing = std::isnan(value) || value == source.missingCode;
-        values_[source.place] = missing ? std::numeric_limits<double>::quiet_NaN() : value;
-        missing_ = missing_ || missing;
-    }
-    return values_;
+std::span<const Expression::Input> CaseInputs::from(std::size_t case0) {
+    moved_ = columns_;
+    for (Expression::Input& each : moved_)
+        each.first += case0 * each.step;
+    return moved_;
+}
+
+bool CaseInputs::anyMissing(std::size_t case0) const {
+    return std::any_of(columns_.begin(), columns_.end(), [case0](const Expression::Input& each) {
+        const double value = each.first[case0 * each.step];
+        return std::isnan(value) || value == each.missingCode;
+    });
 }
 
 } // namespace korvana

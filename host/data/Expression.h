@@ -74,7 +74,7 @@ public:
     /// The values of one of referencedVariables(), case by case.
     struct Input {
         const double* first = nullptr;
-        std::size_t step = 1;     ///< 0: the same one for every case
+        std::size_t step = 1;     ///< 0: the same one for every case; else 1
         double missingCode = 0.0; ///< a value equal to it is missing; NaN, which equals nothing, for none
     };
 
@@ -87,32 +87,26 @@ private:
     std::unique_ptr<Compiled> compiled_;
 };
 
-/// Hands out the values of referencedVariables() case by case; missing values are NaN. The data set must be
-/// the one that the expression was compiled for, and must outlive this. Named inputs take the values given,
-/// in the order of their reference numbers from variableCount() + 1 on.
-class CaseValues {
+/// Hands out the values of referencedVariables(). The data set must be the one that the expression was
+/// compiled for, and must outlive this, as must the values given: named inputs take these, in the order of
+/// their reference numbers from variableCount() + 1 on.
+class CaseInputs {
 public:
-    CaseValues(const Expression& expression, const DataSet& data, std::span<const double> inputValues = {});
+    CaseInputs(const Expression& expression, const DataSet& data, std::span<const double> inputValues = {});
 
-    /// The values of a case, valid until the next call.
-    std::span<const double> take(std::size_t case0);
+    /// For the cases from one on (counted from 0), valid until the next call.
+    std::span<const Expression::Input> from(std::size_t case0);
 
-    /// Whether any value of the case taken last is missing.
-    bool anyMissing() const { return missing_; }
+    /// Whether a case has any missing value.
+    bool anyMissing(std::size_t case0) const;
 
 private:
-    struct Source {
-        std::size_t place;
-        std::span<const double> cells;
-        double missingCode;
-    };
-    std::vector<Source> sources_;
-    std::vector<double> values_;
-    bool missing_ = false;
+    std::vector<Expression::Input> columns_;
+    std::vector<Expression::Input> moved_;
 };
 
 /// Evaluates for every case of the data set the expression was compiled for: one result per case, NaN where
-/// it is not finite or needs a missing value. Named inputs as for CaseValues.
+/// it is not finite or needs a missing value. Named inputs as for CaseInputs.
 std::vector<double> evaluateAll(const Expression& expression, const DataSet& data,
                                 std::span<const double> inputValues = {});
 

@@ -49,6 +49,10 @@ public:
             const auto variable = names_.findVariable(name);
             return variable && data_.variable(*variable).kind == VariableKind::Date;
         });
+        formula_.program = builder_.take();
+        constexpr std::size_t mostSlots = 1000; // each needs memory for some hundred cases
+        if (formula_.program.slots > mostSlots)
+            fail(0, "there are too many parentheses within parentheses; compute a part as a variable first");
         return std::move(formula_);
     }
 
@@ -89,12 +93,14 @@ private:
             tokens_[at].kind = TokenKind::QuotedName;
     }
 
-    void emit(std::string_view symbol) { formula_.text.append(symbol).append(" "); }
-
-    void emitConstant(double value) {
-        emit(std::string("c").append(std::to_string(formula_.constants.size())));
-        formula_.constants.push_back(value);
+    void takeConstant(double value) {
+        builder_.constant(value);
         operandDue_ = false;
+    }
+
+    void open(const ExpressionFunction* function, std::size_t position) {
+        levels_.push_back({function, position});
+        builder_.open();
     }
 
     void takeOperand() {
@@ -102,9 +108,9 @@ private:
         switch (token.kind) {
         case TokenKind::Number:
         case TokenKind::Date:
-            return emitConstant(token.value);
+            return takeConstant(token.value);
         case TokenKind::Text:
-            return emitConstant(codeOfText());
+            return takeConstant(codeOfText());
         case TokenKind::Name:
             if (kindAt(at_ + 1) == TokenKind::Open) return openFunction();
             takeName();
@@ -113,14 +119,11 @@ private:
             takeName();
             return;
         case TokenKind::Open:
-            levels_.push_back({nullptr, token.position});
-            return emit("(");
+            return open(nullptr, token.position);
         case TokenKind::Not:
             if (!beginsOperand(at_))
                 fail(token.position, "put the part that begins with this 'not' in parentheses");
-            emitConstant(0);
-            operandDue_ = true;
-            return emit("not");
+            return builder_.prefix(operationNot, Binding::Not);
         case TokenKind::Operator:
             if (token.text == "-" || token.text == "+") return takeSigns();
             break;
@@ -137,7 +140,7 @@ private:
             const Token& next = tokens_[at_ + 1];
             if (next.kind != TokenKind::Operator || (next.text != "-" && next.text != "+")) break;
         }
-        if (negative) emit("-");
+        if (negative) builder_.prefix(operationNegate, Binding::Sign);
     }
 
     void takeOperator() {
@@ -148,14 +151,15 @@ private:
         case TokenKind::And:
         case TokenKind::Or:
             level.compared = false;
-            return emit(token.kind == TokenKind::And ? "and" : "or");
+            return token.kind == TokenKind::And ? builder_.infix(operationAnd, Binding::And)
+                                                : builder_.infix(operationOr, Binding::Or);
         case TokenKind::Compare:
             if (level.compared)
                 fail(token.position, "two comparisons in a row; join them, as in 1 < x and x < 3");
             level.compared = true;
-            return emit(relationSymbol(token.text));
+            return builder_.infix(relation(token.text), Binding::Comparison);
         case TokenKind::Operator:
-            return emit(token.text == "/" ? "div" : token.text == "^" ? "pow" : std::string_view(token.text));
+            return takeArithmetic(token.text.front());
         case TokenKind::Comma:
             if (level.function == nullptr) {
                 fail(token.position,
@@ -163,7 +167,7 @@ private:
             }
             ++level.arguments;
             level.compared = false;
-            return emit(",");
+            return builder_.comma();
         case TokenKind::Close:
             return closeLevel();
         default:
@@ -171,13 +175,28 @@ private:
         }
     }
 
-    static std::string_view relationSymbol(std::string_view relation) {
-        return relation == "="    ? "eq"
-               : relation == "!=" ? "ne"
-               : relation == "<"  ? "lt"
-               : relation == "<=" ? "le"
-               : relation == ">"  ? "gt"
-                                  : "ge";
+    static const ExpressionOperation& relation(std::string_view sign) {
+        return sign == "="    ? operationEqual
+               : sign == "!=" ? operationUnequal
+               : sign == "<"  ? operationLess
+               : sign == "<=" ? operationLessOrEqual
+               : sign == ">"  ? operationGreater
+                              : operationGreaterOrEqual;
+    }
+
+    void takeArithmetic(char sign) {
+        switch (sign) {
+        case '+':
+            return builder_.infix(operationAdd, Binding::Sum);
+        case '-':
+            return builder_.infix(operationSubtract, Binding::Sum);
+        case '*':
+            return builder_.infix(operationMultiply, Binding::Product);
+        case '/':
+            return builder_.infix(operationDivide, Binding::Product);
+        default:
+            return builder_.infix(operationPower, Binding::Power);
+        }
     }
 
     /// Whether a token is at the beginning of a truth value.
@@ -208,9 +227,8 @@ private:
                                     .append("'")
                                     .append(didYouMean(nearestOf(name.text, names, 3))));
         }
-        emit(std::string(function->symbol).append("(")); // a blank would hide the function
         ++at_;
-        levels_.push_back({function, name.position});
+        open(function, name.position);
         if (function->name != "missing") return;
         if (!isName(kindAt(at_ + 1)) || kindAt(at_ + 2) != TokenKind::Close)
             fail(name.position, "missing( ) tests one variable, as in missing(age)");
@@ -223,10 +241,10 @@ private:
         const Level level = levels_.back();
         levels_.pop_back();
         operandDue_ = false;
-        emit(")");
-        if (level.function == nullptr) return;
+        if (level.function == nullptr) return builder_.close(nullptr, 1);
         const int fewest = level.function->fewest;
-        if (level.arguments >= fewest && level.arguments <= level.function->most) return;
+        if (level.arguments >= fewest && level.arguments <= level.function->most)
+            return builder_.close(level.function->operation, level.arguments);
         fail(level.position, std::string(level.function->name)
                                  .append("( ) takes ")
                                  .append(std::to_string(fewest))
@@ -234,7 +252,7 @@ private:
                                  .append(level.function->most > fewest ? " or more" : ""));
     }
 
-    /// Emits the variable, input or constant with this name; returns the number of its v symbol (0 for a
+    /// Takes the variable, input or constant with this name; returns its place among the references (0 for a
     /// constant).
     std::size_t takeName() {
         const Token& token = now();
@@ -242,7 +260,7 @@ private:
         const auto meaning = names_.find(token);
         if (!meaning) {
             if (token.kind == TokenKind::Name && equalIgnoringCase(token.text, "pi") && !inMissing()) {
-                emitConstant(std::numbers::pi);
+                takeConstant(std::numbers::pi);
                 return 0;
             }
             fail(token.position, names_.whyUnknown(token));
@@ -256,7 +274,7 @@ private:
             formula_.byNumber.push_back(false);
         }
         if (meaning->byNumber) formula_.byNumber[place] = true;
-        emit(std::string("v").append(std::to_string(place)));
+        builder_.input(place);
         return place;
     }
 
@@ -313,6 +331,7 @@ private:
     bool operandDue_ = true;
     std::vector<Level> levels_{Level{}};
     ExpressionFormula formula_;
+    ExpressionBuilder builder_;
 };
 
 } // namespace

@@ -46,7 +46,22 @@ const DataSet& data() {
     return made;
 }
 
+/// All cases at once and each by itself give the same.
+void oneByOne(const Expression& expression) {
+    const double time[] = {2.5};
+    const std::vector<double> all = evaluateAll(expression, data(), time);
+    CaseInputs inputs(expression, data(), time);
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        double one = 0;
+        expression.evaluate(inputs.from(i), {&one, 1});
+        require(one == all[i] || (std::isnan(one) && std::isnan(all[i])), "a case by itself is the same",
+                expression.text());
+    }
+}
+
 void evaluate(std::string_view text) {
+    const NamedInput time[] = {{"T_", data().variableCount() + 1}};
+    oneByOne(Expression(text, data(), time));
     const Expression expression(text, data());
     const std::vector<double> values = evaluateAll(expression, data());
     for (const double value : values)

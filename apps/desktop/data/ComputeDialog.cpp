@@ -9,7 +9,9 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <cmath>
 #include <exception>
+#include <vector>
 
 namespace korvana::desktop {
 namespace {
@@ -17,12 +19,11 @@ namespace {
 /// What an expression gives for the first cases: "2.37, ., 1.2, ...".
 QString firstValues(const Expression& expression, const DataSet& data) {
     constexpr int most = 8;
-    CaseValues values(expression, data);
+    std::vector<double> values(static_cast<std::size_t>(std::min(data.caseCount(), most)));
+    expression.evaluate(CaseInputs(expression, data).from(0), values);
     QStringList texts;
-    for (int i = 0; i < std::min(data.caseCount(), most); ++i) {
-        const auto value = expression.evaluate(values.take(static_cast<std::size_t>(i)));
-        texts += value ? QLocale::c().toString(*value, 'g', 6) : QStringLiteral(".");
-    }
+    for (const double value : values)
+        texts += std::isnan(value) ? QStringLiteral(".") : QLocale::c().toString(value, 'g', 6);
     if (data.caseCount() > most) texts += QStringLiteral("...");
     return texts.join(QStringLiteral(", "));
 }

@@ -248,12 +248,13 @@ TEST_F(ServicesTest, ManyCasesAtOnceGiveWhatEachGivesByItself) {
     ozm::ExpressionService& formulas = host.Expressions();
     const std::string extra[] = {"T_"};
     std::mt19937 random(1);
-    for (const char* text :
-         {"x1 * T_ + x2", "T_ / x1", "log(x2 - x1) + T_", "if(missing(x2), 1, x1) * T_", "T_", "7"}) {
+    for (const char* text : {"x1 * T_ + x2", "T_ / x1", "log(x2 - x1) + T_", "if(missing(x2), 1, x1) * T_",
+                             "T_", "7", "if(x1 > T_, x2, T_)", "max(x1, T_, x2) - (x1 - (x2 - (T_ - x1)))",
+                             "not x1 < x2 or T_ and x2", "(T_ + 1) ^ 2 / 3"}) {
         std::unique_ptr<ozm::CompiledExpression> compiled;
         std::string error;
         ASSERT_EQ(formulas.COMP(text, extra, compiled, error), 0) << error;
-        constexpr std::size_t cases = 200;
+        constexpr std::size_t cases = 700; // more than are computed at a time
         const double seldom[] = {0, -9, NAN, 1e308, -1, 2.5};
         std::vector<std::vector<double>> cells;
         for (const int reference : compiled->References()) {

@@ -42,4 +42,9 @@ bool Script::press(const std::string& action) {
     return succeeded != nullptr && *succeeded;
 }
 
+bool Script::pressWithFile(const std::string& action, const std::string& path) {
+    session_.nameFile(path);
+    return press(action);
+}
+
 } // namespace korvana::cli

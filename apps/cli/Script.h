@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace korvana::cli {
 
@@ -28,6 +29,10 @@ public:
     /// Performs an action and follows the analysis to its next dialog. Returns whether the action succeeded
     /// (an output was made, a specification was accepted).
     bool press(const std::string& action);
+    /// Performs an action that asks for a file, which is the one named.
+    bool pressWithFile(const std::string& action, const std::string& path);
+    /// What the analysis said so far.
+    [[nodiscard]] const std::vector<ResultMessage>& messages() const { return session_.book().messages; }
     [[nodiscard]] bool isAt(const std::string& interfaceName) const {
         return session_.currentInterface() == interfaceName;
     }

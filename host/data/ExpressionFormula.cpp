@@ -263,7 +263,9 @@ private:
                 takeConstant(std::numbers::pi);
                 return 0;
             }
-            fail(token.position, names_.whyUnknown(token));
+            const bool compared =
+                kindAt(at_ + 1) == TokenKind::Compare || (at_ > 0 && kindAt(at_ - 1) == TokenKind::Compare);
+            fail(token.position, names_.whyUnknown(token, compared));
         }
         const auto known =
             std::find(formula_.references.begin(), formula_.references.end(), meaning->reference);

@@ -45,7 +45,7 @@ std::optional<int> ExpressionNames::findVariable(const Token& token) const {
     return meaning->reference - 1;
 }
 
-std::string ExpressionNames::whyUnknown(const Token& token) const {
+std::string ExpressionNames::whyUnknown(const Token& token, bool compared) const {
     std::vector<std::string_view> names;
     bool ambiguous = false;
     for (const NamedInput& input : inputs_)
@@ -63,7 +63,7 @@ std::string ExpressionNames::whyUnknown(const Token& token) const {
         why.append(whyNoNumber());
     } else {
         why.append(didYouMean(nearestOf(token.text, names, 3)))
-            .append(plain ? "; a text to compare with belongs in quotes ('...')" : "");
+            .append(plain && compared ? "; a text to compare with belongs in quotes ('...')" : "");
     }
     return why + data_.layoutRemarks();
 }

@@ -36,8 +36,9 @@ public:
     /// The variable (counted from 0) that it means; nothing for a named input and what is unknown.
     std::optional<int> findVariable(const Token& token) const;
 
-    /// Why a name that is unknown is.
-    std::string whyUnknown(const Token& token) const;
+    /// Why a name is unknown.
+    /// @param compared  it stands next to a comparison, where a text may be meant
+    std::string whyUnknown(const Token& token, bool compared) const;
 
 private:
     std::string whyNoNumber() const;

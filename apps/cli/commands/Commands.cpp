@@ -11,6 +11,8 @@ constexpr CommandEntry table[] = {
     {"two-sample", "Comparing two samples: five tests, life tables by group", &makeTwoSampleCommand},
     {"k-sample", "Comparing multiple samples: scores, log-rank tests, curves by group", &makeKSampleCommand},
     {"cox", "Cox regression: proportional hazards, stratified or not, with residuals", &makeCoxCommand},
+    {"cox-time", "Cox regression with covariates that change in time, defined by expressions",
+     &makeCoxTimeCommand},
     {"regression", "Exponential, lognormal and normal regression; which of them fits best",
      &makeRegressionCommand},
     {"info", "What a data file holds: variables, ranges, codes", &makeInfoCommand},

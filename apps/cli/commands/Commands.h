@@ -15,6 +15,7 @@ std::unique_ptr<Command> makeKaplanMeierCommand();
 std::unique_ptr<Command> makeTwoSampleCommand();
 std::unique_ptr<Command> makeKSampleCommand();
 std::unique_ptr<Command> makeCoxCommand();
+std::unique_ptr<Command> makeCoxTimeCommand();
 std::unique_ptr<Command> makeRegressionCommand();
 std::unique_ptr<Command> makeInfoCommand();
 std::unique_ptr<Command> makeTypelibCommand();

@@ -1,9 +1,7 @@
-#include "apps/cli/GroupsOptions.h"
-#include "apps/cli/UsageError.h"
 #include "apps/cli/commands/Commands.h"
 #include "apps/cli/commands/CovariateCommand.h"
+#include "apps/cli/commands/StrataOptions.h"
 
-#include <algorithm>
 #include <string_view>
 
 namespace korvana::cli {
@@ -47,33 +45,17 @@ private:
         };
     }
 
-    void declareModel(CLI::App& app) override {
-        strata_.declare(app);
-        app.add_flag("--separate", separate_,
-                     "with --strata: the output stratified also has the coefficients of each stratum")
-            ->group(TimesAndCodesOptions::helpGroup);
-    }
+    void declareModel(CLI::App& app) override { strata_.declare(app); }
     void checkOptions() override {
         strata_.check();
-        if (separate_ && !strata_.isGiven())
-            throw UsageError("--separate needs --strata: each stratum gets coefficients of its own");
         CovariateCommand::checkOptions();
     }
     void keepCounting(const ActiveData& data, std::vector<std::uint8_t>& cases) const override {
-        if (!strata_.isGiven()) return;
-        TimesAndCodes others; // its remarks come again
-        const Groups strata = strata_.resolve(data, others);
-        const std::span<const double> codes = data.dataSet().column(strata.variable - 1);
-        for (std::size_t i = 0; i < cases.size(); ++i) {
-            const bool isOne = std::ranges::find(strata.codes, codes[i]) != strata.codes.end();
-            if (data.dataSet().isMissing(strata.variable - 1, static_cast<int>(i)) ||
-                (!strata.codes.empty() && !isOne))
-                cases[i] = 0;
-        }
+        strata_.keepCounting(data, cases);
     }
     std::vector<int> specifyModel(const ActiveData& data, Specification& wanted) override {
         wanted.forms = {{{"TypeOfSurvivalRegressionModel", scSurProportionalHazardRegression}}};
-        if (separate_) wanted.members.emplace_back("EqualCoefficientsDifferentBaselineH0", false);
+        if (strata_.separate()) wanted.members.emplace_back("EqualCoefficientsDifferentBaselineH0", false);
         if (!strata_.isGiven()) return {};
         const Groups strata = strata_.resolve(data, wanted.timesAndCodes);
         wanted.boxes.push_back({strata.variable});
@@ -90,11 +72,7 @@ private:
         return CovariateCommand::isMadeUnasked(output, script);
     }
 
-    GroupCodesOptions strata_{{.option = "--strata",
-                               .help = "variable with strata: equal coefficients, a baseline hazard for each",
-                               .codesOption = "--strata-codes",
-                               .codesHelp = "its codes of the strata [all that selected cases have]"}};
-    bool separate_ = false;
+    StrataOptions strata_;
 };
 
 } // namespace

@@ -41,7 +41,7 @@ bool SurvivalCommand::compute(Script& script, std::size_t run) {
     script.put("Variables", boxes);
     for (const auto& [member, value] : wanted_.members)
         script.put(member, value);
-    return script.press("OK") && script.isAt(resultsDialog_);
+    return finishSpecification(script) && script.press("OK") && script.isAt(resultsDialog_);
 }
 
 std::vector<std::uint8_t> SurvivalCommand::casesWithTimesAndCodes(const ActiveData& data) const {

@@ -32,6 +32,8 @@ protected:
     void declareOptions(CLI::App& app) override;
     /// Checks the command's own options against the data and adds their settings. Throws UsageError.
     virtual void specify(const ActiveData& /*data*/, Specification& /*wanted*/) {}
+    /// Does what remains before the specification dialog is confirmed. False when the analysis refuses it.
+    virtual bool finishSpecification(Script& /*script*/) { return true; }
     /// A run is about to begin.
     virtual void begin(std::size_t /*run*/) {}
     /// Whether the data hold one case per observation; else `specify` names all variables.

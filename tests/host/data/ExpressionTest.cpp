@@ -196,6 +196,7 @@ TEST(Expression, FaultsAreExplainedWhereTheyStand) {
         {"age 5.0 > 1", 4, "expected before '5.0'"},
         {"age `t.1`", 4, "expected before `t.1`"},
         {"age := 5", 4, "':' has no meaning"},
+        {"`white cells` + v8", 16, "'v8'"},
         {"v8 > 1", 0, "no variable 'v8': the data have 7 variables, v1 to v7"},
         {"(age > 5", 0, "never closed"},
         {"age > 5)", 7, "no ("},
@@ -220,6 +221,18 @@ TEST(Expression, FaultsAreExplainedWhereTheyStand) {
         {"3 + not age", 4, "in parentheses"},
         {"`3` > 1", 0, "no variable '3'"},
     };
+    EXPECT_EQ(refusalOf<ExpressionError>([&] { const Expression of("agee + 1", data); }).find("quotes"),
+              std::string::npos)
+        << "no text is meant";
+    std::string nested = "1";
+    for (int depth = 0; depth < 1002; ++depth)
+        nested = "(age + 1) * (" + nested + ")";
+    const std::string tooDeep = nested + " + age";
+    std::string wide = "age";
+    for (int terms = 0; terms < 5000; ++terms)
+        wide += " + 1";
+    EXPECT_EQ(Expression(wide, data).evaluate(std::vector<double>{1}), 5001) << "a long one is no deep one";
+    EXPECT_THROW(Expression(tooDeep, data), ExpressionError);
     for (const Faulty& each : table) {
         try {
             const Expression expression(each.text, data);

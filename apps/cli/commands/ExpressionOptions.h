@@ -1,0 +1,49 @@
+#pragma once
+
+#include "apps/cli/Script.h"
+#include "host/data/DataSet.h"
+
+#include <CLI/App.hpp>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace korvana::cli {
+
+/// Covariates that are defined by expressions: given one by one, read from a file, and written to one.
+class ExpressionOptions {
+public:
+    static constexpr std::size_t most = 40;
+    static constexpr std::size_t longestName = 8; ///< characters
+    static constexpr std::size_t longestExpression = 60;
+
+    void declare(CLI::App& app);
+    /// Checks what can be judged without the data. Throws UsageError.
+    void check();
+    /// Checks that the expressions given can be understood. Throws UsageError.
+    void check(const DataSet& data) const;
+    /// Sets them in the specification dialog: those of the file, then those given one by one, which take the
+    /// place of the file's with the same name; and writes all of them to a file. Returns false when the
+    /// analysis refuses a file, after its message. Throws UsageError and ScriptError.
+    bool put(Script& script);
+    /// The names of the covariates; to be called after `put`.
+    [[nodiscard]] const std::vector<std::string>& names() const { return names_; }
+
+private:
+    struct Defined {
+        std::string name;
+        std::string expression;
+    };
+    [[nodiscard]] static Defined read(const std::string& text);
+    bool openFile(Script& script);
+    void merge(const Defined& covariate);
+
+    std::vector<std::string> texts_;
+    std::string fileToOpen_;
+    std::string fileToSave_;
+    std::vector<Defined> given_;
+    std::vector<std::string> names_;
+    std::vector<std::string> expressions_;
+};
+
+} // namespace korvana::cli

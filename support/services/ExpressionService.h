@@ -21,8 +21,9 @@ class ExpressionService {
 public:
     virtual ~ExpressionService() = default;
 
-    /// Compiles a formula over the data set's variables and the extra names. Returns 0; else non-zero, with
-    /// what is wrong and where in `error`.
+    /// Compiles a formula over the data set's variables (by name, or by number as v1, v2, ...) and the extra
+    /// names, which win. Returns 0; else non-zero, with the formula, what is wrong, and at which character
+    /// and word in `error`.
     virtual short COMP(std::string_view text, std::span<const std::string> extraNames,
                        std::unique_ptr<CompiledExpression>& compiled, std::string& error) = 0;
 
@@ -32,9 +33,9 @@ public:
                                       double& result) = 0;
 
     /// Evaluates a formula for many cases in one call. columns[k] holds the values of References()[k], one
-    /// per result, or a single one for all cases. results[i] becomes NaN where the result is not finite.
-    /// Returns how many did; below 0 when the lengths of the columns do not match (no result is then
-    /// written).
+    /// per result, or a single one for all cases: what depends on such values alone is computed once.
+    /// results[i] becomes NaN where the result is not finite. Returns how many did; below 0 when the lengths
+    /// of the columns do not match (no result is then written).
     virtual int RunSpreadsheetFormulas(std::span<const std::span<const double>> columns,
                                        const CompiledExpression& compiled, std::span<double> results) = 0;
 };

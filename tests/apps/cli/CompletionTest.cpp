@@ -88,6 +88,7 @@ TEST_F(CompletionTest, BashOffersWhatFits) {
     EXPECT_EQ(offered({"korvana", "kaplan-meier", "--format", "=", "js"}), "json\n");
     EXPECT_EQ(offered({"korvana", "kaplan-meier", "--outputs", "summary,perc"}), "summary,percentiles\n");
     EXPECT_EQ(offered({"korvana", "info", "tri"}), "trial.csv\n");
+    EXPECT_EQ(offered({"korvana", "cox-time", "trial.csv", "--expressions", "tri"}), "trial.csv\n");
     EXPECT_TRUE(has(offered({"korvana", "info", "trial.csv", "--weight", ""}), "touch"));
     EXPECT_FALSE(std::filesystem::exists(folder / "evil")) << "names out of a file were executed";
 }

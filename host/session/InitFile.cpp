@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view mark = "\xEF\xBB\xBF";
 constexpr std::string_view lineBreaks{"\r\n\0", 3};
-constexpr std::uintmax_t longest = 4 << 20; // bytes
+constexpr std::uintmax_t longest = 1 << 20; // bytes
 
 std::string lowered(std::string name) {
     for (char& c : name)

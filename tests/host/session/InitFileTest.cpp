@@ -111,6 +111,10 @@ TEST_F(FilesTest, TheServiceReadsWhatItWroteAndReportsWhatItCannotWrite) {
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>{written}, {}), "[Expressions]\n; old\ny=2\n");
     EXPECT_TRUE(files.ClearInitSection(folder / "absent.ini", "Expressions"));
     EXPECT_FALSE(std::filesystem::exists(folder / "absent.ini"));
+    const std::string vast = folder / "vast.ini";
+    std::ofstream(vast, std::ios::binary) << text << std::string((1 << 20) - text.size() + 1, '\n');
+    EXPECT_FALSE(files.EnumPrivateKeywords(vast, "expressions", keywords)) << "no such file is that long";
+    EXPECT_FALSE(files.ClearInitSection(vast, "expressions"));
     EXPECT_FALSE(files.ClearInitSection(folder, "Expressions")) << "a folder is no file";
 
     EXPECT_FALSE(files.PutInitKeywordPrivate(folder / "none" / "e.ini", "s", "k", "v"));

@@ -8,7 +8,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <iterator>
 #include <numbers>
+#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -45,6 +47,52 @@ TEST(Expression, ValuesOfFormulas) {
     for (const char* text : {"1 / 0", "log(0)", "sqrt(-1)", "1 / (1 / 0)", "(0/0) ^ 0", "log(-1) > 2",
                              "10 ^ 400", "min(1, 1 / 0)", "not log(-1)", "1 and 0 / 0"})
         EXPECT_FALSE(Expression(text, data).evaluate({})) << text;
+}
+
+/// A random formula with all parentheses, and with those alone that its operators need.
+struct Formula {
+    std::string full;
+    std::string least;
+    int binding; ///< of its outermost operator: or 0, and, not, comparison, sum, product, sign, power 7, none
+                 ///< 8
+};
+Formula randomFormula(std::mt19937& random, int depth) {
+    const auto pick = [&random](const std::vector<std::string>& all) { return all[random() % all.size()]; };
+    if (depth == 0) {
+        const std::string number = pick({"0", "1", "2", "3", "0.5", "7"});
+        return {number, number, 8};
+    }
+    const std::vector<std::string> operators[] = {
+        {" or "},       {" and "},      {"not "}, {" = ", " < ", " >= ", " <> "},
+        {" + ", " - "}, {" * ", " / "}, {"-"},    {" ^ "}};
+    const auto inside = [](const Formula& part, int least) {
+        return part.binding < least ? "(" + part.least + ")" : part.least;
+    };
+    const int binding = static_cast<int>(random() % std::size(operators));
+    const std::string sign = pick(operators[binding]);
+    const Formula right = randomFormula(random, static_cast<int>(random() % static_cast<unsigned>(depth)));
+    if (binding == 2 || binding == 6) // before their operand
+        return {"(" + sign + right.full + ")", sign + inside(right, binding), binding};
+    const Formula left = randomFormula(random, static_cast<int>(random() % static_cast<unsigned>(depth)));
+    const bool power = binding == 7;                                 // from the right; 2 ^ -1
+    const int leastLeft = binding + (power || binding == 3 ? 1 : 0); // comparisons stand alone
+    const int leastRight = power ? 6 : binding + 1;
+    return {"(" + left.full + sign + right.full + ")",
+            inside(left, leastLeft) + sign + inside(right, leastRight), binding};
+}
+
+TEST(Expression, OperatorsBindAsTheyShould) {
+    const DataSet data = patients();
+    std::mt19937 random(3);
+    int defined = 0;
+    for (int drawn = 0; drawn < 5000; ++drawn) {
+        const Formula formula = randomFormula(random, 6);
+        const auto value = Expression(formula.full, data).evaluate({});
+        EXPECT_EQ(Expression(formula.least, data).evaluate({}), value) << formula.full << "\n"
+                                                                       << formula.least;
+        defined += value ? 1 : 0;
+    }
+    EXPECT_GT(defined, 2500);
 }
 
 TEST(Expression, NamesAndReferences) {

@@ -40,7 +40,7 @@ write_data <- function(dataset, d) {
   add(dataset, "data", "time", d$time)
   add(dataset, "data", "status", d$status)
   if (length(unique(d$stratum)) > 1) add(dataset, "data", "stratum", d$stratum)
-  for (name in names(d$v)) add(dataset, "data", "variable", d$v[[name]], name)
+  for (name in names(d$v)) add(dataset, "data", "covariate", d$v[[name]], name)
 }
 
 # ---- The partial likelihood by its definition.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <utility>
 
@@ -9,6 +10,9 @@ namespace ozm::survival {
 /// Several neighbouring components of a vector.
 template <std::size_t Lanes>
 using Lane [[gnu::vector_size(Lanes * sizeof(double))]] = double;
+/// Their bits.
+template <std::size_t Lanes>
+using LaneBits [[gnu::vector_size(Lanes * sizeof(std::uint64_t))]] = std::uint64_t;
 
 /// A square of numbers, row by row.
 template <std::size_t Lanes>

@@ -25,8 +25,14 @@ struct Group {
     static constexpr std::size_t parts = caseGroup / Lanes;
     Lane<Lanes> part[parts];
 
-    [[gnu::always_inline]] void Read(const double* from) { std::memcpy(part, from, sizeof(part)); }
-    [[gnu::always_inline]] void Write(double* to) const { std::memcpy(to, part, sizeof(part)); }
+    [[gnu::always_inline]] void Read(const double* from) {
+        for (std::size_t i = 0; i < parts; ++i)
+            std::memcpy(&part[i], from + i * Lanes, sizeof(part[i]));
+    }
+    [[gnu::always_inline]] void Write(double* to) const {
+        for (std::size_t i = 0; i < parts; ++i)
+            std::memcpy(to + i * Lanes, &part[i], sizeof(part[i]));
+    }
     [[gnu::always_inline]] void Clear() {
         for (Lane<Lanes>& each : part)
             each = Lane<Lanes>{};
@@ -158,7 +164,8 @@ template <std::size_t Lanes>
 template <std::size_t Lanes>
 [[gnu::always_inline]] inline bool Weigh(const RiskSetAt& set, const double* parameters, double largest,
                                          double* weights, WeightedSums& sums) {
-    alignas(64) std::array<double, mostParameters * caseGroup> weighted{};
+    alignas(64) std::array<double, mostParameters * caseGroup> weighted;
+    std::fill_n(weighted.begin(), (set.changing.count + set.fixed.count) * caseGroup, 0.0);
     double* const ofFixed = weighted.data() + set.changing.count * caseGroup;
     Bound<Lanes> bound;
     Group<Lanes> all;

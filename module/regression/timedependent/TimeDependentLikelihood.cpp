@@ -93,7 +93,7 @@ EstimationStatus TimeDependentLikelihood::Visit(std::span<const double> paramete
         const CaseColumns changing = table_.ChangingAt(time);
         const bool hasValues = table_.Known(time) && table_.FirstWithout() >= at.end;
         const RiskSetAt set{at.AtRisk(), predictor_.data() + at.first, table_.FixedFrom(at.first), changing};
-        WeightedSums sums{};
+        WeightedSums sums;
         const bool within =
             add ? pass_.weigh(set, changingB_.data(), largestTimePredictor, weights_.data(), sums)
                 : pass_.within(set, changingB_.data(), largestTimePredictor);
@@ -120,7 +120,7 @@ void TimeDependentLikelihood::AddTime(const RiskTime& at, const RiskSetAt& set, 
     const auto events = static_cast<double>(at.events);
     const std::span<const std::size_t> changing = table_.Changing();
     const std::span<const std::size_t> fixed = table_.Fixed();
-    ParameterVector means{}; // first of the changing covariates, then of the fixed ones about their centres
+    ParameterVector means; // first of the changing covariates, then of the fixed ones about their centres
     for (std::size_t k = 0; k < parameters_; ++k)
         means[k] = sums[1 + k] / sums[0];
     for (std::size_t k = 0; k < fixed.size(); ++k)

@@ -54,7 +54,7 @@ EstimationStatus TakeStep(Iteration& at, double before, bool& taken) {
 double LargestChange(const Iteration& at, double negligibleStep) {
     double largest = 0.0;
     for (std::size_t k = 0; k < at.parameters.size(); ++k) {
-        if (std::abs(at.step[k]) <= negligibleStep) continue;
+        if (std::abs(at.step[k]) <= std::max(negligibleStep, at.model.NegligibleStep(k))) continue;
         largest = std::max(largest, std::abs(at.step[k] / at.parameters[k]));
     }
     return largest;

@@ -12,7 +12,8 @@ struct IterationLimits {
     double criterion = 0.0001; ///< relative change of the log-likelihood and of every parameter
     int most = 50;             ///< one iteration more is made before it ends without convergence
     /// A step of a parameter that is not longer is what rounding leaves of 0, and counts as no change: a
-    /// coefficient that is exactly 0 would never settle relative to its size.
+    /// coefficient that is exactly 0 would never settle relative to its size. (Where scales differ, the model
+    /// has one for each parameter.)
     double negligibleStep = 0.0;
 };
 

@@ -24,6 +24,8 @@ public:
     virtual ~LikelihoodModel() = default;
 
     [[nodiscard]] virtual std::size_t Parameters() const = 0;
+    /// A step of a parameter that is not longer is what rounding leaves of 0, on the parameter's scale.
+    [[nodiscard]] virtual double NegligibleStep(std::size_t /*parameter*/) const { return 0.0; }
     /// Whether there is a log-likelihood at a vector, in less time than it takes to compute it: the status
     /// that `LogLikelihood` would have.
     virtual EstimationStatus Check(std::span<const double> parameters) = 0;

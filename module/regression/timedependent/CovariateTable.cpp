@@ -49,7 +49,7 @@ CovariateTable::CovariateTable(const OrderedSample& sample, TimeCovariates& cova
 }
 
 void CovariateTable::ComputeFixed(std::size_t cases) {
-    fixedValues_.resize(fixed_.size() * stride_);
+    fixedValues_.resize(std::max<std::size_t>(fixed_.size(), 1) * stride_);
     for (std::size_t k = 0; k < fixed_.size() && cases > 0; ++k) {
         const std::span<double> column = std::span{fixedValues_}.subspan(k * stride_, cases);
         covariates_.Evaluate(fixed_[k], 0, times_.front().time, column);

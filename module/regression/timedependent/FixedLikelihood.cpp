@@ -1,5 +1,7 @@
 #include "module/regression/timedependent/FixedLikelihood.h"
 
+#include "module/regression/timedependent/PredictorBounds.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -45,6 +47,13 @@ FixedLikelihood::FixedLikelihood(const OrderedSample& sample, TimeCovariates& co
     : values_(ValuesOf(sample, covariates)), centred_(Centred(values_, sample.cases)),
       ordered_(With(sample, covariates.Count(), centred_)), missing_(MissingIn(sample, values_)),
       predictor_(sample.cases), likelihood_(ordered_) {}
+
+double FixedLikelihood::NegligibleStep(std::size_t parameter) const {
+    double largest = 0.0;
+    for (std::size_t i = 0; i < predictor_.size(); ++i)
+        largest = std::max(largest, std::abs(ordered_.Column(parameter)[i]));
+    return NegligibleStepOf(largest);
+}
 
 EstimationStatus FixedLikelihood::Check(std::span<const double> parameters) {
     if (missing_) return EstimationStatus::InvalidOperation;

@@ -22,6 +22,7 @@ public:
     FixedLikelihood& operator=(const FixedLikelihood&) = delete;
 
     [[nodiscard]] std::size_t Parameters() const override { return ordered_.covariates; }
+    [[nodiscard]] double NegligibleStep(std::size_t parameter) const override;
     EstimationStatus Check(std::span<const double> parameters) override;
     EstimationStatus LogLikelihood(std::span<const double> parameters, double& value) override;
     void Derivatives(std::span<double> gradient, SquareMatrix& information) override;

@@ -11,7 +11,4 @@ struct MissingValue {
     double time = 0.0;
 };
 
-/// The largest magnitude of a predictor that there is a likelihood for, when covariates may change.
-inline constexpr double largestTimePredictor = 75.0;
-
 } // namespace ozm::survival

@@ -1,5 +1,7 @@
 #include "module/regression/timedependent/TimeDependentLikelihood.h"
 
+#include "module/regression/timedependent/PredictorBounds.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -16,7 +18,7 @@ TimeDependentLikelihood::TimeDependentLikelihood(const OrderedSample& sample, Ti
     : sample_(sample), covariates_(covariates), table_(sample, covariates, room), watch_(std::move(watch)),
       pass_(UsableRiskSetPasses().front()), parameters_(covariates.Count()),
       stride_(sample.cases + caseGroup), predictor_(stride_), weights_(stride_), share_(stride_),
-      ofChanging_(table_.Changing().size() * stride_) {
+      ofChanging_(std::max<std::size_t>(table_.Changing().size(), 1) * stride_) {
     const std::size_t changing = table_.Changing().size();
     pairSums_.resize(changing * (changing + 1) / 2 * caseGroup);
     changingB_.resize(changing);
@@ -29,6 +31,18 @@ TimeDependentLikelihood::TimeDependentLikelihood(const OrderedSample& sample, Ti
     }
     for (const RiskTime& at : table_.Times())
         pairs_ += static_cast<double>(at.AtRisk());
+}
+
+double TimeDependentLikelihood::NegligibleStep(std::size_t parameter) const {
+    double largest = 0.0;
+    const CaseColumns fixed = table_.FixedFrom(0);
+    for (std::size_t k = 0; k < fixed.count; ++k)
+        for (std::size_t i = 0; i < sample_.cases && table_.Fixed()[k] == parameter; ++i)
+            largest = std::max(largest, std::abs(fixed[k][i] - centres_[k]));
+    for (std::size_t k = 0; k < changingB_.size(); ++k)
+        for (std::size_t time = 0; table_.Known(time) && table_.Changing()[k] == parameter; ++time)
+            largest = std::max(largest, table_.LargestAt(time)[k]);
+    return NegligibleStepOf(largest);
 }
 
 EstimationStatus TimeDependentLikelihood::Check(std::span<const double> parameters) {

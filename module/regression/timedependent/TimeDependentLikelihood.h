@@ -38,6 +38,8 @@ public:
                             EvaluationWatch watch);
 
     [[nodiscard]] std::size_t Parameters() const override { return parameters_; }
+    /// Once a likelihood was computed.
+    [[nodiscard]] double NegligibleStep(std::size_t parameter) const override;
     /// NoLikelihood where |z(t)'b| is beyond 75, InvalidOperation without a value, Stopped. Most vectors show
     /// by their size that they are within.
     EstimationStatus Check(std::span<const double> parameters) override;

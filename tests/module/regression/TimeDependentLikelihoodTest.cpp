@@ -1,7 +1,7 @@
 // The partial likelihood with covariates that depend on the time: what must hold for any data.
 
-#include "module/regression/timedependent/TimeDependentLikelihood.h"
 #include "module/regression/cox/PartialLikelihood.h"
+#include "module/regression/timedependent/FitTimeDependentCox.h"
 #include "module/regression/timedependent/FixedLikelihood.h"
 #include "tests/module/regression/TimeCases.h"
 
@@ -266,6 +266,37 @@ TEST(TimeDependentLikelihood, StopsAndGoesOn) {
     shares.clear();
     EXPECT_EQ(model.LogLikelihood(b, value), EstimationStatus::Success);
     EXPECT_EQ(covariates.computed, computed);
+}
+
+TEST(FitTimeDependentCox, ACoefficientOfZeroSettlesOnEveryScale) {
+    // For each case another one with the opposite values: no effect at all.
+    CoxCases cases = CoxCases::Random(40, 2, 2, 3);
+    for (std::size_t i = 0; i < 40; ++i) {
+        for (Values* each : {&cases.time, &cases.status, &cases.code})
+            each->push_back((*each)[i]);
+        for (Values& column : cases.x)
+            column.push_back(-column[i]);
+    }
+    const CoxSample made(cases);
+    const OrderedSample sample = made.sample.Ordered();
+    for (const bool changes : {false, true})
+        for (const double scale : {1e-3, 1.0, 1e6})
+            for (const double start : {0.0, 0.5}) {
+                FunctionsOf covariates(made.sample,
+                                       {{"plain", false, [](const Values& v, double) { return v[0]; }},
+                                        {"scaled", changes, [&](const Values& v, double t) {
+                                             return scale * v[1] * (changes ? std::log1p(t) : 1);
+                                         }}});
+                Values room(RoomFor(sample, covariates));
+                TimeDependentCox cox{sample, covariates, room, {}, {}};
+                Values b{start, start / scale};
+                NewtonEstimate estimate;
+                const auto watch = [](int, double, std::span<const double>) { return false; };
+                EXPECT_EQ(FitTimeDependentCox(cox, {}, watch, b, estimate), EstimationStatus::Success)
+                    << changes << " " << scale << " " << start;
+                EXPECT_NEAR(b[0], 0, 1e-11);
+                EXPECT_NEAR(b[1] * scale, 0, 1e-11);
+            }
 }
 
 } // namespace

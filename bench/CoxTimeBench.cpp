@@ -1,73 +1,66 @@
-// Cox regressions with a covariate x and x log(t), of cases in memory: from the cases in their order to the
-// estimates; one likelihood with its derivatives; and how long it is between two questions whether to stop.
+// Cox regressions with the covariates "x" and "x * log(T_)", of cases in memory: from the cases in their
+// order to the estimates; one likelihood with its derivatives; and how long it is between two questions
+// whether to stop.
 
 #include "bench/CoxCases.h"
+#include "host/session/SessionServices.h"
+#include "module/regression/data/ExpressionCovariates.h"
 #include "module/regression/timedependent/FitTimeDependentCox.h"
+#include "tests/support/MakeData.h"
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace {
 
 namespace survival = ozm::survival;
 
-/// Cases in the order of the partial likelihood.
-struct Ordered {
-    explicit Ordered(std::size_t cases) : blocks{static_cast<std::int32_t>(cases)} {
-        korvana::bench::CoxCases source(1);
-        std::vector<korvana::bench::CoxCase> all;
-        for (std::size_t i = 0; i < cases; ++i)
-            all.push_back(source.next());
-        std::ranges::stable_sort(all, [](const auto& a, const auto& b) {
-            return a.time != b.time ? a.time > b.time : a.event < b.event;
-        });
-        for (const auto& one : all) {
-            times.push_back(one.time);
-            complete.push_back(one.event ? 1 : 0);
-            x.push_back(one.x[0]);
-        }
-    }
-    [[nodiscard]] survival::OrderedSample Sample() const {
-        return {times.size(), 0, times.size(), times, complete, {}, blocks};
-    }
-
-    std::vector<double> times;
-    std::vector<std::uint8_t> complete;
-    std::vector<double> x;
-    std::vector<std::int32_t> blocks;
-};
-
-/// x and x log(t).
-class Covariates final : public survival::TimeCovariates {
+/// Cases in order, their covariates, and room for the values of these if they are to be kept.
+class Regression {
 public:
-    explicit Covariates(const std::vector<double>& x) : x_(x) {}
-    [[nodiscard]] std::size_t Count() const override { return 2; }
-    [[nodiscard]] bool DependsOnTime(std::size_t covariate) const override { return covariate == 1; }
-    void Evaluate(std::size_t covariate, std::size_t first, double time, std::span<double> values) override {
-        const double factor = covariate == 0 ? 1.0 : std::log(time);
-        for (std::size_t i = 0; i < values.size(); ++i)
-            values[i] = x_[first + i] * factor;
+    explicit Regression(const benchmark::State& state) {
+        korvana::DataSet data("bench.csv", 1);
+        korvana::Variable variable;
+        variable.name = "x";
+        korvana::test::addVariable(data, variable, [](int) { return 1.0; });
+        parts_.data.open(std::move(data));
+        const auto cases = static_cast<std::size_t>(state.range(0));
+        korvana::bench::CoxCases source(1);
+        if (!sample_.Obtain(host_, cases, 1)) std::abort();
+        for (std::size_t i = 0; i < cases; ++i) {
+            const korvana::bench::CoxCase one = source.next();
+            sample_.Add(one.time, one.event, static_cast<std::int32_t>(i) + 1, 0, one.x);
+        }
+        sample_.Summarise();
+        if (!sample_.Order(host_, 1)) std::abort();
+        sample = sample_.Ordered();
+        const std::string time[] = {"T_"};
+        std::string error;
+        for (const char* text : {"x", "x * log(T_)"})
+            if (host_.COMP(text, time, expressions_.emplace_back(), error) != 0) std::abort();
+        constexpr int variables[] = {1};
+        covariates.emplace(host_, expressions_, sample_, variables, 2);
+        if (state.range(1) != 0) room.resize(survival::RoomFor(sample, *covariates));
     }
+
+    survival::OrderedSample sample;
+    std::optional<survival::ExpressionCovariates> covariates;
+    std::vector<double> room;
 
 private:
-    const std::vector<double>& x_;
-};
-
-/// The cases, and whether values are kept.
-struct Regression {
-    explicit Regression(const benchmark::State& state)
-        : cases(static_cast<std::size_t>(state.range(0))), sample(cases.Sample()), covariates(cases.x),
-          room(state.range(1) != 0 ? survival::RoomFor(sample, covariates) : 0) {}
-
-    Ordered cases;
-    survival::OrderedSample sample;
-    Covariates covariates;
-    std::vector<double> room;
+    korvana::SessionParts parts_;
+    korvana::SessionServices services_{parts_, {}};
+    ozm::CAnalysisSupport host_{&services_};
+    survival::RegressionSample sample_;
+    std::vector<std::unique_ptr<ozm::CompiledExpression>> expressions_;
 };
 
 void fitTimeDependentCox(benchmark::State& state) {
@@ -84,7 +77,7 @@ void fitTimeDependentCox(benchmark::State& state) {
             return false;
         };
         const auto watch = [](int, double, std::span<const double>) { return false; };
-        survival::TimeDependentCox cox{regression.sample, regression.covariates, regression.room, ask, {}};
+        survival::TimeDependentCox cox{regression.sample, *regression.covariates, regression.room, ask, {}};
         if (survival::FitTimeDependentCox(cox, {}, watch, parameters, estimate) !=
             survival::EstimationStatus::Success)
             state.SkipWithError("no estimates");
@@ -97,7 +90,7 @@ void fitTimeDependentCox(benchmark::State& state) {
 
 void timeDependentLikelihood(benchmark::State& state) {
     Regression regression(state);
-    survival::TimeDependentLikelihood likelihood(regression.sample, regression.covariates, regression.room,
+    survival::TimeDependentLikelihood likelihood(regression.sample, *regression.covariates, regression.room,
                                                  {});
     const std::vector<double> parameters{0.1, 0.05};
     double value = 0;

@@ -1,8 +1,8 @@
 // The partial likelihood with covariates that depend on the time: what must hold for any data.
 
 #include "module/regression/cox/PartialLikelihood.h"
-#include "module/regression/timedependent/FitTimeDependentCox.h"
 #include "module/regression/timedependent/FixedLikelihood.h"
+#include "module/regression/timedependent/TimeDiagnosis.h"
 #include "tests/module/regression/TimeCases.h"
 
 #include <gtest/gtest.h>
@@ -297,6 +297,49 @@ TEST(FitTimeDependentCox, ACoefficientOfZeroSettlesOnEveryScale) {
                 EXPECT_NEAR(b[0], 0, 1e-11);
                 EXPECT_NEAR(b[1] * scale, 0, 1e-11);
             }
+}
+
+TEST(TimeDiagnosis, NamesDependentAndUnboundedCovariates) {
+    CoxCases cases = CoxCases::Random(120, 2, 3, 5);
+    cases.x.push_back(cases.time); // each case's own time as its variable
+    const CoxSample made(cases);
+    const OrderedSample sample = made.sample.Ordered();
+    const TimeFunction first{"first", false, [](const Values& v, double) { return v[0]; }};
+    const TimeFunction grows{"grows", true, [](const Values& v, double t) { return 1e-4 * v[1] * t; }};
+    const auto diagnose = [&](std::vector<TimeFunction> functions, const auto& test) {
+        FunctionsOf covariates(made.sample, std::move(functions));
+        TimeDependentCox cox{sample, covariates, {}, {}, {}};
+        test(FindUnbounded(cox), FindDependence(cox));
+    };
+    const auto nothing = [](const auto& unbounded, const auto& dependence) {
+        EXPECT_TRUE(unbounded.empty());
+        EXPECT_FALSE(dependence);
+    };
+    diagnose({first, grows}, nothing);
+    const auto dependsOn = [&](const TimeFunction& added, const std::vector<std::size_t>& on) {
+        diagnose({first, grows, added}, [&](const auto& unbounded, const auto& dependence) {
+            EXPECT_TRUE(unbounded.empty());
+            ASSERT_TRUE(dependence);
+            EXPECT_EQ(dependence->covariate, 2U);
+            EXPECT_EQ(dependence->on, on);
+        });
+    };
+    // The time is the same for all at risk: it tells nobody from another, alone or beside other parts.
+    dependsOn({"time", true, [](const Values&, double t) { return 1000 * t; }}, {});
+    dependsOn({"one", false, [](const Values&, double) { return 3.0; }}, {});
+    dependsOn({"both", true, [](const Values& v, double t) { return 1e3 * v[0] + v[1] * t + t * t; }},
+              {0, 1});
+    dependsOn({"copy", true, [](const Values& v, double t) { return t + v[0]; }}, {0});
+    // Those whose own time has come have the largest value, in every stratum.
+    for (const double sign : {1.0, -1.0})
+        diagnose(
+            {first, {"now", true, [&](const Values& v, double t) { return sign * (v[2] <= t ? 1 : 0) + t; }}},
+            [&](const auto& unbounded, const auto& dependence) {
+                EXPECT_FALSE(dependence);
+                ASSERT_EQ(unbounded.size(), 1U);
+                EXPECT_EQ(unbounded[0].covariate, 1U);
+                EXPECT_EQ(unbounded[0].upwards, sign > 0);
+            });
 }
 
 } // namespace

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "module/resources/Regression.h"
+
+// The proportional hazards model with covariates that expressions define: specification.
+
+// clang-format off
+#define OZM_TIME_DEPENDENT_STRINGS(S) \
+    S(StrTimeTooLong, 21500, \
+      "At least one expression is too long and was truncated (to 60 characters); some information in the expressions " \
+      "might be lost.") \
+    S(StrTimeTooMany, 21501, \
+      "Too many expressions, only the first 40 expressions (covariates) will be processed.") \
+    S(StrTimeTooManyVariables, 21502, "Too many variables on the right side of expression(s).") \
+    S(StrTimeDeleteWhat, 21503, \
+      "To delete an expression, first highlight it by clicking on it, then click on the Delete button.") \
+    S(StrTimeNothingToDelete, 21504, "Nothing to delete.") \
+    S(StrTimeNoCovariates, 21505, \
+      "No covariates have been specified yet; specify expressions to define regular and time-dependent covariates; press " \
+      "F1 or click on the ? for more information") \
+    S(StrTimeNothingToSave, 21506, \
+      "Nothing to save; first enter expressions to define (time-dependent) covariates.") \
+    S(StrTimeNoExpressions, 21507, \
+      "Invalid file type, or the file is empty (contains no expressions)") \
+    S(StrTimeOverwrite, 21508, \
+      "Some labels (covariates) are repeated; do you want to overwrite them? (No-Append)") \
+    S(StrTimeSaveTitle, 21509, "Save As File") \
+    S(StrTimeOpenTitle, 21510, "Open File") \
+    S(StrTimeTableTitle, 21511, "Cox Proportional Hazard Model ") \
+    S(StrTimeTableTitle2, 21512, "with Time-Dependent Covariates") \
+    S(StrTimeColName, 21513, " Name  ") \
+    S(StrTimeColExpression, 21514, "Expression defining the covariate") \
+    S(StrTimeSelectTitle, 21515, "Select/specify covariates (expressions)") \
+    S(StrTimeNotWritten, 21520, "The expressions could not be written.") \
+    S(StrTimeFault, 21521, "An expression cannot be understood.") \
+    S(StrTimeFaultDetail, 21522, "%1 = %2\n%3") \
+    S(StrTimeNoName, 21523, "Give the covariate a name.") \
+    S(StrTimeNoExpression, 21524, "Enter the expression that defines the covariate %1.") \
+    S(StrTimeTwice, 21525, "Two covariates have the name %1: they must be told apart.") \
+    S(StrTimeBadName, 21526, "The name %1 of a covariate cannot hold \"=\", nor begin with \"[\", \";\" or \"#\".") \
+    S(StrTimeLongName, 21527, "The name %1 of a covariate has %2 characters; there is room for 8.") \
+    S(StrTimeLongExpression, 21528, "The expression of %1 has %2 characters; there is room for 60.") \
+    S(StrTimeCounts, 21529, "Names of covariates: %1; expressions: %2.") \
+    S(StrTimeFailed, 21530, "%1 cannot be computed for case %2 at time %3.")
+// clang-format on
+
+namespace ozm::survival {
+
+OZM_STRINGS(timeDependentStrings, OZM_TIME_DEPENDENT_STRINGS);
+
+} // namespace ozm::survival

@@ -11,6 +11,7 @@
 #include "module/lifetable/CDefineLifeTableDlg.h"
 #include "module/lifetable/CLifeResultsDlg.h"
 #include "module/regression/CDefineRegDlg.h"
+#include "module/regression/CDefineRegDlg2.h"
 #include "module/regression/CRegResultsDlg.h"
 #include "module/regression/CRegSpecDlg.h"
 #include "module/regression/RegEstDlg.h"
@@ -129,7 +130,8 @@ int CSurvival::SpecifyKSamples(CAnalysisSupport& analysis) {
 
 int CSurvival::SpecifyRegression(CAnalysisSupport& analysis) {
     SurvivalState& state = ModuleState();
-    if (state.regression.settings.kind == RegressionKind::TimeDependent) return NotBuiltYet(analysis);
+    if (state.regression.settings.kind == RegressionKind::TimeDependent)
+        return OpenStep<CDefineRegDlg2>(analysis, state.shared, state.regression);
     return OpenStep<CDefineRegDlg>(analysis, state.shared, state.regression);
 }
 

@@ -21,50 +21,27 @@ bool Contains(std::span<const int> variables, int variable) {
 } // namespace
 
 CDefineRegDlg::CDefineRegDlg(CAnalysisSupport& host, SharedSettings& shared, RegressionState& state)
-    : SpecificationDialog(host, regressionTemplate, regressionInterface, shared, AnalysisType::Regression),
-      state_(state) {}
+    : RegressionSpecification(host, regressionTemplate, regressionInterface, shared, state) {}
 
 void CDefineRegDlg::OnOpen() {
-    SpecificationDialog::OnOpen();
-    RegressionSettings& settings = state_.settings;
-    settings.estimationAsked = false;
-    SetValue(RegModel, static_cast<int>(settings.kind));
-    SetValue(RegStrataCodes, settings.strata);
-    SetValue(RegDifferentBaselines, settings.differentBaselines);
-    SetValue(RegNonDefault, settings.nonDefaultEstimation);
-    SetValue(RegMissing, int{settings.substituteMeans ? RegPutMeans : RegLeaveOut});
+    RegressionSpecification::OnOpen();
+    SetValue(RegModel, static_cast<int>(State().settings.kind));
     ShowStrata();
 }
 
 void CDefineRegDlg::ShowStrata() {
-    const RegressionModel* const model = FindRegressionModel(state_.settings.kind);
+    const RegressionModel* const model = FindRegressionModel(State().settings.kind);
     for (const int control : {RegStrataCodes, RegDifferentBaselines})
         Enable(control, model == nullptr || model->stratified);
 }
 
 void CDefineRegDlg::OnValueChanged(int control) {
-    RegressionSettings& settings = state_.settings;
-    switch (control) {
-    case RegModel:
-        settings.kind = static_cast<RegressionKind>(ValueAs<int>(control));
-        ShowStrata();
-        break;
-    case RegStrataCodes:
-        settings.strata = ValueAs<std::vector<double>>(control);
-        break;
-    case RegDifferentBaselines:
-        settings.differentBaselines = ValueAs<bool>(control);
-        break;
-    case RegNonDefault:
-        settings.nonDefaultEstimation = ValueAs<bool>(control);
-        settings.estimationAsked = settings.nonDefaultEstimation && Analysis().IsOleAutomation();
-        break;
-    case RegMissing:
-        settings.substituteMeans = ValueAs<int>(control) == RegPutMeans;
-        break;
-    default:
-        SpecificationDialog::OnValueChanged(control);
+    if (control != RegModel) {
+        RegressionSpecification::OnValueChanged(control);
+        return;
     }
+    State().settings.kind = static_cast<RegressionKind>(ValueAs<int>(control));
+    ShowStrata();
 }
 
 bool CDefineRegDlg::CovariatesAreValid() {
@@ -91,7 +68,7 @@ bool CDefineRegDlg::CovariatesAreValid() {
 }
 
 bool CDefineRegDlg::SelectionsAreValid() {
-    const RegressionModel* const model = FindRegressionModel(state_.settings.kind);
+    const RegressionModel* const model = FindRegressionModel(State().settings.kind);
     if (model == nullptr) {
         ShowMessage(StrNotBuiltYet);
         return false;

@@ -1,14 +1,12 @@
 #pragma once
 
-#include "module/regression/RegressionState.h"
-#include "module/resources/Regression.h"
-#include "module/survdata/SpecificationDialog.h"
+#include "module/regression/RegressionSpecification.h"
 
 namespace ozm::survival {
 
 /// Specification of a regression model: model, times and censoring indicator, covariates, strata. OK checks
 /// the selections and goes on to the preparation of the data.
-class CDefineRegDlg final : public SpecificationDialog {
+class CDefineRegDlg final : public RegressionSpecification {
 public:
     CDefineRegDlg(CAnalysisSupport& host, SharedSettings& shared, RegressionState& state);
 
@@ -16,7 +14,6 @@ protected:
     void OnOpen() override;
     void OnValueChanged(int control) override;
     void Run() override;
-    [[nodiscard]] int NotEnoughMemoryString() const override { return StrRegNoMemory; }
 
 private:
     /// The settings of strata are greyed out for a model that has none.
@@ -24,8 +21,6 @@ private:
     /// False after a message about what is wrong.
     bool SelectionsAreValid();
     bool CovariatesAreValid();
-
-    RegressionState& state_;
 };
 
 } // namespace ozm::survival

@@ -3,6 +3,7 @@
 #include "module/regression/data/DataChecks.h"
 #include "module/resources/Regression.h"
 #include "module/resources/Resources.h"
+#include "module/resources/TimeDependent.h"
 #include "module/survdata/ReadingNotes.h"
 #include "module/survdata/ReportLines.h"
 #include "module/survdata/SelectionChecks.h"
@@ -20,7 +21,7 @@ std::string MissingByCovariate(const RegressionResults& results) {
     for (std::size_t k = 0; k < results.missing.size(); ++k)
         if (results.missing[k] > 0)
             counts.push_back(
-                Filled(StrRegCountOf, {Quoted(results.names[k]), FormatCount(results.missing[k])}));
+                Filled(StrRegCountOf, {Quoted(results.variableNames[k]), FormatCount(results.missing[k])}));
     return Listed(counts, 0);
 }
 
@@ -59,6 +60,7 @@ int RegressionMessage(RegressionStatus status) {
         {RegressionStatus::ConstantTimes, StrRegConstantTimes},
         {RegressionStatus::BadStrata, StrRegBadStratum},
         {RegressionStatus::BadScale, StrRegBadScale},
+        {RegressionStatus::BadExpression, StrTimeFault},
     };
     return MessageOf(status, messages);
 }
@@ -79,17 +81,17 @@ std::string DescribeDataFault(CAnalysisSupport& host, const SharedSettings& shar
     case RegressionStatus::TooFewUncensored:
         return Filled(StrRegUncensoredDetail, {count(sample.Events()), count(sample.Cases())}) + reading;
     case RegressionStatus::FewValues:
-        return Filled(StrRegValuesDetail, {Quoted(results.names[covariate]),
+        return Filled(StrRegValuesDetail, {Quoted(results.variableNames[covariate]),
                                            count(ValidOtherwise(results) - results.missing[covariate]),
                                            count(ValidOtherwise(results))});
     case RegressionStatus::ConstantCovariate:
         return Filled(StrRegConstantDetail,
-                      {Quoted(results.names[covariate]), FormatExact(sample.Column(covariate)[0]),
+                      {Quoted(results.variableNames[covariate]), FormatExact(sample.Column(covariate)[0]),
                        count(sample.Cases())});
     case RegressionStatus::BadScale: {
         const auto [least, largest] = std::ranges::minmax(sample.Column(covariate));
         return Filled(StrRegScaleDetail,
-                      {Quoted(results.names[covariate]), FormatNumber(least), FormatNumber(largest)});
+                      {Quoted(results.variableNames[covariate]), FormatNumber(least), FormatNumber(largest)});
     }
     case RegressionStatus::ConstantTimes:
         return Filled(StrRegTimesDetail, {count(sample.Cases()), FormatExact(sample.Times()[0])});

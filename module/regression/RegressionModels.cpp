@@ -9,7 +9,7 @@ namespace ozm::survival {
 
 const RegressionModel* FindRegressionModel(RegressionKind kind) {
     static constexpr const RegressionModel* models[] = {&coxModel, &exponentialModel, &lognormalModel,
-                                                        &normalModel};
+                                                        &normalModel, &timeDependentModel};
     const auto* const found = std::ranges::find(models, kind, [](const auto* model) { return model->kind; });
     return found != std::end(models) ? *found : nullptr;
 }

@@ -32,6 +32,8 @@ struct EstimationRun {
     CAnalysisSupport& host;
     RegressionSample& sample;
     const std::vector<std::string>& covariates; ///< their names
+    const CompiledCovariates& compiled;         ///< where expressions define them
+    const std::vector<int>& variables;          ///< in the sample's columns
     std::size_t strata = 1;
     IterationLimits limits;
     bool startGiven = false; ///< start values other than the model's own

@@ -2,6 +2,8 @@
 
 #include "module/regression/data/RegressionSample.h"
 #include "module/regression/estimation/DampedNewton.h"
+#include "module/regression/timedependent/CompiledCovariates.h"
+#include "module/regression/timedependent/CovariateList.h"
 #include "module/survdata/CaseReader.h"
 
 #include <cstddef>
@@ -26,6 +28,7 @@ struct RegressionSettings {
     RegressionKind kind = RegressionKind::ProportionalHazards;
     std::int16_t timeDependentCovariates = 0; ///< 4 with time-dependent covariates
     std::vector<double> strata; ///< codes of the stratification variable; empty: all that it has
+    std::vector<DefinedCovariate> expressions; ///< with time-dependent covariates
     double convergenceCriterion = 0.0001;
     std::int16_t maximumIterations = 50;
     std::vector<double> startValues;  ///< one per parameter; empty: the model's own
@@ -52,8 +55,10 @@ struct RegressionResults {
     RegressionKind kind = RegressionKind::ProportionalHazards;
     RegressionSample sample;
     ReadingCounts reading;
-    std::vector<int> covariates;             ///< numbers of the variables
-    std::vector<std::string> names;          ///< and their names
+    std::vector<int> covariates;             ///< numbers of the variables that are read for them
+    std::vector<std::string> variableNames;  ///< of these
+    std::vector<std::string> names;          ///< of the covariates: the same, unless expressions define them
+    CompiledCovariates compiled;             ///< where they do
     std::vector<std::string> parameterNames; ///< these, and of parameters that the model has besides
     std::vector<std::int32_t> missing;       ///< per covariate: cases, valid otherwise, without a value of it
     bool meansSubstituted = false;           ///< in these; else they were left out

@@ -17,7 +17,8 @@ enum class RegressionStatus : std::int16_t {
     ConstantCovariate = 13, ///< a covariate has one value only
     ConstantTimes = 14,
     BadStrata = 16, ///< codes of the stratification variable
-    BadScale = 17,  ///< a covariate's values are too large or too small to compute with
+    BadExpression = 18,
+    BadScale = 17, ///< a covariate's values are too large or too small to compute with
 };
 
 } // namespace ozm::survival

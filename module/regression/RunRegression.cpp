@@ -6,6 +6,7 @@
 #include "module/regression/data/RegressionReader.h"
 #include "module/regression/estimation/IterationLines.h"
 #include "module/resources/Regression.h"
+#include "module/resources/TimeDependent.h"
 #include "module/survdata/AnalysisRun.h"
 #include "module/survdata/ChosenCodes.h"
 #include "module/survdata/ReportLines.h"
@@ -28,6 +29,7 @@ struct Preparation {
     RegressionState& state;
     DataFault fault;
     ChosenCodes strata;
+    CompiledCovariates::Fault expressionFault;
     std::string details; ///< of a failure: the data are released before the message is shown
 
     RegressionStatus Compute() {
@@ -38,9 +40,28 @@ struct Preparation {
 
 private:
     RegressionStatus Prepare();
+    bool TakeCovariates();
     bool TakeStrata();
     [[nodiscard]] std::string Describe(RegressionStatus status) const;
 };
+
+bool Preparation::TakeCovariates() {
+    RegressionResults& results = state.results;
+    const bool byExpressions = results.kind == RegressionKind::TimeDependent;
+    if (byExpressions) {
+        expressionFault = results.compiled.Compile(host, state.settings.expressions);
+        if (!expressionFault.text.empty()) return false;
+    }
+    results.covariates = byExpressions ? results.compiled.Variables() : shared.List(ListCovariates);
+    for (const int variable : results.covariates)
+        results.variableNames.push_back(VariableName(host, variable));
+    results.names = results.variableNames;
+    if (!byExpressions) return true;
+    results.names.clear();
+    for (const DefinedCovariate& each : state.settings.expressions)
+        results.names.push_back(each.name);
+    return true;
+}
 
 bool Preparation::TakeStrata() {
     RegressionResults& results = state.results;
@@ -57,9 +78,7 @@ RegressionStatus Preparation::Prepare() {
     results.Release();
     results.kind = state.settings.kind;
     const RegressionModel& model = *FindRegressionModel(results.kind);
-    results.covariates = shared.List(ListCovariates);
-    for (const int variable : results.covariates)
-        results.names.push_back(VariableName(host, variable));
+    if (!TakeCovariates()) return RegressionStatus::BadExpression;
     state.ForgetValuesOfOthers();
     if (!TakeStrata()) return RegressionStatus::BadStrata;
     const RegressionStatus status = ReadRegression(host, shared, state.settings, results);
@@ -74,6 +93,10 @@ RegressionStatus Preparation::Prepare() {
 }
 
 std::string Preparation::Describe(RegressionStatus status) const {
+    if (status == RegressionStatus::BadExpression) {
+        const DefinedCovariate& at = state.settings.expressions[expressionFault.covariate];
+        return Filled(StrTimeFaultDetail, {at.name, at.expression, expressionFault.text});
+    }
     if (status != RegressionStatus::BadStrata)
         return DescribeDataFault(host, shared, state.results, status, fault.covariate);
     const int variable = state.results.stratumVariable;
@@ -163,6 +186,8 @@ EstimationEnd Estimation::Compute(StatusLine& line) {
     EstimationRun run{.host = host_,
                       .sample = results.sample,
                       .covariates = results.names,
+                      .compiled = results.compiled,
+                      .variables = results.covariates,
                       .strata = std::max<std::size_t>(results.strata.size(), 1),
                       .limits = {.criterion = results.criterion},
                       .startGiven = !start.empty() && start != model_.start(results.sample),
@@ -215,7 +240,7 @@ std::string Estimation::Describe(EstimationEnd end) const {
 
 bool PrepareRegression(CAnalysisSupport& host, SharedSettings& shared, RegressionState& state,
                        CAnalysisDialog* window) {
-    Preparation preparation{host, shared, state, {}, {}, {}};
+    Preparation preparation{host, shared, state, {}, {}, {}, {}};
     return RunAnalysis(
         host, window, StrReadingDataFile, [&](StatusLine& /*line*/) { return preparation.Compute(); },
         [&] { state.results.Release(); }, RegressionMessage,

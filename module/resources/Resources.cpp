@@ -8,6 +8,7 @@
 #include "module/resources/RegressionResults.h"
 #include "module/resources/Shared.h"
 #include "module/resources/Startup.h"
+#include "module/resources/TimeDependent.h"
 #include "module/resources/TwoSamples.h"
 
 #include <algorithm>
@@ -21,9 +22,10 @@ namespace {
 // The only place that knows the resources of all analyses.
 
 constexpr std::span<const StringResource> stringTables[] = {
-    startupStrings,          sharedStrings,    groupStrings,           kaplanStrings,
-    twoSampleStrings,        kSampleStrings,   lifeTableStrings,       regressionStrings,
-    regressionResultStrings, coxResultStrings, parametricResultStrings};
+    startupStrings,   sharedStrings,           groupStrings,
+    kaplanStrings,    twoSampleStrings,        kSampleStrings,
+    lifeTableStrings, regressionStrings,       regressionResultStrings,
+    coxResultStrings, parametricResultStrings, timeDependentStrings};
 
 constexpr const DialogTemplate* dialogs[] = {&taskTemplate,
                                              &lifeRawTemplate,
@@ -36,6 +38,7 @@ constexpr const DialogTemplate* dialogs[] = {&taskTemplate,
                                              &ksTemplate,
                                              &ksResultsTemplate,
                                              &regressionTemplate,
+                                             &timeDependentTemplate,
                                              &estimationSpecificationTemplate,
                                              &estimationTemplates[0],
                                              &estimationTemplates[1],
@@ -43,19 +46,11 @@ constexpr const DialogTemplate* dialogs[] = {&taskTemplate,
                                              &regressionResultsTemplate};
 
 /// In the library's order of declaration.
-constexpr AutomationInterface interfaces[] = {startupInterface,
-                                              lifeRawInterface,
-                                              lifeTableInterface,
-                                              lifeResultsInterface,
-                                              kaplanInterface,
-                                              kaplanResultsInterface,
-                                              twoInterface,
-                                              twoResultsInterface,
-                                              ksInterface,
-                                              ksResultsInterface,
-                                              regressionInterface,
-                                              estimationInterface,
-                                              regressionResultsInterface};
+constexpr AutomationInterface interfaces[] = {
+    startupInterface,    lifeRawInterface,          lifeTableInterface,  lifeResultsInterface,
+    kaplanInterface,     kaplanResultsInterface,    twoInterface,        twoResultsInterface,
+    ksInterface,         ksResultsInterface,        regressionInterface, timeDependentInterface,
+    estimationInterface, regressionResultsInterface};
 
 constexpr std::string_view surMethod[] = {"scSurLifeTablesAndDistributions", "scSurKaplanMeierProductLimit",
                                           "scSurComparingTwoSamples",        "scSurComparingMultipleSamples",

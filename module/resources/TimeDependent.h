@@ -41,11 +41,110 @@
     S(StrTimeLongName, 21527, "The name %1 of a covariate has %2 characters; there is room for 8.") \
     S(StrTimeLongExpression, 21528, "The expression of %1 has %2 characters; there is room for 60.") \
     S(StrTimeCounts, 21529, "Names of covariates: %1; expressions: %2.") \
-    S(StrTimeFailed, 21530, "%1 cannot be computed for case %2 at time %3.")
+    S(StrTimeFailed, 21530, "%1 cannot be computed for case %2 at time %3.") \
+    S(StrTimeHint, 21531, "Over the variables of the data and T_, the time, such as age * log(T_)") \
+    S(StrTimeBadCovariate, 21532, "The covariate cannot be used.")
 // clang-format on
 
 namespace ozm::survival {
 
 OZM_STRINGS(timeDependentStrings, OZM_TIME_DEPENDENT_STRINGS);
+
+/// Place of the stratification variable among the boxes.
+inline constexpr int RoleStrataOfTimeDependent = 2;
+
+enum TimeDependentControl : int {
+    TimeTable = 1040,
+    TimeName = 1041,
+    TimeExpression = 1042,
+    TimeAdd = 1043,
+    TimeReplace = 1044,
+    TimeDelete = 1045,
+    TimeOpen = 1046,
+    TimeSave = 1047,
+    TimeNames = 1048,
+    TimeExpressions = 1049,
+};
+
+inline constexpr RoleTemplate timeDependentRoles[] = {
+    {"Survival times (1), dates (2 or 6):", ListSurvivalTimes, 1, 6, true},
+    censoringRole,
+    {"Stratification variable (optional):", ListStrata, 0, 1},
+};
+inline constexpr int timeColumns[] = {StrTimeColName, StrTimeColExpression};
+
+inline constexpr ControlTemplate timeDependentControls[] = {
+    {.id = SpecifyVariables,
+     .kind = ControlKind::VariableSelection,
+     .text = "&Variables",
+     .roles = timeDependentRoles},
+    completeCodeField,
+    censoredCodeField,
+    {.id = TimeTable,
+     .kind = ControlKind::List,
+     .text = "Select/specify covariates (expressions)",
+     .columns = timeColumns,
+     .onDelete = TimeDelete},
+    {.id = TimeName, .kind = ControlKind::Text, .text = "&Name:", .most = 8, .onEnter = TimeAdd},
+    {.id = TimeExpression,
+     .kind = ControlKind::Text,
+     .text = "&Expression:",
+     .hint = StrTimeHint,
+     .most = 60,
+     .onEnter = TimeAdd,
+     .isExpression = true},
+    {.id = TimeAdd, .text = "&Add", .beside = TimeTable},
+    {.id = TimeReplace, .text = "&Replace", .beside = TimeTable},
+    {.id = TimeDelete, .text = "&Delete", .beside = TimeTable},
+    {.id = TimeOpen, .text = "&Open...", .beside = TimeTable},
+    {.id = TimeSave, .text = "&Save...", .beside = TimeTable},
+    {.id = TimeNames, .kind = ControlKind::TextList, .text = "Names of the covariates", .hidden = true},
+    {.id = TimeExpressions,
+     .kind = ControlKind::TextList,
+     .text = "Expressions of the covariates",
+     .hidden = true},
+    {.id = RegStrataCodes,
+     .kind = ControlKind::CodeList,
+     .text = "Codes of the s&trata (none: all):",
+     .codesOfRole = RoleStrataOfTimeDependent,
+     .hint = StrRegStrataHint},
+    {.id = RegDifferentBaselines,
+     .kind = ControlKind::CheckBox,
+     .text = "E&qual coefficients, different baseline h0 (in stratified analysis)",
+     .hint = StrRegBaselinesHint},
+    {.id = RegNonDefault,
+     .kind = ControlKind::CheckBox,
+     .text = "Non-default no. iterations, start values, etc."},
+    {.id = RegMissing,
+     .kind = ControlKind::RadioGroup,
+     .text = "Missing values of variables",
+     .choices = regressionMissing},
+    okButton,
+    cancelButton,
+    selectCasesButton,
+    caseWeightsButton,
+};
+inline constexpr DialogTemplate timeDependentTemplate{
+    3061, "Proportional Hazard Model with Time-Dependent Covariates", quickPage, timeDependentControls};
+
+inline constexpr AutomationMember timeDependentMembers[] = {
+    variablesMember,
+    completeCodeMember,
+    censoredCodeMember,
+    regressionMembers[4],
+    regressionMembers[5],
+    regressionMembers[6],
+    regressionMembers[7],
+    regressionMembers[8],
+    {"TimeDependentCovariateNames", MemberKind::Property, MemberType::Texts, TimeNames,
+     "Names of time dependent covariates"},
+    {"TimeDependentCovariateExpressions", MemberKind::Property, MemberType::Texts, TimeExpressions,
+     "Expression for time dependent covariates"},
+    OutputMember("OpenExpressions", TimeOpen, "Open expressions for time dependent covariates"),
+    OutputMember("SaveExpressions", TimeSave, "Save expressions for time dependent covariates"),
+};
+inline constexpr AutomationInterface timeDependentInterface{
+    "SurRegressionTimeDependent", "CDefineRegDlg2",
+    "Survival Analysis regression models dialog, for time dependent covariates", timeDependentMembers};
 
 } // namespace ozm::survival

@@ -43,7 +43,8 @@ DataFault CheckRegressionData(const RegressionResults& results, RegressionStatus
     if (events == 0) return {RegressionStatus::NoUncensored};
     if (events < 2) return {RegressionStatus::TooFewUncensored};
     if (const auto few = CovariateWithFewValues(results)) return {RegressionStatus::FewValues, *few};
-    if (const auto unusable = UnusableCovariate(sample)) return *unusable;
+    if (results.kind != RegressionKind::TimeDependent)
+        if (const auto unusable = UnusableCovariate(sample)) return *unusable;
     if (std::ranges::all_of(sample.Times(), [&](double time) { return time == sample.Times().front(); }))
         return {RegressionStatus::ConstantTimes};
     return {};

@@ -6,6 +6,7 @@ namespace ozm::survival {
 
 extern const RegressionModel coxModel;
 extern const RegressionModel exponentialModel;
+extern const RegressionModel timeDependentModel;
 extern const RegressionModel lognormalModel;
 extern const RegressionModel normalModel;
 

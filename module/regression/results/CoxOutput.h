@@ -11,6 +11,7 @@ namespace ozm::survival {
 // The outputs of the proportional hazards model.
 
 extern const ModelResults coxResults;
+extern const ModelResults timeDependentResults;
 
 /// Plot 1: the survival function at the means of the covariates, a curve per stratum.
 OutputResult PlotCoxSurvival(const RegReportOf& of);

@@ -93,6 +93,8 @@ ComparedModel Fit(const RegReportOf& of, RegressionKind kind, RegressionSample& 
         .host = of.host,
         .sample = sample,
         .covariates = results.names,
+        .compiled = results.compiled,
+        .variables = results.covariates,
         .limits = {results.criterion, std::max(mostIterations, int{of.state.settings.maximumIterations})},
         .parameters = parameters,
         .estimate = estimate,

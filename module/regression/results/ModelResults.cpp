@@ -13,8 +13,9 @@ const ModelResults& ResultsOf(RegressionKind kind) {
         return lognormalResults;
     case RegressionKind::Normal:
         return normalResults;
-    case RegressionKind::ProportionalHazards:
     case RegressionKind::TimeDependent:
+        return timeDependentResults;
+    case RegressionKind::ProportionalHazards:
         return coxResults;
     }
     return coxResults;

@@ -83,7 +83,7 @@ void AddCounts(const RegReportOf& of, std::vector<std::string>& lines) {
     std::vector<std::string> missing;
     for (std::size_t k = 0; k < results.missing.size(); ++k)
         if (results.missing[k] > 0)
-            missing.push_back(results.names[k] + " " + FormatCount(results.missing[k]));
+            missing.push_back(results.variableNames[k] + " " + FormatCount(results.missing[k]));
     if (!missing.empty())
         AddList(lines, Whole(results.meansSubstituted ? StrRegReplaced : StrRegMissingLeftOut), missing);
 }

@@ -1,30 +1,24 @@
 #include "module/regression/timedependent/CompiledCovariates.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ozm::survival {
 
 CompiledCovariates::Fault CompiledCovariates::Compile(CAnalysisSupport& host,
                                                       std::span<const DefinedCovariate> covariates) {
-    compiled_.clear();
+    expressions_.clear();
     variables_.clear();
-    const int time = host.NumberOfVariables() + 1;
+    timeReference_ = host.NumberOfVariables() + 1;
     const std::vector<std::string> names{std::string{timeName}};
     for (std::size_t k = 0; k < covariates.size(); ++k) {
-        Compiled each;
+        std::unique_ptr<CompiledExpression> expression;
         std::string error;
-        if (host.COMP(covariates[k].expression, names, each.expression, error) != 0) return {k, error};
-        for (const int reference : each.expression->References()) {
-            if (reference == time) {
-                each.dependsOnTime = true;
-                each.inputs.push_back(ofTime);
-                continue;
-            }
-            const auto place = std::ranges::find(variables_, reference);
-            each.inputs.push_back(static_cast<std::size_t>(place - variables_.begin()));
-            if (place == variables_.end()) variables_.push_back(reference);
-        }
-        compiled_.push_back(std::move(each));
+        if (host.COMP(covariates[k].expression, names, expression, error) != 0) return {k, error};
+        for (const int reference : expression->References())
+            if (reference != timeReference_ && std::ranges::find(variables_, reference) == variables_.end())
+                variables_.push_back(reference);
+        expressions_.push_back(std::move(expression));
     }
     return {};
 }

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "module/regression/RegressionSpecification.h"
+
+namespace ozm::survival {
+
+/// Specification of a proportional hazards model whose covariates are expressions over the variables of the
+/// data and the time: a list of them, kept in files if wanted. OK checks the selections and goes on to the
+/// preparation of the data.
+class CDefineRegDlg2 final : public RegressionSpecification {
+public:
+    CDefineRegDlg2(CAnalysisSupport& host, SharedSettings& shared, RegressionState& state);
+
+protected:
+    void OnOpen() override;
+    bool OnCommand(int control) override;
+    void OnValueChanged(int control) override;
+    void Run() override;
+
+private:
+    /// Shows the list, with a row selected (-1: none).
+    void ShowList(int selected);
+    /// Puts the fields into the list: as a new covariate, or in place of the one selected. False after a
+    /// message.
+    bool TakeFields(bool replace);
+    bool Delete();
+    bool Open();
+    /// False after a message about what is wrong.
+    bool CovariatesAreValid();
+};
+
+} // namespace ozm::survival

@@ -51,7 +51,7 @@ protected:
             results.names.push_back("x" + std::to_string(k + 1));
         const RegressionModel& model = *FindRegressionModel(kind);
         results.kind = kind;
-        results.parameterNames = results.names;
+        results.variableNames = results.parameterNames = results.names;
         for (const int own : model.ownParameters)
             results.parameterNames.push_back(Whole(own));
         results.covariates.assign(results.names.size(), 0);
@@ -66,6 +66,8 @@ protected:
         EstimationRun run{.host = analysis,
                           .sample = results.sample,
                           .covariates = results.names,
+                          .compiled = results.compiled,
+                          .variables = results.covariates,
                           .strata = strata.size(),
                           .limits = {criterion, 20000},
                           .parameters = results.estimates,

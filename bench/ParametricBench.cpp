@@ -16,7 +16,7 @@ namespace survival = ozm::survival;
 /// Means and deviations, the model with its covariances, and the null model.
 void fitParametric(benchmark::State& state, survival::RegressionKind kind) {
     const auto cases = korvana::bench::casesWith(state.range(0));
-    const survival::RegressionModel& model = *survival::FindRegressionModel(kind);
+    const survival::RegressionModel& model = survival::ModelOf(kind);
     const std::vector<std::string> names(cases[0].x.size());
     survival::RegressionSample sample;
     survival::NewtonEstimate estimate;

@@ -30,9 +30,8 @@ void CDefineRegDlg::OnOpen() {
 }
 
 void CDefineRegDlg::ShowStrata() {
-    const RegressionModel* const model = FindRegressionModel(State().settings.kind);
     for (const int control : {RegStrataCodes, RegDifferentBaselines})
-        Enable(control, model == nullptr || model->stratified);
+        Enable(control, ModelOf(State().settings.kind).stratified);
 }
 
 void CDefineRegDlg::OnValueChanged(int control) {
@@ -68,14 +67,9 @@ bool CDefineRegDlg::CovariatesAreValid() {
 }
 
 bool CDefineRegDlg::SelectionsAreValid() {
-    const RegressionModel* const model = FindRegressionModel(State().settings.kind);
-    if (model == nullptr) {
-        ShowMessage(StrNotBuiltYet);
-        return false;
-    }
     if (!CommonSelectionsAreValid() || !CovariatesAreValid()) return false;
     const int strata = Shared().First(ListStrata);
-    if (strata == 0 || model->stratified) return true;
+    if (strata == 0 || ModelOf(State().settings.kind).stratified) return true;
     ShowMessage(StrRegCannotBeStratified,
                 Filled(StrRegCannotBeStratifiedWay, {QuotedName(Analysis(), strata)}));
     return false;

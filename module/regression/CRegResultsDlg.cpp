@@ -97,11 +97,8 @@ std::string CRegResultsDlg::Reason(int message) const {
     if (message != StrRegNotOfModel) return {};
     std::vector<std::string> models;
     for (const RegressionKind kind : kinds)
-        if (const RegressionModel* model = FindRegressionModel(kind);
-            model != nullptr && ResultsOf(kind).Find(refused_) != nullptr)
-            models.push_back(Whole(model->name));
-    return "\n" +
-           Filled(StrRegOnlyOf, {Listed(models, StrAnd), Whole(FindRegressionModel(results.kind)->name)});
+        if (ResultsOf(kind).Find(refused_) != nullptr) models.push_back(Whole(ModelOf(kind).name));
+    return "\n" + Filled(StrRegOnlyOf, {Listed(models, StrAnd), Whole(ModelOf(results.kind).name)});
 }
 
 } // namespace ozm::survival

@@ -13,8 +13,7 @@ namespace ozm::survival {
 namespace {
 
 std::string ModelInWords(CAnalysisSupport& host, const SharedSettings& shared, RegressionKind kind) {
-    std::string text;
-    if (const RegressionModel* const model = FindRegressionModel(kind)) text = Text(model->name);
+    std::string text{Text(ModelOf(kind).name)};
     const auto line = [&](int id, const std::string& value) { text += "\n" + Filled(id, {value}); };
     line(StrRegTimesInWords, TimesName(host, shared));
     line(StrRegCensoringInWords, VariableName(host, shared.First(ListCensoring)));

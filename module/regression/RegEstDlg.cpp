@@ -49,7 +49,7 @@ bool RegEstDlg::OnCommand(int control) {
 bool RegEstDlg::EditStartValues() {
     const auto& given = ValueAs<std::vector<double>>(RegStartValues);
     const RegressionResults& results = State().results;
-    std::vector<double> values = FindRegressionModel(results.kind)->start(results.sample);
+    std::vector<double> values = ModelOf(results.kind).start(results.sample, results.names.size());
     std::copy_n(given.begin(), std::min(given.size(), values.size()), values.begin());
     if (!Analysis().GetStartValues(results.parameterNames, values)) return false;
     SetValue(RegStartValues, std::move(values));

@@ -2,16 +2,22 @@
 
 #include "module/regression/models/Models.h"
 
-#include <algorithm>
-#include <iterator>
-
 namespace ozm::survival {
 
-const RegressionModel* FindRegressionModel(RegressionKind kind) {
-    static constexpr const RegressionModel* models[] = {&coxModel, &exponentialModel, &lognormalModel,
-                                                        &normalModel, &timeDependentModel};
-    const auto* const found = std::ranges::find(models, kind, [](const auto* model) { return model->kind; });
-    return found != std::end(models) ? *found : nullptr;
+const RegressionModel& ModelOf(RegressionKind kind) {
+    switch (kind) {
+    case RegressionKind::Exponential:
+        return exponentialModel;
+    case RegressionKind::Lognormal:
+        return lognormalModel;
+    case RegressionKind::Normal:
+        return normalModel;
+    case RegressionKind::TimeDependent:
+        return timeDependentModel;
+    case RegressionKind::ProportionalHazards:
+        break;
+    }
+    return coxModel;
 }
 
 } // namespace ozm::survival

@@ -2,6 +2,7 @@
 
 #include "module/regression/RegressionState.h"
 #include "module/regression/estimation/DampedNewton.h"
+#include "module/regression/estimation/Diagnosis.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -56,19 +57,20 @@ struct RegressionModel {
     /// Continued, it takes further iterations and counts on; else it begins a run with a higher maximum.
     bool countsOn = false;
     int firstText = 0; ///< what the status line shows first
-    /// The model's own start values.
-    std::vector<double> (*start)(const RegressionSample& sample) = nullptr;
+    /// The model's own start values, for so many covariates.
+    std::vector<double> (*start)(const RegressionSample& sample, std::size_t covariates) = nullptr;
     /// Estimates the parameters. The sample may be put into another order, and stays in it.
     Outcome (*fit)(EstimationRun& run) = nullptr;
     /// What the data say about an outcome, in sentences: after an estimation warnings, else the reasons.
     std::vector<std::string> (*explain)(const EstimationRun& run, const Outcome& outcome) = nullptr;
+    /// The same, by covariates; of models that can be stratified.
+    Diagnosis (*diagnose)(const EstimationRun& run, const Outcome& outcome) = nullptr;
 
     [[nodiscard]] std::size_t Parameters(std::size_t covariates) const {
         return covariates + ownParameters.size();
     }
 };
 
-/// nullptr for a kind that this version does not have.
-const RegressionModel* FindRegressionModel(RegressionKind kind);
+const RegressionModel& ModelOf(RegressionKind kind);
 
 } // namespace ozm::survival

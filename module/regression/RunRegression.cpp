@@ -77,13 +77,12 @@ RegressionStatus Preparation::Prepare() {
     RegressionResults& results = state.results;
     results.Release();
     results.kind = state.settings.kind;
-    const RegressionModel& model = *FindRegressionModel(results.kind);
     if (!TakeCovariates()) return RegressionStatus::BadExpression;
     state.ForgetValuesOfOthers();
     if (!TakeStrata()) return RegressionStatus::BadStrata;
     const RegressionStatus status = ReadRegression(host, shared, state.settings, results);
     results.parameterNames = results.names;
-    for (const int own : model.ownParameters)
+    for (const int own : ModelOf(results.kind).ownParameters)
         results.parameterNames.push_back(Whole(own));
     fault = CheckRegressionData(results, status);
     if (fault.status != RegressionStatus::Success) return fault.status;
@@ -115,7 +114,7 @@ enum class EstimationEnd : std::uint8_t { Success, NoMemory, Stopped, NotEstimat
 class Estimation {
 public:
     Estimation(CAnalysisSupport& host, RegressionState& state, CAnalysisDialog* window)
-        : host_(host), state_(state), window_(window), model_(*FindRegressionModel(state.results.kind)) {}
+        : host_(host), state_(state), window_(window), model_(ModelOf(state.results.kind)) {}
 
     EstimationEnd Compute(StatusLine& line);
     [[nodiscard]] int Message(EstimationEnd end) const;
@@ -190,7 +189,8 @@ EstimationEnd Estimation::Compute(StatusLine& line) {
                       .variables = results.covariates,
                       .strata = std::max<std::size_t>(results.strata.size(), 1),
                       .limits = {.criterion = results.criterion},
-                      .startGiven = !start.empty() && start != model_.start(results.sample),
+                      .startGiven =
+                          !start.empty() && start != model_.start(results.sample, results.names.size()),
                       .parameters = results.estimates,
                       .estimate = results.estimate,
                       .show = {},

@@ -13,8 +13,7 @@
     S(StrRegression, 105, "Regression models ") \
     S(StrTimeDependent, 204, "Time-dependent covariates") \
     S(StrAnalysisName, 12363, "Survival Analysis") \
-    S(StrReportTitle, 20000, "KORVANA: SURVIVAL ANALYSIS") \
-    S(StrNotBuiltYet, 20001, "This analysis is not part of this version yet; choose another one.")
+    S(StrReportTitle, 20000, "KORVANA: SURVIVAL ANALYSIS")
 // clang-format on
 
 namespace ozm::survival {

@@ -14,7 +14,7 @@ namespace ozm::survival {
 namespace {
 
 /// No effects, and the mean time of all cases.
-std::vector<double> Start(const RegressionSample& sample) {
+std::vector<double> Start(const RegressionSample& sample, std::size_t /*covariates*/) {
     std::vector<double> parameters(sample.Covariates() + 1, 0.0);
     const double time = std::accumulate(sample.Times().begin(), sample.Times().end(), 0.0);
     parameters.back() = std::log(time / sample.Events());

@@ -161,11 +161,11 @@ std::vector<double> StartOf(const RegressionSample& sample, std::span<const doub
     return parameters;
 }
 
-std::vector<double> StartLognormal(const RegressionSample& sample) {
+std::vector<double> StartLognormal(const RegressionSample& sample, std::size_t /*covariates*/) {
     return StartOf(sample, Logarithms(sample.Times()));
 }
 
-std::vector<double> StartNormal(const RegressionSample& sample) {
+std::vector<double> StartNormal(const RegressionSample& sample, std::size_t /*covariates*/) {
     return StartOf(sample, sample.Times());
 }
 

@@ -1,6 +1,7 @@
 #include "module/regression/RegressionMessages.h"
 #include "module/regression/data/ExpressionCovariates.h"
 #include "module/regression/models/Models.h"
+#include "module/regression/models/ProportionalHazards.h"
 #include "module/regression/timedependent/FitTimeDependentCox.h"
 #include "module/regression/timedependent/TimeDiagnosis.h"
 #include "module/resources/Regression.h"
@@ -17,29 +18,6 @@ namespace {
 
 /// The most numbers that are kept of an evaluation: half a gigabyte. What does not fit is evaluated again.
 constexpr std::size_t mostKept = std::size_t{1} << 26U;
-
-std::vector<double> Start(const RegressionSample& /*sample*/) {
-    return {}; // zeros, as many as there are expressions
-}
-
-Outcome OutcomeOf(EstimationStatus status) {
-    const auto code = static_cast<int>(status);
-    switch (status) {
-    case EstimationStatus::Success:
-        return {};
-    case EstimationStatus::Stopped:
-        return {Ending::Stopped, code, 0, {}};
-    case EstimationStatus::NotConverged:
-        return {Ending::UsedUp, code, StrRegNotConverged, {}};
-    case EstimationStatus::Singular:
-        return {Ending::Failed, code, StrRegSingular, {}};
-    case EstimationStatus::NoLikelihood:
-        return {Ending::Failed, code, StrRegNoLikelihood, {}};
-    case EstimationStatus::InvalidOperation:
-        return {Ending::Failed, code, StrRegInvalidOperation, {}};
-    }
-    return {Ending::Failed, code, StrRegNoLikelihood, {}};
-}
 
 /// The estimation with its covariates, and the room for their values.
 struct Fitting {
@@ -70,17 +48,18 @@ Outcome Fit(EstimationRun& run) {
     return outcome;
 }
 
-std::vector<std::string> Explain(const EstimationRun& run, const Outcome& outcome) {
-    if (outcome.code == static_cast<int>(EstimationStatus::InvalidOperation)) return {};
-    Fitting fitting(run);
+Diagnosis Diagnose(const EstimationRun& run, const Outcome& outcome) {
     Diagnosis diagnosis;
+    if (outcome.code == static_cast<int>(EstimationStatus::InvalidOperation)) return diagnosis;
+    Fitting fitting(run);
     diagnosis.unbounded = FindUnbounded(fitting.cox);
     if (outcome.code == static_cast<int>(EstimationStatus::Singular))
         diagnosis.dependence = FindDependence(fitting.cox);
-    std::vector<std::string> texts = DescribeDiagnosis(run.covariates, run.strata > 1, diagnosis);
-    if (outcome.code != static_cast<int>(EstimationStatus::Singular) || !texts.empty()) return texts;
-    const auto count = static_cast<long long>(run.covariates.size());
-    return {run.startGiven ? Whole(StrRegTryZeros) : Filled(StrRegTooLittle, {FormatCount(count)})};
+    return diagnosis;
+}
+
+std::vector<std::string> Explain(const EstimationRun& run, const Outcome& outcome) {
+    return ExplainBy(Diagnose(run, outcome), run, outcome);
 }
 
 } // namespace
@@ -89,8 +68,9 @@ const RegressionModel timeDependentModel{.kind = RegressionKind::TimeDependent,
                                          .name = StrRegTimeDependent,
                                          .stratified = true,
                                          .firstText = StrSorting,
-                                         .start = Start,
+                                         .start = StartAtZero,
                                          .fit = Fit,
-                                         .explain = Explain};
+                                         .explain = Explain,
+                                         .diagnose = Diagnose};
 
 } // namespace ozm::survival

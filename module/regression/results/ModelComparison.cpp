@@ -81,7 +81,7 @@ std::string WhyNot(const RegressionModel& model, const EstimationRun& run, const
 ComparedModel Fit(const RegReportOf& of, RegressionKind kind, RegressionSample& sample) {
     const RegressionResults& results = of.Results();
     ComparedModel compared;
-    compared.model = FindRegressionModel(kind);
+    compared.model = &ModelOf(kind);
     compared.parameters = compared.model->Parameters(results.names.size());
     if (kind == results.kind) {
         Take(compared, results.estimates, results.estimate, results.sample);

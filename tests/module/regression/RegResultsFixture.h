@@ -49,7 +49,7 @@ protected:
         results.names = cases.names;
         for (std::size_t k = results.names.size(); k < cases.x.size(); ++k)
             results.names.push_back("x" + std::to_string(k + 1));
-        const RegressionModel& model = *FindRegressionModel(kind);
+        const RegressionModel& model = ModelOf(kind);
         results.kind = kind;
         results.variableNames = results.parameterNames = results.names;
         for (const int own : model.ownParameters)

@@ -56,7 +56,7 @@ OutputResult CRegResultsDlg::Output(int control) {
     case RegCovariances:
         return WriteParameterCovariances(Report());
     case RegMeans:
-        return WriteCovariateMeans(Report());
+        return ResultsOf(state_.results.kind).means(Report());
     default:
         break;
     }

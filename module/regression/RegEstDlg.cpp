@@ -2,6 +2,7 @@
 
 #include "module/regression/RegressionModels.h"
 #include "module/regression/RunRegression.h"
+#include "module/regression/results/TimeDependentOutput.h"
 #include "module/survdata/ReportLines.h"
 
 #include <algorithm>
@@ -30,6 +31,7 @@ RegEstDlg::RegEstDlg(CAnalysisSupport& host, const DialogTemplate& dialogTemplat
 void RegEstDlg::OnOpen() {
     ShowLimits();
     SetValue(RegStartValues, State().settings.startValues);
+    Enable(RegReviewExpressions, !State().results.defined.empty());
 }
 
 bool RegEstDlg::OnCommand(int control) {
@@ -41,6 +43,8 @@ bool RegEstDlg::OnCommand(int control) {
         return true;
     case RegEditStartValues:
         return EditStartValues();
+    case RegReviewExpressions:
+        return ReviewExpressions();
     default:
         return false;
     }
@@ -54,6 +58,12 @@ bool RegEstDlg::EditStartValues() {
     if (!Analysis().GetStartValues(results.parameterNames, values)) return false;
     SetValue(RegStartValues, std::move(values));
     return true;
+}
+
+bool RegEstDlg::ReviewExpressions() {
+    const OutputResult written = WriteDefinitions(Analysis(), State().results.defined);
+    if (written.message != 0) Analysis().DspMessageBox(MessageStyle::Error, this, written.message, {});
+    return written.made;
 }
 
 bool RegEstDlg::StartValuesAreValid() {

@@ -22,6 +22,7 @@ private:
     bool Estimate();
     bool StartValuesAreValid();
     bool EditStartValues();
+    bool ReviewExpressions();
 };
 
 } // namespace ozm::survival

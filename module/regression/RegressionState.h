@@ -58,7 +58,8 @@ struct RegressionResults {
     std::vector<int> covariates;             ///< numbers of the variables that are read for them
     std::vector<std::string> variableNames;  ///< of these
     std::vector<std::string> names;          ///< of the covariates: the same, unless expressions define them
-    CompiledCovariates compiled;             ///< where they do
+    std::vector<DefinedCovariate> defined;   ///< where they do
+    CompiledCovariates compiled;             ///< these
     std::vector<std::string> parameterNames; ///< these, and of parameters that the model has besides
     std::vector<std::int32_t> missing;       ///< per covariate: cases, valid otherwise, without a value of it
     bool meansSubstituted = false;           ///< in these; else they were left out

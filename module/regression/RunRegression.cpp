@@ -49,7 +49,8 @@ bool Preparation::TakeCovariates() {
     RegressionResults& results = state.results;
     const bool byExpressions = results.kind == RegressionKind::TimeDependent;
     if (byExpressions) {
-        expressionFault = results.compiled.Compile(host, state.settings.expressions);
+        results.defined = state.settings.expressions;
+        expressionFault = results.compiled.Compile(host, results.defined);
         if (!expressionFault.text.empty()) return false;
     }
     results.covariates = byExpressions ? results.compiled.Variables() : shared.List(ListCovariates);
@@ -58,7 +59,7 @@ bool Preparation::TakeCovariates() {
     results.names = results.variableNames;
     if (!byExpressions) return true;
     results.names.clear();
-    for (const DefinedCovariate& each : state.settings.expressions)
+    for (const DefinedCovariate& each : results.defined)
         results.names.push_back(each.name);
     return true;
 }
@@ -93,7 +94,7 @@ RegressionStatus Preparation::Prepare() {
 
 std::string Preparation::Describe(RegressionStatus status) const {
     if (status == RegressionStatus::BadExpression) {
-        const DefinedCovariate& at = state.settings.expressions[expressionFault.covariate];
+        const DefinedCovariate& at = state.results.defined[expressionFault.covariate];
         return Filled(StrTimeFaultDetail, {at.name, at.expression, expressionFault.text});
     }
     if (status != RegressionStatus::BadStrata)

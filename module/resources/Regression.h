@@ -134,6 +134,7 @@ inline constexpr ControlTemplate estimationControls[] = {
      .text = "&Start values:",
      .hint = StrRegStartHint},
     {.id = RegEditStartValues, .text = "Start &values by name..."},
+    {.id = RegReviewExpressions, .text = "&Review expressions"},
     okButton,
     cancelButton,
 };

@@ -43,7 +43,15 @@
     S(StrTimeCounts, 21529, "Names of covariates: %1; expressions: %2.") \
     S(StrTimeFailed, 21530, "%1 cannot be computed for case %2 at time %3.") \
     S(StrTimeHint, 21531, "Over the variables of the data and T_, the time, such as age * log(T_)") \
-    S(StrTimeBadCovariate, 21532, "The covariate cannot be used.")
+    S(StrTimeBadCovariate, 21532, "The covariate cannot be used.") \
+    S(StrTimeOut, 21533, "Proportional Hazards (Cox) Regression Results, Time-Dependent Covariates") \
+    S(StrTimeDefined, 21534, "    %1 = %2") \
+    S(StrTimeMeansNote, 21535, "The values are those of each case at its own survival time.") \
+    S(StrTimeKept, 21536, "Computing (values of the expressions are kept: %1 MB) ... ") \
+    S(StrTimeKeptInPart, 21537, \
+      "Computing (values of the expressions are kept as far as %1 MB go; the others are evaluated each time) ... ") \
+    S(StrTimeNotKept, 21538, "Computing (the expressions are evaluated each time) ... ") \
+    S(StrTimeEvaluation, 21539, "Iteration %1")
 // clang-format on
 
 namespace ozm::survival {

@@ -1,34 +1,11 @@
 #include "module/regression/data/RegressionSample.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <numeric>
 #include <tuple>
 #include <utility>
 
 namespace ozm::survival {
-namespace {
-
-bool HasValue(double x) {
-    return !std::isnan(x);
-}
-
-/// The sum of a function of the values that there are, by eight sums that do not wait for each other.
-template <class Function>
-double SumOverValues(std::span<const double> column, Function function) {
-    constexpr std::size_t lanes = 8;
-    std::array<double, lanes> sums{};
-    const std::size_t whole = column.size() / lanes * lanes;
-    for (std::size_t i = 0; i < whole; i += lanes)
-        for (std::size_t l = 0; l < lanes; ++l)
-            sums[l] += HasValue(column[i + l]) ? function(column[i + l]) : 0.0;
-    for (std::size_t i = whole; i < column.size(); ++i)
-        sums[i - whole] += HasValue(column[i]) ? function(column[i]) : 0.0;
-    return std::accumulate(sums.begin(), sums.end(), 0.0);
-}
-
-} // namespace
 
 bool RegressionSample::Obtain(CAnalysisSupport& host, std::size_t capacity, std::size_t covariates) {
     Release();
@@ -71,26 +48,8 @@ void RegressionSample::RenumberStrata(std::span<const std::int16_t> places) {
 }
 
 void RegressionSample::Summarise() {
-    for (std::size_t k = 0; k < summaries_.size(); ++k) {
-        const std::span<const double> column = std::as_const(*this).Column(k);
-        CovariateSummary& summary = summaries_[k];
-        summary = {};
-        const auto first = std::ranges::find_if(column, HasValue);
-        summary.values = static_cast<std::int32_t>(std::ranges::count_if(column, HasValue));
-        summary.missing = static_cast<std::int32_t>(column.size()) - summary.values;
-        if (summary.values == 0) continue;
-        const double origin = *first;
-        const double offset =
-            SumOverValues(column, [origin](double value) { return value - origin; }) / summary.values;
-        summary.mean = origin + offset;
-        if (summary.values < 2) continue;
-        const auto deviation = [origin, offset](double value) { return (value - origin) - offset; };
-        const double rest = SumOverValues(column, deviation); // what rounding leaves of it
-        const double squares =
-            SumOverValues(column, [&](double value) { return deviation(value) * deviation(value); });
-        summary.deviation =
-            std::sqrt(std::max(squares - rest * rest / summary.values, 0.0) / (summary.values - 1));
-    }
+    for (std::size_t k = 0; k < summaries_.size(); ++k)
+        summaries_[k] = SummaryOf(std::as_const(*this).Column(k));
 }
 
 void RegressionSample::SubstituteMeans() {

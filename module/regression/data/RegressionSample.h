@@ -1,6 +1,7 @@
 #pragma once
 
 #include "module/regression/cox/OrderedSample.h"
+#include "module/regression/data/CovariateSummary.h"
 #include "module/survdata/HostArray.h"
 #include "support/CAnalysisSupport.h"
 
@@ -10,14 +11,6 @@
 #include <vector>
 
 namespace ozm::survival {
-
-/// What is known of a covariate.
-struct CovariateSummary {
-    double mean = 0.0;
-    double deviation = 0.0;   ///< standard deviation, with n - 1
-    std::int32_t values = 0;  ///< cases with a value
-    std::int32_t missing = 0; ///< valid cases without one, which the mean stands for, or which are left out
-};
 
 /// The cases of a regression: times, events, case numbers, strata, and one copy of the covariates. They come
 /// in as they are read; `Order` puts them into the order of the partial likelihood.
@@ -36,8 +29,6 @@ public:
     /// Stratum g becomes `places[g]`.
     void RenumberStrata(std::span<const std::int16_t> places);
 
-    /// Means and standard deviations of the values that there are, without cancellation: about the first
-    /// value.
     void Summarise();
     /// Puts a covariate's mean into the places without a value.
     void SubstituteMeans();

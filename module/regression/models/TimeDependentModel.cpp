@@ -19,16 +19,60 @@ namespace {
 /// The most numbers that are kept of an evaluation: half a gigabyte. What does not fit is evaluated again.
 constexpr std::size_t mostKept = std::size_t{1} << 26U;
 
+/// Shows how far the evaluation of a likelihood is, where that takes long, and asks for a stop.
+class EvaluationProgress {
+public:
+    explicit EvaluationProgress(CAnalysisSupport& host) : host_(host) {}
+
+    void BeginIteration(int number) { iteration_ = number; }
+    /// Whether to stop.
+    bool Tell(double share) {
+        const auto done = static_cast<unsigned>(share * units);
+        if (!begun_ || done < done_) {
+            begun_ = true;
+            done_ = 0;
+            host_.dstart(units);
+            host_.d_pbar(Filled(StrTimeEvaluation, {FormatCount(iteration_)}));
+        }
+        if (done > done_) host_.termom(done - done_);
+        done_ = done;
+        return StopRequested(host_);
+    }
+
+private:
+    static constexpr unsigned units = 1000;
+    CAnalysisSupport& host_;
+    int iteration_ = 0;
+    bool begun_ = false;
+    unsigned done_ = 0;
+};
+
 /// The estimation with its covariates, and the room for their values.
 struct Fitting {
     explicit Fitting(const EstimationRun& run)
-        : sample(run.sample.Ordered()), covariates(run.host, run.compiled.Expressions(), run.sample,
-                                                   run.variables, run.compiled.TimeReference()),
-          cox{sample, covariates, {}, [&run](double) { return StopRequested(run.host); }, {}} {
-        if (kept.Allocate(run.host, std::min(RoomFor(sample, covariates), mostKept))) cox.room = kept.Span();
+        : progress(run.host), sample(run.sample.Ordered()),
+          covariates(run.host, run.compiled.Expressions(), run.sample, run.variables,
+                     run.compiled.TimeReference()),
+          needed(RoomFor(sample, covariates)), cox{sample,
+                                                   covariates,
+                                                   {},
+                                                   [this](double share) { return progress.Tell(share); },
+                                                   {}} {
+        if (kept.Allocate(run.host, std::min(needed, mostKept))) cox.room = kept.Span();
     }
+    Fitting(const Fitting&) = delete;
+    Fitting& operator=(const Fitting&) = delete;
+
+    [[nodiscard]] std::string WhatIsKept() const {
+        const std::string size = FormatNumber(static_cast<double>(cox.room.size_bytes()) / 1e6, 3);
+        if (cox.room.empty()) return Whole(StrTimeNotKept);
+        return Filled(cox.room.size() < needed ? StrTimeKeptInPart : StrTimeKept, {size});
+    }
+
+    EvaluationProgress progress;
     OrderedSample sample;
     ExpressionCovariates covariates;
+    std::size_t needed;
     HostArray<double> kept;
     TimeDependentCox cox;
 };
@@ -39,8 +83,13 @@ Outcome Fit(EstimationRun& run) {
     if (run.show) run.show(StrRegComputing);
     run.parameters.resize(run.covariates.size(), 0.0);
     Fitting fitting(run);
+    if (run.show && fitting.needed > 0) run.host.d_stat(fitting.WhatIsKept());
+    const IterationWatch watch = [&](int iteration, double logLikelihood, std::span<const double> at) {
+        fitting.progress.BeginIteration(iteration + 1);
+        return run.watch(iteration, logLikelihood, at);
+    };
     Outcome outcome =
-        OutcomeOf(FitTimeDependentCox(fitting.cox, run.limits, run.watch, run.parameters, run.estimate));
+        OutcomeOf(FitTimeDependentCox(fitting.cox, run.limits, watch, run.parameters, run.estimate));
     if (const auto& missing = fitting.cox.missing)
         outcome.detail = Filled(StrTimeFailed, {Quoted(run.covariates[missing->covariate]),
                                                 FormatCount(run.sample.CaseNumbers()[missing->place]),

@@ -11,7 +11,6 @@ namespace ozm::survival {
 // The outputs of the proportional hazards model.
 
 extern const ModelResults coxResults;
-extern const ModelResults timeDependentResults;
 
 /// Plot 1: the survival function at the means of the covariates, a curve per stratum.
 OutputResult PlotCoxSurvival(const RegReportOf& of);

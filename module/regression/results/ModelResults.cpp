@@ -2,6 +2,7 @@
 
 #include "module/regression/results/CoxOutput.h"
 #include "module/regression/results/ParametricOutput.h"
+#include "module/regression/results/TimeDependentOutput.h"
 
 namespace ozm::survival {
 

@@ -40,8 +40,9 @@ struct ModelResults {
     bool countsInUnits = false; ///< the criterion is of the parameters' own units
     int noteOnCovariance = 0;
     std::span<const ModelOutput> outputs;
-    std::vector<FitMeasure> (*measures)(const RegReportOf& of);
-    int noteOnMeasures; ///< what they are
+    OutputResult (*means)(const RegReportOf& of) = WriteCovariateMeans;
+    std::vector<FitMeasure> (*measures)(const RegReportOf& of) = nullptr; ///< none where it is not set
+    int noteOnMeasures = 0;                                               ///< what they are
 
     [[nodiscard]] const ModelOutput* Find(int control) const {
         for (const ModelOutput& output : outputs)

@@ -151,7 +151,7 @@ OutputResult WriteParameters(const RegReportOf& of) {
         table[gradient][k] = results.estimate.gradient[k];
     }
     columns.AddNotes(table);
-    table.AddFootnote(Whole(model.noteOnMeasures));
+    if (model.noteOnMeasures != 0) table.AddFootnote(Whole(model.noteOnMeasures));
     const bool mayBeSmaller = results.criterion > static_cast<double>(static_cast<float>(leastCriterion));
     table.AddFootnote(Filled(model.noteOnCriterion, {FormatNumber(results.criterion, 7)}) +
                       (mayBeSmaller ? Whole(StrRegNoteCloser) : ""));

@@ -5,6 +5,7 @@
 #include "module/resources/Regression.h"
 #include "module/resources/RegressionResults.h"
 #include "module/resources/Resources.h"
+#include "module/resources/TimeDependent.h"
 #include "module/survdata/InputHeader.h"
 #include "module/survdata/ReportLines.h"
 #include "module/survdata/ResultTable.h"
@@ -20,6 +21,11 @@
 namespace ozm::survival {
 namespace {
 
+std::vector<FitMeasure> MeasuresOf(const RegReportOf& of) {
+    const ModelResults& model = ResultsOf(of.Results().kind);
+    return model.measures == nullptr ? std::vector<FitMeasure>{} : model.measures(of);
+}
+
 /// What the summary says of the fit.
 struct Fit {
     ModelTests tests;
@@ -29,7 +35,7 @@ struct Fit {
     explicit Fit(const RegReportOf& of)
         : tests(TestModel(std::span{of.Results().estimates}.first(of.Results().names.size()),
                           of.Results().estimate)),
-          measures(ResultsOf(of.Results().kind).measures(of)) {
+          measures(MeasuresOf(of)) {
         const ParameterVector& gradient = of.Results().estimate.gradient;
         for (std::size_t k = 1; k < of.Results().Parameters(); ++k)
             if (std::abs(gradient[k]) > std::abs(gradient[steepest])) steepest = k;
@@ -66,6 +72,8 @@ void AddVariables(const RegReportOf& of, std::vector<std::string>& lines) {
     lines.push_back(Line(StrRegCensoring, VariableName(of.host, of.shared.First(ListCensoring))));
     AddList(lines, Filled(StrRegCovariates, {FormatCount(static_cast<long long>(results.names.size()))}),
             results.names);
+    for (const DefinedCovariate& each : results.defined)
+        lines.push_back(Filled(StrTimeDefined, {each.name, each.expression}));
     if (results.Stratified())
         lines.push_back(Line(StrRegStratified, VariableName(of.host, results.stratumVariable)) +
                         Line(StrRegSameBeta, FormatCount(static_cast<long long>(results.strata.size()))));

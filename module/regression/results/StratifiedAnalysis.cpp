@@ -1,5 +1,4 @@
-#include "module/regression/cox/CoxDiagnosis.h"
-#include "module/regression/cox/FitCox.h"
+#include "module/regression/RegressionModels.h"
 #include "module/regression/estimation/ModelTests.h"
 #include "module/regression/results/ModelResults.h"
 #include "module/regression/results/ParameterTables.h"
@@ -27,14 +26,14 @@ struct StratumFit {
     std::vector<double> estimates;
     NewtonEstimate estimate;
     std::string whyNot; ///< empty: it was fitted
-    EstimationStatus status = EstimationStatus::Success;
+    bool stopped = false;
 };
 
-std::string WhyNot(EstimationStatus status, int iterations) {
-    switch (status) {
-    case EstimationStatus::Singular:
+std::string WhyNot(const Outcome& outcome, int iterations) {
+    switch (outcome.message) {
+    case StrRegSingular:
         return Whole(StrRegWhySingular);
-    case EstimationStatus::NotConverged:
+    case StrRegNotConverged:
         return Filled(StrRegWhyNotConverged, {FormatCount(iterations)});
     default:
         return Whole(StrRegWhyNoLikelihood);
@@ -61,7 +60,7 @@ bool TakeBlock(const RegReportOf& of, std::size_t begin, std::size_t cases, Regr
         into.Add(from.Times()[i], from.Complete()[i] != 0, from.CaseNumbers()[i], 0, covariates);
     }
     into.Summarise();
-    return into.Order(of.host, 1);
+    return true;
 }
 
 /// Nothing without memory.
@@ -71,25 +70,37 @@ std::optional<StratumFit> FitBlock(const RegReportOf& of, std::size_t begin, std
     StratumFit fit;
     fit.valid = static_cast<std::int32_t>(cases);
     fit.uncensored = sample.Events();
-    fit.estimates.assign(of.Results().Parameters(), 0.0);
     if (fit.uncensored == 0) {
         fit.whyNot = Whole(StrRegWhyNoEvents);
         return fit;
     }
-    for (std::size_t k = 0; k < sample.Covariates(); ++k)
+    const RegressionResults& results = of.Results();
+    for (std::size_t k = 0; k < sample.Covariates() && results.defined.empty(); ++k)
         if (!(sample.Summary(k).deviation > 0.0)) {
-            fit.whyNot = Filled(StrRegWhyNoVariability, {of.Results().names[k]});
+            fit.whyNot = Filled(StrRegWhyNoVariability, {results.names[k]});
             return fit;
         }
-    const IterationLimits limits{of.Results().criterion, of.state.settings.maximumIterations};
-    const auto watch = [&](int, double, std::span<const double>) { return StopRequested(of.host); };
-    fit.status = FitCox(sample, limits, watch, fit.estimates, fit.estimate);
-    if (fit.status == EstimationStatus::Stopped) return fit;
-    const Diagnosis diagnosis = DiagnoseCox(sample, fit.estimates, fit.estimate, fit.status);
-    if (!diagnosis.unbounded.empty() || !diagnosis.unboundedTogether.empty())
-        fit.whyNot = Filled(StrRegWhyUnbounded, {Listed(UnboundedNames(of.Results(), diagnosis), StrAnd)});
-    else if (fit.status != EstimationStatus::Success)
-        fit.whyNot = WhyNot(fit.status, limits.most + 1);
+    const RegressionModel& model = ModelOf(results.kind);
+    EstimationRun run{.host = of.host,
+                      .sample = sample,
+                      .covariates = results.names,
+                      .compiled = results.compiled,
+                      .variables = results.covariates,
+                      .limits = {results.criterion, of.state.settings.maximumIterations},
+                      .parameters = fit.estimates,
+                      .estimate = fit.estimate,
+                      .show = {},
+                      .watch = [&](int, double, std::span<const double>) { return StopRequested(of.host); }};
+    const Outcome outcome = model.fit(run);
+    fit.stopped = outcome.ending == Ending::Stopped;
+    if (fit.stopped) return fit;
+    const Diagnosis diagnosis = model.diagnose(run, outcome);
+    if (diagnosis.dependence && diagnosis.dependence->on.empty())
+        fit.whyNot = Filled(StrRegWhyNoVariability, {results.names[diagnosis.dependence->covariate]});
+    else if (!diagnosis.unbounded.empty() || !diagnosis.unboundedTogether.empty())
+        fit.whyNot = Filled(StrRegWhyUnbounded, {Listed(UnboundedNames(results, diagnosis), StrAnd)});
+    else if (outcome.ending != Ending::Estimated)
+        fit.whyNot = WhyNot(outcome, run.limits.most + 1);
     return fit;
 }
 
@@ -211,7 +222,7 @@ OutputResult WriteStratifiedAnalysis(const RegReportOf& of) {
         const auto cases = static_cast<std::size_t>(blocks[block]);
         std::optional<StratumFit> fit = FitBlock(of, begin, cases);
         if (!fit) return OutputResult::Failed(StrRegNoMemory);
-        if (fit->status == EstimationStatus::Stopped) return OutputResult::NotMade();
+        if (fit->stopped) return OutputResult::NotMade();
         fits[StratumOfBlock(results, block)] = std::move(*fit);
         begin += cases;
     }

@@ -27,6 +27,7 @@ runs = {
     "cox": [aml + ["--covariates", "group:cat"],
             veteran + ["--covariates", "karno,celltype:cat=large", "--strata", "trt", "--at", "karno=60,celltype=adeno",
                        "--at", "karno=90", "--criterion", "0.001", "--start", "0,0,0,0", "--level", "0.9"]],
+    "cox-time": [veteran + ["--covariate", "k=karno", "--covariate", "kT=karno*log(T_+20)", "--strata", "trt"]],
     "kaplan-meier": [aml, aml + ["--select", "time > 5", "--weight", "time", "--missing", "time=9", "--level", "0.9"]],
     "k-sample": [aml + ["--group", "group"]],
     "life-table": [aml + ["--intervals", "5"], angina + ["--survival", ".9,.5", "--times", "1,10", "--level", "0.9"]],

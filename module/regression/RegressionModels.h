@@ -16,8 +16,9 @@ namespace ozm::survival {
 /// How an estimation ended, for every model.
 enum class Ending : std::uint8_t {
     Estimated,
-    Stopped, ///< by the user
-    UsedUp,  ///< all iterations, without convergence; more may follow
+    Stopped,   ///< by the user
+    NotSorted, ///< without memory for it, which ends the estimation without a message, too
+    UsedUp,    ///< all iterations, without convergence; more may follow
     Failed,
 };
 struct Outcome {

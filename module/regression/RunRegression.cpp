@@ -199,7 +199,8 @@ EstimationEnd Estimation::Compute(StatusLine& line) {
     do
         outcome_ = Fit(run, line);
     while (WantsMore(line));
-    if (outcome_.ending == Ending::Stopped) return EstimationEnd::Stopped;
+    if (outcome_.ending == Ending::Stopped || outcome_.ending == Ending::NotSorted)
+        return EstimationEnd::Stopped;
     Explain(run);
     if (outcome_.ending != Ending::Estimated) return EstimationEnd::NotEstimated;
     results.held = true;

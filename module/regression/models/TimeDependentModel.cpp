@@ -78,8 +78,7 @@ struct Fitting {
 };
 
 Outcome Fit(EstimationRun& run) {
-    // Memory that is missing for this ends the estimation without a message, like a stop.
-    if (!run.sample.Order(run.host, run.strata)) return OutcomeOf(EstimationStatus::Stopped);
+    if (!run.sample.Order(run.host, run.strata)) return {Ending::NotSorted, 0, 0, {}};
     if (run.show) run.show(StrRegComputing);
     run.parameters.resize(run.covariates.size(), 0.0);
     Fitting fitting(run);

@@ -92,6 +92,7 @@ std::optional<StratumFit> FitBlock(const RegReportOf& of, std::size_t begin, std
                       .show = {},
                       .watch = [&](int, double, std::span<const double>) { return StopRequested(of.host); }};
     const Outcome outcome = model.fit(run);
+    if (outcome.ending == Ending::NotSorted) return std::nullopt;
     fit.stopped = outcome.ending == Ending::Stopped;
     if (fit.stopped) return fit;
     const Diagnosis diagnosis = model.diagnose(run, outcome);

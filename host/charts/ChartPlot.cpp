@@ -56,10 +56,12 @@ public:
 
 protected:
     double getTickStep(const QCPRange& range) override {
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call): as below
         return isNarrow(range) ? QCPAxisTicker::getTickStep(range) : QCPAxisTickerLog::getTickStep(range);
     }
     QVector<double> createTickVector(double step, const QCPRange& range) override {
         constexpr double wide = 1000.0;
+        // Even ticks, past the class that this one derives from. NOLINTNEXTLINE(bugprone-parent-virtual-call)
         if (isNarrow(range)) return QCPAxisTicker::createTickVector(step, range);
         setLogBase(range.upper < wide * range.lower ? 2.0 : 10.0);
         return QCPAxisTickerLog::createTickVector(step, range);

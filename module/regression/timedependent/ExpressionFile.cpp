@@ -5,7 +5,6 @@
 #include "module/survdata/ReportLines.h"
 
 #include <charconv>
-#include <optional>
 #include <string>
 
 namespace ozm::survival {
@@ -52,10 +51,7 @@ public:
         DefinedCovariate covariate{CutTo(TrimmedText(keyword), nameWidth), CutTo(text, expressionWidth)};
         cut_ = cut_ || covariate.expression.size() < text.size();
         const auto present = FindDefined(list_, covariate.name);
-        if (present && !overwrite_)
-            overwrite_ =
-                host_.DisplayInstQuestion(host_.GetLibInstance(), window_, StrTimeOverwrite) == ButtonYes;
-        if (present && *overwrite_) {
+        if (present && Overwrites()) {
             list_[*present].expression = std::move(covariate.expression);
             return true;
         }
@@ -66,10 +62,20 @@ public:
     [[nodiscard]] bool AnyCut() const { return cut_; }
 
 private:
+    /// Asks the first time.
+    bool Overwrites() {
+        if (!asked_)
+            overwrite_ =
+                host_.DisplayInstQuestion(host_.GetLibInstance(), window_, StrTimeOverwrite) == ButtonYes;
+        asked_ = true;
+        return overwrite_;
+    }
+
     CAnalysisSupport& host_;
     CAnalysisDialog* window_;
     std::vector<DefinedCovariate>& list_;
-    std::optional<bool> overwrite_;
+    bool asked_ = false;
+    bool overwrite_ = false;
     bool cut_ = false;
 };
 

@@ -163,6 +163,7 @@ int AnalysisCommand::run(Console& console) {
     } answers(*this);
     Session session(load(), {.frontEnd = &answers,
                              .modalScript = [this](ozm::AutomationObject& dialog) { fillIn(dialog); }});
+    session.addObserver(refusals);
     session.addObserver(progress);
     session.addObserver(times);
     session.addObserver(log_);

@@ -1,18 +1,23 @@
 #pragma once
 
+#include "host/session/SessionObserver.h"
+
 namespace korvana::cli {
 
 /// Counts, while it lives, how often memory was refused to the program or to an analysis. An analysis reports
 /// running out of memory in the same words as too many cases, or only as an output that could not be made.
-class MemoryRefusals {
+/// An observer, since a part of a computation that begins has got over what was refused before: room for
+/// values that can be computed again, say.
+class MemoryRefusals final : public SessionObserver {
 public:
     MemoryRefusals();
-    ~MemoryRefusals();
+    ~MemoryRefusals() override;
     MemoryRefusals(const MemoryRefusals&) = delete;
     MemoryRefusals& operator=(const MemoryRefusals&) = delete;
 
     /// Whether there were some since the last call.
     [[nodiscard]] bool more();
+    void computationStarted(unsigned /*units*/) override { (void)more(); }
 
 private:
     void (*before_)();

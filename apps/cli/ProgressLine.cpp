@@ -13,10 +13,16 @@ namespace {
 constexpr std::size_t lineWidth = 78;
 constexpr const char* startOfLine = "\r\x1b[K"; // back to the first column, and erase the line
 
-std::string cut(std::string_view text) {
+/// As much of a text as a width has room for, with dots where something is missing.
+std::string cut(std::string_view text, std::size_t width) {
+    constexpr std::string_view dots = " ...";
     std::string line;
-    for (std::size_t width = 0; !text.empty() && width < lineWidth; ++width)
+    std::string shorter;
+    for (std::size_t used = 0; !text.empty(); ++used) {
+        if (used == width) return std::string(trimmed(shorter)).append(dots);
         appendCodePoint(line, takeCodePoint(text));
+        if (used + 1 == width - dots.size()) shorter = line;
+    }
     return line;
 }
 
@@ -35,8 +41,19 @@ std::vector<std::string_view> linesOf(std::string_view text) {
 
 void ProgressLine::status(std::string_view text) {
     text_ = oneLine(trimmed(text));
+    caption_.clear();
     percent_ = 0;
     show();
+}
+
+void ProgressLine::progressCaption(std::string_view text) {
+    caption_ = oneLine(trimmed(text));
+    show();
+}
+
+void ProgressLine::computationStarted(unsigned /*units*/) {
+    caption_.clear();
+    percent_ = 0;
 }
 
 void ProgressLine::progress(unsigned done, unsigned units) {
@@ -49,8 +66,11 @@ void ProgressLine::progress(unsigned done, unsigned units) {
 
 void ProgressLine::show() {
     if (!shows_) return;
-    const std::string share = percent_ > 0 ? " " + std::to_string(percent_) + " %" : std::string{};
-    console_.err << startOfLine << cut(text_ + share) << std::flush;
+    // How far it is must be seen, whatever else has no room.
+    std::string end = caption_.empty() ? caption_ : "  " + caption_;
+    if (percent_ > 0) end += " " + std::to_string(percent_) + " %";
+    end = cut(end, lineWidth / 2);
+    console_.err << startOfLine << cut(text_, lineWidth - end.size()) << end << std::flush;
     visible_ = true;
 }
 

@@ -21,6 +21,8 @@ public:
     ProgressLine& operator=(const ProgressLine&) = delete;
 
     void status(std::string_view text) override;
+    void progressCaption(std::string_view text) override;
+    void computationStarted(unsigned units) override;
     void progress(unsigned done, unsigned units) override;
     void computationEnded() override { clear(); }
     void message(const ResultMessage& message) override;
@@ -42,6 +44,7 @@ private:
     int messages_ = 0;
     unsigned percent_ = 0;
     std::string text_;
+    std::string caption_; ///< of the part that is counted
     std::string run_;
     ResultMessage last_; ///< message
 };

@@ -49,7 +49,7 @@
     S(StrTimeMeansNote, 21535, "The values are those of each case at its own survival time.") \
     S(StrTimeKept, 21536, "Computing (values of the expressions are kept: %1 MB) ... ") \
     S(StrTimeKeptInPart, 21537, \
-      "Computing (values of the expressions are kept as far as %1 MB go; the others are evaluated each time) ... ") \
+      "Computing (%1 of %2 MB of the values of the expressions are kept, the others evaluated each time) ... ") \
     S(StrTimeNotKept, 21538, "Computing (the expressions are evaluated each time) ... ") \
     S(StrTimeEvaluation, 21539, "Iteration %1")
 // clang-format on

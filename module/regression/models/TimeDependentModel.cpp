@@ -42,7 +42,7 @@ public:
 private:
     static constexpr unsigned units = 1000;
     CAnalysisSupport& host_;
-    int iteration_ = 0;
+    int iteration_ = 1;
     bool begun_ = false;
     unsigned done_ = 0;
 };
@@ -64,9 +64,12 @@ struct Fitting {
     Fitting& operator=(const Fitting&) = delete;
 
     [[nodiscard]] std::string WhatIsKept() const {
-        const std::string size = FormatNumber(static_cast<double>(cox.room.size_bytes()) / 1e6, 3);
-        if (cox.room.empty()) return Whole(StrTimeNotKept);
-        return Filled(cox.room.size() < needed ? StrTimeKeptInPart : StrTimeKept, {size});
+        const auto megabytes = [](std::size_t numbers) {
+            return FormatNumber(static_cast<double>(numbers * sizeof(double)) / 1e6, 3);
+        };
+        const std::size_t room = cox.room.size();
+        if (room == 0) return Whole(StrTimeNotKept);
+        return Filled(room < needed ? StrTimeKeptInPart : StrTimeKept, {megabytes(room), megabytes(needed)});
     }
 
     EvaluationProgress progress;

@@ -138,6 +138,34 @@ def check_regressions(program, data, enough):
               range(enough + 7 * KIB, enough + 19 * KIB, 4 * KIB))
 
 
+def check_kept_values(program, enough):
+    """Values of expressions that have no room are computed each time; that changes nothing and is no lack of memory."""
+    with tempfile.TemporaryDirectory() as folder:
+        data = os.path.join(folder, "data.csv")
+        numbers = random.Random(2)
+        with open(data, "w", encoding="ascii") as file:
+            file.write("t,e,x\n")
+            for _ in range(2000):
+                x = numbers.gauss(0, 1)
+                file.write(f"{numbers.expovariate(math.exp(0.5 * x)):.5f},{int(numbers.random() < 0.7)},{x:.4f}\n")
+        command = [program, "cox-time", data, "--time", "t", "--censor", "e", *CODES, "--covariate", "x=x",
+                   "--covariate", "xT=x*T_", "--verbose", "--format", "json", "-o"]
+        found = []
+        for memory, said in [(None, "values of the expressions are kept: "),
+                             (enough + 4 * KIB, "the expressions are evaluated each time")]:
+            out = os.path.join(folder, str(memory))
+            ended = ends([*command, out], memory)
+            if ended[0] != 0 or said not in ended[1]:
+                faults.append(f"values of expressions at {memory} KiB: {ended}")
+                continue
+            found.append(content(os.path.join(out, "results.json")))
+            status, refusal = ends([*command, out + "-few", "--max-iterations", "3", "--criterion", "0.00001"], memory)
+            if status != 1 or "enough memory" in refusal:
+                faults.append(f"no convergence, at {memory} KiB: {status}: {refusal}")
+        if found[1:] != found[:1]:
+            faults.append("whether values of expressions are kept changes the results")
+
+
 def check_large_data(program, enough, preloads):
     with tempfile.TemporaryDirectory() as folder:
         packed = os.path.join(folder, "zeros.csv.gz")
@@ -170,6 +198,7 @@ def main():
     assert enough < 32 * KIB, enough
     check_large_data(program, enough, sys.argv[3:])
     check_regressions(program, data, enough)
+    check_kept_values(program, enough)
     # A workbook is written whole or not at all; its library takes memory in many small pieces.
     writes = least(lambda memory: run(program, data, "xlsx", memory)[0] == 0, 64)
     limits = range(max(loads, writes - KIB), writes + 2 * KIB, 64)

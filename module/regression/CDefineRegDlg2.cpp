@@ -1,6 +1,8 @@
 #include "module/regression/CDefineRegDlg2.h"
 
+#include "module/regression/RegressionMessages.h"
 #include "module/regression/timedependent/CompiledCovariates.h"
+#include "module/regression/timedependent/CovariateFaults.h"
 #include "module/regression/timedependent/ExpressionFile.h"
 #include "module/resources/Resources.h"
 #include "module/resources/StepNumbers.h"
@@ -13,28 +15,6 @@
 #include <vector>
 
 namespace ozm::survival {
-namespace {
-
-std::string Quoted(const std::string& name) {
-    return "'" + name + "'";
-}
-
-std::string CountOf(std::size_t count) {
-    return FormatCount(static_cast<long long>(count));
-}
-
-/// Why a name cannot be that of a covariate; empty: it can.
-std::string FaultOfName(const std::string& name) {
-    if (name.empty()) return Whole(StrTimeNoName);
-    if (name.find('=') != std::string::npos || name.find_first_of("[;#") == 0)
-        return Filled(StrTimeBadName, {Quoted(name)});
-    if (const std::size_t characters = CharactersOf(name); characters > nameWidth)
-        return Filled(StrTimeLongName, {Quoted(name), CountOf(characters)});
-    return {};
-}
-
-} // namespace
-
 CDefineRegDlg2::CDefineRegDlg2(CAnalysisSupport& host, SharedSettings& shared, RegressionState& state)
     : RegressionSpecification(host, timeDependentTemplate, timeDependentInterface, shared, state) {}
 
@@ -65,10 +45,12 @@ void CDefineRegDlg2::OnValueChanged(int control) {
     std::vector<DefinedCovariate>& list = State().settings.expressions;
     const auto take = [&](std::string DefinedCovariate::*field) {
         const auto& texts = ValueAs<std::vector<std::string>>(control);
-        // The other list may still have fewer, or more.
-        list.resize(texts.size());
+        for (DefinedCovariate& each : list)
+            (each.*field).clear();
+        // There are as many as names; further expressions wait for theirs.
+        list.resize(control == TimeNames ? texts.size() : std::max(list.size(), texts.size()));
         for (std::size_t k = 0; k < texts.size(); ++k)
-            list[k].*field = TrimmedText(texts[k]);
+            list[k].*field = CleanText(texts[k]);
     };
     switch (control) {
     case TimeNames:
@@ -93,6 +75,21 @@ void CDefineRegDlg2::OnValueChanged(int control) {
     }
 }
 
+void CDefineRegDlg2::TakeAll() {
+    RegressionSettings& settings = State().settings;
+    const int selected = ValueAs<int>(TimeTable);
+    const std::string name = ValueAs<std::string>(TimeName);
+    const std::string expression = ValueAs<std::string>(TimeExpression);
+    settings.kind = RegressionKind::TimeDependent; // for which there is no control
+    settings.expressions.clear();
+    for (const std::vector<std::string>& row : EntriesOf(TimeTable))
+        settings.expressions.push_back({row[0], row[1]});
+    RegressionSpecification::TakeAll();
+    SetValue(TimeTable, selected);
+    SetValue(TimeName, name);
+    SetValue(TimeExpression, expression);
+}
+
 bool CDefineRegDlg2::OnCommand(int control) {
     switch (control) {
     case TimeAdd:
@@ -113,8 +110,8 @@ bool CDefineRegDlg2::OnCommand(int control) {
 bool CDefineRegDlg2::TakeFields(bool replace) {
     std::vector<DefinedCovariate>& list = State().settings.expressions;
     const int selected = ValueAs<int>(TimeTable);
-    const std::string text = TrimmedText(ValueAs<std::string>(TimeExpression));
-    DefinedCovariate covariate{TrimmedText(ValueAs<std::string>(TimeName)), CutTo(text, expressionWidth)};
+    const std::string text = CleanText(ValueAs<std::string>(TimeExpression));
+    DefinedCovariate covariate{CleanText(ValueAs<std::string>(TimeName)), CutTo(text, expressionWidth)};
     if (const std::string fault = FaultOfName(covariate.name); !fault.empty()) {
         ShowMessage(StrTimeBadCovariate, fault);
         return false;
@@ -162,26 +159,28 @@ bool CDefineRegDlg2::Open() {
     return true;
 }
 
-bool CDefineRegDlg2::CovariatesAreValid() {
+bool CDefineRegDlg2::TypedIsTaken() {
     const std::vector<DefinedCovariate>& list = State().settings.expressions;
-    const auto refuse = [this](const std::string& why) {
-        ShowMessage(StrTimeBadCovariate, why);
+    const std::string expression = CleanText(ValueAs<std::string>(TimeExpression));
+    const std::string name = CleanText(ValueAs<std::string>(TimeName));
+    if (expression.empty() || std::ranges::find(list, DefinedCovariate{name, expression}) != list.end())
+        return true;
+    const auto place = FindDefined(list, name);
+    const int selected = ValueAs<int>(TimeTable);
+    const bool ofSelected = place && selected != noEntry && *place == static_cast<std::size_t>(selected);
+    // One that was cut is looked at before anything runs.
+    return TakeFields(ofSelected) && CharactersOf(expression) <= expressionWidth;
+}
+
+bool CDefineRegDlg2::CovariatesAreValid() {
+    std::vector<DefinedCovariate>& list = State().settings.expressions;
+    if (const ListFault fault = FaultOf(list); fault.message != 0) {
+        if (list.size() > mostDefined) { // which the message says, and OK again does
+            list.resize(mostDefined);
+            ShowList(noEntry);
+        }
+        ShowMessage(fault.message, fault.detail);
         return false;
-    };
-    if (list.empty()) {
-        ShowMessage(StrTimeNoCovariates);
-        return false;
-    }
-    if (list.size() > mostDefined) {
-        ShowMessage(StrTimeTooMany);
-        return false;
-    }
-    for (std::size_t k = 0; k < list.size(); ++k) {
-        if (const std::string fault = FaultOfName(list[k].name); !fault.empty()) return refuse(fault);
-        if (FindDefined(list, list[k].name) != k) return refuse(Filled(StrTimeTwice, {Quoted(list[k].name)}));
-        if (list[k].expression.empty()) return refuse(Filled(StrTimeNoExpression, {Quoted(list[k].name)}));
-        if (const std::size_t characters = CharactersOf(list[k].expression); characters > expressionWidth)
-            return refuse(Filled(StrTimeLongExpression, {Quoted(list[k].name), CountOf(characters)}));
     }
     CompiledCovariates compiled;
     const CompiledCovariates::Fault fault = compiled.Compile(Analysis(), list);
@@ -196,7 +195,8 @@ bool CDefineRegDlg2::CovariatesAreValid() {
 }
 
 void CDefineRegDlg2::Run() {
-    if (CommonSelectionsAreValid() && CovariatesAreValid()) ExitDialog(StepRegSpec, ExitMode::Forward);
+    if (CommonSelectionsAreValid() && TypedIsTaken() && CovariatesAreValid())
+        ExitDialog(StepRegSpec, ExitMode::Forward);
 }
 
 } // namespace ozm::survival

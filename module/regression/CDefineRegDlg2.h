@@ -15,6 +15,7 @@ protected:
     void OnOpen() override;
     bool OnCommand(int control) override;
     void OnValueChanged(int control) override;
+    void TakeAll() override;
     void Run() override;
 
 private:
@@ -23,6 +24,9 @@ private:
     /// Puts the fields into the list: as a new covariate, or in place of the one selected. False after a
     /// message.
     bool TakeFields(bool replace);
+    /// What stands in the fields, if it was not taken yet: in place of the one selected, where it has its
+    /// name, else as a new covariate. False after a message.
+    bool TypedIsTaken();
     bool Delete();
     bool Open();
     /// False after a message about what is wrong.

@@ -31,6 +31,11 @@
     S(StrTimeColName, 21513, " Name  ") \
     S(StrTimeColExpression, 21514, "Expression defining the covariate") \
     S(StrTimeSelectTitle, 21515, "Select/specify covariates (expressions)") \
+    S(StrTimeNotAllTaken, 21516, "Not all that the file has could be taken as it stands.") \
+    S(StrTimeNamesCut, 21517, "Names that were cut to 8 characters: %1.") \
+    S(StrTimeLeftOut, 21518, \
+      "Left out, as it has no expression, or no name, or one that cannot be, or one that came before: %1.") \
+    S(StrTimeGiven, 21519, "Covariates that are given: %1; there is room for 40.") \
     S(StrTimeNotWritten, 21520, "The expressions could not be written.") \
     S(StrTimeFault, 21521, "An expression cannot be understood.") \
     S(StrTimeFaultDetail, 21522, "%1 = %2\n%3") \

@@ -22,6 +22,7 @@ struct Diagnosis {
     std::optional<Dependence> dependence;
     std::vector<Unbounded> unbounded;
     std::vector<std::size_t> unboundedTogether; ///< only in combination
+    bool stopped = false;                       ///< before the end, by the user: it says nothing
 };
 
 } // namespace ozm::survival

@@ -23,6 +23,11 @@ constexpr std::size_t mostKept = std::size_t{1} << 26U;
 class EvaluationProgress {
 public:
     explicit EvaluationProgress(CAnalysisSupport& host) : host_(host) {}
+    ~EvaluationProgress() {
+        if (begun_) host_.dstop();
+    }
+    EvaluationProgress(const EvaluationProgress&) = delete;
+    EvaluationProgress& operator=(const EvaluationProgress&) = delete;
 
     void BeginIteration(int number) { iteration_ = number; }
     /// Whether to stop.
@@ -36,14 +41,18 @@ public:
         }
         if (done > done_) host_.termom(done - done_);
         done_ = done;
-        return StopRequested(host_);
+        stopped_ = stopped_ || StopRequested(host_);
+        return stopped_;
     }
+    /// Whether somebody asked for it.
+    [[nodiscard]] bool Stopped() const { return stopped_; }
 
 private:
     static constexpr unsigned units = 1000;
     CAnalysisSupport& host_;
     int iteration_ = 1;
     bool begun_ = false;
+    bool stopped_ = false;
     unsigned done_ = 0;
 };
 
@@ -106,6 +115,7 @@ Diagnosis Diagnose(const EstimationRun& run, const Outcome& outcome) {
     diagnosis.unbounded = FindUnbounded(fitting.cox);
     if (outcome.code == static_cast<int>(EstimationStatus::Singular))
         diagnosis.dependence = FindDependence(fitting.cox);
+    diagnosis.stopped = fitting.progress.Stopped();
     return diagnosis;
 }
 

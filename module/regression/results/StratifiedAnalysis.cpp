@@ -96,6 +96,7 @@ std::optional<StratumFit> FitBlock(const RegReportOf& of, std::size_t begin, std
     fit.stopped = outcome.ending == Ending::Stopped;
     if (fit.stopped) return fit;
     const Diagnosis diagnosis = model.diagnose(run, outcome);
+    fit.stopped = diagnosis.stopped;
     if (diagnosis.dependence && diagnosis.dependence->on.empty())
         fit.whyNot = Filled(StrRegWhyNoVariability, {results.names[diagnosis.dependence->covariate]});
     else if (!diagnosis.unbounded.empty() || !diagnosis.unboundedTogether.empty())

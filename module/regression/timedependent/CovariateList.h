@@ -24,10 +24,11 @@ inline constexpr std::size_t expressionWidth = 60;
 
 /// The characters of a text in UTF-8.
 std::size_t CharactersOf(std::string_view text);
-/// Its first characters, as many as there is room for.
+/// The first characters of a clean text, as many as there is room for; clean again.
 std::string CutTo(std::string_view text, std::size_t width);
-/// Without blanks and control characters at its ends.
-std::string TrimmedText(std::string_view text);
+/// A text as it can stand in one line of a file: without formatting and control characters, and without
+/// blanks at its ends. Line ends and tabs within become blanks.
+std::string CleanText(std::string_view text);
 
 /// The place of a covariate by its name, without regard to the case of ASCII letters.
 std::optional<std::size_t> FindDefined(std::span<const DefinedCovariate> list, std::string_view name);

@@ -1,11 +1,13 @@
 #include "module/regression/timedependent/ExpressionFile.h"
 
+#include "module/regression/timedependent/CovariateFaults.h"
 #include "module/resources/Resources.h"
 #include "module/resources/TimeDependent.h"
 #include "module/survdata/ReportLines.h"
 
 #include <charconv>
 #include <string>
+#include <utility>
 
 namespace ozm::survival {
 namespace {
@@ -17,13 +19,6 @@ constexpr std::string_view extension = ".INI";
 constexpr std::string_view filter = "*.INI";
 constexpr std::size_t longestValue = 1024;
 
-/// As it goes to a file: in one line, without formatting, at most as wide as its field.
-std::string CleanText(std::string text, std::size_t width) {
-    CAnalysisSupport::Replace8CharGrow(text, '\t', " ");
-    CAnalysisSupport::StripFormatting(text);
-    return CutTo(TrimmedText(text), width);
-}
-
 bool IsHowMany(const std::string& keyword) {
     const DefinedCovariate known[] = {{std::string{howMany}, {}}};
     return FindDefined(known, keyword).has_value();
@@ -33,51 +28,119 @@ bool IsHowMany(const std::string& keyword) {
 int HowManyIn(CAnalysisSupport& host, const std::string& path) {
     std::string value;
     if (!host.GetInitKeywordPrivate(path, section, howMany, value)) return 0;
-    value = TrimmedText(value);
+    value = CleanText(value);
     int number = 0;
     const auto read = std::from_chars(value.data(), value.data() + value.size(), number);
     return read.ec == std::errc{} && read.ptr == value.data() + value.size() ? number : 0;
 }
 
-/// Adds what a file has to a list.
+/// Adds what a file has to a list. Every value costs a pass over the file, so that only those are read that
+/// there is room for.
 class Merging {
 public:
-    Merging(CAnalysisSupport& host, CAnalysisDialog* window, std::vector<DefinedCovariate>& list)
-        : host_(host), window_(window), list_(list) {}
+    Merging(CAnalysisSupport& host, CAnalysisDialog* window, const std::string& path,
+            const std::vector<DefinedCovariate>& list)
+        : host_(host), window_(window), path_(path), list_(list), fromFile_(list.size(), false) {}
 
-    /// False when there is no room for it.
-    bool Add(const std::string& keyword, const std::string& value) {
-        const std::string text = TrimmedText(value.substr(0, longestValue));
-        DefinedCovariate covariate{CutTo(TrimmedText(keyword), nameWidth), CutTo(text, expressionWidth)};
-        cut_ = cut_ || covariate.expression.size() < text.size();
-        const auto present = FindDefined(list_, covariate.name);
-        if (present && Overwrites()) {
-            list_[*present].expression = std::move(covariate.expression);
-            return true;
-        }
-        if (list_.size() == mostDefined) return false;
-        list_.push_back(std::move(covariate));
-        return true;
-    }
-    [[nodiscard]] bool AnyCut() const { return cut_; }
+    void Take(const std::string& keyword);
+    /// No expression at all.
+    [[nodiscard]] bool NothingThere() const { return !tookAny_ && !noRoom_; }
+    [[nodiscard]] std::vector<DefinedCovariate>& List() { return list_; }
+    /// What was not taken, by the keywords; empty: everything was.
+    [[nodiscard]] std::string WhatIsMissing() const;
+    /// Says what was cut and what was left out.
+    void Tell() const;
 
 private:
-    /// Asks the first time.
-    bool Overwrites() {
-        if (!asked_)
-            overwrite_ =
-                host_.DisplayInstQuestion(host_.GetLibInstance(), window_, StrTimeOverwrite) == ButtonYes;
-        asked_ = true;
-        return overwrite_;
-    }
+    struct Keywords {
+        std::vector<std::string> some;
+        std::size_t more = 0;
+
+        void Add(const std::string& keyword) {
+            constexpr std::size_t mostNamed = 10;
+            constexpr std::size_t longest = 40;
+            if (some.size() < mostNamed)
+                some.push_back("'" + CutTo(CleanText(keyword), longest) + "'");
+            else
+                ++more;
+        }
+        [[nodiscard]] std::string Text() const { return Listed(some, 0, StrAndMore, more); }
+    };
+
+    /// Whether names that are there are given new expressions; asks the first time.
+    bool Overwrites();
+    /// The expression of a keyword, and its name in the list; false where it is left out.
+    bool Read(const std::string& keyword, DefinedCovariate& covariate);
 
     CAnalysisSupport& host_;
     CAnalysisDialog* window_;
-    std::vector<DefinedCovariate>& list_;
+    const std::string& path_;
+    std::vector<DefinedCovariate> list_;
+    std::vector<bool> fromFile_; ///< which of them this file gave
     bool asked_ = false;
     bool overwrite_ = false;
-    bool cut_ = false;
+    bool tookAny_ = false;
+    bool noRoom_ = false;
+    Keywords cutNames_;
+    Keywords cutExpressions_;
+    Keywords leftOut_;
 };
+
+bool Merging::Overwrites() {
+    if (!asked_)
+        overwrite_ =
+            host_.DisplayInstQuestion(host_.GetLibInstance(), window_, StrTimeOverwrite) == ButtonYes;
+    asked_ = true;
+    return overwrite_;
+}
+
+bool Merging::Read(const std::string& keyword, DefinedCovariate& covariate) {
+    std::string value;
+    if (!host_.GetInitKeywordPrivate(path_, section, keyword, value)) return false;
+    const std::string text = CleanText(CutTo(value, longestValue));
+    covariate.expression = CutTo(text, expressionWidth);
+    if (covariate.expression.empty()) return false;
+    if (covariate.expression.size() < text.size()) cutExpressions_.Add(covariate.name);
+    if (CharactersOf(CleanText(keyword)) > nameWidth) cutNames_.Add(keyword);
+    return true;
+}
+
+void Merging::Take(const std::string& keyword) {
+    DefinedCovariate covariate{CutTo(CleanText(keyword), nameWidth), {}};
+    auto place = FindDefined(list_, covariate.name);
+    const bool again = place && fromFile_[*place];
+    if (again || !FaultOfName(covariate.name).empty()) return leftOut_.Add(keyword);
+    if (place && !Overwrites()) place.reset();
+    if (!place && list_.size() == mostDefined) {
+        noRoom_ = true;
+        return;
+    }
+    if (!Read(keyword, covariate)) return leftOut_.Add(keyword);
+    tookAny_ = true;
+    if (place) {
+        list_[*place].expression = std::move(covariate.expression);
+        fromFile_[*place] = true;
+    } else {
+        list_.push_back(std::move(covariate));
+        fromFile_.push_back(true);
+    }
+}
+
+std::string Merging::WhatIsMissing() const {
+    std::string text;
+    if (!cutNames_.some.empty()) text += "\n" + Filled(StrTimeNamesCut, {cutNames_.Text()});
+    if (!leftOut_.some.empty()) text += "\n" + Filled(StrTimeLeftOut, {leftOut_.Text()});
+    return text;
+}
+
+void Merging::Tell() const {
+    const auto warn = [this](int message, const std::string& detail) {
+        host_.DspMessageBox(MessageStyle::Warning, window_, message, path_ + detail);
+    };
+    if (!cutExpressions_.some.empty()) warn(StrTimeTooLong, "\n" + cutExpressions_.Text());
+    if (noRoom_) warn(StrTimeTooMany, {});
+    if (const std::string missing = WhatIsMissing(); !missing.empty()) warn(StrTimeNotAllTaken, missing);
+}
 
 } // namespace
 
@@ -87,14 +150,18 @@ bool SaveExpressions(CAnalysisSupport& host, CAnalysisDialog* window,
         host.DspMessageBox(MessageStyle::Refusal, window, StrTimeNothingToSave, {});
         return false;
     }
+    if (const ListFault fault = FaultOf(covariates); fault.message != 0) {
+        host.DspMessageBox(MessageStyle::Refusal, window, fault.message, fault.detail);
+        return false;
+    }
     std::string path;
     if (!host.DoFileSaveAsDlg(Text(StrTimeSaveTitle), usualName, extension, path)) return false;
     const auto count = std::to_string(covariates.size());
     bool written =
         host.ClearInitSection(path, section) && host.PutInitKeywordPrivate(path, section, howMany, count);
     for (const DefinedCovariate& each : covariates)
-        written = written && host.PutInitKeywordPrivate(path, section, CleanText(each.name, nameWidth),
-                                                        CleanText(each.expression, expressionWidth));
+        written = written &&
+                  host.PutInitKeywordPrivate(path, section, CleanText(each.name), CleanText(each.expression));
     if (!written) host.DspMessageBox(MessageStyle::Refusal, window, StrTimeNotWritten, path);
     return written;
 }
@@ -104,22 +171,17 @@ bool OpenExpressions(CAnalysisSupport& host, CAnalysisDialog* window,
     std::string path;
     if (!host.DoFileOpenDlg(Text(StrTimeOpenTitle), filter, extension, path)) return false;
     std::vector<std::string> keywords;
-    if (HowManyIn(host, path) <= 0 || !host.EnumPrivateKeywords(path, section, keywords)) {
-        host.DspMessageBox(MessageStyle::Refusal, window, StrTimeNoExpressions, path);
+    Merging merging(host, window, path, covariates);
+    if (HowManyIn(host, path) > 0 && host.EnumPrivateKeywords(path, section, keywords))
+        for (const std::string& keyword : keywords)
+            if (!IsHowMany(keyword)) merging.Take(keyword);
+    if (merging.NothingThere()) {
+        host.DspMessageBox(MessageStyle::Refusal, window, StrTimeNoExpressions,
+                           path + merging.WhatIsMissing());
         return false;
     }
-    std::vector<DefinedCovariate> merged = covariates;
-    Merging merging(host, window, merged);
-    bool room = true;
-    for (const std::string& keyword : keywords) {
-        if (IsHowMany(keyword)) continue;
-        std::string value;
-        if (host.GetInitKeywordPrivate(path, section, keyword, value))
-            room = merging.Add(keyword, value) && room;
-    }
-    covariates = std::move(merged);
-    if (merging.AnyCut()) host.DspMessageBox(MessageStyle::Warning, window, StrTimeTooLong, path);
-    if (!room) host.DspMessageBox(MessageStyle::Warning, window, StrTimeTooMany, path);
+    covariates = std::move(merging.List());
+    merging.Tell();
     return true;
 }
 

@@ -37,6 +37,8 @@ struct Analysis {
     bool table = false;                      ///< the input is a table: each case is a row, not an observation
     int model = 0;                           ///< of the regression, from 1; 0: there is nothing to choose
     std::vector<std::string_view> without{}; ///< outputs of its dialog that it has not
+    AutomationValue::List covariates{};      ///< names of those that expressions define
+    AutomationValue::List expressions{};
 };
 
 /// The 6-MP group of Freireich et al. 1963, unsorted.
@@ -160,6 +162,35 @@ inline const Analysis coxStratified = [] {
     return of;
 }();
 
+/// With covariates that expressions define; the values of one of them change with the time.
+inline const Analysis coxTime = [] {
+    Analysis of = coxRegression;
+    of.name = "CoxTime";
+    of.entry = 6;
+    of.variables = {AutomationValue::List{1}, AutomationValue::List{2}, AutomationValue::List{}};
+    of.covariates = {"Rx", "Rx_T"};
+    of.expressions = {"drug", "drug*(T_-10)"};
+    of.without = {"StratitifiedAnalysis",
+                  "Plot1",
+                  "Plot2",
+                  "Plot3",
+                  "UserDefinedPlot",
+                  "SurvivalTable",
+                  "Residuals",
+                  "ProportionalHazardsTest",
+                  "ScaledSchoenfeldResiduals",
+                  "PlotOfScaledSchoenfeldResiduals",
+                  "ModelComparison"};
+    return of;
+}();
+inline const Analysis coxTimeStratified = [] {
+    Analysis of = coxTime;
+    of.name = "CoxTimeStratified";
+    of.variables[2] = AutomationValue::List{4};
+    of.without.erase(of.without.begin());
+    return of;
+}();
+
 inline Analysis ParametricRegression(const char* name, survival::RegressionKind kind) {
     Analysis of = coxRegression;
     of.name = name;
@@ -204,6 +235,10 @@ protected:
         script.Put("Variables", of.variables);
         script.Put("CodeForCompleteResponses", 1);
         script.Put("CodeForCensoredResponses", 0);
+        if (!of.expressions.empty()) {
+            script.Put("TimeDependentCovariateNames", of.covariates);
+            script.Put("TimeDependentCovariateExpressions", of.expressions);
+        }
         script.Put("CodeForGroup1", 1); // where there are groups
         script.Put("CodeForGroup2", 2);
         return step;

@@ -33,12 +33,14 @@ protected:
         EXPECT_EQ(of.observations(), 0);
         EXPECT_EQ(host.outstanding, 0);
         EXPECT_EQ(host.progressShown, 0);
+        EXPECT_FALSE(host.beyondUnits);
         return results;
     }
 };
 INSTANTIATE_TEST_SUITE_P(Analyses, EveryAnalysis,
                          testing::Values(&test::lifeRaw, &test::lifeOfTable, &test::kaplan, &test::twoSamples,
-                                         &test::kSamples, &test::coxStratified, &test::exponentialRegression,
+                                         &test::kSamples, &test::coxStratified, &test::coxTime,
+                                         &test::coxTimeStratified, &test::exponentialRegression,
                                          &test::normalRegression),
                          [](const auto& one) { return std::string{one.param->name}; });
 
@@ -46,7 +48,8 @@ INSTANTIATE_TEST_SUITE_P(Analyses, EveryAnalysis,
 class EveryAnalysisOfCases : public EveryAnalysis {};
 INSTANTIATE_TEST_SUITE_P(Analyses, EveryAnalysisOfCases,
                          testing::Values(&test::lifeRaw, &test::kaplan, &test::twoSamples, &test::kSamples,
-                                         &test::coxStratified, &test::exponentialRegression),
+                                         &test::coxStratified, &test::coxTimeStratified,
+                                         &test::exponentialRegression),
                          [](const auto& one) { return std::string{one.param->name}; });
 
 TEST_P(EveryAnalysisOfCases, ChecksSelectionsAndLeavesTheDialogOpen) {
@@ -172,6 +175,8 @@ TEST_P(EveryAnalysisOfCases, TakesTurnsWithAnotherOne) {
 TEST_P(EveryAnalysis, EveryMemoryRequestRefusedInTurn) {
     ManyCases(of.many);
     Specify();
+    ASSERT_TRUE(Whole());
+    const std::string whole = host.Output();
     int n = 1;
     for (;; ++n) {
         ASSERT_LT(n, 200);
@@ -179,14 +184,14 @@ TEST_P(EveryAnalysis, EveryMemoryRequestRefusedInTurn) {
         host.refuseRequest = n;
         const bool results = Whole();
         if (host.requests < n) break;
-        // An output that can do without the memory says so.
+        // An output that lacks something without the memory says so.
         std::string told = host.report;
         for (const test::Sheet& sheet : host.sheets)
             told += sheet.notes.empty() ? "" : sheet.notes.back();
         if (!host.messages.empty()) {
             EXPECT_EQ(host.messages.front().id, of.noMemory);
         } else if (results || !of.sortsSilently) {
-            EXPECT_NE(told.find("cannot be computed"), std::string::npos);
+            EXPECT_TRUE(told.find("cannot be computed") != std::string::npos || host.Output() == whole);
         }
     }
     EXPECT_GE(n, of.requests);

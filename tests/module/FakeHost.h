@@ -6,6 +6,7 @@
 #include "support/automation/AutomationObject.h"
 #include "support/dialogs/CAnalysisModalDialog.h"
 #include "support/services/NullServices.h"
+#include "tests/module/HostParts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -57,7 +58,7 @@ class FakeHost final : public CAnalysisDoc,
                        public NullProgress,
                        public NullMessages,
                        public NullMemory,
-                       public NullFiles,
+                       public HostFiles,
                        public NullDialogs,
                        public CIterDisplay {
 public:
@@ -87,6 +88,8 @@ public:
     int questions = 0;
     int outstanding = 0;
     int progressShown = 0;
+    unsigned unitsLeft = 0;
+    bool beyondUnits = false; ///< more progress was told than had been announced
 
     // Dialogs
     std::vector<std::unique_ptr<CAnalysisModelessDialog>> dialogs;
@@ -104,6 +107,12 @@ public:
     std::vector<int> questionsAsked;
     std::vector<double> offeredStart; ///< what the dialog of start values was opened with
     std::vector<double> startValues;  ///< what the dialog of start values is left with; empty: cancelled
+    HostFormulas formulas{[this] {
+        std::vector<std::string> names;
+        for (const Column& column : columns)
+            names.push_back(column.name);
+        return names;
+    }};
 
     /// Runs steps from one on until a dialog owns the step or the sequence ends; returns the step reached.
     int Go(CAnalysisSupport& analysis, int step) {
@@ -120,6 +129,22 @@ public:
             step = isStep ? answer : row->followsByDefault;
         }
         return -2;
+    }
+    /// Report and sheets in one text.
+    [[nodiscard]] std::string Output() const {
+        std::string all = report;
+        for (const Sheet& sheet : sheets) {
+            all += sheet.title;
+            for (const std::string& note : sheet.notes)
+                all += note;
+            for (const std::vector<double>& column : sheet.numbers)
+                for (const double each : column)
+                    all += std::to_string(each);
+            for (const std::vector<std::string>& column : sheet.texts)
+                for (const std::string& each : column)
+                    all += each;
+        }
+        return all;
     }
     CAnalysisModelessDialog& Dialog() { return *dialogs.back(); }
     AutomationObject Script() { return AutomationObject{*dialogs.back()}; }
@@ -141,6 +166,7 @@ public:
     MemoryService& Memory() override { return *this; }
     DialogService& Dialogs() override { return *this; }
     FileService& Files() override { return *this; }
+    ExpressionService& Expressions() override { return formulas; }
     CIterDisplay& Iterations() override { return *this; }
     void AddText(std::string_view line) override { iterations.emplace_back(line); }
     bool WasCanceled() override { return false; }
@@ -257,9 +283,16 @@ public:
         return 0;
     }
 
-    void dstart(unsigned) override { ++progressShown; }
-    void bstart() override { ++progressShown; }
-    void dstop() override { --progressShown; }
+    void dstart(unsigned units) override {
+        progressShown = 1; // a further part of what runs, where it was shown
+        unitsLeft = units;
+    }
+    void termom(unsigned units) override {
+        beyondUnits = beyondUnits || units > unitsLeft;
+        unitsLeft -= std::min(units, unitsLeft);
+    }
+    void bstart() override { progressShown = 1; }
+    void dstop() override { progressShown = 0; }
     void d_stat(std::string_view text) override { statusTexts.emplace_back(text); }
     bool pcancel() override { return ++questions >= stopAt && stopAt != 0; }
 

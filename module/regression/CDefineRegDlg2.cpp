@@ -37,8 +37,10 @@ void CDefineRegDlg2::ShowList(int selected) {
     SetValue(TimeTable, selected);
     SetValue(TimeNames, std::move(names));
     SetValue(TimeExpressions, std::move(expressions));
-    SetValue(TimeName, ProposedName(list));
-    SetValue(TimeExpression, std::string{});
+    const DefinedCovariate fields = selected == noEntry ? DefinedCovariate{ProposedName(list), {}}
+                                                        : list[static_cast<std::size_t>(selected)];
+    SetValue(TimeName, fields.name);
+    SetValue(TimeExpression, fields.expression);
 }
 
 void CDefineRegDlg2::OnValueChanged(int control) {
@@ -109,7 +111,7 @@ bool CDefineRegDlg2::OnCommand(int control) {
 
 bool CDefineRegDlg2::TakeFields(bool replace) {
     std::vector<DefinedCovariate>& list = State().settings.expressions;
-    const int selected = ValueAs<int>(TimeTable);
+    int selected = ValueAs<int>(TimeTable);
     const std::string text = CleanText(ValueAs<std::string>(TimeExpression));
     DefinedCovariate covariate{CleanText(ValueAs<std::string>(TimeName)), CutTo(text, expressionWidth)};
     if (const std::string fault = FaultOfName(covariate.name); !fault.empty()) {
@@ -120,8 +122,13 @@ bool CDefineRegDlg2::TakeFields(bool replace) {
         ShowMessage(StrTimeBadCovariate, Filled(StrTimeNoExpression, {Quoted(covariate.name)}));
         return false;
     }
-    replace = replace && selected != noEntry;
     const auto place = FindDefined(list, covariate.name);
+    // What has the same name is what people mean if they highlight nothing.
+    if (replace && selected == noEntry && place) selected = static_cast<int>(*place);
+    if (replace && selected == noEntry) {
+        ShowMessage(StrTimeReplaceWhat);
+        return false;
+    }
     if (place && !(replace && *place == static_cast<std::size_t>(selected))) {
         ShowMessage(StrTimeBadCovariate, Filled(StrTimeTwice, {Quoted(covariate.name)}));
         return false;
@@ -131,6 +138,11 @@ bool CDefineRegDlg2::TakeFields(bool replace) {
         return false;
     }
     const bool cut = covariate.expression.size() < text.size();
+    CompiledCovariates compiled;
+    if (const auto fault = compiled.Compile(Analysis(), {&covariate, 1}); !cut && !fault.text.empty()) {
+        ShowFault(covariate, fault.text);
+        return false;
+    }
     const std::size_t at = replace ? static_cast<std::size_t>(selected) : list.size();
     if (replace)
         list[at] = std::move(covariate);
@@ -139,6 +151,10 @@ bool CDefineRegDlg2::TakeFields(bool replace) {
     ShowList(replace ? selected : noEntry);
     if (cut) ShowMessage(StrTimeTooLong);
     return true;
+}
+
+void CDefineRegDlg2::ShowFault(const DefinedCovariate& covariate, const std::string& why) {
+    ShowMessage(StrTimeFault, Filled(StrTimeFaultDetail, {covariate.name, covariate.expression, why}));
 }
 
 bool CDefineRegDlg2::Delete() {
@@ -185,8 +201,7 @@ bool CDefineRegDlg2::CovariatesAreValid() {
     CompiledCovariates compiled;
     const CompiledCovariates::Fault fault = compiled.Compile(Analysis(), list);
     if (!fault.text.empty()) {
-        ShowMessage(StrTimeFault, Filled(StrTimeFaultDetail, {list[fault.covariate].name,
-                                                              list[fault.covariate].expression, fault.text}));
+        ShowFault(list[fault.covariate], fault.text);
         return false;
     }
     if (compiled.Variables().size() <= mostVariablesOfExpressions) return true;

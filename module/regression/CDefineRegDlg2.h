@@ -27,6 +27,7 @@ private:
     /// What stands in the fields, if it was not taken yet: in place of the one selected, where it has its
     /// name, else as a new covariate. False after a message.
     bool TypedIsTaken();
+    void ShowFault(const DefinedCovariate& covariate, const std::string& why);
     bool Delete();
     bool Open();
     /// False after a message about what is wrong.

@@ -56,7 +56,11 @@
     S(StrTimeKeptInPart, 21537, \
       "Computing (%1 of %2 MB of the values of the expressions are kept, the others evaluated each time) ... ") \
     S(StrTimeNotKept, 21538, "Computing (the expressions are evaluated each time) ... ") \
-    S(StrTimeEvaluation, 21539, "Iteration %1")
+    S(StrTimeEvaluation, 21539, "Iteration %1") \
+    S(StrTimeReplaceWhat, 21546, \
+      "To replace an expression, first highlight it by clicking on it, or enter its name; then click on the Replace " \
+      "button.") \
+    S(StrTimeTime, 21547, "T_")
 // clang-format on
 
 namespace ozm::survival {
@@ -86,6 +90,8 @@ inline constexpr RoleTemplate timeDependentRoles[] = {
 };
 inline constexpr int timeColumns[] = {StrTimeColName, StrTimeColExpression};
 
+inline constexpr ChoiceTemplate timeNames[] = {{StrTimeTime}};
+
 inline constexpr ControlTemplate timeDependentControls[] = {
     {.id = SpecifyVariables,
      .kind = ControlKind::VariableSelection,
@@ -102,6 +108,7 @@ inline constexpr ControlTemplate timeDependentControls[] = {
     {.id = TimeExpression,
      .kind = ControlKind::Text,
      .text = "&Expression:",
+     .choices = timeNames,
      .hint = StrTimeHint,
      .most = 60,
      .onEnter = TimeAdd,

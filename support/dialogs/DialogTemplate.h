@@ -106,7 +106,7 @@ struct ControlTemplate {
     int onEnter = 0;     ///< the control that Enter presses while this one has the focus; 0: OK
     int onDelete = 0;    ///< a list: the button that the Delete key presses; 0: none
     int beside = 0;      ///< a button: the list at whose side it stands; 0: none
-    /// A text: an expression; a window helps with the names of variables.
+    /// A text: an expression; a window offers the names of variables, and those of `choices`.
     bool isExpression = false;
 };
 

@@ -84,7 +84,8 @@ void LineField::putBeside(QWidget* other, int stretch) {
 }
 
 QToolButton* LineField::namesButton() {
-    auto* names = new NameCompletion(line_, [this] { return host().analysis(); });
+    auto* names = new NameCompletion(
+        line_, [this] { return host().analysis(); }, control().choices);
     auto* button = new QToolButton(this);
     button->setObjectName(QStringLiteral("variables"));
     button->setArrowType(Qt::DownArrow);

@@ -22,11 +22,16 @@ bool isWordLetter(QChar letter) {
     return letter.isLetterOrNumber() || letter == u'_' || letter == u'.';
 }
 
+QString inQuotes(QString name) {
+    return quote + name.replace(quote, QString(2, quote)) + quote;
+}
+
 } // namespace
 
-NameCompletion::NameCompletion(QLineEdit* line, std::function<ozm::CAnalysisSupport*()> analysis)
-    : QObject(line), line_(line), analysis_(std::move(analysis)), names_(new QStringListModel(this)),
-      completer_(new QCompleter(names_, this)) {
+NameCompletion::NameCompletion(QLineEdit* line, std::function<ozm::CAnalysisSupport*()> analysis,
+                               std::span<const ozm::ChoiceTemplate> others)
+    : QObject(line), line_(line), analysis_(std::move(analysis)), others_(others),
+      names_(new QStringListModel(this)), completer_(new QCompleter(names_, this)) {
     completer_->setWidget(line);
     completer_->setCaseSensitivity(Qt::CaseInsensitive);
     completer_->setMaxVisibleItems(12);
@@ -50,13 +55,23 @@ NameCompletion::Word NameCompletion::word() const {
     return isNumber ? Word{length, {}} : Word{start, before.mid(start)};
 }
 
+QStringList NameCompletion::otherNames(ozm::CAnalysisSupport& analysis) const {
+    QStringList names;
+    for (const ozm::ChoiceTemplate& other : others_)
+        names += QString::fromStdString(analysis.GetResourceString(other.text)).trimmed();
+    return names;
+}
+
 bool NameCompletion::findNames(const QString& beginning) {
     ozm::CAnalysisSupport* analysis = analysis_();
     if (analysis == nullptr) return false;
-    QStringList names;
+    const QStringList others = otherNames(*analysis);
+    QStringList names = others;
     for (int variable = 1; variable <= analysis->NumberOfVariables(); ++variable) {
         std::string name;
-        if (analysis->getvn5(variable, name) == 0 && !name.empty()) names += QString::fromStdString(name);
+        if (analysis->getvn5(variable, name) != 0 || name.empty()) continue;
+        const QString shown = QString::fromStdString(name);
+        names += others.contains(shown, Qt::CaseInsensitive) ? inQuotes(shown) : shown;
     }
     if (names != names_->stringList()) names_->setStringList(names);
     completer_->setCompletionPrefix(beginning);
@@ -89,13 +104,15 @@ void NameCompletion::offerTyped() {
 QString NameCompletion::written(const QString& name) const {
     const std::string text = name.toStdString();
     if (ozm::CAnalysisSupport* analysis = analysis_()) {
+        for (const QString& other : otherNames(*analysis))
+            if (name == other || name.compare(inQuotes(other), Qt::CaseInsensitive) == 0) return name;
         std::unique_ptr<ozm::CompiledExpression> compiled;
         std::string error;
         if (analysis->COMP(text, {}, compiled, error) == 0 && compiled->References().size() == 1 &&
             compiled->References().front() == analysis->FindVariable(text))
             return name;
     }
-    return quote + QString(name).replace(quote, QString(2, quote)) + quote;
+    return inQuotes(name);
 }
 
 void NameCompletion::insert(const QString& name) {

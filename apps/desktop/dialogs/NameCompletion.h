@@ -1,9 +1,13 @@
 #pragma once
 
+#include "support/dialogs/DialogTemplate.h"
+
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
+#include <span>
 
 class QCompleter;
 class QLineEdit;
@@ -16,12 +20,15 @@ class CAnalysisSupport;
 namespace korvana::desktop {
 
 /// Offers the variables of the data in a line that holds an expression: while a word is typed, those whose
-/// names begin with it, and all of them on Ctrl+Space. The chosen name takes the place of the word, in
-/// backquotes if it would mean something else without them.
+/// names begin with it, and all of them on Ctrl+Space; and further names, that the expression gives a
+/// meaning. The chosen name takes the place of the word, in backquotes if it would mean something else
+/// without them.
 class NameCompletion : public QObject {
 public:
     /// @param analysis  gives the analysis, nullptr when there is none any more
-    NameCompletion(QLineEdit* line, std::function<ozm::CAnalysisSupport*()> analysis);
+    /// @param others  string numbers of the further names, offered before those of variables
+    NameCompletion(QLineEdit* line, std::function<ozm::CAnalysisSupport*()> analysis,
+                   std::span<const ozm::ChoiceTemplate> others);
 
     /// Offers the names that begin with the word before the cursor; all where there is none.
     void offer();
@@ -39,11 +46,13 @@ private:
     void offerTyped();
     void insert(const QString& name);
     [[nodiscard]] QString written(const QString& name) const;
+    [[nodiscard]] QStringList otherNames(ozm::CAnalysisSupport& analysis) const;
     /// False when no name begins so.
     bool findNames(const QString& beginning);
 
     QLineEdit* line_;
     std::function<ozm::CAnalysisSupport*()> analysis_;
+    std::span<const ozm::ChoiceTemplate> others_;
     QStringListModel* names_;
     QCompleter* completer_;
     bool inserting_ = false;

@@ -12,6 +12,7 @@
 #include "module/survdata/StopTest.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace ozm::survival {
 namespace {
@@ -74,7 +75,8 @@ struct Fitting {
 
     [[nodiscard]] std::string WhatIsKept() const {
         const auto megabytes = [](std::size_t numbers) {
-            return FormatNumber(static_cast<double>(numbers * sizeof(double)) / 1e6, 3);
+            const double size = static_cast<double>(numbers * sizeof(double)) / 1e6;
+            return size < 1000 ? FormatNumber(size, 3) : FormatCount(std::llround(size));
         };
         const std::size_t room = cox.room.size();
         if (room == 0) return Whole(StrTimeNotKept);

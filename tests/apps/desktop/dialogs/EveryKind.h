@@ -98,7 +98,7 @@ inline constexpr DialogTemplate everyKind{1, "One of each", pages, controls};
 inline constexpr ControlTemplate resultControls[] = {controls[3], controls[4], controls[17]};
 inline constexpr DialogTemplate results{2, "Results", pages, resultControls};
 inline constexpr StringResource strings[] = {
-    {1, "Alpha"}, {2, "Beta "}, {3, "Gamma"}, {4, "Select the codes."}};
+    {1, "Alpha"}, {2, "Beta "}, {3, "Gamma"}, {4, "Select the codes."}, {5, "T_"}};
 
 class EveryKindDlg;
 

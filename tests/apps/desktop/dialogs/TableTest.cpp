@@ -6,11 +6,13 @@ namespace everykind {
 namespace {
 
 enum TableControl { Name8 = 300, Add, Replace, Delete, Scripted };
+constexpr ChoiceTemplate timeName[] = {{.text = 5}};
 constexpr ControlTemplate tableControls[] = {
     {.id = Name8, .kind = ControlKind::Text, .text = "&Name:", .most = 8, .onEnter = Add},
     {.id = Formula,
      .kind = ControlKind::Text,
      .text = "E&xpression:",
+     .choices = timeName,
      .most = 60,
      .onEnter = Add,
      .isExpression = true},
@@ -171,7 +173,7 @@ TEST_F(TableView, MoreCannotBeTypedThanThereIsRoomFor) {
 
 TEST_F(TableView, VariablesAreOfferedForTheWordThatIsTyped) {
     korvana::DataSet set("names.csv", 2);
-    for (const char* name : {"age", "age at start", "Agent", "and", "tick`s"}) {
+    for (const char* name : {"age", "age at start", "Agent", "and", "tick`s", "t_"}) {
         korvana::Variable variable;
         variable.name = name;
         korvana::test::addVariable(set, variable, [](int i) { return i; });
@@ -196,7 +198,8 @@ TEST_F(TableView, VariablesAreOfferedForTheWordThatIsTyped) {
           {"2*ag", "age,age at start,Agent", 2, "2*`age at start`"},
           {"`age ", "age at start", 1, "`age at start`"},
           {"T_+an", "and", 1, "T_+`and`"},
-          {"ti", "tick`s", 1, "`tick``s`"}}) {
+          {"ti", "tick`s", 1, "`tick``s`"},
+          {"log(t", "T_,tick`s", 1, "log(T_"}}) {
         retype(line, typed);
         EXPECT_EQ(offered(), names) << typed;
         ASSERT_NE(popup(), nullptr) << typed;
@@ -211,15 +214,19 @@ TEST_F(TableView, VariablesAreOfferedForTheWordThatIsTyped) {
     }
     retype(line, "1 + ");
     QTest::keyClick(line, Qt::Key_Space, Qt::ControlModifier);
-    EXPECT_EQ(offered(), "age,age at start,Agent,and,tick`s");
+    EXPECT_EQ(offered(), "T_,age,age at start,Agent,and,tick`s,`t_`") << "the time, and a variable called so";
     QTest::keyClick(popup(), Qt::Key_Escape);
     EXPECT_TRUE(view->isVisible()) << "Escape closes the list alone";
     line->setCursorPosition(0);
     QTest::mouseClick(editor<QToolButton>(Formula), Qt::LeftButton);
-    choose(1);
+    choose(2);
     EXPECT_EQ(line->text(), "age1 + ") << "at the cursor";
     QTest::keyClick(line, Qt::Key_Tab);
     EXPECT_EQ(value<std::string>(Formula), "age1 + ");
+    retype(line, "");
+    QTest::keyClick(line, Qt::Key_Space, Qt::ControlModifier);
+    choose(7);
+    EXPECT_EQ(line->text(), "`t_`");
 }
 
 TEST_F(TableView, WhatIsForScriptsIsNotShown) {

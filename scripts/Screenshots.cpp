@@ -165,6 +165,21 @@ void regression() {
     take(dialog(), QStringLiteral("dialog-regression-results"));
 }
 
+void timeDependent() {
+    const auto window = windowOn(QStringLiteral("veteran.csv"));
+    start(*window, 6);
+    press(*window, 1);
+    put(*window, 1001, ozm::VariableSelection{{3}, {4}, {}});
+    put(*window, 1002, 1.0);
+    put(*window, 1003, 0.0);
+    put(*window, 1048, std::vector<std::string>{"karno", "karnoT"});
+    put(*window, 1049, std::vector<std::string>{"karno", "karno * log(T_ + 20)"});
+    put(*window, 1041, std::string{"late"});
+    put(*window, 1042, std::string{"trt * (T_ > 90)"});
+    window->runner().session().pump();
+    take(*window->runner().currentView(), QStringLiteral("dialog-time-dependent"));
+}
+
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -182,6 +197,7 @@ int main(int argc, char* argv[]) {
     twoSamples();
     lifeTable();
     regression();
+    timeDependent();
     QFile::remove(folder.filePath(QStringLiteral(".settings.ini")));
     return 0;
 }

@@ -67,7 +67,7 @@ private:
         if (estimation_.forDialog()) wanted.members.emplace_back("NonDefaultStartValuesIterations", true);
     }
     bool finishSpecification(Script& script) override {
-        if (!expressions_.put(script)) return false;
+        expressions_.put(script);
         estimation_.checkStart(expressions_.names(), {});
         return true;
     }

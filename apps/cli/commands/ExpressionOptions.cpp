@@ -101,15 +101,24 @@ void ExpressionOptions::check(const DataSet& data) const {
     for (const Defined& covariate : given_) {
         try {
             const Expression understood(covariate.expression, data, time);
+            const auto variable = data.find(covariate.expression);
+            if (variable && data.variable(*variable).kind == VariableKind::Text)
+                throw UsageError(
+                    option + " " + covariate.name + ": '" + covariate.expression +
+                    "' holds texts, a covariate has numbers; for an indicator compare it with one "
+                    "of them, as in " +
+                    covariate.expression + " = 'TEXT'");
         } catch (const ExpressionError& error) {
             throw UsageError(option + " " + covariate.name + ": " + error.what());
         }
     }
 }
 
-bool ExpressionOptions::openFile(Script& script) {
+void ExpressionOptions::openFile(Script& script) {
     const std::size_t before = script.messages().size();
-    if (!script.pressWithFile("OpenExpressions", fileToOpen_)) return false;
+    if (!script.pressWithFile("OpenExpressions", fileToOpen_))
+        throw UsageError("--expressions " + fileToOpen_ +
+                         ": no covariates can be taken from the file, so that nothing is computed");
     const bool cut =
         std::any_of(script.messages().begin() + static_cast<std::ptrdiff_t>(before), script.messages().end(),
                     [](const ResultMessage& m) { return m.severity == ResultMessage::Severity::Warning; });
@@ -119,7 +128,6 @@ bool ExpressionOptions::openFile(Script& script) {
                          "shorten it");
     names_ = textsOf(script.get(namesMember));
     expressions_ = textsOf(script.get(expressionsMember));
-    return true;
 }
 
 void ExpressionOptions::merge(const Defined& covariate) {
@@ -133,8 +141,8 @@ void ExpressionOptions::merge(const Defined& covariate) {
     expressions_.push_back(covariate.expression);
 }
 
-bool ExpressionOptions::put(Script& script) {
-    if (!fileToOpen_.empty() && !openFile(script)) return false;
+void ExpressionOptions::put(Script& script) {
+    if (!fileToOpen_.empty()) openFile(script);
     for (const Defined& covariate : given_)
         merge(covariate);
     if (names_.size() > most)
@@ -145,7 +153,9 @@ bool ExpressionOptions::put(Script& script) {
         script.put(namesMember, List(names_.begin(), names_.end()));
         script.put(expressionsMember, List(expressions_.begin(), expressions_.end()));
     }
-    return fileToSave_.empty() || script.pressWithFile("SaveExpressions", fileToSave_);
+    if (!fileToSave_.empty() && !script.pressWithFile("SaveExpressions", fileToSave_))
+        throw UsageError("--save-expressions " + fileToSave_ +
+                         ": the covariates are not written, so that nothing is computed");
 }
 
 } // namespace korvana::cli

@@ -23,9 +23,9 @@ public:
     /// Checks that the expressions given can be understood. Throws UsageError.
     void check(const DataSet& data) const;
     /// Sets them in the specification dialog: those of the file, then those given one by one, which take the
-    /// place of the file's with the same name; and writes all of them to a file. Returns false when the
-    /// analysis refuses a file, after its message. Throws UsageError and ScriptError.
-    bool put(Script& script);
+    /// place of the file's with the same name; and writes all of them to a file. Throws UsageError, also
+    /// after a message of the analysis about a file, and ScriptError.
+    void put(Script& script);
     /// The names of the covariates; to be called after `put`.
     [[nodiscard]] const std::vector<std::string>& names() const { return names_; }
 
@@ -35,7 +35,7 @@ private:
         std::string expression;
     };
     [[nodiscard]] static Defined read(const std::string& text);
-    bool openFile(Script& script);
+    void openFile(Script& script);
     void merge(const Defined& covariate);
 
     std::vector<std::string> texts_;

@@ -107,19 +107,19 @@ bool Merging::Read(const std::string& keyword, DefinedCovariate& covariate) {
 
 void Merging::Take(const std::string& keyword) {
     DefinedCovariate covariate{CutTo(CleanText(keyword), nameWidth), {}};
-    auto place = FindDefined(list_, covariate.name);
+    const auto place = FindDefined(list_, covariate.name);
     const bool again = place && fromFile_[*place];
     if (again || !FaultOfName(covariate.name).empty()) return leftOut_.Add(keyword);
-    if (place && !Overwrites()) place.reset();
-    if (!place && list_.size() == mostDefined) {
+    const std::size_t at = place && Overwrites() ? *place : list_.size();
+    if (at >= mostDefined) {
         noRoom_ = true;
         return;
     }
     if (!Read(keyword, covariate)) return leftOut_.Add(keyword);
     tookAny_ = true;
-    if (place) {
-        list_[*place].expression = std::move(covariate.expression);
-        fromFile_[*place] = true;
+    if (at < list_.size()) {
+        list_[at].expression = std::move(covariate.expression);
+        fromFile_[at] = true;
     } else {
         list_.push_back(std::move(covariate));
         fromFile_.push_back(true);

@@ -1,8 +1,11 @@
 #include "tests/apps/cli/Cli.h"
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <regex>
+#include <sstream>
 
 namespace korvana::cli {
 namespace {
@@ -55,6 +58,7 @@ TEST_F(CoxTimeTest, WhatIsWrongWithExpressionsIsSaidWithTheWayOut) {
         {{"kT=karno", "KT=trt"}, "two covariates have the name 'KT'"},
         {{"a=karno", "x=karn*log(T_)"},
          "--covariate x: expression \"karn*log(T_)\", character 1: there is no"},
+        {{"x=celltype"}, "--covariate x: 'celltype' holds texts, a covariate has numbers"},
         {{"x=log(T_)+v40"}, "character 9: there is no variable 'v40': the data have 8 variables, v1 to v8"},
         {{"x=karno*)T_"}, "character 7: a variable, a number or ( is expected here, not ')'"}};
     for (const auto& [covariates, said] : table) {
@@ -110,11 +114,41 @@ TEST_F(CoxTimeTest, FilesOfExpressions) {
           {std::string{"\x7f\x45LF"}, "no expressions"},
           {"[Expressions]\nHowManyExpressions=1\nx=age+" + std::string(60, '1'), "too long"}}) {
         const Outcome outcome = run("cox-time " + veteran + "--expressions " + file("bad.ini", text));
-        EXPECT_NE(outcome.code, ExitResults) << text;
+        EXPECT_EQ(outcome.code, ExitUsage) << text;
         EXPECT_TRUE(has(outcome.err, said)) << outcome.err;
+        EXPECT_TRUE(has(outcome.err, "--expressions bad.ini: ")) << outcome.err;
         EXPECT_EQ(outcome.out, "");
     }
-    EXPECT_NE(run("cox-time " + veteran + "--expressions none.ini").code, ExitResults);
+    refuses("cox-time " + veteran, {{"--expressions none.ini", "none.ini cannot be read"},
+                                    {"--covariate x=karno --save-expressions none/x.ini", "none/x.ini"},
+                                    {"--covariate x=karno --outputs plot-1", "there is no 'plot-1'"}});
+}
+
+TEST_F(CoxTimeTest, ATerminalShowsHowFarAnEvaluationIs) {
+    std::string data = "t,e,x\n";
+    for (int i = 1; i <= 1500; ++i)
+        data +=
+            std::to_string(i) + "," + std::to_string(i % 3 > 0) + "," + std::to_string(i * i % 101) + "\n";
+    file("many.csv", data);
+    terminal = true;
+    const Outcome outcome = runWith("many.csv --time t --censor e --complete 1 --censored 0",
+                                    {"x=x", "xT=x*log(T_)", "xR=x*sqrt(T_)", "wide=x/(1+T_)"});
+    EXPECT_EQ(outcome.code, ExitResults) << outcome.err;
+    const std::regex shown("(.*)  Iteration ([0-9]+) ([0-9]+) %");
+    std::map<int, std::vector<int>> shares;
+    std::istringstream lines(outcome.err);
+    for (std::string line; std::getline(lines, line, '\r');) {
+        EXPECT_LE(line.size(), 81U) << line; // with what erases the line before
+        if (std::smatch found; std::regex_match(line, found, shown))
+            shares[std::stoi(found[2])].push_back(std::stoi(found[3]));
+    }
+    EXPECT_EQ(shares.begin()->first, 1);
+    EXPECT_GT(shares.size(), 3U) << "each evaluation";
+    for (const auto& [iteration, moving] : shares) {
+        EXPECT_TRUE(std::ranges::is_sorted(moving)) << iteration;
+        EXPECT_GT(moving.back(), 80) << iteration;
+    }
+    EXPECT_TRUE(outcome.err.ends_with("\r\x1b[K")) << "nothing of it is left";
 }
 
 } // namespace

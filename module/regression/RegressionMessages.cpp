@@ -35,6 +35,14 @@ std::string StrataWithoutCases(CAnalysisSupport& host, const RegressionResults& 
                    QuotedName(host, results.stratumVariable)});
 }
 
+/// The selections, with the variables that were read for covariates: those of expressions, where these define
+/// them.
+SharedSettings AsRead(const SharedSettings& shared, const RegressionResults& results) {
+    SharedSettings settings = shared;
+    settings.List(ListCovariates) = results.covariates;
+    return settings;
+}
+
 } // namespace
 
 std::string Quoted(const std::string& name) {
@@ -69,7 +77,7 @@ std::string DescribeDataFault(CAnalysisSupport& host, const SharedSettings& shar
                               const RegressionResults& results, RegressionStatus status,
                               std::size_t covariate) {
     const RegressionSample& sample = results.sample;
-    const std::string reading = "\n" + DescribeReading(host, shared, results.reading);
+    const std::string reading = "\n" + DescribeReading(host, AsRead(shared, results), results.reading);
     const auto count = [](auto number) { return FormatCount(static_cast<long long>(number)); };
     switch (status) {
     case RegressionStatus::TooManyCases:
@@ -101,7 +109,7 @@ std::string DescribeDataFault(CAnalysisSupport& host, const SharedSettings& shar
 }
 
 void TellPreparation(CAnalysisSupport& host, const SharedSettings& shared, const RegressionResults& results) {
-    TellReading(host, shared, results.reading);
+    TellReading(host, AsRead(shared, results), results.reading);
     const auto note = [&](const std::string& text) {
         host.DspMessageBox(MessageStyle::Note, nullptr, 0, text, {});
     };

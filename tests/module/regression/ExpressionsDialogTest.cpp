@@ -347,8 +347,8 @@ TEST_F(ExpressionsDialog, WhatAFileCannotGiveIsTold) {
         host.files["e.ini"] = text;
         Refuses(TimeOpen, StrTimeNoExpressions, "e.ini");
     }
-    host.files["e.ini"] = begin + "7\nempty=\nkarnoTime1=drug\nkarnoTime2=sex\nlong=1" +
-                          std::string(70, '+') + "1\n";
+    host.files["e.ini"] =
+        begin + "7\nempty=\nkarnoTime1=drug\nkarnoTime2=sex\nlong=1" + std::string(70, '+') + "1\n";
     ASSERT_TRUE(Does(TimeOpen));
     ExpectTold({StrTimeTooLong, StrTimeNotAllTaken}, "Names that were cut to 8 characters: 'karnoTime1'.");
     EXPECT_NE(host.messages[1].detail.find(": 'empty', 'karnoTime2'."), std::string::npos)

@@ -1,6 +1,6 @@
 // Cox regressions with the covariates "x" and "x * log(T_)", of cases in memory: from the cases in their
-// order to the estimates; one likelihood with its derivatives; and how long it is between two questions
-// whether to stop.
+// order to the estimates, by the strictest criterion; one likelihood with its derivatives; and how long it is
+// between two questions whether to stop.
 
 #include "bench/CoxCases.h"
 #include "host/session/SessionServices.h"
@@ -23,7 +23,7 @@ namespace {
 
 namespace survival = ozm::survival;
 
-/// Cases in order, their covariates, and room for the values of these if they are to be kept.
+/// Cases in order, their covariates, and how many values of these are to be kept.
 class Regression {
 public:
     explicit Regression(const benchmark::State& state) {
@@ -48,12 +48,12 @@ public:
             if (host_.COMP(text, time, expressions_.emplace_back(), error) != 0) std::abort();
         constexpr int variables[] = {1};
         covariates.emplace(host_, expressions_, sample_, variables, 2);
-        if (state.range(1) != 0) room.resize(survival::RoomFor(sample, *covariates));
+        if (state.range(1) != 0) kept = survival::RoomFor(sample, *covariates);
     }
 
     survival::OrderedSample sample;
     std::optional<survival::ExpressionCovariates> covariates;
-    std::vector<double> room;
+    std::size_t kept = 0;
 
 private:
     korvana::SessionParts parts_;
@@ -65,10 +65,13 @@ private:
 
 void fitTimeDependentCox(benchmark::State& state) {
     Regression regression(state);
+    const survival::IterationLimits limits{.criterion = 1e-5, .most = 200};
     survival::NewtonEstimate estimate;
+    std::vector<double> parameters;
     double longest = 0; // between two questions
     for ([[maybe_unused]] auto _ : state) {
-        std::vector<double> parameters(2);
+        parameters.assign(2, 0.0);
+        const auto room = std::make_unique_for_overwrite<double[]>(regression.kept);
         auto last = std::chrono::steady_clock::now();
         const auto ask = [&](double) {
             const auto now = std::chrono::steady_clock::now();
@@ -77,21 +80,25 @@ void fitTimeDependentCox(benchmark::State& state) {
             return false;
         };
         const auto watch = [](int, double, std::span<const double>) { return false; };
-        survival::TimeDependentCox cox{regression.sample, *regression.covariates, regression.room, ask, {}};
-        if (survival::FitTimeDependentCox(cox, {}, watch, parameters, estimate) !=
+        survival::TimeDependentCox cox{
+            regression.sample, *regression.covariates, {room.get(), regression.kept}, ask, {}};
+        if (survival::FitTimeDependentCox(cox, limits, watch, parameters, estimate) !=
             survival::EstimationStatus::Success)
             state.SkipWithError("no estimates");
     }
     state.counters["iterations"] = estimate.iterations;
     state.counters["logLikelihood"] = estimate.logLikelihood;
+    state.counters["nullLogLikelihood"] = estimate.nullLogLikelihood;
+    state.counters["x"] = parameters[0];
+    state.counters["xLogT"] = parameters[1];
     state.counters["msBetweenQuestions"] = longest;
-    state.counters["roomMB"] = static_cast<double>(regression.room.size()) * 8 / 1e6;
+    state.counters["roomMB"] = static_cast<double>(regression.kept) * 8 / 1e6;
 }
 
 void timeDependentLikelihood(benchmark::State& state) {
     Regression regression(state);
-    survival::TimeDependentLikelihood likelihood(regression.sample, *regression.covariates, regression.room,
-                                                 {});
+    std::vector<double> room(regression.kept);
+    survival::TimeDependentLikelihood likelihood(regression.sample, *regression.covariates, room, {});
     const std::vector<double> parameters{0.1, 0.05};
     double value = 0;
     if (likelihood.LogLikelihood(parameters, value) != survival::EstimationStatus::Success) std::abort();

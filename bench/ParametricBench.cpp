@@ -18,6 +18,8 @@ void fitParametric(benchmark::State& state, survival::RegressionKind kind) {
     const auto cases = korvana::bench::casesWith(state.range(0));
     const survival::RegressionModel& model = survival::ModelOf(kind);
     const std::vector<std::string> names(cases[0].x.size());
+    const survival::CompiledCovariates noExpressions;
+    const std::vector<int> variables; // those of expressions
     survival::RegressionSample sample;
     survival::NewtonEstimate estimate;
     for ([[maybe_unused]] auto _ : state) {
@@ -26,6 +28,8 @@ void fitParametric(benchmark::State& state, survival::RegressionKind kind) {
         survival::EstimationRun run{.host = korvana::bench::benchHost(),
                                     .sample = sample,
                                     .covariates = names,
+                                    .compiled = noExpressions,
+                                    .variables = variables,
                                     .limits = {},
                                     .parameters = parameters,
                                     .estimate = estimate,

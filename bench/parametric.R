@@ -1,6 +1,6 @@
 # The counterpart of the command line in parametric.sh: reads FILE (columns time, status, x1, x2, ...) with all cores and
-# fits a parametric regression. Prints the log-likelihood and that of the null model, on the scale of time, and the
-# milliseconds of CPU that survreg() and its fitting routine alone took, the fastest of RUNS.
+# fits a parametric regression. Prints the log-likelihood and that of the null model, on the scale of time, and with
+# RUNS the milliseconds of CPU that survreg() and its fitting routine alone took, the fastest of so many.
 #   Rscript bench/parametric.R FILE exponential|lognormal|normal [RUNS]        default: one run of survreg() alone
 suppressPackageStartupMessages({
   library(data.table)
@@ -29,4 +29,5 @@ if (!is.na(runs)) {
                                          if (distribution == "exponential") 1 else 0, 1, rep(1, nrow(x)), NULL)))
   }
 }
-cat(sprintf("%.17g %.17g %.1f %.1f\n", fit$loglik[2], fit$loglik[1], whole, bare))
+cat(sprintf("is %s %.17g 1e-6\n", c("logLikelihood", "nullLogLikelihood"), rev(fit$loglik)), sep = "")
+if (!is.na(runs)) cat(sprintf("took %s %.1f\n", c("survreg()", "routine"), c(whole, bare)), sep = "")

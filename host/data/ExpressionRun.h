@@ -31,9 +31,11 @@ private:
     };
 
     Values take(std::size_t input, const Expression::Input& from, std::size_t begin, std::size_t cases);
-    Values compute(std::size_t cases);
+    /// The values of the program, which may stand in `results`.
+    Values compute(std::span<double> results);
 
     ExpressionProgram program_;
+    bool strict_; ///< what is missing shows in the result
     std::vector<bool> tested_;
     std::vector<Values> inputs_;
     std::vector<std::vector<double>> cleaned_; ///< inputs with missing values, here NaN

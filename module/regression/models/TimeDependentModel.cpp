@@ -20,6 +20,13 @@ namespace {
 /// The most numbers that are kept of an evaluation: half a gigabyte. What does not fit is evaluated again.
 constexpr std::size_t mostKept = std::size_t{1} << 26U;
 
+/// How many of those needed are kept. Less than half of them is not worth the memory: a short expression is
+/// evaluated about as fast as its values are fetched.
+std::size_t Kept(std::size_t needed) {
+    const std::size_t kept = std::min(needed, mostKept);
+    return kept < needed / 2 ? 0 : kept;
+}
+
 /// Shows how far the evaluation of a likelihood is, where that takes long, and asks for a stop.
 class EvaluationProgress {
 public:
@@ -68,7 +75,7 @@ struct Fitting {
                                                    {},
                                                    [this](double share) { return progress.Tell(share); },
                                                    {}} {
-        if (kept.Allocate(run.host, std::min(needed, mostKept))) cox.room = kept.Span();
+        if (kept.Allocate(run.host, Kept(needed))) cox.room = kept.Span();
     }
     Fitting(const Fitting&) = delete;
     Fitting& operator=(const Fitting&) = delete;

@@ -177,6 +177,7 @@ void timeDependent() {
     put(*window, 1041, std::string{"late"});
     put(*window, 1042, std::string{"trt * (T_ > 90)"});
     window->runner().session().pump();
+    window->runner().currentView()->resize(720, 790); // all of it is seen, whatever the screen
     take(*window->runner().currentView(), QStringLiteral("dialog-time-dependent"));
 }
 

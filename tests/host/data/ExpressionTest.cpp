@@ -3,12 +3,15 @@
 #include "host/data/CaseSelection.h"
 #include "host/data/DataError.h"
 #include "host/data/Expression.h"
+#include "host/data/ExpressionFunctions.h"
 #include "tests/support/Refusal.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <limits>
 #include <numbers>
 #include <random>
 #include <string>
@@ -185,6 +188,43 @@ TEST(Expression, Selections) {
     EXPECT_EQ(selectCases(data, "age > 45").missingCount, 1);
     const std::string divided = refusalOf<DataError>([&] { selectCases(data, "1 / (group - 2) > 0"); });
     EXPECT_NE(divided.find("no finite value for case 2"), std::string::npos) << divided;
+}
+
+// Of an operation a missing argument leaves no result, wherever it stands, and an infinite one only where the
+// operation decides without it.
+TEST(Expression, WhatIsUndefinedStaysSo) {
+    const DataSet data = patients();
+    constexpr double none = std::numeric_limits<double>::quiet_NaN();
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    std::vector<std::string> texts;
+    for (const char* operation : {"+", "-", "*", "/", "^", "=", "<>", "<", "<=", ">", ">=", "and", "or"})
+        for (const char* other : {"0", "1"}) {
+            texts.push_back(std::string("age ") + operation + " " + other);
+            texts.push_back(std::string(other) + " " + operation + " age");
+        }
+    for (const ExpressionFunction& function : expressionFunctions())
+        for (int place = 0; place < std::min(function.most, 3); ++place) {
+            std::string text = std::string(function.name) + "(";
+            for (int k = 0; k < std::max(function.fewest, place + 1); ++k)
+                text += std::string(k > 0 ? ", " : "") + (k == place ? "age" : "1");
+            texts.push_back(text + ")");
+        }
+    for (const std::string& text : texts) {
+        if (text.starts_with("missing")) continue;
+        const bool decides =
+            text.find(" and ") != text.npos || text.find(" or ") != text.npos || text.starts_with("if");
+        std::vector<double> ages(600, 2.0);
+        for (const auto& [place, value] :
+             {std::pair{3, none}, {298, infinity}, {299, -infinity}, {599, none}})
+            ages[static_cast<std::size_t>(place)] = value;
+        const Expression expression(text, data);
+        std::vector<double> results(ages.size());
+        const Expression::Input input{ages.data(), 1, none};
+        expression.evaluate({&input, 1}, results);
+        for (const std::size_t i : {3U, 298U, 299U, 599U})
+            EXPECT_TRUE(std::isnan(results[i]) || (decides && std::isinf(ages[i])))
+                << text << " of " << ages[i];
+    }
 }
 
 // Something that looks like a date is read as one or refused, never computed.

@@ -36,6 +36,15 @@ protected:
         host.Script().Put("TimeDependentCovariateNames", names);
         host.Script().Put("TimeDependentCovariateExpressions", expressions);
     }
+    /// The model whose covariates are variables.
+    void SelectFixed(const List& covariates) {
+        host.Go(analysis, StepInitialize);
+        host.Script().Put("TypeOfAnalysis", test::coxRegression.entry);
+        host.Press(analysis, ControlOk);
+        host.Script().Put("Variables", List{List{1}, List{2}, covariates, List{}});
+        host.Script().Put("CodeForCompleteResponses", 1);
+        host.Script().Put("CodeForCensoredResponses", 0);
+    }
     bool Ok() {
         host.messages.clear();
         host.notes.clear();
@@ -146,12 +155,7 @@ TEST_F(RunTimeDependent, WithoutTheTimeItIsTheFixedModel) {
         ASSERT_TRUE(Fit(expressions)) << host.messages.at(0).detail;
         const Values defined = Estimates();
         const int iterations = Results().estimate.iterations;
-        host.Go(analysis, StepInitialize);
-        host.Script().Put("TypeOfAnalysis", test::coxRegression.entry);
-        host.Press(analysis, ControlOk);
-        host.Script().Put("Variables", List{List{1}, List{2}, covariates, List{}});
-        host.Script().Put("CodeForCompleteResponses", 1);
-        host.Script().Put("CodeForCensoredResponses", 0);
+        SelectFixed(covariates);
         ASSERT_TRUE(Ok());
         ExpectNear(defined, Estimates(), 1e-9);
         EXPECT_EQ(iterations, Results().estimate.iterations);
@@ -273,6 +277,13 @@ TEST_F(RunTimeDependent, TheEstimationDialogStartsByNameAndReviewsTheExpressions
         EXPECT_NE(host.iterations.at(1).find("-1.5"), std::string::npos) << host.iterations.at(1);
     };
     EXPECT_TRUE(Fit({"drug", "drug*T_"}));
+    host.operateModal = [&](CAnalysisModalDialog& dialog) {
+        EXPECT_FALSE(dialog.IsEnabled(RegReviewExpressions)) << "there are none";
+        dialog.Press(ControlOk);
+    };
+    SelectFixed({3});
+    EXPECT_TRUE(Ok());
+    EXPECT_EQ(host.modal.size(), 2U);
 }
 
 TEST_F(RunTimeDependent, ACancelEndsAnEvaluation) {

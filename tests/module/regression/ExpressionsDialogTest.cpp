@@ -268,6 +268,7 @@ std::string OddText(std::mt19937& draw, std::size_t longest) {
                                                         "%",
                                                         "@A[1]",
                                                         "@",
+                                                        "B[2]",
                                                         "T_",
                                                         ",",
                                                         "\xC3\xA4",

@@ -380,6 +380,7 @@ TEST_F(ExpressionsDialog, NoMoreOfAFileIsReadThanThereIsRoomFor) {
 TEST_F(ExpressionsDialog, BrokenFilesLeaveAListThatHolds) {
     std::mt19937 draw(11);
     host.chosen = "g.ini";
+    int all = 0;
     for (int round = 0; round < 3000; ++round) {
         std::string text = "[Expressions]\nHowManyExpressions=2\n";
         for (auto k = draw() % 6; k > 0; --k)
@@ -391,10 +392,15 @@ TEST_F(ExpressionsDialog, BrokenFilesLeaveAListThatHolds) {
         Give(before);
         host.yes = 1;
         const bool opened = Does(TimeOpen);
-        EXPECT_EQ(opened, Held() != before || (opened && host.questionsAsked.size() > 0));
-        EXPECT_TRUE(opened || !host.messages.empty());
+        if (!opened) {
+            EXPECT_EQ(Held(), before) << text;
+            EXPECT_FALSE(host.messages.empty()) << text;
+        }
+        all += opened ? 1 : 0;
         EXPECT_EQ(FaultOf(Held()).detail, "") << text;
     }
+    EXPECT_GT(all, 300);
+    EXPECT_LT(all, 2700);
 }
 
 TEST_F(ExpressionsDialog, AnotherAnalysisLeavesTheDialogItsOwnList) {

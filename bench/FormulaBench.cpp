@@ -13,8 +13,9 @@
 namespace korvana::bench {
 namespace {
 
-constexpr const char* formulas[] = {"age * log(T_)", "age * log(T_ + 1) + score", "if(T_ > 30, age, 0)",
-                                    "(age > 50) * (T_ - 10)", "log(age + 1) * T_", "age ^ 2"};
+constexpr const char* formulas[] = {"age * log(T_)",       "age * log(T_ + 1) + score",
+                                    "if(T_ > 30, age, 0)", "(age > 50) * (T_ - 10)",
+                                    "log(age + 1) * T_",   "age ^ 2"};
 
 constexpr int variables = 2;
 

@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <fstream>
 #include <iterator>
-#include <unordered_set>
 
 namespace korvana {
 namespace {
@@ -16,12 +15,6 @@ namespace {
 constexpr std::string_view mark = "\xEF\xBB\xBF";
 constexpr std::string_view lineBreaks{"\r\n\0", 3};
 constexpr std::uintmax_t longest = 1 << 20; // bytes
-
-std::string lowered(std::string name) {
-    for (char& c : name)
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    return name;
-}
 
 } // namespace
 
@@ -99,10 +92,8 @@ std::optional<std::string> InitFile::value(std::string_view section, std::string
 
 std::vector<std::string> InitFile::keywords(std::string_view section) const {
     std::vector<std::string> names;
-    std::unordered_set<std::string> known;
     for (const std::size_t i : linesOf(section))
-        if (lines_[i].kind == Line::Kind::Entry && known.insert(lowered(lines_[i].name)).second)
-            names.push_back(lines_[i].name);
+        if (lines_[i].kind == Line::Kind::Entry) names.push_back(lines_[i].name);
     return names;
 }
 

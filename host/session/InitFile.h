@@ -21,7 +21,7 @@ public:
 
     [[nodiscard]] bool hasSection(std::string_view section) const;
     [[nodiscard]] std::optional<std::string> value(std::string_view section, std::string_view keyword) const;
-    /// In file order, each once.
+    /// In file order, one that stands there several times as often; its value is the first one.
     [[nodiscard]] std::vector<std::string> keywords(std::string_view section) const;
 
     /// Replaces a value, or appends the keyword to its section, or the section to the file. False when the

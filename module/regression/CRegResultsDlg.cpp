@@ -42,6 +42,7 @@ void CRegResultsDlg::DisableOutputsOfOthers(const ModelResults& model) {
     for (const RegressionKind kind : kinds)
         for (const ModelOutput& output : ResultsOf(kind).outputs)
             Enable(output.control, model.Find(output.control) != nullptr);
+    if (!state_.results.Stratified()) Enable(RegStratified, false);
 }
 
 void CRegResultsDlg::OnValueChanged(int control) {

@@ -126,6 +126,9 @@ std::vector<std::string> DescribeDiagnosis(const std::vector<std::string>& names
                                                  Whole(each.upwards ? StrRegLargest : StrRegSmallest)}));
     if (!diagnosis.unboundedTogether.empty())
         texts.push_back(Filled(StrRegUnboundedTogether, {QuotedNames(names, diagnosis.unboundedTogether)}));
+    for (const Diagnosis::Scale& each : diagnosis.scales)
+        texts.push_back(
+            Filled(StrTimeUnits, {Quoted(names[each.covariate]), FormatNumber(each.magnitude, 3)}));
     if (!diagnosis.dependence) return texts;
     const std::string name = Quoted(names[diagnosis.dependence->covariate]);
     if (!diagnosis.dependence->on.empty())

@@ -60,7 +60,13 @@
     S(StrTimeReplaceWhat, 21546, \
       "To replace an expression, first highlight it by clicking on it, or enter its name; then click on the Replace " \
       "button.") \
-    S(StrTimeTime, 21547, "T_")
+    S(StrTimeTime, 21547, "T_") \
+    S(StrTimeBeyond, 21548, \
+      "Coefficients times covariates come to more than 75 for case %2 at time %3, mostly by %1, for which there is no " \
+      "likelihood. Where the values of %1 are far from 0, subtract a constant near them, as in year - 1995.") \
+    S(StrTimeUnits, 21549, \
+      "The values of %1 are of magnitude %2: express it in other units, so that they come nearer to 1.") \
+    S(StrTimeFewer, 21550, "Expressions that the file says it has: %1; there are %2.")
 // clang-format on
 
 namespace ozm::survival {

@@ -30,7 +30,8 @@ public:
     /// case.
     virtual bool GetInitKeywordPrivate(const std::string& path, std::string_view section,
                                        std::string_view keyword, std::string& value) = 0;
-    /// Lists the keywords of a section in file order; false when there is no such file or section.
+    /// Lists the keywords of a section in file order, repeated ones as often as they stand there; false when
+    /// there is no such file or section.
     virtual bool EnumPrivateKeywords(const std::string& path, std::string_view section,
                                      std::vector<std::string>& keywords) = 0;
 

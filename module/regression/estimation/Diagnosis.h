@@ -22,7 +22,14 @@ struct Diagnosis {
     std::optional<Dependence> dependence;
     std::vector<Unbounded> unbounded;
     std::vector<std::size_t> unboundedTogether; ///< only in combination
-    bool stopped = false;                       ///< before the end, by the user: it says nothing
+    /// A covariate whose values are of a magnitude that products of them cannot stand for, and that
+    /// magnitude.
+    struct Scale {
+        std::size_t covariate = 0;
+        double magnitude = 0.0;
+    };
+    std::vector<Scale> scales;
+    bool stopped = false; ///< before the end, by the user: it says nothing
 };
 
 } // namespace ozm::survival

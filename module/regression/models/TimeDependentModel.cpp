@@ -110,11 +110,23 @@ Outcome Fit(EstimationRun& run) {
     };
     Outcome outcome =
         OutcomeOf(FitTimeDependentCox(fitting.cox, run.limits, watch, run.parameters, run.estimate));
-    if (const auto& missing = fitting.cox.missing)
-        outcome.detail = Filled(StrTimeFailed, {Quoted(run.covariates[missing->covariate]),
-                                                FormatCount(run.sample.CaseNumbers()[missing->place]),
-                                                FormatExact(missing->time)});
+    const auto describe = [&](int text, const ValueAt& value) {
+        outcome.detail =
+            Filled(text, {Quoted(run.covariates[value.covariate]),
+                          FormatCount(run.sample.CaseNumbers()[value.place]), FormatExact(value.time)});
+    };
+    if (const auto& missing = fitting.cox.missing) describe(StrTimeFailed, *missing);
+    if (const auto& beyond = fitting.cox.beyond) describe(StrTimeBeyond, *beyond);
     return outcome;
+}
+
+/// Whether estimates give reason to look for coefficients that grow without bound together: such that are
+/// nothing beside their standard errors, as these grow much faster.
+bool MayBeUnbounded(const EstimationRun& run, const Outcome& outcome) {
+    if (outcome.ending != Ending::Estimated) return true;
+    for (std::size_t k = 0; k < run.parameters.size(); ++k)
+        if (!(std::abs(run.parameters[k]) > 0.01 * std::sqrt(run.estimate.covariance(k, k)))) return true;
+    return false;
 }
 
 Diagnosis Diagnose(const EstimationRun& run, const Outcome& outcome) {
@@ -122,8 +134,12 @@ Diagnosis Diagnose(const EstimationRun& run, const Outcome& outcome) {
     if (outcome.code == static_cast<int>(EstimationStatus::InvalidOperation)) return diagnosis;
     Fitting fitting(run);
     diagnosis.unbounded = FindUnbounded(fitting.cox);
-    if (outcome.code == static_cast<int>(EstimationStatus::Singular))
+    if (diagnosis.unbounded.empty() && MayBeUnbounded(run, outcome))
+        diagnosis.unboundedTogether = FindUnboundedTogether(fitting.cox, run.parameters);
+    if (outcome.code == static_cast<int>(EstimationStatus::Singular)) {
         diagnosis.dependence = FindDependence(fitting.cox);
+        if (!diagnosis.dependence) diagnosis.scales = FindScales(fitting.cox);
+    }
     diagnosis.stopped = fitting.progress.Stopped();
     return diagnosis;
 }

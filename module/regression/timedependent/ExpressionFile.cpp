@@ -42,7 +42,8 @@ public:
             const std::vector<DefinedCovariate>& list)
         : host_(host), window_(window), path_(path), list_(list), fromFile_(list.size(), false) {}
 
-    void Take(const std::string& keyword);
+    /// `announced`: what the file says it has.
+    void TakeAll(const std::vector<std::string>& keywords, int announced);
     /// No expression at all.
     [[nodiscard]] bool NothingThere() const { return !tookAny_ && !noRoom_; }
     [[nodiscard]] std::vector<DefinedCovariate>& List() { return list_; }
@@ -52,6 +53,8 @@ public:
     void Tell() const;
 
 private:
+    void Take(const std::string& keyword);
+
     struct Keywords {
         std::vector<std::string> some;
         std::size_t more = 0;
@@ -81,6 +84,8 @@ private:
     bool overwrite_ = false;
     bool tookAny_ = false;
     bool noRoom_ = false;
+    int announced_ = 0;
+    int found_ = 0;
     Keywords cutNames_;
     Keywords cutExpressions_;
     Keywords leftOut_;
@@ -126,8 +131,20 @@ void Merging::Take(const std::string& keyword) {
     }
 }
 
+void Merging::TakeAll(const std::vector<std::string>& keywords, int announced) {
+    announced_ = announced;
+    for (const std::string& keyword : keywords) {
+        if (IsHowMany(keyword)) continue;
+        ++found_;
+        Take(keyword);
+    }
+}
+
 std::string Merging::WhatIsMissing() const {
     std::string text;
+    // More of them are lines that somebody added.
+    if (found_ < announced_)
+        text += "\n" + Filled(StrTimeFewer, {FormatCount(announced_), FormatCount(found_)});
     if (!cutNames_.some.empty()) text += "\n" + Filled(StrTimeNamesCut, {cutNames_.Text()});
     if (!leftOut_.some.empty()) text += "\n" + Filled(StrTimeLeftOut, {leftOut_.Text()});
     return text;
@@ -172,9 +189,9 @@ bool OpenExpressions(CAnalysisSupport& host, CAnalysisDialog* window,
     if (!host.DoFileOpenDlg(Text(StrTimeOpenTitle), filter, extension, path)) return false;
     std::vector<std::string> keywords;
     Merging merging(host, window, path, covariates);
-    if (HowManyIn(host, path) > 0 && host.EnumPrivateKeywords(path, section, keywords))
-        for (const std::string& keyword : keywords)
-            if (!IsHowMany(keyword)) merging.Take(keyword);
+    const int announced = HowManyIn(host, path);
+    if (announced > 0 && host.EnumPrivateKeywords(path, section, keywords))
+        merging.TakeAll(keywords, announced);
     if (merging.NothingThere()) {
         host.DspMessageBox(MessageStyle::Refusal, window, StrTimeNoExpressions,
                            path + merging.WhatIsMissing());

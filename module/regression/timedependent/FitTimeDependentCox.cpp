@@ -15,6 +15,8 @@ EstimationStatus FitTimeDependentCox(TimeDependentCox& cox, const IterationLimit
         const EstimationStatus status =
             MaximiseByDampedNewton(likelihood, limits, watch, parameters, estimate);
         cox.missing = likelihood.Missing();
+        cox.beyond.reset();
+        if (status == EstimationStatus::NoLikelihood) cox.beyond = likelihood.Beyond();
         return status;
     };
     bool changes = false;

@@ -14,7 +14,9 @@ struct TimeDependentCox {
     TimeCovariates& covariates;
     std::span<double> room; ///< `RoomFor`, less, or nothing: it is then slower, with the same results
     EvaluationWatch watch;  ///< while a likelihood is computed; may be empty
-    std::optional<MissingValue> missing; ///< after InvalidOperation: what has no value
+    std::optional<ValueAt> missing{}; ///< after InvalidOperation: what has no value
+    /// After NoLikelihood, where a predictor is beyond the bound: the covariate with the largest part in it.
+    std::optional<ValueAt> beyond{};
 };
 
 /// The room in which all values are kept that several evaluations need; 0 where no covariate changes.

@@ -31,12 +31,12 @@ OrderedSample With(const OrderedSample& sample, std::size_t covariates, std::spa
 }
 
 /// The first case without a value, and its first covariate without one.
-std::optional<MissingValue> MissingIn(const OrderedSample& sample, std::span<const double> values) {
-    std::optional<MissingValue> missing;
+std::optional<ValueAt> MissingIn(const OrderedSample& sample, std::span<const double> values) {
+    std::optional<ValueAt> missing;
     for (std::size_t at = 0; at < values.size(); ++at) {
         const std::size_t i = at % sample.cases;
         if (std::isfinite(values[at]) || (missing && missing->place <= i)) continue;
-        missing = MissingValue{at / sample.cases, i, sample.times[i]};
+        missing = ValueAt{at / sample.cases, i, sample.times[i]};
     }
     return missing;
 }
@@ -63,9 +63,18 @@ EstimationStatus FixedLikelihood::Check(std::span<const double> parameters) {
         for (std::size_t i = 0; i < predictor_.size(); ++i)
             predictor_[i] += column[i] * parameters[k];
     }
-    return std::ranges::all_of(predictor_, [](double eta) { return std::abs(eta) <= largestTimePredictor; })
-               ? EstimationStatus::Success
-               : EstimationStatus::NoLikelihood;
+    beyond_.reset();
+    const auto beyond =
+        std::ranges::find_if(predictor_, [](double eta) { return !(std::abs(eta) <= largestTimePredictor); });
+    if (beyond == predictor_.end()) return EstimationStatus::Success;
+    const auto i = static_cast<std::size_t>(beyond - predictor_.begin());
+    beyond_ = ValueAt{0, i, ordered_.times[i]};
+    const auto part = [&](std::size_t k) {
+        return std::abs(values_[k * predictor_.size() + i] * parameters[k]);
+    };
+    for (std::size_t k = 1; k < parameters.size(); ++k)
+        if (part(k) > part(beyond_->covariate)) beyond_->covariate = k;
+    return EstimationStatus::NoLikelihood;
 }
 
 EstimationStatus FixedLikelihood::LogLikelihood(std::span<const double> parameters, double& value) {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "module/regression/cox/PartialLikelihood.h"
-#include "module/regression/timedependent/MissingValue.h"
 #include "module/regression/timedependent/TimeCovariates.h"
+#include "module/regression/timedependent/ValueAt.h"
 
 #include <optional>
 #include <span>
@@ -29,13 +29,16 @@ public:
     void Gradient(std::span<double> gradient) override;
 
     /// What has no value, if anything: every evaluation is then an InvalidOperation.
-    [[nodiscard]] const std::optional<MissingValue>& Missing() const { return missing_; }
+    [[nodiscard]] const std::optional<ValueAt>& Missing() const { return missing_; }
+    /// After NoLikelihood: the covariate with the largest part in the first predictor beyond the bound.
+    [[nodiscard]] const std::optional<ValueAt>& Beyond() const { return beyond_; }
 
 private:
     std::vector<double> values_; ///< by covariate and case
     std::vector<double> centred_;
     OrderedSample ordered_;
-    std::optional<MissingValue> missing_;
+    std::optional<ValueAt> missing_;
+    std::optional<ValueAt> beyond_;
     std::vector<double> predictor_;
     PartialLikelihood likelihood_;
 };

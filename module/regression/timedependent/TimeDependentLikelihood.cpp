@@ -92,6 +92,7 @@ bool TimeDependentLikelihood::SurelyWithin(std::size_t time, double largestFixed
 
 EstimationStatus TimeDependentLikelihood::Visit(std::span<const double> parameters, bool compute) {
     Predict(parameters);
+    beyond_.reset();
     double largestFixed = 0.0; // of those at risk
     double visited = 0.0;
     std::size_t sinceWatch = 0;
@@ -111,7 +112,7 @@ EstimationStatus TimeDependentLikelihood::Visit(std::span<const double> paramete
         const bool within =
             add ? pass_.weigh(set, changingB_.data(), largestTimePredictor, weights_.data(), sums)
                 : pass_.within(set, changingB_.data(), largestTimePredictor);
-        if (!hasValues || !within) return WhyNot(at, changing);
+        if (!hasValues || !within) return WhyNot(at, changing, parameters);
         if (add) AddTime(at, set, sums);
         sinceWatch += (1 + changing.count) * at.AtRisk();
         if (sinceWatch < valuesPerWatch) continue;
@@ -190,7 +191,8 @@ void TimeDependentLikelihood::SumInformation() {
             put(changing[k], changing[l], SumOfGroup(pair));
 }
 
-EstimationStatus TimeDependentLikelihood::WhyNot(const RiskTime& at, const CaseColumns& changing) {
+EstimationStatus TimeDependentLikelihood::WhyNot(const RiskTime& at, const CaseColumns& changing,
+                                                 std::span<const double> parameters) {
     std::vector<std::size_t> order{at.own}; // each case's own time comes before those at risk with it
     for (std::size_t i = at.first; i < at.end; ++i)
         if (i != at.own) order.push_back(i);
@@ -205,13 +207,21 @@ EstimationStatus TimeDependentLikelihood::WhyNot(const RiskTime& at, const CaseC
         };
         for (std::size_t covariate = 0; covariate < parameters_; ++covariate) {
             if (std::isfinite(valueOf(covariate))) continue;
-            missing_ = MissingValue{covariate, i, at.time};
+            missing_ = ValueAt{covariate, i, at.time};
             return EstimationStatus::InvalidOperation;
         }
         double eta = predictor_[i];
         for (std::size_t k = 0; k < changing.count; ++k)
             eta += changing[k][i - at.first] * changingB_[k];
-        if (!(std::abs(eta) <= largestTimePredictor)) break;
+        if (std::abs(eta) <= largestTimePredictor) continue;
+        beyond_ = ValueAt{0, i, at.time};
+        double largest = 0.0;
+        for (std::size_t covariate = 0; covariate < parameters_; ++covariate)
+            if (const double part = std::abs(valueOf(covariate) * parameters[covariate]); part > largest) {
+                largest = part;
+                beyond_->covariate = covariate;
+            }
+        break;
     }
     return EstimationStatus::NoLikelihood;
 }

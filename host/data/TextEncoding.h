@@ -11,6 +11,9 @@ bool isUtf8(std::string_view text);
 
 /// The text as UTF-8; a text that is not is taken as Windows-1252 (Western European), byte by byte.
 std::string toUtf8(std::string_view text);
+std::string fromWindows1252(std::string_view text);
+/// Nothing if the text, in UTF-8, has a character that Windows-1252 lacks.
+std::optional<std::string> toWindows1252(std::string_view text);
 
 /// The first byte of a text that is not UTF-8 for which Windows-1252 has no character either.
 std::optional<unsigned char> byteOfNoCharacter(std::string_view text);

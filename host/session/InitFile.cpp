@@ -3,9 +3,7 @@
 #include "host/data/NameMatch.h"
 #include "host/data/NumberText.h"
 #include "host/data/TextEncoding.h"
-#include "host/results/OutputFile.h"
 
-#include <cstdint>
 #include <fstream>
 #include <iterator>
 
@@ -14,7 +12,6 @@ namespace {
 
 constexpr std::string_view mark = "\xEF\xBB\xBF";
 constexpr std::string_view lineBreaks{"\r\n\0", 3};
-constexpr std::uintmax_t longest = 1 << 20; // bytes
 
 } // namespace
 
@@ -25,12 +22,11 @@ std::optional<InitFile> InitFile::read(const std::filesystem::path& path) {
     std::ifstream in(path, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>{in}, {}};
     if (!in.good() && !in.eof()) return std::nullopt;
-    return parse(toUtf8(text));
+    return parse(text);
 }
 
 InitFile::Line InitFile::classify(std::string_view text) {
     Line line;
-    line.text = text;
     const std::string_view content = trimmed(text);
     if (content.empty() || content.front() == ';' || content.front() == '#') return line;
     if (content.front() == '[') {
@@ -48,22 +44,39 @@ InitFile::Line InitFile::classify(std::string_view text) {
     return line;
 }
 
-InitFile InitFile::parse(std::string_view text) {
+InitFile::Line InitFile::encoded(const std::string& text) const {
+    Line line = classify(text);
+    line.bytes = utf8_ ? text : toWindows1252(text).value_or(text);
+    return line;
+}
+
+void InitFile::becomeUtf8() {
+    for (Line& line : lines_)
+        line.bytes = fromWindows1252(line.bytes);
+    utf8_ = true;
+}
+
+InitFile InitFile::parse(std::string_view bytes) {
     InitFile file;
-    if (text.starts_with(mark)) {
+    if (bytes.starts_with(mark)) {
         file.hasMark_ = true;
-        text.remove_prefix(mark.size());
+        bytes.remove_prefix(mark.size());
     }
-    const auto has = [text](std::string_view end) { return text.find(end) != std::string_view::npos; };
+    file.utf8_ = korvana::isUtf8(bytes);
+    const auto has = [bytes](std::string_view end) { return bytes.find(end) != std::string_view::npos; };
     file.lineEnd_ = has("\r\n") ? "\r\n" : has("\r") && !has("\n") ? "\r" : "\n";
     const char lineEnd = file.lineEnd_.back();
-    while (!text.empty()) {
-        const auto end = text.find(lineEnd);
-        std::string_view line = text.substr(0, end);
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-        while (line.ends_with('\r'))
-            line.remove_suffix(1); // further ones have no meaning
-        file.lines_.push_back(classify(line));
+    file.endsOpen_ = !bytes.empty() && bytes.back() != lineEnd;
+    while (!bytes.empty()) {
+        const auto end = bytes.find(lineEnd);
+        const std::string_view whole = bytes.substr(0, end == std::string_view::npos ? end : end + 1);
+        bytes.remove_prefix(whole.size());
+        // Further CRs before the end have no meaning.
+        const std::string_view text = whole.substr(0, whole.find_last_not_of("\r\n") + 1);
+        Line line = classify(file.utf8_ ? std::string{text} : fromWindows1252(text));
+        line.bytes = text;
+        line.end = whole.substr(text.size());
+        file.lines_.push_back(std::move(line));
     }
     return file;
 }
@@ -104,26 +117,41 @@ bool InitFile::put(std::string_view section, std::string_view keyword, std::stri
                           !keyword.empty() && keyword.find('=') == std::string_view::npos &&
                           std::string_view{"[;#"}.find(keyword.front()) == std::string_view::npos;
     for (const std::string_view text : {section, keyword, value})
-        if (!writable || text.find_first_of(lineBreaks) != std::string_view::npos) return false;
+        if (!writable || text.find_first_of(lineBreaks) != std::string_view::npos || !korvana::isUtf8(text))
+            return false;
 
-    const Line entry = classify(std::string{keyword}.append("=").append(trimmed(value)));
-    const std::vector<std::size_t> places = linesOf(section);
+    const std::string heading = "[" + std::string{section} + "]";
+    const std::string entry = std::string{keyword}.append("=").append(trimmed(value));
+    if (!utf8_ && !toWindows1252(heading + entry)) {
+        if (byteOfNoCharacter(bytes())) return false;
+        becomeUtf8();
+    }
+    set(heading, entry);
+    // Bytes of Windows-1252 that happen to be UTF-8 would be read as that.
+    if (const std::string all = bytes(); !utf8_ && korvana::isUtf8(all) && fromWindows1252(all) != all)
+        becomeUtf8();
+    return true;
+}
+
+void InitFile::set(const std::string& heading, const std::string& entry) {
+    Line line = encoded(entry);
+    const std::vector<std::size_t> places = linesOf(classify(heading).name);
     for (const std::size_t i : places)
-        if (lines_[i].kind == Line::Kind::Entry && equalIgnoringCase(lines_[i].name, keyword)) {
-            lines_[i] = entry;
-            return true;
+        if (lines_[i].kind == Line::Kind::Entry && equalIgnoringCase(lines_[i].name, line.name)) {
+            line.end = lines_[i].end;
+            lines_[i] = std::move(line);
+            return;
         }
     if (places.empty()) {
-        lines_.push_back(classify(std::string{"["}.append(section).append("]")));
-        lines_.push_back(entry);
-        return true;
+        lines_.push_back(encoded(heading));
+        lines_.push_back(std::move(line));
+        return;
     }
     // Blank lines at the end of a section separate it from the next one.
     std::size_t last = places.back();
-    while (trimmed(lines_[last].text).empty())
+    while (trimmed(lines_[last].bytes).empty())
         --last;
-    lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(last + 1), entry);
-    return true;
+    lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(last + 1), std::move(line));
 }
 
 bool InitFile::clear(std::string_view section) {
@@ -140,15 +168,19 @@ bool InitFile::clear(std::string_view section) {
     return lines_.size() < before;
 }
 
-std::string InitFile::text() const {
-    std::string text{hasMark_ ? mark : std::string_view{}};
-    for (const Line& line : lines_)
-        text.append(line.text).append(lineEnd_);
-    return text;
-}
-
-void InitFile::write(const std::filesystem::path& path) const {
-    writeFile(path, text());
+std::string InitFile::bytes() const {
+    std::string bytes{hasMark_ ? mark : std::string_view{}};
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+        const Line& line = lines_[i];
+        const bool ended = line.end.ends_with(lineEnd_.back());
+        const bool shallEnd = !endsOpen_ || i + 1 < lines_.size();
+        bytes += line.bytes;
+        if (ended == shallEnd)
+            bytes += line.end;
+        else if (shallEnd)
+            bytes += lineEnd_;
+    }
+    return bytes;
 }
 
 } // namespace korvana

@@ -1,6 +1,8 @@
 #include "host/session/SessionFiles.h"
 
-#include "host/session/InitFile.h"
+#include "host/data/FileSource.h"
+#include "host/results/OutputFile.h"
+#include "host/session/InitTarget.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -8,15 +10,30 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <stop_token>
 #include <utility>
+#include <vector>
 
 namespace korvana {
 namespace {
 
+constexpr const char* tooLong = "it is too long to be a file of covariates";
+
+bool isStream(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    return std::filesystem::is_fifo(status) || std::filesystem::is_socket(status);
+}
+
 /// Empty when it can be read.
 std::string whyUnreadable(const std::string& path) {
     std::error_code error;
-    if (std::filesystem::is_directory(path, error)) return "it is a folder";
+    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    if (std::filesystem::is_directory(status)) return "it is a folder";
+    if (std::filesystem::is_character_file(status) || std::filesystem::is_block_file(status))
+        return "it is a device";
+    if (isStream(path)) return {}; // to open it twice may take something from it
+    if (std::filesystem::file_size(path, error) > InitFile::longest && !error) return tooLong;
     errno = 0;
     if (std::ifstream(path)) return {};
     return errno != 0 ? std::strerror(errno) : "it cannot be opened";
@@ -46,7 +63,10 @@ std::optional<std::string> SessionFiles::choose(const FrontEnd::FileRequest& req
 
 bool SessionFiles::DoFileOpenDlg(std::string_view title, std::string_view defaultName,
                                  std::string_view extension, std::string& path) {
-    return take(choose({title, defaultName, extension}, Purpose::Open), path);
+    stream_.reset();
+    std::optional<std::string> chosen = choose({title, defaultName, extension}, Purpose::Open);
+    if (chosen && isStream(*chosen) && !keepStream(*chosen)) return false;
+    return take(std::move(chosen), path);
 }
 
 bool SessionFiles::DoFileSaveAsDlg(std::string_view title, std::string_view defaultName,
@@ -54,42 +74,71 @@ bool SessionFiles::DoFileSaveAsDlg(std::string_view title, std::string_view defa
     return take(choose({title, defaultName, extension}, Purpose::Save), path);
 }
 
-bool SessionFiles::PutInitKeywordPrivate(const std::string& path, std::string_view section,
-                                         std::string_view keyword, std::string_view value) try {
-    std::error_code error;
-    const bool isNew = !std::filesystem::exists(path, error);
-    std::optional<InitFile> file = isNew ? InitFile{} : InitFile::read(path);
-    // A file that exists but cannot be read must not be replaced.
-    if (!file || !file->put(section, keyword, value)) return false;
-    file->write(path);
+bool SessionFiles::keepStream(const std::string& path) try {
+    FileSource source(path, std::stop_token{});
+    std::string bytes;
+    std::vector<char> block(1U << 16U);
+    while (const std::size_t count = source.read(block)) {
+        bytes.append(block.data(), count);
+        if (bytes.size() <= InitFile::longest) continue;
+        parts_.fail("The file " + path + " cannot be read: " + tooLong + ".");
+        return false;
+    }
+    stream_ = Known{path, InitFile::parse(bytes)};
     return true;
 } catch (const std::exception& failure) {
     parts_.fail(failure.what());
     return false;
 }
 
-bool SessionFiles::ClearInitSection(const std::string& path, std::string_view section) try {
+std::optional<InitFile> SessionFiles::fileAt(const std::string& path) const {
+    return stream_ && stream_->path == path ? stream_->file : InitFile::read(path);
+}
+
+bool SessionFiles::edit(const std::string& path, const std::function<bool(InitFile&)>& change) try {
+    requireInitTarget(path, parts_.data.dataSet().path());
     std::error_code error;
-    if (!std::filesystem::exists(path, error)) return true;
-    std::optional<InitFile> file = InitFile::read(path);
-    if (!file) return false;
-    if (file->clear(section)) file->write(path);
+    std::optional<InitFile> file = std::filesystem::exists(path, error) ? InitFile::read(path) : InitFile{};
+    if (!file) throwCannotWrite(path, "the file there cannot be read");
+    if (written_ && written_->path == path && written_->file.bytes() == file->bytes()) file = written_->file;
+    const bool wasUtf8 = file->isUtf8();
+    const std::string before = file->bytes();
+    if (!change(*file)) return false;
+    if (const std::string after = file->bytes(); after != before) replaceInitFile(path, after);
+    written_ = Known{path, *file};
+    if (!wasUtf8 && file->isUtf8())
+        parts_.note({0,
+                     path + " was in Windows-1252, which lacks a character of the new texts, and is UTF-8 now.",
+                     {},
+                     ResultMessage::Severity::Note});
     return true;
 } catch (const std::exception& failure) {
     parts_.fail(failure.what());
     return false;
+}
+
+bool SessionFiles::PutInitKeywordPrivate(const std::string& path, std::string_view section,
+                                         std::string_view keyword, std::string_view value) {
+    return edit(path, [&](InitFile& file) { return file.put(section, keyword, value); });
+}
+
+bool SessionFiles::ClearInitSection(const std::string& path, std::string_view section) {
+    return edit(path, [&](InitFile& file) {
+        file.clear(section);
+        return true;
+    });
 }
 
 bool SessionFiles::GetInitKeywordPrivate(const std::string& path, std::string_view section,
                                          std::string_view keyword, std::string& value) {
-    const auto file = InitFile::read(path);
+    const auto file = fileAt(path);
     return file && take(file->value(section, keyword), value);
 }
 
 bool SessionFiles::EnumPrivateKeywords(const std::string& path, std::string_view section,
                                        std::vector<std::string>& keywords) {
     keywords.clear();
-    const auto file = InitFile::read(path);
+    const auto file = fileAt(path);
     if (!file || !file->hasSection(section)) return false;
     keywords = file->keywords(section);
     return true;

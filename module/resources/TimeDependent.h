@@ -66,7 +66,8 @@
       "likelihood. Where the values of %1 are far from 0, subtract a constant near them, as in year - 1995.") \
     S(StrTimeUnits, 21549, \
       "The values of %1 are of magnitude %2: express it in other units, so that they come nearer to 1.") \
-    S(StrTimeFewer, 21550, "Expressions that the file says it has: %1; there are %2.")
+    S(StrTimeFewer, 21550, "Expressions that the file says it has: %1; there are %2.") \
+    S(StrTimeNotUtf8, 21551, "The name %1 of a covariate is not in UTF-8.")
 // clang-format on
 
 namespace ozm::survival {

@@ -58,30 +58,30 @@ bool HostFiles::DoFileSaveAsDlg(std::string_view title, std::string_view name, s
 
 bool HostFiles::PutInitKeywordPrivate(const std::string& path, std::string_view section,
                                       std::string_view keyword, std::string_view value) {
-    auto file = korvana::InitFile::parse(korvana::toUtf8(files[path]));
+    auto file = korvana::InitFile::parse(files[path]);
     const bool written = !failWriting && file.put(section, keyword, value);
-    if (written) files[path] = file.text();
+    if (written) files[path] = file.bytes();
     return written;
 }
 
 bool HostFiles::ClearInitSection(const std::string& path, std::string_view section) {
-    auto file = korvana::InitFile::parse(korvana::toUtf8(files[path]));
+    auto file = korvana::InitFile::parse(files[path]);
     file.clear(section);
-    files[path] = file.text();
+    files[path] = file.bytes();
     return true;
 }
 
 bool HostFiles::GetInitKeywordPrivate(const std::string& path, std::string_view section,
                                       std::string_view keyword, std::string& value) {
     ++valuesRead;
-    const auto found = korvana::InitFile::parse(korvana::toUtf8(files[path])).value(section, keyword);
+    const auto found = korvana::InitFile::parse(files[path]).value(section, keyword);
     if (found) value = *found;
     return found.has_value();
 }
 
 bool HostFiles::EnumPrivateKeywords(const std::string& path, std::string_view section,
                                     std::vector<std::string>& keywords) {
-    const auto file = korvana::InitFile::parse(korvana::toUtf8(files[path]));
+    const auto file = korvana::InitFile::parse(files[path]);
     keywords = file.keywords(section);
     return file.hasSection(section);
 }

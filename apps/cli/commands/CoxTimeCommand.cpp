@@ -69,6 +69,7 @@ private:
     bool finishSpecification(Script& script) override {
         expressions_.put(script);
         estimation_.checkStart(expressions_.names(), {});
+        expressions_.save(script);
         return true;
     }
 

@@ -73,6 +73,9 @@ ExpressionOptions::Defined ExpressionOptions::read(const std::string& text) {
     if (std::string_view("[;#").find(name.front()) != std::string_view::npos)
         throw UsageError(option + ": the name '" + brief(name) + "' cannot begin with '" + name.front() +
                          "', which has a meaning in files of covariates");
+    if (!isUtf8(name))
+        throw UsageError(option + ": the name '" + withEscapes(name) +
+                         "' is not UTF-8; use a terminal that is, or other letters");
     requireRoom("the name '" + brief(name) + "'", name, longestName, "shorten it");
     requireRoom("the expression of '" + name + "'", expression, longestExpression,
                 "leave out blanks, or compute a part without T_ as a variable by --define");
@@ -97,21 +100,21 @@ void ExpressionOptions::check() {
 }
 
 void ExpressionOptions::check(const DataSet& data) const {
+    for (const Defined& covariate : given_)
+        check(covariate, option + " " + covariate.name, data);
+}
+
+void ExpressionOptions::check(const Defined& covariate, const std::string& source, const DataSet& data) try {
     const NamedInput time[] = {{"T_", data.variableCount() + 1}};
-    for (const Defined& covariate : given_) {
-        try {
-            const Expression understood(covariate.expression, data, time);
-            const auto variable = data.find(covariate.expression);
-            if (variable && data.variable(*variable).kind == VariableKind::Text)
-                throw UsageError(
-                    option + " " + covariate.name + ": '" + covariate.expression +
-                    "' holds texts, a covariate has numbers; for an indicator compare it with one "
-                    "of them, as in " +
-                    covariate.expression + " = 'TEXT'");
-        } catch (const ExpressionError& error) {
-            throw UsageError(option + " " + covariate.name + ": " + error.what());
-        }
-    }
+    const Expression understood(covariate.expression, data, time);
+    const auto variable = data.find(covariate.expression);
+    if (variable && data.variable(*variable).kind == VariableKind::Text)
+        throw UsageError(source + ": '" + covariate.expression +
+                         "' holds texts, a covariate has numbers; for an indicator compare it with one "
+                         "of them, as in " +
+                         covariate.expression + " = 'TEXT'");
+} catch (const ExpressionError& error) {
+    throw UsageError(source + ": " + error.what());
 }
 
 void ExpressionOptions::openFile(Script& script) {
@@ -145,6 +148,10 @@ void ExpressionOptions::put(Script& script) {
     if (!fileToOpen_.empty()) openFile(script);
     for (const Defined& covariate : given_)
         merge(covariate);
+    if (!fileToOpen_.empty())
+        for (std::size_t k = 0; k < names_.size() && k < expressions_.size(); ++k)
+            check({names_[k], expressions_[k]}, "--expressions " + fileToOpen_ + ", " + brief(names_[k]),
+                  script.data());
     if (names_.size() > most)
         throw UsageError("--covariate and --expressions: there may be " + std::to_string(most) +
                          " covariates, not " + std::to_string(names_.size()));
@@ -153,6 +160,9 @@ void ExpressionOptions::put(Script& script) {
         script.put(namesMember, List(names_.begin(), names_.end()));
         script.put(expressionsMember, List(expressions_.begin(), expressions_.end()));
     }
+}
+
+void ExpressionOptions::save(Script& script) const {
     if (!fileToSave_.empty() && !script.pressWithFile("SaveExpressions", fileToSave_))
         throw UsageError("--save-expressions " + fileToSave_ +
                          ": the covariates are not written, so that nothing is computed");

@@ -23,9 +23,11 @@ public:
     /// Checks that the expressions given can be understood. Throws UsageError.
     void check(const DataSet& data) const;
     /// Sets them in the specification dialog: those of the file, then those given one by one, which take the
-    /// place of the file's with the same name; and writes all of them to a file. Throws UsageError, also
-    /// after a message of the analysis about a file, and ScriptError.
+    /// place of the file's with the same name. Throws UsageError, also after a message of the analysis about
+    /// the file, and ScriptError.
     void put(Script& script);
+    /// Writes all of them to a file, if one was given; to be called after `put`. Throws as `put`.
+    void save(Script& script) const;
     /// The names of the covariates; to be called after `put`.
     [[nodiscard]] const std::vector<std::string>& names() const { return names_; }
 
@@ -36,6 +38,8 @@ private:
     };
     [[nodiscard]] static Defined read(const std::string& text);
     void openFile(Script& script);
+    /// @param source  of the covariate, for the error
+    static void check(const Defined& covariate, const std::string& source, const DataSet& data);
     void merge(const Defined& covariate);
 
     std::vector<std::string> texts_;

@@ -55,6 +55,7 @@ TEST_F(CoxTimeTest, WhatIsWrongWithExpressionsIsSaidWithTheWayOut) {
         {{";x=1"}, "cannot begin with ';'"},
         {{"ninechars=1"}, "the name 'ninechars' has 9 characters, and there may be 8"},
         {{"x=" + wide}, "the expression of 'x' has 61 characters, and there may be 60"},
+        {{"\xff\xfe=karno"}, "the name '\\xFF\\xFE' is not UTF-8"},
         {{"kT=karno", "KT=trt"}, "two covariates have the name 'KT'"},
         {{"a=karno", "x=karn*log(T_)"},
          "--covariate x: expression \"karn*log(T_)\", character 1: there is no"},
@@ -122,6 +123,38 @@ TEST_F(CoxTimeTest, FilesOfExpressions) {
     refuses("cox-time " + veteran, {{"--expressions none.ini", "none.ini cannot be read"},
                                     {"--covariate x=karno --save-expressions none/x.ini", "none/x.ini"},
                                     {"--covariate x=karno --outputs plot-1", "there is no 'plot-1'"}});
+}
+
+TEST_F(CoxTimeTest, FilesThatAreNoneOfCovariatesAreNotWrittenTo) {
+    const std::string begin = "cox-time " + veteran + "--covariate x=karno --save-expressions ";
+    succeed("cox-time " + veteran + "--covariate x=karno -o run --format json");
+    std::filesystem::create_symlink("veteran.csv", "link.csv");
+    for (const std::string& name : {std::string{"veteran.csv"}, std::string{"link.csv"}, std::string{"run/results.json"},
+                                    file("a.gz", std::string{"\x1f\x8b\x08\x00", 4})}) {
+        const std::string before = read(name);
+        refuses(begin, {{name, "cannot write '" + name + "': "}});
+        EXPECT_EQ(read(name), before);
+    }
+    refuses(begin, {{"veteran.csv", "it is the file of the data"}});
+    file("mine.ini", "; mine\r\n[Other]\r\nx=\xE9\r\n[Expressions]\r\nold=1");
+    succeed(begin + "mine.ini");
+    EXPECT_EQ(read("mine.ini"),
+              "; mine\r\n[Other]\r\nx=\xE9\r\n[Expressions]\r\nHowManyExpressions=1\r\nx=karno");
+}
+
+TEST_F(CoxTimeTest, ExpressionsOfFilesAreCheckedAsThoseGivenBeforeAnythingIsWritten) {
+    for (const auto& [expression, said] :
+         {std::pair{"karn*T_", "character 1: there is no variable 'karn'"},
+          std::pair{"karno*)T_", "character 7: a variable, a number or ( is expected here, not ')'"},
+          std::pair{"celltype", "'celltype' holds texts"}}) {
+        file("bad.ini", "[Expressions]\nHowManyExpressions=2\nage=age\nk=" + std::string{expression} + "\n");
+        refuses("cox-time " + veteran + "--expressions bad.ini --save-expressions new.ini -o run",
+                {{"", said}, {"", "--expressions bad.ini, k: "}});
+        EXPECT_FALSE(std::filesystem::exists("new.ini") || std::filesystem::exists("run"));
+        succeed("cox-time " + veteran + "--expressions bad.ini --covariate K=karno");
+    }
+    refuses("cox-time " + veteran + "--covariate x=karno --start 1,2 --save-expressions new.ini", {{"", "--start"}});
+    EXPECT_FALSE(std::filesystem::exists("new.ini"));
 }
 
 TEST_F(CoxTimeTest, ATerminalShowsHowFarAnEvaluationIs) {

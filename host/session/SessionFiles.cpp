@@ -107,10 +107,11 @@ bool SessionFiles::edit(const std::string& path, const std::function<bool(InitFi
     if (const std::string after = file->bytes(); after != before) replaceInitFile(path, after);
     written_ = Known{path, *file};
     if (!wasUtf8 && file->isUtf8())
-        parts_.note({0,
-                     path + " was in Windows-1252, which lacks a character of the new texts, and is UTF-8 now.",
-                     {},
-                     ResultMessage::Severity::Note});
+        parts_.note(
+            {0,
+             path + " was in Windows-1252, which lacks a character of the new texts, and is UTF-8 now.",
+             {},
+             ResultMessage::Severity::Note});
     return true;
 } catch (const std::exception& failure) {
     parts_.fail(failure.what());

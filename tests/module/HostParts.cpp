@@ -1,6 +1,5 @@
 #include "tests/module/HostParts.h"
 
-#include "host/data/TextEncoding.h"
 #include "host/session/InitFile.h"
 #include "host/session/SessionExpressions.h"
 

@@ -38,7 +38,9 @@ std::string CountsIfDifferent(std::span<const DefinedCovariate> list) {
 
 /// The bytes of the well-formed character of UTF-8 at the beginning of a text that is not empty; 0: none.
 std::size_t CharacterLength(std::string_view text) {
-    const auto at = [text](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
+    const auto at = [text](std::size_t i) {
+        return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
+    };
     const unsigned first = at(0);
     if (first < 0x80) return 1;
     if (first < 0xC2 || first > 0xF4) return 0;
@@ -49,8 +51,8 @@ std::size_t CharacterLength(std::string_view text) {
         code = code << 6U | (at(i) & 0x3FU);
     }
     const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-    const bool inRange = length == 2 || (length == 3 ? code >= 0x800 && !surrogate
-                                                     : code >= 0x10000 && code <= 0x10FFFF);
+    const bool inRange =
+        length == 2 || (length == 3 ? code >= 0x800 && !surrogate : code >= 0x10000 && code <= 0x10FFFF);
     return inRange ? length : 0;
 }
 

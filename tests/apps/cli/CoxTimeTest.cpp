@@ -129,11 +129,12 @@ TEST_F(CoxTimeTest, FilesThatAreNoneOfCovariatesAreNotWrittenTo) {
     const std::string begin = "cox-time " + veteran + "--covariate x=karno --save-expressions ";
     succeed("cox-time " + veteran + "--covariate x=karno -o run --format json");
     std::filesystem::create_symlink("veteran.csv", "link.csv");
-    for (const std::string& name : {std::string{"veteran.csv"}, std::string{"link.csv"}, std::string{"run/results.json"},
-                                    file("a.gz", std::string{"\x1f\x8b\x08\x00", 4})}) {
-        const std::string before = read(name);
+    for (const std::string& name :
+         {std::string{"veteran.csv"}, std::string{"link.csv"}, std::string{"run/results.json"},
+          file("a.gz", std::string{"\x1f\x8b\x08\x00", 4})}) {
+        const std::string content = read(name);
         refuses(begin, {{name, "cannot write '" + name + "': "}});
-        EXPECT_EQ(read(name), before);
+        EXPECT_EQ(read(name), content);
     }
     refuses(begin, {{"veteran.csv", "it is the file of the data"}});
     file("mine.ini", "; mine\r\n[Other]\r\nx=\xE9\r\n[Expressions]\r\nold=1");
@@ -153,7 +154,8 @@ TEST_F(CoxTimeTest, ExpressionsOfFilesAreCheckedAsThoseGivenBeforeAnythingIsWrit
         EXPECT_FALSE(std::filesystem::exists("new.ini") || std::filesystem::exists("run"));
         succeed("cox-time " + veteran + "--expressions bad.ini --covariate K=karno");
     }
-    refuses("cox-time " + veteran + "--covariate x=karno --start 1,2 --save-expressions new.ini", {{"", "--start"}});
+    refuses("cox-time " + veteran + "--covariate x=karno --start 1,2 --save-expressions new.ini",
+            {{"", "--start"}});
     EXPECT_FALSE(std::filesystem::exists("new.ini"));
 }
 

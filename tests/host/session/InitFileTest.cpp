@@ -64,11 +64,13 @@ TEST(InitFileTest, EveryByteOutsideTheSectionStays) {
     // The texts before and after the section: encodings, marks, line ends, blank lines, odd lines.
     const std::vector<std::string> heads{"",
                                          "\xEF\xBB\xBF",
-                                         "; Gr\xF6\xDF" "e \x80\x99\n\n\n[other] \n\t x = \xE9\n",
+                                         "; Gr\xF6\xDF"
+                                         "e \x80\x99\n\n\n[other] \n\t x = \xE9\n",
                                          "\xEF\xBB\xBF# \xC3\xA9\r\n\r\n[other]\r\nno sign\r\n",
                                          "[other]\r\nx=1\nmixed=2\r\n\n",
                                          "\n \n[other]\n\r\r\ny=1\n"};
-    const std::vector<std::string> tails{"", "\n\n", "[last]\nz=9", "\n[last]\r\n  z = \xFC\r\n\n", "[last]\n\r"};
+    const std::vector<std::string> tails{"", "\n\n", "[last]\nz=9", "\n[last]\r\n  z = \xFC\r\n\n",
+                                         "[last]\n\r"};
     const std::vector<std::string> sections{"[Expressions]\n", "[ expressions ]\nold=1\nX=2\n",
                                             "[Expressions]\r\nold=1\r\n"};
     for (const std::string& head : heads)
@@ -248,7 +250,8 @@ TEST_F(FilesTest, LinksPermissionsAndEncodingsAreKept) {
     fs::permissions(own, fs::perms::owner_read | fs::perms::others_read);
     const auto asNobody = [&] {
         if (::geteuid() == 0 && ::setuid(65534) != 0) std::exit(2);
-        const bool refused = !saves(own) && parts.book->messages.back().text.find("read-only") != std::string::npos;
+        const bool refused =
+            !saves(own) && parts.book->messages.back().text.find("read-only") != std::string::npos;
         std::exit(refused ? 0 : 1);
     };
     EXPECT_EXIT(asNobody(), ::testing::ExitedWithCode(0), "");

@@ -95,7 +95,7 @@ TEST_F(ExpressionsDialog, FieldsAndButtonsEditTheList) {
 
 TEST_F(ExpressionsDialog, WhatCannotBeACovariateIsRefusedWhereverItComesFrom) {
     const std::string sixty = "sex" + std::string(56, ' ') + "1";
-    const std::string wide = "\xC3\xA4\xC3\xB6\xC3\xBC\xE2\x82\xAC"; // four characters
+    const std::string wide = "\xC3\xA4\xC3\xB6\xF0\x9D\x84\x9E\xE2\x82\xAC"; // four characters
     struct {
         DefinedCovariate covariate;
         const char* why;
@@ -107,6 +107,10 @@ TEST_F(ExpressionsDialog, WhatCannotBeACovariateIsRefusedWhereverItComesFrom) {
                       {{"#1", "drug"}, "nor begin with"},
                       {{"123456789", "drug"}, "'123456789' of a covariate has 9 characters"},
                       {{wide + wide + "x", "drug"}, "has 9 characters"},
+                      {{"\xFF\xFE", "drug"}, "The name '\\xFF\\xFE' of a covariate is not in UTF-8"},
+                      {{"\xC3\xA4\xC3", "drug"}, "'\xC3\xA4\\xC3' of"},         // cut off
+                      {{"\xED\xA0\x80", "drug"}, "'\\xED\\xA0\\x80' of"},       // half of a pair
+                      {{"\xF4\x90\x80\x80", "drug"}, "'\\xF4\\x90\\x80\\x80'"}, // beyond the last
                       {{"X", "  "}, "the covariate 'X'"},
                       {{"rX", "sex"}, "Two covariates have the name 'rX'"}};
     for (const auto& [covariate, why] : rows) {

@@ -32,7 +32,8 @@ TEST(InitFileTest, LineEndsAndSectionsOfEveryKind) {
             text.replace(at, 1, end);
         InitFile file = InitFile::parse(text);
         EXPECT_EQ(file.bytes(), text);
-        EXPECT_EQ(file.keywords("e"), (std::vector<std::string>{"x", "y", "X"})) << "sections of a name are one";
+        EXPECT_EQ(file.keywords("e"), (std::vector<std::string>{"x", "y", "X"}))
+            << "sections of a name are one";
         EXPECT_EQ(file.value("e", "X"), "1");
         EXPECT_EQ(file.value("e", "Y"), "3");
         EXPECT_TRUE(file.clear("E"));

@@ -4,6 +4,7 @@
 #include "host/data/NumberText.h"
 #include "host/data/TextEncoding.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 
@@ -36,11 +37,10 @@ InitFile::Line InitFile::classify(std::string_view text) {
         }
         return line;
     }
-    const auto equals = content.find('=');
-    if (equals == std::string_view::npos) return line;
+    const std::size_t equals = std::min(content.find('='), content.size());
     line.kind = Line::Kind::Entry;
     line.name = trimmed(content.substr(0, equals));
-    line.value = trimmed(content.substr(equals + 1));
+    line.value = trimmed(content.substr(std::min(equals + 1, content.size())));
     return line;
 }
 

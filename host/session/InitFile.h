@@ -9,10 +9,10 @@
 namespace korvana {
 
 /// An initialisation file: sections "[name]" of lines "keyword=value", comments from ; or # at the start of a
-/// line, in UTF-8 or else Windows-1252; names and values are given and taken in UTF-8. Names compare without
-/// regard to the case of ASCII letters; sections of the same name are one, and of several equal keywords the
-/// first counts. Blanks around names and values are ignored. What is not changed keeps its bytes, line ends
-/// (LF, CR LF or CR) and a missing one at the end included.
+/// line (one without a "=" is a keyword without a value), in UTF-8 or else Windows-1252; names and values are
+/// given and taken in UTF-8. Names compare without regard to the case of ASCII letters; sections of the same
+/// name are one, and of several equal keywords the first counts. Blanks around names and values are ignored.
+/// What is not changed keeps its bytes, line ends (LF, CR LF or CR) and a missing one at the end included.
 class InitFile {
 public:
     static constexpr std::size_t longest = std::size_t{1} << 20U; ///< bytes

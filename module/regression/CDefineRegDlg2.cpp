@@ -171,7 +171,13 @@ bool CDefineRegDlg2::Delete() {
 
 bool CDefineRegDlg2::Open() {
     if (!OpenExpressions(Analysis(), this, State().settings.expressions)) return false;
+    const std::string name = ValueAs<std::string>(TimeName);
+    const std::string expression = ValueAs<std::string>(TimeExpression);
+    const int selected = ValueAs<int>(TimeTable);
     ShowList(noEntry);
+    if (selected != noEntry || CleanText(expression).empty()) return true;
+    SetValue(TimeName, name); // what was typed is still to be added
+    SetValue(TimeExpression, expression);
     return true;
 }
 

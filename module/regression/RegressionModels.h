@@ -26,7 +26,8 @@ struct Outcome {
     int code = 0;    ///< the model's own number for it
     int message = 0; ///< why there are no estimates, in the string table
     std::string detail;
-    int iterations = 0; ///< that the failure is about, where they are not the estimate's
+    int iterations = 0;      ///< that the failure is about, where they are not the estimate's
+    std::string otherwise{}; ///< a reason where the data say nothing about it
 };
 
 /// What the estimation of a model works on.

@@ -227,7 +227,7 @@ std::string Estimation::Describe(EstimationEnd end) const {
     const auto add = [&text](const std::string& further) {
         text += (text.empty() || further.empty() ? "" : "\n") + further;
     };
-    add(reasons_);
+    add(reasons_.empty() ? outcome_.otherwise : reasons_);
     if (outcome_.ending == Ending::UsedUp && text.empty()) add(Whole(StrRegNotConvergedWay));
     if (iterations_ == 0) return text;
     const int last = outcome_.iterations > 0 ? outcome_.iterations : state_.results.estimate.iterations;

@@ -111,12 +111,11 @@ Outcome Fit(EstimationRun& run) {
     Outcome outcome =
         OutcomeOf(FitTimeDependentCox(fitting.cox, run.limits, watch, run.parameters, run.estimate));
     const auto describe = [&](int text, const ValueAt& value) {
-        outcome.detail =
-            Filled(text, {Quoted(run.covariates[value.covariate]),
-                          FormatCount(run.sample.CaseNumbers()[value.place]), FormatExact(value.time)});
+        return Filled(text, {Quoted(run.covariates[value.covariate]),
+                             FormatCount(run.sample.CaseNumbers()[value.place]), FormatExact(value.time)});
     };
-    if (const auto& missing = fitting.cox.missing) describe(StrTimeFailed, *missing);
-    if (const auto& beyond = fitting.cox.beyond) describe(StrTimeBeyond, *beyond);
+    if (const auto& missing = fitting.cox.missing) outcome.detail = describe(StrTimeFailed, *missing);
+    if (const auto& beyond = fitting.cox.beyond) outcome.otherwise = describe(StrTimeBeyond, *beyond);
     return outcome;
 }
 

@@ -94,13 +94,23 @@ std::vector<std::size_t> FindUnboundedTogether(TimeDependentCox& cox, std::span<
     const std::size_t p = parameters.size();
     TimeDependentLikelihood likelihood(cox.sample, cox.covariates, cox.room, cox.watch);
     double value = 0.0;
-    if (p < 2 || likelihood.LogLikelihood(parameters, value) != EstimationStatus::Success) return {};
+    // An estimation may have ended where there is no likelihood: nearer to 0, in the same direction, there
+    // is.
+    std::vector<double> reached(parameters.begin(), parameters.end());
+    EstimationStatus status = EstimationStatus::NoLikelihood;
+    for (int halvings = 0; p >= 2 && halvings < 10 && status == EstimationStatus::NoLikelihood; ++halvings) {
+        if (halvings > 0)
+            for (double& each : reached)
+                each /= 2.0;
+        status = likelihood.LogLikelihood(reached, value);
+    }
+    if (status != EstimationStatus::Success) return {};
     std::vector<double> scaled(p);
     std::vector<double> magnitudes(p);
     for (std::size_t k = 0; k < p; ++k) {
         const double magnitude = MagnitudeOf(likelihood, k);
         magnitudes[k] = magnitude > 0.0 ? magnitude : 1.0;
-        scaled[k] = parameters[k] * magnitudes[k];
+        scaled[k] = reached[k] * magnitudes[k];
     }
     if (std::ranges::none_of(scaled, [](double each) { return std::abs(each) > farOut; })) return {};
     ParameterVector gradient{};
@@ -148,9 +158,13 @@ std::optional<Diagnosis::Dependence> FindDependence(TimeDependentCox& cox) {
     ParameterVector gradient{};
     SquareMatrix information;
     likelihood.Derivatives(std::span{gradient}.first(p), information);
+    constexpr double leastMagnitude = 1e-140; // products of smaller values are 0
     for (std::size_t k = 0; k < p; ++k)
         for (std::size_t l = 0; l < p; ++l) {
             if (!std::isfinite(information(k, l))) return std::nullopt;
+            if (const double magnitude = MagnitudeOf(likelihood, k);
+                magnitude > 0.0 && magnitude < leastMagnitude)
+                return std::nullopt;
             if (const double magnitude = MagnitudeOf(likelihood, k); magnitude > 0.0)
                 information(k, l) /= magnitude;
             if (const double magnitude = MagnitudeOf(likelihood, l); magnitude > 0.0)

@@ -20,7 +20,7 @@ TEST(InitFileTest, ReadsSectionsKeywordsAndOddities) {
     EXPECT_EQ(file.value("Expressions", "cov2"), "");
     EXPECT_FALSE(file.value("Expressions", "cov3"));
     EXPECT_FALSE(file.value("none", "cov1"));
-    EXPECT_EQ(file.keywords("EXPRESSIONS"), (std::vector<std::string>{"cov1", "COV2", "cov1"}));
+    EXPECT_EQ(file.keywords("EXPRESSIONS"), (std::vector<std::string>{"cov1", "COV2", "no keyword", "cov1"}));
     EXPECT_EQ(file.keywords("other"), (std::vector<std::string>{"cov3", "cov4"}));
     EXPECT_FALSE(file.hasSection("stray"));
 }

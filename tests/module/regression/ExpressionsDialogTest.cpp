@@ -315,6 +315,26 @@ TEST_F(ExpressionsDialog, WhatIsWrittenIsReadBackEqual) {
     EXPECT_GT(written, 800);
 }
 
+TEST_F(ExpressionsDialog, OpeningAFileLosesNothingInSilence) {
+    host.chosen = "l.ini";
+    Type("typed", "drug / 2");
+    host.files["l.ini"] = "[Expressions]\nHowManyExpressions=1\nk=drug\n";
+    ASSERT_TRUE(Does(TimeOpen));
+    ExpectTold({});
+    EXPECT_EQ(Field(TimeName) + " = " + Field(TimeExpression), "typed = drug / 2");
+    for (const char* const lost : {"sex * T_", "K=sex", "// sex", "k = drug"}) {
+        Give({});
+        host.files["l.ini"] = std::string{"[Expressions]\nHowManyExpressions=1\nk=drug\n"} + lost + "\n";
+        ASSERT_TRUE(Does(TimeOpen)) << lost;
+        ExpectTold({StrTimeNotAllTaken}, "Left out");
+        EXPECT_EQ(Held(), (Covariates{{"k", "drug"}}));
+    }
+    Give({});
+    host.files["l.ini"] = "[Expressions]\nHowManyExpressions=3\nk=drug\n";
+    ASSERT_TRUE(Does(TimeOpen));
+    ExpectTold({StrTimeNotAllTaken}, "says it has: 3; there are 1");
+}
+
 TEST_F(ExpressionsDialog, NamesThatAreThereAreReplacedOrAppendedByOneAnswer) {
     host.chosen = "d.ini";
     host.files["d.ini"] = "[EXPRESSIONS]\nnew=1\nRX=2\nhowmanyexpressions=3\nSEX=3\n";

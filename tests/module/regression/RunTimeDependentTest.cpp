@@ -264,6 +264,8 @@ TEST_F(RunTimeDependent, WhatEndsAnEstimationIsSaid) {
     } const rows[] = {
         // Of those with x = T_ none dies then.
         {{"T_ < x", "T_ > x"}, StrRegSingular, "'c1' and 'c2' grow without bound together"},
+        {{"u", "v"}, StrRegNoLikelihood, "'c1' and 'c2' grow without bound together"},
+        {{"x * 1e-170"}, StrRegSingular, "express it in other units"},
         {{"x / 1e8"}, StrRegSingular, "'c1' are of magnitude"},
         {{"x * 1e160"}, StrRegSingular, "express it in other units"},
         {{"if(T_ = 4, x * 1e155, x)"}, StrRegSingular, "express it in other units"},
@@ -273,7 +275,9 @@ TEST_F(RunTimeDependent, WhatEndsAnEstimationIsSaid) {
     };
     host.columns = {{"t", {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}},
                     {"status", {1, 1, 0, 1, 1, 1, 0, 1, 1, 0, 1, 1}},
-                    {"x", {5.5, 9.5, 2.5, 7.5, 1.5, 11.5, 3.5, 8.5, 12.5, 4.5, 9, 4}}};
+                    {"x", {5.5, 9.5, 2.5, 7.5, 1.5, 11.5, 3.5, 8.5, 12.5, 4.5, 9, 4}},
+                    {"u", {0.3, -1.2, 0.8, 1.9, -0.4, -2.1, 1.1, 0.2, -0.7, 1.4, -1.6, 0.6}},
+                    {"v", {-0.31, 1.18, -0.83, -1.94, 0.35, 2.04, -1.17, -0.28, 0.61, -1.5, 1.49, -0.72}}};
     ModuleState().regression.settings.maximumIterations = 200;
     for (const auto& row : rows) {
         SCOPED_TRACE(row.said);
@@ -282,6 +286,8 @@ TEST_F(RunTimeDependent, WhatEndsAnEstimationIsSaid) {
         EXPECT_EQ(host.messages.back().id, row.message);
         const std::string all = host.messages.back().text + host.messages.back().detail;
         EXPECT_NE(all.find(row.said), std::string::npos) << all;
+        const bool advises = all.find("subtract a constant") != std::string::npos;
+        EXPECT_EQ(advises, std::string_view{row.said}.starts_with("mostly")) << all;
     }
 }
 

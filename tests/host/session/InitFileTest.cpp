@@ -188,9 +188,9 @@ TEST_F(FilesTest, WhatIsNoInitialisationFileIsNotWrittenTo) {
         return cleared || put;
     };
     const std::string path = folder / "any";
-    const std::string nul("[a]\nx=1\0\n", 10);
+    const std::string nul = std::string{"[a]\nx=1"} + '\0' + "\n";
     for (const std::string& text :
-         {std::string{"\x1f\x8b\x08\x00gz"}, nul, std::string{"[a]\nx=\x01"}, std::string{"t,e\n1,0\n"},
+         {std::string{"\x1f\x8b\x08gz"}, nul, std::string{"[a]\nx=\x01"}, std::string{"t,e\n1,0\n"},
           std::string{"{\"a\": [1]}"}, std::string{"[1,\n2]\n"}, std::string{"[a] x\n"}, std::string{"[a\n"},
           std::string{"; c\nx=1\n[a]\n"}, std::string{"\xFF\xFE[\0a\0]\0", 8}, std::string{"[a]\n\x81=1\n"},
           "[a]\n" + std::string(InitFile::longest, '\n')}) {

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <stdexcept>
 #include <utility>
 
 #include <sys/mman.h>
@@ -51,22 +52,43 @@ Column::Column(std::size_t cells) {
 }
 
 Column::Column(Column&& other) noexcept
-    : cells_(std::exchange(other.cells_, nullptr)), bytes_(std::exchange(other.bytes_, 0)) {}
+    : cells_(std::exchange(other.cells_, nullptr)), bytes_(std::exchange(other.bytes_, 0)),
+      owner_(std::move(other.owner_)) {}
 
 Column& Column::operator=(Column&& other) noexcept {
     std::swap(cells_, other.cells_);
     std::swap(bytes_, other.bytes_);
+    std::swap(owner_, other.owner_);
     return *this;
 }
 
 Column::~Column() {
+    if (owner_ != nullptr) return;
     if (isBig(bytes_))
         munmap(cells_, bytes_);
     else
         std::free(cells_);
 }
 
+Column Column::borrowed(const double* cells, std::shared_ptr<const void> owner) {
+    if (owner == nullptr) throw std::invalid_argument("borrowed cells need an owner");
+    Column column;
+    column.cells_ = const_cast<double*>(cells); // NOLINT: never written, see requireOwn
+    column.owner_ = std::move(owner);
+    return column;
+}
+
+void Column::requireOwn() const {
+    if (owner_ != nullptr) throw std::logic_error("borrowed cells are only read");
+}
+
+double* Column::data() {
+    requireOwn();
+    return cells_;
+}
+
 void Column::resize(std::size_t cells) {
+    requireOwn();
     const std::size_t bytes = bytesFor(cells);
     if (bytes == bytes_ || (bytes < bytes_ && !isBig(bytes_))) return; // not worth a copy
     if (isBig(bytes) && isBig(bytes_)) {

@@ -1,7 +1,7 @@
 #include "host/data/DelimitedTable.h"
 
+#include "host/data/CellTally.h"
 #include "host/data/PlainNumber.h"
-#include "host/data/Thousands.h"
 
 #include <algorithm>
 #include <limits>
@@ -10,25 +10,6 @@ namespace korvana {
 namespace {
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-
-ColumnTally::Sort sortOf(CellKind kind) {
-    switch (kind) {
-    case CellKind::Number:
-        return ColumnTally::Number;
-    case CellKind::Date:
-        return ColumnTally::Date;
-    case CellKind::BadDate:
-        return ColumnTally::BadDate;
-    case CellKind::OpenDate:
-        return ColumnTally::OpenDate;
-    case CellKind::TooBig:
-        return ColumnTally::TooBig;
-    case CellKind::Thousands:
-        return ColumnTally::Thousands;
-    default:
-        return ColumnTally::Text;
-    }
-}
 
 class ChunkReader {
 public:
@@ -58,8 +39,9 @@ private:
             if (next != nullptr) {
                 value = number.value;
                 tallies_[column].add(ColumnTally::Number, line_, {});
-                if (number.mark != 0)
-                    countMark(column, number.mark, number.sure, {p, static_cast<std::size_t>(next - p)});
+                if (number.mark != 0 && watchMarks_)
+                    tallyMark(number.mark, number.sure, line_, {p, static_cast<std::size_t>(next - p)},
+                              tallies_[column]);
             } else {
                 const RawCell cell = readCell(p, end_, separator_, scratch_);
                 checkQuotes(cell, column);
@@ -69,7 +51,7 @@ private:
                     ++line_;
                     return next == end_ ? next : next + 1;
                 }
-                value = readOther(cell.text, column);
+                value = tallyCell(cell.text, line_, table_.format.dialect, tallies_[column]);
                 if (cell.quoted) line_ += countLineFeeds({p, static_cast<std::size_t>(next - p)});
             }
             columns_[column][row] = value;
@@ -82,50 +64,6 @@ private:
         ++rows_;
         ++line_;
         return p == end_ ? p : p + 1;
-    }
-
-    double readOther(std::string_view text, std::size_t column) {
-        const CellValue cell = classifyCell(text, table_.format.dialect);
-        if (cell.kind == CellKind::Missing) return notANumber;
-        tallies_[column].add(sortOf(cell.kind), line_, text);
-        switch (cell.kind) {
-        case CellKind::Number:
-            if (cell.mark != 0) countMark(column, cell.mark, thousandsOf(text) == Thousands::None, text);
-            return cell.value;
-        case CellKind::Text:
-            if (cell.mark != 0) tallies_[column].add(ColumnTally::CommaText, line_, text);
-            if (isGarbledNumber(text)) tallies_[column].add(ColumnTally::Garbled, line_, text);
-            return notANumber;
-        case CellKind::OpenDate:
-            countOrders(tallies_[column], cell.date, text);
-            [[fallthrough]];
-        case CellKind::Date:
-            if (cell.date.timeOfDay) tallies_[column].add(ColumnTally::TimeOfDay, line_, text);
-            return cell.value;
-        default:
-            return notANumber;
-        }
-    }
-
-    void countMark(std::size_t column, char mark, bool sure, std::string_view text) {
-        if (!watchMarks_) return;
-        ColumnTally& tally = tallies_[column];
-        tally.add(mark == ',' ? ColumnTally::Comma : ColumnTally::Point, line_, text);
-        if (sure) tally.add(mark == ',' ? ColumnTally::SureComma : ColumnTally::SurePoint, line_, text);
-    }
-
-    void countOrders(ColumnTally& tally, const DateText& date, std::string_view text) const {
-        const auto dayFirst = dayNumberOf(date, DateOrder::DayMonthYear);
-        const auto monthFirst = dayNumberOf(date, DateOrder::MonthDayYear);
-        const auto yearFirst = dayNumberOf(date, DateOrder::YearMonthDay);
-        if (!dayFirst) tally.add(ColumnTally::NotDayFirst, line_, text);
-        if (!monthFirst) tally.add(ColumnTally::NotMonthFirst, line_, text);
-        if (!yearFirst) tally.add(ColumnTally::NotYearFirst, line_, text);
-        const auto any = dayFirst ? dayFirst : monthFirst ? monthFirst : yearFirst;
-        if ((dayFirst && dayFirst != any) || (monthFirst && monthFirst != any) ||
-            (yearFirst && yearFirst != any))
-            tally.add(ColumnTally::Ambiguous, line_, text);
-        if (date.shortYear) tally.add(ColumnTally::ShortYear, line_, text);
     }
 
     void checkQuotes(const RawCell& cell, std::size_t column) const {

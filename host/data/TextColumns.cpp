@@ -68,16 +68,6 @@ private:
     std::size_t last_ = 0;
 };
 
-bool before(const std::string& a, const std::string& b) {
-    const NumberText x = readNumber(a);
-    const NumberText y = readNumber(b);
-    const bool xIsNumber = x.form == NumberForm::Finite;
-    const bool yIsNumber = y.form == NumberForm::Finite;
-    if (xIsNumber != yIsNumber) return xIsNumber;
-    if (xIsNumber && x.value != y.value) return x.value < y.value;
-    return a < b;
-}
-
 /// Numbers the texts of all threads and gives, per thread, the final code of each of its own.
 std::vector<std::vector<double>> mergeTexts(const std::vector<const LocalTexts*>& parts,
                                             std::vector<ValueLabel>& labels) {
@@ -85,13 +75,8 @@ std::vector<std::vector<double>> mergeTexts(const std::vector<const LocalTexts*>
     for (const LocalTexts* part : parts)
         for (const std::string_view text : part->texts)
             all.push_back(toUtf8(text));
-    std::sort(all.begin(), all.end(), before);
-    all.erase(std::unique(all.begin(), all.end()), all.end());
-    labels.clear();
-    labels.reserve(all.size());
+    labels = labelsOf(std::move(all));
     std::unordered_map<std::string_view, double> codes;
-    for (std::string& text : all)
-        labels.push_back({static_cast<double>(labels.size() + 1), std::move(text)});
     for (const ValueLabel& label : labels)
         codes.emplace(label.text, label.value);
     std::vector<std::vector<double>> final(parts.size());
@@ -204,6 +189,32 @@ CaseNames joined(std::vector<CaseNames> parts) {
 }
 
 } // namespace
+
+std::vector<ValueLabel> labelsOf(std::vector<std::string> texts) {
+    struct Ranked {
+        bool isNumber;
+        double number;
+        std::string text;
+    };
+    std::vector<Ranked> ranked;
+    ranked.reserve(texts.size());
+    for (std::string& text : texts) {
+        const NumberText number = readNumber(text);
+        const bool isNumber = number.form == NumberForm::Finite;
+        ranked.push_back({isNumber, isNumber ? number.value : 0.0, std::move(text)});
+    }
+    std::sort(ranked.begin(), ranked.end(), [](const Ranked& a, const Ranked& b) {
+        if (a.isNumber != b.isNumber) return a.isNumber;
+        if (a.number != b.number) return a.number < b.number;
+        return a.text < b.text;
+    });
+    std::vector<ValueLabel> labels;
+    labels.reserve(ranked.size());
+    for (Ranked& each : ranked)
+        if (labels.empty() || labels.back().text != each.text)
+            labels.push_back({static_cast<double>(labels.size() + 1), std::move(each.text)});
+    return labels;
+}
 
 bool readTextColumns(const DelimitedTable& table, ByteSource& source, unsigned threads,
                      std::span<TextColumn> columns, CaseNames* names) {

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace korvana {
@@ -25,5 +26,8 @@ struct TextColumn {
 /// @return whether some text or name is not UTF-8
 bool readTextColumns(const DelimitedTable& table, ByteSource& source, unsigned threads,
                      std::span<TextColumn> columns, CaseNames* names);
+
+/// The labels 1..k of the texts of a column, which may repeat, in that order.
+std::vector<ValueLabel> labelsOf(std::vector<std::string> texts);
 
 } // namespace korvana

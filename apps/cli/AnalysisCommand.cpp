@@ -10,9 +10,7 @@
 
 namespace korvana::cli {
 
-void AnalysisCommand::declare(CLI::App& app) {
-    data_.declare(app);
-    declareOptions(app);
+void AnalysisCommand::declareOutputs(CLI::App& app) {
     std::string help = "what to make:";
     std::string onScreen;
     for (const Output& output : description_.outputs) {
@@ -25,6 +23,18 @@ void AnalysisCommand::declare(CLI::App& app) {
                    help + " or all [" + onScreen + "; with -o: " + description_.unasked + "]")
         ->type_name("O[,O...]")
         ->group("Output");
+}
+
+void AnalysisCommand::declareForPrograms(CLI::App& app) {
+    data_.declare(app);
+    declareOptions(app);
+    declareOutputs(app);
+}
+
+void AnalysisCommand::declare(CLI::App& app) {
+    data_.declare(app);
+    declareOptions(app);
+    declareOutputs(app);
     output_.declare(app);
     log_.declare(app);
     app.add_flag("--timing", timing_, "report on standard error how long each phase took")->group("Output");
@@ -144,6 +154,53 @@ AnalysisCommand::Results AnalysisCommand::runAll(const Work& work) {
     return results;
 }
 
+AnalysisCommand::Results AnalysisCommand::perform(const Around& around,
+                                                  const std::vector<std::size_t>& chosen,
+                                                  std::optional<DataSet> given) {
+    struct Answers final : FrontEnd {
+        explicit Answers(AnalysisCommand& asked) : command(asked) {}
+        bool ask(const ResultMessage& question, ozm::CAnalysisDialog* /*window*/) override {
+            return command.answer(question);
+        }
+        AnalysisCommand& command;
+    } answers(*this);
+    Session session(load(), {.frontEnd = &answers,
+                             .stops = around.stops,
+                             .modalScript = [this](ozm::AutomationObject& dialog) { fillIn(dialog); }});
+    session.addObserver(around.refusals);
+    session.addObserver(around.progress);
+    session.addObserver(around.times);
+    session.addObserver(log_);
+    if (around.observer != nullptr) session.addObserver(*around.observer);
+    if (!given) {
+        log_.tell("Reading " + data_.source());
+        around.progress.status("Reading " + data_.source() + " ...");
+    }
+    around.times.status("Opening the file");
+    data_.open(session.data(), std::move(given));
+    prepareData(session.data());
+    log_.tellData(session.data());
+    around.times.status("Checking codes");
+    const std::vector<ResultMessage> remarks = checkData(session.data());
+    around.progress.clear();
+    for (const ResultMessage& remark : remarks)
+        if (remark.severity == ResultMessage::Severity::Warning && around.console.heard == nullptr)
+            around.console.say("warning: " + remark.text);
+    around.times.status({});
+
+    Results results = runAll({session, around.progress, around.console, around.refusals, chosen});
+    ResultsBook& book = results.book;
+    book.analysis = description_.title;
+    if (results.failed > 0) book.status = 1;
+    for (const ResultMessage& remark : remarks) {
+        if (remark.severity == ResultMessage::Severity::Note)
+            book.notes.push_back(remark.text);
+        else
+            book.messages.push_back(remark);
+    }
+    return results;
+}
+
 int AnalysisCommand::run(Console& console) {
     output_.check();
     checkOptions();
@@ -154,57 +211,51 @@ int AnalysisCommand::run(Console& console) {
     MemoryRefusals refusals;
     PhaseTimes times;
     ProgressLine progress(console, output_.quiet(), log_.isWanted());
-    struct Answers final : FrontEnd {
-        explicit Answers(AnalysisCommand& asked) : command(asked) {}
-        bool ask(const ResultMessage& question, ozm::CAnalysisDialog* /*window*/) override {
-            return command.answer(question);
-        }
-        AnalysisCommand& command;
-    } answers(*this);
-    Session session(load(), {.frontEnd = &answers,
-                             .modalScript = [this](ozm::AutomationObject& dialog) { fillIn(dialog); }});
-    session.addObserver(refusals);
-    session.addObserver(progress);
-    session.addObserver(times);
-    session.addObserver(log_);
     log_.begin(console);
-    log_.tell("Reading " + data_.source());
-    progress.status("Reading " + data_.source() + " ...");
-    times.status("Opening the file");
-    data_.open(session.data());
-    prepareData(session.data());
-    log_.tellData(session.data());
-    times.status("Checking codes");
-    const std::vector<ResultMessage> remarks = checkData(session.data());
-    for (const ResultMessage& remark : remarks) {
-        if (remark.severity != ResultMessage::Severity::Warning) continue;
-        progress.clear();
-        console.say("warning: " + remark.text);
-    }
-    times.status({});
-
-    Results results = runAll({session, progress, console, refusals, chosen});
+    const Results results = perform({console, progress, refusals, times}, chosen, {});
     if (results.lackedMemory)
         console.say(
             "there is not enough memory: what is named above is not made; leave out cases or variables "
             "that are not needed");
     if (results.succeeded == 0) return results.lackedMemory ? ExitUsage : ExitRefused;
-    ResultsBook& book = results.book;
-    book.analysis = description_.title;
-    if (results.failed > 0) book.status = 1;
-    for (const ResultMessage& remark : remarks) {
-        if (remark.severity == ResultMessage::Severity::Note)
-            book.notes.push_back(remark.text);
-        else
-            book.messages.push_back(remark);
-    }
     times.status("Writing");
     log_.tell("Writing results");
-    const int exit = output_.write(book, console);
+    const int exit = output_.write(results.book, console);
     log_.tell("Done");
     if (timing_) times.write(console.err);
     if (exit == ExitResults && results.lackedMemory) return ExitUsage;
     return exit == ExitResults && results.failed > 0 ? ExitRefused : exit;
+}
+
+ResultsBook AnalysisCommand::call(Embedding embedding) {
+    checkOptions();
+    const std::vector<std::size_t> chosen = chosenOutputs();
+    std::ostream nowhere(nullptr);
+    Console silent{nowhere, nowhere};
+    std::vector<std::string> said;
+    Console console{nowhere, nowhere, false, &said};
+    MemoryRefusals refusals(MemoryRefusals::Of::Nobody);
+    PhaseTimes times;
+    ProgressLine progress(silent, true, true);
+    Results results = perform({console, progress, refusals, times, embedding.stops, embedding.observer},
+                              chosen, std::move(embedding.data));
+    if (embedding.stops != nullptr && embedding.stops->has(StopSignals::External)) throw CallStopped();
+    std::vector<ResultMessage>& messages = results.book.messages;
+    if (results.succeeded > 0) {
+        for (std::string& text : said)
+            messages.push_back({0, std::move(text), {}, ResultMessage::Severity::Warning});
+        return std::move(results.book);
+    }
+    // The last error says why; what the program adds to it is advice.
+    ResultMessage why;
+    for (const ResultMessage& message : messages)
+        if (message.id != 0 && (message.severity >= why.severity || why.id == 0)) why = message;
+    for (std::string& text : said) {
+        std::string& place = why.text.empty() ? why.text : why.detail;
+        place.append(place.empty() ? "" : "\n").append(text);
+    }
+    why.severity = ResultMessage::Severity::Error;
+    throw CallRefused(std::move(why), std::move(messages));
 }
 
 } // namespace korvana::cli

@@ -2,12 +2,14 @@
 
 #include "apps/cli/Command.h"
 #include "apps/cli/DataOptions.h"
+#include "apps/cli/EmbeddedErrors.h"
 #include "apps/cli/OutputOptions.h"
 #include "apps/cli/Script.h"
 #include "apps/cli/VerboseLog.h"
 #include "host/session/ModuleLibrary.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,7 +17,15 @@
 namespace korvana::cli {
 
 class MemoryRefusals;
+class PhaseTimes;
 class ProgressLine;
+
+/// What a program gives to a command that it calls, in place of a file and of signals.
+struct Embedding {
+    std::optional<DataSet> data{};       ///< nothing: the file that DATA names
+    StopSignals* stops = nullptr;        ///< nullptr: nobody stops the call
+    SessionObserver* observer = nullptr; ///< may be nullptr
+};
 
 /// A command that runs one analysis from its startup dialog to its results: the part that all share. A
 /// derived command adds its options, the way to its results dialog and the outputs of that dialog.
@@ -24,6 +34,12 @@ public:
     void declare(CLI::App& app) final;
     [[nodiscard]] std::vector<std::string> choices(const std::string& option) const override;
     int run(Console& console) final;
+
+    /// Declares the options that make sense in a call from a program, which has no files and streams.
+    void declareForPrograms(CLI::App& app);
+    /// The same run without console, files and signals: the results are returned, with all that was said
+    /// about them. Throws what `run` throws, CallRefused and CallStopped.
+    [[nodiscard]] ResultsBook call(Embedding embedding);
 
     /// An output, named for --outputs, and the actions of the results dialog that make it.
     struct Output {
@@ -41,6 +57,8 @@ public:
         std::vector<Output> outputs;
         const char* unasked = "all"; ///< what is made by default with -o, for the help
     };
+
+    [[nodiscard]] const Description& description() const { return description_; }
 
 protected:
     explicit AnalysisCommand(Description description) : description_(std::move(description)) {}
@@ -91,6 +109,15 @@ private:
         bool lackedMemory = false;        ///< one that failed
         std::vector<std::string> reasons; ///< of those that failed without a message of the analysis
     };
+    /// Who is told about a run, and who may stop it.
+    struct Around {
+        Console& console;
+        ProgressLine& progress;
+        MemoryRefusals& refusals;
+        PhaseTimes& times;
+        StopSignals* stops = nullptr;
+        SessionObserver* observer = nullptr;
+    };
     struct Work {
         Session& session;
         ProgressLine& progress;
@@ -104,7 +131,10 @@ private:
         bool lackedMemory = false;
         ResultsBook book;
     };
+    void declareOutputs(CLI::App& app);
     [[nodiscard]] std::vector<std::size_t> chosenOutputs() const;
+    Results perform(const Around& around, const std::vector<std::size_t>& chosen,
+                    std::optional<DataSet> given);
     Results runAll(const Work& work);
     bool runOnce(const Work& work, std::size_t run, bool& lackedMemory);
     Tally makeOutputs(const Work& work, Script& script, bool ofAllRuns);

@@ -25,11 +25,19 @@ std::string withShortQuotes(std::string_view line) {
 }
 
 void Console::say(std::string_view text) {
+    if (heard != nullptr) {
+        heard->emplace_back(text);
+        return;
+    }
     err << "korvana: ";
     sayMore(text);
 }
 
 void Console::sayMore(std::string_view text) {
+    if (heard != nullptr) {
+        heard->emplace_back(text);
+        return;
+    }
     do {
         const std::size_t end = std::min(text.find('\n'), text.size());
         err << withShortQuotes(withEscapes(text.substr(0, end))) << '\n';

@@ -3,6 +3,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace korvana::cli {
 
@@ -14,6 +15,7 @@ struct Console {
     std::ostream& out;
     std::ostream& err;
     bool errIsTerminal = false;
+    std::vector<std::string>* heard = nullptr; ///< gets the messages in place of standard error
 
     /// Writes a message to standard error, its first line after "korvana: ". Texts come from files of any
     /// origin: control characters and bytes that are not UTF-8 are escaped, and long quoted parts are

@@ -155,7 +155,7 @@ void DataOptions::declare(CLI::App& app) {
         ->group(group);
 }
 
-void DataOptions::open(ActiveData& data) const {
+DataSet DataOptions::readFile() const {
     if (path_.empty()) throw UsageError("which data? Name a data file", true);
     if (header_ && noHeader_) throw UsageError("--header and --no-header contradict each other");
     ReadOptions options;
@@ -163,9 +163,13 @@ void DataOptions::open(ActiveData& data) const {
     if (!separator_.empty()) options.separator = separatorOf(separator_);
     if (!decimal_.empty()) options.decimalMark = decimalMarkOf(decimal_);
     if (!dates_.empty()) options.dates = dateOrderOf(dates_);
+    return readData(path_, options);
+}
+
+void DataOptions::open(ActiveData& data, std::optional<DataSet> given) const {
     const std::vector<Definition> definitions = define_.read();
     MissingCodes missing(missing_);
-    DataSet read = readData(path_, options);
+    DataSet read = given ? std::move(*given) : readFile();
     missing.setThoseThere(read);
     define(read, definitions, [&] { missing.setThoseThere(read); });
     missing.setAll(read);

@@ -5,6 +5,7 @@
 #include "host/session/ActiveData.h"
 
 #include <CLI/App.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,11 +17,14 @@ public:
     void declare(CLI::App& app);
 
     /// Reads the file into `data` and applies the options. Throws UsageError, DataError, ExpressionError.
-    void open(ActiveData& data) const;
+    /// @param given  taken in place of a file
+    void open(ActiveData& data, std::optional<DataSet> given = {}) const;
     /// The name of the data in messages.
     [[nodiscard]] std::string source() const { return path_ == "-" ? "standard input" : path_; }
 
 private:
+    [[nodiscard]] DataSet readFile() const;
+
     std::string path_;
     DefineOptions define_;
     std::string select_;

@@ -16,10 +16,11 @@ void refused() {
 
 } // namespace
 
-MemoryRefusals::MemoryRefusals() : before_(std::set_new_handler(refused)), seen_(refusals) {}
+MemoryRefusals::MemoryRefusals(Of of)
+    : of_(of), before_(of == Of::Process ? std::set_new_handler(refused) : nullptr), seen_(refusals) {}
 
 MemoryRefusals::~MemoryRefusals() {
-    std::set_new_handler(before_);
+    if (of_ == Of::Process) std::set_new_handler(before_);
 }
 
 bool MemoryRefusals::more() {

@@ -10,7 +10,9 @@ namespace korvana::cli {
 /// values that can be computed again, say.
 class MemoryRefusals final : public SessionObserver {
 public:
-    MemoryRefusals();
+    enum class Of { Process, Nobody };
+    /// @param of  nobody: counts nothing, for a program whose handlers are not ours
+    explicit MemoryRefusals(Of of = Of::Process);
     ~MemoryRefusals() override;
     MemoryRefusals(const MemoryRefusals&) = delete;
     MemoryRefusals& operator=(const MemoryRefusals&) = delete;
@@ -20,6 +22,7 @@ public:
     void computationStarted(unsigned /*units*/) override { (void)more(); }
 
 private:
+    Of of_;
     void (*before_)();
     unsigned seen_;
 };

@@ -7,6 +7,7 @@ packages=(
   g++ clang libclang-rt-dev clang-tidy clang-format cmake ninja-build pkg-config binutils python3 python3-jsonschema
   qt6-base-dev qt6-svg-dev libqcustomplot-dev libharfbuzz-dev fonts-dejavu-core
   libxlsxwriter-dev nlohmann-json3-dev libcli11-dev zlib1g-dev
+  python3-dev pybind11-dev python3-numpy python3-pandas python3-venv python3-pip
   libgtest-dev libgmock-dev xvfb openbox icewm)
 
 if ! { command -v dpkg-query && command -v apt-get; } >/dev/null; then

@@ -1,5 +1,6 @@
 #include "host/results/ChartDrawing.h"
 
+#include <algorithm>
 #include <chrono>
 #include <dlfcn.h>
 #include <filesystem>
@@ -7,8 +8,10 @@
 #include <string>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include "host/results/DrawingLibrary.h"
+#include "host/results/LibraryFolders.h"
 #include "host/results/WorkApart.h"
 
 namespace korvana {
@@ -26,12 +29,14 @@ Picture notDrawn(const std::string& why) {
 }
 
 Picture drawWithLibrary(const ozm::CChartInfo& info, PictureFormat format, const PictureOptions& options) {
-    std::error_code error;
-    const fs::path program = fs::read_symlink("/proc/self/exe", error).parent_path();
-    fs::path file = program / KORVANA_DRAWING_FILE;
-    if (!fs::exists(file, error))
-        file = (program / ".." / "lib" / "korvana" / KORVANA_DRAWING_FILE).lexically_normal();
-    if (!fs::exists(file, error)) return notDrawn("is not installed: there is no " + file.string());
+    const std::vector<fs::path> folders = libraryFolders();
+    const auto folder = std::find_if(folders.begin(), folders.end(), [](const fs::path& each) {
+        std::error_code error;
+        return fs::exists(each / KORVANA_DRAWING_FILE, error);
+    });
+    if (folder == folders.end())
+        return notDrawn("is not installed: there is no " + (folders.front() / KORVANA_DRAWING_FILE).string());
+    const fs::path file = *folder / KORVANA_DRAWING_FILE;
     // Never unloaded: the library registers functions that are called when the program ends.
     void* const library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) return notDrawn(std::string("cannot be loaded: ") + dlerror());

@@ -1,5 +1,7 @@
 #include "host/session/ModuleLibrary.h"
 
+#include "host/results/LibraryFolders.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <dlfcn.h>
@@ -13,23 +15,6 @@ namespace fs = std::filesystem;
 using Factory = ozm::CAnalysisSupport* (*)();
 constexpr const char* factoryName = "Lum6NewAnalysis";
 
-void addBeside(const fs::path& program, const std::string& fileName, std::vector<fs::path>& paths) {
-    if (program.empty()) return;
-    const fs::path folder = program.parent_path();
-    for (const fs::path& place : {folder, folder / ".." / "lib" / "korvana", folder / ".." / "lib"}) {
-        const fs::path path = (place / fileName).lexically_normal();
-        if (std::find(paths.begin(), paths.end(), path) == paths.end()) paths.push_back(path);
-    }
-}
-
-/// The file that this code was loaded from: a program or a shared library.
-fs::path ownFile() {
-    Dl_info info{};
-    if (dladdr(reinterpret_cast<const void*>(&ownFile), &info) == 0 || info.dli_fname == nullptr) return {};
-    std::error_code error;
-    return fs::canonical(info.dli_fname, error);
-}
-
 } // namespace
 
 std::vector<fs::path> modulePaths(const std::string& fileName, const std::vector<fs::path>& folders) {
@@ -37,11 +22,10 @@ std::vector<fs::path> modulePaths(const std::string& fileName, const std::vector
     if (const char* set = std::getenv("KORVANA_MODULE"); set != nullptr && *set != '\0')
         return {fs::is_directory(set, error) ? fs::path{set} / fileName : fs::path{set}};
     std::vector<fs::path> paths;
-    paths.reserve(folders.size() + 6);
     for (const fs::path& folder : folders)
         paths.push_back(folder / fileName);
-    addBeside(fs::read_symlink("/proc/self/exe", error), fileName, paths);
-    addBeside(ownFile(), fileName, paths);
+    for (const fs::path& folder : libraryFolders())
+        paths.push_back(folder / fileName);
     return paths;
 }
 

@@ -20,8 +20,8 @@ public:
 using Analysis = std::shared_ptr<ozm::CAnalysisSupport>;
 
 /// The paths where a module of this file name is searched for, in order: the file or folder named by the
-/// environment variable KORVANA_MODULE (and then nowhere else); the folders given; beside the running program
-/// and beside the library with this code, there also in ../lib/korvana and ../lib.
+/// environment variable KORVANA_MODULE (and then nowhere else); the folders given; those of the project's own
+/// libraries (LibraryFolders.h).
 std::vector<std::filesystem::path> modulePaths(const std::string& fileName,
                                                const std::vector<std::filesystem::path>& folders = {});
 

@@ -23,7 +23,7 @@ private:
 } // namespace
 
 Session::Session(Analysis analysis, const SessionOptions& options)
-    : services_(parts_, options.services), analysis_(std::move(analysis)) {
+    : parts_(options.data), services_(parts_, options.services), analysis_(std::move(analysis)) {
     if (options.frontEnd != nullptr) parts_.frontEnd = options.frontEnd;
     if (options.stops != nullptr) parts_.stops = options.stops;
     parts_.automation = options.automation;

@@ -19,6 +19,7 @@ struct SessionOptions {
     /// open, OK is pressed. What it throws is rethrown by `pump`.
     ModalScript modalScript{};
     ServiceOverrides services{};
+    ActiveData* data = nullptr; ///< nullptr: the session's own; must outlive the session
 };
 
 /// One run of an analysis over one data set: gives the analysis object its document, calls its step functions

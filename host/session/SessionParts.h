@@ -25,7 +25,14 @@ using ModalScript = std::function<void(ozm::AutomationObject& dialog)>;
 
 /// What the services of one session share.
 struct SessionParts {
-    ActiveData data;
+    /// @param given  the data of a program that keeps them beyond the session; nullptr: the session's own
+    explicit SessionParts(ActiveData* given = nullptr) : data(given != nullptr ? *given : own_) {}
+
+private:
+    ActiveData own_;
+
+public:
+    ActiveData& data;
     OriginRecorder origins{data};
     /// Shared, so that a front end can keep the book of an earlier run.
     std::shared_ptr<ResultsBook> book = std::make_shared<ResultsBook>();

@@ -117,8 +117,8 @@ void Workbook::exportOutput() {
     const OutputFormat format = *named;
     settings.setValue("export/folder", QFileInfo(target).absolutePath());
     const std::shared_ptr<const Chart> chart = shownChart();
-    const Written written = writeFiles(
-        this, [&] { korvana::desktop::exportOutput(*book, place, chart.get(), format, pathOf(target)); });
+    const Written written =
+        writeFiles(this, [&] { writeOutput(*book, place, chart.get(), format, pathOf(target)); });
     if (!written.problem.isEmpty()) return showProblem(written.problem);
     const QString shown = QDir::toNativeSeparators(target);
     if (written.stopped) {

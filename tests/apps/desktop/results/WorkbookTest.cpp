@@ -242,7 +242,7 @@ TEST_F(WorkbookTest, EveryOutputIsWrittenInEachOfItsFormats) {
     for (std::size_t place = 0; place < 3; ++place) {
         for (const OutputFormat format : formatsOf(book.outputs[place])) {
             const auto target = folder() / (std::to_string(place) + "." + endingOf(format));
-            exportOutput(book, place, nullptr, format, target);
+            writeOutput(book, place, nullptr, format, target);
             EXPECT_GT(contents(target).size(), 50U) << target;
         }
     }

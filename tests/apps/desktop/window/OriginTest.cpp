@@ -105,7 +105,7 @@ TEST_F(Origin, GoesAlongWhenAnOutputIsExported) {
     compute();
     click("Survival times vs. cum. proportion surviving");
     QFile file(folder.path("output.html"));
-    exportOutput(*book(), 0, nullptr, OutputFormat::Html, file.fileName().toStdString());
+    writeOutput(*book(), 0, nullptr, OutputFormat::Html, file.fileName().toStdString());
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QByteArray text = file.readAll();
     for (const char* part : {"trt = 1", "prior", "count once each"})

@@ -1,0 +1,10 @@
+#include "apps/python/binding/Module.h"
+
+PYBIND11_MODULE(_korvana, module) {
+    using namespace korvana::python;
+    module.doc() = "What the package korvana is made on; use that.";
+    module.attr("version") = KORVANA_VERSION;
+    bindErrors(module);
+    bindLibrary(module);
+    bindApplication(module);
+}

@@ -1,0 +1,53 @@
+"""The exceptions of the package."""
+
+
+class Error(Exception):
+    """Whatever this package refuses; its text says what is wrong and what to do."""
+
+
+class UsageError(Error):
+    """A call that makes no sense, such as the use of an application that was closed."""
+
+
+class DataError(Error):
+    """Data that cannot be read or used.
+
+    file, line, column: where, as far as it is known (line and column count from 1).
+    """
+
+    def __init__(self, text, file="", line=0, column=0):
+        super().__init__(text)
+        self.file = file or None
+        self.line = line or None
+        self.column = column or None
+
+
+class AutomationError(Error):
+    """A member of a dialog that cannot be read, set or called so.
+
+    text: names the accessor, such as "Exception in analysis method: CDefineTask::put_TypeOfAnalysis";
+    detail: what was wrong.
+    """
+
+    def __init__(self, text, detail=""):
+        super().__init__(f"{text}: {detail}" if detail else text)
+        self.text = text
+        self.detail = detail
+
+
+class AnalysisError(Error):
+    """The analysis has refused its data or settings; its dialog is open again, or still.
+
+    number: of the message in the module, 0 for one of the program; text: the message; detail: what is particular to
+    these data, may be empty.
+    """
+
+    def __init__(self, number, text, detail=""):
+        super().__init__((f"{number}: " if number else "") + text + (f" {detail}" if detail else ""))
+        self.number = number
+        self.text = text
+        self.detail = detail
+
+
+class Busy(Error):
+    """Another analysis, or another thread, is at work: there is one analysis at a time in a process."""

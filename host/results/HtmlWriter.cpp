@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "host/results/ChartDrawing.h"
-#include "host/results/FormatNumber.h"
+#include "host/results/HtmlTable.h"
 #include "host/results/TextWriter.h"
 #include "host/results/Utf8.h"
 
@@ -54,13 +54,6 @@ figure svg { display: block; width: 100%; max-width: 960px; height: auto; margin
 constexpr std::size_t mostSummaryRows = 6;
 constexpr std::size_t mostOpenRows = 12;
 constexpr std::size_t mostOpenLines = 40;
-
-std::string grouped(std::size_t number) {
-    std::string text = std::to_string(number);
-    for (auto place = static_cast<std::ptrdiff_t>(text.size()) - 3; place > 0; place -= 3)
-        text.insert(static_cast<std::size_t>(place), ",");
-    return text;
-}
 
 class Page {
 public:
@@ -193,7 +186,7 @@ private:
     }
 
     void writeLines(const std::vector<std::string>& lines) {
-        folded(lines.size() > mostOpenLines, grouped(lines.size()) + " lines", [&] {
+        folded(lines.size() > mostOpenLines, groupedDigits(lines.size()) + " lines", [&] {
             out_ << "<pre>";
             for (const std::string& line : lines)
                 out_ << escaped(oneLine(line)) << '\n';
@@ -212,46 +205,19 @@ private:
         }
     }
 
-    void writeHeadings(const Spreadsheet& sheet) {
-        out_ << "<thead><tr>";
-        if (!sheet.rowHeadings.empty()) out_ << "<td></td>";
-        for (const Spreadsheet::Column& column : sheet.columns) {
-            out_ << R"(<th scope="col")" << (column.isText() ? R"( class="text">)" : ">")
-                 << escaped(oneLine(column.heading1));
-            if (!column.heading1.empty() && !column.heading2.empty()) out_ << "<br/>";
-            out_ << escaped(oneLine(column.heading2)) << "</th>";
-        }
-        out_ << "</tr></thead>\n";
-    }
-
     void writeTable(const Spreadsheet& sheet, std::size_t place) {
         for (const std::string& note : sheet.notes)
             paragraph(note, "note");
         const std::size_t rows = sheet.rowCount();
-        folded(!sheet.essential && rows > mostOpenRows, grouped(rows) + " rows", [&] {
+        folded(!sheet.essential && rows > mostOpenRows, groupedDigits(rows) + " rows", [&] {
             const std::size_t shown = std::min(rows, options_.mostRows);
-            out_ << R"(<div class="table"><table aria-label=")" << escaped(shownLine(sheet.title)) << "\">\n";
-            if (!sheet.columns.empty()) writeHeadings(sheet);
-            out_ << "<tbody>\n";
-            if (rows == 0) out_ << "<tr><td class=\"text\">no rows</td></tr>\n";
-            for (std::size_t row = 0; row < shown; ++row)
-                writeRow(sheet, row);
-            out_ << "</tbody>\n</table></div>\n";
+            out_ << R"(<div class="table">)";
+            writeHtmlTable(sheet, out_, {.mostRows = options_.mostRows});
+            out_ << "</div>\n";
             if (shown < rows) tellWhereTheRestIs(shown, rows, tableNumber(place));
         });
         for (const std::string& note : sheet.footnotes)
             paragraph(note, "note");
-    }
-
-    void writeRow(const Spreadsheet& sheet, std::size_t row) {
-        out_ << "<tr>";
-        if (!sheet.rowHeadings.empty())
-            out_ << "<th scope=\"row\">" << escaped(sheet.rowHeading(row)) << "</th>";
-        for (std::size_t column = 0; column < sheet.columns.size(); ++column) {
-            out_ << (sheet.columns[column].isText() ? "<td class=\"text\">" : "<td>")
-                 << escaped(sheet.cellText(row, column)) << "</td>";
-        }
-        out_ << "</tr>\n";
     }
 
     /// The number of an output among the book's tables.
@@ -264,7 +230,7 @@ private:
 
     void tellWhereTheRestIs(std::size_t shown, std::size_t rows, std::size_t table) {
         const bool named = table < options_.tableFiles.size() && !options_.tableFiles[table].empty();
-        paragraph("The first " + grouped(shown) + " of " + grouped(rows) + " rows are shown; " +
+        paragraph("The first " + groupedDigits(shown) + " of " + groupedDigits(rows) + " rows are shown; " +
                       (named ? "all of them are in " + options_.tableFiles[table] + "."
                              : "ask for the table as CSV, JSON or XLSX to have all of them."),
                   "more");

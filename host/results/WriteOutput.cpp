@@ -96,16 +96,26 @@ void writeOutput(const ResultsBook& book, std::size_t place, const Chart* chart,
     case OutputFormat::Xlsx:
         break;
     }
-    const ResultsBook one = alone(book, place, chart);
-    if (format == OutputFormat::Xlsx) {
-        writeXlsx(one, target);
-        return;
+    writeOneFile(alone(book, place, chart), format, target);
+}
+
+void writeOneFile(const ResultsBook& book, OutputFormat format, const std::filesystem::path& target) {
+    switch (format) {
+    case OutputFormat::Xlsx:
+        return writeXlsx(book, target);
+    case OutputFormat::Json:
+        return writeStream(target, [&book](std::ostream& out) { writeJson(book, out); });
+    case OutputFormat::Html:
+        return writeStream(target, [&book](std::ostream& out) { writeHtml(book, out); });
+    case OutputFormat::Txt:
+        return writeStream(target, [&book](std::ostream& out) { writeText(book, out); });
+    case OutputFormat::Csv:
+    case OutputFormat::Svg:
+    case OutputFormat::Png:
+    case OutputFormat::Pdf:
+        break;
     }
-    writeStream(target, [&one, format](std::ostream& out) {
-        if (format == OutputFormat::Json) writeJson(one, out);
-        if (format == OutputFormat::Html) writeHtml(one, out);
-        if (format == OutputFormat::Txt) writeText(one, out);
-    });
+    throwCannotWrite(target, "a file of that format holds one table or chart");
 }
 
 } // namespace korvana

@@ -2,9 +2,9 @@
 
 #include "host/data/DataError.h"
 #include "host/data/Expression.h"
-#include "host/session/ModuleLibrary.h"
 
 #include <exception>
+#include <stdexcept>
 
 namespace korvana::python {
 namespace {
@@ -17,7 +17,10 @@ void translate(std::exception_ptr fault) {
                  py::make_tuple(text(error.what()), text(error.file()), error.line(), error.column()));
     } catch (const ExpressionError& error) {
         setError("DataError", py::make_tuple(text(error.what())));
-    } catch (const ModuleError& error) {
+    } catch (const py::builtin_exception&) {
+        throw; // a KeyError, an IndexError and so on, as they are
+    } catch (
+        const std::runtime_error& error) { // a file that cannot be written, a module that cannot be loaded
         setError("Error", py::make_tuple(text(error.what())));
     }
 }

@@ -7,4 +7,6 @@ PYBIND11_MODULE(_korvana, module) {
     bindErrors(module);
     bindLibrary(module);
     bindApplication(module);
+    bindResults(module);
+    bindRun(module);
 }

@@ -51,4 +51,20 @@ private:
     Gate& gate_;
 };
 
+/// An operation that changes the data: refused while the analysis waits for the answer to a question.
+class Change : public Use {
+public:
+    explicit Change(Gate& gate) : Use(requireOutside(gate)) {}
+
+private:
+    static Gate& requireOutside(Gate& gate) {
+        gate.check();
+        if (gate.isInside())
+            raise("Busy",
+                  "the analysis waits for an answer; its data can be changed when the call that asked "
+                  "has ended");
+        return gate;
+    }
+};
+
 } // namespace korvana::python

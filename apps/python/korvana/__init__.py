@@ -3,13 +3,25 @@
     import korvana as kv
     app = kv.Application()
     app.open("trial.csv")
+    run = app.analysis()
+    run.dialog.TypeOfAnalysis = kv.scSurKaplanMeierProductLimit
+    run.dialog.OK()
+    run.dialog.Variables = [["time"], ["status"]]
+    run.dialog.CodeForCompleteResponses = 1
+    run.dialog.CodeForCensoredResponses = 0
+    run.dialog.OK()
+    table = run.dialog.Summary()
+
+Dialogs are those of the analysis: dir(run.dialog) names the members of the open one, help(run.dialog) explains them.
 """
 from korvana import _korvana
+from korvana._analysis import Analysis, Dialog
 from korvana._application import Application, Variable
 from korvana._errors import AnalysisError, AutomationError, Busy, DataError, Error, UsageError
 from korvana._library import library as _library
+from korvana._results import Chart, Message, Report, Results, Series, Table
 
 __version__ = _korvana.version
 globals().update(_library.constants)
-__all__ = ["AnalysisError", "Application", "AutomationError", "Busy", "DataError", "Error", "UsageError", "Variable",
-           *_library.constants]
+__all__ = ["Analysis", "AnalysisError", "Application", "AutomationError", "Busy", "Chart", "DataError", "Dialog",
+           "Error", "Message", "Report", "Results", "Series", "Table", "UsageError", "Variable", *_library.constants]

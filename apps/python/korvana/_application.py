@@ -1,9 +1,12 @@
 """Applications: the data that analyses work on."""
 import os
+import weakref
 from typing import NamedTuple
 
 from korvana import _korvana
+from korvana._analysis import Analysis
 from korvana._errors import UsageError
+from korvana._library import library
 
 _SEPARATORS = {"comma": ",", "semicolon": ";", "tab": "\t", "\\t": "\t", "pipe": "|", "bar": "|"}
 _DECIMALS = {"point": ".", "comma": ",", ".": ".", ",": ","}
@@ -46,18 +49,62 @@ class Application:
 
         app = korvana.Application()
         app.open("trial.csv")
+        run = app.analysis()
+
+    The analysis keeps the data while it runs. Several applications have their own data; analyses run one at a time.
     """
+    __slots__ = ("_data", "_run", "__weakref__")
 
     def __init__(self):
         self._data = _korvana.Data()
+        self._run = None
 
     def open(self, source, *, separator=None, decimal=None, dates=None, header=None):
-        """Opens data in place of those that were open.
+        """Opens data in place of those that were open. An analysis goes on with them, where it can.
 
         source: the path of a data file (CSV, or text separated by tabs, semicolons or |; also packed by gzip);
         separator, decimal, dates, header: how to read it; what is not given is detected.
         """
-        self._open_data().read(os.fsencode(source), *_reading(separator, decimal, dates, header))
+        data = self._open_data()
+        data.read(os.fsencode(source), *_reading(separator, decimal, dates, header))
+        self._replaced()
+
+    def define(self, name, expression):
+        """Adds a variable that is computed from others: app.define("months", "days / 30.4375")."""
+        self._open_data().define(name, expression)
+
+    def select(self, condition=None):
+        """Takes only the cases for which the condition holds: app.select("age >= 60"). None takes all."""
+        self._open_data().select(condition or "")
+
+    def weight(self, variable=None):
+        """Weights the cases: one of weight w >= 2 counts ceil(w) times, any other once. None ends the weighting."""
+        self._open_data().weight("" if variable is None else str(variable))
+
+    def missing(self, variable, *codes):
+        """Sets the code that stands for a missing value of a variable: a number, or the text of a value label. A
+        variable has one such code; without one, none of its values is missing."""
+        if len(codes) > 1:
+            raise UsageError(f"{variable!r} can have one code for missing values, not {len(codes)}; make them one in a "
+                             "new variable with define(), and take that instead")
+        self._open_data().missing(str(variable), codes[0] if codes else None)
+
+    def analysis(self, name=None):
+        """Starts the analysis and returns it with its first dialog open. Raises Busy while another one is not closed.
+
+        name: of the analysis; there is one, "Survival Analysis".
+        """
+        if name is not None and name != library.analysis:
+            raise UsageError(f"there is no analysis {name!r}; there is: {library.analysis!r}")
+        run = Analysis(self, self._open_data())
+        self._run = weakref.ref(run)
+        return run
+
+    @property
+    def run(self):
+        """The analysis that is not closed yet, or None."""
+        run = self._run() if self._run is not None else None
+        return run if run is not None and run.active else None
 
     @property
     def name(self):
@@ -70,8 +117,25 @@ class Application:
         return [Variable(name, kind, label, labels, None if missing != missing else missing, expression)
                 for name, kind, label, labels, missing, expression in self._open_data().variables()]
 
+    @property
+    def cases(self):
+        """The number of cases in the data."""
+        return self._open_data().cases
+
+    @property
+    def notes(self):
+        """What a reader of results should know about the data: how they were read, selected and weighted."""
+        return self._open_data().notes
+
     def close(self):
-        """Closes the application: its data are released, and it cannot be used any more. Results stay."""
+        """Closes the application and its analysis: the data are released, and neither can be used any more. Results
+        stay."""
+        if self._data is None:
+            return
+        run = self._run() if self._run is not None else None
+        if run is not None:
+            run.close()
+        self._data.clear()
         self._data = None
 
     def _open_data(self):
@@ -79,8 +143,19 @@ class Application:
             raise UsageError("this application was closed; make another one: korvana.Application()")
         return self._data
 
+    def _replaced(self):
+        """Other data were opened."""
+        run = self.run
+        if run is not None:
+            run._follow_data()
+
     def __enter__(self):
         return self
 
     def __exit__(self, *_):
         self.close()
+
+    def __repr__(self):
+        if self._data is None:
+            return "<Application: closed>"
+        return f"<Application: {self.name or 'no data'}, {self.cases} cases>"

@@ -26,6 +26,10 @@ class Interface:
         self.own = [Member(*member) for member in table["members"]]
         self.members = {member.name: member for member in [*base, *self.own]}
 
+    def own_names(self):
+        """The names of the members, without the settings that every dialog has."""
+        return [member.name for member in self.own] + [name for name in ("OK", "Cancel") if name in self.members]
+
 
 class Library:
     """The tables of a module: `interfaces` by name, `constants` by name, `enumerations` as lists of names."""

@@ -1,11 +1,15 @@
 """Analyses, and their dialogs as a script sees them."""
 import difflib
 import os
+from typing import TYPE_CHECKING
 
 from korvana import _korvana
 from korvana._errors import AnalysisError, AutomationError, UsageError
 from korvana._library import library
 from korvana._results import Message, Results, wrap
+
+if TYPE_CHECKING:
+    from korvana._dialogs import OpenDialog  # a stub that is made from the type library
 
 
 class Dialog:
@@ -127,7 +131,7 @@ class Analysis:
         return self._run.active
 
     @property
-    def dialog(self):
+    def dialog(self) -> "OpenDialog":
         """The dialog that is open."""
         handle = self._run.dialog()
         if handle is None:
@@ -135,12 +139,12 @@ class Analysis:
         return self._dialog(handle)
 
     @property
-    def messages(self):
+    def messages(self) -> list[Message]:
         """What the analysis said about its latest run: number, severity, text, detail."""
         return [Message(*each) for each in self._run.book().messages]
 
     @property
-    def results(self):
+    def results(self) -> Results:
         """The results of its latest run, so far."""
         return Results(self._run.book())
 

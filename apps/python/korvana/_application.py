@@ -89,7 +89,7 @@ class Application:
                              "new variable with define(), and take that instead")
         self._open_data().missing(str(variable), codes[0] if codes else None)
 
-    def analysis(self, name=None):
+    def analysis(self, name=None) -> Analysis:
         """Starts the analysis and returns it with its first dialog open. Raises Busy while another one is not closed.
 
         name: of the analysis; there is one, "Survival Analysis".
@@ -112,7 +112,7 @@ class Application:
         return os.path.basename(self._open_data().path)
 
     @property
-    def variables(self):
+    def variables(self) -> list[Variable]:
         """The variables of the data, in their order."""
         return [Variable(name, kind, label, labels, None if missing != missing else missing, expression)
                 for name, kind, label, labels, missing, expression in self._open_data().variables()]

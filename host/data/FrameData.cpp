@@ -146,6 +146,7 @@ FrameData::Part& FrameData::add(std::string name) {
         throw DataError(name_, 0, 0,
                         "there are more than " + std::to_string(maxVariables) +
                             " variables, which is the limit; leave out those that are not needed");
+    name = cellText(name); // as the header of a file
     names_.push_back(std::move(name));
     return parts_.emplace_back();
 }

@@ -7,6 +7,8 @@ PYBIND11_MODULE(_korvana, module) {
     bindErrors(module);
     bindLibrary(module);
     bindApplication(module);
+    bindFrames(module);
     bindResults(module);
     bindRun(module);
+    bindFunctions(module);
 }

@@ -11,7 +11,9 @@ namespace py = pybind11;
 void bindErrors(py::module_& module);
 void bindLibrary(py::module_& module);
 void bindApplication(py::module_& module);
+void bindFrames(py::module_& module);
 void bindResults(py::module_& module);
 void bindRun(py::module_& module);
+void bindFunctions(py::module_& module);
 
 } // namespace korvana::python

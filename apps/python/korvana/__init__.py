@@ -12,16 +12,20 @@
     run.dialog.OK()
     table = run.dialog.Summary()
 
+One analysis is one call, too: kv.kaplan_meier("trial.csv", time="time", censor="status", complete=1, censored=0).
+
 Dialogs are those of the analysis: dir(run.dialog) names the members of the open one, help(run.dialog) explains them.
 """
 from korvana import _korvana
 from korvana._analysis import Analysis, Dialog
 from korvana._application import Application, Variable
 from korvana._errors import AnalysisError, AutomationError, Busy, DataError, Error, UsageError
+from korvana._functions import functions as _functions
 from korvana._library import library as _library
 from korvana._results import Chart, Message, Report, Results, Series, Table
 
 __version__ = _korvana.version
-globals().update(_library.constants)
+globals().update(_library.constants, **_functions)
 __all__ = ["Analysis", "AnalysisError", "Application", "AutomationError", "Busy", "Chart", "DataError", "Dialog",
-           "Error", "Message", "Report", "Results", "Series", "Table", "UsageError", "Variable", *_library.constants]
+           "Error", "Message", "Report", "Results", "Series", "Table", "UsageError", "Variable", *_functions,
+           *_library.constants]

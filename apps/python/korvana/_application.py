@@ -6,6 +6,7 @@ from typing import NamedTuple
 from korvana import _korvana
 from korvana._analysis import Analysis
 from korvana._errors import UsageError
+from korvana._frames import is_frame, make_frame
 from korvana._library import library
 
 _SEPARATORS = {"comma": ",", "semicolon": ";", "tab": "\t", "\\t": "\t", "pipe": "|", "bar": "|"}
@@ -62,11 +63,22 @@ class Application:
     def open(self, source, *, separator=None, decimal=None, dates=None, header=None):
         """Opens data in place of those that were open. An analysis goes on with them, where it can.
 
-        source: the path of a data file (CSV, or text separated by tabs, semicolons or |; also packed by gzip);
-        separator, decimal, dates, header: how to read it; what is not given is detected.
+        source: the path of a data file (CSV, or text separated by tabs, semicolons or |; also packed by gzip), a pandas
+        DataFrame, or a dict of columns (lists, arrays), which become what a file with the same values becomes. Columns
+        of 8-byte floats are not copied: do not change them while an analysis of them runs.
+
+        separator, decimal, dates, header: how to read it; what is not given is detected. Data in memory take decimal
+        and dates, for their texts.
         """
         data = self._open_data()
-        data.read(os.fsencode(source), *_reading(separator, decimal, dates, header))
+        reading = _reading(separator, decimal, dates, header)
+        if is_frame(source):
+            if separator is not None or header is not None:
+                raise UsageError(("separator" if header is None else "header") + " is for files: data in memory have "
+                                 "their columns and names")
+            make_frame(source, *reading[1:3]).open(data)
+        else:
+            data.read(os.fsencode(source), *reading)
         self._replaced()
 
     def define(self, name, expression):

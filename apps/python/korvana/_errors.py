@@ -6,7 +6,14 @@ class Error(Exception):
 
 
 class UsageError(Error):
-    """A call that makes no sense, such as the use of an application that was closed."""
+    """A call that makes no sense, such as the use of an application that was closed.
+
+    option: the keyword that is wrong, None where it is not one alone.
+    """
+
+    def __init__(self, text, option=None):
+        super().__init__(text)
+        self.option = option
 
 
 class DataError(Error):

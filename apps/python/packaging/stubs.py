@@ -3,6 +3,7 @@
 korvana/__init__.pyi names what the package has, constants included; korvana/_dialogs.pyi has the dialogs with the types
 and help texts of their members. Editors complete by them, and type checkers check by them.
 """
+import inspect
 import pathlib
 import sys
 
@@ -55,12 +56,22 @@ def dialogs():
         f"class OpenDialog({', '.join(names)}): ...  # type: ignore[misc]\n"])
 
 
+def function(name):
+    """The declaration of a function that the package makes of a command."""
+    own = getattr(korvana, name)
+    keywords = [f"{each.name}: {'bool' if each.default is False else 'typing.Any'} = ..."
+                for each in list(inspect.signature(own).parameters.values())[1:]]
+    return f"def {name}(data: typing.Any, *, {', '.join(keywords)}) -> Results:\n{documented(own.__doc__)}"
+
+
 def package():
     """The stub of the package itself."""
-    lines = []
+    lines = ["import typing\n"]
     for name in korvana.__all__:
         if name in library.constants:
             lines.append(f"{name}: int")
+        elif inspect.isfunction(getattr(korvana, name)):
+            lines.append(function(name))
         else:
             lines.append(f"from {getattr(korvana, name).__module__} import {name} as {name}")
     return "\n".join([*lines, "__version__: str", f"__all__ = {korvana.__all__!r}", ""])

@@ -21,6 +21,9 @@ class StubsTest(unittest.TestCase):
                 declared |= {each.asname for each in node.names}
             elif isinstance(node, ast.AnnAssign):
                 declared.add(node.target.id)
+            elif isinstance(node, ast.FunctionDef):
+                declared.add(node.name)
+                self.assertIn("time", [each.arg for each in node.args.kwonlyargs], node.name)
         self.assertEqual(declared - {"__version__"}, set(kv.__all__))
         self.assertTrue((FOLDER / "py.typed").exists())
 

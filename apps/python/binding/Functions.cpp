@@ -1,0 +1,100 @@
+#include "apps/python/binding/Errors.h"
+#include "apps/python/binding/Frames.h"
+#include "apps/python/binding/Interrupts.h"
+#include "apps/python/binding/Lease.h"
+#include "apps/python/binding/Results.h"
+
+#include "apps/cli/EmbeddedCall.h"
+#include "apps/cli/UsageError.h"
+
+#include <pybind11/stl.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace korvana::python {
+namespace {
+
+py::list texts(const std::vector<std::string>& all) {
+    py::list list;
+    for (const std::string& each : all)
+        list.append(text(each));
+    return list;
+}
+
+/// The commands that are functions: (name, summary, options, outputs), each with all that its help tells.
+py::list commands() {
+    py::list all;
+    for (const cli::ProgramCommand& command : cli::programCommands()) {
+        py::list options;
+        for (const cli::ProgramOption& option : command.options)
+            options.append(py::make_tuple(text(option.name), text(option.value), text(option.help),
+                                          text(option.group), texts(option.choices), option.isFlag,
+                                          option.isList));
+        py::list outputs;
+        for (const cli::AnalysisCommand::Output& output : command.outputs) {
+            py::list actions;
+            for (const char* const action : output.actions)
+                actions.append(text(action));
+            outputs.append(py::make_tuple(text(output.name), actions, text(output.help)));
+        }
+        all.append(py::make_tuple(text(command.name), text(command.summary), options, outputs));
+    }
+    return all;
+}
+
+/// The actions that made the outputs of a book.
+py::list actionsOf(const ResultsBook& book) {
+    py::list actions;
+    for (const ResultsBook::Output& output : book.outputs) {
+        const auto& origin = ResultsBook::originOf(output);
+        actions.append(text(origin == nullptr ? std::string{} : origin->id));
+    }
+    return actions;
+}
+
+/// Runs a command, and returns its book with the action that made each output.
+/// @param file  bytes, empty where a frame is given
+/// @param frame  a Frame or None
+/// @param given  (name, values) of each option
+py::tuple call(const std::string& name, const py::bytes& file, const py::object& frame,
+               const std::vector<std::pair<std::string, std::vector<std::string>>>& given) {
+    const Lease lease("the call of '" + name + "'");
+    StopSignals stops;
+    Interrupts interrupts(stops);
+    cli::Embedding embedding;
+    if (!frame.is_none()) embedding.data = frame.cast<Frame&>().finish();
+    embedding.stops = &stops;
+    embedding.observer = &interrupts;
+    std::vector<cli::GivenOption> options;
+    for (const auto& [option, values] : given)
+        options.push_back({option, values});
+    const std::string path = file;
+    Book made;
+    try {
+        const py::gil_scoped_release others;
+        made.book =
+            std::make_shared<const ResultsBook>(cli::callCommand(name, path, options, std::move(embedding)));
+    } catch (const cli::CallStopped&) {
+        if (interrupts.raisePending()) throw py::error_already_set();
+        throw;
+    } catch (const cli::UsageError& error) {
+        raise("UsageError", text(error.what()));
+    } catch (const cli::CallRefused& refused) {
+        const ResultMessage& why = refused.message();
+        raise("AnalysisError", why.id, text(why.text), text(why.detail));
+    }
+    if (interrupts.raisePending()) throw py::error_already_set();
+    return py::make_tuple(made, actionsOf(*made.book));
+}
+
+} // namespace
+
+void bindFunctions(py::module_& module) {
+    module.def("commands", commands);
+    module.def("call", call);
+}
+
+} // namespace korvana::python

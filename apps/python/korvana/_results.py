@@ -157,8 +157,8 @@ class Table(_Result):
 
     def __str__(self):
         rows = self.shape[0]
-        text = self._output.text(_MOST_ROWS)
-        return text if rows <= _MOST_ROWS else text + f"The first {_MOST_ROWS} of {rows:,} rows.\n"
+        text = self._output.text(_MOST_ROWS).rstrip("\n")
+        return text if rows <= _MOST_ROWS else text + f"\nThe first {_MOST_ROWS} of {rows:,} rows."
 
     def _repr_html_(self):
         return self._output.html(_MOST_ROWS, ".cells, .to_pandas() and .save() have all of them.")
@@ -227,7 +227,7 @@ class Report(_Result):
         return f"<Report {self.title!r}: {len(self.lines)} lines>"
 
     def __str__(self):
-        return self.text
+        return self.text.rstrip("\n")
 
     def _repr_html_(self):
         return f'<pre style="line-height: 1.3">{html.escape(self.text)}</pre>'
@@ -388,7 +388,7 @@ class Results(Sequence):
         return "<Results: " + (", ".join(map(repr, self._items)) or "none") + ">"
 
     def __str__(self):
-        return "\n".join(map(str, self._items))
+        return "\n\n".join(map(str, self._items))
 
     def _repr_html_(self):
         return "\n".join(each._repr_html_() for each in self._items)

@@ -1,17 +1,17 @@
 #!/usr/bin/env bash
 # Builds the fuzzers and runs them on unexpected input, two at a time.
-#   scripts/fuzz.sh [SECONDS] [TARGET]     120 seconds and all of data, expressions, initfile, expressionfile and command when
-#                                        left out
+#   scripts/fuzz.sh [SECONDS] [TARGET]     120 seconds and all of data, expressions, initfile, expressionfile, automation and
+#                                        command when left out
 # FUZZ_SEED=N repeats a run's choices. The corpus is kept in build/fuzz/corpus, an input that breaks something in
 # build/fuzz/found; `build/asan+ubsan/bin/fuzz-TARGET FILE` repeats it. Exits 1 when something broke.
 set -uo pipefail
 cd -- "$(dirname -- "$(readlink -f -- "$0")")/.."
 
 seconds=${1:-120}
-targets=(data expressions initfile expressionfile command)
+targets=(data expressions initfile expressionfile automation command)
 [[ $# -ge 2 ]] && targets=("$2")
-if ! [[ $seconds =~ ^[0-9]+$ ]] || ! [[ " data expressions initfile expressionfile command " == *" ${targets[0]} "* ]]; then
-  echo "usage: scripts/fuzz.sh [SECONDS] [data|expressions|initfile|expressionfile|command]" >&2
+if ! [[ $seconds =~ ^[0-9]+$ ]] || ! [[ " data expressions initfile expressionfile automation command " == *" ${targets[0]} "* ]]; then
+  echo "usage: scripts/fuzz.sh [SECONDS] [data|expressions|initfile|expressionfile|automation|command]" >&2
   exit 2
 fi
 seed=${FUZZ_SEED:-$((RANDOM * 32768 + RANDOM + 1))}

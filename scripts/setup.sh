@@ -8,7 +8,7 @@ packages=(
   qt6-base-dev qt6-svg-dev libqcustomplot-dev libharfbuzz-dev fonts-dejavu-core
   libxlsxwriter-dev nlohmann-json3-dev libcli11-dev zlib1g-dev
   python3-dev pybind11-dev python3-numpy python3-pandas python3-venv python3-pip
-  libgtest-dev libgmock-dev xvfb openbox icewm)
+  libgtest-dev libgmock-dev xvfb openbox icewm mingw-w64-tools)
 
 if ! { command -v dpkg-query && command -v apt-get; } >/dev/null; then
   echo "setup: this is no Debian; see to it that these are installed: ${packages[*]}" >&2

@@ -10,16 +10,21 @@ namespace {
 /// Keeps a modal dialog in the list of those that run, until it ends, also by an exception.
 class OpenModal {
 public:
-    OpenModal(std::vector<ozm::CAnalysisModalDialog*>& running, ozm::CAnalysisModalDialog& dialog)
-        : running_(running) {
+    OpenModal(std::vector<ozm::CAnalysisModalDialog*>& running, SessionRouting& routing,
+              ozm::CAnalysisModalDialog& dialog)
+        : running_(running), routing_(routing) {
         running_.push_back(&dialog);
     }
-    ~OpenModal() { running_.pop_back(); }
+    ~OpenModal() {
+        routing_.forget(*running_.back()); // its owner is about to destroy it
+        running_.pop_back();
+    }
     OpenModal(const OpenModal&) = delete;
     OpenModal& operator=(const OpenModal&) = delete;
 
 private:
     std::vector<ozm::CAnalysisModalDialog*>& running_;
+    SessionRouting& routing_;
 };
 
 } // namespace
@@ -53,7 +58,7 @@ bool SessionDialogs::CreateAnalysisDialog(std::unique_ptr<ozm::CAnalysisModeless
 int SessionDialogs::RunModal(ozm::CAnalysisModalDialog& dialog) {
     if (!dialog.Open().done) return -1;
     if (!dialog.IsClosed()) {
-        const OpenModal open(modal_, dialog);
+        const OpenModal open(modal_, routing_, dialog);
         if (parts_.automation)
             runByScript(dialog);
         else
@@ -148,6 +153,7 @@ void SessionDialogs::release() {
     current_ = nullptr;
     exit_.reset();
     page_ = 0;
+    routing_.forgetAll();
     dialogs_.clear();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/session/SessionParts.h"
+#include "host/session/SessionRouting.h"
 #include "support/dialogs/CAnalysisDialog.h"
 #include "support/services/DialogService.h"
 
@@ -36,6 +37,8 @@ public:
     /// Outputs are in the book, which a window always shows: nothing to restore.
     void RestoreResultsWindows(ozm::CAnalysisDialog& /*dialog*/) override {}
 
+    ozm::ResultsRouting* Routing() override { return &routing_; }
+
     /// The dialog that owns the step, open or closed with its exit not followed yet; nullptr when there is
     /// none.
     [[nodiscard]] ozm::CAnalysisModelessDialog* current() const { return current_; }
@@ -58,6 +61,7 @@ private:
     void runByScript(ozm::CAnalysisModalDialog& dialog);
 
     SessionParts& parts_;
+    SessionRouting routing_{parts_};
     std::vector<std::unique_ptr<ozm::CAnalysisModelessDialog>> dialogs_;
     ozm::CAnalysisModelessDialog* current_ = nullptr;
     std::vector<ozm::CAnalysisModalDialog*> modal_; ///< those that run, the innermost last

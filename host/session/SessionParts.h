@@ -66,6 +66,7 @@ public:
     void commandBegins() {
         stops->clear(StopSignals::Display); // which nobody noticed
         commandRuns_ = true;
+        outputsBefore_ = book->outputs.size();
         messagesBefore_ = book->messages.size();
         notesBefore_ = book->notes.size();
         iterationsBefore_ = book->iterations.size();
@@ -76,6 +77,8 @@ public:
         commandRuns_ = false;
     }
     [[nodiscard]] bool commandRuns() const { return commandRuns_; }
+    /// The place of the first output of the last command in the book, from 0.
+    [[nodiscard]] std::size_t firstOutputOfCommand() const { return outputsBefore_; }
     /// An output, named by the action that makes it, was made or not. The book's status says whether each one
     /// asked for was made in the end.
     void outputEnded(const std::string& action, bool made) {
@@ -106,6 +109,7 @@ public:
             auto next = std::make_shared<ResultsBook>();
             next->analysis = book->analysis;
             book = std::move(next);
+            outputsBefore_ = 0;
         }
         book->messages = std::move(messages);
         book->iterations = std::move(iterations);
@@ -167,6 +171,7 @@ private:
     }
 
     bool commandRuns_ = false;
+    std::size_t outputsBefore_ = 0;
     std::size_t messagesBefore_ = 0; ///< the last command
     std::size_t messagesAfter_ = 0;  ///< the last command, or the last change of forms
     std::vector<ResultMessage> aboutForm_;

@@ -5,8 +5,7 @@
 namespace korvana {
 namespace {
 
-std::string_view typeName(const ozm::AutomationMember& member) {
-    if (member.kind == ozm::MemberKind::Refused) return "not supported";
+std::string_view valueName(const ozm::AutomationMember& member) {
     switch (member.type) {
     case ozm::MemberType::None:
         return "action";
@@ -36,6 +35,10 @@ std::string_view typeName(const ozm::AutomationMember& member) {
     return "";
 }
 
+std::string typeName(const ozm::AutomationMember& member) {
+    return std::string{valueName(member)} + (member.IsReadOnly() ? ", read only" : "");
+}
+
 void appendPadded(std::string& text, std::string_view word, std::size_t width) {
     text += word;
     text.append(width > word.size() ? width - word.size() : 0, ' ');
@@ -58,7 +61,7 @@ void appendInterface(std::string& text, const ozm::AutomationInterface& one, boo
         types = std::max(types, typeName(member).size());
     }
     for (const ozm::AutomationMember& member : one.members) {
-        std::string line = "  ";
+        std::string line = member.added ? "+ " : "  ";
         appendPadded(line, member.name, names + 2);
         appendPadded(line, typeName(member), types);
         appendHelp(line, member.help);
@@ -73,7 +76,7 @@ std::string typeLibraryText(const ozm::TypeLibrary& library) {
     std::string text = "library ";
     text += library.name;
     appendHelp(text, library.help);
-    text += '\n';
+    text += "\n\n+ marks members that this program adds.\n";
     for (const ozm::AutomationEnumeration& enumeration : library.enumerations) {
         text.append("\nenumeration ").append(enumeration.name).append("\n");
         for (std::size_t i = 0; i < enumeration.members.size(); ++i)

@@ -177,7 +177,7 @@ inline constexpr AutomationMember ksMembers[] = {
     variablesMember,
     completeCodeMember,
     censoredCodeMember,
-    {"Codes", MemberKind::Property, MemberType::Codes, KsCodes, "Codes, identifying groups (classes)"},
+    CodesMember(KsCodes),
 };
 inline constexpr AutomationInterface ksInterface{"SurKSamples", "CDefineKSDlg",
                                                  "Survival Analysis k-samples comparison dialog", ksMembers};
@@ -229,9 +229,9 @@ inline constexpr AutomationMember ksResultsMembers[] = {
                  "Plot of proportion surviving by group"),
     OutputMember("CumulativeProportionSurvivingByGroup", KsCurves,
                  "Cumulative proportion surviving by group"),
-    OutputMember("LogRankTests", KsLogRankTests,
-                 "Log-rank, Tarone-Ware and Peto & Peto tests, tests for trend, medians by group"),
-    OutputMember("PairwiseComparisons", KsPairs, "Pairwise comparisons by the log-rank test"),
+    Added(OutputMember("LogRankTests", KsLogRankTests,
+                       "Log-rank, Tarone-Ware and Peto & Peto tests, tests for trend, medians by group")),
+    Added(OutputMember("PairwiseComparisons", KsPairs, "Pairwise comparisons by the log-rank test")),
 };
 inline constexpr AutomationInterface ksResultsInterface{
     "SurKSamplesResults", "CKsResultsDlg", "Survival Analysis k-samples comparison results dialog",

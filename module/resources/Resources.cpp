@@ -123,6 +123,11 @@ static_assert(AllDiffer(interfaces, [](const AutomationInterface& i) { return i.
                                           return AllDiffer(i.members, [](const auto& m) { return m.name; });
                                       }),
               "two interfaces, or two members of one, have the same name");
+static_assert(std::ranges::all_of(interfaces,
+                                  [](const AutomationInterface& i) {
+                                      return std::ranges::is_sorted(i.members, {}, &AutomationMember::added);
+                                  }),
+              "added members stand at the end of their interface");
 
 } // namespace
 

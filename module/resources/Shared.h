@@ -162,4 +162,9 @@ constexpr AutomationMember OutputMember(std::string_view name, int control, std:
     return {name, MemberKind::Action, MemberType::None, control, help};
 }
 
+/// Of the group or stratification variable.
+constexpr AutomationMember CodesMember(int control) {
+    return {"Codes", MemberKind::Property, MemberType::Codes, control, "Codes, identifying groups (classes)"};
+}
+
 } // namespace ozm::survival

@@ -197,7 +197,7 @@ inline constexpr AutomationMember twoResultsMembers[] = {
                  "Plot of proportion surviving by group"),
     OutputMember("CumulativeProportionSurvivingByGroup", TwoPlotCumulative,
                  "Cumulative proportion surviving by group"),
-    OutputMember("Summary", TwoSummary, "Summary, the five tests side by side"),
+    Added(OutputMember("Summary", TwoSummary, "Summary, the five tests side by side")),
 };
 inline constexpr AutomationInterface twoResultsInterface{
     "SurTwoSamplesResults", "CTwoResultsDlg", "Survival Analysis two-sample comparisons results dialog",

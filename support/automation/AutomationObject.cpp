@@ -1,6 +1,7 @@
 #include "support/automation/AutomationObject.h"
 
 #include "support/Overloaded.h"
+#include "support/services/ResultsRouting.h"
 
 #include <cmath>
 #include <exception>
@@ -22,11 +23,6 @@ const AutomationMember* FindMember(const CAnalysisDialog& dialog, std::string_vi
     if (const AutomationInterface* own = dialog.Interface())
         if (const AutomationMember* member = own->Find(name)) return member;
     return BaseDialogInterface().Find(name);
-}
-
-/// Whether a member gives something other than a control's value.
-bool IsTold(const AutomationMember& member) {
-    return member.control == 0;
 }
 
 [[noreturn]] void Refuse(const std::string& why) {
@@ -192,8 +188,6 @@ AutomationResult Accessor(const CAnalysisDialog& dialog, std::string_view prefix
         dialog.ThrowIfClosed();
         const AutomationMember* found = FindMember(dialog, member);
         if (found == nullptr) Refuse("the dialog has no member '" + std::string{member} + "'");
-        if (found->kind == MemberKind::Refused)
-            Refuse("'" + std::string{member} + "' is not supported: " + std::string{found->help});
         action(*found, result);
         return result;
     } catch (const std::bad_alloc&) {
@@ -213,12 +207,21 @@ void Require(const DialogResult& outcome) {
     if (!outcome.done) Refuse(outcome.reason);
 }
 
+ResultsRouting& RoutingOf(const CAnalysisDialog& dialog) {
+    if (ResultsRouting* routing = dialog.Analysis().Dialogs().Routing()) return *routing;
+    Refuse("outputs go nowhere but into the book of results here");
+}
+
 } // namespace
 
 AutomationResult AutomationObject::Get(std::string_view name) const {
     return Accessor(*dialog_, "get_", name, [&](const AutomationMember& member, AutomationResult& result) {
         if (member.kind == MemberKind::Action) Refuse("'" + std::string{name} + "' is an action: call it");
-        if (IsTold(member)) {
+        if (member.kind == MemberKind::Routed) {
+            result.value = RoutingOf(*dialog_).Get(*dialog_, name);
+            return;
+        }
+        if (member.IsReadOnly()) {
             CAnalysisSupport& analysis = dialog_->Analysis();
             if (name == "Name")
                 result.value = std::string{dialog_->ClassName()};
@@ -239,7 +242,8 @@ AutomationResult AutomationObject::Get(std::string_view name) const {
 AutomationResult AutomationObject::Put(std::string_view name, const AutomationValue& value) {
     return Accessor(*dialog_, "put_", name, [&](const AutomationMember& member, AutomationResult&) {
         if (member.kind == MemberKind::Action) Refuse("'" + std::string{name} + "' is an action: call it");
-        if (IsTold(member)) Refuse("'" + std::string{name} + "' can only be read");
+        if (member.kind == MemberKind::Routed) return RoutingOf(*dialog_).Put(*dialog_, name, value);
+        if (member.IsReadOnly()) Refuse("'" + std::string{name} + "' can only be read");
         const ControlTemplate* control = dialog_->Template().Find(member.control);
         if (control == nullptr) Refuse("the member stands for no control of this dialog");
         Require(dialog_->PutValue(member.control, ToControl(*dialog_, member, *control, value)));
@@ -253,6 +257,7 @@ AutomationResult AutomationObject::Call(std::string_view name) {
         const DialogResult outcome = dialog_->Press(member.control);
         Require(outcome);
         result.value = outcome.succeeded;
+        if (ResultsRouting* routing = dialog_->Analysis().Dialogs().Routing()) routing->Route(*dialog_, name);
     });
 }
 

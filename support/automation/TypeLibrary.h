@@ -9,9 +9,9 @@
 namespace ozm {
 
 enum class MemberKind : std::uint8_t {
-    Property, ///< read-write twin of a control's value
+    Property, ///< read-write twin of a control's value; without a control read only
     Action,   ///< twin of a button
-    Refused,  ///< declared but not supported: a call is refused, for the reason in `help`
+    Routed,   ///< read-write, kept by the host: where the outputs of the dialog's actions go
 };
 
 enum class MemberType : std::uint8_t {
@@ -38,7 +38,16 @@ struct AutomationMember {
     std::string_view help;
     std::string_view enumeration{}; ///< the name of the enumeration, for members of that type
     int choice = 0; ///< a Boolean member of a radio group: the choice (from 1) that it stands for
+    /// Not among the members that scripts of other hosts know; such members come last.
+    bool added = false;
+
+    [[nodiscard]] constexpr bool IsReadOnly() const { return kind == MemberKind::Property && control == 0; }
 };
+
+constexpr AutomationMember Added(AutomationMember member) {
+    member.added = true;
+    return member;
+}
 
 /// The automation interface of one dialog class.
 struct AutomationInterface {

@@ -8,6 +8,7 @@ namespace ozm {
 class CAnalysisDialog;
 class CAnalysisModelessDialog;
 class CAnalysisModalDialog;
+class ResultsRouting;
 
 /// How a dialog hands over to the next step.
 enum class ExitMode : int { End = 0, Back = 1, Forward = 2, SwitchForm = 4 };
@@ -46,6 +47,9 @@ public:
     /// Brings results already made back into view, when a dialog lost its results or is about to close; none
     /// is closed or discarded. A host that always shows them has nothing to do.
     virtual void RestoreResultsWindows(CAnalysisDialog& dialog) = 0;
+
+    /// Where the outputs of scripts' actions go besides; nullptr: nowhere.
+    virtual ResultsRouting* Routing() { return nullptr; }
 };
 
 } // namespace ozm

@@ -1,5 +1,6 @@
 #include "apps/cli/commands/Commands.h"
 #include "apps/cli/commands/SurvivalModule.h"
+#include "host/session/TypeLibraryIdl.h"
 #include "host/session/TypeLibraryText.h"
 
 namespace korvana::cli {
@@ -7,16 +8,22 @@ namespace {
 
 class TypelibCommand final : public Command {
 public:
-    void declare(CLI::App& /*app*/) override {}
+    void declare(CLI::App& app) override {
+        app.add_flag("--idl", idl_, "Print it as an interface definition, for an IDL compiler");
+    }
 
     int run(Console& console) override {
         const Analysis analysis = loadSurvivalModule();
         const ozm::ModuleHandle resources = analysis->GetLibInstance();
         if (resources == nullptr || resources->typeLibrary == nullptr)
             throw ModuleError("the module has no type library");
-        console.out << typeLibraryText(*resources->typeLibrary);
+        const ozm::TypeLibrary& library = *resources->typeLibrary;
+        console.out << (idl_ ? typeLibraryIdl(library) : typeLibraryText(library));
         return ExitResults;
     }
+
+private:
+    bool idl_ = false;
 };
 
 } // namespace

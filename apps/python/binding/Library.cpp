@@ -7,15 +7,7 @@ namespace korvana::python {
 namespace {
 
 const char* kindName(ozm::MemberKind kind) {
-    switch (kind) {
-    case ozm::MemberKind::Property:
-        return "property";
-    case ozm::MemberKind::Action:
-        return "action";
-    case ozm::MemberKind::Refused:
-        break;
-    }
-    return "refused";
+    return kind == ozm::MemberKind::Action ? "action" : "property";
 }
 
 const char* typeName(ozm::MemberType type) {
@@ -52,7 +44,7 @@ py::dict interfaceTable(const ozm::AutomationInterface& one) {
     py::list members;
     for (const ozm::AutomationMember& member : one.members)
         members.append(py::make_tuple(text(member.name), kindName(member.kind), typeName(member.type),
-                                      text(member.help), text(member.enumeration)));
+                                      text(member.help), text(member.enumeration), member.IsReadOnly()));
     py::dict table;
     table["name"] = text(one.name);
     table["dialog"] = text(one.dialogClass);

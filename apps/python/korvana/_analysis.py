@@ -59,8 +59,6 @@ def describe(member):
     help = member.help.strip()
     if not help and member.kind == "action":
         return f"Presses {member.name}."
-    if member.kind == "refused":
-        return f"Not supported: {help}."
     kind = ("One of " + ", ".join(library.enumerations.get(member.enumeration, ())) if member.type == "enumeration"
             else _TYPES.get(member.type, ""))
     return "\n\n".join(filter(None, [help and help + ".", kind and kind + "."]))

@@ -8,12 +8,13 @@ from korvana import _korvana
 
 
 class Member(NamedTuple):
-    """A member of a dialog: kind is property, action or refused."""
+    """A member of a dialog: kind is property or action."""
     name: str
     kind: str
     type: str
     help: str
     enumeration: str
+    read_only: bool
 
 
 class Interface:

@@ -25,15 +25,13 @@ def documented(text):
 
 
 def member(one):
-    """The declaration of a member; those that are refused are left out."""
-    if one.kind == "refused":
-        return []
+    """The declaration of a member."""
     if one.kind == "action":
         back = "bool" if one.name in ("OK", "Cancel") else "Any"
         return [f"    def {one.name}(self) -> {back}:\n{documented(describe(one))}"]
     read, assigned = TYPES[one.type]
     lines = [f"    @property\n    def {one.name}(self) -> {read}:\n{documented(describe(one))}"]
-    if one.type != "object" and one.name != "Name":
+    if not one.read_only:
         lines.append(f"    @{one.name}.setter\n    def {one.name}(self, value: {assigned or read}) -> None: ...")
     return lines
 

@@ -292,9 +292,11 @@ TEST_F(UsageTest, AModuleThatIsNotThereIsNamed) {
     const std::string found = succeed("typelib").out;
     for (const char* part :
          {"enumeration SurResultsForModel\n  1  scSurExponential\n  2  scSurLinearHazard\n",
-          "\ninterface OzmAnalysisDialog  KORVANA Dialog\n  Name                    text           Name of "
+          "\ninterface OzmAnalysisDialog  KORVANA Dialog\n  Name                    text, read only    Name "
+          "of "
           "the dialog's class\n",
-          "  ResultsSaveFileName     not supported  the book of results is saved",
+          "  ResultsSaveFileName     text               File into which the outputs ",
+          "\n+ SurvivalCurve                                      action           Survival curve of all ",
           "\ninterface SurKaplanMeierResults : OzmAnalysisDialog  "})
         EXPECT_TRUE(has(found, part)) << found;
 }

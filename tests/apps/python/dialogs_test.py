@@ -222,6 +222,23 @@ class OnTheWayTest(unittest.TestCase):
             run.dialog.OpenExpressions()
             self.assertEqual(run.dialog.TimeDependentCovariateNames, ["LATE"])
 
+    def test_outputs_also_go_into_the_file_that_the_dialog_names(self):
+        with tempfile.TemporaryDirectory() as folder:
+            app, run = started(kv.scSurKaplanMeierProductLimit)
+            self.addCleanup(app.close)
+            dialog = specified(run)
+            path = Path(folder, "survival.csv")
+            dialog.ResultsSaveFileName = str(path)
+            dialog.ResultsOutputFields = ["time", "survival"]
+            dialog.ResultsVariables = ["time"]
+            dialog.ResultsCodes = [5, 9]
+            dialog.Summary()
+            lines = path.read_text(encoding="utf-8").splitlines()
+            self.assertEqual([line.split(",")[-2] for line in lines[1:]], ["5", "5", "9"])
+            dialog.ResultsOutputFields = ["hazard"]
+            with self.assertRaisesRegex(kv.AutomationError, "the output is in the book, but .* it has .*survival"):
+                dialog.Summary()
+
 
 if __name__ == "__main__":
     unittest.main()

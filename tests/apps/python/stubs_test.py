@@ -36,6 +36,7 @@ class StubsTest(unittest.TestCase):
         results = classes["SurKaplanMeierResults"]
         self.assertEqual(ast.get_docstring(results["PercentilesOfSurvivalFunction"]),
                          dialogs["SurKaplanMeierResults"].PercentilesOfSurvivalFunction.__doc__)
+        self.assertEqual(ast.unparse(results["DefaultPlot"].args), "self", "it cannot be set")
 
 
 if __name__ == "__main__":

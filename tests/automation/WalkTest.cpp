@@ -433,7 +433,7 @@ TEST(Automation, ResultsOfEveryDialogAreRoutedAsItsMembersSay) {
         });
 
     // What they do in the end: of the table of results, rows of two cases, in two columns.
-    Walk(wayOf("kaplan"), [&](Walk&, AutomationObject& dialog) {
+    const Walk walk(wayOf("kaplan"), [&](Walk&, AutomationObject& dialog) {
         if (!isIn(dialog, "SurKaplanMeierResults")) return false;
         dialog.Put("ResultsSaveFileName", file);
         dialog.Put("ResultsVariables", List{"time"});
@@ -482,7 +482,7 @@ TEST(Automation, TheEstimationHasItsDialogOnlyWhereItIsAskedFor) {
 TEST(Automation, ExpressionsAreSavedAndOpenedByTheNameOfAFile) {
     const auto file =
         std::filesystem::temp_directory_path() / ("korvana-expressions-" + std::to_string(getpid()) + ".ini");
-    Walk(wayOf("time"), [&](Walk& on, AutomationObject& dialog) {
+    const Walk walk(wayOf("time"), [&](Walk& on, AutomationObject& dialog) {
         if (!isIn(dialog, "SurRegressionTimeDependent")) return false;
         EXPECT_EQ(dialog.Call("SaveExpressions").value, AutomationValue{false}) << "no file is named";
         on.session.nameFile(file);

@@ -20,7 +20,6 @@
 namespace korvana::fuzz {
 namespace {
 
-using ozm::AutomationMember;
 using ozm::AutomationObject;
 using ozm::AutomationResult;
 using ozm::AutomationValue;

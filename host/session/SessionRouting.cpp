@@ -78,7 +78,7 @@ std::vector<std::string> actionsOf(const ozm::CAnalysisDialog& dialog, const ozm
     return names;
 }
 
-std::string fileOf(const ozm::AutomationValue& value) {
+std::string fileOf(const ozm::AutomationValue& value, const std::filesystem::path& dataFile) {
     const std::string& name = textOf(value);
     if (name.empty()) return name;
     const std::filesystem::path file{name};
@@ -88,6 +88,8 @@ std::string fileOf(const ozm::AutomationValue& value) {
         !folder.empty() && !std::filesystem::is_directory(folder, error))
         refuse("'" + folder.string() + "' is no directory");
     if (std::filesystem::is_directory(file, error)) refuse("'" + name + "' is a directory");
+    if (!dataFile.empty() && std::filesystem::equivalent(file, dataFile, error) && !error)
+        refuse("'" + name + "' is the data file; name another one");
     return name;
 }
 
@@ -135,7 +137,7 @@ void SessionRouting::Put(const ozm::CAnalysisDialog& dialog, std::string_view me
     } else if (member == "ResultsCodes") {
         route.part.codes = codesOf(value);
     } else if (member == "ResultsSaveFileName") {
-        route.file = fileOf(value);
+        route.file = fileOf(value, parts_.data.state().file);
         route.saved = {};
     } else if (member == "ResultsValues") {
         route.part.rounded = isSecond(numberWords, value);

@@ -239,6 +239,16 @@ class OnTheWayTest(unittest.TestCase):
             with self.assertRaisesRegex(kv.AutomationError, "the output is in the book, but .* it has .*survival"):
                 dialog.Summary()
 
+    def test_the_data_file_is_not_written_over(self):
+        with tempfile.TemporaryDirectory() as folder:
+            path = Path(folder, "aml.csv")
+            path.write_bytes((DATA / "aml.csv").read_bytes())
+            app, run = started(kv.scSurKaplanMeierProductLimit, path)
+            self.addCleanup(app.close)
+            with self.assertRaisesRegex(kv.AutomationError, "is the data file"):
+                specified(run).ResultsSaveFileName = str(path.with_name(".") / "aml.csv")
+            self.assertEqual(path.read_bytes(), (DATA / "aml.csv").read_bytes())
+
 
 if __name__ == "__main__":
     unittest.main()

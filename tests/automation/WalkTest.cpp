@@ -130,6 +130,11 @@ AutomationValue plain(const AutomationValue& value) {
     return value;
 }
 
+/// A list in a list; in braces, compilers differ on whether the outer one is a copy of the inner one.
+AutomationValue nested(const AutomationValue& value) {
+    return List(1, List{value});
+}
+
 std::vector<AutomationValue> wrongFor(const AutomationMember& member) {
     switch (member.type) {
     case MemberType::Boolean:
@@ -145,9 +150,9 @@ std::vector<AutomationValue> wrongFor(const AutomationMember& member) {
     case MemberType::Enumeration:
         return {0, 99, "scSurNone", List{}};
     case MemberType::Variables:
-        return {1, List{1}, List{List{99}}, List{List{"no such variable"}}, List{List{1.5}}};
+        return {1, List{1}, nested(99), nested("no such variable"), nested(1.5)};
     case MemberType::Codes:
-        return {1, List{List{1}}, List{AutomationValue{}}};
+        return {1, nested(1), List{AutomationValue{}}};
     case MemberType::Texts:
         return {"a", List{1}};
     case MemberType::Numbers:

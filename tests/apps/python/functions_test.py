@@ -23,7 +23,8 @@ def command(name, path, **options):
         words.append("--" + option.strip("_").replace("_", "-"))
         if value is not True:
             words.append(",".join(map(str, value)) if isinstance(value, (list, tuple)) else str(value))
-    done = subprocess.run(words, capture_output=True, text=True, check=True)
+    environment = {name: value for name, value in os.environ.items() if name != "LD_PRELOAD"}  # the interpreter's
+    done = subprocess.run(words, capture_output=True, text=True, check=True, env=environment)
     return json.loads(done.stdout)
 
 

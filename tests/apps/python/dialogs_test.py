@@ -246,7 +246,7 @@ class OnTheWayTest(unittest.TestCase):
             app, run = started(kv.scSurKaplanMeierProductLimit, path)
             self.addCleanup(app.close)
             with self.assertRaisesRegex(kv.AutomationError, "is the data file"):
-                specified(run).ResultsSaveFileName = str(path.with_name(".") / "aml.csv")
+                specified(run).ResultsSaveFileName = f"{folder}/./aml.csv"
             self.assertEqual(path.read_bytes(), (DATA / "aml.csv").read_bytes())
 
 

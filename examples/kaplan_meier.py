@@ -1,5 +1,5 @@
-"""Kaplan-Meier: remission of leukaemia patients who were given 6-MP, step by step through the dialogs, as a recorded
-script does it. The one-line form of the same is kv.kaplan_meier(...), at the end."""
+"""Kaplan-Meier: remission of leukaemia patients who were given 6-MP, step by step through the dialogs. The
+one-line form of the same is kv.kaplan_meier(...), at the end."""
 import os
 
 import korvana as kv

@@ -101,7 +101,8 @@ TEST_F(Selecting, OkWaitsUntilManyCasesAreCounted) {
     EXPECT_EQ(data.selectedCount(), 1'000'001);
 
     openDialog();
-    condition->setPlainText("x < 5");
+    // So much to compute that no machine is through before the next line.
+    condition->setPlainText(QString("exp(-x) + ").repeated(200) + "x < 5");
     pressOk();
     dialog->reject(); // while the dialog is counting
     EXPECT_EQ(data.selectedCount(), 1'000'001);

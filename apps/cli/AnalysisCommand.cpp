@@ -148,6 +148,7 @@ AnalysisCommand::Results AnalysisCommand::runAll(const Work& work) {
         }
         results.failed += succeeded ? 0 : 1;
     }
+    results.run = work.session.run();
     work.session.close(); // the analysis' own arrays are not needed any more
     books.push_back({{}, std::move(ofAll)});
     results.book = joinedRuns(std::move(books));
@@ -202,7 +203,7 @@ AnalysisCommand::Results AnalysisCommand::perform(const Around& around,
 }
 
 int AnalysisCommand::run(Console& console) {
-    output_.check();
+    output_.check(data_.path());
     checkOptions();
     const std::vector<std::size_t> chosen = chosenOutputs();
     if (std::none_of(chosen.begin(), chosen.end(),
@@ -221,6 +222,7 @@ int AnalysisCommand::run(Console& console) {
     times.status("Writing");
     log_.tell("Writing results");
     const int exit = output_.write(results.book, console);
+    output_.record(results.book, results.run, console);
     log_.tell("Done");
     if (timing_) times.write(console.err);
     if (exit == ExitResults && results.lackedMemory) return ExitUsage;

@@ -9,6 +9,7 @@
 #include "host/session/ModuleLibrary.h"
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -130,6 +131,7 @@ private:
         int failed = 0;
         bool lackedMemory = false;
         ResultsBook book;
+        std::shared_ptr<const RunOrigin> run; ///< the last one
     };
     void declareOutputs(CLI::App& app);
     [[nodiscard]] std::vector<std::size_t> chosenOutputs() const;

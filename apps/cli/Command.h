@@ -18,6 +18,9 @@ public:
     /// The values that an option (without its hyphens, or DATA) accepts, if only some. For completion in
     /// shells.
     [[nodiscard]] virtual std::vector<std::string> choices(const std::string& /*option*/) const { return {}; }
+    /// For a command that passes on what follows its first argument: takes all of them as they are. By
+    /// default they are its options, which false says.
+    virtual bool takeAsGiven(const std::vector<std::string>& /*given*/) { return false; }
     /// Returns an exit code. Throws UsageError, DataError, ExpressionError, ModuleError.
     virtual int run(Console& console) = 0;
 };

@@ -43,9 +43,9 @@ Values valuesOf(const CommandApp& command, const CLI::Option& option) {
     values.list = type.find(',') != std::string::npos;
     values.choices = command.command->choices(name);
     if (values.choices.empty()) values.choices = commonChoices(name);
-    values.kind = !values.choices.empty()                      ? Values::Kind::Choice
-                  : name == "DATA" || type.starts_with("FILE") ? Values::Kind::File
-                  : type == "DIR"                              ? Values::Kind::Folder
+    values.kind = !values.choices.empty()                                          ? Values::Kind::Choice
+                  : name == "DATA" || name == "SCRIPT" || type.starts_with("FILE") ? Values::Kind::File
+                  : type == "DIR"                                                  ? Values::Kind::Folder
                   : type == "V" || type.starts_with("V[") || type.starts_with("V,") || type == "V=CODE" ||
                           type.starts_with("V=X")
                       ? Values::Kind::Variable

@@ -19,6 +19,7 @@ public:
     /// Reads the file into `data` and applies the options. Throws UsageError, DataError, ExpressionError.
     /// @param given  taken in place of a file
     void open(ActiveData& data, std::optional<DataSet> given = {}) const;
+    [[nodiscard]] const std::string& path() const { return path_; }
     /// The name of the data in messages.
     [[nodiscard]] std::string source() const { return path_ == "-" ? "standard input" : path_; }
 

@@ -44,7 +44,8 @@ std::string HelpFormatter::make_option_desc(const CLI::Option* option) const {
 
 std::string HelpFormatter::make_group(std::string group, bool isPositional,
                                       std::vector<const CLI::Option*> options) const {
-    std::string text = "\n" + (isPositional ? std::string{"Data file"} : group) + ":\n";
+    if (isPositional) group = options.front()->get_name(true) == "DATA" ? "Data file" : "Arguments";
+    std::string text = "\n" + group + ":\n";
     for (const CLI::Option* option : options)
         text += make_option(option, isPositional);
     return text;

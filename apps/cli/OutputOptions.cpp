@@ -3,6 +3,8 @@
 #include "apps/cli/UsageError.h"
 #include "host/data/TextEncoding.h"
 #include "host/results/JsonWriter.h"
+#include "host/results/OutputFile.h"
+#include "host/results/RecordedScript.h"
 #include "host/results/ResultsFolder.h"
 #include "host/results/TextWriter.h"
 
@@ -13,7 +15,7 @@
 namespace korvana::cli {
 namespace {
 
-constexpr const char* formatsOfDirectory = "txt,json,csv,html,svg,png";
+constexpr const char* formatsOfDirectory = "txt,json,csv,html,svg,png,py";
 
 FormatSet only(OutputFormat format) {
     return FormatSet{}.add(format);
@@ -32,11 +34,20 @@ void OutputOptions::declare(CLI::App& app) {
                        "]; without -o either txt or json")
         ->type_name("F[,F...]")
         ->group(group);
+    app.add_option("--record", record_,
+                   "write a Python script that makes these results again; 'korvana run FILE.py' runs it")
+        ->type_name("FILE.py")
+        ->group(group);
     app.add_flag("-q,--quiet", quiet_, "no progress, no notes and no list of files on standard error")
         ->group(group);
 }
 
-void OutputOptions::check() {
+void OutputOptions::check(const std::string& dataFile) {
+    try {
+        if (!record_.empty()) checkScriptFile(record_, dataFile);
+    } catch (const std::runtime_error& error) {
+        throw UsageError(std::string("--record: ") + error.what());
+    }
     try {
         formats_ = parseFormats(!format_.empty() ? format_ : toFiles() ? formatsOfDirectory : "txt");
     } catch (const std::invalid_argument& error) {
@@ -58,11 +69,18 @@ void OutputOptions::check() {
 }
 
 void OutputOptions::checkWithoutChart(const std::string& outputs) const {
-    for (const OutputFormat other :
-         {OutputFormat::Json, OutputFormat::Txt, OutputFormat::Csv, OutputFormat::Html, OutputFormat::Xlsx})
+    for (const OutputFormat other : {OutputFormat::Json, OutputFormat::Txt, OutputFormat::Csv,
+                                     OutputFormat::Html, OutputFormat::Xlsx, OutputFormat::Py})
         if (formats_.has(other)) return;
     throw UsageError("--format " + format_ + " is for charts, and --outputs " + outputs +
                      " makes none; choose another --format or other --outputs");
+}
+
+void OutputOptions::record(const ResultsBook& book, const std::shared_ptr<const RunOrigin>& run,
+                           Console& console) const {
+    if (record_.empty()) return;
+    writeFile(record_, recordedScript(book, {}, run));
+    if (!quiet_) console.err << "wrote " << withEscapes(record_) << '\n';
 }
 
 int OutputOptions::write(const ResultsBook& book, Console& console) const {

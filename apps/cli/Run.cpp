@@ -54,6 +54,7 @@ const CommandEntry& find(const std::string& name) {
 /// Any other error of the options library is a fault of the declarations; its text is shown unchanged.
 int runCommand(const CommandEntry& entry, const std::vector<std::string>& given, Console& console) {
     const CommandApp made = makeApp(entry);
+    if (made.command->takeAsGiven(given)) return made.command->run(console);
     Arguments arguments = readArguments(*made.app, given);
     if (arguments.help) {
         console.out << made.app->help();

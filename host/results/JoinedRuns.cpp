@@ -17,12 +17,24 @@ std::string& titleOf(ResultsBook::Output& output) {
     return std::get<Chart>(output).info.title;
 }
 
-/// Outputs of a run share its origin, also the named one.
-void nameRun(ResultsBook::Output& output, const std::string& name, std::map<Run, Run>& named) {
+using Origin = std::shared_ptr<const OutputOrigin>;
+
+/// Outputs of a run share its origin, and those of one press theirs, also the named ones.
+struct Named {
+    std::map<Run, Run> runs;
+    std::map<Origin, Origin> origins;
+};
+
+void nameRun(ResultsBook::Output& output, const std::string& name, Named& named) {
     std::visit(
         [&](auto& one) {
             if (one.origin == nullptr || one.origin->run == nullptr) return;
-            Run& run = named[one.origin->run];
+            Origin& its = named.origins[one.origin];
+            if (its != nullptr) {
+                one.origin = its;
+                return;
+            }
+            Run& run = named.runs[one.origin->run];
             if (run == nullptr) {
                 auto copy = std::make_shared<RunOrigin>(*one.origin->run);
                 copy->name = name;
@@ -30,7 +42,8 @@ void nameRun(ResultsBook::Output& output, const std::string& name, std::map<Run,
             }
             auto origin = std::make_shared<OutputOrigin>(*one.origin);
             origin->run = run;
-            one.origin = std::move(origin);
+            its = std::move(origin);
+            one.origin = its;
         },
         output);
 }
@@ -54,7 +67,7 @@ Titles titlesOf(std::vector<NamedBook>& runs) {
 }
 
 void nameEverything(NamedBook& run, const Titles& titles) {
-    std::map<Run, Run> named;
+    Named named;
     for (ResultsBook::Output& output : run.book.outputs) {
         std::string& title = titleOf(output);
         if (titles.at(title).size() > 1 || !tells(title, run.name))

@@ -2,7 +2,9 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -45,6 +47,8 @@ struct Setting {
     std::string id;    ///< the member of the dialog's automation interface, the same in every run
     std::string label; ///< as the dialog shows it
     Value value;
+    bool oneOfSeveral = false; ///< stands for a choice that excludes others: true chooses it
+    bool asks = false;         ///< once a script sets it, to whatever, another dialog opens on the way
 };
 
 /// The settings of one dialog.
@@ -53,12 +57,25 @@ struct DialogSettings {
     std::string title; ///< as the dialog shows it
     int number = 0;    ///< of its template; forms of one dialog share it
     std::vector<Setting> settings;
+    std::vector<Setting> asked; ///< the same when its button was pressed: what is done then may change them
+    std::vector<bool> answers;  ///< to yes/no questions from then on until the next dialog was accepted
+    bool onTheWay = false;      ///< a script meets it while the OK of the one before is not done
+    std::string askedBy{};      ///< the setting of the one before that opens it, if there is one
 };
 
 /// A missing code that held for a variable.
 struct MissingCode {
     std::string variable;
     double code = 0.0;
+};
+
+/// What a user changed about a variable; what is empty was not changed.
+struct Description {
+    std::string variable;
+    int after = 0; ///< how many variables had been computed before: these may depend on it, and it on these
+    std::optional<std::string> label{};
+    std::optional<double> missingCode{};                                 ///< NaN: none any more
+    std::optional<std::vector<std::pair<double, std::string>>> labels{}; ///< of its values
 };
 
 /// A variable that was computed from others.
@@ -70,11 +87,15 @@ struct ComputedName {
 /// What a run of an analysis was made from: the state of the data when its specification's OK was pressed,
 /// and the settings of the dialogs that led to it, the first one first.
 struct RunOrigin {
-    std::string name; ///< among several runs whose results were put together; else empty
+    std::string name;     ///< among several runs whose results were put together; else empty
+    std::string analysis; ///< its name
     DataState data;
-    std::vector<MissingCode> missingCodes; ///< of the variables used, also in condition and weights
-    ReadSettings reading;                  ///< the layout options that the user gave
-    std::vector<ComputedName> definitions; ///< in order, also of unused variables
+    std::string weightGiven; ///< the variable that weighted the cases before the analysis turned that off
+    std::vector<MissingCode> missingCodes;   ///< of the variables used, also in condition and weights
+    std::vector<MissingCode> missingAtFirst; ///< of all variables when the data were opened
+    std::vector<Description> descriptions;   ///< what was changed since, in order
+    ReadSettings reading;                    ///< the layout options that the user gave
+    std::vector<ComputedName> definitions;   ///< in order, also of unused variables
     std::vector<DialogSettings> dialogs;
     std::vector<std::string> remarks; ///< by the analysis about this run, for example what it left out
 };
@@ -86,6 +107,7 @@ struct OutputOrigin {
     std::chrono::system_clock::time_point made;
     std::shared_ptr<const RunOrigin> run; ///< nullptr when no analysis had run
     std::vector<Setting> settings;        ///< of the results dialog when its button was pressed
+    std::vector<bool> answers;            ///< to yes/no questions meanwhile
 };
 
 } // namespace korvana

@@ -61,8 +61,8 @@ private:
 };
 
 bool isOfAKindWritten(const fs::path& name) {
-    constexpr std::array<std::string_view, 8> endings{".json", ".txt", ".csv", ".html",
-                                                      ".xlsx", ".svg", ".png", ".pdf"};
+    constexpr std::array<std::string_view, 9> endings{".json", ".txt", ".csv", ".html", ".xlsx",
+                                                      ".svg",  ".png", ".pdf", ".py"};
     return std::find(endings.begin(), endings.end(), name.extension().string()) != endings.end();
 }
 

@@ -9,6 +9,7 @@
 #include "host/results/HtmlWriter.h"
 #include "host/results/JsonWriter.h"
 #include "host/results/OutputFile.h"
+#include "host/results/RecordedScript.h"
 #include "host/results/TextWriter.h"
 #include "host/results/XlsxWriter.h"
 
@@ -88,6 +89,9 @@ std::vector<std::filesystem::path> saveOutputs(const ResultsBook& book, const st
         break;
     case OutputFormat::Xlsx:
         writeXlsx(book, files.add());
+        break;
+    case OutputFormat::Py:
+        files.add([&](std::ostream& out) { out << recordedScript(book); });
         break;
     case OutputFormat::Csv:
         for (const Spreadsheet* sheet : book.all<Spreadsheet>())

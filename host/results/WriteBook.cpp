@@ -11,6 +11,7 @@
 #include "host/results/CsvWriter.h"
 #include "host/results/HtmlWriter.h"
 #include "host/results/JsonWriter.h"
+#include "host/results/RecordedScript.h"
 #include "host/results/ResultsFolder.h"
 #include "host/results/TextWriter.h"
 #include "host/results/XlsxWriter.h"
@@ -26,7 +27,8 @@ constexpr std::array<std::pair<std::string_view, OutputFormat>, outputFormatCoun
      {"xlsx", OutputFormat::Xlsx},
      {"svg", OutputFormat::Svg},
      {"png", OutputFormat::Png},
-     {"pdf", OutputFormat::Pdf}}};
+     {"pdf", OutputFormat::Pdf},
+     {"py", OutputFormat::Py}}};
 
 constexpr std::array<std::pair<OutputFormat, PictureFormat>, 3> pictureFormats{
     {{OutputFormat::Svg, PictureFormat::Svg},
@@ -38,6 +40,7 @@ constexpr std::size_t longestName = 60;
 constexpr const char* reportText = "report.txt";
 constexpr const char* reportHtml = "report.html";
 constexpr const char* resultsXlsx = "results.xlsx";
+constexpr const char* scriptPy = "script.py";
 
 std::string_view ending(OutputFormat format) {
     return formatTexts[static_cast<std::size_t>(format)].first;
@@ -183,6 +186,7 @@ std::vector<std::string> certainFileNames(FormatSet formats) {
     names.emplace_back(formats.has(OutputFormat::Json) ? resultsJson : fileList);
     if (formats.has(OutputFormat::Xlsx)) names.emplace_back(resultsXlsx);
     if (formats.has(OutputFormat::Html)) names.emplace_back(reportHtml);
+    if (formats.has(OutputFormat::Py)) names.emplace_back(scriptPy);
     return names;
 }
 
@@ -208,6 +212,8 @@ std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std:
                                                                                : std::string(resultsJson));
     }
     if (formats.has(OutputFormat::Xlsx)) writeXlsx(book, folder.add(resultsXlsx));
+    if (formats.has(OutputFormat::Py))
+        fill(folder.add(scriptPy), [&book](std::ostream& out) { out << recordedScript(book); });
     std::vector<std::string> failures;
     if (formats.has(OutputFormat::Html)) {
         const HtmlOptions options{HtmlOptions{}.mostRows, tableFiles};

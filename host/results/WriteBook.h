@@ -14,8 +14,8 @@
 
 namespace korvana {
 
-enum class OutputFormat : std::uint8_t { Json, Txt, Csv, Html, Xlsx, Svg, Png, Pdf };
-inline constexpr std::size_t outputFormatCount = 8;
+enum class OutputFormat : std::uint8_t { Json, Txt, Csv, Html, Xlsx, Svg, Png, Pdf, Py };
+inline constexpr std::size_t outputFormatCount = 9;
 
 class FormatSet {
 public:
@@ -40,7 +40,7 @@ private:
 /// is known; an empty list is an error as well.
 [[nodiscard]] FormatSet parseFormats(std::string_view list);
 
-/// "json, txt, csv, html, xlsx, svg, png, pdf"
+/// "json, txt, csv, html, xlsx, svg, png, pdf, py"
 [[nodiscard]] std::string knownFormats();
 
 /// The names of files that a run always writes; tables and pictures are named after their titles.
@@ -53,7 +53,8 @@ struct NothingToWrite : std::runtime_error {
 };
 
 /// Writes the book into a directory, made if there is none: report.txt, results.json, report.html,
-/// results.xlsx, a CSV file per table and a picture per chart and picture format, named after their titles.
+/// results.xlsx, script.py (see `recordedScript`), a CSV file per table and a picture per chart and picture
+/// format, named after their titles.
 /// All of them appear together once all are whole, in place of those of an earlier run (see `ResultsFolder`).
 /// Returns the files.
 ///

@@ -9,6 +9,7 @@
 #include "host/results/JsonWriter.h"
 #include "host/results/OriginText.h"
 #include "host/results/OutputFile.h"
+#include "host/results/RecordedScript.h"
 #include "host/results/TextWriter.h"
 #include "host/results/XlsxWriter.h"
 
@@ -57,8 +58,8 @@ std::vector<OutputFormat> formatsOf(const ResultsBook::Output& output) {
 }
 
 const char* endingOf(OutputFormat format) {
-    constexpr std::array<const char*, outputFormatCount> endings{"json", "txt", "csv", "html",
-                                                                 "xlsx", "svg", "png", "pdf"};
+    constexpr std::array<const char*, outputFormatCount> endings{"json", "txt", "csv", "html", "xlsx",
+                                                                 "svg",  "png", "pdf", "py"};
     return endings.at(static_cast<std::size_t>(format));
 }
 
@@ -95,6 +96,8 @@ void writeOutput(const ResultsBook& book, std::size_t place, const Chart* chart,
     case OutputFormat::Html:
     case OutputFormat::Xlsx:
         break;
+    case OutputFormat::Py: // of a whole run
+        refuse();
     }
     writeOneFile(alone(book, place, chart), format, target);
 }
@@ -109,6 +112,8 @@ void writeOneFile(const ResultsBook& book, OutputFormat format, const std::files
         return writeStream(target, [&book](std::ostream& out) { writeHtml(book, out); });
     case OutputFormat::Txt:
         return writeStream(target, [&book](std::ostream& out) { writeText(book, out); });
+    case OutputFormat::Py:
+        return writeFile(target, recordedScript(book));
     case OutputFormat::Csv:
     case OutputFormat::Svg:
     case OutputFormat::Png:

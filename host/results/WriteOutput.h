@@ -21,8 +21,8 @@ namespace korvana {
 void writeOutput(const ResultsBook& book, std::size_t place, const Chart* chart, OutputFormat format,
                  const std::filesystem::path& target);
 
-/// Writes a whole book into one file: JSON, text, HTML or XLSX; the other formats hold one output. Throws as
-/// above.
+/// Writes a whole book into one file: JSON, text, HTML, XLSX, or a script that makes it again; the other
+/// formats hold one output. Throws as above.
 void writeOneFile(const ResultsBook& book, OutputFormat format, const std::filesystem::path& target);
 
 } // namespace korvana

@@ -4,6 +4,8 @@
 #include "host/data/DataError.h"
 #include "host/data/Expression.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace korvana {
@@ -27,6 +29,32 @@ void ActiveData::open(DataSet data) {
     weightVariable_ = 0;
     ++generation_;
     descriptions_ = 0;
+    changes_.clear();
+    missingAtFirst_.clear();
+    for (int i = 0; i < data_.variableCount(); ++i)
+        if (const Variable& variable = data_.variable(i); !std::isnan(variable.missingCode))
+            missingAtFirst_.push_back({variable.name, variable.missingCode});
+}
+
+int ActiveData::computedBefore(int variable0) const {
+    int count = 0;
+    for (int i = 0; i < variable0; ++i)
+        count += data_.variable(i).expression.empty() ? 0 : 1;
+    return count;
+}
+
+/// Changes of one variable between the same computations are one.
+void ActiveData::keepChange(Description change) {
+    const auto same = std::ranges::find_if(changes_, [&change](const Description& earlier) {
+        return earlier.variable == change.variable && earlier.after == change.after;
+    });
+    if (same == changes_.end()) {
+        changes_.push_back(std::move(change));
+        return;
+    }
+    if (change.label) same->label = std::move(change.label);
+    if (change.missingCode) same->missingCode = change.missingCode;
+    if (change.labels) same->labels = std::move(change.labels);
 }
 
 void ActiveData::select(std::string_view condition) {
@@ -57,6 +85,20 @@ void ActiveData::describe(int variable0, std::string label, double missingCode,
         throw;
     }
     ++descriptions_;
+    // What was there before is in the arguments now.
+    Description change{.variable = variable.name, .after = computedBefore(data_.variableCount())};
+    if (variable.label != label) change.label = variable.label;
+    if (variable.missingCode != missingCode && !(std::isnan(variable.missingCode) && std::isnan(missingCode)))
+        change.missingCode = variable.missingCode;
+    const auto same = [](const ValueLabel& one, const ValueLabel& other) {
+        return one.value == other.value && one.text == other.text;
+    };
+    if (!std::ranges::equal(variable.valueLabels, valueLabels, same)) {
+        change.labels.emplace();
+        for (const ValueLabel& each : variable.valueLabels)
+            change.labels->emplace_back(each.value, each.text);
+    }
+    if (change.label || change.missingCode || change.labels) keepChange(std::move(change));
 }
 
 DataState ActiveData::state() const {
@@ -114,6 +156,11 @@ void ActiveData::undefine(int variable0) {
                                   : "the definition of " + theOther + byNumber);
     }
 
+    const int ordinal = computedBefore(variable0);
+    std::erase_if(changes_, [&name](const Description& change) { return change.variable == name; });
+    for (Description& change : changes_)
+        if (change.after > ordinal) --change.after;
+    std::erase_if(missingAtFirst_, [&name](const MissingCode& code) { return code.variable == name; });
     data_.removeVariable(variable0, "Computed: " + definitionText({name, variable.expression}) + ".");
     columns_.erase(columns_.begin() + variable0);
     if (weightVariable_ > variable0 + 1) --weightVariable_;

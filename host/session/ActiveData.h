@@ -33,6 +33,11 @@ public:
     /// that is gone); nothing is changed then.
     void describe(int variable0, std::string label, double missingCode, std::vector<ValueLabel> valueLabels);
 
+    /// What `describe` changed since the data set was opened, in order.
+    [[nodiscard]] const std::vector<Description>& changes() const { return changes_; }
+    /// The missing codes when it was opened.
+    [[nodiscard]] const std::vector<MissingCode>& missingAtFirst() const { return missingAtFirst_; }
+
     /// Appends a variable computed from others (see `computeVariable`, whose errors it throws), with its
     /// note. Selection and weights stay.
     void define(const Definition& definition);
@@ -82,6 +87,10 @@ public:
     [[nodiscard]] std::span<const Cells> columns() const { return columns_; }
 
 private:
+    /// How many variables before this place were computed.
+    [[nodiscard]] int computedBefore(int variable0) const;
+    void keepChange(Description change);
+
     DataSet data_{std::string{}, 0};
     std::vector<Cells> columns_;
     CaseSelection selection_;
@@ -89,6 +98,8 @@ private:
     int weightVariable_ = 0;
     int generation_ = 0;
     int descriptions_ = 0;
+    std::vector<Description> changes_;
+    std::vector<MissingCode> missingAtFirst_;
 };
 
 } // namespace korvana

@@ -3,6 +3,7 @@
 #include "support/ModuleResources.h"
 #include "support/dialogs/ControlText.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string_view>
 #include <utility>
@@ -105,6 +106,14 @@ std::string labelOf(const ozm::CAnalysisDialog& dialog, const ozm::AutomationMem
     return ozm::PlainControlText(module->String(control.choices[place].text));
 }
 
+/// Whether the module has a dialog that opens because the member was put.
+bool asks(const ozm::CAnalysisDialog& dialog, std::string_view member) {
+    const ozm::ModuleHandle module = dialog.Analysis().GetLibInstance();
+    return module != nullptr && module->typeLibrary != nullptr &&
+           std::ranges::find(module->typeLibrary->interfaces, member, &ozm::AutomationInterface::askedBy) !=
+               module->typeLibrary->interfaces.end();
+}
+
 } // namespace
 
 DialogSettings settingsOf(const ozm::CAnalysisDialog& dialog, const DataSet& data) {
@@ -114,13 +123,16 @@ DialogSettings settingsOf(const ozm::CAnalysisDialog& dialog, const DataSet& dat
     const ozm::AutomationInterface* interface = dialog.Interface();
     if (interface == nullptr) return all;
     all.id = interface->name;
+    all.askedBy = interface->askedBy;
+    all.onTheWay = !all.askedBy.empty();
     const Reading reading(dialog, data);
     for (const ozm::AutomationMember& member : interface->members) {
         if (member.kind != ozm::MemberKind::Property) continue;
         const ozm::ControlTemplate* control = dialog.Template().Find(member.control);
         if (control == nullptr || !dialog.IsEnabled(control->id)) continue; // greyed out, it says nothing
-        all.settings.push_back(
-            {std::string{member.name}, labelOf(dialog, member, *control), reading.value(member, *control)});
+        all.settings.push_back({std::string{member.name}, labelOf(dialog, member, *control),
+                                reading.value(member, *control), member.choice != 0,
+                                asks(dialog, member.name)});
     }
     return all;
 }

@@ -53,18 +53,41 @@ std::shared_ptr<RunOrigin> OriginRecorder::runWith(const ozm::CAnalysisDialog& d
                                         return earlier.number == settings.number;
                                     }),
                        run->dialogs.end());
+    settings.asked = settings.settings;
     run->dialogs.push_back(std::move(settings));
     return run;
 }
 
-void OriginRecorder::alsoAccepted(const ozm::CAnalysisDialog& dialog) {
-    if (run_ != nullptr) run_ = runWith(dialog);
+void OriginRecorder::alsoAccepted(const ozm::CAnalysisDialog& dialog, std::vector<Setting> asked) {
+    if (run_ == nullptr) return;
+    const auto run = runWith(dialog);
+    run->dialogs.back().onTheWay = true;
+    if (!asked.empty()) run->dialogs.back().asked = std::move(asked);
+    run_ = run;
+}
+
+void OriginRecorder::answered(bool yes) {
+    if (pressed_ != nullptr) {
+        pressed_->answers.push_back(yes);
+    } else if (run_ != nullptr && !run_->dialogs.empty()) {
+        const auto run = std::make_shared<RunOrigin>(*run_);
+        run->dialogs.back().answers.push_back(yes);
+        run_ = run;
+    }
 }
 
 void OriginRecorder::accepted(const ozm::CAnalysisDialog& dialog) {
     const auto run = runWith(dialog);
+    run->analysis = dialog.Analysis().GetAnalysisName();
     run->data = pressed_ != nullptr ? stateAtPress_ : data_.state();
+    run->weightGiven = pressed_ != nullptr ? weightAtPress_ : run->data.weightVariable;
+    if (pressed_ != nullptr) {
+        run->dialogs.back().asked = pressed_->settings;
+        run->dialogs.back().answers = pressed_->answers;
+    }
     run->missingCodes = missingCodes(data_, run->dialogs);
+    run->missingAtFirst = data_.missingAtFirst();
+    run->descriptions = data_.changes();
     run->reading = data_.dataSet().readSettings();
     run->definitions.clear();
     for (int i = 0; i < data_.dataSet().variableCount(); ++i)
@@ -93,6 +116,7 @@ void OriginRecorder::CommandBegins(ozm::CAnalysisDialog& dialog, int control) {
     origin->settings = settingsOf(dialog, data_.dataSet()).settings;
     pressed_ = std::move(origin);
     stateAtPress_ = data_.state();
+    weightAtPress_ = stateAtPress_.weightVariable;
     remarks_.clear();
 }
 

@@ -23,7 +23,10 @@ public:
     /// its button was pressed.
     void accepted(const ozm::CAnalysisDialog& dialog);
     /// A modal dialog was accepted on the way to the results, which are of its settings, too.
-    void alsoAccepted(const ozm::CAnalysisDialog& dialog);
+    /// @param asked  what it was set to when its button was pressed
+    void alsoAccepted(const ozm::CAnalysisDialog& dialog, std::vector<Setting> asked);
+    /// The answer to a yes/no question of the analysis.
+    void answered(bool yes);
     /// The analysis changed selection or weights itself, while a button's command runs.
     void dataUseChanged() { stateAtPress_ = data_.state(); }
 
@@ -43,8 +46,9 @@ private:
 
     const ActiveData& data_;
     DataState stateAtPress_;
-    std::vector<std::string> remarks_;            ///< since a button was pressed
-    std::shared_ptr<const OutputOrigin> pressed_; ///< nullptr while no command runs
+    std::string weightAtPress_;
+    std::vector<std::string> remarks_;      ///< since a button was pressed
+    std::shared_ptr<OutputOrigin> pressed_; ///< nullptr while no command runs
     std::shared_ptr<const RunOrigin> run_;
 };
 

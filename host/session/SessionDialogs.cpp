@@ -27,6 +27,29 @@ private:
     SessionRouting& routing_;
 };
 
+/// What a dialog was set to when its button was pressed last: the action may change that, such as by raising
+/// the most iterations when it goes on after them.
+class AskedSettings final : public ozm::DialogObserver {
+public:
+    AskedSettings(ozm::CAnalysisDialog& dialog, const DataSet& data) : dialog_(dialog), data_(data) {
+        dialog_.AddObserver(*this);
+    }
+    ~AskedSettings() override { dialog_.RemoveObserver(*this); }
+    AskedSettings(const AskedSettings&) = delete;
+    AskedSettings& operator=(const AskedSettings&) = delete;
+
+    [[nodiscard]] std::vector<Setting> take() { return std::move(settings_); }
+
+private:
+    void CommandBegins(ozm::CAnalysisDialog& dialog, int /*control*/) override {
+        settings_ = settingsOf(dialog, data_).settings;
+    }
+
+    ozm::CAnalysisDialog& dialog_;
+    const DataSet& data_;
+    std::vector<Setting> settings_;
+};
+
 } // namespace
 
 bool SessionDialogs::CreateAnalysisDialog(std::unique_ptr<ozm::CAnalysisModelessDialog>& dialog) {
@@ -57,6 +80,7 @@ bool SessionDialogs::CreateAnalysisDialog(std::unique_ptr<ozm::CAnalysisModeless
 
 int SessionDialogs::RunModal(ozm::CAnalysisModalDialog& dialog) {
     if (!dialog.Open().done) return -1;
+    AskedSettings asked(dialog, parts_.data.dataSet());
     if (!dialog.IsClosed()) {
         const OpenModal open(modal_, routing_, dialog);
         if (parts_.automation)
@@ -65,7 +89,7 @@ int SessionDialogs::RunModal(ozm::CAnalysisModalDialog& dialog) {
             parts_.frontEnd->runModal(dialog);
     }
     if (!dialog.IsClosed()) return -1;
-    if (dialog.Result() == 0) parts_.origins.alsoAccepted(dialog);
+    if (dialog.Result() == 0) parts_.origins.alsoAccepted(dialog, asked.take());
     return dialog.Result();
 }
 

@@ -33,8 +33,7 @@ int SessionMessages::DspMessageBox(ozm::MessageStyle style, ozm::CAnalysisDialog
         return ozm::ButtonOk;
     }
     ResultMessage message{id, std::string{text}, std::string{detail}, severityOf(style)};
-    if (style == ozm::MessageStyle::YesNo)
-        return parts_.frontEnd->ask(message, window) ? ozm::ButtonYes : ozm::ButtonNo;
+    if (style == ozm::MessageStyle::YesNo) return ask(message, window);
     // A person has read it once it is shown; a script finds it in the book.
     if (style != ozm::MessageStyle::Refusal || parts_.automation) parts_.note(message);
     return parts_.frontEnd->showMessage(message, window);
@@ -42,7 +41,13 @@ int SessionMessages::DspMessageBox(ozm::MessageStyle style, ozm::CAnalysisDialog
 
 int SessionMessages::DisplayInstQuestion(ozm::ModuleHandle module, ozm::CAnalysisDialog* window, int id) {
     const ResultMessage question{id, GetResourceString(module, id), {}, ResultMessage::Severity::Note};
-    return parts_.frontEnd->ask(question, window) ? ozm::ButtonYes : ozm::ButtonNo;
+    return ask(question, window);
+}
+
+int SessionMessages::ask(const ResultMessage& question, ozm::CAnalysisDialog* window) {
+    const bool yes = parts_.frontEnd->ask(question, window);
+    parts_.origins.answered(yes);
+    return yes ? ozm::ButtonYes : ozm::ButtonNo;
 }
 
 } // namespace korvana

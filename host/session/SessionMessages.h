@@ -17,6 +17,8 @@ public:
     int DisplayInstQuestion(ozm::ModuleHandle module, ozm::CAnalysisDialog* window, int id) override;
 
 private:
+    int ask(const ResultMessage& question, ozm::CAnalysisDialog* window);
+
     SessionParts& parts_;
 };
 

@@ -73,6 +73,7 @@ inline constexpr ControlTemplate regressionControls[] = {
 inline constexpr DialogTemplate regressionTemplate{3048, "Regression Models for Censored Data", quickPage,
                                                    regressionControls};
 
+inline constexpr std::string_view nonDefaultEstimation = "NonDefaultStartValuesIterations";
 inline constexpr AutomationMember regressionMembers[] = {
     {"TypeOfSurvivalRegressionModel", MemberKind::Property, MemberType::Enumeration, RegModel,
      "Type of survival regression model", "SurRegressionModel"},
@@ -82,7 +83,7 @@ inline constexpr AutomationMember regressionMembers[] = {
     CodesMember(RegStrataCodes),
     {"EqualCoefficientsDifferentBaselineH0", MemberKind::Property, MemberType::Boolean, RegDifferentBaselines,
      "Equal coefficients and different baseline H0, for stratified analysis"},
-    {"NonDefaultStartValuesIterations", MemberKind::Property, MemberType::Boolean, RegNonDefault,
+    {nonDefaultEstimation, MemberKind::Property, MemberType::Boolean, RegNonDefault,
      "Non-default start values, iterations, etc."},
     {.name = "CasewiseDeletionOfMD",
      .type = MemberType::Boolean,
@@ -154,7 +155,7 @@ inline constexpr AutomationMember estimationMembers[] = {
 };
 inline constexpr AutomationInterface estimationInterface{"SurRegressionEstimation", "RegEstDlg",
                                                          "Survival Analysis regression estimation dialog",
-                                                         estimationMembers};
+                                                         estimationMembers, nonDefaultEstimation};
 
 // Estimation with the defaults.
 

@@ -55,6 +55,8 @@ struct AutomationInterface {
     std::string_view dialogClass;
     std::string_view help;
     std::span<const AutomationMember> members;
+    /// The member of other dialogs that, once it was put, opens this one within their OK; empty: none does.
+    std::string_view askedBy{};
 
     [[nodiscard]] constexpr const AutomationMember* Find(std::string_view member) const {
         for (const AutomationMember& m : members)

@@ -16,6 +16,7 @@ constexpr CommandEntry table[] = {
     {"regression", "Exponential, lognormal and normal regression; which of them fits best",
      &makeRegressionCommand},
     {"info", "What a data file holds: variables, ranges, codes", &makeInfoCommand},
+    {"run", "Runs a Python script with the package korvana, such as a recorded one", &makeRunCommand},
     {"typelib", "The names by which scripts reach the analyses", &makeTypelibCommand},
     {"completion", "Completion for bash, zsh and fish; the manual page", &makeCompletionCommand},
 };

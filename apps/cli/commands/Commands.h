@@ -18,6 +18,7 @@ std::unique_ptr<Command> makeCoxCommand();
 std::unique_ptr<Command> makeCoxTimeCommand();
 std::unique_ptr<Command> makeRegressionCommand();
 std::unique_ptr<Command> makeInfoCommand();
+std::unique_ptr<Command> makeRunCommand();
 std::unique_ptr<Command> makeTypelibCommand();
 std::unique_ptr<Command> makeCompletionCommand();
 

@@ -36,7 +36,8 @@ constexpr std::array<FormatText, outputFormatCount> formatTexts{
      {OutputFormat::Json, QT_TRANSLATE_NOOP("ExportDialog", "Everything for programs (&JSON)"), false},
      {OutputFormat::Svg, QT_TRANSLATE_NOOP("ExportDialog", "Charts, scalable (&SVG)"), false},
      {OutputFormat::Png, QT_TRANSLATE_NOOP("ExportDialog", "Charts, pixels (P&NG)"), false},
-     {OutputFormat::Pdf, QT_TRANSLATE_NOOP("ExportDialog", "Charts, printable (&PDF)"), false}}};
+     {OutputFormat::Pdf, QT_TRANSLATE_NOOP("ExportDialog", "Charts, printable (&PDF)"), false},
+     {OutputFormat::Py, QT_TRANSLATE_NOOP("ExportDialog", "Script that repeats the run (P&Y)"), true}}};
 
 QString settingsKey(OutputFormat format) {
     return QStringLiteral("export/%1").arg(QLatin1String(endingOf(format)));
@@ -70,7 +71,7 @@ ExportDialog::ExportDialog(const QString& runTitle, int runs, QWidget* parent)
 
     auto* group = new QGroupBox(tr("Formats"));
     auto* grid = new QGridLayout(group);
-    constexpr int rows = 4;
+    constexpr int rows = 5;
     for (std::size_t i = 0; i < formatTexts.size(); ++i) {
         const FormatText& format = formatTexts[i];
         auto* box = new QCheckBox(tr(format.text));

@@ -40,6 +40,7 @@ std::vector<std::string> filesToWrite(const ResultsBook& book, const std::map<st
     whole(OutputFormat::Json, "results.json");
     whole(OutputFormat::Html, "report.html");
     whole(OutputFormat::Xlsx, "results.xlsx");
+    whole(OutputFormat::Py, "script.py");
     const std::vector<std::string> names = fileNames(titles);
     for (std::size_t place = 0; place < names.size(); ++place) {
         using enum OutputFormat;

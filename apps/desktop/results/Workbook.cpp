@@ -257,6 +257,7 @@ void Workbook::showCurrent() {
         action->setEnabled(run != nullptr);
     for (QAction* action : {exportOutput_, removeOutput_})
         action->setEnabled(output);
+    saveScript_->setEnabled(run != nullptr && !run->book->outputs.empty());
     removeOutput_->setShortcut(output ? QKeySequence(QKeySequence::Delete) : QKeySequence());
     removeRun_->setShortcut(output ? QKeySequence() : QKeySequence(QKeySequence::Delete));
     undo_->setEnabled(!removals_.empty());

@@ -75,6 +75,7 @@ public:
     [[nodiscard]] QAction* copyAction() const;
     [[nodiscard]] QAction* exportOutputAction() const;
     [[nodiscard]] QAction* exportRunAction() const;
+    [[nodiscard]] QAction* saveScriptAction() const;
     [[nodiscard]] QAction* printAction() const;
     [[nodiscard]] QAction* printPreviewAction() const;
     /// These and the other actions (remove, undo, ...), in menu order.
@@ -141,6 +142,7 @@ private:
     [[nodiscard]] std::unique_ptr<Chart> shownChart() const;
 
     void exportOutput();
+    void saveScript();
     void printOutput();
     void previewOutput();
     void printOn(QPrinter& printer);
@@ -158,6 +160,7 @@ private:
     QAction* copy_;
     QAction* exportOutput_;
     QAction* exportRun_;
+    QAction* saveScript_;
     QAction* print_;
     QAction* preview_;
     QAction* removeOutput_;

@@ -39,6 +39,8 @@ void Workbook::makeActions() {
                          [this] { exportOutput(); });
     exportRun_ = make(tr("E&xport Workbook..."), Qt::CTRL | Qt::SHIFT | Qt::Key_E, Qt::ApplicationShortcut,
                       [this] { exportRuns(); });
+    saveScript_ =
+        make(tr("Save as P&ython Script..."), {}, Qt::ApplicationShortcut, [this] { saveScript(); });
     print_ = make(tr("&Print..."), QKeySequence::Print, Qt::ApplicationShortcut, [this] { printOutput(); });
     preview_ = make(tr("Print Pre&view..."), {}, Qt::ApplicationShortcut, [this] { previewOutput(); });
     for (QAction*& separator : separators_) {
@@ -96,8 +98,8 @@ void Workbook::showMenu(const QPoint& place) {
 QList<QAction*> Workbook::menuActions() const {
     QList<QAction*> actions{copy_};
     if (OutputView* shown = currentView()) actions += shown->viewActions();
-    actions += {separators_[0], exportOutput_, exportRun_, print_, preview_,
-                separators_[1], removeOutput_, removeRun_, undo_};
+    actions += {separators_[0], exportOutput_,  exportRun_,    saveScript_, print_,
+                preview_,       separators_[1], removeOutput_, removeRun_,  undo_};
     return actions;
 }
 
@@ -109,6 +111,9 @@ QAction* Workbook::exportOutputAction() const {
 }
 QAction* Workbook::exportRunAction() const {
     return exportRun_;
+}
+QAction* Workbook::saveScriptAction() const {
+    return saveScript_;
 }
 QAction* Workbook::printAction() const {
     return print_;

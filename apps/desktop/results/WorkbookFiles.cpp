@@ -25,6 +25,8 @@
 #include "apps/desktop/results/ReportView.h"
 #include "apps/desktop/results/Workbook.h"
 #include "apps/desktop/text/BoxTexts.h"
+#include "host/results/OutputFile.h"
+#include "host/results/RecordedScript.h"
 
 namespace korvana::desktop {
 namespace {
@@ -127,6 +129,27 @@ void Workbook::exportOutput() {
     }
     markExported(*run, place);
     emit statusText(tr("%1 was written.").arg(shown));
+}
+
+void Workbook::saveScript() {
+    Run* run = runOf(currentRun());
+    if (run == nullptr) return;
+    QSettings settings;
+    QFileDialog dialog(this, tr("Save as Python Script"),
+                       settings.value("export/folder", QDir::homePath()).toString());
+    dialog.setAcceptMode(QFileDialog::AcceptSave); // which asks before a file is replaced
+    dialog.setNameFilters({filterOf(OutputFormat::Py)});
+    dialog.setDefaultSuffix(QLatin1String(endingOf(OutputFormat::Py)));
+    dialog.selectFile(QStringLiteral("script"));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return;
+    const QString target = dialog.selectedFiles().constFirst();
+    settings.setValue("export/folder", QFileInfo(target).absolutePath());
+    try {
+        writeFile(pathOf(target), recordedScript(*run->book, removedOf(*run)));
+        emit statusText(tr("%1 was written.").arg(QDir::toNativeSeparators(target)));
+    } catch (const std::exception& failure) {
+        showProblem(QString::fromStdString(failure.what()));
+    }
 }
 
 std::size_t Workbook::writeRun(int number, const std::filesystem::path& directory, FormatSet formats,

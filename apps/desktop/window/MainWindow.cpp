@@ -98,7 +98,8 @@ void MainWindow::buildMenus(const QString& noAnalysis) {
     connect(recentMenu_, &QMenu::aboutToShow, this,
             [this] { recent_.fill(*recentMenu_, [this](const QString& path) { openFile(path); }); });
     file->addSeparator();
-    file->addActions({workbook_->exportOutputAction(), workbook_->exportRunAction(), workbook_->printAction(),
+    file->addActions({workbook_->exportOutputAction(), workbook_->exportRunAction(),
+                      workbook_->saveScriptAction(), workbook_->printAction(),
                       workbook_->printPreviewAction()});
     file->addSeparator();
     // These also work with the focus in a dialog of the analysis.

@@ -11,4 +11,5 @@ PYBIND11_MODULE(_korvana, module) {
     bindResults(module);
     bindRun(module);
     bindFunctions(module);
+    bindRecording(module);
 }

@@ -12,6 +12,7 @@ void bindErrors(py::module_& module);
 void bindLibrary(py::module_& module);
 void bindApplication(py::module_& module);
 void bindFrames(py::module_& module);
+void bindRecording(py::module_& module);
 void bindResults(py::module_& module);
 void bindRun(py::module_& module);
 void bindFunctions(py::module_& module);

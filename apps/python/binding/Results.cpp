@@ -204,7 +204,7 @@ void saveInOne(const Book& book, const std::string& ending, const py::bytes& tar
     using enum OutputFormat;
     const Use use(*book.gate);
     const std::filesystem::path path{std::string(target)};
-    const OutputFormat format = formatOf(ending, {Json, Txt, Html, Xlsx}, "several results");
+    const OutputFormat format = formatOf(ending, {Json, Txt, Html, Xlsx, Py}, "several results");
     write([&] { writeOneFile(*book.book, format, path); });
 }
 

@@ -22,10 +22,11 @@ from korvana._application import Application, Variable
 from korvana._errors import AnalysisError, AutomationError, Busy, DataError, Error, UsageError
 from korvana._functions import functions as _functions
 from korvana._library import library as _library
-from korvana._results import Chart, Message, Report, Results, Series, Table
+from korvana._results import Chart, Message, Report, Results, Series, Table, joined_results
 
 __version__ = _korvana.version
 globals().update(_library.constants, **_functions)
 __all__ = ["Analysis", "AnalysisError", "Application", "AutomationError", "Busy", "Chart", "DataError", "Dialog",
-           "Error", "Message", "Report", "Results", "Series", "Table", "UsageError", "Variable", *_functions,
+           "Error", "Message", "Report", "Results", "Series", "Table", "UsageError", "Variable", "joined_results",
+           *_functions,
            *_library.constants]

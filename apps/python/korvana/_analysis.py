@@ -146,6 +146,11 @@ class Analysis:
         """The results of its latest run, so far."""
         return Results(self._run.book())
 
+    def record(self, path):
+        """Writes a Python script that makes the results again: its data, its dialogs, its actions. It
+        replaces an earlier recorded script, and no other file."""
+        _korvana.record(self._run, os.fsencode(path))
+
     def close(self):
         """Ends the analysis. Its results stay."""
         self._run.close()

@@ -101,6 +101,17 @@ class Application:
                              "new variable with define(), and take that instead")
         self._open_data().missing(str(variable), codes[0] if codes else None)
 
+    def describe(self, variable, *, label=None, labels=None):
+        """Changes the label of a variable, and the texts of its codes, a dict: {0: "alive", 1: "dead"}, in place of all
+        that were there. What is not given stays."""
+        if labels is not None:
+            try:
+                labels = {float(code): str(text) for code, text in dict(labels).items()}
+            except (TypeError, ValueError):
+                raise UsageError('labels are a dict of codes and their texts, such as {0: "alive", 1: "dead"}, not '
+                                 f"{labels!r}") from None
+        _korvana.describe(self._open_data(), str(variable), None if label is None else str(label), labels)
+
     def analysis(self, name=None) -> Analysis:
         """Starts the analysis and returns it with its first dialog open. Raises Busy while another one is not closed.
 

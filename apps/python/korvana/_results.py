@@ -7,10 +7,11 @@ import warnings
 from collections.abc import Sequence
 from typing import NamedTuple
 
+from korvana import _korvana
 from korvana._errors import UsageError
 
 _MOST_ROWS = 60  # that a notebook or print() shows of a table
-_FORMATS = "txt,json,csv,html,svg,png"
+_FORMATS = "txt,json,csv,html,svg,png,py"
 
 
 class Message(NamedTuple):
@@ -358,17 +359,18 @@ class Results(Sequence):
     def save(self, path, format=None, *, replace=False):
         """Writes them into one file, or into a directory.
 
-        A path that ends with .xlsx, .html, .json or .txt is a file for all of them. Any other is a directory: in it
-        come one file per table and chart, and one for all (results.json, report.txt, report.html, results.xlsx), as far
-        as the formats ask for them. All files of a directory appear together, in place of those of an earlier run;
-        those of others are replaced only with replace=True. Returns the paths.
+        A path that ends with .xlsx, .html, .json, .txt or .py (a script that makes them again) is a file for all of
+        them. Any other is a directory: in it come one file per table and chart, and one for all (results.json,
+        report.txt, report.html, results.xlsx, script.py), as far as the formats ask for them. All files of a directory
+        appear together, in place of those of an earlier run; those of others are replaced only with replace=True.
+        Returns the paths.
 
-        format: for a directory, any of json, txt, csv, html, xlsx, svg, png and pdf, with commas between them.
+        format: for a directory, any of json, txt, csv, html, xlsx, svg, png, pdf and py, with commas between them.
         """
         path = os.fspath(path)
         book = self._as_book()
         ending = os.path.splitext(os.fsdecode(path))[1].lower().lstrip(".")
-        if format is None and ending in ("xlsx", "html", "json", "txt", "csv", "svg", "png", "pdf") and \
+        if format is None and ending in ("xlsx", "html", "json", "txt", "csv", "svg", "png", "pdf", "py") and \
                 not os.path.isdir(path):
             book.save_in_one(ending, os.fsencode(path))
             return [path]
@@ -392,3 +394,9 @@ class Results(Sequence):
 
     def _repr_html_(self):
         return "\n".join(each._repr_html_() for each in self._items)
+
+
+def joined_results(runs):
+    """One Results of several runs over the same cases: [("exponential", results), ("lognormal", others)]. Titles get
+    the name of their run; an empty name is for what is about all of them."""
+    return Results(_korvana.joined([(str(name), results._as_book()) for name, results in runs]))

@@ -68,7 +68,7 @@ def package():
     for name in korvana.__all__:
         if name in library.constants:
             lines.append(f"{name}: int")
-        elif inspect.isfunction(getattr(korvana, name)):
+        elif inspect.isfunction(getattr(korvana, name)) and getattr(korvana, name).__module__ != "korvana._results":
             lines.append(function(name))
         else:
             lines.append(f"from {getattr(korvana, name).__module__} import {name} as {name}")

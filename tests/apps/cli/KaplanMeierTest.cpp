@@ -62,7 +62,7 @@ TEST_F(KaplanMeierTest, WritesFilesIntoADirectory) {
         EXPECT_GT(entry.file_size(), 0U) << entry.path();
         EXPECT_TRUE(has(outcome.err, "wrote " + entry.path().string() + "\n")) << outcome.err;
     }
-    EXPECT_EQ(endings, (std::set<std::string>{".txt", ".json", ".csv", ".html", ".svg", ".png"}));
+    EXPECT_EQ(endings, (std::set<std::string>{".txt", ".json", ".csv", ".html", ".svg", ".png", ".py"}));
     EXPECT_EQ(json::parse(read("out/results.json"))["charts"].size(), 3U);
     EXPECT_EQ(analyse(aml, "-o out --quiet --format xlsx").err, "");
     EXPECT_FALSE(std::filesystem::exists("out/results.json")) << "a folder holds one run";

@@ -285,6 +285,49 @@ TEST_F(UsageTest, NamesAndCellsOfAnyKindAreShownBriefly) {
         succeed(analysis + " --complete e --censored " + given);
 }
 
+TEST_F(UsageTest, ScriptsAreRecordedOverNothingElse) {
+    const std::string analysis =
+        "kaplan-meier little.csv --time weeks --censor status --complete 1 --censored 0";
+    const std::string mine = file("mine.py", "print('# Recorded by Korvana Survival')\n");
+    std::filesystem::create_symlink("little.csv", "link.py");
+    const std::string content = read(data);
+    refuses(analysis, {{"--record little.csv", "'little.csv' is the data file"},
+                       {"--record link.py", "'link.py' is the data file"},
+                       {"--record mine.py", "'mine.py' is there already and is no recorded script"},
+                       {"--record .", "'.' is a folder"},
+                       {"--record /dev/null", "is no file that can be written to"},
+                       {"--record gone/x.py", "there is no folder 'gone'"},
+                       {"--format py", "needs -o DIR"}});
+    EXPECT_EQ(read(data), content);
+    EXPECT_TRUE(read(mine).starts_with("print"));
+
+    file("x.py", "");
+    EXPECT_TRUE(has(succeed(analysis + " --record x.py").err, "wrote x.py\n"));
+    const std::string script = read("x.py");
+    EXPECT_TRUE(has(script, "app.open(DATA)\n")) << script;
+    EXPECT_TRUE(has(script, "run.dialog.Variables = [[\"weeks\"], [\"status\"]]\n")) << script;
+    succeed(analysis + " --select weeks>1 --record x.py -q");
+    EXPECT_TRUE(has(read("x.py"), "app.select(\"weeks>1\")"));
+    // It is written with results alone.
+    EXPECT_EQ(run(analysis + " --select weeks>5 --record refused.py").code, ExitRefused);
+    EXPECT_FALSE(std::filesystem::exists("refused.py"));
+    succeed(analysis + " -o out --format py");
+    EXPECT_TRUE(read("out/script.py").starts_with(script.substr(0, 30)));
+}
+
+TEST_F(UsageTest, ScriptsThatCannotRunAreNamed) {
+    refuses("run", {{"", "which script?"},
+                    {"gone.py", "there is no script 'gone.py'"},
+                    {"-- -x.py", "there is no script '-x.py'"},
+                    {"--fast x.py", "there is no option --fast"},
+                    {".", "'.' is a folder"}});
+    EXPECT_TRUE(has(succeed("run --help").out, "korvana run script.py FOLDER"));
+    setenv("KORVANA_PYTHON", "/nowhere/python", 1);
+    refuses("run",
+            {{"little.csv", "'/nowhere/python' cannot be started: No such file or directory; install"}});
+    unsetenv("KORVANA_PYTHON");
+}
+
 TEST_F(UsageTest, AModuleThatIsNotThereIsNamed) {
     setenv("KORVANA_MODULE", "/nowhere/module.so", 1);
     refuses("typelib", {{"", "/nowhere/module.so: not there"}});

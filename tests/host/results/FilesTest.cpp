@@ -152,12 +152,12 @@ TEST_F(Files, ABookBecomesItsFiles) {
         EXPECT_GT(fs::file_size(file), 100U) << file;
     }
     EXPECT_EQ(names, (std::vector<std::string>{
-                         "report.txt", "results.json", "survival-function.csv", "results.xlsx", "report.html",
-                         "estimate-bounds-group-1-1.svg", "estimate-bounds-group-1-1.png",
+                         "report.txt", "results.json", "survival-function.csv", "results.xlsx", "script.py",
+                         "report.html", "estimate-bounds-group-1-1.svg", "estimate-bounds-group-1-1.png",
                          "estimate-bounds-group-1-1.pdf", "estimate-bounds-group-1-2.svg",
                          "estimate-bounds-group-1-2.png", "estimate-bounds-group-1-2.pdf"}));
-    EXPECT_EQ(read(files[7]).substr(0, 5), "%PDF-");
-    EXPECT_EQ(std::distance(fs::directory_iterator(directory_ / "a" / "b"), {}), 11);
+    EXPECT_EQ(read(files[8]).substr(0, 5), "%PDF-");
+    EXPECT_EQ(std::distance(fs::directory_iterator(directory_ / "a" / "b"), {}), 12);
 }
 
 TEST(FileNames, AreNumberedOnlyWhereTheyCollide) {
@@ -190,7 +190,7 @@ TEST(Formats, AreParsedFromAList) {
     for (const char* wrong : {"docx", "", "txt,,json", "json;txt"}) {
         const std::string refusal =
             test::refusalOf<std::invalid_argument>([&] { (void)parseFormats(wrong); });
-        EXPECT_NE(refusal.find("json, txt, csv, html, xlsx, svg, png, pdf"), std::string::npos) << wrong;
+        EXPECT_NE(refusal.find("json, txt, csv, html, xlsx, svg, png, pdf, py"), std::string::npos) << wrong;
     }
 }
 

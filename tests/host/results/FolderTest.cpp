@@ -32,8 +32,8 @@ TEST_F(Files, AFolderHoldsOneRun) {
     }
     // No file of others is replaced, of any kind and by any format.
     const std::vector<std::pair<const char*, const char*>> clashes{
-        {"txt", "report.txt"}, {"html", "report.html"},  {"xlsx", "results.xlsx"},
-        {"csv", "big.csv"},    {"json", "results.json"}, {"csv", ".korvana-files.json"}};
+        {"txt", "report.txt"}, {"html", "report.html"},  {"xlsx", "results.xlsx"},      {"csv", "big.csv"},
+        {"py", "script.py"},   {"json", "results.json"}, {"csv", ".korvana-files.json"}};
     for (const auto& [formats, name] : clashes) {
         const fs::path place = directory_ / "theirs" / name;
         fs::create_directories(place.parent_path());

@@ -144,9 +144,9 @@ TEST(OriginLine, BeginsWithTheDialogThatNamedTheVariables) {
     run.data.file = "folder/x.csv";
     run.data.cases = 3;
     run.dialogs = {
-        {"Start", "Start", 1, {{"Type", "Type", 5}}},
-        {"Specify", "Specify", 2, {{"Variables", "Variables", Roles{{"A", {"x", "y"}}, {"B", {}}}}}},
-        {"Estimate", "Estimate", 3, {{"Most", "Most:", 50}}}};
+        {"Start", "Start", 1, {{"Type", "Type", 5}}, {}, {}},
+        {"Specify", "Specify", 2, {{"Variables", "Variables", Roles{{"A", {"x", "y"}}, {"B", {}}}}}, {}, {}},
+        {"Estimate", "Estimate", 3, {{"Most", "Most:", 50}}, {}, {}}};
     EXPECT_EQ(specificationOf(run).id, "Specify");
     EXPECT_EQ(originLine(run), "x.csv | 3 cases | x, y | Most: 50");
     // The same variables in other roles are other lines.

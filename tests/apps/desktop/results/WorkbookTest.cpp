@@ -209,7 +209,7 @@ TEST_F(WorkbookTest, TheFilesAnnouncedAsReplacedAreThoseThatAreWritten) {
     for (const std::vector<std::size_t>& removed : {std::vector<std::size_t>{}, {1, 2}, {2, 5}}) {
         // Picture files are named the same way in every format, so drawing one is enough.
         for (const std::string_view list :
-             {"json", "txt", "csv", "html", "xlsx", "svg", "csv,xlsx,svg,txt"}) {
+             {"json", "txt", "csv", "html", "xlsx", "svg", "py", "csv,xlsx,svg,txt,py"}) {
             const FormatSet formats = parseFormats(list);
             const auto target = folder() / std::to_string(++number);
             const std::map<std::size_t, ChartEdits> charts{{5, edits}};

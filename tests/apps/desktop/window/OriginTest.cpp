@@ -112,5 +112,58 @@ TEST_F(Origin, GoesAlongWhenAnOutputIsExported) {
         EXPECT_TRUE(text.contains(part)) << part;
 }
 
+/// What was done by hand becomes a script, without the ways round about.
+TEST_F(Origin, ARunIsSavedAsAScriptThatDoesItAgain) {
+    QAction* save = workbook().saveScriptAction();
+    EXPECT_FALSE(save->isEnabled());
+    ASSERT_TRUE(window->openFile(example("veteran.csv")));
+    runner().data().describe(3, "", 9, {{1, "it's over"}});
+    runner().data().define(Definition{"old", "age > 60"});
+    runner().data().describe(3, "the end", 9, {{1, "it's over"}});
+    change("trt = 1", "prior");
+    specify({{3}, {4}}, 1, 0);
+    click("OK");
+    EXPECT_FALSE(save->isEnabled()) << "there are no results";
+    click("Cancel");
+    change("trt = 2", "");
+    click("OK");
+    click("Summary: Product-limit survival analysis");
+    put(1106, 0.8);
+    click("Survival times vs. cum. proportion surviving");
+    ASSERT_TRUE(workbook().showOutput(workbook().currentRun(), 0));
+    ASSERT_TRUE(save->isEnabled());
+
+    answering([&] { save->trigger(); }, naming(folder.path("mine")));
+    QFile file(folder.path("mine.py"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray text = file.readAll();
+    const QByteArray data = "DATA = \"" + QDir::cleanPath(example("veteran.csv")).toUtf8() + "\"\n";
+    EXPECT_TRUE(text.contains(data)) << text.toStdString();
+    const QByteArray begin = R"(app.open(DATA)
+app.missing("status", 9)
+app.describe("status", labels={1: "it's over"})
+app.define("old", "age > 60")
+app.describe("status", label="the end")
+app.select("trt = 2")
+
+run =)";
+    EXPECT_TRUE(text.contains(begin)) << text.toStdString();
+    EXPECT_TRUE(text.contains("run.dialog.CodeForCompleteResponses = 1  # \"it's over\"\n"));
+    const QByteArray end = R"(run.dialog.Summary()
+run.dialog.ConfidenceLevel = 0.8
+run.dialog.PlotOfSurvivalTimesVsCumProportionSurviving()
+
+results =)";
+    EXPECT_TRUE(text.contains(end)) << text.toStdString();
+
+    // An export has it beside the results.
+    QStringList problems;
+    workbook().writeRun(workbook().currentRun(), folder.path("out").toStdString(), parseFormats("txt,py"),
+                        problems);
+    QFile exported(folder.path("out/script.py"));
+    ASSERT_TRUE(exported.open(QIODevice::ReadOnly)) << problems.join('\n').toStdString();
+    EXPECT_EQ(exported.readAll(), text);
+}
+
 } // namespace
 } // namespace korvana::desktop

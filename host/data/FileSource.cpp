@@ -1,6 +1,7 @@
 #include "host/data/FileSource.h"
 
 #include "host/data/DataError.h"
+#include "host/data/FileName.h"
 #include "host/data/ReadData.h"
 
 #include <algorithm>
@@ -18,6 +19,7 @@ namespace korvana {
 FileSource::FileSource(const std::filesystem::path& path, std::stop_token stop)
     : name_(path == "-" ? "standard input" : path.string()), stop_(std::move(stop)),
       descriptor_(STDIN_FILENO), owned_(path != "-") {
+    if (hasNul(path)) throw DataError(shownName(path), 0, 0, nulInName);
     // Without O_NONBLOCK, opening a pipe that has no writer would block, and a stop would not be noticed.
     if (owned_) descriptor_ = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor_ < 0) refuse(errno);

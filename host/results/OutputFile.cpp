@@ -24,16 +24,16 @@ void throwCannotWrite(const std::filesystem::path& target, int error) {
     throwCannotWrite(target, std::generic_category().message(error));
 }
 
-PendingFile::PendingFile(std::filesystem::path target) : target_(std::move(target)) {
+PendingFile::PendingFile(std::filesystem::path target) : target_(std::move(target)), replaced_(target_) {
     throwIfWritingStopped();
     if (const WritingWatch* watch = WritingWatch::current()) watch->fileBegins(target_);
-    std::error_code ignored;
-    if (std::filesystem::is_directory(target_, ignored)) throwCannotWrite(target_, EISDIR);
-    const std::string stem = "." + target_.filename().string() + "." + std::to_string(::getpid()) + ".";
+    const std::filesystem::path& place = replaced_.place();
+    const std::string stem = "." + place.filename().string() + "." + std::to_string(::getpid()) + ".";
     for (int attempt = 0;; ++attempt) {
-        pending_ = target_.parent_path() / (stem + std::to_string(attempt) + ".part");
+        pending_ = place.parent_path() / (stem + std::to_string(attempt) + ".part");
         unfinished_.emplace(pending_);
-        const int descriptor = ::open(pending_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        const int descriptor =
+            ::open(pending_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, replaced_.modeUntilThen());
         if (descriptor >= 0) {
             ::close(descriptor);
             return;
@@ -45,7 +45,8 @@ PendingFile::PendingFile(std::filesystem::path target) : target_(std::move(targe
 }
 
 void PendingFile::commit() {
-    if (::rename(pending_.c_str(), target_.c_str()) != 0) throwCannotWrite(target_, errno);
+    replaced_.passOn(pending_);
+    if (::rename(pending_.c_str(), replaced_.place().c_str()) != 0) throwCannotWrite(target_, errno);
     unfinished_->keep();
 }
 

@@ -9,14 +9,15 @@
 #include <string_view>
 #include <vector>
 
+#include "host/results/ReplacedFile.h"
 #include "host/results/Unfinished.h"
 
 namespace korvana {
 
 /// A temporary file beside the file it will become, so that the final rename is atomic and nobody finds half
 /// a file. The file exists (empty) once this is constructed, and is removed unless `commit` was called, also
-/// when a signal ends the program (see `removeUnfinished`). Every failure is a `std::runtime_error` that
-/// names the wanted file and the reason.
+/// when a signal ends the program (see `removeUnfinished`). What is kept of a file that is there already, see
+/// `ReplacedFile`. Every failure is a `std::runtime_error` that names the wanted file and the reason.
 class PendingFile {
 public:
     explicit PendingFile(std::filesystem::path target);
@@ -30,6 +31,7 @@ public:
 
 private:
     std::filesystem::path target_;
+    ReplacedFile replaced_;
     std::filesystem::path pending_;
     std::optional<Unfinished> unfinished_;
 };

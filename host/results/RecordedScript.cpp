@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "host/data/FileName.h"
+#include "host/results/DataFile.h"
 #include "host/results/PythonText.h"
 #include "host/results/Utf8.h"
 
@@ -349,8 +351,9 @@ std::string recordedScript(const ResultsBook& book, const std::vector<std::size_
 void checkScriptFile(const std::filesystem::path& file, const std::filesystem::path& dataFile) {
     namespace fs = std::filesystem;
     const auto refuse = [&file](const std::string& why) {
-        throw std::runtime_error("'" + file.string() + "' " + why);
+        throw std::runtime_error("'" + shownName(file) + "' " + why);
     };
+    if (hasNul(file)) refuse(std::string("cannot be written: ") + nulInName);
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
     if (status.type() == fs::file_type::not_found && file != "-") {
@@ -361,7 +364,7 @@ void checkScriptFile(const std::filesystem::path& file, const std::filesystem::p
     }
     if (fs::is_directory(status)) refuse("is a folder; name a file in it");
     if (!fs::is_regular_file(status)) refuse("is no file that can be written to");
-    if (fs::equivalent(file, dataFile, error)) refuse("is the data file");
+    refuseDataFile(file, dataFile);
     std::ifstream there(file, std::ios::binary);
     std::string mark(scriptMark.size(), '\0');
     const bool isOurs =

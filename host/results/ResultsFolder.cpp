@@ -9,6 +9,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "host/data/FileName.h"
 #include "host/results/JsonWriter.h"
 
 namespace korvana {
@@ -141,6 +142,8 @@ void refuseToReplaceOthers(const fs::path& directory, const std::vector<std::str
 }
 
 ResultsFolder::ResultsFolder(fs::path path, OthersFiles others) : path_(std::move(path)), others_(others) {
+    if (hasNul(path_))
+        throw std::runtime_error("cannot create the directory '" + shownName(path_) + "': " + nulInName);
     // Level by level, so that exactly those made here are removed again.
     std::vector<fs::path> missing;
     std::error_code error;

@@ -6,6 +6,7 @@
 
 #include "host/results/ChartDrawing.h"
 #include "host/results/CsvWriter.h"
+#include "host/results/DataFile.h"
 #include "host/results/HtmlWriter.h"
 #include "host/results/JsonWriter.h"
 #include "host/results/OutputFile.h"
@@ -19,13 +20,14 @@ namespace {
 /// The files of one call.
 class Files {
 public:
-    explicit Files(std::filesystem::path first) : first_(std::move(first)) {}
+    Files(const ResultsBook& book, std::filesystem::path first) : book_(book), first_(std::move(first)) {}
 
     PendingFile& add() {
         std::filesystem::path name = first_;
         if (!pending_.empty())
             name.replace_filename(first_.stem().string() + "-" + std::to_string(pending_.size() + 1) +
                                   first_.extension().string());
+        refuseDataFile(name, book_);
         return pending_.emplace_back(name);
     }
     template <class Write>
@@ -44,6 +46,7 @@ public:
     }
 
 private:
+    const ResultsBook& book_;
     std::filesystem::path first_;
     std::deque<PendingFile> pending_;
 };
@@ -72,7 +75,7 @@ OutputFormat formatOfFile(const std::filesystem::path& file) {
 }
 
 std::vector<std::filesystem::path> saveOutputs(const ResultsBook& book, const std::filesystem::path& file) {
-    Files files(file);
+    Files files(book, file);
     switch (formatOfFile(file)) {
     case OutputFormat::Json:
         files.add([&](std::ostream& out) { writeJson(book, out, {file.filename().string()}); });

@@ -9,6 +9,7 @@
 
 #include "host/results/ChartDrawing.h"
 #include "host/results/CsvWriter.h"
+#include "host/results/DataFile.h"
 #include "host/results/HtmlWriter.h"
 #include "host/results/JsonWriter.h"
 #include "host/results/RecordedScript.h"
@@ -124,6 +125,15 @@ std::string listOf(FormatSet formats) {
                          " for " + listOf(formats));
 }
 
+/// A table of an earlier run may be the data of this one.
+void refuseToLoseData(const ResultsBook& book, const std::filesystem::path& directory,
+                      const std::vector<std::string>& names) {
+    const FolderChanges changes = changesIn(directory, names);
+    for (const auto& lost : {changes.replaced, changes.removed})
+        for (const std::string& name : lost)
+            refuseDataFile(directory / name, book);
+}
+
 } // namespace
 
 std::string knownFormats() {
@@ -227,6 +237,7 @@ std::vector<std::filesystem::path> writeBook(const ResultsBook& book, const std:
     if (json != nullptr) fill(*json, [&](std::ostream& out) { writeJson(book, out, folder.names()); });
     std::vector<std::filesystem::path> files;
     if (!folder.names().empty()) {
+        refuseToLoseData(book, path, folder.names());
         files = folder.commit();
     } else if (failures.empty()) {
         throwNothingToWrite(path, formats);

@@ -5,6 +5,7 @@
 
 #include "host/results/ChartDrawing.h"
 #include "host/results/CsvWriter.h"
+#include "host/results/DataFile.h"
 #include "host/results/HtmlWriter.h"
 #include "host/results/JsonWriter.h"
 #include "host/results/OriginText.h"
@@ -66,6 +67,8 @@ const char* endingOf(OutputFormat format) {
 void writeOutput(const ResultsBook& book, std::size_t place, const Chart* chart, OutputFormat format,
                  const std::filesystem::path& target) {
     const ResultsBook::Output& output = book.outputs.at(place);
+    if (const auto& origin = ResultsBook::originOf(output); origin != nullptr && origin->run != nullptr)
+        refuseDataFile(target, std::filesystem::path{origin->run->data.file});
     const auto* sheet = std::get_if<Spreadsheet>(&output);
     if (chart == nullptr) chart = std::get_if<Chart>(&output);
     const auto refuse = [&target] {
@@ -103,6 +106,7 @@ void writeOutput(const ResultsBook& book, std::size_t place, const Chart* chart,
 }
 
 void writeOneFile(const ResultsBook& book, OutputFormat format, const std::filesystem::path& target) {
+    refuseDataFile(target, book);
     switch (format) {
     case OutputFormat::Xlsx:
         return writeXlsx(book, target);

@@ -1,5 +1,6 @@
 #include "host/session/SessionFiles.h"
 
+#include "host/data/FileName.h"
 #include "host/data/FileSource.h"
 #include "host/results/OutputFile.h"
 #include "host/session/InitTarget.h"
@@ -27,6 +28,7 @@ bool isStream(const std::string& path) {
 
 /// Empty when it can be read.
 std::string whyUnreadable(const std::string& path) {
+    if (hasNul(path)) return nulInName;
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(path, error);
     if (std::filesystem::is_directory(status)) return "it is a folder";
@@ -51,7 +53,7 @@ std::optional<std::string> SessionFiles::choose(const FrontEnd::FileRequest& req
         // People can choose only what is there; a script is told.
         const std::string reason = purpose == Purpose::Open ? whyUnreadable(*named) : std::string{};
         if (reason.empty()) return named;
-        parts_.fail("The file " + *named + " cannot be read: " + reason + ".");
+        parts_.fail("The file " + shownName(*named) + " cannot be read: " + reason + ".");
         return std::nullopt;
     }
     auto chosen = purpose == Purpose::Open ? parts_.frontEnd->fileToOpen(request)
@@ -104,7 +106,7 @@ bool SessionFiles::edit(const std::string& path, const std::function<bool(InitFi
     const bool wasUtf8 = file->isUtf8();
     const std::string before = file->bytes();
     if (!change(*file)) return false;
-    if (const std::string after = file->bytes(); after != before) replaceInitFile(path, after);
+    if (const std::string after = file->bytes(); after != before) writeFile(path, after);
     written_ = Known{path, *file};
     if (!wasUtf8 && file->isUtf8())
         parts_.note(

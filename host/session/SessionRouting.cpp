@@ -1,5 +1,7 @@
 #include "host/session/SessionRouting.h"
 
+#include "host/data/FileName.h"
+#include "host/results/DataFile.h"
 #include "host/results/SaveOutputs.h"
 #include "support/dialogs/CAnalysisDialog.h"
 
@@ -82,14 +84,14 @@ std::string fileOf(const ozm::AutomationValue& value, const std::filesystem::pat
     const std::string& name = textOf(value);
     if (name.empty()) return name;
     const std::filesystem::path file{name};
+    if (hasNul(file)) refuse("'" + shownName(file) + "': " + nulInName);
     (void)formatOfFile(file);
     std::error_code error;
     if (const auto folder = file.parent_path();
         !folder.empty() && !std::filesystem::is_directory(folder, error))
         refuse("'" + folder.string() + "' is no directory");
     if (std::filesystem::is_directory(file, error)) refuse("'" + name + "' is a directory");
-    if (!dataFile.empty() && std::filesystem::equivalent(file, dataFile, error) && !error)
-        refuse("'" + name + "' is the data file; name another one");
+    refuseDataFile(file, dataFile);
     return name;
 }
 

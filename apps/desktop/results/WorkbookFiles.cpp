@@ -25,6 +25,7 @@
 #include "apps/desktop/results/ReportView.h"
 #include "apps/desktop/results/Workbook.h"
 #include "apps/desktop/text/BoxTexts.h"
+#include "host/results/DataFile.h"
 #include "host/results/OutputFile.h"
 #include "host/results/RecordedScript.h"
 
@@ -145,6 +146,7 @@ void Workbook::saveScript() {
     const QString target = dialog.selectedFiles().constFirst();
     settings.setValue("export/folder", QFileInfo(target).absolutePath());
     try {
+        refuseDataFile(pathOf(target), *run->book);
         writeFile(pathOf(target), recordedScript(*run->book, removedOf(*run)));
         emit statusText(tr("%1 was written.").arg(QDir::toNativeSeparators(target)));
     } catch (const std::exception& failure) {

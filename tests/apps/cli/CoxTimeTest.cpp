@@ -136,7 +136,7 @@ TEST_F(CoxTimeTest, FilesThatAreNoneOfCovariatesAreNotWrittenTo) {
         refuses(begin, {{name, "cannot write '" + name + "': "}});
         EXPECT_EQ(read(name), content);
     }
-    refuses(begin, {{"veteran.csv", "it is the file of the data"}});
+    refuses(begin, {{"veteran.csv", "it is the data file"}});
     file("mine.ini", "; mine\r\n[Other]\r\nx=\xE9\r\n[Expressions]\r\nold=1");
     succeed(begin + "mine.ini");
     EXPECT_EQ(read("mine.ini"),

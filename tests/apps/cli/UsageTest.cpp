@@ -291,8 +291,8 @@ TEST_F(UsageTest, ScriptsAreRecordedOverNothingElse) {
     const std::string mine = file("mine.py", "print('# Recorded by Korvana Survival')\n");
     std::filesystem::create_symlink("little.csv", "link.py");
     const std::string content = read(data);
-    refuses(analysis, {{"--record little.csv", "'little.csv' is the data file"},
-                       {"--record link.py", "'link.py' is the data file"},
+    refuses(analysis, {{"--record little.csv", "cannot write 'little.csv': it is the data file"},
+                       {"--record link.py", "cannot write 'link.py': it is the data file"},
                        {"--record mine.py", "'mine.py' is there already and is no recorded script"},
                        {"--record .", "'.' is a folder"},
                        {"--record /dev/null", "is no file that can be written to"},

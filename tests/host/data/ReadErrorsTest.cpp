@@ -127,6 +127,9 @@ TEST(ReadErrors, FilesThatCannotBeOpened) {
               std::string::npos);
     EXPECT_NE(refusal(std::filesystem::temp_directory_path()).find("this is a folder"), std::string::npos);
     EXPECT_NE(refusal("/dev/null").find("device"), std::string::npos);
+    const TemporaryFile whole("a,b\n1,2\n");
+    EXPECT_EQ(refusal(whole.path().string() + '\0' + ".csv"),
+              whole.path().string() + "\\0.csv: the name has a NUL character (\\0); leave it out");
     const TemporaryFile locked("a,b\n1,2\n");
     chmod(locked.path().c_str(), 0);
     if (geteuid() != 0) { // the superuser may read everything

@@ -214,7 +214,7 @@ TEST_F(FilesTest, WhatIsNoInitialisationFileIsNotWrittenTo) {
     parts.data.open(DataSet(path, 0));
     for (const char* name : {"any", "link", "hard", "./any"}) {
         EXPECT_FALSE(written(folder / name)) << name;
-        EXPECT_NE(parts.book->messages.back().text.find("it is the file of the data"), std::string::npos);
+        EXPECT_NE(parts.book->messages.back().text.find("it is the data file"), std::string::npos);
     }
     EXPECT_EQ(get(path), "[a]\n");
 }
@@ -294,7 +294,8 @@ TEST_F(FilesTest, AScriptNamesTheFileOfItsNextOperation) {
     EXPECT_FALSE(opens());
     EXPECT_TRUE(told("'Open File' was cancelled"));
     for (const auto& [wrong, why] :
-         {std::pair{folder / "none.ini", "No such file"}, std::pair{folder, "it is a folder"}}) {
+         {std::pair{folder / "none.ini", "No such file"}, std::pair{folder, "it is a folder"},
+          std::pair{folder / std::string("x\0.ini", 6), "x\\0.ini cannot be read: the name has a NUL"}}) {
         parts.scriptFile = wrong;
         EXPECT_FALSE(opens());
         EXPECT_TRUE(told(why)) << parts.book->messages.back().text;

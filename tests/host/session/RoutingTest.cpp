@@ -87,6 +87,7 @@ TEST_F(RoutingTest, WhatCannotBeSavedIsSaidAndStaysInTheBook) {
     for (const auto& [value, why] :
          {std::pair{file("out"), "has no suffix that names its format; known are json, txt"},
           {file("out.doc"), "unknown format 'doc'"},
+          {file("a") + '\0' + ".txt", "a\\0.txt': the name has a NUL character"},
           {file("nowhere/out.txt"), "nowhere' is no directory"}}) {
         const AutomationResult refused = script().Put("ResultsSaveFileName", value);
         EXPECT_NE(refused.detail.find(why), std::string::npos) << refused.detail;

@@ -48,9 +48,13 @@ ProgramOption described(const CommandApp& app, const CLI::Option& option) {
             isList(option) || repeats(option)};
 }
 
-/// An entry of a list, in quotes where it has a comma itself.
+/// An entry of a list, in quotes where it could be taken for several or for one in quotes.
 std::string entryOf(const std::string& value) {
-    return value.find(',') == std::string::npos ? value : '"' + value + '"';
+    if (value.find(',') == std::string::npos && !value.starts_with('"')) return value;
+    std::string entry = "\"";
+    for (const char each : value)
+        entry.append(each == '"' ? 2 : 1, each);
+    return entry + '"';
 }
 
 /// The option as words of the command line, in one form.
@@ -71,8 +75,8 @@ void addWords(const CLI::Option& option, const GivenOption& given, std::vector<s
         return;
     }
     std::string text = given.values.front();
-    if (given.values.size() > 1) {
-        if (!isList(option)) throw UsageError(name + " takes one value, not several");
+    if (given.values.size() > 1 && !isList(option)) throw UsageError(name + " takes one value, not several");
+    if (given.values.size() > 1 || (given.areEntries && isList(option))) {
         text = entryOf(text);
         for (std::size_t i = 1; i < given.values.size(); ++i)
             text += "," + entryOf(given.values[i]);

@@ -33,6 +33,7 @@ struct ProgramCommand {
 struct GivenOption {
     std::string name; ///< without hyphens
     std::vector<std::string> values;
+    bool areEntries = false; ///< of a list, also where it is one alone: a comma in it parts nothing
 };
 
 /// Runs a command in the program's own process, without console, files and signals. The module stays loaded.

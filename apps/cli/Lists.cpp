@@ -7,18 +7,38 @@
 #include <algorithm>
 
 namespace korvana::cli {
+namespace {
+
+/// Where the double quote is that ends the one at the beginning; 0 without such a pair.
+std::size_t closingQuote(std::string_view text) {
+    if (!text.starts_with('"')) return 0;
+    std::size_t close = text.find('"', 1);
+    while (close != std::string_view::npos && text.substr(close + 1).starts_with('"'))
+        close = text.find('"', close + 2);
+    return close == std::string_view::npos ? 0 : close;
+}
+
+std::string withoutQuotes(std::string_view entry) {
+    std::string text;
+    for (std::size_t i = 1; i + 1 < entry.size(); ++i) {
+        text += entry[i];
+        if (entry[i] == '"') ++i; // doubled
+    }
+    return text;
+}
+
+} // namespace
 
 std::vector<std::string> splitList(std::string_view option, std::string_view list) {
     std::vector<std::string> entries;
     for (bool more = true; more;) {
         // A comma within double quotes belongs to its entry.
         list.remove_prefix(std::min(list.find_first_not_of(' '), list.size()));
-        const bool quoted = list.starts_with('"') && list.find('"', 1) != std::string_view::npos;
-        const std::size_t comma = list.find(',', quoted ? list.find('"', 1) : 0);
+        const std::size_t close = closingQuote(list);
+        const std::size_t comma = list.find(',', close);
         more = comma != std::string_view::npos;
-        std::string_view entry = trimmed(list.substr(0, comma));
-        if (quoted && entry.ends_with('"')) entry = entry.substr(1, entry.size() - 2);
-        entries.emplace_back(entry);
+        const std::string_view entry = trimmed(list.substr(0, comma));
+        entries.push_back(close > 0 && entry.size() == close + 1 ? withoutQuotes(entry) : std::string{entry});
         if (entries.back().empty()) throw UsageError(std::string{option} + ": an entry of the list is empty");
         if (more) list.remove_prefix(comma + 1);
     }

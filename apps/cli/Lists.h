@@ -6,8 +6,8 @@
 
 namespace korvana::cli {
 
-/// "a,b" as {"a", "b"}, blanks around them dropped; an entry with a comma stands in double quotes; an empty
-/// entry is a UsageError that names the option.
+/// "a,b" as {"a", "b"}, blanks around them dropped; an entry with a comma stands in double quotes, its
+/// own double quotes doubled; an empty entry is a UsageError that names the option.
 std::vector<std::string> splitList(std::string_view option, std::string_view list);
 
 /// The places of the listed names among the known ones, each once, in the order of the known ones; "all"

@@ -80,8 +80,9 @@ template <unsigned patternBits, class PatternOf>
 Status RadixSort(std::span<double> keys, std::span<std::int32_t> companions, std::span<double> scratchKeys,
                  std::span<std::int32_t> scratchCompanions, PatternOf patternOf, StopPoll stop) {
     constexpr unsigned digits = (patternBits + digitBits - 1) / digitBits;
-    // On the stack this would be nearly 100 kB: more than a host's thread may have left.
-    static thread_local std::array<std::array<std::uint32_t, digitValues>, digits> counts;
+    // On the stack this would be nearly 100 kB: more than a host's thread may have left. The module has one
+    // thread.
+    static std::array<std::array<std::uint32_t, digitValues>, digits> counts;
     for (auto& digit : counts)
         digit.fill(0);
     const std::size_t n = keys.size();

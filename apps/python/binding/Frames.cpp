@@ -285,6 +285,7 @@ void Frame::addDurations(std::string name, const py::buffer& times, std::int64_t
 
 void Frame::addObjects(std::string name, const py::object& objects, const py::tuple& missing,
                        const py::function& plain) {
+    const Working working;
     ObjectColumn column(objects, cases_, missing, plain);
     switch (column.kind()) {
     case Kind::Number:

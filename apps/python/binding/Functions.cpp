@@ -3,6 +3,7 @@
 #include "apps/python/binding/Interrupts.h"
 #include "apps/python/binding/Lease.h"
 #include "apps/python/binding/Results.h"
+#include "apps/python/binding/Working.h"
 
 #include "apps/cli/EmbeddedCall.h"
 #include "apps/cli/UsageError.h"
@@ -11,6 +12,7 @@
 
 #include <memory>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -58,10 +60,12 @@ py::list actionsOf(const ResultsBook& book) {
 /// Runs a command, and returns its book with the action that made each output.
 /// @param file  bytes, empty where a frame is given
 /// @param frame  a Frame or None
-/// @param given  (name, values) of each option
+/// @param given  (name, values, whether they came as a list) of each option
 py::tuple call(const std::string& name, const py::bytes& file, const py::object& frame,
-               const std::vector<std::pair<std::string, std::vector<std::string>>>& given) {
-    const Lease lease("the call of '" + name + "'");
+               const std::vector<std::tuple<std::string, std::vector<std::string>, bool>>& given) {
+    const Working working;
+    const Lease lease("the call of '" + name +
+                      "' has not ended yet, and a process runs one analysis at a time: wait until it has");
     StopSignals stops;
     Interrupts interrupts(stops);
     cli::Embedding embedding;
@@ -69,8 +73,8 @@ py::tuple call(const std::string& name, const py::bytes& file, const py::object&
     embedding.stops = &stops;
     embedding.observer = &interrupts;
     std::vector<cli::GivenOption> options;
-    for (const auto& [option, values] : given)
-        options.push_back({option, values});
+    for (const auto& [option, values, areEntries] : given)
+        options.push_back({option, values, areEntries});
     const std::string path = file;
     Book made;
     try {

@@ -1,6 +1,7 @@
 #include "apps/python/binding/Interrupts.h"
 
-#include <Python.h>
+#include "apps/python/binding/Module.h"
+#include "apps/python/binding/Working.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -59,18 +60,6 @@ private:
     std::mutex mutex_;
     std::condition_variable wanted_;
     StopSignals* stops_ = nullptr;
-};
-
-/// Other threads have the interpreter while it lives.
-class LockReleased {
-public:
-    LockReleased() : state_(PyEval_SaveThread()) {}
-    ~LockReleased() { PyEval_RestoreThread(state_); }
-    LockReleased(const LockReleased&) = delete;
-    LockReleased& operator=(const LockReleased&) = delete;
-
-private:
-    PyThreadState* state_;
 };
 
 /// A thread that does one piece of work.
@@ -132,6 +121,7 @@ void Interrupts::computationEnded() {
 void Interrupts::processEvents() {
     const PyGILState_STATE state = PyGILState_Ensure();
     if (PyErr_CheckSignals() != 0) keepException();
+    if (Working::isToStop()) stops_.requestStop();
     PyGILState_Release(state);
 }
 
@@ -166,20 +156,21 @@ bool workInterruptibly(const std::function<void(const std::stop_token&)>& work) 
     try {
         worker = std::make_unique<Worker>(work);
     } catch (const std::system_error&) { // no thread to be had: then nothing interrupts it
-        const LockReleased others;
+        const py::gil_scoped_release others;
         work({});
         return true;
     }
     bool interrupted = false;
     for (bool done = false; !done;) {
         {
-            const LockReleased others;
+            const py::gil_scoped_release others;
             done = worker->waitFor(std::chrono::milliseconds(30));
         }
         if (!interrupted && PyErr_CheckSignals() != 0) {
             interrupted = true;
             worker->stop();
         }
+        if (Working::isToStop()) worker->stop();
     }
     const std::exception_ptr fault = worker->join();
     if (interrupted) return false;

@@ -12,20 +12,17 @@ struct {
     unsigned long number = 0; ///< of the lease in force; 0: none
     unsigned long last = 0;
     pid_t process = 0;
-    std::string holder;
+    std::string why;
 } inForce;
 
 } // namespace
 
-Lease::Lease(std::string holder) {
+Lease::Lease(std::string why) {
     // A forked process has a copy of the analysis and of the module's state: it may begin afresh.
-    if (inForce.number != 0 && inForce.process == ::getpid())
-        raise("Busy", inForce.holder +
-                          " is not closed yet, and a process runs one analysis at a time: call its close(), "
-                          "then start the next one");
+    if (inForce.number != 0 && inForce.process == ::getpid()) raise("Busy", inForce.why);
     number_ = inForce.number = ++inForce.last;
     inForce.process = ::getpid();
-    inForce.holder = std::move(holder);
+    inForce.why = std::move(why);
 }
 
 Lease::~Lease() {

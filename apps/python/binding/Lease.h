@@ -9,8 +9,8 @@ namespace korvana::python {
 class Lease {
 public:
     /// Raises Busy where somebody has it.
-    /// @param holder  who wants it, for the message to the next one: "the analysis of 'aml.csv'"
-    explicit Lease(std::string holder);
+    /// @param why  the message to whoever wants it meanwhile
+    explicit Lease(std::string why);
     ~Lease();
     Lease(const Lease&) = delete;
     Lease& operator=(const Lease&) = delete;

@@ -1,5 +1,7 @@
 #include "apps/python/binding/Module.h"
 
+#include "apps/python/binding/Working.h"
+
 PYBIND11_MODULE(_korvana, module) {
     using namespace korvana::python;
     module.doc() = "What the package korvana is made on; use that.";
@@ -12,4 +14,5 @@ PYBIND11_MODULE(_korvana, module) {
     bindRun(module);
     bindFunctions(module);
     bindRecording(module);
+    module.def("end_work", endWork);
 }

@@ -50,9 +50,9 @@ py::object cellOf(const Spreadsheet& sheet, std::size_t row, std::size_t column)
     const Spreadsheet::Cell cell = sheet.cell(row, column);
     switch (cell.kind) {
     case Spreadsheet::Cell::Kind::Number:
-        return py::float_(cell.number);
+        return made(PyFloat_FromDouble(cell.number));
     case Spreadsheet::Cell::Kind::Integer:
-        return py::int_(cell.integer);
+        return made(PyLong_FromLong(cell.integer));
     case Spreadsheet::Cell::Kind::Text:
         if (cell.text.empty()) break;
         return text(cell.text);
@@ -63,7 +63,7 @@ py::object cellOf(const Spreadsheet& sheet, std::size_t row, std::size_t column)
 }
 
 py::list texts(const std::vector<std::string>& all) {
-    py::list list(all.size());
+    py::list list = listOf(all.size());
     for (std::size_t i = 0; i < all.size(); ++i)
         list[i] = text(all[i]);
     return list;
@@ -72,9 +72,9 @@ py::list texts(const std::vector<std::string>& all) {
 py::list cells(const Output& output) {
     const auto& sheet = output.as<Spreadsheet>();
     const std::size_t rows = sheet.rowCount();
-    py::list all(rows);
+    py::list all = listOf(rows);
     for (std::size_t row = 0; row < rows; ++row) {
-        py::list cells(sheet.columns.size());
+        py::list cells = listOf(sheet.columns.size());
         for (std::size_t column = 0; column < sheet.columns.size(); ++column)
             cells[column] = cellOf(sheet, row, column);
         all[row] = std::move(cells);
@@ -94,7 +94,7 @@ py::object column(const Output& output, std::size_t place) {
         if (const auto* wholes = std::get_if<std::vector<std::int32_t>>(&wanted.cells))
             return py::cast(Numbers{output.of.book, wholes->data(), wholes->size(), true});
     }
-    py::list all(rows);
+    py::list all = listOf(rows);
     for (std::size_t row = 0; row < rows; ++row)
         all[row] = cellOf(sheet, row, place);
     return all;

@@ -5,6 +5,7 @@
 #include "apps/python/binding/Results.h"
 #include "apps/python/binding/Values.h"
 
+#include <cstdint>
 #include <utility>
 
 namespace korvana::python {
@@ -16,9 +17,12 @@ py::tuple outcome(const ozm::AutomationResult& result) {
     return py::make_tuple(result.ok, toPython(result.value), text(result.error), text(result.detail));
 }
 
-std::string holderOf(const Data& data) {
+std::string whyBusy(const Data& data) {
     const std::string file = data.active.dataSet().fileName();
-    return file.empty() ? std::string{"an analysis"} : "the analysis of '" + file + "'";
+    return (file.empty() ? std::string{"an analysis"} : "the analysis of '" + file + "'") +
+           " is not closed yet, and a process runs one analysis at a time: call its close(), then start the "
+           "next "
+           "one";
 }
 
 } // namespace
@@ -64,8 +68,7 @@ private:
 };
 
 Run::Run(std::shared_ptr<Data> data)
-    : data_(std::move(data)), lease_(std::in_place, holderOf(*data_)),
-      book_(std::make_shared<ResultsBook>()) {
+    : data_(std::move(data)), lease_(std::in_place, whyBusy(*data_)), book_(std::make_shared<ResultsBook>()) {
     session_ = std::make_unique<Session>(
         loadModule(), SessionOptions{.frontEnd = this,
                                      .stops = &stops_,
@@ -231,9 +234,14 @@ void bindRun(py::module_& module) {
         .def_readonly("interface", &Run::Dialog::interfaceName)
         .def_readonly("modal", &Run::Dialog::modal)
         .def_property_readonly("open",
-                               [](const Run::Dialog& one) { return *one.alive && !one.dialog->IsClosed(); });
+                               [](const Run::Dialog& one) { return *one.alive && !one.dialog->IsClosed(); })
+        // Of dialogs that are open at a time: a later one may be in the place of one that is gone.
+        .def_property_readonly("identity", [](const Run::Dialog& one) {
+            return py::make_tuple(reinterpret_cast<std::uintptr_t>(one.alive.get()), // NOLINT
+                                  reinterpret_cast<std::uintptr_t>(one.dialog));     // NOLINT
+        });
     py::class_<Run, std::shared_ptr<Run>>(module, "Run")
-        .def(py::init<std::shared_ptr<Data>>())
+        .def(py::init<std::shared_ptr<Data>>(), py::arg("data").none(false))
         .def("start", &Run::start)
         .def_property_readonly("active", &Run::isActive)
         .def("dialog",

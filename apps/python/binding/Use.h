@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/python/binding/Errors.h"
+#include "apps/python/binding/Working.h"
 
 #include <thread>
 #include <unistd.h>
@@ -18,8 +19,8 @@ public:
     /// Raises Busy where another thread is inside.
     void check() const {
         if (uses_ > 0 && !isOurs() && process_ == ::getpid())
-            raise("Busy", "another thread works with this application; wait until it has done, or give each "
-                          "thread an application of its own");
+            raise("Busy", "another thread works with this application or these results; wait until it has "
+                          "done, or give each thread an application of its own");
     }
 
 private:
@@ -48,6 +49,7 @@ public:
     Use& operator=(const Use&) = delete;
 
 private:
+    Working working_;
     Gate& gate_;
 };
 

@@ -16,17 +16,19 @@ One analysis is one call, too: kv.kaplan_meier("trial.csv", time="time", censor=
 
 Dialogs are those of the analysis: dir(run.dialog) names the members of the open one, help(run.dialog) explains them.
 """
+import atexit as _atexit
+
 from korvana import _korvana
 from korvana._analysis import Analysis, Dialog
 from korvana._application import Application, Variable
-from korvana._errors import AnalysisError, AutomationError, Busy, DataError, Error, UsageError
+from korvana._errors import AnalysisError, AnalysisWarning, AutomationError, Busy, DataError, Error, UsageError
 from korvana._functions import functions as _functions
 from korvana._library import library as _library
 from korvana._results import Chart, Message, Report, Results, Series, Table, joined_results
 
 __version__ = _korvana.version
 globals().update(_library.constants, **_functions)
-__all__ = ["Analysis", "AnalysisError", "Application", "AutomationError", "Busy", "Chart", "DataError", "Dialog",
-           "Error", "Message", "Report", "Results", "Series", "Table", "UsageError", "Variable", "joined_results",
-           *_functions,
-           *_library.constants]
+__all__ = ["Analysis", "AnalysisError", "AnalysisWarning", "Application", "AutomationError", "Busy", "Chart", "DataError",
+           "Dialog", "Error", "Message", "Report", "Results", "Series", "Table", "UsageError", "Variable",
+           "joined_results", *_functions, *_library.constants]
+_atexit.register(_korvana.end_work)

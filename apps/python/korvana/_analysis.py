@@ -1,11 +1,13 @@
 """Analyses, and their dialogs as a script sees them."""
 import difflib
 import os
+from collections.abc import Mapping
 from typing import TYPE_CHECKING
 
 from korvana import _korvana
 from korvana._errors import AnalysisError, AutomationError, UsageError
 from korvana._library import library
+from korvana._paths import path_bytes
 from korvana._results import Message, Results, wrap
 
 if TYPE_CHECKING:
@@ -43,6 +45,12 @@ class Dialog:
 
     def __dir__(self):
         return sorted(self._interface.members)
+
+    def __eq__(self, other):
+        return isinstance(other, Dialog) and self._handle.identity == other._handle.identity
+
+    def __hash__(self):
+        return hash(self._handle.identity)
 
     def __repr__(self):
         return f"<{self._interface.name}: {'open' if self._handle.open else 'closed'} dialog of {self._interface.help!r}>"
@@ -105,9 +113,11 @@ class Analysis:
 
     There is one analysis at a time in a process; close() ends it, as does the end of a with statement. Results stay.
     """
-    __slots__ = ("_application", "_run", "_denied", "modal", "answer", "file", "__weakref__")
+    __slots__ = ("_application", "_run", "_denied", "_modal", "_answer", "_file", "__weakref__")
 
     def __init__(self, application, data):
+        if not isinstance(data, _korvana.Data):
+            raise TypeError("an analysis is started by its application: app.analysis()")
         self._application = application
         self._denied = None
         self.modal = {}
@@ -117,6 +127,37 @@ class Analysis:
         self._run.start(self)
         if not self._run.active:
             self._refuse(self._run.book().messages)
+
+    @property
+    def modal(self):
+        """Members to be set in a modal dialog that opens on the way: a dict, or a function of the dialog."""
+        return self._modal
+
+    @modal.setter
+    def modal(self, members):
+        if not callable(members) and not isinstance(members, Mapping):
+            raise UsageError(f"modal is a dict of members and values, or a function of the dialog, not {members!r}")
+        self._modal = members
+
+    @property
+    def answer(self):
+        """The answer to yes/no questions: True, False, or a function of the question."""
+        return self._answer
+
+    @answer.setter
+    def answer(self, answer):
+        if not callable(answer) and answer not in (True, False):
+            raise UsageError(f"answer is True, False or a function of the question, not {answer!r}")
+        self._answer = answer
+
+    @property
+    def file(self):
+        """The path for the file dialog that the next action opens; None without one."""
+        return self._file
+
+    @file.setter
+    def file(self, path):
+        self._file = None if path is None else os.fsdecode(path_bytes(path))
 
     @property
     def application(self):
@@ -149,7 +190,7 @@ class Analysis:
     def record(self, path):
         """Writes a Python script that makes the results again: its data, its dialogs, its actions. It
         replaces an earlier recorded script, and no other file."""
-        _korvana.record(self._run, os.fsencode(path))
+        _korvana.record(self._run, path_bytes(path))
 
     def close(self):
         """Ends the analysis. Its results stay."""
@@ -188,7 +229,7 @@ class Analysis:
 
     def _call(self, handle, name):
         file, self.file = self.file, None
-        path = None if file is None else os.fsencode(file)
+        path = None if file is None else path_bytes(file)
         self._denied = None
         done, value, error, detail, *rest = self._run.call(handle, name, self, path)
         if not done:

@@ -5,9 +5,11 @@ from typing import NamedTuple
 
 from korvana import _korvana
 from korvana._analysis import Analysis
-from korvana._errors import UsageError
-from korvana._frames import is_frame, make_frame
+from korvana._errors import DataError, UsageError
+from korvana._frames import is_frame, make_frame, no_data
 from korvana._library import library
+from korvana._paths import path_bytes
+from korvana._words import python_text
 
 _SEPARATORS = {"comma": ",", "semicolon": ";", "tab": "\t", "\\t": "\t", "pipe": "|", "bar": "|"}
 _DECIMALS = {"point": ".", "comma": ",", ".": ".", ",": ","}
@@ -42,6 +44,8 @@ def _reading(separator=None, decimal=None, dates=None, header=None):
         raise UsageError(f"decimal is point or comma, not {decimal!r}")
     if dates is not None and dates not in _DATES:
         raise UsageError(f"dates is dmy (day, month, year), mdy or ymd, not {dates!r}")
+    if header not in (None, True, False):
+        raise UsageError(f"header is True or False, not {header!r}")
     return separator, _DECIMALS[decimal] if decimal else "", dates or "", -1 if header is None else int(bool(header))
 
 
@@ -55,6 +59,9 @@ class Application:
     The analysis keeps the data while it runs. Several applications have their own data; analyses run one at a time.
     """
     __slots__ = ("_data", "_run", "__weakref__")
+
+    def __reduce__(self):
+        raise TypeError("an application cannot be copied or pickled; open its data in another one")
 
     def __init__(self):
         self._data = _korvana.Data()
@@ -77,16 +84,24 @@ class Application:
                 raise UsageError(("separator" if header is None else "header") + " is for files: data in memory have "
                                  "their columns and names")
             make_frame(source, *reading[1:3]).open(data)
+        elif isinstance(source, (str, bytes, os.PathLike)):
+            try:
+                data.read(path_bytes(source), *reading)
+            except DataError as error:
+                error.args = (python_text(str(error)),)
+                raise
         else:
-            data.read(os.fsencode(source), *reading)
+            raise no_data(source)
         self._replaced()
 
     def define(self, name, expression):
         """Adds a variable that is computed from others: app.define("months", "days / 30.4375")."""
-        self._open_data().define(name, expression)
+        self._open_data().define(str(name), str(expression))
 
     def select(self, condition=None):
         """Takes only the cases for which the condition holds: app.select("age >= 60"). None takes all."""
+        if condition is not None and not isinstance(condition, str):
+            raise UsageError(f'a condition is a text, such as "age >= 60", not {condition!r}')
         self._open_data().select(condition or "")
 
     def weight(self, variable=None):
@@ -99,6 +114,8 @@ class Application:
         if len(codes) > 1:
             raise UsageError(f"{variable!r} can have one code for missing values, not {len(codes)}; make them one in a "
                              "new variable with define(), and take that instead")
+        if codes and codes[0] != codes[0]:
+            raise UsageError("values that are no number are missing without a code")
         self._open_data().missing(str(variable), codes[0] if codes else None)
 
     def describe(self, variable, *, label=None, labels=None):

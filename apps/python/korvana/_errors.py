@@ -15,6 +15,9 @@ class UsageError(Error):
         super().__init__(text)
         self.option = option
 
+    def __reduce__(self):
+        return type(self), (self.args[0], self.option)
+
 
 class DataError(Error):
     """Data that cannot be read or used.
@@ -27,6 +30,9 @@ class DataError(Error):
         self.file = file or None
         self.line = line or None
         self.column = column or None
+
+    def __reduce__(self):
+        return type(self), (self.args[0], self.file, self.line, self.column)
 
 
 class AutomationError(Error):
@@ -41,9 +47,12 @@ class AutomationError(Error):
         self.text = text
         self.detail = detail
 
+    def __reduce__(self):
+        return type(self), (self.text, self.detail)
+
 
 class AnalysisError(Error):
-    """The analysis has refused its data or settings; its dialog is open again, or still.
+    """The analysis has refused its data or settings; run.dialog is the dialog again, with the values that it had.
 
     number: of the message in the module, 0 for one of the program; text: the message; detail: what is particular to
     these data, may be empty.
@@ -54,6 +63,13 @@ class AnalysisError(Error):
         self.number = number
         self.text = text
         self.detail = detail
+
+    def __reduce__(self):
+        return type(self), (self.number, self.text, self.detail)
+
+
+class AnalysisWarning(UserWarning):
+    """Something that may not be meant so, such as a code that no case has: the call has done what it says."""
 
 
 class Busy(Error):

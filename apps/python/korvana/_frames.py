@@ -3,6 +3,7 @@
 What a column becomes is what a file with the same values would hold. Columns of 8-byte floats are borrowed, not copied;
 others are converted in one pass.
 """
+import collections.abc
 import datetime
 import decimal
 import math
@@ -93,7 +94,8 @@ def _add_array(frame, name, values, numpy):
     kind = values.dtype.kind
     if kind in "fiu":
         if kind == "f" and values.dtype.itemsize not in (4, 8):
-            values = values.astype("f8")
+            with numpy.errstate(over="ignore"):  # what is too large is found as infinity
+                values = values.astype("f8")
         frame.numbers(name, values.astype(values.dtype.newbyteorder("="), copy=False))
     elif kind == "b":
         frame.truths(name, values.view("u1"))
@@ -126,7 +128,7 @@ def _add_series(frame, name, values, numpy):
     elif getattr(dtype, "kind", "O") == "b":
         frame.truths(name, values.to_numpy(dtype="f8", na_value=math.nan))
     else:
-        _add_array(frame, name, values.astype(object).to_numpy(), numpy)
+        _add_array(frame, name, numpy.asarray(values.astype(object)), numpy)
 
 
 def _add(frame, name, values):
@@ -152,31 +154,49 @@ def _name(name):
 
 def is_frame(source):
     """Whether a source of data is in memory, and not the path of a file."""
-    return hasattr(source, "keys") or hasattr(source, "columns") or getattr(getattr(source, "dtype", None), "names", None)
+    return isinstance(source, collections.abc.Mapping) or hasattr(source, "columns") and hasattr(source, "iloc") or \
+        getattr(getattr(source, "dtype", None), "names", None)
 
 
 def _table(source):
     """The names of the columns, a function that returns a column by its place, what to call the table."""
     if hasattr(source, "columns") and hasattr(source, "iloc"):
         return list(source.columns), lambda i: source.iloc[:, i], "DataFrame"
-    if hasattr(source, "keys"):
+    if isinstance(source, collections.abc.Mapping):
         names = list(source.keys())
         return names, lambda i: source[names[i]], type(source).__name__
     names = list(getattr(getattr(source, "dtype", None), "names", None) or ())
     if names:
         return names, lambda i: source[names[i]], "array"
-    raise TypeError(f"data are a path, a pandas DataFrame or a dict of columns, not a {type(source).__name__}")
+    raise no_data(source)
+
+
+def no_data(source):
+    """What to raise where something is neither a file nor a table."""
+    return TypeError(f"data are a path, a pandas DataFrame or a dict of columns, not a {type(source).__name__}")
 
 
 def _column(values, name):
     """A column that has a length, and one value per case."""
-    if isinstance(values, (str, bytes)) or not hasattr(values, "__iter__"):
+    if isinstance(values, (str, bytes, collections.abc.Mapping, collections.abc.Set)) or \
+            not hasattr(values, "__iter__"):
         raise DataError(f"variable '{name}': a column is a list or an array, not a {type(values).__name__}")
     shape = getattr(values, "shape", None)
     if shape is not None and len(shape) != 1:
         raise DataError(f"variable '{name}': a column has one value per case, and this array has {len(shape)} "
                         "dimensions")
     return values if hasattr(values, "__len__") else list(values)
+
+
+def _check_indexes(columns, kind):
+    """Columns of pandas that were put together by hand are of the same cases if they have the same index."""
+    pandas = _library("pandas")
+    series = [(name, values) for name, values in columns if pandas and isinstance(values, pandas.Series)]
+    for name, values in series[1:] if kind != "DataFrame" else ():
+        if not values.index.equals(series[0][1].index):
+            raise DataError(f"variable '{name}': its index is not that of '{series[0][0]}', so its values may be of other "
+                            "cases; make a DataFrame of them, which puts together what belongs together, or give their "
+                            "to_numpy()", kind)
 
 
 def make_frame(source, decimal_mark="", dates="", wanted=None):
@@ -200,6 +220,7 @@ def make_frame(source, decimal_mark="", dates="", wanted=None):
             raise DataError(f"variable '{name}' has {len(values)} values, and '{columns[0][0]}' has {cases}; give each "
                             "column the same number of values", kind)
         columns.append((name, values if not wanted or wanted(name, number) else None))
+    _check_indexes(columns, kind)
     frame = _korvana.Frame(kind, cases or 0, decimal_mark, dates)
     for number, (name, values) in enumerate(columns, 1):
         if values is None:

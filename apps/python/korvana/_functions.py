@@ -5,29 +5,20 @@ They are made from the program's own table of commands, whose options are their 
 import datetime
 import difflib
 import inspect
-import keyword
 import os
 import re
 import textwrap
+import warnings
 
 from korvana import _korvana
 from korvana._application import _reading
-from korvana._errors import UsageError
-from korvana._frames import is_frame, make_frame
+from korvana._errors import AnalysisWarning, DataError, UsageError
+from korvana._frames import is_frame, make_frame, no_data
+from korvana._paths import path_bytes
 from korvana._results import Results
+from korvana._words import keyword_of, python_text
 
 _WIDTH = 100
-
-
-def _keyword(option):
-    """The keyword of an option: max-iterations is max_iterations, continue is continue_."""
-    name = option.replace("-", "_")
-    return name + "_" if keyword.iskeyword(name) else name
-
-
-def _python(text):
-    """A text of the command line for Python: its options are keywords here."""
-    return re.sub(r"(?<![\w-])--([a-z][a-z0-9-]*[a-z0-9])", lambda match: _keyword(match.group(1)), text)
 
 
 def _word(value):
@@ -43,6 +34,10 @@ def _word(value):
     return os.fspath(value) if hasattr(value, "__fspath__") else str(value)
 
 
+def _is_list(value):
+    return isinstance(value, (list, tuple, set, frozenset, range)) or getattr(value, "ndim", 0) == 1
+
+
 def _letters(text):
     """What is left of a name however it is quoted, spaced and written."""
     return re.sub(r"[\W_]", "", text.casefold())
@@ -51,9 +46,9 @@ def _letters(text):
 class _Option:
     def __init__(self, name, value, help, group, choices, is_flag, is_list):
         self.name = name
-        self.keyword = _keyword(name)
+        self.keyword = keyword_of(name)
         self.value = value
-        self.help = _python(help)
+        self.help = python_text(help)
         self.group = group
         self.choices = choices
         self.is_flag = is_flag
@@ -70,7 +65,7 @@ class _Option:
         if isinstance(value, dict):
             pairs = [f"{_word(name)}={_word(each)}" for name, each in value.items()]
             return [",".join(pairs)] if self.value.startswith("V=X") else pairs
-        if isinstance(value, (list, tuple, set, frozenset, range)) or getattr(value, "ndim", 0) == 1:
+        if _is_list(value):
             words = []
             for each in value:
                 words += self.words(each) if isinstance(each, dict) else [_word(each)]
@@ -95,26 +90,34 @@ class _Command:
         for name, value in given.items():
             words = self.options[name].words(value)
             if words is not None:
-                options.append((self.options[name].name, [word.encode("utf-8", "surrogateescape") for word in words]))
+                options.append((self.options[name].name, [word.encode("utf-8", "surrogateescape") for word in words],
+                                _is_list(value)))
         frame, path = None, b""
         if is_frame(data):
             _, decimal, dates, _ = _reading(**reading)
             frame = make_frame(data, decimal, dates, self._wanted(options))
         elif isinstance(data, (str, bytes, os.PathLike)):
-            path = os.fsencode(data)
+            path = path_bytes(data)
         else:
-            raise TypeError(f"data are a path, a pandas DataFrame or a dict of columns, not a {type(data).__name__}")
+            raise no_data(data)
         try:
             book, actions = _korvana.call(self.name, path, frame, options)
         except UsageError as error:
-            text = _python(str(error))
+            text = python_text(str(error))
             named = [name for name in re.findall(r"\w+", text) if name in self.options]
             raise UsageError(text, named[0] if named else None) from None
-        return Results(book, names=[self.names.get(action, action) for action in actions])
+        except DataError as error:
+            error.args = (python_text(str(error)),)
+            raise
+        results = Results(book, names=[self.names.get(action, action) for action in actions])
+        for message in results.messages:
+            if message.severity == "warning":
+                warnings.warn(f"{message.text} {message.detail}".rstrip(), AnalysisWarning, stacklevel=3)
+        return results
 
     def _wanted(self, options):
         """Which columns the options may mean: those whose name or number they have somewhere."""
-        texts = b"\n".join(word for _, words in options for word in words).decode("utf-8", "replace")
+        texts = b"\n".join(word for _, words, _ in options for word in words).decode("utf-8", "replace")
         numbers = set(map(int, re.findall(r"[0-9]+", texts)))
         texts = _letters(texts)
         return lambda name, number: _letters(name) in texts or number in numbers

@@ -9,6 +9,8 @@ from typing import NamedTuple
 
 from korvana import _korvana
 from korvana._errors import UsageError
+from korvana._paths import path_bytes
+from korvana._words import python_text
 
 _MOST_ROWS = 60  # that a notebook or print() shows of a table
 _FORMATS = "txt,json,csv,html,svg,png,py"
@@ -59,7 +61,21 @@ def _unique(names):
     return unique
 
 
-class _Result:
+class _Unchanging:
+    """Results stay as they were made: a copy would be the same. They are of this process."""
+    __slots__ = ()
+
+    def __copy__(self):
+        return self
+
+    def __deepcopy__(self, memo):
+        return self
+
+    def __reduce__(self):
+        raise TypeError("results cannot be pickled; give their to_pandas() or cells to other processes, or save() them")
+
+
+class _Result(_Unchanging):
     """What tables, charts and reports have in common."""
     __slots__ = ("_output", "__weakref__")
 
@@ -75,7 +91,7 @@ class _Result:
         """Writes it into a file, in the format that the file's name ends with. A file that is there is replaced."""
         path = os.fspath(path)
         ending = os.path.splitext(os.fsdecode(path))[1].lower().lstrip(".")
-        self._output.save(ending, os.fsencode(path))
+        self._output.save(ending, path_bytes(path))
 
 
 class Table(_Result):
@@ -98,7 +114,7 @@ class Table(_Result):
     @property
     def headings(self):
         """The heading of each row; an empty list when the rows have none."""
-        return self._output.row_headings()
+        return [heading.rstrip() for heading in self._output.row_headings()]
 
     @property
     def notes(self):
@@ -149,8 +165,9 @@ class Table(_Result):
             near = difflib.get_close_matches(name, names + self.ids, 3, 0.5)
             raise KeyError(f"no column {name!r}; " + (f"near: {', '.join(near)}" if near else
                                                       f"there are: {', '.join(names)}"))
-        place = range(len(names))[name]  # also from the end
-        return place
+        if not hasattr(name, "__index__"):
+            raise TypeError(f"a column is named by its name, its id or its place, not by {name!r}")
+        return range(len(names))[name]  # also from the end
 
     def __repr__(self):
         rows, columns = self.shape
@@ -242,7 +259,7 @@ def wrap(output):
     return _KINDS[output.kind](output)
 
 
-class Results(Sequence):
+class Results(_Unchanging, Sequence):
     """Several results, in the order in which they were made.
 
     Each is also an attribute, by the name of the action that made it: results.Summary. Where one action made several,
@@ -318,12 +335,13 @@ class Results(Sequence):
     @property
     def notes(self):
         """What a reader should know about the data and the run."""
-        return self._book.notes
+        return [python_text(note) for note in self._book.notes]
 
     @property
     def messages(self):
         """What the analysis said: number, severity, text, detail."""
-        return [Message(*each) for each in self._book.messages]
+        return [Message(number, severity, python_text(text), python_text(detail))
+                for number, severity, text, detail in self._book.messages]
 
     @property
     def iterations(self):
@@ -372,11 +390,11 @@ class Results(Sequence):
         ending = os.path.splitext(os.fsdecode(path))[1].lower().lstrip(".")
         if format is None and ending in ("xlsx", "html", "json", "txt", "csv", "svg", "png", "pdf", "py") and \
                 not os.path.isdir(path):
-            book.save_in_one(ending, os.fsencode(path))
+            book.save_in_one(ending, path_bytes(path))
             return [path]
         if format is not None and not isinstance(format, str):
             format = ",".join(format)
-        files, problems = book.save(os.fsencode(path), format or _FORMATS, replace)
+        files, problems = book.save(path_bytes(path), format or _FORMATS, replace)
         for problem in problems:
             warnings.warn(problem, RuntimeWarning, stacklevel=2)
         return [os.fsdecode(file) for file in files]
@@ -390,10 +408,18 @@ class Results(Sequence):
         return "<Results: " + (", ".join(map(repr, self._items)) or "none") + ">"
 
     def __str__(self):
-        return "\n\n".join(map(str, self._items))
+        remarks = "\n".join(self._remarks())
+        return "\n\n".join([*filter(None, [remarks]), *map(str, self._items)])
 
     def _repr_html_(self):
-        return "\n".join(each._repr_html_() for each in self._items)
+        remarks = "".join(f"<p>{html.escape(remark)}</p>\n" for remark in self._remarks())
+        return remarks + "\n".join(each._repr_html_() for each in self._items)
+
+    def _remarks(self):
+        """What a reader of all of them must know."""
+        warned = [f"{message.text} {message.detail}".rstrip() for message in self.messages
+                  if message.severity != "note"]
+        return [*warned, *self.notes]
 
 
 def joined_results(runs):

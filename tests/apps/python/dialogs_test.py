@@ -101,6 +101,23 @@ class RefusalsTest(unittest.TestCase):
             specified(run)
             self.assertEqual(run.dialog.Name, "CKaplanResultsDlg")
 
+    def test_how_a_run_is_answered_is_checked_when_it_is_given(self):
+        app, run = started(kv.scSurKaplanMeierProductLimit)
+        with app:
+            self.assertEqual(run.dialog, run.dialog)
+            self.assertNotEqual(run.dialog, 5)
+            for name, value in (("modal", 5), ("answer", "yes"), ("file", "x\0.ini")):
+                with self.assertRaisesRegex(kv.UsageError, name if name != "file" else "zero byte"):
+                    setattr(run, name, value)
+            for wrong in (None, "x.csv", app):
+                with self.assertRaisesRegex(TypeError, r"app.analysis\(\)"):
+                    kv.Analysis(app, wrong)
+            for condition in (5, True):
+                with self.assertRaisesRegex(kv.UsageError, "a condition is a text"):
+                    app.select(condition)
+            with self.assertRaisesRegex(kv.UsageError, "header is True or False"):
+                app.open(DATA / "aml.csv", header="no")
+
     def test_cancel_goes_back_and_ends(self):
         app, run = started(kv.scSurKaplanMeierProductLimit)
         specified(run)

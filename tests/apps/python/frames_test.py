@@ -89,7 +89,8 @@ class ColumnsTest(unittest.TestCase):
                 raise RuntimeError("no")
 
         for source, said in (({}, "no cases"), ({"a": []}, "no cases"), ({"a": [1], "b": [1, 2]}, "has 2 values"),
-                             ({"a": 5}, "a column is a list"), ({"a": "text"}, "a column is a list"),
+                             ({"a": 5}, "a column is a list"), ({"a": {0: 1, 1: 2}}, "not a dict"),
+                             ({"a": {1, 2}}, "not a set"), ({"a": "text"}, "a column is a list"),
                              ({"a": [1 + 2j]}, "complex is no value"), ({"a": [[1], [2]]}, "list is no value"),
                              ({"a": [b"x"]}, "bytes is no value"), ({"a": [1.0, math.inf]}, "infinite"),
                              ({"a": [10**400]}, "infinite"), ({"a": ["\ud800"]}, "'a'"),
@@ -258,6 +259,22 @@ class DataFramesTest(unittest.TestCase):
         with self.assertRaises(kv.DataError):
             opened(pd.DataFrame())
         self.assertEqual(variables(pd.DataFrame({"a": [1.0]})), [("a", "number", {})])
+        frame = pd.DataFrame({"t": [3.0, 1.0, 2.0], "s": [0, 1, 1]})
+        with self.assertRaisesRegex(kv.DataError, "not a dict"):
+            opened(frame.to_dict())
+        # Of other cases than their place says.
+        with self.assertRaisesRegex(kv.DataError, "'s': its index is not that of 't'"):
+            opened({"t": frame.t, "s": frame.s.sort_values(ascending=False)})
+        self.assertEqual(len(variables({"t": frame.t, "s": frame.s, "x": [7, 8, 9]})), 3)
+        for source in (frame.t, frame.groupby("s")):
+            with self.assertRaisesRegex(TypeError, "data are a path, a pandas DataFrame or a dict"):
+                opened(source)
+
+    def test_arrays_of_pandas_in_a_dict_are_as_in_a_frame(self):
+        for values in (pd.array(["a", "b", None], dtype="string"), pd.array([1, None, 3], dtype="Int64"),
+                       pd.Categorical(["x", None, "y"]), pd.array([True, None, False], dtype="boolean")):
+            with self.subTest(type=str(values.dtype)):
+                self.assertEqual(variables({"v": values}), variables(pd.DataFrame({"v": values})))
 
     def test_the_frame_may_go(self):
         frame = pd.DataFrame({"v": np.arange(1.0, 1000.0), "c": 1})

@@ -6,6 +6,7 @@ import os
 import subprocess
 import tempfile
 import unittest
+import warnings
 from pathlib import Path
 
 import korvana as kv
@@ -90,6 +91,29 @@ class AnalysesTest(unittest.TestCase):
         self.assertEqual([len(at.plot_at.tables), len(at.plot_at.charts)], [1, 1])
         with self.assertRaisesRegex(kv.UsageError, "'False' is neither a number nor a value label"):
             kv.kaplan_meier(data, time="my, time", censor="s", complete=1, censored=False)
+
+
+    def test_entries_of_a_list_are_taken_as_they_are(self):
+        labels = ['12" pipe, old', '8" pipe', '"', "a, b", "plain"]
+        data = {"t": list(range(1, 16)), "s": [1] * 15, "g": labels * 3}
+        for codes in (labels, labels[:2], [labels[0], "plain"], ["a, b", '"']):
+            groups = kv.k_sample(data, time="t", censor="s", complete=1, censored=0, group="g", codes=codes)
+            self.assertEqual(sorted(groups.tables[0].headings)[:len(codes)], sorted(groups.tables[0].headings[:-1]))
+            for code in codes:
+                self.assertTrue(any(code in line for line in groups.reports[0].lines), (codes, code))
+        with self.assertRaisesRegex(kv.AnalysisError, "Two groups or more are needed"):
+            kv.k_sample(data, time="t", censor="s", complete=1, censored=0, group="g", codes=["a, b"])
+
+    def test_what_may_not_be_meant_is_a_warning(self):
+        data = {"t": [5, 3, 8, 9], "s": ["yes", "no", "yes", "yes"]}
+        with self.assertWarnsRegex(kv.AnalysisWarning, "^censored 0: no case has this code") as caught:
+            results = kv.kaplan_meier(data, time="t", censor="s", complete="yes", censored=0)
+        self.assertEqual(caught.filename, __file__)
+        self.assertRegex(str(results), "^censored 0: no case.*\n1 of 4 cases left out")
+        self.assertIn("<p>1 of 4 cases left out", results._repr_html_())
+        with warnings.catch_warnings():
+            warnings.simplefilter("error")
+            kv.kaplan_meier(AML, **CASES)
 
 
 class FaultsTest(unittest.TestCase):

@@ -163,6 +163,52 @@ cycle = [run]; cycle.append(cycle)
             ended = self.outcome(code)
             self.assertEqual((ended.returncode, ended.stderr), (0, ""), end)
 
+    def test_the_program_ends_while_a_daemon_thread_works(self):
+        works = {"km": "kv.kaplan_meier(big, time='t', censor='s', complete=1, censored=0, outputs='percentiles')",
+                 "cox": "kv.cox(big, time='t', censor='s', complete=1, censored=0, covariates='x', outputs='summary')",
+                 "open": "app.open({'t': texts})", "draw": "results.curve.save(os.devnull + '.png')",
+                 "cells": "results.summary.tables[-1].cells"}
+        for name, work in works.items():
+            ended = self.outcome(f"""
+import os, threading, time
+big = {{"t": list(range(1, 20001)), "s": [1] * 20000, "x": [i * i % 7 for i in range(20000)]}}
+texts = [str(i) for i in range(20000)]
+app = kv.Application()
+results = kv.kaplan_meier(big, time="t", censor="s", complete=1, censored=0, outputs="summary,curve")
+begun = threading.Event()
+def again():
+    while True:
+        begun.set()
+        try:
+            {work}
+        except OSError:
+            pass
+threading.Thread(target=again, daemon=True).start()
+begun.wait()
+time.sleep(0.05)
+""")
+            self.assertEqual((ended.returncode, ended.stderr), (0, ""), name)
+
+    @unittest.skipIf("asan" in os.environ.get("LD_PRELOAD", ""), "the sanitizer needs all addresses")
+    def test_too_little_memory_is_an_exception(self):
+        for megabytes in (20, 40, 60, 90):
+            ended = self.outcome(f"""
+import numpy, resource
+n = 300000
+results = kv.kaplan_meier({{"t": numpy.arange(1.0, n + 1), "s": numpy.ones(n)}}, time="t", censor="s", complete=1,
+                          censored=0)
+with open("/proc/self/statm") as file:
+    used = int(file.read().split()[0]) * resource.getpagesize()
+resource.setrlimit(resource.RLIMIT_AS, (used + {megabytes} * 2**20,) * 2)
+try:
+    results.cells
+except MemoryError:
+    print("short")
+""")
+            self.assertEqual((ended.returncode, ended.stderr), (0, ""), megabytes)
+            if megabytes == 20:
+                self.assertEqual(ended.stdout, "short\n")
+
     def test_a_fork_has_a_life_of_its_own(self):
         app, run = started(KM)
         with app:

@@ -1,6 +1,8 @@
 """Results as people and programs take them: cells, files, and what a notebook shows."""
+import copy
 import csv
 import json
+import pickle
 import tempfile
 import unittest
 import xml.etree.ElementTree as xml
@@ -27,6 +29,8 @@ class TableTest(unittest.TestCase):
         self.assertEqual(len(set(self.table.columns)), 5)
         with self.assertRaisesRegex(KeyError, "near: Standard Error"):
             self.table["Standard Eror"]
+        with self.assertRaisesRegex(TypeError, "by its name, its id or its place"):
+            self.table[0:2]
 
     def test_numbers_are_read_where_they_are(self):
         survival = self.table["Cumulative Survival"]
@@ -156,6 +160,26 @@ class ResultsTest(unittest.TestCase):
             self.assertEqual(json.loads(path.read_text(encoding="utf-8"))["charts"], [])
             with self.assertRaisesRegex(kv.UsageError, r"several results.*\.json"):
                 self.results.save(Path(folder, "all.csv"))
+
+    def test_copies_are_the_same_and_pickles_say_what_to_do(self):
+        self.assertIs(copy.deepcopy(self.results), self.results)
+        self.assertIs(copy.copy(self.results.table), self.results.table)
+        for one in (self.results, self.results.table, self.results.charts[0]):
+            with self.assertRaisesRegex(TypeError, "to_pandas"):
+                pickle.dumps(one)
+        with self.assertRaisesRegex(TypeError, "open its data in another"):
+            copy.copy(kv.Application())
+        for error in (kv.AnalysisError(7, "text", "detail"), kv.DataError("text", "file", 3), kv.Busy("text"),
+                      kv.AutomationError("text", "detail"), kv.UsageError("text", "level")):
+            again = pickle.loads(pickle.dumps(error))
+            self.assertEqual((type(again), str(again), vars(again)), (type(error), str(error), vars(error)))
+
+    def test_names_of_files_are_not_cut(self):
+        with tempfile.TemporaryDirectory() as folder:
+            for save in (self.results.save, self.results.table.save, kv.Application().open):
+                with self.assertRaisesRegex(kv.UsageError, "zero byte"):
+                    save(folder + "/x\0.csv")
+            self.assertEqual(list(Path(folder).iterdir()), [])
 
     def test_an_earlier_run_keeps_its_own(self):
         app, run = started(kv.scSurKaplanMeierProductLimit)

@@ -23,18 +23,6 @@ constexpr std::size_t lineWidth = 100;
 constexpr std::size_t longestName = 40; // bytes
 constexpr std::size_t longestLabel = 60;
 
-const char* kindName(VariableKind kind) {
-    switch (kind) {
-    case VariableKind::Text:
-        return "text";
-    case VariableKind::Date:
-        return "date";
-    case VariableKind::Number:
-        break;
-    }
-    return "number";
-}
-
 std::string valueText(const Variable& variable, double value) {
     const std::string date = variable.kind == VariableKind::Date ? isoDateText(value) : std::string{};
     return date.empty() ? numberText(value) : date;

@@ -140,15 +140,18 @@ public:
         for (std::size_t i = first_; i < columns_.size(); ++i) {
             variables[i].name = table_.names[i];
             variables[i].kind = kinds[i].kind;
-            if (variables[i].kind == VariableKind::Text) texts.push_back({i, columns_[i].data(), {}});
+            if (variables[i].kind == VariableKind::Text) texts.push_back({i, columns_[i].data(), {}, false});
             if (kinds[i].order) unpackDates(columns_[i].data(), *kinds[i].order);
         }
         CaseNames names;
         const bool named = table_.format.caseNames && !namesAreNumbers();
         const bool foreign = readTextColumns(table_, source_, threads_, texts, named ? &names : nullptr);
         if (headerFound_) noteHeader(table_.format, texts, layoutNotes_);
-        for (TextColumn& text : texts)
-            variables[text.column0].valueLabels = std::move(text.labels);
+        for (TextColumn& text : texts) {
+            Variable& variable = variables[text.column0];
+            variable.valueLabels = std::move(text.labels);
+            if (text.areTruths) variable.kind = VariableKind::Number;
+        }
         if (named) data.setCaseNames(std::move(names));
         noteSingleColumn(table_, tallies_[0], layoutNotes_);
         if (foreign || !std::all_of(table_.format.header.begin(), table_.format.header.end(), isUtf8))

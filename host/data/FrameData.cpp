@@ -7,7 +7,7 @@
 #include "host/data/DayNumber.h"
 #include "host/data/DelimitedTable.h"
 #include "host/data/NumberText.h"
-#include "host/data/TextColumns.h"
+#include "host/data/TextCodes.h"
 #include "host/data/VariableNames.h"
 
 #include <array>
@@ -17,7 +17,6 @@
 #include <limits>
 #include <new>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 
 namespace korvana {
@@ -235,7 +234,8 @@ void FrameData::addUnread(std::string name) {
 void FrameData::tallyTexts(Part& part) const {
     const std::size_t count = part.texts.texts.size();
     std::vector<std::int64_t> cases(count, 0);
-    std::vector<std::int64_t> first(count, 0);
+    std::vector<std::int64_t>& first = part.first;
+    first.assign(count, 0);
     std::int64_t line = 0;
     for (const std::int32_t place : part.texts.places) {
         ++line;
@@ -259,17 +259,15 @@ void FrameData::tallyTexts(Part& part) const {
 
 /// Gives the texts their codes and labels.
 void FrameData::code(Part& part, Variable& variable) const {
-    std::vector<std::string> known;
-    for (const std::string& text : part.texts.texts)
-        if (!isMissingText(text)) known.push_back(text);
-    variable.valueLabels = labelsOf(std::move(known));
-    std::unordered_map<std::string_view, double> codes;
-    for (const ValueLabel& label : variable.valueLabels)
-        codes.emplace(label.text, label.value);
-    for (std::size_t i = 0; i < part.values.size(); ++i) {
-        const auto found = codes.find(part.texts.texts[i]);
-        part.values[i] = found == codes.end() ? notANumber : found->second;
-    }
+    std::vector<SeenText> known;
+    for (std::size_t i = 0; i < part.texts.texts.size(); ++i)
+        if (const std::string& text = part.texts.texts[i]; !isMissingText(text))
+            known.push_back({text, part.first[i]});
+    const TextCodes codes(std::move(known));
+    variable.valueLabels = codes.labels();
+    if (codes.areTruths()) variable.kind = VariableKind::Number;
+    for (std::size_t i = 0; i < part.values.size(); ++i)
+        part.values[i] = codes.of(part.texts.texts[i]);
 }
 
 DataSet FrameData::finish() {

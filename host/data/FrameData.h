@@ -71,7 +71,8 @@ private:
         Column column{};
         FrameTexts texts{};
         ColumnTally tally{};
-        std::vector<double> values{}; ///< of the texts
+        std::vector<double> values{};      ///< of the texts
+        std::vector<std::int64_t> first{}; ///< the first line of each
         bool isText = false;
         bool isTruth = false;
     };

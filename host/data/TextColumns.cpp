@@ -1,11 +1,14 @@
 #include "host/data/TextColumns.h"
 
 #include "host/data/NumberText.h"
+#include "host/data/TextCodes.h"
 #include "host/data/TextEncoding.h"
 #include "host/data/Workers.h"
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstdint>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -46,19 +49,21 @@ class LocalTexts {
 public:
     /// @param check  is called with each new text and returns whether it is UTF-8
     template <typename Check>
-    std::size_t codeOf(std::string_view text, const Check& check) {
+    std::size_t codeOf(std::string_view text, std::size_t row, const Check& check) {
         if (!texts.empty() && text == texts[last_]) return last_;
         auto known = codes_.find(text);
         if (known == codes_.end()) {
             foreign = !check(text) || foreign;
             known = codes_.emplace(text, texts.size()).first;
             texts.push_back(known->first);
+            rows.push_back(static_cast<std::int64_t>(row));
         }
         return last_ = known->second;
     }
 
     std::vector<std::string_view> texts;
-    bool foreign = false; ///< some are not UTF-8
+    std::vector<std::int64_t> rows; ///< the first one of each: a thread takes its chunks in their order
+    bool foreign = false;           ///< some are not UTF-8
 
 private:
     struct Hash : std::hash<std::string_view> {
@@ -68,24 +73,21 @@ private:
     std::size_t last_ = 0;
 };
 
-/// Numbers the texts of all threads and gives, per thread, the final code of each of its own.
-std::vector<std::vector<double>> mergeTexts(const std::vector<const LocalTexts*>& parts,
-                                            std::vector<ValueLabel>& labels) {
-    std::vector<std::string> all;
+TextCodes codesOf(const std::vector<const LocalTexts*>& parts) {
+    std::vector<SeenText> seen;
     for (const LocalTexts* part : parts)
-        for (const std::string_view text : part->texts)
-            all.push_back(toUtf8(text));
-    labels = labelsOf(std::move(all));
-    std::unordered_map<std::string_view, double> codes;
-    for (const ValueLabel& label : labels)
-        codes.emplace(label.text, label.value);
-    std::vector<std::vector<double>> final(parts.size());
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-        final[i].reserve(parts[i]->texts.size());
-        for (const std::string_view text : parts[i]->texts) {
-            const auto known = codes.find(text);
-            final[i].push_back(known != codes.end() ? known->second : codes.at(toUtf8(text)));
-        }
+        for (std::size_t i = 0; i < part->texts.size(); ++i)
+            seen.push_back({toUtf8(part->texts[i]), part->rows[i]});
+    return TextCodes(std::move(seen));
+}
+
+/// The final codes of the texts of one thread.
+std::vector<double> codesOf(const LocalTexts& part, const TextCodes& codes) {
+    std::vector<double> final;
+    final.reserve(part.texts.size());
+    for (const std::string_view text : part.texts) {
+        const double code = codes.of(text);
+        final.push_back(std::isnan(code) ? codes.of(toUtf8(text)) : code);
     }
     return final;
 }
@@ -137,7 +139,7 @@ public:
                 const auto place = static_cast<std::size_t>(target - pass_.columns.data());
                 target->cells[row] = isMissingText(text)
                                          ? std::numeric_limits<double>::quiet_NaN()
-                                         : static_cast<double>(texts[place].codeOf(text, check));
+                                         : static_cast<double>(texts[place].codeOf(text, row, check));
             },
             [&] { ++row; });
         if (row != rowsEnd) pass_.source.refuseChanged();
@@ -190,32 +192,6 @@ CaseNames joined(std::vector<CaseNames> parts) {
 
 } // namespace
 
-std::vector<ValueLabel> labelsOf(std::vector<std::string> texts) {
-    struct Ranked {
-        bool isNumber;
-        double number;
-        std::string text;
-    };
-    std::vector<Ranked> ranked;
-    ranked.reserve(texts.size());
-    for (std::string& text : texts) {
-        const NumberText number = readNumber(text);
-        const bool isNumber = number.form == NumberForm::Finite;
-        ranked.push_back({isNumber, isNumber ? number.value : 0.0, std::move(text)});
-    }
-    std::sort(ranked.begin(), ranked.end(), [](const Ranked& a, const Ranked& b) {
-        if (a.isNumber != b.isNumber) return a.isNumber;
-        if (a.number != b.number) return a.number < b.number;
-        return a.text < b.text;
-    });
-    std::vector<ValueLabel> labels;
-    labels.reserve(ranked.size());
-    for (Ranked& each : ranked)
-        if (labels.empty() || labels.back().text != each.text)
-            labels.push_back({static_cast<double>(labels.size() + 1), std::move(each.text)});
-    return labels;
-}
-
 bool readTextColumns(const DelimitedTable& table, ByteSource& source, unsigned threads,
                      std::span<TextColumn> columns, CaseNames* names) {
     if (columns.empty() && names == nullptr) return false;
@@ -243,7 +219,12 @@ bool readTextColumns(const DelimitedTable& table, ByteSource& source, unsigned t
         std::vector<const LocalTexts*> texts;
         for (const TextWorker* reader : readers)
             texts.push_back(&reader->texts[place]);
-        const auto codes = mergeTexts(texts, columns[place].labels);
+        const TextCodes all = codesOf(texts);
+        columns[place].labels = all.labels();
+        columns[place].areTruths = all.areTruths();
+        std::vector<std::vector<double>> codes;
+        for (const LocalTexts* each : texts)
+            codes.push_back(codesOf(*each, all));
         forEachInOrder(chunks, threads, [&](std::size_t i) {
             const RowChunk& chunk = table.chunks[i];
             const std::vector<double>& own = codes[pass.readers[i]];

@@ -4,6 +4,18 @@
 
 namespace korvana {
 
+const char* kindName(VariableKind kind) {
+    switch (kind) {
+    case VariableKind::Text:
+        return "text";
+    case VariableKind::Date:
+        return "date";
+    case VariableKind::Number:
+        break;
+    }
+    return "number";
+}
+
 std::optional<std::string_view> Variable::labelOf(double value) const {
     // Text columns label 1..k in order: the common case needs no search.
     if (value >= 1 && value <= static_cast<double>(valueLabels.size())) {

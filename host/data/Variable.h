@@ -14,8 +14,12 @@ struct ValueLabel {
     std::string text; ///< UTF-8
 };
 
-/// Number: plain values. Text: codes 1..k whose texts are the value labels. Date: Julian day numbers.
+/// Number: plain values, also truth values with labels. Text: codes 1..k whose texts are the value labels.
+/// Date: Julian day numbers.
 enum class VariableKind { Number, Text, Date };
+
+/// "number", "text" or "date"
+const char* kindName(VariableKind kind);
 
 /// What is known about a variable, without its cells.
 struct Variable {

@@ -20,15 +20,7 @@ QString readerText(std::string_view utf8) {
 }
 
 QString kindName(VariableKind kind) {
-    switch (kind) {
-    case VariableKind::Text:
-        return QStringLiteral("text");
-    case VariableKind::Date:
-        return QStringLiteral("date");
-    case VariableKind::Number:
-        break;
-    }
-    return QStringLiteral("number");
+    return QLatin1String(korvana::kindName(kind));
 }
 
 QString valueText(const Variable& variable, double value, bool label) {

@@ -86,18 +86,6 @@ void setMissing(Data& data, const std::string& name, const py::object& code) {
     data.active.describe(place, variable.label, value, variable.valueLabels);
 }
 
-const char* kindName(VariableKind kind) {
-    switch (kind) {
-    case VariableKind::Text:
-        return "text";
-    case VariableKind::Date:
-        return "date";
-    case VariableKind::Number:
-        break;
-    }
-    return "number";
-}
-
 py::list variables(Data& data) {
     const Use use(*data.gate);
     py::list all;

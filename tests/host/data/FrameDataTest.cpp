@@ -43,7 +43,10 @@ void expectAsInFile(const std::vector<std::string>& cells, const ReadSettings& r
         try {
             DataSet data = make();
             if (data.variableCount() == 2) data.removeVariable(1, "variable 'w'");
-            return dump(data) + (data.notes().empty() ? "" : "\nwith a note");
+            std::string codes; // which dump() hides behind the labels
+            for (const double cell : data.column(0))
+                codes += std::isnan(cell) ? " -" : " " + numberText(cell);
+            return dump(data) + codes + (data.notes().empty() ? "" : "\nwith a note");
         } catch (const DataError& error) {
             const std::string text = error.what();
             return "refused: " + text.substr(text.find("variable"));
@@ -71,6 +74,9 @@ TEST(FrameData, TextsBecomeWhatAFileWithThemBecomes) {
     expectAsInFile({"1", "inf"});
     expectAsInFile({"Gr\xC3\xBCn", "one\r\ntwo", "x"});
     expectAsInFile({"", "", ""});
+    expectAsInFile({"True", "False", "", "TRUE", "false"});
+    expectAsInFile({"FALSE", "FALSE"});
+    expectAsInFile({"True", "False", "maybe"});
 }
 
 TEST(FrameData, RefusesTheSameTextsAsAFile) {
@@ -146,6 +152,14 @@ TEST(FrameData, TruthValuesAreZeroAndOneWithLabels) {
     const DataSet data = frame.finish();
     EXPECT_EQ(dump(data), "dead N: True False True");
     EXPECT_EQ(data.column(0)[0], 1);
+
+    // So are these words, as categories as well, whatever the order of the categories.
+    FrameData words("frame", 4);
+    words.addTexts("dead", {{2, 0, -1, 1}, {"true", "False", "TRUE", "unused"}});
+    const DataSet named = words.finish();
+    EXPECT_EQ(dump(named), "dead N: TRUE TRUE - False") << "the spelling that comes first";
+    EXPECT_EQ(named.column(0)[0], 1);
+    EXPECT_EQ(named.column(0)[3], 0);
 }
 
 TEST(FrameData, DatesCountWholeDays) {

@@ -125,6 +125,33 @@ TEST(ReadText, CodesFollowTheOrderOfTexts) {
     EXPECT_EQ(codes(1), (std::vector<double>{3, 2, 4, 1})) << "numbers by value, then texts";
 }
 
+/// The code of each cell, - where it is missing, then the labels.
+std::string codesAndLabels(const DataSet& data) {
+    std::string text = data.variable(0).kind == VariableKind::Number ? "N" : "T";
+    for (const double cell : data.column(0))
+        text += std::isnan(cell) ? " -" : " " + numberText(cell);
+    for (const ValueLabel& label : data.variable(0).valueLabels)
+        text += ", " + numberText(label.value) + " " + label.text;
+    return text;
+}
+
+TEST(ReadText, TruthValuesAreZeroAndOne) {
+    for (const auto& [cells, expected] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"True\nFalse\nNA\nTrue\n", "N 1 0 - 1, 0 False, 1 True"},
+             {"TRUE\nfalse\ntrue\nFALSE\nTrue\n", "N 1 0 1 0 1, 0 false, 1 TRUE"}, // as they come first
+             {"\"true\"\n true \n.\n", "N 1 1 -, 1 true"},
+             {"False\n", "N 0, 0 False"},
+             {"True\nFalse\nx\n", "T 2 1 3, 1 False, 2 True, 3 x"}, // nothing else may be among them
+             {"True\n1\n", "T 2 1, 1 1, 2 True"},
+             {"T\nF\n", "T 2 1, 1 F, 2 T"},
+             {"truer\ntrue\n", "T 2 1, 1 true, 2 truer"}}) {
+        const std::string file = std::string("flag\n") + cells;
+        EXPECT_EQ(codesAndLabels(readText(file)), expected);
+        for (const std::size_t chunk : {1U, 9U}) // whichever thread is faster
+            EXPECT_EQ(codesAndLabels(readTuned(file, {2, chunk})), expected) << chunk;
+    }
+}
+
 struct Noted {
     std::string text;
     std::string note;

@@ -243,13 +243,16 @@ private:
         operandDue_ = false;
         if (level.function == nullptr) return builder_.close(nullptr, 1);
         const int fewest = level.function->fewest;
-        if (level.arguments >= fewest && level.arguments <= level.function->most)
+        const int most = level.function->most;
+        if (level.arguments >= fewest && level.arguments <= most)
             return builder_.close(level.function->operation, level.arguments);
+        const bool tooMany = most > fewest && level.arguments > most;
+        const int told = tooMany ? most : fewest;
         fail(level.position, std::string(level.function->name)
-                                 .append("( ) takes ")
-                                 .append(std::to_string(fewest))
-                                 .append(fewest == 1 ? " argument" : " arguments")
-                                 .append(level.function->most > fewest ? " or more" : ""));
+                                 .append(tooMany ? "( ) takes at most " : "( ) takes ")
+                                 .append(std::to_string(told))
+                                 .append(told == 1 ? " argument" : " arguments")
+                                 .append(most > fewest && !tooMany ? " or more" : ""));
     }
 
     /// Takes the variable, input or constant with this name; returns its place among the references (0 for a

@@ -34,7 +34,10 @@ void writeCells(const Spreadsheet& sheet, std::size_t row, JsonText& json) {
             json.number(cell.integer);
             break;
         case Spreadsheet::Cell::Kind::Text:
-            json.string(cell.text);
+            if (cell.text.empty())
+                json.raw("null"); // an empty cell, whatever its column holds
+            else
+                json.string(cell.text);
             break;
         case Spreadsheet::Cell::Kind::Empty:
             json.raw("null");

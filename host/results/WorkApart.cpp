@@ -50,8 +50,10 @@ private:
 };
 
 /// Resets the program's signal handlers, as this process has no files to tidy up and nothing to report; its
-/// end should not show on the terminal or leave a core file either.
-void becomeWorker() {
+/// end should not show on the terminal or leave a core file either. Returns the pipe, which in a program
+/// without standard files may have the number of one.
+int becomeWorker(int pipe) {
+    pipe = ::fcntl(pipe, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     for (int signal = 1; signal < NSIG; ++signal)
         std::signal(signal, SIG_DFL); // fails for those that cannot be caught
     std::signal(SIGXFSZ, SIG_IGN);    // an error of the write
@@ -61,6 +63,7 @@ void becomeWorker() {
     const int nowhere = ::open("/dev/null", O_RDWR);
     for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         ::dup2(nowhere, standard);
+    return pipe;
 }
 
 bool sendAll(int pipe, const char* data, std::size_t size) {
@@ -187,9 +190,9 @@ std::optional<Answer> workApart(const Work& work, const std::function<Answer()>&
         reason = errno;
         if (process == 0) {
             ::close(pipe[0]);
-            becomeWorker();
+            const int answers = becomeWorker(pipe[1]);
             blocked.reset();
-            workAndSend(work, answer, pipe[1]);
+            workAndSend(work, answer, answers);
         }
     }
     ::close(pipe[1]);

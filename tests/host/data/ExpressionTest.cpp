@@ -321,6 +321,14 @@ TEST(Expression, FaultsAreExplainedWhereTheyStand) {
         wide += " + 1";
     EXPECT_EQ(Expression(wide, data).evaluate(std::vector<double>{1}), 5001) << "a long one is no deep one";
     EXPECT_THROW(Expression(tooDeep, data), ExpressionError);
+    std::string many = "max(1";
+    for (int arguments = 1; arguments < 1000; ++arguments)
+        many += ",1";
+    EXPECT_EQ(Expression(many + ")", data).evaluate({}), 1);
+    EXPECT_NE(refusalOf<ExpressionError>([&] {
+                  const Expression of(many + ",1)", data);
+              }).find("max( ) takes at most 1000 arguments"),
+              std::string::npos);
     for (const Faulty& each : table) {
         try {
             const Expression expression(each.text, data);

@@ -151,6 +151,20 @@ TEST(JsonWriter, HoldsTheWholeBook) {
     EXPECT_EQ(chart["series"][3]["x"], nlohmann::json({3, 6}));
 }
 
+TEST(JsonWriter, EmptyCellsOfAnyKindAreNull) {
+    ResultsBook book;
+    Spreadsheet& sheet = book.append(Spreadsheet{});
+    sheet.columns.push_back({"texts", "", {}, std::vector<std::string>{"", "-"}});
+    sheet.columns.push_back({"words", "", {}, Spreadsheet::Dictionary{{1, 0}, {"+", ""}}});
+    sheet.columns.push_back({"numbers", "", {}, std::vector<double>{NAN, 2}});
+    sheet.columns.push_back({"short", "", {}, std::vector<std::int32_t>{}});
+    std::ostringstream out;
+    writeJson(book, out);
+    const nlohmann::json rows = nlohmann::json::parse(out.str())["spreadsheets"][0]["rows"];
+    EXPECT_EQ(rows[0]["cells"], nlohmann::json({nullptr, nullptr, nullptr, nullptr}));
+    EXPECT_EQ(rows[1]["cells"], nlohmann::json({"-", "+", 2.0, nullptr}));
+}
+
 TEST(CsvWriter, QuotesAndNamesColumns) {
     Spreadsheet sheet = smallSheet();
     sheet.columns.push_back({"Survival", "Time", {}, std::vector<double>{1, 2, 3}});

@@ -1,9 +1,11 @@
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <new>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 #include "host/results/ChartDrawing.h"
 #include "host/results/WorkApart.h"
@@ -41,6 +43,19 @@ TEST(WorkApart, WhateverItsEndThereIsAnAnswer) {
               }).error,
               "drawing was stopped");
     std::signal(SIGTERM, before);
+}
+
+/// Of a service, say: then files and pipes get the numbers of standard files.
+TEST(WorkApart, NeedsNoStandardFiles) {
+    const auto withoutThem = [](const std::vector<int>& closed) {
+        for (const int standard : closed)
+            ::close(standard);
+        const std::string large(std::size_t{1} << 20U, 'x');
+        const auto answer = workApart({"drawing", noMemoryToDraw, {}}, [&] { return Answer{large, ""}; });
+        std::_Exit(answer && answer->bytes == large ? 0 : 1);
+    };
+    for (const auto& closed : std::vector<std::vector<int>>{{0}, {2}, {0, 1}, {1, 2}, {0, 1, 2}})
+        EXPECT_EXIT(withoutThem(closed), ::testing::ExitedWithCode(0), "");
 }
 
 } // namespace

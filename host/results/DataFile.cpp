@@ -19,7 +19,7 @@ void refuseDataFile(const std::filesystem::path& target, const ResultsBook& book
         const auto& origin = ResultsBook::originOf(output);
         const RunOrigin* const run = origin != nullptr ? origin->run.get() : nullptr;
         if (run == nullptr || run == before) continue;
-        refuseDataFile(target, std::filesystem::path{run->data.file});
+        refuseDataFile(target, std::filesystem::path{run->data.where()});
         before = run;
     }
 }

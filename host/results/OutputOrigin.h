@@ -15,6 +15,7 @@ namespace korvana {
 /// Which cases of which data took part, and how. Equal states mean that an analysis reads the same.
 struct DataState {
     std::string file;     ///< path as the user named it; empty without data
+    std::string place{};  ///< absolute path of that file, whatever the working folder is now; may be empty
     int generation = 0;   ///< counts the data sets opened
     int descriptions = 0; ///< counts the changes to labels and missing codes since
     int cases = 0;
@@ -22,6 +23,9 @@ struct DataState {
     std::string condition;      ///< empty: all cases
     std::string weightVariable; ///< empty: weighting off
     bool operator==(const DataState&) const = default;
+
+    /// The path to look at.
+    [[nodiscard]] const std::string& where() const { return place.empty() ? file : place; }
 };
 
 /// One property of a dialog, with the value that it had.

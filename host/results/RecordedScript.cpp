@@ -188,7 +188,7 @@ void Script::describe(const RunOrigin& run, int after) {
 void Script::data(const RunOrigin& run) {
     std::error_code error;
     const std::filesystem::path given = run.data.file;
-    const std::filesystem::path file = std::filesystem::absolute(given, error).lexically_normal();
+    const std::filesystem::path file = std::filesystem::absolute(run.data.where(), error).lexically_normal();
     if (!error && canBeOpenedAgain(file)) {
         line("DATA = " + pythonText(file.string()) +
              (file != given ? "  # given as " + pythonText(given.string()) : ""));

@@ -68,7 +68,7 @@ void writeOutput(const ResultsBook& book, std::size_t place, const Chart* chart,
                  const std::filesystem::path& target) {
     const ResultsBook::Output& output = book.outputs.at(place);
     if (const auto& origin = ResultsBook::originOf(output); origin != nullptr && origin->run != nullptr)
-        refuseDataFile(target, std::filesystem::path{origin->run->data.file});
+        refuseDataFile(target, std::filesystem::path{origin->run->data.where()});
     const auto* sheet = std::get_if<Spreadsheet>(&output);
     if (chart == nullptr) chart = std::get_if<Chart>(&output);
     const auto refuse = [&target] {

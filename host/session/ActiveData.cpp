@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace korvana {
@@ -23,6 +25,9 @@ void ActiveData::open(DataSet data) {
     for (int i = 0; i < data.variableCount(); ++i)
         columns.push_back({data.column(i).data(), data.variable(i).missingCode});
     data_ = std::move(data);
+    std::error_code error;
+    const std::filesystem::path file{data_.path()};
+    place_ = std::filesystem::exists(file, error) ? std::filesystem::absolute(file, error).string() : "";
     columns_ = std::move(columns);
     selection_ = {};
     condition_.clear();
@@ -104,6 +109,7 @@ void ActiveData::describe(int variable0, std::string label, double missingCode,
 DataState ActiveData::state() const {
     DataState state;
     state.file = data_.path();
+    state.place = place_;
     state.generation = generation_;
     state.descriptions = descriptions_;
     state.cases = data_.caseCount();

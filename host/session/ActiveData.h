@@ -92,6 +92,7 @@ private:
     void keepChange(Description change);
 
     DataSet data_{std::string{}, 0};
+    std::string place_; ///< of the file when it was opened
     std::vector<Cells> columns_;
     CaseSelection selection_;
     std::string condition_;

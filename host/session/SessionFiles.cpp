@@ -98,7 +98,7 @@ std::optional<InitFile> SessionFiles::fileAt(const std::string& path) const {
 }
 
 bool SessionFiles::edit(const std::string& path, const std::function<bool(InitFile&)>& change) try {
-    requireInitTarget(path, parts_.data.dataSet().path());
+    requireInitTarget(path, parts_.data.state().where());
     std::error_code error;
     std::optional<InitFile> file = std::filesystem::exists(path, error) ? InitFile::read(path) : InitFile{};
     if (!file) throwCannotWrite(path, "the file there cannot be read");

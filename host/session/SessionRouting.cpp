@@ -139,7 +139,7 @@ void SessionRouting::Put(const ozm::CAnalysisDialog& dialog, std::string_view me
     } else if (member == "ResultsCodes") {
         route.part.codes = codesOf(value);
     } else if (member == "ResultsSaveFileName") {
-        route.file = fileOf(value, parts_.data.state().file);
+        route.file = fileOf(value, parts_.data.state().where());
         route.saved = {};
     } else if (member == "ResultsValues") {
         route.part.rounded = isSecond(numberWords, value);

@@ -1,6 +1,17 @@
+#include "host/data/ReadData.h"
+#include "host/results/DataFile.h"
 #include "host/results/OriginText.h"
+#include "host/results/RecordedScript.h"
 #include "support/dialogs/ControlText.h"
 #include "tests/host/session/TinyAnalysis.h"
+#include "tests/support/Refusal.h"
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -136,6 +147,31 @@ TEST_F(OriginTest, ADialogChangesItsForm) {
     call("Cancel");
     specify(1);
     EXPECT_TRUE(session.book().messages.empty()) << "the form was not changed again";
+}
+
+/// A notebook changes the working folder as it likes; the data file that was named in the one before is the
+/// same file still.
+TEST(DataStateTest, KnowsItsFileInWhateverFolderTheProgramWorks) {
+    namespace fs = std::filesystem;
+    const fs::path before = fs::current_path();
+    const fs::path folder = fs::temp_directory_path() / ("korvana-origin-" + std::to_string(getpid()));
+    fs::create_directories(folder);
+    fs::current_path(folder);
+    std::ofstream("data.csv") << "x,y\n1,2\n3,4\n";
+    auto run = std::make_shared<RunOrigin>();
+    ActiveData active;
+    active.open(readData("data.csv"));
+    run->data = active.state();
+    fs::current_path(before);
+
+    const std::string file = (folder / "data.csv").string();
+    EXPECT_EQ(run->data.file, "data.csv") << "as it was named";
+    EXPECT_NE(test::refusalOf<std::runtime_error>([&] { refuseDataFile(file, run->data.where()); }), "");
+    EXPECT_NE(recordedScript({}, {}, run).find("DATA = \"" + file + "\"  # given as \"data.csv\""),
+              std::string::npos);
+    active.open(tiny::DataOf({{1, 2}}));
+    EXPECT_EQ(active.state().where(), "folder/tiny.csv") << "one that is not there";
+    fs::remove_all(folder);
 }
 
 TEST(OriginLine, BeginsWithTheDialogThatNamedTheVariables) {

@@ -124,9 +124,9 @@ QVariant CaseTableModel::columnHeader(int column, int role) const {
     case Qt::DisplayRole:
         return shown(variable.name);
     case Qt::ToolTipRole: {
-        QString text =
-            tr("%1 (variable %2, %3)")
-                .arg(shown(variable.name), QString::number(variable0 + 1), kindName(variable.kind));
+        QString text = tr("%1 (variable %2, %3)")
+                           .arg(shown(variable.name), QString::number(variable0 + 1),
+                                QLatin1String(kindName(variable.kind)));
         if (!variable.label.empty()) text += QLatin1Char('\n') + shown(variable.label);
         if (data_->weightVariable() == variable0 + 1) text += QLatin1Char('\n') + tr("weights the cases");
         return text;

@@ -19,10 +19,6 @@ QString readerText(std::string_view utf8) {
     return inCommandsOfTheWindow(shown(utf8));
 }
 
-QString kindName(VariableKind kind) {
-    return QLatin1String(korvana::kindName(kind));
-}
-
 QString valueText(const Variable& variable, double value, bool label) {
     if (std::isnan(value)) return {};
     if (label) {

@@ -17,9 +17,6 @@ QString shown(std::string_view utf8);
 /// A message of a reader about a file, naming the menu's command in place of command-line options.
 QString readerText(std::string_view utf8);
 
-/// "number", "text", "date".
-QString kindName(VariableKind kind);
-
 /// A value as its label, else as a date for a date variable, else as a number; empty for NaN.
 /// @param label  false: the code
 QString valueText(const Variable& variable, double value, bool label);

@@ -74,7 +74,7 @@ QString VariableTableModel::text(int variable0, int column) const {
     case Label:
         return shown(variable.label);
     case Kind:
-        return kindName(variable.kind);
+        return QLatin1String(kindName(variable.kind));
     case MissingCode:
         return valueText(variable, variable.missingCode, variable.kind == VariableKind::Text);
     case ValueLabels:

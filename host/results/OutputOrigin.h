@@ -61,10 +61,12 @@ struct DialogSettings {
     std::string title; ///< as the dialog shows it
     int number = 0;    ///< of its template; forms of one dialog share it
     std::vector<Setting> settings;
-    std::vector<Setting> asked; ///< the same when its button was pressed: what is done then may change them
-    std::vector<bool> answers;  ///< to yes/no questions from then on until the next dialog was accepted
-    bool onTheWay = false;      ///< a script meets it while the OK of the one before is not done
-    std::string askedBy{};      ///< the setting of the one before that opens it, if there is one
+    /// The same when its button was pressed, also of controls that were greyed out: what is done then may
+    /// change them.
+    std::vector<Setting> asked;
+    std::vector<bool> answers; ///< to yes/no questions from then on until the next dialog was accepted
+    bool onTheWay = false;     ///< a script meets it while the OK of the one before is not done
+    std::string askedBy{};     ///< the setting of the one before that opens it, if there is one
 };
 
 /// A missing code that held for a variable.

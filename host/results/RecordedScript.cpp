@@ -316,6 +316,15 @@ void Script::run(const Recorded& recorded, bool keepsOpen) {
     line("run.close()");
 }
 
+/// Whether two runs open the same data in the same way; each may have read them for itself.
+bool usesTheSame(const RunOrigin& one, const RunOrigin& other) {
+    std::string first;
+    std::string second;
+    Script(first).data(one);
+    Script(second).data(other);
+    return first == second;
+}
+
 } // namespace
 
 std::string recordedScript(const ResultsBook& book, const std::vector<std::size_t>& without,
@@ -333,11 +342,17 @@ std::string recordedScript(const ResultsBook& book, const std::vector<std::size_
         return text;
     }
     script.line("import korvana as kv").line();
-    script.data(*runs.front().run);
+    const RunOrigin* of = nullptr;
     const bool several = runs.size() > 1;
-    if (several) script.line().line("books = []");
-    for (const Recorded& recorded : runs)
+    if (several) script.line("books = []").line();
+    for (const Recorded& recorded : runs) {
+        if (of == nullptr || !usesTheSame(*of, *recorded.run)) {
+            if (of != nullptr) script.line();
+            script.data(*recorded.run);
+        }
+        of = recorded.run.get();
         script.run(recorded, !several);
+    }
     script.line();
     script.line(several ? "results = kv.joined_results(books)" : "results = run.results");
     script.line("if len(sys.argv) > 1:");

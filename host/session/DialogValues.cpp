@@ -116,7 +116,7 @@ bool asks(const ozm::CAnalysisDialog& dialog, std::string_view member) {
 
 } // namespace
 
-DialogSettings settingsOf(const ozm::CAnalysisDialog& dialog, const DataSet& data) {
+DialogSettings settingsOf(const ozm::CAnalysisDialog& dialog, const DataSet& data, Greyed greyed) {
     DialogSettings all;
     all.title = dialog.Template().title;
     all.number = dialog.Template().number;
@@ -129,7 +129,11 @@ DialogSettings settingsOf(const ozm::CAnalysisDialog& dialog, const DataSet& dat
     for (const ozm::AutomationMember& member : interface->members) {
         if (member.kind != ozm::MemberKind::Property) continue;
         const ozm::ControlTemplate* control = dialog.Template().Find(member.control);
-        if (control == nullptr || !dialog.IsEnabled(control->id)) continue; // greyed out, it says nothing
+        if (control == nullptr) continue;
+        // The value of one that is greyed out may be none that could be set.
+        if (!dialog.IsEnabled(control->id) &&
+            (greyed == Greyed::LeftOut || !dialog.Fits(*control, dialog.Value(control->id)).done))
+            continue;
         all.settings.push_back({std::string{member.name}, labelOf(dialog, member, *control),
                                 reading.value(member, *control), member.choice != 0,
                                 asks(dialog, member.name)});

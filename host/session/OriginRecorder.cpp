@@ -53,7 +53,7 @@ std::shared_ptr<RunOrigin> OriginRecorder::runWith(const ozm::CAnalysisDialog& d
                                         return earlier.number == settings.number;
                                     }),
                        run->dialogs.end());
-    settings.asked = settings.settings;
+    settings.asked = settingsOf(dialog, data_.dataSet(), Greyed::Taken).settings;
     run->dialogs.push_back(std::move(settings));
     return run;
 }
@@ -82,7 +82,7 @@ void OriginRecorder::accepted(const ozm::CAnalysisDialog& dialog) {
     run->data = pressed_ != nullptr ? stateAtPress_ : data_.state();
     run->weightGiven = pressed_ != nullptr ? weightAtPress_ : run->data.weightVariable;
     if (pressed_ != nullptr) {
-        run->dialogs.back().asked = pressed_->settings;
+        run->dialogs.back().asked = askedAtPress_;
         run->dialogs.back().answers = pressed_->answers;
     }
     run->missingCodes = missingCodes(data_, run->dialogs);
@@ -114,6 +114,7 @@ void OriginRecorder::CommandBegins(ozm::CAnalysisDialog& dialog, int control) {
     origin->made = std::chrono::system_clock::now();
     origin->run = run_;
     origin->settings = settingsOf(dialog, data_.dataSet()).settings;
+    askedAtPress_ = settingsOf(dialog, data_.dataSet(), Greyed::Taken).settings;
     pressed_ = std::move(origin);
     stateAtPress_ = data_.state();
     weightAtPress_ = stateAtPress_.weightVariable;

@@ -47,6 +47,7 @@ private:
     const ActiveData& data_;
     DataState stateAtPress_;
     std::string weightAtPress_;
+    std::vector<Setting> askedAtPress_;
     std::vector<std::string> remarks_;      ///< since a button was pressed
     std::shared_ptr<OutputOrigin> pressed_; ///< nullptr while no command runs
     std::shared_ptr<const RunOrigin> run_;

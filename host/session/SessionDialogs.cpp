@@ -42,7 +42,7 @@ public:
 
 private:
     void CommandBegins(ozm::CAnalysisDialog& dialog, int /*control*/) override {
-        settings_ = settingsOf(dialog, data_).settings;
+        settings_ = settingsOf(dialog, data_, Greyed::Taken).settings;
     }
 
     ozm::CAnalysisDialog& dialog_;

@@ -148,6 +148,8 @@ int CSurvival::RegEst(CAnalysisSupport& analysis) {
     RegressionState& regression = state.regression;
     bool estimated = regression.results.held;
     if (!estimated && analysis.IsOleAutomation() && !regression.settings.estimationAsked) {
+        // Not those of an earlier run, which no dialog shows.
+        regression.settings.UseDefaultEstimation();
         estimated = EstimateRegression(analysis, regression, nullptr);
     } else if (!estimated) {
         RegEstDlg dialog(analysis,

@@ -50,6 +50,7 @@ void SurvivalState::Reset(CAnalysisSupport& host) {
     UnsetCodes();
     shared.owner = &host;
     lifeTables = {};
+    kaplan.settings = {};
     regression = {};
     shared.reportTitle = Text(StrReportTitle);
     shared.reportTitleLower = shared.reportTitle;

@@ -37,6 +37,14 @@ struct RegressionSettings {
     bool substituteMeans = false;     ///< for missing covariates; else their cases are left out
     /// A script itself asked for the dialog of the estimation.
     bool estimationAsked = false;
+
+    /// What an estimation begins with where nobody says otherwise.
+    void UseDefaultEstimation() {
+        const RegressionSettings defaults;
+        convergenceCriterion = defaults.convergenceCriterion;
+        maximumIterations = defaults.maximumIterations;
+        startValues.clear();
+    }
 };
 
 /// What the results dialog edits.

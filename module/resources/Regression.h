@@ -171,6 +171,6 @@ inline constexpr DialogTemplate estimationSpecificationTemplate{3051, "Regressio
 /// The same members as far as the dialog has their controls; the type library lists the one above.
 inline constexpr AutomationInterface estimationSpecificationInterface{
     "SurRegressionEstimation", "CRegSpecDlg", "Survival Analysis regression estimation dialog",
-    std::span{estimationMembers}.first(2)};
+    std::span{estimationMembers}.first(2), nonDefaultEstimation};
 
 } // namespace ozm::survival

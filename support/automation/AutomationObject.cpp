@@ -254,6 +254,8 @@ AutomationResult AutomationObject::Call(std::string_view name) {
     return Accessor(*dialog_, {}, name, [&](const AutomationMember& member, AutomationResult& result) {
         if (member.kind != MemberKind::Action)
             Refuse("'" + std::string{name} + "' is a property: get or put it");
+        if (dialog_->IsOpen() && dialog_->Template().Find(member.control) == nullptr)
+            Refuse("this dialog has no button '" + std::string{name} + "'");
         const DialogResult outcome = dialog_->Press(member.control);
         Require(outcome);
         result.value = outcome.succeeded;

@@ -77,6 +77,8 @@ public:
     /// changes nothing. A disabled control takes values, so that scripts may set a dialog's values in any
     /// order.
     DialogResult PutValue(int control, ControlValue value);
+    /// Whether `PutValue` would take the value, with the reason if not.
+    DialogResult Fits(const ControlTemplate& control, const ControlValue& value) const;
     /// The most decimals that a control shows a number with: set by the template, or by the dialog from the
     /// number.
     [[nodiscard]] virtual int Decimals(const ControlTemplate& control, double /*number*/) const {
@@ -143,7 +145,6 @@ private:
     DialogResult
     Guarded(const Action& action); // not std::function, which may allocate when memory has run out
     void TellNoMemory() noexcept;
-    DialogResult Fits(const ControlTemplate& control, const ControlValue& value) const;
     DialogResult PositionFits(const ControlTemplate& control, int position) const;
     /// Whether the dialog is open and has the control, with the reason if not.
     DialogResult Usable(int control, std::string_view kind) const;

@@ -103,17 +103,18 @@ PyObject* object(void* kept) {
 } // namespace
 
 Interrupts::~Interrupts() {
+    stopTicking();
     Py_XDECREF(object(type_));
     Py_XDECREF(object(value_));
     Py_XDECREF(object(trace_));
 }
 
 void Interrupts::computationStarted(unsigned /*units*/) {
-    ticking_ = true;
+    if (std::exchange(ticking_, true)) return;
     if (Ticker* const ticker = Ticker::ofProcess()) ticker->set(&stops_);
 }
 
-void Interrupts::computationEnded() {
+void Interrupts::stopTicking() {
     if (!std::exchange(ticking_, false)) return;
     if (Ticker* const ticker = Ticker::ofProcess()) ticker->set(nullptr);
 }
@@ -145,7 +146,7 @@ bool Interrupts::raisePending() {
 }
 
 void Interrupts::reset() {
-    computationEnded(); // of which an exception has kept the end
+    stopTicking();
     stops_.clear(StopSignals::External);
     stops_.clear(StopSignals::Display);
     stops_.clear(StopSignals::Events);

@@ -21,8 +21,9 @@ public:
     Interrupts(const Interrupts&) = delete;
     Interrupts& operator=(const Interrupts&) = delete;
 
+    /// From here on, to `reset`, signals are looked for: what follows the part that shows its progress, such
+    /// as sorting or drawing, may take longer than it.
     void computationStarted(unsigned units) override;
-    void computationEnded() override;
     void processEvents() override;
 
     /// Keeps the Python exception that was just raised, unless one is kept already, and stops the
@@ -35,6 +36,8 @@ public:
     void reset();
 
 private:
+    void stopTicking();
+
     StopSignals& stops_;
     bool ticking_ = false;
     // As PyErr_Fetch gives them (PyObject); opaque here.

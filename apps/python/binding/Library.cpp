@@ -49,6 +49,7 @@ py::dict interfaceTable(const ozm::AutomationInterface& one) {
     table["name"] = text(one.name);
     table["dialog"] = text(one.dialogClass);
     table["help"] = text(one.help);
+    table["asked_by"] = text(one.askedBy);
     table["members"] = members;
     return table;
 }

@@ -17,8 +17,19 @@ One analysis is one call, too: kv.kaplan_meier("trial.csv", time="time", censor=
 Dialogs are those of the analysis: dir(run.dialog) names the members of the open one, help(run.dialog) explains them.
 """
 import atexit as _atexit
+import glob as _glob
+import os as _os
+import sys as _sys
 
-from korvana import _korvana
+try:
+    from korvana import _korvana
+except ImportError as error:
+    if error.name not in ("korvana", "korvana._korvana"):
+        raise
+    _built = [_os.path.basename(name) for name in _glob.glob(_os.path.join(_os.path.dirname(__file__), "_korvana.*.so"))]
+    raise ImportError(f"this korvana is for another Python than this one ({_sys.executable}, {_sys.version.split()[0]}): "
+                      f"it has {', '.join(_built) or 'no extension'}; install it for this Python, or use the one that "
+                      "it was built for", name="korvana") from None
 from korvana._analysis import Analysis, Dialog
 from korvana._application import Application, Variable
 from korvana._errors import AnalysisError, AnalysisWarning, AutomationError, Busy, DataError, Error, UsageError

@@ -231,6 +231,8 @@ class Analysis:
         file, self.file = self.file, None
         path = None if file is None else path_bytes(file)
         self._denied = None
+        if name == "OK" and self.modal:
+            self._ask_for_modal(handle)
         done, value, error, detail, *rest = self._run.call(handle, name, self, path)
         if not done:
             raise AutomationError(error, detail)
@@ -239,9 +241,17 @@ class Analysis:
         value = value and not back
         if not value or not self.active:
             self._refuse(said, self._denied)
-        if not outputs:
+        if not outputs or name == "OK":  # a dialog on the way may have made some
             return value
         return wrap(outputs[0]) if len(outputs) == 1 else Results(self._run.book(), outputs)
+
+    def _ask_for_modal(self, handle):
+        """What is to be set in a dialog on the way asks for that dialog, unless it is switched off."""
+        interface = dialogs.get(handle.interface, Dialog)._interface
+        for member in library.asking & interface.members.keys():
+            done, value, *_ = self._run.get(handle, member)
+            if done and value:
+                self._run.put(handle, member, True, self)
 
     def _is_back(self, handle):
         """Whether the analysis left a dialog and has opened it again, as it does when an estimation fails that begins

@@ -24,6 +24,7 @@ class Interface:
         self.name = table["name"]
         self.dialog = table["dialog"]
         self.help = table["help"]
+        self.asked_by = table["asked_by"]
         self.own = [Member(*member) for member in table["members"]]
         self.members = {member.name: member for member in [*base, *self.own]}
 
@@ -41,6 +42,8 @@ class Library:
         self.analysis = table["analysis"]
         self.base = Interface(table["base"])
         self.interfaces = {each["name"]: Interface(each, self.base.own) for each in table["interfaces"]}
+        # Members that, once they are put, open a dialog within the OK of theirs.
+        self.asking = {each.asked_by for each in self.interfaces.values()} - {""}
         self.enumerations = dict(table["enumerations"])
         self.constants = {name: number for members in self.enumerations.values()
                           for number, name in enumerate(members, 1)}

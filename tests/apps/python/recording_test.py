@@ -1,6 +1,7 @@
 """Runs made from Python are recorded, and scripts run by the program end as they do."""
 import os
 import pathlib
+import shutil
 import signal
 import subprocess
 import tempfile
@@ -60,6 +61,94 @@ class Recording(unittest.TestCase):
         app.close()
         with self.assertRaises(kv.Error):
             app.describe("status", label="x")
+
+    def expect_again(self, run_):
+        """The script of a run makes the same tables."""
+        script = self.folder / "script.py"
+        run_.record(script)
+        for kind in ("first", "again"):
+            shutil.rmtree(self.folder / kind, ignore_errors=True)
+        run_.results.save(self.folder / "first", "csv")
+        again = run(script, self.folder / "again")
+        self.assertEqual(again.returncode, 0, script.read_text() + again.stderr)
+        tables = list((self.folder / "first").glob("*.csv"))
+        self.assertTrue(tables)
+        for table in tables:
+            self.assertEqual(table.read_bytes(), (self.folder / "again" / table.name).read_bytes(), script.read_text())
+
+    def test_settings_that_cannot_be_seen_are_kept(self):
+        # A step that gives too many intervals: the analysis goes back to their number, which is greyed out.
+        app, run_ = started(kv.scSurLifeTablesAndDistributions, "veteran.csv")
+        dialog = run_.dialog
+        dialog.Variables = [["time"], ["status"]]
+        dialog.CodeForCompleteResponses, dialog.CodeForCensoredResponses = 1, 0
+        dialog.NumberOfIntervals = 5
+        dialog.UseUserDefinedStepSize = True
+        dialog.StepSize = 1
+        dialog.OK()
+        self.assertEqual(len(run_.dialog.Summary().table.cells), 5)
+        self.expect_again(run_)
+        app.close()
+
+    def test_data_are_found_where_they_were(self):
+        here = os.getcwd()
+        self.addCleanup(os.chdir, here)
+        shutil.copy(DATA / "aml.csv", self.folder / "mine.csv")
+        (self.folder / "sub").mkdir()
+        (self.folder / "sub" / "mine.csv").write_text("time,status\n1,1\n")
+        os.chdir(self.folder)
+        results = kv.kaplan_meier("mine.csv", time="time", censor="status", complete=1, censored=0)
+        os.chdir("sub")
+        with self.assertRaisesRegex(kv.Error, "it is the data file"):
+            results.percentiles.save("../mine.csv")
+        results.percentiles.save("mine.csv")  # which is another one
+        results.save(self.folder / "script.py")
+        self.assertIn(f'DATA = "{self.folder}/mine.csv"  # given as "mine.csv"\n', (self.folder / "script.py").read_text())
+        self.assertEqual(run(self.folder / "script.py").returncode, 0)
+
+    def test_joined_runs_have_their_own_data(self):
+        of = {"time": "time", "censor": "status", "complete": 1, "censored": 0}
+        veteran = DATA / "veteran.csv"
+        joined = kv.joined_results([
+            ("one", kv.kaplan_meier(veteran, **of, select="trt=1", outputs="percentiles")),
+            ("two", kv.kaplan_meier(veteran, **of, select="trt=2", weight="prior", outputs="percentiles")),
+            ("three", kv.kaplan_meier(veteran, **of, define="z = age > 60", select="z", outputs="percentiles")),
+            ("four", kv.kaplan_meier(veteran, **of, define="z = age > 60", select="z", outputs="percentiles")),
+            ("five", kv.kaplan_meier(DATA / "aml.csv", **of, outputs="percentiles"))])
+        joined.save(self.folder / "script.py")
+        self.assertEqual((self.folder / "script.py").read_text().count("app.open("), 4)
+        again = run(self.folder / "script.py", self.folder / "again")
+        self.assertEqual(again.returncode, 0, again.stderr)
+        joined.save(self.folder / "first", "csv")
+        tables = list((self.folder / "first").glob("*.csv"))
+        self.assertEqual(len(tables), 5)
+        for table in tables:
+            self.assertEqual(table.read_bytes(), (self.folder / "again" / table.name).read_bytes())
+
+    def test_one_run_after_another_is_kept_alone(self):
+        app, run_ = started(kv.scSurRegressionModels, "veteran.csv")
+        dialog = run_.dialog
+        dialog.Variables = [["time"], ["status"], ["karno", "age"], []]
+        dialog.CodeForCompleteResponses, dialog.CodeForCensoredResponses = 1, 0
+        dialog.NonDefaultStartValuesIterations = True
+        run_.modal = {"StartValues": [-0.05, 0.01], "MaxNumberOfIterations": 7, "ConvergenceCriterion": 0.5}
+        dialog.OK()
+        run_.dialog.Summary()
+        self.expect_again(run_)
+        for member, value in (("NonDefaultStartValuesIterations", False), ("Variables", [["time"], ["status"], ["age"]])):
+            run_.dialog.Cancel()
+            setattr(run_.dialog, member, value)
+            run_.dialog.OK()
+            run_.dialog.Summary()
+            self.expect_again(run_)
+        run_.close()
+        # Nothing of an analysis is left for the next one.
+        plain = kv.kaplan_meier(DATA / "aml.csv", time="time", censor="status", complete=1, censored=0)
+        kv.kaplan_meier(DATA / "aml.csv", time="time", censor="status", complete=1, censored=0, level=0.8)
+        again = kv.kaplan_meier(DATA / "aml.csv", time="time", censor="status", complete=1, censored=0)
+        self.assertEqual(again.percentiles.columns, plain.percentiles.columns)
+        self.assertEqual(again.percentiles.cells, plain.percentiles.cells)
+        app.close()
 
     def test_tables_in_memory_are_a_place_to_fill_in(self):
         times = [5, 8, 8, 12, 20, 31]

@@ -244,6 +244,17 @@ TEST_F(RunRegression, AScriptGetsTheEstimationThatItAskedFor) {
     EXPECT_EQ(State().settings.maximumIterations, 200);
     EXPECT_EQ(AsTyped(Results().criterion), 0.00001); // and so it is accepted when it comes back
     EXPECT_EQ(State().settings.startValues, (std::vector<double>{-1}));
+    const double asked = Results().estimates[0];
+    // A run that does not ask begins with the defaults, whatever an earlier one was given.
+    for (const bool off : {false, true}) {
+        host.Press(analysis, ControlCancel);
+        if (off) host.Script().Put("NonDefaultStartValuesIterations", false);
+        ASSERT_TRUE(Ok());
+        EXPECT_EQ(host.modal.size(), 1U);
+        EXPECT_EQ(Results().criterion, 0.0001);
+        EXPECT_EQ(State().settings.maximumIterations, 50);
+        EXPECT_NE(Results().estimates[0], asked);
+    }
     EXPECT_EQ(RegEstDlg::TemplateFor(6, RegressionKind::ProportionalHazards).number, 3021);
     EXPECT_EQ(RegEstDlg::TemplateFor(2, RegressionKind::Normal).number, 3019);
     EXPECT_EQ(RegEstDlg::TemplateFor(4, RegressionKind::ProportionalHazards).number, 3020);

@@ -165,5 +165,44 @@ results =)";
     EXPECT_EQ(exported.readAll(), text);
 }
 
+/// The dialog that estimates with the defaults is a step of its own in the window; a script meets it within
+/// the OK of the specification, and asks for it.
+TEST_F(Origin, AnEstimationIsSavedAsAScriptAsksForIt) {
+    ASSERT_TRUE(window->openFile(example("veteran.csv")));
+    window->startAnalysis();
+    put(180, 4);
+    click("OK");
+    ASSERT_EQ(title(), "Regression Models for Censored Data");
+    put(1001, ozm::VariableSelection{{3}, {4}, {5}, {}});
+    put(1002, 1.0);
+    put(1003, 0.0);
+    put(1023, false);
+    click("OK");
+    ASSERT_EQ(title(), "Regression Model Estimation");
+    put(1030, 0.5);
+    put(1031, 7);
+    click("OK");
+    const QString results = title();
+    ASSERT_TRUE(results.contains("Results")) << results.toStdString();
+    click("Summary: Parameter estimates");
+    answering([&] { workbook().saveScriptAction()->trigger(); }, naming(folder.path("mine")));
+    QFile file(folder.path("mine.py"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray text = file.readAll();
+    const QByteArray asks = R"(
+run.dialog.NonDefaultStartValuesIterations = True
+run.dialog.CasewiseDeletionOfMD = True
+run.modal = {
+    # Regression Model Estimation
+    "MaxNumberOfIterations": 7,
+    "ConvergenceCriterion": 0.5,
+}
+run.dialog.OK()
+
+# Results
+)";
+    EXPECT_TRUE(text.contains(asks)) << text.toStdString();
+}
+
 } // namespace
 } // namespace korvana::desktop

@@ -50,7 +50,7 @@ void SurvivalState::Reset(CAnalysisSupport& host) {
     UnsetCodes();
     shared.owner = &host;
     lifeTables = {};
-    kaplan.settings = {};
+    if (host.IsOleAutomation()) kaplan.settings = {}; // a script is to get the same whatever went before
     regression = {};
     shared.reportTitle = Text(StrReportTitle);
     shared.reportTitleLower = shared.reportTitle;

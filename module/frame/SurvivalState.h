@@ -22,7 +22,8 @@ struct SurvivalState {
     int startupPosition = 0; ///< entry of the startup dialog's list that was chosen last
 
     /// Sets the defaults for a new analysis object: selections and codes are cleared, results released, the
-    /// counts of the data read. The entry chosen last is kept from one analysis to the next.
+    /// counts of the data read. The entry chosen last and, for people, the confidence level are kept from one
+    /// analysis to the next.
     void Reset(CAnalysisSupport& host);
     /// Other data were opened: codes become unset, the counts are read again, results of the earlier data are
     /// released. Selections are kept where the new data have variables of the same names.

@@ -278,10 +278,14 @@ TEST_F(RunTimeDependent, WhatEndsAnEstimationIsSaid) {
                     {"x", {5.5, 9.5, 2.5, 7.5, 1.5, 11.5, 3.5, 8.5, 12.5, 4.5, 9, 4}},
                     {"u", {0.3, -1.2, 0.8, 1.9, -0.4, -2.1, 1.1, 0.2, -0.7, 1.4, -1.6, 0.6}},
                     {"v", {-0.31, 1.18, -0.83, -1.94, 0.35, 2.04, -1.17, -0.28, 0.61, -1.5, 1.49, -0.72}}};
-    ModuleState().regression.settings.maximumIterations = 200;
+    host.operateModal = [](CAnalysisModalDialog& dialog) {
+        AutomationObject(dialog).Put("MaxNumberOfIterations", 200);
+    };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.said);
-        EXPECT_FALSE(Fit(row.expressions));
+        Select(row.expressions);
+        host.Script().Put("NonDefaultStartValuesIterations", true);
+        EXPECT_FALSE(Ok());
         ASSERT_FALSE(host.messages.empty());
         EXPECT_EQ(host.messages.back().id, row.message);
         const std::string all = host.messages.back().text + host.messages.back().detail;

@@ -16,7 +16,7 @@ from korvana._errors import AnalysisWarning, DataError, UsageError
 from korvana._frames import is_frame, make_frame, no_data
 from korvana._paths import path_bytes
 from korvana._results import Results
-from korvana._words import keyword_of, python_text
+from korvana._words import keyword_of, python_help, python_text
 
 _WIDTH = 100
 
@@ -48,7 +48,7 @@ class _Option:
         self.name = name
         self.keyword = keyword_of(name)
         self.value = value
-        self.help = python_text(help)
+        self.help = python_help(help)
         self.group = group
         self.choices = choices
         self.is_flag = is_flag

@@ -170,7 +170,7 @@ class HelpTest(unittest.TestCase):
                 self.assertIn(name, parameters)
             for name in parameters:
                 self.assertRegex(function.__doc__, rf"\b{name}\b")
-            self.assertNotRegex(function.__doc__, r"(?<!-)--[a-z]")
+            self.assertNotRegex(function.__doc__, r"(?<!-)--[a-z]|(?<!\S)-o\b")
             self.assertEqual(function.__module__, "korvana")
         self.assertIn("continue_", inspect.signature(kv.cox).parameters)
 

@@ -3,6 +3,7 @@
 #include "module/kaplan/ConfidenceLimits.h"
 #include "module/kaplan/ProductLimit.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <limits>
@@ -15,8 +16,16 @@ constexpr double half = 0.5;
 /// A product of fractions may miss one half by its rounding.
 constexpr double tolerance = 1e-9;
 
-/// The first time at which a curve is at or below one half. curveAt(i) may be NaN where the curve has no
-/// value.
+/// The last time of a curve: what is censored then belongs to it.
+double EndOf(const GroupEstimate& estimate) {
+    double end = estimate.uncensored.back();
+    for (const double time : estimate.censored)
+        end = std::max(end, time);
+    return end;
+}
+
+/// The first time at which a curve is at or below one half, or the middle of a piece where it is one half.
+/// curveAt(i) may be NaN where the curve has no value.
 template <class CurveAt>
 double TimeOfHalf(const GroupEstimate& estimate, CurveAt curveAt) {
     const std::vector<double>& times = estimate.uncensored;
@@ -25,8 +34,9 @@ double TimeOfHalf(const GroupEstimate& estimate, CurveAt curveAt) {
             continue; // the last of a tied run has the estimate
         const double y = curveAt(i);
         if (!(y <= half + tolerance)) continue;
-        if (y < half - tolerance || i + 1 == times.size()) return times[i];
-        return times[i] + (times[i + 1] - times[i]) / 2.0;
+        if (y < half - tolerance) return times[i];
+        const double end = i + 1 < times.size() ? times[i + 1] : EndOf(estimate);
+        return times[i] + (end - times[i]) / 2.0;
     }
     return none;
 }

@@ -276,7 +276,7 @@ TEST(MedianSurvival, FlatPiecesAndLimitsThatAreNotReached) {
         return MedianOf(EstimateGroups(KSample(std::move(given)).Sample())[0], ConfidenceZ(0.95));
     };
     EXPECT_EQ(median({{1, 1, 1}, {2, 1, 1}, {3, 1, 1}, {4, 1, 1}}).median, 2.5); // 0.5 from 2 to 3
-    EXPECT_EQ(median({{1, 1, 1}, {2, 1, 1}, {3, 0, 1}, {4, 0, 1}}).median, 2.0); // and to the end
+    EXPECT_EQ(median({{1, 1, 1}, {2, 1, 1}, {3, 0, 1}, {4, 0, 1}}).median, 3.0); // to the end; as survfit
     EXPECT_EQ(median({{1, 1, 1}, {3, 1, 1}, {3, 1, 1}}).median, 3.0);            // tied
     const MedianSurvival never = median({{1, 1, 1}, {2, 0, 1}, {3, 0, 1}});
     EXPECT_TRUE(std::isnan(never.median) && std::isnan(never.upper));

@@ -52,7 +52,7 @@ struct Setting {
     std::string label; ///< as the dialog shows it
     Value value;
     bool oneOfSeveral = false; ///< stands for a choice that excludes others: true chooses it
-    bool asks = false;         ///< once a script sets it, to whatever, another dialog opens on the way
+    bool asks = false;         ///< once a script switches it on, another dialog opens on the way
 };
 
 /// The settings of one dialog.

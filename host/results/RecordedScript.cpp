@@ -264,14 +264,16 @@ void Script::dialogs(const std::vector<DialogSettings>& dialogs) {
                                        [](const DialogSettings& other) { return !other.onTheWay; });
         line().remark(shownLine(dialog->title));
         std::vector<Setting> asked = dialog->asked;
-        // A setting that opens a dialog is set only where that dialog opened. In the window the dialog is a
-        // step of its own, and the setting may be off again.
-        std::erase_if(asked, [dialog, next](const Setting& setting) {
-            return setting.asks &&
-                   std::ranges::find(dialog + 1, next, setting.id, &DialogSettings::askedBy) == next;
+        // A setting that opens a dialog is switched on only where that dialog opened. In the window the
+        // dialog is a step of its own, and the setting may be off again.
+        const auto opened = [dialog, next](const Setting& setting) {
+            return std::ranges::find(dialog + 1, next, setting.id, &DialogSettings::askedBy) != next;
+        };
+        std::erase_if(asked, [&opened](const Setting& setting) {
+            return setting.asks && setting.value == Setting::Value{true} && !opened(setting);
         });
         for (Setting& setting : asked)
-            if (setting.asks) setting.value = true;
+            if (setting.asks && opened(setting)) setting.value = true;
         settings(asked);
         if (next != dialog + 1) modal(dialog + 1, next);
         std::vector<bool> all;
@@ -343,7 +345,7 @@ std::string recordedScript(const ResultsBook& book, const std::vector<std::size_
     }
     script.line("import korvana as kv").line();
     const RunOrigin* of = nullptr;
-    const bool several = runs.size() > 1;
+    const bool several = runs.size() > 1 || !runs.front().run->name.empty();
     if (several) script.line("books = []").line();
     for (const Recorded& recorded : runs) {
         if (of == nullptr || !usesTheSame(*of, *recorded.run)) {

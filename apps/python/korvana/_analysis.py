@@ -135,6 +135,8 @@ class Analysis:
 
     @modal.setter
     def modal(self, members):
+        if members is None:
+            members = {}
         if not callable(members) and not isinstance(members, Mapping):
             raise UsageError(f"modal is a dict of members and values, or a function of the dialog, not {members!r}")
         self._modal = members

@@ -147,9 +147,12 @@ def _add(frame, name, values):
 
 def _name(name):
     """The text of a column's name; a name of several levels has points between them."""
-    if isinstance(name, tuple):
-        return ".".join(str(part) for part in name if str(part) != "")
-    return str(name)
+    text = ".".join(str(part) for part in name if str(part) != "") if isinstance(name, tuple) else str(name)
+    try:
+        text.encode()
+    except UnicodeEncodeError:
+        raise DataError(f"the name of a column, {name!r}, has characters that are none (surrogates)") from None
+    return text
 
 
 def is_frame(source):

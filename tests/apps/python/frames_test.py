@@ -90,7 +90,7 @@ class ColumnsTest(unittest.TestCase):
 
         for source, said in (({}, "no cases"), ({"a": []}, "no cases"), ({"a": [1], "b": [1, 2]}, "has 2 values"),
                              ({"a": 5}, "a column is a list"), ({"a": {0: 1, 1: 2}}, "not a dict"),
-                             ({"a": {1, 2}}, "not a set"), ({"a": "text"}, "a column is a list"),
+                             ({"a": {1, 2}}, "not a set"), ({"a\udc80": [1]}, "surrogates"), ({"a": "text"}, "a column is a list"),
                              ({"a": [1 + 2j]}, "complex is no value"), ({"a": [[1], [2]]}, "list is no value"),
                              ({"a": [b"x"]}, "bytes is no value"), ({"a": [1.0, math.inf]}, "infinite"),
                              ({"a": [10**400]}, "infinite"), ({"a": ["\ud800"]}, "'a'"),

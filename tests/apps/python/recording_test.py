@@ -141,6 +141,7 @@ class Recording(unittest.TestCase):
             run_.dialog.OK()
             run_.dialog.Summary()
             self.expect_again(run_)
+            self.assertIn("run.dialog.NonDefaultStartValuesIterations = False\n", (self.folder / "script.py").read_text())
         run_.close()
         # Nothing of an analysis is left for the next one.
         plain = kv.kaplan_meier(DATA / "aml.csv", time="time", censor="status", complete=1, censored=0)

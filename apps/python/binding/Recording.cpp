@@ -53,15 +53,19 @@ void record(Run& run, const py::bytes& target) {
     Session* const session = run.session();
     const std::filesystem::path path{std::string(target)};
     const std::string script = recordedScript(*book.book, {}, session != nullptr ? session->run() : nullptr);
-    try {
-        checkScriptFile(path, {});
-    } catch (const std::runtime_error& error) {
-        raise("UsageError", text(error.what()));
-    }
+    requireScriptFile(path);
     writeFile(path, script);
 }
 
 } // namespace
+
+void requireScriptFile(const std::filesystem::path& file) {
+    try {
+        checkScriptFile(file, {});
+    } catch (const std::runtime_error& error) {
+        raise("UsageError", text(error.what()));
+    }
+}
 
 void bindRecording(py::module_& module) {
     module.def("describe", describe);

@@ -205,6 +205,7 @@ void saveInOne(const Book& book, const std::string& ending, const py::bytes& tar
     const Use use(*book.gate);
     const std::filesystem::path path{std::string(target)};
     const OutputFormat format = formatOf(ending, {Json, Txt, Html, Xlsx, Py}, "several results");
+    if (format == Py) requireScriptFile(path);
     write([&] { writeOneFile(*book.book, format, path); });
 }
 

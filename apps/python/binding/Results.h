@@ -5,6 +5,7 @@
 #include "host/results/ResultsBook.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <memory>
 
 namespace korvana::python {
@@ -30,6 +31,9 @@ struct Output {
         return std::get<T>(get());
     }
 };
+
+/// Raises UsageError where a script may not be written: it replaces a recorded one, and no other file.
+void requireScriptFile(const std::filesystem::path& file);
 
 /// (number, severity, text, detail)
 [[nodiscard]] py::tuple messageTuple(const ResultMessage& message);

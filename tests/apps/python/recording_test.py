@@ -54,6 +54,8 @@ class Recording(unittest.TestCase):
                             (self.folder / "gone" / "x.py", "there is no folder"), (DATA / "aml.csv", "is there already")]:
             with self.assertRaisesRegex(kv.UsageError, why):
                 run_.record(target)
+        with self.assertRaisesRegex(kv.UsageError, "is no recorded script"):
+            run_.results.save(mine)
         self.assertEqual(mine.read_text(), "print('mine')\n")
         run_.close()
         run_.record(script)

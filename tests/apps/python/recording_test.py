@@ -4,6 +4,7 @@ import pathlib
 import shutil
 import signal
 import subprocess
+import sys
 import tempfile
 import time
 import unittest
@@ -12,10 +13,22 @@ import korvana as kv
 from support import DATA, specified, started
 
 KORVANA = os.environ["KORVANA"]
+ENVIRONMENT = dict(os.environ)
+places = tempfile.TemporaryDirectory()
+
+
+def setUpModule():
+    unittest.addModuleCleanup(places.cleanup)
+    # The runtime of the sanitizers comes first in an interpreter; a program that was built with them has its own.
+    if runtime := ENVIRONMENT.pop("LD_PRELOAD", None):
+        python = pathlib.Path(places.name, "python")
+        python.write_text(f'#!/bin/sh\nLD_PRELOAD="{runtime}" exec "{sys.executable}" "$@"\n')
+        python.chmod(0o755)
+        ENVIRONMENT["KORVANA_PYTHON"] = str(python)
 
 
 def run(*arguments, **options):
-    return subprocess.run([KORVANA, "run", *arguments], capture_output=True, text=True, **options)
+    return subprocess.run([KORVANA, "run", *arguments], capture_output=True, text=True, env=ENVIRONMENT, **options)
 
 
 class Recording(unittest.TestCase):
@@ -197,7 +210,8 @@ class Recording(unittest.TestCase):
         waits = self.folder / "waits.py"
         waits.write_text("import time\nprint('ready', flush=True)\ntime.sleep(60)\n")
         for sent in (signal.SIGINT, signal.SIGTERM):
-            with subprocess.Popen([KORVANA, "run", waits], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL) as script:
+            with subprocess.Popen([KORVANA, "run", waits], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                                  env=ENVIRONMENT) as script:
                 self.assertEqual(script.stdout.readline(), b"ready\n")
                 begin = time.monotonic()
                 script.send_signal(sent)

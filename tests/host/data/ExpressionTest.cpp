@@ -211,8 +211,8 @@ TEST(Expression, WhatIsUndefinedStaysSo) {
         }
     for (const std::string& text : texts) {
         if (text.starts_with("missing")) continue;
-        const bool decides =
-            text.find(" and ") != text.npos || text.find(" or ") != text.npos || text.starts_with("if");
+        const bool decides = text.find(" and ") != std::string::npos ||
+                             text.find(" or ") != std::string::npos || text.starts_with("if");
         std::vector<double> ages(600, 2.0);
         for (const auto& [place, value] :
              {std::pair{3, none}, {298, infinity}, {299, -infinity}, {599, none}})

@@ -1,6 +1,5 @@
 #include "apps/cli/PythonProgram.h"
 
-#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>

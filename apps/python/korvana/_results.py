@@ -423,6 +423,6 @@ class Results(_Unchanging, Sequence):
 
 
 def joined_results(runs):
-    """One Results of several runs: [("exponential", results), ("lognormal", others)]. Titles get
-    the name of their run; an empty name is for what is about all of them."""
+    """One Results of several runs: [("exponential", results), ("lognormal", others)]. Titles get the name of their run; an
+    empty name is for what is about all of them."""
     return Results(_korvana.joined([(str(name), results._as_book()) for name, results in runs]))

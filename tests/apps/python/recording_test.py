@@ -105,6 +105,14 @@ class Recording(unittest.TestCase):
         self.expect_again(run_)
         app.close()
 
+    def test_a_long_script_is_whole(self):
+        app, run_ = started(kv.scSurKaplanMeierProductLimit)
+        app.describe("status", labels={code: f"label {code} äöü" * 3 for code in range(20000)})
+        specified(run_).Summary()
+        self.expect_again(run_)
+        self.assertGreater((self.folder / "script.py").stat().st_size, 1 << 20)
+        app.close()
+
     def test_data_are_found_where_they_were(self):
         here = os.getcwd()
         self.addCleanup(os.chdir, here)

@@ -46,6 +46,9 @@ struct ColumnTally {
         if (count[sort]++ == 0) first[sort] = {line, brief(text)};
     }
 
+    /// The first number is not asked for.
+    void addNumber() { ++count[Number]; }
+
     /// Adds the counts of other cells of the column.
     void merge(const ColumnTally& other) {
         for (std::size_t sort = 0; sort < sortCount; ++sort) {

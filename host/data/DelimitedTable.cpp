@@ -9,6 +9,8 @@
 namespace korvana {
 namespace {
 
+static_assert(chunkMargin >= digitsMargin);
+
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 class ChunkReader {
@@ -38,10 +40,9 @@ private:
             const char* next = number.next;
             if (next != nullptr) {
                 value = number.value;
-                tallies_[column].add(ColumnTally::Number, line_, {});
-                if (number.mark != 0 && watchMarks_)
-                    tallyMark(number.mark, number.sure, line_, {p, static_cast<std::size_t>(next - p)},
-                              tallies_[column]);
+                tallies_[column].addNumber();
+                if (watchMarks_ && number.mark != nullptr)
+                    tallyMark(*number.mark, number.sure(), line_, number.text(), tallies_[column]);
             } else {
                 const RawCell cell = readCell(p, end_, separator_, scratch_);
                 checkQuotes(cell, column);

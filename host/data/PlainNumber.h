@@ -1,77 +1,106 @@
 #pragma once
 
+#include "host/data/DecimalDigits.h"
 #include "host/data/DelimitedCell.h"
 
-#include <array>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <system_error>
 
 namespace korvana {
 
-inline constexpr std::array<double, 23> powersOfTen{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                    1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                                    1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-
 struct PlainNumber {
-    const char* next = nullptr; ///< at the separator, line feed or end; none: not a plain number
+    const char* next = nullptr; ///< at the separator or line feed; none: not a plain number
     double value = 0;
-    char mark = 0;
-    bool sure = true; ///< the mark cannot separate thousands
+    const char* begin = nullptr;
+    const char* end = nullptr;
+    const char* mark = nullptr; ///< the decimal mark
+    std::ptrdiff_t decimals = 0;
+
+    std::string_view text() const { return {begin, static_cast<std::size_t>(end - begin)}; }
+
+    /// Whether the mark cannot separate thousands.
+    bool sure() const {
+        const char* const digits = begin + (*begin == '-' ? 1 : 0);
+        return mark - digits < 1 || mark - digits > 3 || decimals != 3 || *digits == '0';
+    }
 };
 
-/// Reads a number that fills its cell without quotes or blanks.
+/// Reads a number that fills its cell, or the quotation marks around it, without blanks. The text must be
+/// followed by a line feed and further bytes, as that of a chunk is.
 class PlainNumberReader {
 public:
+    /// @param end  of the text
     PlainNumberReader(const Dialect& dialect, const char* end)
         : end_(end), separator_(dialect.separator), point_(dialect.point ? '.' : ','),
           comma_(dialect.comma ? ',' : '.') {}
 
-    PlainNumber read(const char* p) const {
+    PlainNumber read(const char* p) const { return *p == '"' ? readIn<true>(p + 1) : readIn<false>(p); }
+
+private:
+    template <bool quoted>
+    PlainNumber readIn(const char* p) const {
         PlainNumber number;
-        const bool negative = p < end_ && *p == '-';
+        number.begin = p;
+        const bool negative = *p == '-';
         if (negative) ++p;
         const char* const digits = p;
         std::uint64_t mantissa = 0;
-        for (; p < end_ && digit(*p); ++p)
-            mantissa = 10 * mantissa + static_cast<unsigned>(*p - '0');
+        p = readDigits(p, mantissa);
         std::ptrdiff_t length = p - digits;
-        std::ptrdiff_t decimals = 0;
-        if (p < end_ && (*p == point_ || *p == comma_) && *p != separator_) {
-            number.mark = *p++;
-            const char* const after = p;
-            for (; p < end_ && digit(*p); ++p)
-                mantissa = 10 * mantissa + static_cast<unsigned>(*p - '0');
-            decimals = p - after;
-            sure(number, *digits, after - 1 - digits, decimals);
-            length += decimals;
+        if ((*p == point_ || *p == comma_) && *p != separator_) {
+            number.mark = p;
+            p = readDigits(p + 1, mantissa);
+            number.decimals = p - number.mark - 1;
+            length += number.decimals;
         }
         if (length == 0) return number;
-        // Integers up to 2^53 and powers of ten up to 22 are exact, so that one division rounds correctly
-        // (Clinger, How to read floating point numbers accurately, 1990).
-        constexpr std::uint64_t exact = std::uint64_t{1} << 53U;
-        if (length <= 19 && mantissa <= exact && decimals <= 22 && endsCell(p)) {
-            number.value = static_cast<double>(mantissa) / powersOfTen[static_cast<std::size_t>(decimals)];
-            number.next = p;
-        } else if (number.mark != ',' && point_ == '.') {
-            const auto read = std::from_chars(digits, end_, number.value);
-            if (read.ec == std::errc() && endsCell(read.ptr)) number.next = read.ptr;
+        constexpr std::ptrdiff_t longest = 19; // that cannot overflow the mantissa
+        if (length <= longest && endsCell<quoted>(p)) {
+            number.value = quotient(mantissa, static_cast<std::size_t>(number.decimals));
+        } else if ((number.mark == nullptr || *number.mark != ',') && point_ == '.') {
+            const Long read = readLong(digits);
+            p = read.end;
+            if (p == nullptr || !endsCell<quoted>(p)) return number;
+            number.value = read.value;
+        } else {
+            return number;
         }
         if (negative) number.value = -number.value;
-        if (number.next != nullptr && number.next < end_ && *number.next == '\r') ++number.next;
+        number.end = p;
+        if (quoted) ++p;
+        number.next = *p == '\r' ? p + 1 : p;
         return number;
     }
 
-private:
-    static void sure(PlainNumber& number, char first, std::ptrdiff_t before, std::ptrdiff_t behind) {
-        number.sure = before < 1 || before > 3 || behind != 3 || first == '0';
-    }
-    static bool digit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
+    struct Long {
+        const char* end; ///< none: not a number, or out of range
+        double value;
+    };
 
+    /// With an exponent, or with more digits than an integer holds.
+    [[gnu::noinline]] Long readLong(const char* digits) const {
+        Long read{nullptr, 0};
+        const auto [end, error] = std::from_chars(digits, end_, read.value);
+        if (error == std::errc()) read.end = end;
+        return read;
+    }
+
+    static double quotient(std::uint64_t mantissa, std::size_t decimals) {
+        // Integers up to 2^53 and powers of ten up to 22 are exact, so that one division rounds correctly
+        // (Clinger, How to read floating point numbers accurately, 1990).
+        constexpr std::uint64_t exact = std::uint64_t{1} << 53U;
+        return mantissa <= exact
+                   ? static_cast<double>(static_cast<std::int64_t>(mantissa)) / powersOfTen[decimals]
+                   : decimalQuotient(mantissa, decimals);
+    }
+
+    template <bool quoted>
     bool endsCell(const char* p) const {
-        if (p == end_ || *p == separator_ || *p == '\n') return true;
-        return *p == '\r' && (p + 1 == end_ || p[1] == '\n');
+        if (quoted && *p++ != '"') return false;
+        return *p == separator_ || *p == '\n' || (*p == '\r' && p[1] == '\n');
     }
 
     const char* end_;

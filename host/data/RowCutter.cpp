@@ -142,7 +142,7 @@ bool RowCutter::next(ChunkText& chunk) {
                             "no row ends within 256 MB from here; check whether a quotation mark is never "
                             "closed, and the line ends");
         }
-        if (chunk.room.size() < wanted) chunk.room.resize(wanted);
+        if (chunk.room.size() < wanted + chunkMargin) chunk.room.resize(wanted + chunkMargin);
         while (filled < wanted) {
             const std::size_t count = fetch(chunk.room.data() + filled, wanted - filled);
             if (count == 0) break;
@@ -155,6 +155,7 @@ bool RowCutter::next(ChunkText& chunk) {
     }
     chunk.text = {chunk.room.data(), cut.bytes};
     giveBack({chunk.room.data() + cut.bytes, filled - cut.bytes});
+    chunk.room[cut.bytes] = '\n';
     refuseNul(chunk.text, line_, source_.name());
     chunk.rows = {cut.bytes, row_, cut.rows, line_};
     row_ += cut.rows;

@@ -18,10 +18,13 @@ struct RowChunk {
     std::int64_t firstLine = 0; ///< 1-based line of the file (quoted cells may span lines)
 };
 
+/// What follows the text of a chunk, so that a search need not look for its end.
+inline constexpr std::size_t chunkMargin = 8;
+
 /// A chunk with its text. The memory is reused for the next one.
 struct ChunkText {
     RowChunk rows;
-    std::string_view text; ///< points into `room`
+    std::string_view text; ///< points into `room`, where a line feed and chunkMargin - 1 more bytes follow it
     std::vector<char> room;
 };
 

@@ -30,33 +30,51 @@ TEST(NumberText, NumbersAtTheEndsOfTheRange) {
         EXPECT_EQ(readNumber(text).form, NumberForm::None) << text;
 }
 
+/// A number halfway between two doubles, or next to that in its last digit.
+std::string nearlyTied(std::mt19937_64& random) {
+    const std::uint64_t decimals = random() % 5;
+    std::uint64_t number = (random() >> 10U) | (std::uint64_t{1} << 53U) | 1U; // of 54 bits
+    for (std::uint64_t k = 0; k < decimals; ++k)
+        number *= 5; // as a decimal number of so many decimals, half as much
+    std::string text = std::to_string(number + random() % 3 - 1);
+    return text.insert(text.size() - decimals, decimals > 0 ? "." : "");
+}
+
+std::string anyNumber(std::mt19937_64& random) {
+    std::string text;
+    for (std::uint64_t n = random() % 21; n > 0; --n)
+        text += static_cast<char>('0' + random() % 10);
+    if (random() % 2 == 0) text += '.';
+    for (std::uint64_t n = random() % 21; n > 0 && text.find('.') != std::string::npos; --n)
+        text += static_cast<char>('0' + random() % 10);
+    if (text.find_first_of("0123456789") == std::string::npos) text += "7";
+    if (random() % 5 == 0) text += "e" + std::to_string(static_cast<int>(random() % 60) - 30);
+    return text;
+}
+
 /// The C library rounds correctly: every cell must read as the same double, whatever path it takes.
 TEST(NumberText, CellsRoundCorrectly) {
+    constexpr int rows = 100'000;
     std::mt19937_64 random(7);
-    std::string points = "x\n";
+    std::string points = "x,y\n";
     std::string commas = "x;y\n";
     std::vector<double> expected;
-    for (int i = 0; i < 40000; ++i) {
-        std::string text = random() % 4 == 0 ? "-" : "";
-        for (std::uint64_t n = random() % 21; n > 0; --n)
-            text += static_cast<char>('0' + random() % 10);
-        if (random() % 2 == 0) text += '.';
-        for (std::uint64_t n = random() % 21; n > 0 && text.find('.') != std::string::npos; --n)
-            text += static_cast<char>('0' + random() % 10);
-        if (text.find_first_of("0123456789") == std::string::npos) text += "7";
-        if (random() % 5 == 0) text += "e" + std::to_string(static_cast<int>(random() % 60) - 30);
-        if (i % 10 == 0) text = numberText(std::bit_cast<double>((random() >> 2U) | 1U));
+    for (int i = 0; i < rows; ++i) {
+        std::string text = i % 10 == 0  ? numberText(std::bit_cast<double>((random() >> 2U) | 1U))
+                           : i % 3 == 0 ? nearlyTied(random)
+                                        : anyNumber(random);
+        if (random() % 4 == 0) text.insert(0, "-");
         expected.push_back(std::strtod(text.c_str(), nullptr));
-        points.append(text).append("\n");
+        points.append(text).append(",\"").append(text).append(i % 2 == 0 ? "\"\r\n" : "\"\n");
         if (const auto point = text.find('.'); point != std::string::npos) text[point] = ',';
-        commas.append(text).append(";0\n");
+        commas.append(text).append(";\"").append(text).append("\"\n");
     }
-    const DataSet withPoints = readText(points);
-    const DataSet withCommas = readText(commas);
-    ASSERT_EQ(withPoints.caseCount(), 40000);
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        ASSERT_EQ(withPoints.column(0)[i], expected[i]) << "line " << i + 2;
-        ASSERT_EQ(withCommas.column(0)[i], expected[i]) << "line " << i + 2;
+    for (const std::string& text : {points, commas}) {
+        const DataSet data = readText(text);
+        ASSERT_EQ(data.caseCount(), rows);
+        for (std::size_t i = 0; i < expected.size(); ++i)
+            for (const int column : {0, 1})
+                ASSERT_EQ(data.column(column)[i], expected[i]) << "line " << i + 2;
     }
 }
 

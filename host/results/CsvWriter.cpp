@@ -14,7 +14,8 @@ void appendField(std::string& line, std::string_view text) {
     const bool quoted = text.find_first_of(",\"\r\n") != std::string_view::npos ||
                         (!text.empty() && (text.front() == ' ' || text.back() == ' '));
     if (quoted) line += '"';
-    while (!text.empty()) {
+    const auto isQuote = [](char c) { return c == '"'; };
+    for (movePlain(text, line, isQuote); !text.empty(); movePlain(text, line, isQuote)) {
         const char32_t code = takeCodePoint(text);
         if (code == '"') line += '"';
         appendCodePoint(line, code == 0 ? U' ' : code);

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <string_view>
 
+#include "host/results/DecimalText.h"
+
 namespace korvana {
 namespace {
 
@@ -26,12 +28,18 @@ bool isPlainWhole(double value) {
 
 void appendNumber(std::string& out, double value) {
     if (appendNonFinite(out, value)) return;
+    const bool plain = isPlainWhole(value);
+    if (plain && value != 0 && appendFixed(out, value, 0)) return; // not -0
     Buffer buffer;
     char* const end = buffer.data() + buffer.size();
-    const auto result = isPlainWhole(value)
-                            ? std::to_chars(buffer.data(), end, value, std::chars_format::fixed)
-                            : std::to_chars(buffer.data(), end, value);
+    const auto result = plain ? std::to_chars(buffer.data(), end, value, std::chars_format::fixed)
+                              : std::to_chars(buffer.data(), end, value);
     out.append(buffer.data(), result.ptr);
+}
+
+void appendNumber(std::string& out, std::int32_t value) {
+    Buffer buffer;
+    out.append(buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr);
 }
 
 void appendNumber(std::string& out, double value, ozm::CellFormat format) {
@@ -47,6 +55,7 @@ void appendNumber(std::string& out, double value, ozm::CellFormat format) {
     int digits = std::min<int>(format.digits, 17);
     if (format.kind == ozm::CellFormat::Kind::Integer || (general && whole)) digits = 0;
     if (!fixed) digits = general ? std::max(digits, 1) : 6;
+    if (fixed ? appendFixed(out, value, digits) : appendGeneral(out, value, digits)) return;
 
     Buffer buffer;
     const auto shape = fixed ? std::chars_format::fixed : std::chars_format::general;

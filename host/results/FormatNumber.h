@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "support/services/SheetService.h"
@@ -11,6 +12,7 @@ namespace korvana {
 /// A short text that reads back as the same double, for data files: a whole number below 1e15 in plain
 /// digits, any other in the fewest characters. "nan", "inf", "-inf" where not finite.
 void appendNumber(std::string& out, double value);
+void appendNumber(std::string& out, std::int32_t value);
 [[nodiscard]] std::string formatNumber(double value);
 
 /// For people, in the given format; `General` shows a whole number in full. Whole numbers and fixed decimals

@@ -11,7 +11,8 @@ namespace korvana {
 
 JsonText& JsonText::string(std::string_view text) {
     text_ += '"';
-    while (!text.empty())
+    const auto isEscaped = [](char c) { return c == '"' || c == '\\'; };
+    for (movePlain(text, text_, isEscaped); !text.empty(); movePlain(text, text_, isEscaped))
         appendCharacter(takeCodePoint(text));
     return raw("\"");
 }
@@ -22,6 +23,11 @@ JsonText& JsonText::number(double value) {
     } else {
         text_ += "null";
     }
+    return raw({});
+}
+
+JsonText& JsonText::number(std::int32_t value) {
+    appendNumber(text_, value);
     return raw({});
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -24,6 +25,7 @@ public:
 
     /// At full precision; null when it is not finite.
     JsonText& number(double value);
+    JsonText& number(std::int32_t value);
 
     /// [one, two, ...] with `write` called for each.
     template <class List, class Write>

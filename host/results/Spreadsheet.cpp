@@ -75,20 +75,23 @@ std::size_t Spreadsheet::rowCount() const {
 }
 
 Spreadsheet::Cell Spreadsheet::cell(std::size_t row, std::size_t column) const {
-    if (column >= columns.size() || row >= columns[column].size()) return {};
+    if (column >= columns.size()) return {};
     return std::visit(ozm::Overloaded{[row](const std::vector<double>& cells) -> Cell {
-                                          if (std::isnan(cells[row])) return {};
+                                          if (row >= cells.size() || std::isnan(cells[row])) return {};
                                           return {Cell::Kind::Number, 0, cells[row], {}};
                                       },
                                       [row](const std::vector<std::int32_t>& cells) -> Cell {
+                                          if (row >= cells.size()) return {};
                                           return {Cell::Kind::Integer, cells[row], 0.0, {}};
                                       },
                                       [row](const Dictionary& cells) -> Cell {
+                                          if (row >= cells.index.size()) return {};
                                           const std::size_t text = cells.index[row];
                                           if (text >= cells.texts.size()) return {};
                                           return {Cell::Kind::Text, 0, 0.0, cells.texts[text]};
                                       },
                                       [row](const std::vector<std::string>& cells) -> Cell {
+                                          if (row >= cells.size()) return {};
                                           return {Cell::Kind::Text, 0, 0.0, cells[row]};
                                       }},
                       columns[column].cells);

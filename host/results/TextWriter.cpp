@@ -39,15 +39,20 @@ struct TextColumn {
     bool left = false;
 };
 
-void appendPadded(std::string& line, std::string_view text, std::size_t width, bool left) {
-    const std::size_t own = textWidth(text);
-    const std::size_t padding = own < width ? width - own : 0;
-    if (!left) line.append(padding, ' ');
+/// `own` is the width of the text.
+void appendPadded(std::string& line, std::string_view text, std::size_t own, const TextColumn& column) {
+    const std::size_t padding = own < column.width ? column.width - own : 0;
+    if (!column.left) line.append(padding, ' ');
     line += text;
-    if (left) line.append(padding, ' ');
+    if (column.left) line.append(padding, ' ');
 }
 
-void formatCell(std::string& out, const Spreadsheet& sheet, std::size_t row, std::size_t column) {
+void appendPadded(std::string& line, std::string_view text, const TextColumn& column) {
+    appendPadded(line, text, textWidth(text), column);
+}
+
+/// The width of the text that is put into `out`.
+std::size_t formatCell(std::string& out, const Spreadsheet& sheet, std::size_t row, std::size_t column) {
     out.clear();
     const Spreadsheet::Cell cell = sheet.cell(row, column);
     switch (cell.kind) {
@@ -55,15 +60,16 @@ void formatCell(std::string& out, const Spreadsheet& sheet, std::size_t row, std
         appendNumber(out, cell.number, sheet.columns[column].format);
         break;
     case Spreadsheet::Cell::Kind::Integer:
-        appendNumber(out, cell.integer, ozm::CellFormat::integer());
+        appendNumber(out, cell.integer);
         break;
     case Spreadsheet::Cell::Kind::Text:
         appendOneLine(out, cell.text);
-        break;
+        return textWidth(out);
     case Spreadsheet::Cell::Kind::Empty:
         out += emptyMark;
         break;
     }
+    return out.size();
 }
 
 /// With fixed decimals the longest number is one of the extremes, which saves formatting the column twice.
@@ -106,8 +112,7 @@ std::size_t cellsWidth(const Spreadsheet& sheet, std::size_t column, std::size_t
     std::string text;
     for (std::size_t row = 0; row < one.size(); ++row) {
         throwIfWritingStopped();
-        formatCell(text, sheet, row, column);
-        width = std::max(width, textWidth(text));
+        width = std::max(width, formatCell(text, sheet, row, column));
     }
     return width;
 }
@@ -139,7 +144,7 @@ void writeHeadings(const std::vector<TextColumn>& layout, std::ostream& out) {
         if (!any) continue;
         for (const TextColumn& column : layout) {
             if (&column != &layout.front()) line += gap;
-            appendPadded(line, column.*heading, column.width, column.left);
+            appendPadded(line, column.*heading, column);
         }
         endLine(line, out);
     }
@@ -198,11 +203,11 @@ void writeText(const Spreadsheet& sheet, std::ostream& out) {
     std::string line;
     std::string cell;
     for (std::size_t row = 0; row < rows; ++row) {
-        if (shift != 0) appendPadded(line, oneLine(sheet.rowHeading(row)), layout[0].width, true);
+        if (shift != 0) appendPadded(line, oneLine(sheet.rowHeading(row)), layout[0]);
         for (std::size_t column = 0; column < sheet.columns.size(); ++column) {
             if (column + shift > 0) line += gap;
-            formatCell(cell, sheet, row, column);
-            appendPadded(line, cell, layout[column + shift].width, layout[column + shift].left);
+            const std::size_t width = formatCell(cell, sheet, row, column);
+            appendPadded(line, cell, width, layout[column + shift]);
         }
         endLine(line, out);
     }

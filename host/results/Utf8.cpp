@@ -49,6 +49,11 @@ void appendCodePoint(std::string& out, char32_t code) {
 void appendOneLine(std::string& out, std::string_view text) {
     bool afterControl = false;
     while (!text.empty()) {
+        if (isPlain(text.front())) {
+            movePlain(text, out, [](char) { return false; });
+            afterControl = false;
+            continue;
+        }
         const char32_t code = takeCodePoint(text);
         const bool control = isControl(code);
         if (!control) {
@@ -113,6 +118,11 @@ std::size_t textWidth(std::string_view text) {
     };
     std::size_t width = 0;
     while (!text.empty()) {
+        if (static_cast<unsigned char>(text.front()) < 0x80) {
+            ++width;
+            text.remove_prefix(1);
+            continue;
+        }
         const char32_t code = takeCodePoint(text);
         if (code < 0x300) {
             ++width;
@@ -124,7 +134,8 @@ std::size_t textWidth(std::string_view text) {
 }
 
 void appendEscaped(std::string& out, std::string_view text) {
-    while (!text.empty()) {
+    const auto isMarkup = [](char c) { return c == '&' || c == '<' || c == '>' || c == '"' || c == '\''; };
+    for (movePlain(text, out, isMarkup); !text.empty(); movePlain(text, out, isMarkup)) {
         const char32_t code = takeCodePoint(text);
         switch (code) {
         case '&':

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -14,6 +15,19 @@ inline constexpr char32_t replacementCharacter = 0xFFFD;
 /// forms and surrogates) give U+FFFD, one per byte.
 [[nodiscard]] char32_t takeCodePoint(std::string_view& text);
 void appendCodePoint(std::string& out, char32_t code);
+
+/// Whether a byte is a printable character of ASCII, which most texts consist of.
+[[nodiscard]] constexpr bool isPlain(char byte) {
+    return byte >= 0x20 && byte < 0x7F;
+}
+/// Moves the plain bytes at the front, up to the first that is special, to the end of `out`, all at once.
+template <class IsSpecial>
+void movePlain(std::string_view& text, std::string& out, IsSpecial isSpecial) {
+    const auto end =
+        std::find_if(text.begin(), text.end(), [&](char byte) { return !isPlain(byte) || isSpecial(byte); });
+    out.append(text.begin(), end);
+    text.remove_prefix(static_cast<std::size_t>(end - text.begin()));
+}
 
 /// Whether a code point is a control character: C0, DEL, C1 (line ends and tabs included).
 [[nodiscard]] constexpr bool isControl(char32_t code) {

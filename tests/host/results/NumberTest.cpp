@@ -1,6 +1,9 @@
+#include <array>
 #include <cfloat>
 #include <charconv>
 #include <clocale>
+#include <cmath>
+#include <cstdio>
 #include <gtest/gtest.h>
 #include <random>
 
@@ -69,6 +72,34 @@ TEST(FormatNumber, PeopleReadTheColumnsFormat) {
     EXPECT_EQ(formatNumber(5.0, CellFormat::general(0)), "5");
     EXPECT_LT(formatNumber(-DBL_MAX, CellFormat::general(255)).size(), 30U);
     EXPECT_LT(formatNumber(-999999999999999.0, CellFormat::fixed(255)).size(), 40U);
+}
+
+/// Those that are read back as a table shows them: near powers of ten and halfway between two texts too.
+TEST(FormatNumber, DigitsAreRoundedFromTheExactValue) {
+    std::mt19937_64 random(16);
+    const auto expectExact = [](double value) {
+        for (const int digits : {1, 2, 6, 8, 15, 17}) {
+            std::array<char, 400> text{};
+            std::snprintf(text.data(), text.size(), "%.*f", digits, value);
+            std::string expected = text.data();
+            if (expected.find_first_of("123456789") == std::string::npos && expected.front() == '-')
+                expected.erase(0, 1);
+            const auto places = static_cast<std::uint8_t>(digits);
+            ASSERT_EQ(formatNumber(value, CellFormat::fixed(places)), expected);
+            if (value == std::trunc(value)) continue; // shown in full
+            std::snprintf(text.data(), text.size(), "%.*g", digits, value);
+            ASSERT_EQ(formatNumber(value, CellFormat::general(places)), text.data());
+        }
+    };
+    for (int i = 0; i < 3000; ++i) {
+        const auto below = [&random](std::uint64_t end) { return static_cast<double>(random() % end); };
+        const double power = std::pow(10.0, below(34) - 20);
+        for (const double value : {power, (below(100000) + 0.5) / std::pow(2.0, below(20)),
+                                   below(1000000) * power / 1e6, power * (1 - std::pow(10.0, -below(18)))}) {
+            for (const double near : {value, std::nextafter(value, 0), std::nextafter(value, 1e300), -value})
+                expectExact(near);
+        }
+    }
 }
 
 TEST(Utf8, InvalidBytesAreReplacedOneByOne) {

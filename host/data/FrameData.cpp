@@ -263,11 +263,12 @@ void FrameData::code(Part& part, Variable& variable) const {
     for (std::size_t i = 0; i < part.texts.texts.size(); ++i)
         if (const std::string& text = part.texts.texts[i]; !isMissingText(text))
             known.push_back({text, part.first[i]});
-    const TextCodes codes(std::move(known));
-    variable.valueLabels = codes.labels();
-    if (codes.areTruths()) variable.kind = VariableKind::Number;
+    TextCodes all = codesOf(known);
+    variable.valueLabels = std::move(all.labels);
+    if (all.areTruths) variable.kind = VariableKind::Number;
+    auto code = all.codes.begin();
     for (std::size_t i = 0; i < part.values.size(); ++i)
-        part.values[i] = codes.of(part.texts.texts[i]);
+        part.values[i] = isMissingText(part.texts.texts[i]) ? notANumber : *code++;
 }
 
 DataSet FrameData::finish() {

@@ -1,20 +1,18 @@
 #include "host/data/TextColumns.h"
 
-#include "host/data/NumberText.h"
+#include "host/data/DistinctTexts.h"
 #include "host/data/TextCodes.h"
 #include "host/data/TextEncoding.h"
 #include "host/data/Workers.h"
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdint>
-#include <functional>
+#include <deque>
 #include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 
 namespace korvana {
@@ -44,53 +42,24 @@ void walkCells(const DelimitedTable& table, std::string_view text, std::size_t l
     }
 }
 
-/// The texts of one column that one thread has seen, numbered by first appearance.
+/// The texts of one column that one thread has seen.
 class LocalTexts {
 public:
     /// @param check  is called with each new text and returns whether it is UTF-8
     template <typename Check>
     std::size_t codeOf(std::string_view text, std::size_t row, const Check& check) {
-        if (!texts.empty() && text == texts[last_]) return last_;
-        auto known = codes_.find(text);
-        if (known == codes_.end()) {
+        const std::size_t code = texts.numberOf(text);
+        if (code == rows.size()) {
             foreign = !check(text) || foreign;
-            known = codes_.emplace(text, texts.size()).first;
-            texts.push_back(known->first);
             rows.push_back(static_cast<std::int64_t>(row));
         }
-        return last_ = known->second;
+        return code;
     }
 
-    std::vector<std::string_view> texts;
+    DistinctTexts texts;
     std::vector<std::int64_t> rows; ///< the first one of each: a thread takes its chunks in their order
     bool foreign = false;           ///< some are not UTF-8
-
-private:
-    struct Hash : std::hash<std::string_view> {
-        using is_transparent = void;
-    };
-    std::unordered_map<std::string, std::size_t, Hash, std::equal_to<>> codes_;
-    std::size_t last_ = 0;
 };
-
-TextCodes codesOf(const std::vector<const LocalTexts*>& parts) {
-    std::vector<SeenText> seen;
-    for (const LocalTexts* part : parts)
-        for (std::size_t i = 0; i < part->texts.size(); ++i)
-            seen.push_back({toUtf8(part->texts[i]), part->rows[i]});
-    return TextCodes(std::move(seen));
-}
-
-/// The final codes of the texts of one thread.
-std::vector<double> codesOf(const LocalTexts& part, const TextCodes& codes) {
-    std::vector<double> final;
-    final.reserve(part.texts.size());
-    for (const std::string_view text : part.texts) {
-        const double code = codes.of(text);
-        final.push_back(std::isnan(code) ? codes.of(toUtf8(text)) : code);
-    }
-    return final;
-}
 
 /// What the threads that read the texts share.
 struct TextPass {
@@ -169,6 +138,16 @@ private:
     std::vector<char> text_;
 };
 
+/// Appends the texts that one thread has seen to those of the others.
+/// @param decoded  keeps those that are not UTF-8 in the file
+void append(const LocalTexts& part, std::vector<SeenText>& seen, std::deque<std::string>& decoded) {
+    for (std::size_t i = 0; i < part.texts.size(); ++i) {
+        std::string_view text = part.texts[i];
+        if (part.foreign && !isUtf8(text)) text = decoded.emplace_back(fromWindows1252(text));
+        seen.push_back({text, part.rows[i]});
+    }
+}
+
 void skip(ByteSource& source, std::size_t bytes) {
     std::array<char, 4096> room; // NOLINT: filled by reading
     while (bytes > 0) {
@@ -216,18 +195,19 @@ bool readTextColumns(const DelimitedTable& table, ByteSource& source, unsigned t
     runWorkers(workers);
 
     for (std::size_t place = 0; place < columns.size(); ++place) {
-        std::vector<const LocalTexts*> texts;
-        for (const TextWorker* reader : readers)
-            texts.push_back(&reader->texts[place]);
-        const TextCodes all = codesOf(texts);
-        columns[place].labels = all.labels();
-        columns[place].areTruths = all.areTruths();
-        std::vector<std::vector<double>> codes;
-        for (const LocalTexts* each : texts)
-            codes.push_back(codesOf(*each, all));
+        std::deque<std::string> decoded;
+        std::vector<SeenText> seen;
+        std::vector<std::size_t> begins; // of the texts of each reader
+        for (const TextWorker* reader : readers) {
+            begins.push_back(seen.size());
+            append(reader->texts[place], seen, decoded);
+        }
+        TextCodes all = codesOf(seen, threads);
+        columns[place].labels = std::move(all.labels);
+        columns[place].areTruths = all.areTruths;
         forEachInOrder(chunks, threads, [&](std::size_t i) {
             const RowChunk& chunk = table.chunks[i];
-            const std::vector<double>& own = codes[pass.readers[i]];
+            const double* const own = all.codes.data() + begins[pass.readers[i]];
             double* const cells = columns[place].cells + chunk.firstRow;
             for (std::int64_t row = 0; row < chunk.rowCount; ++row)
                 if (cells[row] >= 0) cells[row] = own[static_cast<std::size_t>(cells[row])];

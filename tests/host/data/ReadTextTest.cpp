@@ -5,6 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdlib>
+#include <map>
+#include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -123,6 +128,52 @@ TEST(ReadText, CodesFollowTheOrderOfTexts) {
     };
     EXPECT_EQ(codes(0), (std::vector<double>{3, 2, 1, 3})) << "B < a < b by bytes";
     EXPECT_EQ(codes(1), (std::vector<double>{3, 2, 4, 1})) << "numbers by value, then texts";
+}
+
+/// So many that several threads sort them, also such as differ only behind their first bytes.
+TEST(ReadText, ManyTextsGetTheirCodesWhoeverReadsThem) {
+    constexpr std::size_t rows = 90'000;
+    std::mt19937 random(11);
+    std::string file = "g,h\n";
+    std::vector<std::string> texts;
+    std::set<std::string> words;
+    std::map<double, std::set<std::string>> numbers;
+    for (std::size_t i = 0; i < rows; ++i) {
+        std::string text = "P-" + std::string(random() % 9, '0');
+        switch (random() % 4) {
+        case 0:
+            text = std::array{"0", "-0", "0.0", "-2", "1e3", "1000", "-1e-5"}[random() % 7];
+            break;
+        case 1:
+            text = std::to_string(static_cast<int>(random() % 20000) - 10000);
+            break;
+        default:
+            text += std::to_string(random() % 100'000);
+            if (random() % 5 == 0) text += "\u00E9";
+        }
+        const double value = text[0] == 'P' ? 0 : std::strtod(text.c_str(), nullptr);
+        (text[0] == 'P' ? words : numbers[value]).insert(text);
+        texts.push_back(text);
+        if (text.ends_with("\u00E9") && random() % 2 == 0) text.replace(text.size() - 2, 2, "\xE9");
+        file.append(text).append(",").append(std::to_string(random() % 3)).append("x\n");
+    }
+    std::vector<std::string> expected;
+    for (const auto& [value, spelled] : numbers)
+        expected.insert(expected.end(), spelled.begin(), spelled.end());
+    expected.insert(expected.end(), words.begin(), words.end());
+    ASSERT_GT(expected.size(), 1U << 15U);
+    for (const unsigned threads : {1U, 2U, 7U}) {
+        const DataSet data = readTuned(file, {threads, 10'000});
+        const std::vector<ValueLabel>& labels = data.variable(0).valueLabels;
+        ASSERT_EQ(labels.size(), expected.size());
+        for (std::size_t i = 0; i < labels.size(); ++i) {
+            ASSERT_EQ(labels[i].text, expected[i]);
+            ASSERT_EQ(labels[i].value, static_cast<double>(i + 1));
+        }
+        for (std::size_t i = 0; i < rows; ++i)
+            ASSERT_EQ(expected.at(static_cast<std::size_t>(data.column(0)[i]) - 1), texts[i]);
+        EXPECT_EQ(data.variable(1).valueLabels.size(), 3U);
+    }
 }
 
 /// The code of each cell, - where it is missing, then the labels.

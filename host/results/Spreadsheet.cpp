@@ -61,9 +61,11 @@ Spreadsheet Spreadsheet::fromSpec(const ozm::SheetSpec& spec) {
     sheet.essential = spec.essential;
     sheet.rowHeadings = spec.rowHeadings;
     sheet.columns.reserve(spec.columns.size());
-    for (const ozm::SheetColumn& column : spec.columns)
+    for (const ozm::SheetColumn& column : spec.columns) {
         sheet.columns.push_back({column.heading1, column.heading2, column.format, copyCells(column.cells),
                                  column.id, column.title});
+        if (column.copied) column.copied();
+    }
     return sheet;
 }
 

@@ -59,7 +59,7 @@ struct Spreadsheet {
     std::shared_ptr<const OutputOrigin> origin{}; ///< nullptr: unknown
     std::vector<std::string> footnotes{};
 
-    /// Copies what a module passes.
+    /// Copies what a module passes, and tells it of each column that is copied.
     [[nodiscard]] static Spreadsheet fromSpec(const ozm::SheetSpec& spec);
 
     [[nodiscard]] std::size_t rowCount() const;

@@ -73,6 +73,7 @@ OutputResult ResultTable::Write(CAnalysisSupport& host) {
                        },
                        [&](std::vector<std::string>& c) { cells = std::span<const std::string>{c}; }},
             columns_[k]);
+        sheet_.columns[k].copied = [&column = columns_[k]] { column = HostArray<double>{}; };
     }
     return host.looka4(sheet_) == 0 ? OutputResult{} : OutputResult::Failed(StrSpreadsheetFailed);
 }

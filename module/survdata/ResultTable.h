@@ -81,7 +81,7 @@ public:
         return row % rowsPerPoll == 0 && StopRequested(host);
     }
 
-    /// Hands the table to the host.
+    /// Hands the table to the host. Its cells are gone after this.
     [[nodiscard]] OutputResult Write(CAnalysisSupport& host);
 
 private:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -49,6 +50,9 @@ struct SheetColumn {
     std::string id{};
     /// The heading in full, where there is more room than two short lines; empty if these are not shortened.
     std::string title{};
+    /// The host calls it, if there is one, once it has copied the cells and reads them no more: whoever gives
+    /// them back then never holds a long table together with its copy.
+    std::function<void()> copied{};
 };
 
 /// A results spreadsheet, passed by an analysis.

@@ -87,6 +87,7 @@ public:
     int requests = 0;
     int questions = 0;
     int outstanding = 0;
+    int mostWithCopies = 0; ///< the most that were outstanding while a column was copied already
     int progressShown = 0;
     unsigned unitsLeft = 0;
     bool beyondUnits = false; ///< more progress was told than had been announced
@@ -268,6 +269,8 @@ public:
             else
                 for (const auto& text : std::get<std::span<const std::string>>(column.cells))
                     texts.push_back(text);
+            if (column.copied) column.copied();
+            mostWithCopies = std::max(mostWithCopies, outstanding);
         }
         sheets.push_back(std::move(sheet));
         return 0;

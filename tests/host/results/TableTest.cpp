@@ -18,13 +18,17 @@ using test::smallBook;
 using test::smallSheet;
 
 TEST(Spreadsheet, CopiesWhatAModuleHandsOver) {
-    const std::array<double, 2> numbers{1.5, test::notANumber};
-    const std::array<std::uint8_t, 2> index{1, 0};
+    std::array<double, 2> numbers{1.5, test::notANumber};
+    std::array<std::uint8_t, 2> index{1, 0};
     const std::array<std::string_view, 2> texts{"no", "yes"};
     ozm::SheetSpec spec{"T", {"note"}, {}, {}};
     spec.columns.push_back({"A", "", ozm::CellFormat::fixed(2), std::span<const double>(numbers)});
     spec.columns.push_back({"B", "b", {}, ozm::DictionaryCells{index, texts}});
+    // Cells that are copied are not needed any more, those of the other columns are.
+    spec.columns[0].copied = [&] { numbers.fill(0); };
+    spec.columns[1].copied = [&] { index.fill(0); };
     const Spreadsheet sheet = Spreadsheet::fromSpec(spec);
+    EXPECT_EQ(numbers[0] + index[0], 0);
     EXPECT_EQ(sheet.rowCount(), 2U);
     EXPECT_EQ(sheet.cellText(0, 0), "1.50");
     EXPECT_EQ(sheet.cellText(1, 0), "--");

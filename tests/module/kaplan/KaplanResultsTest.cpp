@@ -45,6 +45,15 @@ TEST_F(KaplanFixture, SummaryListsEveryObservationInTimeOrder) {
                                                             "caseNumber", "caseName"}));
 }
 
+TEST_F(KaplanFixture, ColumnsOfALongTableAreGivenBackOneByOneAsTheyAreCopied) {
+    Run();
+    const int before = host.outstanding;
+    EXPECT_TRUE(host.Script().Call("Summary").ok);
+    EXPECT_EQ(host.sheets[1].headings.size(), 5U);
+    EXPECT_EQ(host.mostWithCopies, before + 4);
+    EXPECT_EQ(host.outstanding, before);
+}
+
 TEST_F(KaplanFixture, PercentilesCarryTheirLevelInTheHeadings) {
     Run();
     AutomationObject results = host.Script();

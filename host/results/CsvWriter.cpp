@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "host/results/FormatNumber.h"
+#include "host/results/TextPieces.h"
 #include "host/results/Utf8.h"
 
 namespace korvana {
@@ -30,18 +31,13 @@ std::string uniqueHeading(std::string heading, std::set<std::string>& taken) {
     return heading;
 }
 
-void endRecord(std::string& line, std::ostream& out) {
-    line += "\r\n";
-    out.write(line.data(), static_cast<std::streamsize>(line.size()));
-    line.clear();
-}
-
 } // namespace
 
 void writeCsv(const Spreadsheet& sheet, std::ostream& out) {
     const bool headed = !sheet.rowHeadings.empty();
     std::set<std::string> taken;
-    std::string line;
+    TextPieces pieces(out);
+    std::string& line = pieces.text();
     if (headed) appendField(line, uniqueHeading("Row", taken));
     for (std::size_t column = 0; column < sheet.columns.size(); ++column) {
         if (headed || column > 0) line += ',';
@@ -49,7 +45,7 @@ void writeCsv(const Spreadsheet& sheet, std::ostream& out) {
         if (heading.empty()) heading = "Column " + std::to_string(column + 1);
         appendField(line, uniqueHeading(std::move(heading), taken));
     }
-    endRecord(line, out);
+    line += "\r\n";
 
     const std::size_t rows = sheet.rowCount();
     for (std::size_t row = 0; row < rows; ++row) {
@@ -71,8 +67,10 @@ void writeCsv(const Spreadsheet& sheet, std::ostream& out) {
                 break;
             }
         }
-        endRecord(line, out);
+        line += "\r\n";
+        pieces.passOn();
     }
+    pieces.flush();
 }
 
 } // namespace korvana

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/results/TextPieces.h"
 #include "host/results/Utf8.h"
 
 namespace korvana {
@@ -19,14 +20,30 @@ void writeHeadings(const Spreadsheet& sheet, std::ostream& out, std::string_view
     out << "</tr></thead>\n";
 }
 
-void writeRow(const Spreadsheet& sheet, std::size_t row, std::ostream& out, std::string_view textCells) {
-    out << "<tr>";
-    if (!sheet.rowHeadings.empty()) out << "<th scope=\"row\">" << escaped(sheet.rowHeading(row)) << "</th>";
-    for (std::size_t column = 0; column < sheet.columns.size(); ++column) {
-        out << "<td" << (sheet.columns[column].isText() ? textCells : "") << '>'
-            << escaped(sheet.cellText(row, column)) << "</td>";
+void writeRows(const Spreadsheet& sheet, std::size_t rows, std::ostream& out, std::string_view textCells) {
+    TextPieces pieces(out);
+    std::string& line = pieces.text();
+    std::string cell;
+    for (std::size_t row = 0; row < rows; ++row) {
+        line += "<tr>";
+        if (!sheet.rowHeadings.empty()) {
+            line += "<th scope=\"row\">";
+            appendEscaped(line, sheet.rowHeading(row));
+            line += "</th>";
+        }
+        for (std::size_t column = 0; column < sheet.columns.size(); ++column) {
+            line += "<td";
+            if (sheet.columns[column].isText()) line += textCells;
+            line += '>';
+            cell.clear();
+            sheet.appendCellText(cell, row, column);
+            appendEscaped(line, cell);
+            line += "</td>";
+        }
+        line += "</tr>\n";
+        pieces.passOn();
     }
-    out << "</tr>\n";
+    pieces.flush();
 }
 
 void writeLine(std::string_view text, std::ostream& out) {
@@ -48,8 +65,7 @@ void writeHtmlTable(const Spreadsheet& sheet, std::ostream& out, const HtmlTable
     out << "<tbody>\n";
     const std::size_t rows = sheet.rowCount();
     if (rows == 0) out << "<tr><td" << options.textCells << ">no rows</td></tr>\n";
-    for (std::size_t row = 0; row < std::min(rows, options.mostRows); ++row)
-        writeRow(sheet, row, out, options.textCells);
+    writeRows(sheet, std::min(rows, options.mostRows), out, options.textCells);
     out << "</tbody>\n</table>";
 }
 

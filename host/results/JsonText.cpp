@@ -10,46 +10,43 @@
 namespace korvana {
 
 JsonText& JsonText::string(std::string_view text) {
-    text_ += '"';
+    raw("\"");
     const auto isEscaped = [](char c) { return c == '"' || c == '\\'; };
-    for (movePlain(text, text_, isEscaped); !text.empty(); movePlain(text, text_, isEscaped))
+    for (movePlain(text, pieces_.text(), isEscaped); !text.empty();
+         movePlain(text, pieces_.text(), isEscaped))
         appendCharacter(takeCodePoint(text));
     return raw("\"");
 }
 
 JsonText& JsonText::number(double value) {
     if (std::isfinite(value)) {
-        appendNumber(text_, value);
+        appendNumber(pieces_.text(), value);
     } else {
-        text_ += "null";
+        pieces_.text() += "null";
     }
     return raw({});
 }
 
 JsonText& JsonText::number(std::int32_t value) {
-    appendNumber(text_, value);
+    appendNumber(pieces_.text(), value);
     return raw({});
 }
 
-void JsonText::flush() {
-    out_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
-    text_.clear();
-}
-
 void JsonText::appendCharacter(char32_t code) {
+    std::string& text = pieces_.text();
     if (code == '"' || code == '\\') {
-        text_ += '\\';
-        text_ += static_cast<char>(code);
+        text += '\\';
+        text += static_cast<char>(code);
     } else if (code == '\n') {
-        text_ += "\\n";
+        text += "\\n";
     } else if (code == '\t') {
-        text_ += "\\t";
+        text += "\\t";
     } else if (isControl(code)) {
         std::array<char, 8> escape{};
         std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(code));
-        text_ += escape.data();
+        text += escape.data();
     } else {
-        appendCodePoint(text_, code);
+        appendCodePoint(text, code);
     }
 }
 

@@ -7,16 +7,18 @@
 #include <string_view>
 #include <vector>
 
+#include "host/results/TextPieces.h"
+
 namespace korvana {
 
-/// Builds JSON: collects text and passes it on in pieces.
+/// Builds JSON.
 class JsonText {
 public:
-    explicit JsonText(std::ostream& out) : out_(out) {}
+    explicit JsonText(std::ostream& out) : pieces_(out) {}
 
     JsonText& raw(std::string_view text) {
-        text_ += text;
-        if (text_.size() > pieceSize) flush();
+        pieces_.text() += text;
+        pieces_.passOn();
         return *this;
     }
 
@@ -44,15 +46,12 @@ public:
         return array(list, ", ", [this](const std::string& one) { string(one); });
     }
 
-    void flush();
+    void flush() { pieces_.flush(); }
 
 private:
-    static constexpr std::size_t pieceSize = 32768;
-
     void appendCharacter(char32_t code);
 
-    std::ostream& out_;
-    std::string text_;
+    TextPieces pieces_;
 };
 
 } // namespace korvana

@@ -103,19 +103,29 @@ std::string_view Spreadsheet::rowHeading(std::size_t row) const {
     return row < rowHeadings.size() ? std::string_view(rowHeadings[row]) : std::string_view();
 }
 
-std::string Spreadsheet::cellText(std::size_t row, std::size_t column, std::string_view empty) const {
+void Spreadsheet::appendCellText(std::string& out, std::size_t row, std::size_t column,
+                                 std::string_view empty) const {
     const Cell one = cell(row, column);
     switch (one.kind) {
     case Cell::Kind::Number:
-        return formatNumber(one.number, columns[column].format);
+        appendNumber(out, one.number, columns[column].format);
+        break;
     case Cell::Kind::Integer:
-        return std::to_string(one.integer);
+        appendNumber(out, one.integer);
+        break;
     case Cell::Kind::Text:
-        return std::string(one.text);
+        out += one.text;
+        break;
     case Cell::Kind::Empty:
+        out += empty;
         break;
     }
-    return std::string(empty);
+}
+
+std::string Spreadsheet::cellText(std::size_t row, std::size_t column, std::string_view empty) const {
+    std::string text;
+    appendCellText(text, row, column, empty);
+    return text;
 }
 
 } // namespace korvana

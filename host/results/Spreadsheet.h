@@ -68,6 +68,8 @@ struct Spreadsheet {
     /// Empty where the row has no heading.
     [[nodiscard]] std::string_view rowHeading(std::size_t row) const;
     /// The cell as people read it, by the column's format; an empty cell gives `empty`.
+    void appendCellText(std::string& out, std::size_t row, std::size_t column,
+                        std::string_view empty = "--") const;
     [[nodiscard]] std::string cellText(std::size_t row, std::size_t column,
                                        std::string_view empty = "--") const;
 };

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "host/results/FormatNumber.h"
+#include "host/results/TextPieces.h"
 #include "host/results/Utf8.h"
 #include "host/results/WritingWatch.h"
 
@@ -14,16 +15,16 @@ namespace {
 constexpr std::string_view emptyMark = "--";
 constexpr std::string_view gap = "  ";
 
-void endLine(std::string& line, std::ostream& out) {
-    line.erase(line.find_last_not_of(' ') + 1);
-    line += '\n';
-    out.write(line.data(), static_cast<std::streamsize>(line.size()));
-    line.clear();
+/// Of the last line, whatever stands before it.
+void endLine(std::string& text) {
+    text.erase(text.find_last_not_of(' ') + 1);
+    text += '\n';
 }
 
 void writeLine(std::string_view text, std::ostream& out) {
     std::string line = oneLine(text);
-    endLine(line, out);
+    endLine(line);
+    out << line;
 }
 
 void writeTitle(std::string_view title, char underline, std::ostream& out) {
@@ -135,8 +136,7 @@ std::vector<TextColumn> layOut(const Spreadsheet& sheet, std::size_t rows) {
     return layout;
 }
 
-void writeHeadings(const std::vector<TextColumn>& layout, std::ostream& out) {
-    std::string line;
+void appendHeadings(std::string& line, const std::vector<TextColumn>& layout) {
     for (const auto heading : {&TextColumn::heading1, &TextColumn::heading2}) {
         const bool any = std::any_of(layout.begin(), layout.end(), [heading](const TextColumn& column) {
             return !(column.*heading).empty();
@@ -146,13 +146,13 @@ void writeHeadings(const std::vector<TextColumn>& layout, std::ostream& out) {
             if (&column != &layout.front()) line += gap;
             appendPadded(line, column.*heading, column);
         }
-        endLine(line, out);
+        endLine(line);
     }
     for (const TextColumn& column : layout) {
         if (&column != &layout.front()) line += gap;
         line.append(column.width, '-');
     }
-    endLine(line, out);
+    endLine(line);
 }
 
 void writeReport(const Report& report, std::ostream& out) {
@@ -197,10 +197,11 @@ void writeText(const Spreadsheet& sheet, std::ostream& out) {
     if (sheet.columns.empty() && rows == 0) return;
     if (!sheet.notes.empty()) out << '\n';
     const std::vector<TextColumn> layout = layOut(sheet, rows);
-    writeHeadings(layout, out);
+    TextPieces pieces(out);
+    std::string& line = pieces.text();
+    appendHeadings(line, layout);
 
     const std::size_t shift = sheet.rowHeadings.empty() ? 0 : 1;
-    std::string line;
     std::string cell;
     for (std::size_t row = 0; row < rows; ++row) {
         if (shift != 0) appendPadded(line, oneLine(sheet.rowHeading(row)), layout[0]);
@@ -209,8 +210,10 @@ void writeText(const Spreadsheet& sheet, std::ostream& out) {
             const std::size_t width = formatCell(cell, sheet, row, column);
             appendPadded(line, cell, width, layout[column + shift]);
         }
-        endLine(line, out);
+        endLine(line);
+        pieces.passOn();
     }
+    pieces.flush();
     if (!sheet.footnotes.empty()) out << '\n';
     for (const std::string& note : sheet.footnotes)
         writeLine(note, out);

@@ -5,6 +5,7 @@
 #include "host/results/HtmlWriter.h"
 #include "host/results/OutputFile.h"
 #include "host/results/WriteBook.h"
+#include "host/results/WriteOutput.h"
 #include "tests/host/results/Books.h"
 #include "tests/host/results/FilesFixture.h"
 
@@ -91,6 +92,25 @@ TEST_F(Files, AFullDiskLeavesNoHalfFile) {
         EXPECT_NE(message.find("cannot write '" + directory_.string()), std::string::npos)
             << format << ": " << message;
         EXPECT_EQ(entries(), 0U) << format;
+    }
+}
+
+TEST_F(Files, NeedRoomForTheirLastByteToo) {
+    const ResultsBook book = bigBook(20000);
+    for (const auto format : {OutputFormat::Csv, OutputFormat::Txt, OutputFormat::Json, OutputFormat::Html}) {
+        const fs::path target = directory_ / endingOf(format);
+        const auto write = [&] { writeOutput(book, 0, nullptr, format, target); };
+        write();
+        const std::string whole = read(target);
+        {
+            const SmallDisk disk(whole.size());
+            write();
+        }
+        EXPECT_EQ(read(target), whole);
+        writeFile(target, "old");
+        const SmallDisk disk(whole.size() - 1);
+        EXPECT_NE(failureOf(write), "") << target;
+        EXPECT_EQ(read(target), "old");
     }
 }
 

@@ -23,22 +23,25 @@ double codeOf(const ActiveData& data, int variable0, const CodeOption& option) {
 
 } // namespace
 
-CodeCounts countCodes(const ActiveData& data, int variable0, std::span<const double> codes) {
+CodesFound findCodes(const ActiveData& data, int variable0, std::span<const double> codes) {
     const Variable& variable = data.dataSet().variable(variable0);
     const auto cells = data.dataSet().column(variable0);
     const auto mask = data.mask();
-    CodeCounts counts{std::vector<int>(codes.size(), 0), 0};
-    for (std::size_t i = 0; i < cells.size(); ++i) {
+    CodesFound found{std::vector<bool>(codes.size(), false), false};
+    std::size_t missed = codes.size();
+    for (std::size_t i = 0; i < cells.size() && missed > 0; ++i) {
         if ((!mask.empty() && mask[i] == 0) || variable.isMissing(cells[i])) continue;
         bool known = false;
         for (std::size_t k = 0; k < codes.size(); ++k) {
             if (!ozm::CodesEqual(cells[i], codes[k])) continue;
-            ++counts.cases[k];
             known = true;
+            if (found.each[k]) continue;
+            found.each[k] = true;
+            --missed;
         }
-        counts.others += known ? 0 : 1;
+        found.others = found.others || !known;
     }
-    return counts;
+    return found;
 }
 
 std::string noCaseHas(const std::string& option, double code) {

@@ -20,12 +20,13 @@ struct CodeOption {
 std::vector<double> resolveCodes(const ActiveData& data, int variable0,
                                  const std::vector<CodeOption>& options, const char* meaning);
 
-/// How many selected cases have each code, and how many another one; missing values are not counted.
-struct CodeCounts {
-    std::vector<int> cases; ///< in the order of the codes
-    int others = 0;
+/// Which codes some selected case has; missing values are passed over.
+struct CodesFound {
+    std::vector<bool> each; ///< in the order of the codes
+    bool others = false;    ///< another code was found; not known when each of the codes was
 };
-CodeCounts countCodes(const ActiveData& data, int variable0, std::span<const double> codes);
+/// Ends where all are found, among the first cases as a rule.
+CodesFound findCodes(const ActiveData& data, int variable0, std::span<const double> codes);
 
 /// "--censored 0: no case has this code"
 std::string noCaseHas(const std::string& option, double code);

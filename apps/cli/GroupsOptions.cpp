@@ -39,9 +39,9 @@ Groups TwoGroupsOptions::resolve(const ActiveData& data, const TimesAndCodes& ot
     std::vector<double> sorted = groups.codes;
     std::sort(sorted.begin(), sorted.end());
     if (std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end()) return groups;
-    const CodeCounts counts = countCodes(data, variable, groups.codes);
+    const CodesFound found = findCodes(data, variable, groups.codes);
     for (std::size_t k = 0; k < codes_.size(); ++k)
-        if (counts.cases[k] == 0)
+        if (!found.each[k])
             throw UsageError(noCaseHas(codes_[k].name, groups.codes[k]) + "; " + codesOf(data, variable));
     return groups;
 }
@@ -67,9 +67,9 @@ Groups GroupCodesOptions::resolve(const ActiveData& data, TimesAndCodes& others)
     for (std::string& code : splitList(names_.codesOption, codes_))
         options.push_back({names_.codesOption, std::move(code)});
     groups.codes = resolveCodes(data, variable, options, "the codes of the groups");
-    const CodeCounts counts = countCodes(data, variable, groups.codes);
+    const CodesFound found = findCodes(data, variable, groups.codes);
     for (std::size_t k = 0; k < options.size(); ++k)
-        if (counts.cases[k] == 0)
+        if (!found.each[k])
             others.remarks.push_back(
                 {0,
                  noCaseHas(names_.codesOption, groups.codes[k]) + "; " + codesOf(data, variable),

@@ -37,18 +37,18 @@ std::string noteOn(const DataSet& data, const std::string& name) {
 void checkCodes(const ActiveData& data, int censor, TimesAndCodes& result) {
     if (result.complete == result.censored) return; // the analysis reports it
     const double codes[] = {result.complete, result.censored};
-    const CodeCounts counts = countCodes(data, censor, codes);
+    const CodesFound found = findCodes(data, censor, codes);
     const char* const options[] = {"--complete", "--censored"};
     for (std::size_t k = 0; k < 2; ++k) {
-        if (counts.cases[k] > 0) continue;
-        if (counts.others == 0) {
+        if (found.each[k]) continue;
+        if (!found.others) {
             result.remarks.push_back({.text = noCaseHas(options[k], codes[k]) + " of '" +
                                               data.dataSet().variable(censor).name + "'.",
                                       .detail = {}});
             continue;
         }
         std::string fault = noCaseHas(options[k], codes[k]) + "; " + codesOf(data, censor);
-        if (counts.cases[1 - k] == 0) throw UsageError(fault);
+        if (!found.each[1 - k]) throw UsageError(fault);
         result.remarks.push_back({0, std::move(fault), {}, ResultMessage::Severity::Warning});
     }
 }

@@ -71,61 +71,112 @@ std::uint32_t OrderedBits(std::int32_t x) {
     return static_cast<std::uint32_t>(x) ^ (std::uint32_t{1} << 31);
 }
 
-constexpr unsigned digitBits = 11;
+// 256 places to write to, in each of the two lists, stay in the nearest cache. Wider digits need fewer
+// passes, but each takes longer by more than that.
+constexpr unsigned digitBits = 8;
 constexpr std::size_t digitValues = std::size_t{1} << digitBits;
 
-/// A stable sort by the digits of an unsigned pattern, least significant first (Knuth, vol. 3, 5.2.5). A
-/// digit that is the same in all entries is skipped. Sorted entries end up in `keys` and `companions`.
-template <unsigned patternBits, class PatternOf>
-Status RadixSort(std::span<double> keys, std::span<std::int32_t> companions, std::span<double> scratchKeys,
-                 std::span<std::int32_t> scratchCompanions, PatternOf patternOf, StopPoll stop) {
-    constexpr unsigned digits = (patternBits + digitBits - 1) / digitBits;
-    // On the stack this would be nearly 100 kB: more than a host's thread may have left. The module has one
-    // thread.
-    static std::array<std::array<std::uint32_t, digitValues>, digits> counts;
-    for (auto& digit : counts)
-        digit.fill(0);
-    const std::size_t n = keys.size();
-    const auto digitOf = [](auto pattern, unsigned digit) {
-        return static_cast<std::size_t>(pattern >> (digit * digitBits)) & (digitValues - 1);
-    };
-    for (std::size_t i = 0; i < n; ++i) {
-        const auto pattern = patternOf(keys[i], companions[i]);
-        for (unsigned d = 0; d < digits; ++d)
-            ++counts[d][digitOf(pattern, d)];
-        if (i % stepsPerPoll == 0 && stop()) return Status::Stopped;
-    }
+/// Two lists of equal length, of which one is sorted into the other.
+struct Lists {
+    std::span<double> keys;
+    std::span<std::int32_t> companions;
+};
 
-    double* fromKeys = keys.data();
-    std::int32_t* fromCompanions = companions.data();
-    double* toKeys = scratchKeys.data();
-    std::int32_t* toCompanions = scratchCompanions.data();
-    Status status = Status::Success;
-    for (unsigned d = 0; d < digits && status == Status::Success; ++d) {
+/// A stable sort by digits of an unsigned pattern, least significant first (Knuth, vol. 3, 5.2.5): by the
+/// uppermost ones in which the patterns, from `least` to `greatest`, vary, at most `mostDigits`. A digit that
+/// is the same in all entries is skipped. `from` and `to` are exchanged with each digit; `from` holds the
+/// entries at the end, after a stop too.
+template <unsigned mostDigits, class Pattern, class PatternOf>
+Status RadixSort(Lists& from, Lists& to, Pattern least, Pattern greatest, PatternOf patternOf,
+                 StopPoll stop) {
+    const std::size_t n = from.keys.size();
+    const auto bits = static_cast<unsigned>(std::bit_width(greatest - least));
+    const unsigned digits = std::min(mostDigits, (bits + digitBits - 1) / digitBits);
+    const unsigned below = bits - std::min(bits, digits * digitBits);
+    const auto digitOf = [&](const Lists& lists, std::size_t i, unsigned digit) {
+        const Pattern pattern = patternOf(lists.keys[i], lists.companions[i]) - least;
+        return static_cast<std::size_t>(pattern >> (below + digit * digitBits)) & (digitValues - 1);
+    };
+
+    std::array<std::array<std::uint32_t, digitValues>, mostDigits> counts{};
+    for (std::size_t i = 0; i < n; ++i) {
+        if (i % stepsPerPoll == 0 && stop()) return Status::Stopped;
+        for (unsigned d = 0; d < digits; ++d)
+            ++counts[d][digitOf(from, i, d)];
+    }
+    for (unsigned d = 0; d < digits; ++d) {
         auto& places = counts[d];
-        const auto first = patternOf(fromKeys[0], fromCompanions[0]);
-        if (places[digitOf(first, d)] == n) continue;
+        if (places[digitOf(from, 0, d)] == n) continue;
         std::uint32_t place = 0;
         for (auto& count : places)
             place += std::exchange(count, place);
         for (std::size_t i = 0; i < n; ++i) {
             // The source stays whole until the digit is done, so a stop is possible here.
-            if (i % stepsPerPoll == 0 && stop()) {
-                status = Status::Stopped;
-                break;
-            }
-            const std::uint32_t to = places[digitOf(patternOf(fromKeys[i], fromCompanions[i]), d)]++;
-            toKeys[to] = fromKeys[i];
-            toCompanions[to] = fromCompanions[i];
+            if (i % stepsPerPoll == 0 && stop()) return Status::Stopped;
+            const std::uint32_t target = places[digitOf(from, i, d)]++;
+            to.keys[target] = from.keys[i];
+            to.companions[target] = from.companions[i];
         }
-        if (status != Status::Success) break;
-        std::swap(fromKeys, toKeys);
-        std::swap(fromCompanions, toCompanions);
+        std::swap(from, to);
     }
-    if (fromKeys != keys.data()) {
-        std::copy_n(fromKeys, n, keys.data());
-        std::copy_n(fromCompanions, n, companions.data());
+    return Status::Success;
+}
+
+/// Copies entries that are not there yet.
+void CopyInto(const Lists& target, const Lists& from) {
+    if (from.keys.data() == target.keys.data()) return;
+    std::ranges::copy(from.keys, target.keys.begin());
+    std::ranges::copy(from.companions, target.companions.begin());
+}
+
+/// Moves nearly sorted entries to the target, which may be where they are, and each to its place on the way:
+/// a stable insertion sort. It ends when no step is left; the target then has only a part of them, or, where
+/// it is the source, all in some order.
+Status InsertInto(const Lists& target, const Lists& from, std::size_t& stepsLeft, StopPoll stop) {
+    const auto& [keys, companions] = target;
+    const bool inPlace = from.keys.data() == keys.data();
+    for (std::size_t i = 0; i < from.keys.size() && stepsLeft > 0; ++i) {
+        if (i % stepsPerPoll == 0 && stop()) return Status::Stopped;
+        const double key = from.keys[i];
+        const std::int32_t companion = from.companions[i];
+        std::size_t place = i;
+        for (; place > 0 && keys[place - 1] > key && stepsLeft > 0; --place, --stepsLeft) {
+            keys[place] = keys[place - 1];
+            companions[place] = companions[place - 1];
+        }
+        if (inPlace && place == i) continue;
+        keys[place] = key;
+        companions[place] = companion;
     }
+    return Status::Success;
+}
+
+/// By the uppermost digits of their patterns times are in order but for a few neighbours as a rule; where
+/// they are not, as with times in a small part of their range, all digits put them in order.
+Status SortByDigits(const Lists& times, const Lists& scratch, StopPoll stop) {
+    double smallest = times.keys[0];
+    double largest = times.keys[0];
+    for (const double key : times.keys) {
+        smallest = key < smallest ? key : smallest;
+        largest = key > largest ? key : largest;
+    }
+    const std::uint64_t least = OrderedBits(smallest);
+    const std::uint64_t greatest = OrderedBits(largest);
+    const auto pattern = [](double key, std::int32_t) { return OrderedBits(key); };
+    Lists from = times;
+    Lists to = scratch;
+    std::size_t stepsLeft = 4 * times.keys.size();
+    Status status = RadixSort<4>(from, to, least, greatest, pattern, stop);
+    if (status == Status::Success) {
+        status = InsertInto(times, from, stepsLeft, stop);
+        if (status == Status::Success && stepsLeft > 0) return status;
+    }
+    CopyInto(times, from);
+    if (status != Status::Success) return status;
+    from = times;
+    to = scratch;
+    status = RadixSort<8>(from, to, least, greatest, pattern, stop);
+    CopyInto(times, from);
     return status;
 }
 
@@ -144,9 +195,7 @@ SortOutcome SortTimes(std::span<double> keys, std::span<std::int32_t> companions
                       StopPoll stop) {
     if (keys.size() < radixFrom) return {HeapSort(keys, companions, stop), TieOrder::Exact};
 
-    const Status status = RadixSort<64>(
-        keys, companions, scratchKeys, scratchCompanions,
-        [](double key, std::int32_t) { return OrderedBits(key); }, stop);
+    const Status status = SortByDigits({keys, companions}, {scratchKeys, scratchCompanions}, stop);
     const bool tied = std::adjacent_find(keys.begin(), keys.end()) != keys.end();
     return {status, tied ? TieOrder::Stable : TieOrder::Exact};
 }
@@ -155,9 +204,13 @@ Status RestoreHeapOrder(std::span<double> keys, std::span<std::int32_t> companio
                         std::span<double> scratchKeys, std::span<std::int32_t> scratchCompanions,
                         StopPoll stop) {
     if (keys.size() < 2) return Status::Success;
-    const Status status = RadixSort<32>(
-        keys, companions, scratchKeys, scratchCompanions,
+    Lists from{keys, companions};
+    Lists to{scratchKeys, scratchCompanions};
+    const auto [least, greatest] = std::ranges::minmax(companions);
+    const Status status = RadixSort<4>(
+        from, to, OrderedBits(least), OrderedBits(greatest),
         [](double, std::int32_t companion) { return OrderedBits(companion); }, stop);
+    CopyInto({keys, companions}, from);
     return status == Status::Success ? HeapSort(keys, companions, stop) : status;
 }
 

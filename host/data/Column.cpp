@@ -1,5 +1,7 @@
 #include "host/data/Column.h"
 
+#include "host/data/BigPages.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -14,20 +16,13 @@
 namespace korvana {
 namespace {
 
-constexpr std::size_t bigPage = std::size_t{2} << 20;
-
-bool isBig(std::size_t bytes) {
-    return bytes >= 2 * bigPage;
-}
-
 std::size_t bytesFor(std::size_t cells) {
     if (cells > std::numeric_limits<std::size_t>::max() / sizeof(double) - bigPage) throw std::bad_alloc();
     const std::size_t bytes = std::max<std::size_t>(cells, 1) * sizeof(double);
-    return isBig(bytes) ? (bytes + bigPage - 1) / bigPage * bigPage : bytes;
+    return isForBigPages(bytes) ? (bytes + bigPage - 1) / bigPage * bigPage : bytes;
 }
 
-/// Memory aligned for huge pages. A big column asks for them, to have fewer page faults while it is filled;
-/// it works without them too.
+/// Memory aligned for big pages, which can be made longer without a copy.
 void* mapBig(std::size_t bytes) {
     void* const memory =
         mmap(nullptr, bytes + bigPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -37,7 +32,7 @@ void* mapBig(std::size_t bytes) {
     const std::size_t head = over == 0 ? 0 : bigPage - over;
     if (head > 0) munmap(begin, head);
     munmap(begin + head + bytes, bigPage - head);
-    madvise(begin + head, bytes, MADV_HUGEPAGE);
+    askForBigPages(begin + head, bytes);
     return begin + head;
 }
 
@@ -45,7 +40,7 @@ void* mapBig(std::size_t bytes) {
 
 Column::Column(std::size_t cells) {
     const std::size_t bytes = bytesFor(cells);
-    void* const memory = isBig(bytes) ? mapBig(bytes) : std::malloc(bytes);
+    void* const memory = isForBigPages(bytes) ? mapBig(bytes) : std::malloc(bytes);
     if (memory == nullptr) throw std::bad_alloc();
     cells_ = static_cast<double*>(memory);
     bytes_ = bytes;
@@ -64,7 +59,7 @@ Column& Column::operator=(Column&& other) noexcept {
 
 Column::~Column() {
     if (owner_ != nullptr) return;
-    if (isBig(bytes_))
+    if (isForBigPages(bytes_))
         munmap(cells_, bytes_);
     else
         std::free(cells_);
@@ -90,8 +85,8 @@ double* Column::data() {
 void Column::resize(std::size_t cells) {
     requireOwn();
     const std::size_t bytes = bytesFor(cells);
-    if (bytes == bytes_ || (bytes < bytes_ && !isBig(bytes_))) return; // not worth a copy
-    if (isBig(bytes) && isBig(bytes_)) {
+    if (bytes == bytes_ || (bytes < bytes_ && !isForBigPages(bytes_))) return; // not worth a copy
+    if (isForBigPages(bytes) && isForBigPages(bytes_)) {
         void* const memory = mremap(cells_, bytes_, bytes, MREMAP_MAYMOVE);
         if (memory == MAP_FAILED) throw std::bad_alloc();
         cells_ = static_cast<double*>(memory);

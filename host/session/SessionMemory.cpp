@@ -1,5 +1,7 @@
 #include "host/session/SessionMemory.h"
 
+#include "host/data/BigPages.h"
+
 #include <new>
 
 namespace korvana {
@@ -8,6 +10,7 @@ bool SessionMemory::AllocMem(void*& memory, std::size_t size) {
     // Not malloc: a program may have a handler for memory that is refused.
     memory = ::operator new(size, std::nothrow);
     if (memory == nullptr) return false;
+    askForBigPages(memory, size);
     ++outstanding_;
     return true;
 }

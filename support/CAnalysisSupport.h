@@ -79,6 +79,10 @@ public:
     short cstart(int caseNumber, std::span<double> values, std::span<const int> variables) {
         return data_->cstart(caseNumber, values, variables);
     }
+    void cstarts(int firstCase, std::span<short> answers, std::span<double> values,
+                 std::span<const int> variables) {
+        data_->cstarts(firstCase, answers, values, variables);
+    }
     int ss_nb() { return data_->ss_nb(); }
     short getmd5(int variable, double& missingCode) { return data_->getmd5(variable, missingCode); }
     int WeightVariable() { return data_->WeightVariable(); }
@@ -139,6 +143,7 @@ public:
     void d_pbar(std::string_view text) { progress_->d_pbar(text); }
     bool pcancel() { return progress_->pcancel(); }
     bool IsExternallyCancelled() { return progress_->IsExternallyCancelled(); }
+    const std::atomic<unsigned>* StopWord() { return progress_->StopWord(); }
     CIterDisplay& Iterations() { return *iterations_; }
 
     // Messages, strings and questions

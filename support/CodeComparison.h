@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 
 namespace ozm {
 
@@ -28,6 +30,34 @@ inline bool CodesEqual(double a, double b) {
                                          : static_cast<std::uint64_t>(y) - static_cast<std::uint64_t>(x);
     return distance <= static_cast<std::uint64_t>(equalCodesLieWithin);
 }
+
+/// The numbers that equal a code, formed once for many comparisons: `Contains(x)` is `CodesEqual(x, code)`.
+class CodeRange {
+public:
+    /// That of no code: empty.
+    constexpr CodeRange() = default;
+    explicit CodeRange(double code) {
+        if (!std::isfinite(code)) return;
+        const std::int64_t place = OrderedPattern(code);
+        const std::int64_t last = OrderedPattern(std::numeric_limits<double>::max());
+        least_ = AtPlace(std::max(place - equalCodesLieWithin, -last));
+        greatest_ = AtPlace(std::min(place + equalCodesLieWithin, last));
+    }
+
+    /// Without a branch: codes of cases are as good as random.
+    [[nodiscard]] bool Contains(double x) const {
+        return (static_cast<unsigned>(x >= least_) & static_cast<unsigned>(x <= greatest_)) != 0;
+    }
+
+private:
+    static double AtPlace(std::int64_t place) {
+        const double magnitude = std::bit_cast<double>(place < 0 ? -place : place);
+        return place < 0 ? -magnitude : magnitude;
+    }
+
+    double least_ = std::numeric_limits<double>::infinity();
+    double greatest_ = -std::numeric_limits<double>::infinity();
+};
 
 /// Whether a is greater than b by more than that tolerance.
 inline bool GreaterThan(double a, double b) {

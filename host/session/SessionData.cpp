@@ -1,5 +1,6 @@
 #include "host/session/SessionData.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -26,6 +27,29 @@ short SessionData::cstart(int caseNumber, std::span<double> values, std::span<co
         values[k] = columns[variable].value(place);
     }
     return ozm::UseCase;
+}
+
+void SessionData::cstarts(int firstCase, std::span<short> answers, std::span<double> values,
+                          std::span<const int> variables) {
+    const std::size_t first = index(firstCase);
+    const auto cases = static_cast<std::size_t>(data_.dataSet().caseCount());
+    const auto columns = data_.columns();
+    if (first >= cases || values.size() < variables.size() * answers.size() ||
+        !std::ranges::all_of(variables, [&](int k) { return index(k) < columns.size(); })) {
+        DataService::cstarts(firstCase, answers, values, variables);
+        return;
+    }
+    const std::size_t count = std::min(answers.size(), cases - first);
+    for (std::size_t k = 0; k < variables.size(); ++k) {
+        const ActiveData::Cells& column = columns[index(variables[k])];
+        double* const target = values.data() + k * answers.size();
+        for (std::size_t i = 0; i < count; ++i)
+            target[i] = column.value(first + i);
+    }
+    const auto mask = data_.mask();
+    for (std::size_t i = 0; i < count; ++i)
+        answers[i] = mask.empty() || mask[first + i] != 0 ? ozm::UseCase : ozm::SkipCase;
+    std::ranges::fill(answers.subspan(count), short{ozm::StopReading});
 }
 
 short SessionData::getmd5(int variable, double& missingCode) {

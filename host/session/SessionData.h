@@ -11,6 +11,8 @@ public:
     explicit SessionData(const SessionParts& parts) : data_(parts.data) {}
 
     short cstart(int caseNumber, std::span<double> values, std::span<const int> variables) override;
+    void cstarts(int firstCase, std::span<short> answers, std::span<double> values,
+                 std::span<const int> variables) override;
     int ss_nb() override { return data_.dataSet().caseCount(); }
     short getmd5(int variable, double& missingCode) override;
     int WeightVariable() override { return data_.weightVariable(); }

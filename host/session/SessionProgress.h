@@ -20,6 +20,7 @@ public:
     void d_pbar(std::string_view text) override { parts_.observers.progressCaption(text); }
     bool pcancel() override { return parts_.stops->any() && cancelled(); }
     bool IsExternallyCancelled() override { return parts_.stops->any() && stopped(); }
+    const std::atomic<unsigned>* StopWord() override { return &parts_.stops->word(); }
     ozm::CIterDisplay& Iterations() override { return iterations_; }
 
 private:

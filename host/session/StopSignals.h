@@ -22,6 +22,8 @@ public:
     [[nodiscard]] bool has(Signal signal) const noexcept {
         return (flags_.load(std::memory_order_relaxed) & signal) != 0;
     }
+    /// Not 0 while any signal is set.
+    [[nodiscard]] const std::atomic<unsigned>& word() const noexcept { return flags_; }
     void clear(Signal signal) noexcept { take(signal); }
     /// Clears a signal; returns whether it was set.
     bool take(Signal signal) noexcept {

@@ -34,19 +34,18 @@ void KaplanArrays::Release() {
 Status ReadKaplanMeierData(CAnalysisSupport& host, SharedSettings& shared, KaplanResults& results) {
     CaseReader reader(host, shared);
     KaplanArrays& arrays = results.arrays;
-    std::size_t uncensored = 0;
-    std::size_t censored = 0;
+    // Chosen by an index instead of a branch, which would be as good as random.
+    const std::span<double> times[]{arrays.censoredTimes.Span(), arrays.uncensoredTimes.Span()};
+    const std::span<std::int32_t> cases[]{arrays.censoredCases.Span(), arrays.uncensoredCases.Span()};
+    std::size_t counts[]{0, 0};
     const Status status = reader.Read(arrays.Capacity(), [&](const Observation& observation) {
-        if (observation.complete) {
-            arrays.uncensoredTimes[uncensored] = observation.time;
-            arrays.uncensoredCases[uncensored++] = observation.caseNumber;
-        } else {
-            arrays.censoredTimes[censored] = observation.time;
-            arrays.censoredCases[censored++] = observation.caseNumber;
-        }
+        const std::size_t list = observation.complete ? 1 : 0;
+        const std::size_t place = counts[list]++;
+        times[list][place] = observation.time;
+        cases[list][place] = observation.caseNumber;
     });
-    results.uncensored = static_cast<std::int32_t>(uncensored);
-    results.censored = static_cast<std::int32_t>(censored);
+    results.censored = static_cast<std::int32_t>(counts[0]);
+    results.uncensored = static_cast<std::int32_t>(counts[1]);
     results.counts = reader.Counts();
     return status;
 }

@@ -4,7 +4,9 @@
 #include "support/CodeComparison.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <functional>
 #include <vector>
 
 namespace ozm::survival {
@@ -56,35 +58,37 @@ ReadingProgress::~ReadingProgress() {
 CaseReader::CaseReader(CAnalysisSupport& host, SharedSettings& settings, Groups groups,
                        std::span<const int> further)
     : host_(host), settings_(settings), groups_(settings.groupCodes), cases_(host.ss_nb()),
-      times_(static_cast<int>(TimesOf(settings).size())),
+      times_(static_cast<int>(TimesOf(settings).size())), stopRequested_(host),
       buffer_(host, settings.work, VariablesOf(host, settings, groups != Groups::None, further)),
-      values_(buffer_.Values()), variables_(buffer_.Variables()), missing_(buffer_.Missing()),
-      further_(values_.last(further.size())), furtherPlace_(values_.size() - further.size()) {
+      block_(buffer_.Variables().size()), values_(buffer_.Values()), variables_(buffer_.Variables()),
+      missing_(buffer_.Missing()), further_(values_.last(further.size())),
+      furtherPlace_(values_.size() - further.size()) {
     int place = 1 + times_;
     if (groups != Groups::None) groupPlace_ = place++;
     if (static_cast<std::size_t>(place) < furtherPlace_) weightPlace_ = place;
 }
 
-void CaseReader::MarkMissing() {
-    for (std::size_t k = 0; k < further_.size(); ++k)
-        if (IsMissing(furtherPlace_ + k)) further_[k] = unsetCode;
+bool CaseReader::IsMissing(std::size_t place, double value) const {
+    return std::isnan(value) || value == missing_[place];
 }
 
-bool CaseReader::IsMissing(std::size_t place) const {
-    return std::isnan(values_[place]) || values_[place] == missing_[place];
+void CaseReader::TakeValues(std::size_t i) {
+    for (std::size_t place = 0; place < values_.size(); ++place) {
+        const double value = block_.Column(place)[i];
+        values_[place] = place >= furtherPlace_ && IsMissing(place, value) ? unsetCode : value;
+    }
 }
 
-double CaseReader::Copies() const {
-    if (weightPlace_ < 0) return 1.0;
+double CaseReader::CopiesByWeight(std::size_t i) const {
     const auto place = static_cast<std::size_t>(weightPlace_);
-    const double weight = values_[place];
-    return weight >= 2.0 && !IsMissing(place) ? std::ceil(weight) : 1.0;
+    const double weight = block_.Column(place)[i];
+    return weight >= 2.0 && !IsMissing(place, weight) ? std::ceil(weight) : 1.0;
 }
 
-void CaseReader::CountWeight() {
+void CaseReader::CountWeight(std::size_t i) {
     const auto place = static_cast<std::size_t>(weightPlace_);
-    const double weight = values_[place];
-    if (IsMissing(place)) {
+    const double weight = block_.Column(place)[i];
+    if (IsMissing(place, weight)) {
         ++counts_.missingWeight;
     } else if (weight <= 0.0) {
         ++counts_.zeroWeight;
@@ -103,6 +107,21 @@ void CaseReader::ShareCounts() {
                              counts_.smallWeight,  counts_.roundedWeight};
 }
 
+void CaseReader::CountLeftOut(Fate why) {
+    static constexpr std::int32_t ReadingCounts::*counters[] = {
+        nullptr,
+        &ReadingCounts::missingCode,
+        &ReadingCounts::otherCode,
+        &ReadingCounts::missingGroup,
+        &ReadingCounts::otherGroup,
+        &ReadingCounts::missingTime,
+        &ReadingCounts::tooLarge,
+        &ReadingCounts::invalidDate,
+        &ReadingCounts::negativeTime,
+    };
+    ++(counts_.*counters[static_cast<std::size_t>(why)]);
+}
+
 void CaseReader::CountLeftOut(Taken why) {
     if (why == Taken::MissingCovariate)
         ++counts_.missingCovariate;
@@ -112,68 +131,81 @@ void CaseReader::CountLeftOut(Taken why) {
         ++counts_.otherStratum;
 }
 
-bool CaseReader::Examine(Observation& observation) {
-    const double censoring = values_[0];
-    observation.complete = CodesEqual(censoring, settings_.completeCode);
-    if (!observation.complete && !CodesEqual(censoring, settings_.censoredCode)) {
-        ++(IsMissing(0) ? counts_.missingCode : counts_.otherCode);
-        return false;
+void CaseReader::Examine() {
+    ExamineCodes();
+    if (groupPlace_ >= 0) ExamineGroups();
+    ExamineTimes();
+    MakeTimes();
+}
+
+void CaseReader::ExamineCodes() {
+    const CodeRange complete(settings_.completeCode);
+    const CodeRange censored(settings_.censoredCode);
+    const auto codes = block_.Column(0);
+    // Without branches on the code, which is as good as random.
+    for (std::size_t i = 0; i < codes.size(); ++i)
+        block_.complete[i] = complete.Contains(codes[i]) ? 1 : 0;
+    for (std::size_t i = 0; i < codes.size(); ++i) {
+        const unsigned known = block_.complete[i] | (censored.Contains(codes[i]) ? 1U : 0U);
+        block_.fate[i] = known != 0 ? Fate::Valid : Fate::MissingCode;
     }
-    (observation.complete ? counts_.hasComplete : counts_.hasCensored) = true;
-    if (!observation.complete) counts_.censoredCodes += Copies();
-    if (groupPlace_ >= 0) {
-        const auto place = static_cast<std::size_t>(groupPlace_);
-        observation.group = groups_.Find(values_[place]);
-        if (observation.group == 0) {
-            ++(IsMissing(place) ? counts_.missingGroup : counts_.otherGroup);
-            return false;
+    for (std::size_t i = 0; i < codes.size(); ++i)
+        if (block_.fate[i] == Fate::MissingCode && !IsMissing(0, codes[i])) block_.fate[i] = Fate::OtherCode;
+}
+
+void CaseReader::ExamineGroups() {
+    const auto place = static_cast<std::size_t>(groupPlace_);
+    const auto values = block_.Column(place);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (block_.fate[i] != Fate::Valid) continue;
+        block_.group[i] = groups_.Find(values[i]);
+        if (block_.group[i] == 0)
+            block_.fate[i] = IsMissing(place, values[i]) ? Fate::MissingGroup : Fate::OtherGroup;
+    }
+}
+
+void CaseReader::ExamineTimes() {
+    for (std::size_t place = 1; place <= static_cast<std::size_t>(times_); ++place) {
+        const auto values = block_.Column(place);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            const Fate fate = IsMissing(place, values[i])          ? Fate::MissingTime
+                              : std::abs(values[i]) > largestValue ? Fate::TooLarge
+                                                                   : Fate::Valid;
+            block_.fate[i] = block_.fate[i] == Fate::Valid ? fate : block_.fate[i];
         }
     }
-    return SurvivalTime(observation.time);
 }
 
-bool CaseReader::SurvivalTime(double& time) {
-    const auto times = values_.subspan(1, static_cast<std::size_t>(times_));
-    for (std::size_t k = 0; k < times.size(); ++k) {
-        if (!IsMissing(1 + k) && std::abs(times[k]) <= largestValue) continue;
-        ++(IsMissing(1 + k) ? counts_.missingTime : counts_.tooLarge);
-        return false;
+void CaseReader::MakeTimes() {
+    const std::size_t size = block_.Size();
+    if (times_ == 1) {
+        std::ranges::copy(block_.Column(1), block_.time.begin());
+    } else if (times_ == 2) {
+        std::ranges::transform(block_.Column(2), block_.Column(1), block_.time.begin(), std::minus{});
+    } else if (times_ == 6) {
+        MakeTimesOfDates();
     }
-    switch (times_) {
-    case 1:
-        time = times[0];
-        break;
-    case 2:
-        time = times[1] - times[0];
-        break;
-    case 6:
-        if (!DateTime(time)) return false;
-        break;
-    default:
-        ++counts_.missingTime;
-        return false;
+    for (std::size_t i = 0; i < size; ++i) {
+        const Fate fate = times_ != 1 && times_ != 2 && times_ != 6 ? Fate::MissingTime
+                          : block_.time[i] < 0.0                    ? Fate::NegativeTime
+                                                                    : Fate::Valid;
+        block_.fate[i] = block_.fate[i] == Fate::Valid ? fate : block_.fate[i];
     }
-    if (time < 0.0) {
-        ++counts_.negativeTime;
-        return false;
-    }
-    return true;
 }
 
-bool CaseReader::DateTime(double& time) {
-    const auto times = values_.subspan(1, 6);
-    if (requiresDateParts_ && !std::ranges::all_of(times, IsDatePart)) {
-        ++counts_.invalidDate;
-        return false;
+void CaseReader::MakeTimesOfDates() {
+    for (std::size_t i = 0; i < block_.Size(); ++i) {
+        if (block_.fate[i] != Fate::Valid) continue;
+        std::array<double, 6> parts{};
+        for (std::size_t k = 0; k < parts.size(); ++k)
+            parts[k] = block_.Column(1 + k)[i];
+        const double start = DayNumber(DatePart(parts[0]), DatePart(parts[1]), Year(parts[2]));
+        const double end = DayNumber(DatePart(parts[3]), DatePart(parts[4]), Year(parts[5]));
+        const bool valid = (!requiresDateParts_ || std::ranges::all_of(parts, IsDatePart)) &&
+                           start != invalidDay && end != invalidDay;
+        if (!valid) block_.fate[i] = Fate::InvalidDate;
+        block_.time[i] = end - start;
     }
-    const double start = DayNumber(DatePart(times[0]), DatePart(times[1]), Year(times[2]));
-    const double end = DayNumber(DatePart(times[3]), DatePart(times[4]), Year(times[5]));
-    if (start == invalidDay || end == invalidDay) {
-        ++counts_.invalidDate;
-        return false;
-    }
-    time = end - start;
-    return true;
 }
 
 } // namespace ozm::survival

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "module/survdata/CaseBlock.h"
 #include "module/survdata/CaseBuffer.h"
 #include "module/survdata/CodeIndex.h"
 #include "module/survdata/SharedSettings.h"
@@ -105,9 +106,16 @@ public:
     [[nodiscard]] std::span<const double> Further() const { return further_; }
 
 private:
-    /// Examines the current case. True when it is valid; `observation` is then complete except for the case
-    /// number. Else the reason is counted.
-    bool Examine(Observation& observation);
+    /// The pass over one case of the block, which goes on after a Success.
+    template <class Append>
+    Status ReadCase(std::size_t i, std::int32_t caseNumber, std::int32_t capacity, Append& append);
+    /// Examines the cases of the block: finds out which are valid, their times and groups.
+    void Examine();
+    void ExamineCodes();
+    void ExamineGroups();
+    void ExamineTimes();
+    void MakeTimes();
+    void MakeTimesOfDates();
     template <class Append>
     static Taken Give(Append& append, const Observation& observation) {
         if constexpr (std::is_void_v<decltype(append(observation))>) {
@@ -117,15 +125,16 @@ private:
             return append(observation);
         }
     }
+    void CountLeftOut(Fate why);
     void CountLeftOut(Taken why);
-    bool SurvivalTime(double& time);
-    bool DateTime(double& time);
-    /// Whether the variable at this place has no value for the current case.
-    [[nodiscard]] bool IsMissing(std::size_t place) const;
-    /// Further values that equal their variable's missing-data code become NaN.
-    void MarkMissing();
-    [[nodiscard]] double Copies() const;
-    void CountWeight();
+    /// Whether a value of the variable at this place is none.
+    [[nodiscard]] bool IsMissing(std::size_t place, double value) const;
+    /// Puts the values of a case of the block where the analysis finds the further ones.
+    void TakeValues(std::size_t i);
+    /// How many times a case of the block counts.
+    [[nodiscard]] double Copies(std::size_t i) const { return weightPlace_ < 0 ? 1.0 : CopiesByWeight(i); }
+    [[nodiscard]] double CopiesByWeight(std::size_t i) const;
+    void CountWeight(std::size_t i);
     /// Puts the counts into the work area shared with the host.
     void ShareCounts();
 
@@ -137,7 +146,9 @@ private:
     int groupPlace_ = -1;  ///< place of the grouping variable, -1: none
     int weightPlace_ = -1; ///< place of the weight variable, -1: none
     bool requiresDateParts_ = false;
+    StopTestPerCase stopRequested_;
     CaseBuffer buffer_;
+    CaseBlock block_;
     std::span<double> values_;
     std::span<const int> variables_;
     std::span<const double> missing_;
@@ -148,52 +159,73 @@ private:
 
 template <class Append>
 Status CaseReader::Read(std::int32_t capacity, Append&& append) {
-    constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
     constexpr std::int32_t casesPerTick = 1 << 16;
     counts_ = {};
     const ReadingProgress progress(host_, cases_);
-    for (std::int32_t n = 1; n <= cases_; ++n) {
-        if (StopRequested(host_)) return Status::Stopped;
-        if (n % casesPerTick == 0) host_.termom(casesPerTick);
-        const short answer = host_.cstart(n, values_, variables_);
-        if (answer == SkipCase) continue;
-        if (answer != UseCase) return Status::Stopped;
-        if (counts_.valid >= capacity) return Status::TooManyCases;
-
-        const double copies = Copies();
-        counts_.distinctCasesRead += 1.0;
-        const double read = static_cast<double>(counts_.casesRead) + copies;
-        Observation observation;
-        observation.caseNumber = n;
-        Taken taken = Taken::NoRoom;
-        const bool valid = Examine(observation);
-        if (valid) {
-            MarkMissing();
-            taken = Give(append, observation);
-            if (taken == Taken::NoRoom) return Status::TooManyCases;
-        }
-        if (!valid || taken != Taken::Yes) {
-            if (valid) CountLeftOut(taken);
-            // All copies of a case count, or none.
-            counts_.casesRead = read < most ? static_cast<std::int32_t>(read) : most;
-            continue;
-        }
-        counts_.distinctValid += 1.0;
-        if (weightPlace_ >= 0) CountWeight();
-        ++counts_.valid;
-        if (counts_.casesRead < most) ++counts_.casesRead;
-        // Capped: more copies than any capacity make no difference.
-        const auto further = static_cast<std::int64_t>(std::min(copies, 1e10)) - 1;
-        for (std::int64_t copy = 0; copy < further; ++copy) {
-            if (StopRequested(host_)) return Status::Stopped;
-            if (counts_.valid >= capacity) return Status::TooManyCases;
-            if (Give(append, observation) != Taken::Yes) return Status::TooManyCases;
-            ++counts_.valid;
-            if (counts_.casesRead < most) ++counts_.casesRead;
+    for (std::int32_t done = 0; done < cases_; done += static_cast<std::int32_t>(block_.Size())) {
+        if (done != 0 && done % casesPerTick == 0) host_.termom(casesPerTick);
+        block_.Fetch(host_, done + 1, cases_, variables_);
+        Examine();
+        for (std::size_t i = 0; i < block_.Size(); ++i) {
+            const Status status = ReadCase(i, done + 1 + static_cast<std::int32_t>(i), capacity, append);
+            if (status != Status::Success) return status;
         }
     }
     ShareCounts();
     return counts_.valid <= 2 ? Status::TooFewValid : Status::Success;
+}
+
+template <class Append>
+Status CaseReader::ReadCase(std::size_t i, std::int32_t caseNumber, std::int32_t capacity, Append& append) {
+    constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
+    if (stopRequested_()) return Status::Stopped;
+    const short answer = block_.Answer(i);
+    if (answer == SkipCase) return Status::Success;
+    if (answer != UseCase) return Status::Stopped;
+    if (counts_.valid >= capacity) return Status::TooManyCases;
+
+    const double copies = Copies(i);
+    counts_.distinctCasesRead += 1.0;
+    const double read = static_cast<double>(counts_.casesRead) + copies;
+    const Fate fate = block_.fate[i];
+    if (fate != Fate::MissingCode && fate != Fate::OtherCode) {
+        // Without branches on the code, which is as good as random.
+        const std::uint8_t complete = block_.complete[i];
+        counts_.hasComplete |= complete != 0;
+        counts_.hasCensored |= complete == 0;
+        counts_.censoredCodes += (1.0 - complete) * copies;
+    }
+    const Observation observation{block_.time[i], block_.complete[i] != 0, block_.group[i], caseNumber};
+    Taken taken = Taken::Yes;
+    if (fate == Fate::Valid) {
+        if (!further_.empty()) TakeValues(i);
+        taken = Give(append, observation);
+        if (taken == Taken::NoRoom) return Status::TooManyCases;
+    }
+    if (fate != Fate::Valid || taken != Taken::Yes) {
+        if (fate != Fate::Valid)
+            CountLeftOut(fate);
+        else
+            CountLeftOut(taken);
+        // All copies of a case count, or none.
+        counts_.casesRead = read < most ? static_cast<std::int32_t>(read) : most;
+        return Status::Success;
+    }
+    counts_.distinctValid += 1.0;
+    if (weightPlace_ >= 0) CountWeight(i);
+    ++counts_.valid;
+    if (counts_.casesRead < most) ++counts_.casesRead;
+    if (copies <= 1.0) return Status::Success;
+    // Capped: more copies than any capacity make no difference.
+    const auto further = static_cast<std::int64_t>(std::min(copies, 1e10)) - 1;
+    for (std::int64_t copy = 0; copy < further; ++copy) {
+        if (stopRequested_()) return Status::Stopped;
+        if (counts_.valid >= capacity) return Status::TooManyCases;
+        if (Give(append, observation) != Taken::Yes) return Status::TooManyCases;
+        ++counts_.valid;
+        if (counts_.casesRead < most) ++counts_.casesRead;
+    }
+    return Status::Success;
 }
 
 } // namespace ozm::survival

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Export.h"
+
 #include <span>
 #include <string>
 
@@ -13,7 +15,7 @@ enum CaseAnswer : short {
 };
 
 /// The cases of the active data set. Cases and variables are numbered from 1.
-class DataService {
+class KORVANA_SUPPORT DataService {
 public:
     virtual ~DataService() = default;
 
@@ -22,6 +24,13 @@ public:
     /// NaN). Called once per case of a reading pass, so an implementation must neither allocate nor look
     /// names up.
     virtual short cstart(int caseNumber, std::span<double> values, std::span<const int> variables) = 0;
+
+    /// As `cstart`, for many cases at a time, which saves a call for each: answers[i] and the values
+    /// values[k * answers.size() + i] of variables[k] are those of the case firstCase + i; `values` has a
+    /// place for each. The values of a case that is not to be used are undefined. After a StopReading all
+    /// further answers are the same. Asks `cstart` unless a service has a faster way.
+    virtual void cstarts(int firstCase, std::span<short> answers, std::span<double> values,
+                         std::span<const int> variables);
 
     /// Number of cases of the data set, selected or not.
     virtual int ss_nb() = 0;

@@ -2,6 +2,7 @@
 
 #include "support/CIterDisplay.h"
 
+#include <atomic>
 #include <string_view>
 
 namespace ozm {
@@ -27,6 +28,11 @@ public:
     /// Stop requested in the progress display; stop requested from outside the analysis (a script, a signal).
     virtual bool pcancel() = 0;
     virtual bool IsExternallyCancelled() = 0;
+
+    /// A word that is not 0 whenever one of the three stop tests may say yes or has something to do, so that
+    /// a loop need not ask them while it is 0. It is set by other threads and lives as long as the service.
+    /// nullptr: there is none, they must be asked.
+    virtual const std::atomic<unsigned>* StopWord() { return nullptr; }
 
     /// The host's iteration window; it lives as long as the service.
     virtual CIterDisplay& Iterations() = 0;

@@ -9,6 +9,7 @@
 #include "tests/module/HostParts.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstdlib>
 #include <functional>
@@ -80,8 +81,9 @@ public:
     std::vector<std::string> iterations;
 
     // Faults
-    int refuseRequest = 0; ///< the n-th memory request is refused; 0: none
-    int stopAt = 0;        ///< stops at the n-th stop test, and at all after it
+    int refuseRequest = 0;                           ///< the n-th memory request is refused; 0: none
+    const std::atomic<unsigned>* stopWord = nullptr; ///< where a test has one
+    int stopAt = 0;                                  ///< stops at the n-th stop test, and at all after it
     bool failCharts = false;
     bool failSheets = false;
     int requests = 0;
@@ -297,6 +299,7 @@ public:
     void bstart() override { progressShown = 1; }
     void dstop() override { progressShown = 0; }
     void d_stat(std::string_view text) override { statusTexts.emplace_back(text); }
+    const std::atomic<unsigned>* StopWord() override { return stopWord; }
     bool pcancel() override { return ++questions >= stopAt && stopAt != 0; }
 
     std::string GetResourceString(ModuleHandle module, int id) override {

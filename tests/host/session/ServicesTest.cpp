@@ -3,6 +3,8 @@
 #include "tests/host/session/TinyAnalysis.h"
 
 #include <gtest/gtest.h>
+
+#include <bit>
 #include <random>
 
 namespace korvana {
@@ -59,6 +61,29 @@ TEST_F(ServicesTest, CasesComeSelectedAndBounded) {
     EXPECT_THROW(parts.data.select("x1 ="), std::exception);
     EXPECT_EQ(parts.data.selectedCount(), 2) << "the selection before stays";
     EXPECT_EQ(host.Data().ss_nb(), 4);
+}
+
+TEST_F(ServicesTest, ManyCasesComeAsSingleOnes) {
+    parts.data.select("x1 != 2");
+    const int lists[][2] = {{2, 1}, {1, 1}, {1, 3}, {0, 1}};
+    for (const auto& list : lists) {
+        for (const int first : {-1, 0, 1, 2, 4, 5, std::numeric_limits<int>::max()}) {
+            short answers[5]{};
+            double values[10]{};
+            host.Data().cstarts(first, answers, values, list);
+            short answer = ozm::UseCase;
+            for (std::size_t place = 0; place < 5; ++place) {
+                double single[2]{};
+                if (answer != ozm::StopReading)
+                    answer = host.Data().cstart(first + static_cast<int>(place), single, list);
+                ASSERT_EQ(answers[place], answer) << first << ' ' << place;
+                if (answers[place] != ozm::UseCase) continue;
+                for (std::size_t k = 0; k < 2; ++k)
+                    EXPECT_EQ(std::bit_cast<std::uint64_t>(values[5 * k + place]),
+                              std::bit_cast<std::uint64_t>(single[k]));
+            }
+        }
+    }
 }
 
 TEST_F(ServicesTest, VariablesLabelsAndCodes) {
@@ -196,11 +221,16 @@ TEST_F(ServicesTest, StopRequestsAndProgress) {
     ozm::ProgressService& progress = host.Progress();
     EXPECT_FALSE(progress.pcancel() || progress.IsExternallyCancelled() ||
                  progress.Iterations().WasCanceled());
+    const std::atomic<unsigned>* const word = progress.StopWord();
+    EXPECT_EQ(*word, 0U);
     parts.stops->askForEvents();
+    EXPECT_NE(*word, 0U);
     EXPECT_FALSE(progress.pcancel());
     EXPECT_FALSE(progress.pcancel());
     EXPECT_EQ(window.calls, 1);
+    EXPECT_EQ(*word, 0U) << "events were processed";
     parts.stops->cancel();
+    EXPECT_NE(*word, 0U);
     EXPECT_FALSE(progress.IsExternallyCancelled());
     EXPECT_TRUE(progress.pcancel());
     EXPECT_FALSE(progress.pcancel()) << "one Cancel stops one computation";

@@ -218,6 +218,53 @@ TEST_F(CaseReaderTest, EndsWhenTheHostCannotGoOnOrTheUserStops) {
     EXPECT_EQ(Read().status, Status::Stopped);
 }
 
+TEST_F(CaseReaderTest, NoCaseIsLostWhereManyAreReadAtOnce) {
+    Times({1}, 2);
+    for (const int cases : {511, 512, 513, 1024, 1025, 1300}) {
+        host.columns = {{"t", {}}, {"d", {}}};
+        host.selected.clear();
+        std::vector<int> expected;
+        for (int n = 1; n <= cases; ++n) {
+            host.columns[0].values.push_back(n % 11 == 0 ? none : n);
+            host.columns[1].values.push_back(n % 3 == 0 ? 0.0 : n % 17 == 0 ? 5.0 : 1.0);
+            host.selected.push_back(n % 7 != 0);
+            if (n % 11 != 0 && n % 7 != 0 && (n % 3 == 0 || n % 17 != 0)) expected.push_back(n);
+        }
+        const auto valid = static_cast<std::int32_t>(expected.size());
+        const Reading all = Read(valid + 1);
+        EXPECT_EQ(all.status, Status::Success);
+        EXPECT_EQ(all.cases, expected);
+        const Reading fewer = Read(valid - 1);
+        EXPECT_EQ(fewer.status, Status::TooManyCases);
+        EXPECT_EQ(fewer.cases, std::vector<int>(expected.begin(), expected.end() - 1));
+        host.unreadableFrom = expected[static_cast<std::size_t>(valid) - 5];
+        EXPECT_EQ(Read(valid).cases, std::vector<int>(expected.begin(), expected.end() - 5));
+        host.unreadableFrom = std::numeric_limits<int>::max();
+    }
+}
+
+TEST_F(CaseReaderTest, AStopIsNoticedAtTheNextCase) {
+    host.columns = {{"t", std::vector<double>(2000, 1.0)}, {"d", std::vector<double>(2000, 1.0)}};
+    Times({1}, 2);
+    std::atomic<unsigned> word = 0;
+    host.stopWord = &word;
+    for (const int last : {1, 100, 512, 513, 1400}) {
+        word = 0;
+        host.stopAt = 0;
+        int reached = 0;
+        CaseReader reader(analysis, settings);
+        EXPECT_EQ(reader.Read(3000,
+                              [&](const Observation& o) {
+                                  reached = o.caseNumber;
+                                  if (reached != last) return;
+                                  word = 1;
+                                  host.stopAt = host.questions + 1;
+                              }),
+                  Status::Stopped);
+        EXPECT_EQ(reached, last);
+    }
+}
+
 TEST_F(CaseReaderTest, AsManyFurtherVariablesAsThereAre) {
     constexpr int cases = 5;
     host.columns = {{"t", {5, 6, 7, 8, 9}}, {"d", {1, 0, 1, 1, 7}}, {"w", {1, 3, 1, 1, 1}}};

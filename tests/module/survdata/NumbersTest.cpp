@@ -33,6 +33,29 @@ TEST(CodeComparison, EqualWithinFifteenUnitsOnBothSidesOfZero) {
     EXPECT_FALSE(CodesEqual(std::numeric_limits<double>::max(), std::numeric_limits<double>::lowest()));
 }
 
+TEST(CodeComparison, ARangeHasTheNumbersThatEqualItsCode) {
+    constexpr double largest = std::numeric_limits<double>::max();
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    const double codes[] = {
+        0.0,  -0.0,    StepsUp(0.0, 7), -StepsUp(0.0, 15), StepsUp(0.0, 16), 1.0,       -2.0,
+        1e15, largest, -largest,        StepsUp(1e300, 3), infinite,         -infinite, std::nan("")};
+    for (const double code : codes) {
+        const CodeRange range(code);
+        for (const double other : codes)
+            EXPECT_EQ(range.Contains(other), CodesEqual(other, code)) << code << ' ' << other;
+        if (!std::isfinite(code)) continue;
+        double up = code;
+        double down = code;
+        for (int step = 0; step < 40; ++step) {
+            EXPECT_EQ(range.Contains(up), CodesEqual(up, code)) << code << " + " << step;
+            EXPECT_EQ(range.Contains(down), CodesEqual(down, code)) << code << " - " << step;
+            up = std::nextafter(up, infinite);
+            down = std::nextafter(down, -infinite);
+        }
+    }
+    EXPECT_FALSE(CodeRange().Contains(0.0));
+}
+
 TEST(CodeComparison, UnsetAndInfiniteCodesMatchNothing) {
     const double unset = std::bit_cast<double>(~std::uint64_t{0});
     const double infinite = std::numeric_limits<double>::infinity();

@@ -42,18 +42,21 @@ def main(folder):
         who, data, seconds, kilobytes = line.split()
         measured.setdefault(data, {}).setdefault(who, []).append((float(seconds), int(kilobytes) / 1024))
 
-    runs = len(next(iter(measured.values()))["R"])
-    print(f"\n{processor()}, {os.cpu_count()} cores; medians of {runs} alternating runs, whole processes\n")
-    print("| data | korvana, s | R, s | R / korvana | korvana, MB | R, MB | R / korvana | quartiles |")
-    print("|---|---|---|---|---|---|---|---|")
+    some = next(iter(measured.values()))
+    with_before = "before" in some
+    print(f"\n{processor()}, {os.cpu_count()} cores; medians of {len(some['R'])} alternating runs, whole processes\n")
+    print("| data | korvana, s |" + (" before, s |" if with_before else "")
+          + " R, s | R / korvana | korvana, MB | R, MB | R / korvana | quartiles |")
+    print("|---" * (9 if with_before else 8) + "|")
     all_agree = True
     for data, who in measured.items():
         (time, memory), (r_time, r_memory) = (
             [statistics.median(column) for column in zip(*who[name])] for name in ("korvana", "R"))
+        before = f"{statistics.median(seconds for seconds, _ in who['before']):.2f} | " if with_before else ""
         agree = quartiles_agree(folder, data)
         all_agree = all_agree and agree
         kind, rows = data.split("-")
-        print(f"| {kind}, {int(rows):,} rows | {time:.2f} | {r_time:.2f} | {r_time / max(time, 0.005):.1f} | {memory:.0f} | "
+        print(f"| {kind}, {int(rows):,} rows | {time:.2f} | {before}{r_time:.2f} | {r_time / max(time, 0.005):.1f} | {memory:.0f} | "
               f"{r_memory:.0f} | {r_memory / memory:.1f} | {'agree' if agree else 'DIFFER'} |")
 
     for data in measured:

@@ -14,7 +14,9 @@ if command -v ccache >/dev/null; then
   cache=$(ccache --get-config cache_dir 2>/dev/null || true)
   if [[ -n $cache ]] && mkdir -p "$cache" 2>/dev/null && [[ -w $cache ]]; then launcher=ccache; fi
 fi
-options=(-DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_COMPILER_LAUNCHER="$launcher")
+options=(-DCMAKE_CXX_COMPILER_LAUNCHER="$launcher")
+# Naming the compiler again, even the same one, makes CMake forget the variables of the preset.
+[[ -f build/$preset/CMakeCache.txt ]] || options+=(-DCMAKE_CXX_COMPILER="$compiler")
 targets=()
 [[ $# -gt 0 ]] && targets=(--target "$@")
 

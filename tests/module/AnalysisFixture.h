@@ -9,8 +9,8 @@
 #include "module/resources/Regression.h"
 #include "module/resources/StepNumbers.h"
 #include "module/resources/TwoSamples.h"
-#include "tests/module/FailingNew.h"
 #include "tests/module/FakeHost.h"
+#include "tests/support/FailingNew.h"
 
 #include <algorithm>
 #include <functional>

@@ -1,13 +1,23 @@
-#include "tests/module/FailingNew.h"
+#include "tests/support/FailingNew.h"
 
 #include <cstdlib>
 #include <new>
 
 thread_local long ozm::test::failingNew = 0;
+std::atomic<long> ozm::test::failingNewOfAll = 0;
+
+namespace {
+
+bool fails() {
+    using ozm::test::failingNew, ozm::test::failingNewOfAll;
+    return (failingNew > 0 && --failingNew == 0) || (failingNewOfAll > 0 && --failingNewOfAll == 0);
+}
+
+} // namespace
 
 // NOLINTBEGIN: the purpose of this file is to replace the global operators.
 void* operator new(std::size_t size) {
-    if (ozm::test::failingNew > 0 && --ozm::test::failingNew == 0) throw std::bad_alloc();
+    if (fails()) throw std::bad_alloc();
     void* memory = std::malloc(size == 0 ? 1 : size);
     if (memory == nullptr) throw std::bad_alloc();
     return memory;

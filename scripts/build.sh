@@ -7,7 +7,7 @@ cd -- "$(dirname -- "$(readlink -f -- "$0")")/.."
 preset=$1
 shift
 compiler=g++
-[[ $preset == clang || $preset == asan+ubsan || $preset == tsan ]] && compiler=clang++
+[[ $preset == clang || $preset == asan+ubsan ]] && compiler=clang++
 launcher=
 # A compiler cache is used if there is a writable one.
 if command -v ccache >/dev/null; then

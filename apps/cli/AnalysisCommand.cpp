@@ -155,9 +155,8 @@ AnalysisCommand::Results AnalysisCommand::runAll(const Work& work) {
     return results;
 }
 
-AnalysisCommand::Results AnalysisCommand::perform(const Around& around,
-                                                  const std::vector<std::size_t>& chosen,
-                                                  std::optional<DataSet> given) {
+AnalysisCommand::Results
+AnalysisCommand::perform(const Around& around, const std::vector<std::size_t>& chosen, Embedding embedding) {
     struct Answers final : FrontEnd {
         explicit Answers(AnalysisCommand& asked) : command(asked) {}
         bool ask(const ResultMessage& question, ozm::CAnalysisDialog* /*window*/) override {
@@ -166,19 +165,26 @@ AnalysisCommand::Results AnalysisCommand::perform(const Around& around,
         AnalysisCommand& command;
     } answers(*this);
     Session session(load(), {.frontEnd = &answers,
-                             .stops = around.stops,
+                             .stops = embedding.stops,
                              .modalScript = [this](ozm::AutomationObject& dialog) { fillIn(dialog); }});
     session.addObserver(around.refusals);
     session.addObserver(around.progress);
     session.addObserver(around.times);
     session.addObserver(log_);
-    if (around.observer != nullptr) session.addObserver(*around.observer);
-    if (!given) {
+    if (embedding.observer != nullptr) session.addObserver(*embedding.observer);
+    if (!embedding.data) {
         log_.tell("Reading " + data_.source());
         around.progress.status("Reading " + data_.source() + " ...");
     }
     around.times.status("Opening the file");
-    data_.open(session.data(), std::move(given));
+    const auto open = [&](const std::stop_token& stop) {
+        data_.open(session.data(), std::move(embedding.data), stop);
+    };
+    if (embedding.opening) {
+        embedding.opening(open);
+    } else {
+        open({});
+    }
     prepareData(session.data());
     log_.tellData(session.data());
     around.times.status("Checking codes");
@@ -239,9 +245,9 @@ ResultsBook AnalysisCommand::call(Embedding embedding) {
     MemoryRefusals refusals(MemoryRefusals::Of::Nobody);
     PhaseTimes times;
     ProgressLine progress(silent, true, true);
-    Results results = perform({console, progress, refusals, times, embedding.stops, embedding.observer},
-                              chosen, std::move(embedding.data));
-    if (embedding.stops != nullptr && embedding.stops->has(StopSignals::External)) throw CallStopped();
+    StopSignals* const stops = embedding.stops;
+    Results results = perform({console, progress, refusals, times}, chosen, std::move(embedding));
+    if (stops != nullptr && stops->has(StopSignals::External)) throw CallStopped();
     std::vector<ResultMessage>& messages = results.book.messages;
     if (results.succeeded > 0) {
         for (std::string& text : said)

@@ -9,8 +9,10 @@
 #include "host/session/ModuleLibrary.h"
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,6 +28,8 @@ struct Embedding {
     std::optional<DataSet> data{};       ///< nothing: the file that DATA names
     StopSignals* stops = nullptr;        ///< nullptr: nobody stops the call
     SessionObserver* observer = nullptr; ///< may be nullptr
+    /// Does the work that opens the data, on a thread of its choice, and may stop it; the work may throw.
+    std::function<void(const std::function<void(const std::stop_token&)>& work)> opening{};
 };
 
 /// A command that runs one analysis from its startup dialog to its results: the part that all share. A
@@ -110,14 +114,12 @@ private:
         bool lackedMemory = false;        ///< one that failed
         std::vector<std::string> reasons; ///< of those that failed without a message of the analysis
     };
-    /// Who is told about a run, and who may stop it.
+    /// Who is told about a run.
     struct Around {
         Console& console;
         ProgressLine& progress;
         MemoryRefusals& refusals;
         PhaseTimes& times;
-        StopSignals* stops = nullptr;
-        SessionObserver* observer = nullptr;
     };
     struct Work {
         Session& session;
@@ -135,8 +137,7 @@ private:
     };
     void declareOutputs(CLI::App& app);
     [[nodiscard]] std::vector<std::size_t> chosenOutputs() const;
-    Results perform(const Around& around, const std::vector<std::size_t>& chosen,
-                    std::optional<DataSet> given);
+    Results perform(const Around& around, const std::vector<std::size_t>& chosen, Embedding embedding);
     Results runAll(const Work& work);
     bool runOnce(const Work& work, std::size_t run, bool& lackedMemory);
     Tally makeOutputs(const Work& work, Script& script, bool ofAllRuns);

@@ -155,10 +155,11 @@ void DataOptions::declare(CLI::App& app) {
         ->group(group);
 }
 
-DataSet DataOptions::readFile() const {
+DataSet DataOptions::readFile(const std::stop_token& stop) const {
     if (path_.empty()) throw UsageError("which data? Name a data file", true);
     if (header_ && noHeader_) throw UsageError("--header and --no-header contradict each other");
     ReadOptions options;
+    options.stop = stop;
     if (header_ || noHeader_) options.header = header_ ? HeaderLine::Yes : HeaderLine::No;
     if (!separator_.empty()) options.separator = separatorOf(separator_);
     if (!decimal_.empty()) options.decimalMark = decimalMarkOf(decimal_);
@@ -166,12 +167,13 @@ DataSet DataOptions::readFile() const {
     return readData(path_, options);
 }
 
-void DataOptions::open(ActiveData& data, std::optional<DataSet> given) const {
+void DataOptions::open(ActiveData& data, std::optional<DataSet> given, const std::stop_token& stop) const {
     const std::vector<Definition> definitions = define_.read();
     MissingCodes missing(missing_);
-    DataSet read = given ? std::move(*given) : readFile();
+    DataSet read = given ? std::move(*given) : readFile(stop);
     missing.setThoseThere(read);
-    define(read, definitions, [&] { missing.setThoseThere(read); });
+    define(
+        read, definitions, [&] { missing.setThoseThere(read); }, stop);
     missing.setAll(read);
     const int all = read.caseCount();
     data.open(std::move(read));

@@ -6,6 +6,7 @@
 
 #include <CLI/App.hpp>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -18,13 +19,14 @@ public:
 
     /// Reads the file into `data` and applies the options. Throws UsageError, DataError, ExpressionError.
     /// @param given  taken in place of a file
-    void open(ActiveData& data, std::optional<DataSet> given = {}) const;
+    /// @param stop  lets another thread stop it: ReadingStopped (ReadData.h) is thrown then
+    void open(ActiveData& data, std::optional<DataSet> given = {}, const std::stop_token& stop = {}) const;
     [[nodiscard]] const std::string& path() const { return path_; }
     /// The name of the data in messages.
     [[nodiscard]] std::string source() const { return path_ == "-" ? "standard input" : path_; }
 
 private:
-    [[nodiscard]] DataSet readFile() const;
+    [[nodiscard]] DataSet readFile(const std::stop_token& stop) const;
 
     std::string path_;
     DefineOptions define_;

@@ -29,11 +29,11 @@ std::vector<Definition> DefineOptions::read() const {
     return definitions;
 }
 
-void define(DataSet& data, const std::vector<Definition>& definitions,
-            const std::function<void()>& afterEach) {
+void define(DataSet& data, const std::vector<Definition>& definitions, const std::function<void()>& afterEach,
+            const std::stop_token& stop) {
     for (const Definition& definition : definitions) {
         try {
-            defineVariable(data, definition);
+            defineVariable(data, definition, stop);
         } catch (const DataError& error) {
             throw UsageError(std::string{"--define: "} + error.what());
         } catch (const ExpressionError& error) {

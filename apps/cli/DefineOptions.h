@@ -4,6 +4,7 @@
 
 #include <CLI/App.hpp>
 #include <functional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -21,9 +22,10 @@ private:
     std::vector<std::string> texts_;
 };
 
-/// Appends the variables in order; each may use those before it. Throws UsageError.
+/// Appends the variables in order; each may use those before it. Throws UsageError; ReadingStopped
+/// (ReadData.h).
 /// @param afterEach  called after each one, before the next is computed
-void define(DataSet& data, const std::vector<Definition>& definitions,
-            const std::function<void()>& afterEach);
+void define(DataSet& data, const std::vector<Definition>& definitions, const std::function<void()>& afterEach,
+            const std::stop_token& stop = {});
 
 } // namespace korvana::cli

@@ -14,7 +14,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -177,8 +176,7 @@ ComputedVariable computeVariable(const DataSet& data, const Definition& definiti
     computed.cells = Column(cases);
     // Each thread has its own expression, as evaluating changes it; for few cases that is not worthwhile.
     constexpr std::size_t fewestPerThread = 100'000;
-    const std::size_t threads = std::clamp<std::size_t>(cases / fewestPerThread, 1,
-                                                        std::max(std::thread::hardware_concurrency(), 1U));
+    const std::size_t threads = std::clamp<std::size_t>(cases / fewestPerThread, 1, usableCores());
     std::vector<Outcome> outcomes(threads);
     forEachInOrder(threads, static_cast<unsigned>(threads), [&](std::size_t part) {
         const std::size_t begin = cases / threads * part;
@@ -202,8 +200,8 @@ ComputedVariable computeVariable(const DataSet& data, const Definition& definiti
     return computed;
 }
 
-void defineVariable(DataSet& data, const Definition& definition) {
-    ComputedVariable computed = computeVariable(data, definition);
+void defineVariable(DataSet& data, const Definition& definition, const std::stop_token& stop) {
+    ComputedVariable computed = computeVariable(data, definition, stop);
     data.addNote(std::move(computed.note));
     data.addVariable(std::move(computed.variable), std::move(computed.cells));
 }

@@ -46,6 +46,6 @@ ComputedVariable computeVariable(const DataSet& data, const Definition& definiti
 
 /// Computes a variable and appends it, with its note, to the data set. Errors as above; the data set then
 /// stays as it was.
-void defineVariable(DataSet& data, const Definition& definition);
+void defineVariable(DataSet& data, const Definition& definition, const std::stop_token& stop = {});
 
 } // namespace korvana

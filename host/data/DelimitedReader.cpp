@@ -12,7 +12,6 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
-#include <thread>
 #include <utility>
 
 namespace korvana {
@@ -51,7 +50,7 @@ DelimitedFormat findFormat(Head& head, ByteSource& source, const ReadOptions& op
 unsigned threadsFor(const ReaderTuning& tuning, std::size_t bytes) {
     if (tuning.threads > 0) return tuning.threads;
     constexpr std::size_t bigFile = 4 << 20; // below this, a thread is not worth starting
-    return bytes < bigFile ? 1 : std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
+    return bytes < bigFile ? 1 : std::min(usableCores(), 8U);
 }
 
 /// What the threads that read the numbers share.

@@ -4,6 +4,7 @@
 #include <exception>
 #include <limits>
 #include <mutex>
+#include <sched.h>
 #include <thread>
 #include <vector>
 
@@ -56,6 +57,15 @@ private:
 };
 
 } // namespace
+
+unsigned usableCores() {
+    cpu_set_t allowed;
+    // Fails where there are more cores than the set has places, which is many more than are used.
+    const int cores = ::sched_getaffinity(0, sizeof allowed, &allowed) == 0
+                          ? CPU_COUNT(&allowed)
+                          : static_cast<int>(std::thread::hardware_concurrency());
+    return static_cast<unsigned>(std::max(cores, 1));
+}
 
 void runWorkers(std::span<const std::unique_ptr<Worker>> workers) {
     Desk desk;

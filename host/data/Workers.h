@@ -7,6 +7,9 @@
 
 namespace korvana {
 
+/// The cores that this process may use, at least 1: its CPU affinity may allow fewer than there are.
+unsigned usableCores();
+
 /// One of several threads that share work consisting of pieces.
 class Worker {
 public:

@@ -10,7 +10,9 @@
 
 #include <pybind11/stl.h>
 
+#include <functional>
 #include <memory>
+#include <stop_token>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -72,6 +74,12 @@ py::tuple call(const std::string& name, const py::bytes& file, const py::object&
     if (!frame.is_none()) embedding.data = frame.cast<Frame&>().finish();
     embedding.stops = &stops;
     embedding.observer = &interrupts;
+    embedding.opening = [&](const std::function<void(const std::stop_token&)>& work) {
+        const py::gil_scoped_acquire lock;
+        if (workInterruptibly(work)) return;
+        interrupts.keepException();
+        throw cli::CallStopped();
+    };
     std::vector<cli::GivenOption> options;
     for (const auto& [option, values, areEntries] : given)
         options.push_back({option, values, areEntries});

@@ -107,6 +107,20 @@ class StopTest(unittest.TestCase):
             self.assertEqual(run.dialog.Name, name)
             self.assertEqual(len(run.results), 0)
 
+    def test_a_signal_ends_the_wait_for_data(self):
+        with tempfile.TemporaryDirectory() as folder, kv.Application() as app:
+            pipe = Path(folder) / "data.csv"  # which nobody ever writes to
+            os.mkfifo(pipe)
+            codes = {"time": "time", "censor": "status", "complete": 1, "censored": 0}
+            for use in (app.open, lambda path: kv.kaplan_meier(path, **codes)):
+                timer = threading.Timer(0.3, os.kill, (os.getpid(), signal.SIGINT))
+                timer.start()
+                self.addCleanup(timer.cancel)
+                with self.assertRaises(KeyboardInterrupt):
+                    use(pipe)
+                timer.join()
+            self.assertTrue(kv.kaplan_meier(DATA / "veteran.csv", **codes).percentiles)
+
     def test_other_threads_run_meanwhile_and_are_refused(self):
         app, run = regression_of_many()
         with app:

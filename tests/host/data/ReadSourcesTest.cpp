@@ -15,6 +15,7 @@
 #include <thread>
 
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <zlib.h>
@@ -168,6 +169,31 @@ TEST(ReadSources, BigTextsAreReadByThreadsAndGrowTheirColumns) {
     const DataSet data = readData(Pipe(digits, 1).path());
     for (std::size_t i = 0; i < 1'500'000; ++i)
         ASSERT_EQ(data.column(0)[i], static_cast<double>(i % 10)) << "row " << i;
+}
+
+TEST(ReadSources, SmallTextsTakeOneThreadAndBigOnesTheCoresThatTheProcessMayUse) {
+    const auto readBy = [](std::size_t bytes) {
+        std::string text = "x\n";
+        while (text.size() < bytes)
+            text += "1234567\n";
+        const std::string layout = readText(text).layout();
+        return layout.substr(layout.rfind("read by"));
+    };
+    cpu_set_t all;
+    ASSERT_EQ(sched_getaffinity(0, sizeof all, &all), 0);
+    const int cores = std::min(CPU_COUNT(&all), 8);
+    EXPECT_EQ(readBy(5 << 20),
+              cores == 1 ? "read by 1 thread" : "read by " + std::to_string(cores) + " threads");
+    EXPECT_EQ(readBy(4'000'000), "read by 1 thread");
+    std::size_t first = 0;
+    while (!CPU_ISSET(first, &all))
+        ++first;
+    cpu_set_t one;
+    CPU_ZERO(&one);
+    CPU_SET(first, &one);
+    ASSERT_EQ(sched_setaffinity(0, sizeof one, &one), 0);
+    EXPECT_EQ(readBy(5 << 20), "read by 1 thread");
+    EXPECT_EQ(sched_setaffinity(0, sizeof all, &all), 0);
 }
 
 TEST(ReadSources, WhatGzipLeftIncompleteOrDamagedIsNamed) {

@@ -10,6 +10,7 @@
 
 #include <pybind11/stl.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <stop_token>
@@ -74,15 +75,19 @@ py::tuple call(const std::string& name, const py::bytes& file, const py::object&
     if (!frame.is_none()) embedding.data = frame.cast<Frame&>().finish();
     embedding.stops = &stops;
     embedding.observer = &interrupts;
-    embedding.opening = [&](const std::function<void(const std::stop_token&)>& work) {
-        const py::gil_scoped_acquire lock;
-        if (workInterruptibly(work)) return;
-        interrupts.keepException();
-        throw cli::CallStopped();
-    };
     std::vector<cli::GivenOption> options;
     for (const auto& [option, values, areEntries] : given)
         options.push_back({option, values, areEntries});
+    const auto computes = [](const cli::GivenOption& option) { return option.name == "define"; };
+    // A frame is opened at once: a thread for it would take a noticeable part of a call on a small one.
+    if (frame.is_none() || std::any_of(options.begin(), options.end(), computes)) {
+        embedding.opening = [&interrupts](const std::function<void(const std::stop_token&)>& work) {
+            const py::gil_scoped_acquire lock;
+            if (workInterruptibly(work)) return;
+            interrupts.keepException();
+            throw cli::CallStopped();
+        };
+    }
     const std::string path = file;
     Book made;
     try {
